@@ -1,0 +1,59 @@
+# Shared build rules: language level, warnings as errors, sanitizers, and the two list-like functions
+# every folder uses: kest_library() and kest_test().
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(KEST_CCACHE ccache)
+if(KEST_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER "${KEST_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${KEST_CCACHE}")
+endif()
+
+find_package(Threads REQUIRED)
+
+add_library(kest_options INTERFACE)
+target_include_directories(kest_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(kest_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wformat=2 -Wshadow -Werror -Werror=format-security)
+target_link_libraries(kest_options INTERFACE Threads::Threads)
+if(KEST_SANITIZE)
+  target_compile_options(kest_options INTERFACE
+    -fsanitize=${KEST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kest_options INTERFACE -fsanitize=${KEST_SANITIZE})
+endif()
+
+# kest_library(name DEPENDS a b SOURCES x.cc y.cc LIBRARIES ext): the static library kest_<name>.
+function(kest_library name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS;SOURCES;LIBRARIES" ${ARGN})
+  add_library(kest_${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(kest_${name} PUBLIC kest_options)
+  foreach(depend IN LISTS ARG_DEPENDS)
+    target_link_libraries(kest_${name} PUBLIC kest_${depend})
+  endforeach()
+  target_link_libraries(kest_${name} PRIVATE ${ARG_LIBRARIES})
+endfunction()
+
+# kest_test(name DEPENDS a b SOURCES x_test.cc LIBRARIES ext): one test program per folder; ctest sees it
+# as <name>. Discovery is left to GoogleTest at run time, so linking stays the only cost of a build.
+function(kest_test name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS;SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${name}_test ${ARG_SOURCES})
+  foreach(depend IN LISTS ARG_DEPENDS)
+    target_link_libraries(${name}_test PRIVATE kest_${depend})
+  endforeach()
+  target_link_libraries(${name}_test PRIVATE kest_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
+  if(TARGET kest_test_pch)
+    target_precompile_headers(${name}_test REUSE_FROM kest_test_pch)
+  endif()
+  add_test(NAME ${name} COMMAND ${name}_test)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()
