@@ -1,0 +1,65 @@
+// The emulated platform behind the development host: login, collections, game data and the platform
+// service the plugin talks to. It keeps real state and answers from it.
+//
+// Threads:  none of its own; every call comes from the scheduler's thread.
+// Events:   calls put the events they cause in an outbox; the host takes and delivers them after
+//           each call, in order and never from inside the call.
+// Lifetime: a World is one run of the emulated platform; a reset builds a new one.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/maybe_type.h"
+
+namespace Kest::Host {
+
+struct WorldEvent {
+  enum class Channel { kResource, kService };
+
+  Channel channel = Channel::kResource;
+  std::string name;     // as in plugin/host_interface.h: "OnJsonApiEvent_/tav-login/v1/session"
+  std::string payload;  // JSON
+  int delayMilliseconds = 0;
+};
+
+struct WorldAnswer {
+  int status = 200;
+  std::string contentType;
+  std::string body;
+  std::string message;  // failure text of a status of 400 or above
+};
+
+class World {
+ public:
+  // Reads a world file. The failure text is "file:line:column: message".
+  static Maybe<std::unique_ptr<World>> Load(std::string_view jsonText, std::string_view fileName,
+                                            uint64_t seed);
+  // The sample world that ships inside the program.
+  static std::string_view SampleText();
+
+  ~World();
+
+  // Answers a request of the plugin to a sibling plugin or to a host endpoint.
+  WorldAnswer Request(std::string_view method, std::string_view url, std::string_view contentType,
+                      std::string_view body);
+  // Present value of a followed resource as JSON, or nothing. The host delivers it as "Create"
+  // right after a subscription.
+  std::optional<std::string> Resource(std::string_view path) const;
+  // Answers a control endpoint. `path` stands below "/_host": "/world", "/login", "/logout", ...
+  WorldAnswer Control(std::string_view method, std::string_view path, std::string_view body);
+  // Takes the events caused since the last call.
+  std::vector<WorldEvent> TakeEvents();
+
+ private:
+  World();
+
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace Kest::Host
