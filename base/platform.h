@@ -1,0 +1,82 @@
+// The one door to the operating system: clocks, unique ids, thread and module names, the debugger.
+// Threads: every function may be called on any thread, except those that end in ForTests.
+// Nothing here logs and nothing throws, except std::bad_alloc where a std::string is answered.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace Kest {
+
+// ---- Clocks ------------------------------------------------------------------------------------
+
+// A wall clock reading in the local time zone.
+struct LocalTime {
+  int32_t year = 0;   // 2024
+  int32_t month = 0;  // 1 to 12
+  int32_t day = 0;    // 1 to 31
+  int32_t hour = 0;
+  int32_t minute = 0;
+  int32_t second = 0;
+  int32_t millisecond = 0;
+
+  friend bool operator==(const LocalTime&, const LocalTime&) = default;
+};
+
+// Time since 1970-01-01 00:00 UTC. It may jump when the user sets the clock.
+int64_t WallClockMilliseconds();
+int64_t WallClockSeconds();
+
+// The wall clock in the local zone.
+LocalTime LocalTimeNow();
+
+// Milliseconds on a clock that never goes back; its start is arbitrary.
+int64_t MonotonicMilliseconds();
+
+// Milliseconds on the monotonic clock since this function was called first in the process.
+int64_t MillisecondsSinceFirstUse();
+
+// Stops both clocks at the given readings until the next call or ResetClockForTests.
+void SetClockForTests(int64_t wallMilliseconds, int64_t monotonicMilliseconds);
+// The same, with the monotonic clock at 0.
+void SetClockForTests(int64_t wallMilliseconds);
+// Moves stopped clocks on. REQUIRES: SetClockForTests before.
+void AdvanceClockForTests(int64_t milliseconds);
+// Lets the clocks run again, and the first use count from the next call. A changed TZ is seen after
+// this and after SetClockForTests.
+void ResetClockForTests();
+
+// ---- Unique ids --------------------------------------------------------------------------------
+
+using UuidBytes = std::array<uint8_t, 16>;
+
+// Fills `*uuid` with a fresh unique id. False: the system gave none, `*uuid` is unspecified.
+[[nodiscard]] bool CreateUuid(UuidBytes* uuid);
+
+// 32 lower-case hexadecimal digits in the groups 8-4-4-4-12, in the order of the bytes.
+std::string FormatUuid(const UuidBytes& uuid);
+
+// Answers CreateUuid from `source` instead of the system; null restores the system.
+void SetUuidSourceForTests(bool (*source)(UuidBytes* uuid));
+
+// ---- Process -----------------------------------------------------------------------------------
+
+// The system's number of the calling thread.
+uint32_t CurrentThreadId();
+
+// The full path of the running executable; empty when the system does not tell.
+std::string ModulePath();
+
+// The part of a path behind its last separator of this system.
+std::string_view FileNameOf(std::string_view path);
+
+// Hands one NUL-terminated line to an attached debugger. Does nothing where there is no such way.
+void WriteToDebugger(const char* line);
+
+// The calling thread's last system error code.
+uint32_t LastSystemError();
+
+}  // namespace Kest

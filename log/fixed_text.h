@@ -1,0 +1,39 @@
+// A text that grows inside a buffer of fixed size: what does not fit is cut off.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+namespace Kest {
+
+// FixedText writes into memory it borrows; it never allocates and adds no NUL.
+class FixedText {
+ public:
+  FixedText(char* buffer, size_t capacity) : buffer_(buffer), capacity_(capacity) {}
+
+  void Append(char character) {
+    if (size_ < capacity_) buffer_[size_++] = character;
+  }
+  void Append(std::string_view text) {
+    const size_t count = std::min(text.size(), capacity_ - size_);
+    if (count != 0) std::memcpy(buffer_ + size_, text.data(), count);
+    size_ += count;
+  }
+  void AppendRepeated(char character, size_t times) {
+    const size_t count = std::min(times, capacity_ - size_);
+    if (count != 0) std::memset(buffer_ + size_, character, count);
+    size_ += count;
+  }
+
+  bool IsFull() const { return size_ == capacity_; }
+  std::string_view View() const { return {buffer_, size_}; }
+
+ private:
+  char* buffer_;
+  size_t capacity_;
+  size_t size_ = 0;
+};
+
+}  // namespace Kest
