@@ -1,0 +1,43 @@
+// NewPlayerChest asks the service for the chest a player gets on reaching the configured level.
+// Threads: module tasks only.
+#pragma once
+
+#include <string_view>
+
+#include "base/maybe_type.h"
+#include "loot/loot_actions.h"
+#include "loot/loot_status.h"
+#include "loot/model/loot_dtos.h"
+
+namespace Kest {
+class AppModule;
+}
+
+namespace Kest::Client::Loot {
+
+class ServiceProxy;
+
+class NewPlayerChest {
+ public:
+  // All outlive it.
+  NewPlayerChest(AppModule& module, ServiceProxy& proxy, LootStatus& status, LootActions& actions)
+      : module_(module), proxy_(proxy), status_(status), actions_(actions) {}
+
+  // Starts "checkAndGrantNewPlayerChest" when the player qualifies, and answers "SUBMITTED";
+  // otherwise "NOT_DONE". A chest that was granted brings a new retrieval.
+  std::string_view Check();
+
+  // Posts the check as a task, unless something has been retrieved already or the login is too long
+  // ago.
+  void Schedule();
+
+ private:
+  void OnAnswer(const Maybe<SVDS::PlayerLootResultDTO>& answer);
+
+  AppModule& module_;
+  ServiceProxy& proxy_;
+  LootStatus& status_;
+  LootActions& actions_;
+};
+
+}  // namespace Kest::Client::Loot

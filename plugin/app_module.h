@@ -1,0 +1,52 @@
+// AppModule is the plugin's view of the host's cooperative scheduler: waiting without blocking, and
+// posting work.
+// Threads: Await on module tasks only; PostTask on any thread.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <future>
+#include <string>
+#include <string_view>
+
+#include "base/maybe_type.h"
+#include "binding/static_type.h"
+#include "plugin/host_services.h"
+
+namespace Kest {
+
+class AppModule {
+ public:
+  explicit AppModule(HostServices& host) : host_(host) {}
+
+  // Waits until the future holds its value and answers it. Other tasks run meanwhile, so hold no
+  // lock and no reference into shared state across this call. A future that cannot give a value
+  // (empty, or its promise broken) ends the process with "ALE-6D828C10"; OncePromise makes none
+  // such. A deferred future is run by the wait itself.
+  template <class F, class T>
+  MaybeType<F, T> Await(std::future<MaybeType<F, T>> future) {
+    try {
+      if (!future.valid()) throw std::future_error(std::future_errc::no_state);
+      const auto isReady = [&future] {
+        return future.wait_for(std::chrono::seconds(0)) != std::future_status::timeout;
+      };
+      WaitUntil(isReady, StaticType::Name<MaybeType<F, T>>());
+      return future.get();
+    } catch (const std::future_error& error) {
+      EndProcess(error);
+    }
+  }
+
+  TaskPosting PostTask(std::string_view name, std::function<void()> run) {
+    return host_.PostTask(name, std::move(run));
+  }
+
+ private:
+  // Polls and yields. The wait is announced once, and only when the first poll fails.
+  void WaitUntil(const std::function<bool()>& isReady, std::string_view typeName);
+  [[noreturn]] static void EndProcess(const std::future_error& error);
+
+  HostServices& host_;
+};
+
+}  // namespace Kest

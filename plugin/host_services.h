@@ -1,0 +1,109 @@
+// HostServices is the C++ face of the host's service table: it owns what the C interface needs to
+// stay alive (subscribed handlers, open completions, queued tasks), lets every call that comes back
+// pass the gate, and keeps exceptions on its own side.
+//
+// Threads:  PostTask, Log and IsStopping on any thread, everything else on module tasks. Handlers
+//           and completions run on module tasks, except the handlers of service-proxy and platform
+//           message events, which run on whatever thread the host delivers them.
+// Lifetime: made at the handshake, attached at start; outlives the plugin object.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "api/http_names.h"
+#include "api/response.h"
+#include "base/maybe_type.h"
+#include "base/mutex.h"
+#include "plugin/entry_gate.h"
+#include "plugin/host_interface.h"
+#include "plugin/plugin_events.h"
+#include "plugin/runtime_counters.h"
+
+namespace Kest {
+
+// A request to another plugin or to the host, lent for the call.
+struct HostRequest {
+  HttpMethod method = HttpMethod::kGet;
+  std::string_view url;  // percent-encoded path, and "?" with the query when there is one
+  std::string_view contentType;
+  std::string_view body;
+};
+
+enum class TaskPosting { kRefused, kQueued, kMerged };
+
+class HostServices {
+ public:
+  // The answer, of whatever status, or why there is none: "Finalizing" at stop, otherwise that the
+  // host did not take the request.
+  using Completion = std::function<void(Maybe<Response> answer)>;
+  // `body` is the event's JSON, lent for the call.
+  using EventHandler = std::function<void(std::string_view body)>;
+
+  HostServices(EntryGate& gate, RuntimeCounters& counters);
+  ~HostServices();
+  HostServices(const HostServices&) = delete;
+  HostServices& operator=(const HostServices&) = delete;
+
+  // Before Attach every call does nothing and answers a failure.
+  void Attach(const KestHostServices* services);
+  // True as soon as stop has begun.
+  bool IsStopping() const { return gate_.IsClosed(); }
+
+  // Calls `completion` exactly once: later with the answer, or at once when nothing was sent.
+  void Request(const HostRequest& request, Completion completion);
+
+  // One handler for each name; a second one replaces the first. False: the host refused, nothing
+  // is kept.
+  bool Subscribe(std::string_view name, EventHandler handler);
+  void Unsubscribe(std::string_view name);
+
+  // `json` is ignored for kDelete. False: not announced.
+  bool Publish(std::string_view path, ResourceEventType type, std::string_view json);
+
+  // Queues `run` as a module task. kMerged: a task of that name still waits and stands for this one,
+  // `run` is dropped; give each task that must run a name of its own. A task whose turn comes after
+  // stop has begun is dropped too.
+  TaskPosting PostTask(std::string_view name, std::function<void()> run);
+
+  void WaitBegin(std::string_view label);
+  void WaitEnd();
+  void Yield();
+
+  void Log(int32_t level, std::string_view line);
+  void SendTelemetry(std::string_view name, std::string_view json);
+  void Identify(std::string_view fullName, std::string_view userAgent);
+
+  // For stop, with the gate closed. CancelAll drops the subscriptions and queued tasks and ends every
+  // open request with "Finalizing"; Release frees what the host might still have called back with.
+  void CancelAll();
+  void Release();
+
+ private:
+  // What the host hands back with a completion or a task. It stays until the host has used it or
+  // Release, so that a late call finds it.
+  struct Ticket;
+  using TicketMap = std::map<const Ticket*, std::unique_ptr<Ticket>>;
+
+  static void KEST_ABI OnCompletion(void* context, const KestResponse* response) noexcept;
+  static void KEST_ABI OnTask(void* context) noexcept;
+  static void KEST_ABI OnDelivery(void* context, KestText name, KestText contentType,
+                                  KestBytes body) noexcept;
+  Ticket* AddTicket(std::unique_ptr<Ticket> ticket) KEST_EXCLUDES(mutex_);
+  std::unique_ptr<Ticket> TakeTicket(const Ticket* ticket) KEST_EXCLUDES(mutex_);
+
+  EntryGate& gate_;
+  RuntimeCounters& counters_;
+  const KestHostServices* services_ = nullptr;
+
+  Mutex mutex_;  // never held while the host or a handler is called
+  TicketMap tickets_ KEST_GUARDED_BY(mutex_);
+  std::map<std::string, std::shared_ptr<const EventHandler>, std::less<>> handlers_
+      KEST_GUARDED_BY(mutex_);
+};
+
+}  // namespace Kest
