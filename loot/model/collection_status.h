@@ -1,0 +1,49 @@
+// CollectionStatus brings one item up to date with the player's collection: ownership, artwork and
+// display text of the thing it stands for and, from these, whether it can be redeemed.
+// An item whose tables are not filled yet mostly keeps what it had and is applied again when they
+// arrive. Items are never created or removed here.
+// Threads: no lock; handlers and scheduled tasks only.
+#pragma once
+
+#include <cstdint>
+
+#include "loot/model/collections.h"
+#include "loot/model/game_data.h"
+#include "loot/model/loot_resources.h"
+
+namespace Kest::Client::Loot {
+
+class CollectionStatus {
+ public:
+  // Borrows both; they outlive it. An icon without a path leaves an empty entry in `gameData`.
+  CollectionStatus(const Collections& collections, GameData& gameData)
+      : collections_(collections), gameData_(gameData) {}
+
+  // Runs the rule of the item's type.
+  void Apply(Api::PlayerLoot* item) const;
+
+ private:
+  using Rule = void (CollectionStatus::*)(Api::PlayerLoot* item) const;
+  struct TypeRule;
+  static const TypeRule kTypeRules[];
+
+  void ApplyChampion(Api::PlayerLoot* item) const;
+  void ApplySkin(Api::PlayerLoot* item) const;
+  void KeepAsItIs(Api::PlayerLoot* item) const;
+  void ApplyWardSkin(Api::PlayerLoot* item) const;
+  void ApplyEmote(Api::PlayerLoot* item) const;
+  void ApplySummonerIcon(Api::PlayerLoot* item) const;
+  void ApplyTournamentLogo(Api::PlayerLoot* item) const;
+  void ApplyBoost(Api::PlayerLoot* item) const;
+  void ApplyChampionToken(Api::PlayerLoot* item) const;
+  void ApplyOther(Api::PlayerLoot* item) const;
+
+  // The champion and its base skin; does nothing unless both are known.
+  void ApplyChampionOf(int64_t championId, Api::PlayerLoot* item) const;
+  void ApplyDefaultArtwork(Api::PlayerLoot* item) const;
+
+  const Collections& collections_;
+  GameData& gameData_;
+};
+
+}  // namespace Kest::Client::Loot

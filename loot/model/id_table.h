@@ -1,0 +1,38 @@
+// Hash tables from an id to a record of another plugin.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace Kest::Client::Loot {
+
+template <class Key, class Value>
+using IdTable = std::unordered_map<Key, Value>;
+
+// Fills `*table` afresh from `records`, in order; of equal ids the last stays. `value` finds what
+// is kept of a record: by default the whole of it.
+template <class Key, class Value, class Record, class ValueOf = std::identity>
+void RefillTable(std::vector<Record> records, Key Record::*id, IdTable<Key, Value>* table,
+                 ValueOf value = {}) {
+  constexpr size_t kStartBuckets = 8;
+  table->clear();
+  table->rehash(kStartBuckets);
+  table->reserve(records.size());
+  for (Record& record : records) {
+    const Key key = record.*id;
+    table->insert_or_assign(key, std::invoke(value, std::move(record)));
+  }
+}
+
+// Null for an id without an entry, also for one that the key type cannot hold.
+template <class Key, class Value>
+const Value* FindById(const IdTable<Key, Value>& table, int64_t id) {
+  if (!std::in_range<Key>(id)) return nullptr;
+  const auto found = table.find(static_cast<Key>(id));
+  return found == table.end() ? nullptr : &found->second;
+}
+
+}  // namespace Kest::Client::Loot

@@ -1,0 +1,42 @@
+// KeyedList keeps records in the order they came in and finds one by a text member. Of records with
+// equal keys the first is found. Threads: no lock; handlers and scheduled tasks only.
+// Lifetime: references and pointers are valid until the next Replace.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace Kest::Client::Loot {
+
+template <class Record, std::string Record::*kKey>
+class KeyedList {
+ public:
+  KeyedList() = default;
+  // The index points into the records, so a copy would look into the original.
+  KeyedList(const KeyedList&) = delete;
+  KeyedList& operator=(const KeyedList&) = delete;
+
+  void Replace(std::vector<Record> records) {
+    index_.clear();
+    records_ = std::move(records);
+    index_.reserve(records_.size());
+    for (const Record& record : records_) index_.emplace(record.*kKey, &record);
+  }
+
+  // Null when no record has that key.
+  const Record* Find(std::string_view key) const {
+    const auto found = index_.find(key);
+    return found == index_.end() ? nullptr : found->second;
+  }
+
+  const std::vector<Record>& records() const { return records_; }
+
+ private:
+  std::vector<Record> records_;
+  std::unordered_map<std::string_view, const Record*> index_;
+};
+
+}  // namespace Kest::Client::Loot

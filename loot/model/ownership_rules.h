@@ -1,0 +1,27 @@
+// How ownership, redeemability and validity of one item follow from its fields and records.
+#pragma once
+
+#include "loot/model/loot_dtos.h"
+#include "loot/model/loot_resources.h"
+#include "loot/model/sibling_resources.h"
+
+namespace Kest::Client::Loot {
+
+// Owned before rented before free.
+Api::ItemOwnershipStatus OwnershipOf(const Api::CollectionsOwnership& ownership);
+
+// A value outside the enumeration counts as owned.
+Api::ItemOwnershipStatus OwnershipOf(Api::InventoryOwnership ownership);
+
+// From the item's store item id, item status and type.
+Api::RedeemableStatus RedeemableStatusOf(const Api::PlayerLoot& item);
+
+// Marks an item that a transaction redeemed as owned or rented. An item of a type that cannot be
+// owned keeps its statuses.
+void MarkRedeemed(Api::PlayerLoot* item);
+
+// Whether a record of a retrieval may enter the store: its definition exists (`definition` is not
+// null), and a champion token names its champion in digits.
+bool IsValidRecord(const SVDS::PlayerLootDTO& record, const SVDS::LootItemClientDTO* definition);
+
+}  // namespace Kest::Client::Loot
