@@ -1,0 +1,58 @@
+#include "api/query_text.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace Kest {
+namespace {
+
+// 0 to 15, or -1 for any other character.
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+}  // namespace
+
+UrlParts SplitUrl(std::string_view url) {
+  const size_t mark = url.find('?');
+  if (mark == std::string_view::npos) return {url, {}};
+  return {url.substr(0, mark), url.substr(mark + 1)};
+}
+
+std::string PercentDecode(std::string_view text, PlusSign plus) {
+  std::string decoded;
+  decoded.reserve(text.size());
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '%' && i + 2 < text.size()) {
+      const int high = HexDigit(text[i + 1]);
+      const int low = HexDigit(text[i + 2]);
+      if (high >= 0 && low >= 0) {
+        decoded.push_back(static_cast<char>(high * 16 + low));
+        i += 2;
+        continue;
+      }
+    }
+    decoded.push_back(text[i] == '+' && plus == PlusSign::kIsBlank ? ' ' : text[i]);
+  }
+  return decoded;
+}
+
+std::vector<QueryPair> SplitQuery(std::string_view query) {
+  std::vector<QueryPair> pairs;
+  while (!query.empty()) {
+    const size_t length = std::min(query.find('&'), query.size());
+    const std::string_view piece = query.substr(0, length);
+    query.remove_prefix(std::min(length + 1, query.size()));
+    if (piece.empty()) continue;
+    const size_t split = std::min(piece.find('='), piece.size());
+    const std::string_view value = piece.substr(std::min(split + 1, piece.size()));
+    pairs.push_back({PercentDecode(piece.substr(0, split), PlusSign::kIsBlank),
+                     PercentDecode(value, PlusSign::kIsBlank)});
+  }
+  return pairs;
+}
+
+}  // namespace Kest

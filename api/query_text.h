@@ -1,0 +1,31 @@
+// Splits a URL into path and query, a query into pairs, and decodes percent escapes.
+// None of these can fail: every text has a reading. Decoded texts may hold any byte.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kest {
+
+struct UrlParts {
+  std::string_view path;   // up to the first "?"
+  std::string_view query;  // behind it; empty without one
+};
+UrlParts SplitUrl(std::string_view url);
+
+enum class PlusSign { kIsPlus, kIsBlank };
+
+// Replaces each "%XX" by its byte, once; a broken escape stays as it is.
+std::string PercentDecode(std::string_view text, PlusSign plus);
+
+struct QueryPair {
+  std::string name;
+  std::string value;  // empty too when the pair had no "="
+};
+
+// The pairs between "&" in their order, split at their first "=" and then decoded ("+" is a blank).
+// Empty pieces are left out; a name may be given more than once.
+std::vector<QueryPair> SplitQuery(std::string_view query);
+
+}  // namespace Kest

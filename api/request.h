@@ -1,0 +1,35 @@
+// One request as the host hands it over, and one argument of a direct invocation.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace Kest {
+
+class BindingProperty;
+
+struct HeaderPair {
+  std::string_view name;
+  std::string_view value;
+};
+
+// Views are lent for the call. Text is UTF-8, `body` bytes.
+struct Request {
+  std::string_view method;       // "GET"; compared exactly
+  std::string_view url;          // raw path, then "?" and the query if any; percent-encoded
+  std::string_view contentType;  // of `body`
+  std::string_view body;         // no bytes: no body
+  std::string_view accept;       // wanted content type of the answer; empty: "application/json"
+  std::span<const HeaderPair> headers;  // only pairs meant as arguments: any other is refused
+};
+
+// One argument of a direct invocation: a text to be decoded, or a value to be stored as it is.
+struct NamedValue {
+  std::optional<std::string_view> name;  // none: the argument at this place in the list
+  std::string_view contentType;          // of `text`
+  std::string_view text;
+  const BindingProperty* value = nullptr;  // given: stands instead of `text`
+};
+
+}  // namespace Kest

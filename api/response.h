@@ -1,0 +1,32 @@
+// The answer to a request or invocation.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/maybe_type.h"
+
+namespace Kest {
+
+// A success carries a body (200) or none (204), a failure its status and text and never a body.
+struct Response {
+  int32_t status = 200;
+  std::string message;      // failure text; empty for a success
+  std::string contentType;  // of `body`; empty without one
+  std::string body;
+
+  friend bool operator==(const Response&, const Response&) = default;
+};
+
+// 404 with `message`, or with "Not found" when that is empty.
+Response NotFound(std::string_view message = {});
+
+// 500 with `message`, or with "Internal server error" when that is empty.
+Response InternalServerError(std::string_view message = {});
+
+// The failure's status and text. An empty text becomes that of NotFound or InternalServerError, or
+// the reason phrase of another status; a status that is none of a failure becomes 500.
+Response FailureResponse(const Failure& failure);
+
+}  // namespace Kest

@@ -1,0 +1,135 @@
+#include "api/route_template.h"
+
+#include <algorithm>
+
+namespace Kest {
+namespace {
+
+constexpr std::string_view kEscaped = "^$.*+?()[]|\\";
+
+std::string_view GroupPattern(ParameterForm form) {
+  switch (form) {
+    case ParameterForm::kRest:
+      return "(.*)";
+    case ParameterForm::kFragment:
+      return "#(.*)";
+    case ParameterForm::kSegment:
+      break;
+  }
+  return "([^/]*)";
+}
+
+// Whether a group may take `c`: what "." and "[^/]" mean in the pattern.
+bool Takes(bool isRest, char c) {
+  return isRest ? c != '\n' && c != '\r' : c != '/';
+}
+
+bool TakesAll(bool isRest, std::string_view text) {
+  const std::string_view refused = isRest ? "\n\r" : "/";
+  return text.find_first_of(refused) == std::string_view::npos;
+}
+
+}  // namespace
+
+RouteTemplate::RouteTemplate(std::string_view text) : text_(text) {
+  pattern_.reserve(text.size());
+  bool inParameter = false;
+  TemplateParameter parameter;
+  for (const char c : text) {
+    if (c == '{') {
+      inParameter = true;
+      parameter = {};
+    } else if (c == '}') {
+      if (inParameter) AppendGroup(parameter.form);
+      parameters_.push_back(std::move(parameter));
+      inParameter = false;
+      parameter = {};
+    } else if (!inParameter) {
+      AppendLiteral(c);
+    } else if (parameter.name.empty() && (c == '+' || c == '#')) {
+      parameter.form = c == '+' ? ParameterForm::kRest : ParameterForm::kFragment;
+    } else {
+      parameter.name.push_back(c);
+    }
+  }
+  for (size_t i = 0; i + 1 < groups_.size(); ++i) {
+    if (groups_[i].isRest || !groups_[i].literal.starts_with('/')) isDirect_ = false;
+  }
+}
+
+void RouteTemplate::AppendGroup(ParameterForm form) {
+  if (form == ParameterForm::kFragment) {
+    (groups_.empty() ? prefix_ : groups_.back().literal).push_back('#');
+    ++minimumLength_;
+  }
+  pattern_ += GroupPattern(form);
+  groups_.push_back({form != ParameterForm::kSegment, {}});
+}
+
+void RouteTemplate::AppendLiteral(char c) {
+  if (kEscaped.find(c) != std::string_view::npos) pattern_.push_back('\\');
+  pattern_.push_back(c);
+  (groups_.empty() ? prefix_ : groups_.back().literal).push_back(c);
+  ++minimumLength_;
+}
+
+bool RouteTemplate::Match(std::string_view path, RouteCaptures* captures) const {
+  captures->Clear();
+  if (path.size() < minimumLength_ || !path.starts_with(prefix_)) return false;
+  std::string_view rest = path.substr(prefix_.size());
+  if (groups_.empty()) return rest.empty();
+  if (!isDirect_) return MatchAmbiguous(rest, captures);
+  for (size_t i = 0; i + 1 < groups_.size(); ++i) {
+    const size_t end = rest.find('/');
+    if (end == std::string_view::npos) return false;
+    const std::string_view behind = rest.substr(end);
+    if (!behind.starts_with(groups_[i].literal)) return false;
+    captures->Append(rest.substr(0, end));
+    rest = behind.substr(groups_[i].literal.size());
+  }
+  return MatchLast(rest, captures);
+}
+
+// The last group takes all but the last literal, or does not match.
+bool RouteTemplate::MatchLast(std::string_view rest, RouteCaptures* captures) const {
+  const Group& last = groups_.back();
+  if (!rest.ends_with(last.literal)) return false;
+  const std::string_view capture = rest.substr(0, rest.size() - last.literal.size());
+  if (!TakesAll(last.isRest, capture)) return false;
+  captures->Append(capture);
+  return true;
+}
+
+// For groups that could end in several places. From the back, marks for each group the positions
+// from which it and all behind it match; then each group in order goes as far as such a position.
+bool RouteTemplate::MatchAmbiguous(std::string_view rest, RouteCaptures* captures) const {
+  const size_t columns = rest.size() + 1;
+  std::vector<bool> matches((groups_.size() + 1) * columns);
+  matches[groups_.size() * columns + rest.size()] = true;
+  for (size_t g = groups_.size(); g-- > 0;) {
+    const std::string& literal = groups_[g].literal;
+    const size_t row = g * columns;
+    for (size_t at = columns; at-- > 0;) {
+      const bool endsHere = rest.size() - at >= literal.size() &&
+                            matches[row + columns + at + literal.size()] &&
+                            rest.compare(at, literal.size(), literal) == 0;
+      const bool goesOn =
+          at < rest.size() && matches[row + at + 1] && Takes(groups_[g].isRest, rest[at]);
+      matches[row + at] = endsHere || goesOn;
+    }
+  }
+  if (!matches[0]) return false;
+  size_t begin = 0;
+  for (size_t g = 0; g < groups_.size(); ++g) {
+    size_t end = begin;
+    while (end < rest.size() && matches[g * columns + end + 1] &&
+           Takes(groups_[g].isRest, rest[end])) {
+      ++end;
+    }
+    captures->Append(rest.substr(begin, end - begin));
+    begin = end + groups_[g].literal.size();
+  }
+  return true;
+}
+
+}  // namespace Kest
