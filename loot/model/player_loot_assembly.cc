@@ -1,0 +1,58 @@
+#include "loot/model/player_loot_assembly.h"
+
+#include "log/logger.h"
+#include "loot/model/loot_id.h"
+#include "loot/model/loot_words.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+void CopyDefinition(const SVDS::LootItemClientDTO& definition, Api::PlayerLoot* item) {
+  item->asset = definition.asset;
+  item->displayCategories = definition.displayCategories;
+  item->rarity = definition.rarity;
+  item->rentalGames = definition.rentalGames;
+  item->rentalSeconds = definition.rentalSeconds;
+  item->storeItemId = definition.storeItemId;
+  item->tags = definition.tags;
+  item->type = definition.type;
+  item->upgradeLootName = definition.upgradeLootName;
+  item->value = definition.value;
+  item->isRental = IsRentalType(definition.type);
+}
+
+}  // namespace
+
+void PlayerLootAssembly::Create(const SVDS::PlayerLootDTO& record,
+                                const SVDS::LootItemClientDTO& definition,
+                                Api::PlayerLoot* item) const {
+  item->lootName = definition.lootName;
+  item->refId = record.refId;
+  MakeLootId(item->lootName, item->refId, &item->lootId);
+  item->count = record.count;
+  item->expiryTime = record.expiryTime;
+  CopyDefinition(definition, item);
+  LogOkay("Loot::CreatePlayerLoot %s : Getting recipes", item->lootName.c_str());
+  ApplyRecipes(item);
+  LogOkay("Loot::CreatePlayerLoot %s : Updating platform data", item->lootName.c_str());
+  collectionStatus_.Apply(item);
+  if (const auto* described = gameData_.FindLootItem(item->lootId)) {
+    item->localizedName = described->name;
+    item->localizedDescription = described->description;
+  }
+}
+
+void PlayerLootAssembly::ApplyRecipes(Api::PlayerLoot* item) const {
+  const RecipeIndex& recipes = definitions_.recipes();
+  const auto disenchant = recipes.FindDisenchant(item->lootName, item->lootId);
+  if (disenchant && disenchant->quantity > item->disenchantValue) {
+    item->disenchantLootName = disenchant->lootName;
+    item->disenchantValue = disenchant->quantity;
+  }
+  if (const auto upgrade = recipes.FindUpgrade(item->lootName, item->lootId)) {
+    item->upgradeEssenceName = upgrade->currencyId;
+    item->upgradeEssenceValue = upgrade->quantity;
+  }
+}
+
+}  // namespace Kest::Client::Loot
