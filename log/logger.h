@@ -39,7 +39,8 @@ using LogForwardHook = void (*)(void* context, int32_t level, uint32_t groupsLow
 
 // Filters, counts and hands lines to the targets. One per process, made on first use and never
 // destroyed: whatever runs last in the process may still log.
-// Threads: any. One lock covers the walk over the targets; each target's lock is taken inside it.
+// Threads: any, but not from inside a sink or hook, except for logging and Flush. One lock covers
+// the walk over the targets; each target's lock is taken inside it.
 class Logger {
  public:
   static Logger& Instance();
@@ -49,7 +50,7 @@ class Logger {
   void Attach(LogTarget& target) KEST_EXCLUDES(mutex_);
   // The first attached target of that class name, or null.
   LogTarget* FindTarget(std::string_view className) KEST_EXCLUDES(mutex_);
-  // Flushes every attached target.
+  // Flushes every attached target. From inside a sink or hook it does nothing.
   void Flush() KEST_EXCLUDES(mutex_);
 
   // Made at start but not attached.
@@ -62,7 +63,6 @@ class Logger {
   void SetDisabled(bool disabled) KEST_EXCLUDES(mutex_);
 
   // Null takes the hook out. When this returns, the former hook is in no call and gets none.
-  // Not from inside a hook or sink.
   void SetForwardHook(LogForwardHook hook, void* context) KEST_EXCLUDES(mutex_);
 
   // Lines of level warning and error that passed the global filter.
@@ -80,29 +80,30 @@ class Logger {
   Logger();
   void SetDefaultsLocked() KEST_REQUIRES(mutex_);
   void AttachLocked(LogTarget& target) KEST_REQUIRES(mutex_);
-  void UpdateGateLocked() KEST_REQUIRES(mutex_);
+  void UpdateFilterLocked() KEST_REQUIRES(mutex_);
   void Dispatch(Level level, GroupMask groups, const char* format, va_list arguments)
       KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
-  void ForwardLocked(Level level, GroupMask groups, const char* format, va_list arguments)
-      KEST_REQUIRES(mutex_) KEST_PRINTF(4, 0);
+  void Forward(Level level, GroupMask groups, const char* format, va_list arguments)
+      KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
+  void WriteToTargets(const LogRecord& record) KEST_EXCLUDES(mutex_);
   void Count(Level level);
-  // Takes `target` off the list unless the lock is busy; false: try again.
+  // Takes `target` off the list. False: the lock is busy, try again.
   bool TryRemove(LogTarget& target) KEST_EXCLUDES(mutex_);
 
   StdErrLogTarget standardError_;
   StdOutLogTarget standardOutput_;
   DebuggerConsoleLogTarget debugger_;
-  std::string executable_ = "<unknown>";
+  std::string executable_;
+  // Changed under the lock, but for lines logged from inside a sink, whose thread holds it already.
   std::atomic<uint32_t> warnings_ = 0;
   std::atomic<uint64_t> errors_ = 0;
 
   Mutex mutex_;
   bool disabled_ KEST_GUARDED_BY(mutex_) = false;
   Level minimum_ KEST_GUARDED_BY(mutex_) = Level::kWarning;
-  GroupMask excluded_ KEST_GUARDED_BY(mutex_) = kGroupExtra;
   LogForwardHook hook_ KEST_GUARDED_BY(mutex_) = nullptr;
   void* hookContext_ KEST_GUARDED_BY(mutex_) = nullptr;
-  std::vector<LogTarget*> targets_ KEST_GUARDED_BY(mutex_);
+  std::vector<LogTarget*> targets_ KEST_GUARDED_BY(mutex_);  // in order of attachment
 };
 
 }  // namespace Kest

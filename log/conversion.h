@@ -1,0 +1,72 @@
+// The printf conversions of this system: read from text, rendered without the C library, so that no
+// locale, no width and no argument type can do harm.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "log/fixed_text.h"
+#include "log/format_argument.h"
+
+namespace Kest {
+
+enum class LengthModifier : uint8_t {
+  kNone,
+  kChar,
+  kShort,
+  kLong,
+  kLongLong,
+  kMax,
+  kSize,
+  kDiff,
+  kLongDouble
+};
+
+// "%-08.3hhx" behind the "%".
+struct Conversion {
+  bool left = false;       // '-'
+  bool plus = false;       // '+'
+  bool blank = false;      // ' '
+  bool alternate = false;  // '#'
+  bool zeros = false;      // '0'
+  int32_t width = 0;
+  int32_t precision = -1;  // -1: none given
+  LengthModifier length = LengthModifier::kNone;
+  char letter = 's';
+
+  // A negative width is the flag '-' and its amount; widths and precisions above 4096 count as
+  // 4096.
+  void SetWidth(int64_t value);
+  // A negative precision is none.
+  void SetPrecision(int64_t value);
+};
+
+// A width or precision that is taken from an argument.
+struct StarArgument {
+  bool present = false;
+  uint64_t position = 0;  // 0: the next argument in sequence
+};
+
+struct ConversionText {
+  Conversion conversion;
+  StarArgument width;
+  StarArgument precision;
+  size_t size = 0;  // bytes read, the letter included
+};
+
+// Reads a conversion at the start of `text`. False: it is malformed or has an unknown letter ("n"
+// is one); `*result` is then unspecified.
+bool ReadConversion(std::string_view text, ConversionText* result);
+
+// Reads decimal digits at `*position` and moves it behind them. 0 without a digit or with a leading
+// zero (nothing is moved then); very large numbers stay very large.
+uint64_t ReadPosition(std::string_view text, size_t* position);
+
+// Writes `argument` by `conversion`. False, with nothing written: the letter cannot show that type.
+bool Render(const Conversion& conversion, const FormatArgument& argument, FixedText& out);
+
+// Writes `argument` in its default form.
+void RenderDefault(const FormatArgument& argument, FixedText& out);
+
+}  // namespace Kest

@@ -1,0 +1,129 @@
+#include <algorithm>
+#include <limits>
+
+#include "log/conversion.h"
+
+namespace Kest {
+namespace {
+
+constexpr int64_t kMaximumField = 4096;  // no output is longer
+constexpr std::string_view kLetters = "diouxXcsfFeEgGaAp";
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+char At(std::string_view text, size_t position) {
+  return position < text.size() ? text[position] : '\0';
+}
+
+uint64_t ReadNumber(std::string_view text, size_t* position) {
+  constexpr uint64_t kLimit = std::numeric_limits<uint32_t>::max();
+  uint64_t number = 0;
+  for (; IsDigit(At(text, *position)); ++*position) {
+    number = std::min(number * 10 + static_cast<uint64_t>(text[*position] - '0'), kLimit);
+  }
+  return number;
+}
+
+void ReadFlags(std::string_view text, size_t* position, Conversion* conversion) {
+  for (;; ++*position) {
+    switch (At(text, *position)) {
+      case '-':
+        conversion->left = true;
+        break;
+      case '+':
+        conversion->plus = true;
+        break;
+      case ' ':
+        conversion->blank = true;
+        break;
+      case '#':
+        conversion->alternate = true;
+        break;
+      case '0':
+        conversion->zeros = true;
+        break;
+      default:
+        return;
+    }
+  }
+}
+
+// A number or a star. False: a star with a broken position.
+bool ReadField(std::string_view text, size_t* position, uint64_t* number, StarArgument* star) {
+  if (At(text, *position) != '*') {
+    *number = ReadNumber(text, position);
+    return true;
+  }
+  star->present = true;
+  ++*position;
+  if (!IsDigit(At(text, *position))) return true;
+  star->position = ReadPosition(text, position);
+  return star->position != 0 && At(text, (*position)++) == '$';
+}
+
+LengthModifier ReadLength(std::string_view text, size_t* position) {
+  const char first = At(text, *position);
+  const bool doubled = first != '\0' && At(text, *position + 1) == first;
+  switch (first) {
+    case 'h':
+      *position += doubled ? 2 : 1;
+      return doubled ? LengthModifier::kChar : LengthModifier::kShort;
+    case 'l':
+      *position += doubled ? 2 : 1;
+      return doubled ? LengthModifier::kLongLong : LengthModifier::kLong;
+    case 'j':
+      ++*position;
+      return LengthModifier::kMax;
+    case 'z':
+      ++*position;
+      return LengthModifier::kSize;
+    case 't':
+      ++*position;
+      return LengthModifier::kDiff;
+    case 'L':
+      ++*position;
+      return LengthModifier::kLongDouble;
+    default:
+      return LengthModifier::kNone;
+  }
+}
+
+}  // namespace
+
+void Conversion::SetWidth(int64_t value) {
+  if (value < 0) left = true;
+  width = static_cast<int32_t>(value <= -kMaximumField
+                                   ? kMaximumField
+                                   : std::min(value < 0 ? -value : value, kMaximumField));
+}
+
+void Conversion::SetPrecision(int64_t value) {
+  precision = static_cast<int32_t>(std::clamp<int64_t>(value, -1, kMaximumField));
+}
+
+uint64_t ReadPosition(std::string_view text, size_t* position) {
+  return At(text, *position) == '0' ? 0 : ReadNumber(text, position);
+}
+
+bool ReadConversion(std::string_view text, ConversionText* result) {
+  size_t position = 0;
+  uint64_t number = 0;
+  Conversion& conversion = result->conversion;
+  ReadFlags(text, &position, &conversion);
+  if (!ReadField(text, &position, &number, &result->width)) return false;
+  conversion.SetWidth(static_cast<int64_t>(number));
+  if (At(text, position) == '.') {
+    ++position;
+    number = 0;
+    if (!ReadField(text, &position, &number, &result->precision)) return false;
+    conversion.SetPrecision(static_cast<int64_t>(number));
+  }
+  conversion.length = ReadLength(text, &position);
+  conversion.letter = At(text, position);
+  result->size = position + 1;
+  return position < text.size() && kLetters.find(conversion.letter) != std::string_view::npos;
+}
+
+}  // namespace Kest

@@ -1,0 +1,116 @@
+#include "log/line_template.h"
+
+#include <bit>
+#include <charconv>
+
+namespace Kest {
+namespace {
+
+// Decimal with leading zeros up to `digits`; not for negative numbers.
+void AppendPadded(uint64_t value, size_t digits, FixedText& out) {
+  char buffer[24];
+  const char* end = std::to_chars(buffer, buffer + sizeof(buffer), value).ptr;
+  const size_t size = static_cast<size_t>(end - buffer);
+  if (size < digits) out.AppendRepeated('0', digits - size);
+  out.Append({buffer, size});
+}
+
+void AppendPadded(int32_t value, size_t digits, FixedText& out) {
+  AppendPadded(static_cast<uint64_t>(value), digits, out);
+}
+
+// "2024-05-06T07:08:09" with `separator` between the parts of the time.
+void AppendDateAndTime(const LocalTime& time, char separator, FixedText& out) {
+  AppendPadded(time.year, 4, out);
+  out.Append('-');
+  AppendPadded(time.month, 2, out);
+  out.Append('-');
+  AppendPadded(time.day, 2, out);
+  out.Append('T');
+  AppendPadded(time.hour, 2, out);
+  out.Append(separator);
+  AppendPadded(time.minute, 2, out);
+  out.Append(separator);
+  AppendPadded(time.second, 2, out);
+}
+
+void AppendGroups(GroupMask groups, FixedText& out) {
+  for (bool first = true; groups != 0; groups &= groups - 1, first = false) {
+    if (!first) out.Append(';');
+    out.Append(GroupName(static_cast<uint32_t>(std::countr_zero(groups))));
+  }
+}
+
+void AppendElapsed(FixedText& out) {
+  const auto elapsed = static_cast<uint64_t>(MillisecondsSinceFirstUse());
+  AppendPadded(elapsed / 1000, 6, out);
+  out.Append('.');
+  AppendPadded(elapsed % 1000, 3, out);
+}
+
+void AppendThreadId(FixedText& out) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  const uint32_t id = CurrentThreadId();
+  for (int shift = 28; shift >= 0; shift -= 4) out.Append(kDigits[(id >> shift) & 15]);
+}
+
+void AppendField(char field, const LogRecord& record, FixedText& out) {
+  switch (field) {
+    case 'D':
+      AppendTimestamp(record.time, out);
+      break;
+    case 'E':
+      out.Append(record.executable);
+      break;
+    case 'G':
+      AppendGroups(record.groups, out);
+      break;
+    case 'H':
+      AppendElapsed(out);
+      break;
+    case 'L':
+      out.Append(LevelName(record.level));
+      break;
+    case 'M':
+      out.Append(record.message);
+      break;
+    case 'T':
+      AppendThreadId(out);
+      break;
+    default:
+      out.Append(field);
+      break;
+  }
+}
+
+}  // namespace
+
+std::string_view FormatLine(std::string_view lineTemplate, const LogRecord& record,
+                            char (&buffer)[kLineCapacity]) {
+  constexpr size_t kEnd = 2;  // line feed and NUL
+  FixedText out(buffer, sizeof(buffer) - kEnd);
+  while (!lineTemplate.empty() && !out.IsFull()) {
+    const size_t literal = std::min(lineTemplate.find('#'), lineTemplate.size());
+    out.Append(lineTemplate.substr(0, literal));
+    lineTemplate.remove_prefix(literal);
+    if (lineTemplate.size() < 2) break;  // a "#" at the very end prints nothing
+    AppendField(lineTemplate[1], record, out);
+    lineTemplate.remove_prefix(2);
+  }
+  size_t size = out.View().size();
+  if (!out.View().ends_with('\n')) buffer[size++] = '\n';
+  buffer[size] = '\0';
+  return {buffer, size};
+}
+
+void AppendTimestamp(const LocalTime& time, FixedText& out) {
+  AppendDateAndTime(time, ':', out);
+  out.Append('.');
+  AppendPadded(time.millisecond, 3, out);
+}
+
+void AppendFileNameTimestamp(const LocalTime& time, FixedText& out) {
+  AppendDateAndTime(time, '-', out);
+}
+
+}  // namespace Kest

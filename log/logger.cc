@@ -1,0 +1,227 @@
+#include "log/logger.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "base/platform.h"
+#include "log/printf_format.h"
+
+namespace Kest {
+namespace {
+
+constexpr size_t kMessageCapacity = 4095;
+constexpr auto kRelaxed = std::memory_order_relaxed;
+
+// What a call is tested against before anything else. It stands outside the logger, ready before
+// any code runs, so that a filtered call needs no logger.
+struct Filter {
+  std::atomic<Level> minimum = Level::kWarning;
+  std::atomic<GroupMask> excluded = kGroupExtra;
+  std::atomic<bool> hooked = false;
+
+  bool Passes(Level level, GroupMask groups) const {
+    return level >= minimum.load(kRelaxed) && (groups & excluded.load(kRelaxed)) == 0;
+  }
+};
+constinit Filter filter;
+constexpr Level kAboveAllLevels = static_cast<Level>(std::numeric_limits<int32_t>::max());
+
+// Whether this thread is handing a line to the hook or the targets. No destructor: the library may
+// be unloaded before the thread ends.
+constinit thread_local bool insideDispatch = false;
+
+class DispatchScope {
+ public:
+  DispatchScope() { insideDispatch = true; }
+  ~DispatchScope() { insideDispatch = false; }
+  DispatchScope(const DispatchScope&) = delete;
+  DispatchScope& operator=(const DispatchScope&) = delete;
+};
+
+bool IsWanted(Level level, GroupMask groups) {
+  return filter.Passes(level, groups) || filter.hooked.load(kRelaxed);
+}
+
+}  // namespace
+
+// Each function tests the filter itself: a call that is dropped must not cost more than that.
+#define KEST_LOG_ARGUMENTS(level, groups) \
+  if (!IsWanted(level, groups)) return;   \
+  va_list arguments;                      \
+  va_start(arguments, format);            \
+  LogV(level, groups, format, arguments); \
+  va_end(arguments)
+
+void Log(Level level, GroupMask groups, const char* format, ...) {
+  KEST_LOG_ARGUMENTS(level, groups);
+}
+void LogOkay(const char* format, ...) {
+  KEST_LOG_ARGUMENTS(Level::kOkay, kNoGroups);
+}
+void LogWarning(const char* format, ...) {
+  KEST_LOG_ARGUMENTS(Level::kWarning, kNoGroups);
+}
+void LogError(const char* format, ...) {
+  KEST_LOG_ARGUMENTS(Level::kError, kNoGroups);
+}
+void LogAlways(const char* format, ...) {
+  KEST_LOG_ARGUMENTS(Level::kAlways, kNoGroups);
+}
+
+#undef KEST_LOG_ARGUMENTS
+
+void LogV(Level level, GroupMask groups, const char* format, va_list arguments) {
+  if (IsWanted(level, groups)) Logger::Instance().Dispatch(level, groups, format, arguments);
+}
+
+Logger& Logger::Instance() {
+  static Logger* const logger = new Logger;  // never destroyed
+  return *logger;
+}
+
+Logger::Logger() : executable_(FileNameOf(ModulePath())) {
+  if (executable_.empty()) executable_ = "<unknown>";
+  targets_.reserve(8);
+  MutexLock hold(mutex_);
+  SetDefaultsLocked();
+}
+
+void Logger::SetDefaultsLocked() {
+  disabled_ = false;
+  minimum_ = Level::kWarning;
+  hook_ = nullptr;
+  filter.excluded = kGroupExtra;
+  UpdateFilterLocked();
+  standardError_.SetMasks(kGroupDebug, kGroupGeneral);
+  standardOutput_.SetMasks(kGroupGeneral, kGroupDebug);
+  debugger_.SetMasks(kGroupDebug, kNoGroups);
+  for (LogTarget* target :
+       {static_cast<LogTarget*>(&standardError_), static_cast<LogTarget*>(&standardOutput_),
+        static_cast<LogTarget*>(&debugger_)}) {
+    target->SetLevel(Level::kWarning);
+  }
+  AttachLocked(standardError_);
+  AttachLocked(debugger_);
+}
+
+void Logger::AttachLocked(LogTarget& target) {
+  if (target.IsAttached()) return;
+  targets_.push_back(&target);
+  target.attached_ = true;
+}
+
+void Logger::UpdateFilterLocked() {
+  filter.minimum = disabled_ ? kAboveAllLevels : minimum_;
+  filter.hooked = hook_ != nullptr;
+}
+
+void Logger::Attach(LogTarget& target) {
+  MutexLock hold(mutex_);
+  AttachLocked(target);
+}
+
+bool Logger::TryRemove(LogTarget& target) {
+  if (!mutex_.TryLock()) return false;
+  std::erase(targets_, &target);
+  target.attached_ = false;
+  mutex_.Unlock();
+  return true;
+}
+
+LogTarget* Logger::FindTarget(std::string_view className) {
+  MutexLock hold(mutex_);
+  const auto found = std::find_if(targets_.begin(), targets_.end(), [&](const LogTarget* target) {
+    return target->ClassName() == className;
+  });
+  return found != targets_.end() ? *found : nullptr;
+}
+
+void Logger::Flush() {
+  if (insideDispatch) return;  // this thread holds the lock
+  const DispatchScope scope;
+  MutexLock hold(mutex_);
+  for (LogTarget* target : targets_) target->Flush();
+}
+
+void Logger::SetMinimumLevel(Level minimum) {
+  MutexLock hold(mutex_);
+  minimum_ = minimum;
+  UpdateFilterLocked();
+}
+
+void Logger::SetExcludedGroups(GroupMask excluded) {
+  MutexLock hold(mutex_);
+  filter.excluded = excluded;
+}
+
+void Logger::SetDisabled(bool disabled) {
+  MutexLock hold(mutex_);
+  disabled_ = disabled;
+  UpdateFilterLocked();
+}
+
+void Logger::SetForwardHook(LogForwardHook hook, void* context) {
+  MutexLock hold(mutex_);
+  hook_ = hook;
+  hookContext_ = context;
+  UpdateFilterLocked();
+}
+
+void Logger::ResetForTests() {
+  MutexLock hold(mutex_);
+  for (LogTarget* target : targets_) target->attached_ = false;
+  targets_.clear();
+  warnings_ = 0;
+  errors_ = 0;
+  SetDefaultsLocked();
+}
+
+void Logger::Dispatch(Level level, GroupMask groups, const char* format, va_list arguments) {
+  if (insideDispatch) {
+    if (filter.Passes(level, groups)) Count(level);
+    return;
+  }
+  const DispatchScope scope;
+  if (filter.hooked.load(kRelaxed)) {
+    Forward(level, groups, format, arguments);
+    if (!filter.Passes(level, groups)) return;
+  }
+  char buffer[kMessageCapacity];
+  FixedText message(buffer, sizeof(buffer));
+  AppendPrintf(message, format, arguments);
+  WriteToTargets({.time = LocalTimeNow(),
+                  .level = level,
+                  .groups = groups,
+                  .message = message.View(),
+                  .executable = executable_});
+}
+
+void Logger::Forward(Level level, GroupMask groups, const char* format, va_list arguments) {
+  MutexLock hold(mutex_);
+  if (hook_ == nullptr) return;
+  va_list copy;
+  va_copy(copy, arguments);
+  hook_(hookContext_, static_cast<int32_t>(level), static_cast<uint32_t>(groups),
+        static_cast<uint32_t>(groups >> 32), format, copy);
+  va_end(copy);
+}
+
+void Logger::WriteToTargets(const LogRecord& record) {
+  MutexLock hold(mutex_);
+  Count(record.level);
+  for (LogTarget* target : targets_) {
+    if (!target->Accepts(record.level, record.groups)) continue;
+    try {
+      target->Write(record);
+    } catch (...) {
+      // A sink without memory loses its line; the caller and the other targets go on.
+    }
+  }
+}
+
+void Logger::Count(Level level) {
+  if (level == Level::kWarning) warnings_.fetch_add(1, kRelaxed);
+  if (level == Level::kError) errors_.fetch_add(1, kRelaxed);
+}
+
+}  // namespace Kest

@@ -1,0 +1,16 @@
+// Formats the message of a log line: printf's conversions without the C library.
+#pragma once
+
+#include <cstdarg>
+#include <string_view>
+
+#include "log/fixed_text.h"
+#include "log/printf_attribute.h"
+
+namespace Kest {
+
+// Writes the text that vsnprintf would write in the "C" locale. Not offered: "%n" and wide texts;
+// formatting ends there, as it does at a malformed conversion. Consumes `arguments`.
+void AppendPrintf(FixedText& out, const char* format, va_list arguments) KEST_PRINTF(2, 0);
+
+}  // namespace Kest
