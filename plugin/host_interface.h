@@ -67,13 +67,13 @@ typedef struct KestBytes {
 /* ---- Requests and answers ------------------------------------------------------------------- */
 
 typedef struct KestHeader {
-  KestText name;  /* an argument name of the function; names are compared exactly */
+  KestText name; /* an argument name of the function; names are compared exactly */
   KestText value;
 } KestHeader;
 
 typedef struct KestRequest {
-  KestText method;      /* "DELETE", "GET", "HEAD", "OPTIONS", "PATCH", "POST" or "PUT" */
-  KestText url;         /* raw path, then "?" and the query when there is one; percent-encoded */
+  KestText method; /* "DELETE", "GET", "HEAD", "OPTIONS", "PATCH", "POST" or "PUT" */
+  KestText url;    /* raw path, then "?" and the query when there is one; percent-encoded */
   const KestHeader* headers; /* only pairs meant as arguments of the function: every other pair
                                 is refused as an unknown argument */
   size_t headerCount;
@@ -122,12 +122,13 @@ typedef struct KestHostServices {
    * host copies the request before it returns. The answer, of whatever status, reaches
    * `completion(context, response)` later; `context` stays the plugin's.
    * False: not sent, `completion` is never called.
-   * The host's own endpoints, all POST with a JSON body {"serviceName", "methodName", "args": [..]}:
+   * The host's own endpoints, all POST with a JSON body {"serviceName", "methodName", "args":
+   * [..]}:
    *   "/tav-login/v1/session/invoke"                 answers the method's result
-   *   "/tav-login/v1/service-proxy-uuid-requests"    answers a request id as a JSON text; the result
-   *                                                  comes as "OnServiceProxyUuidEvent"
-   *   "/tav-login/v1/service-proxy-method-requests"  (body also "requestKey" and "flag"); the result
-   *                                                  comes as "OnServiceProxyMethodEvent" */
+   *   "/tav-login/v1/service-proxy-uuid-requests"    answers a request id as a JSON text; the
+   * result comes as "OnServiceProxyUuidEvent"
+   *   "/tav-login/v1/service-proxy-method-requests"  (body also "requestKey" and "flag"); the
+   * result comes as "OnServiceProxyMethodEvent" */
   bool(KEST_ABI* request)(const struct KestHostServices* self, const KestRequest* request,
                           KestCompletion completion, void* context);
 
@@ -163,8 +164,9 @@ typedef struct KestHostServices {
   int32_t(KEST_ABI* postTask)(const struct KestHostServices* self, KestText name, KestTask run,
                               void* context);
 
-  /* [module task] Says that this task waits, and for what ("Wait: future<...>"); `waitEnd` says that
-   * the wait is over. They bracket a loop of `yield` and are for display and scheduling only. */
+  /* [module task] Says that this task waits, and for what ("Wait: future<...>"); `waitEnd` says
+   * that the wait is over. They bracket a loop of `yield` and are for display and scheduling only.
+   */
   void(KEST_ABI* waitBegin)(const struct KestHostServices* self, KestText label);
   void(KEST_ABI* waitEnd)(const struct KestHostServices* self);
 
@@ -283,9 +285,9 @@ typedef struct KestCallbackTable {
 
 /* The handshake block: seven words, owned by the host, read at entry and written before return. */
 typedef struct KestHandshakeBlock {
-  uint32_t major; /* in: the host's plugin API version. out: 18 */
-  uint32_t minor; /* in, then out: 0 */
-  uint32_t patch; /* in, then out: 0 */
+  uint32_t major;                     /* in: the host's plugin API version. out: 18 */
+  uint32_t minor;                     /* in, then out: 0 */
+  uint32_t patch;                     /* in, then out: 0 */
   const KestCallbackTable* callbacks; /* out */
   void* context;                      /* out: the plugin object; null when there was no memory */
   const char* fullName;               /* out: "vwm-be-tav-loot", NUL-terminated, the plugin's; null

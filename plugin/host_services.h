@@ -2,7 +2,7 @@
 // stay alive (subscribed handlers, open completions, queued tasks), lets every call that comes back
 // pass the gate, and keeps exceptions on its own side.
 //
-// Threads:  PostTask, Log and IsStopping on any thread, everything else on module tasks. Handlers
+// Threads:  PostTask and IsStopping on any thread, everything else on module tasks. Handlers
 //           and completions run on module tasks, except the handlers of service-proxy and platform
 //           message events, which run on whatever thread the host delivers them.
 // Lifetime: made at the handshake, attached at start; outlives the plugin object.
@@ -65,21 +65,21 @@ class HostServices {
   // `json` is ignored for kDelete. False: not announced.
   bool Publish(std::string_view path, ResourceEventType type, std::string_view json);
 
-  // Queues `run` as a module task. kMerged: a task of that name still waits and stands for this one,
-  // `run` is dropped; give each task that must run a name of its own. A task whose turn comes after
-  // stop has begun is dropped too.
+  // Queues `run` as a module task. kMerged: a task of that name still waits and stands for this
+  // one, `run` is dropped; give each task that must run a name of its own. A task whose turn comes
+  // after stop has begun is dropped too.
   TaskPosting PostTask(std::string_view name, std::function<void()> run);
 
   void WaitBegin(std::string_view label);
   void WaitEnd();
   void Yield();
 
-  void Log(int32_t level, std::string_view line);
   void SendTelemetry(std::string_view name, std::string_view json);
   void Identify(std::string_view fullName, std::string_view userAgent);
 
-  // For stop, with the gate closed. CancelAll drops the subscriptions and queued tasks and ends every
-  // open request with "Finalizing"; Release frees what the host might still have called back with.
+  // For stop, with the gate closed. CancelAll drops the subscriptions and queued tasks and ends
+  // every open request with "Finalizing"; Release, at the very end, frees what the host might still
+  // have called back with, and the host's table is not used any more.
   void CancelAll();
   void Release();
 

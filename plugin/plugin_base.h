@@ -6,8 +6,9 @@
 // Lifetime: the runtime (names, gate, host services, counters) is made before the object and
 //           outlives it, so references to its parts may be taken in the constructor.
 // Stop:     the gate closes first: no request, event, task or completion is let in any more. Then
-//           Shutdown runs, every open request ends with "Finalizing", subscriptions are dropped, and
-//           the destructor runs when nobody is inside. Handlers that wait meanwhile get the failure.
+//           Shutdown runs, every open request ends with "Finalizing", subscriptions are dropped,
+//           and the destructor runs when nobody is inside. Handlers that wait meanwhile get the
+//           failure.
 #pragma once
 
 #include <string>

@@ -14,8 +14,11 @@ struct RuntimeCounters {
   std::atomic<uint64_t> requestsFailed{0};
   std::atomic<uint64_t> eventsReceived{0};
   std::atomic<uint64_t> eventsPublished{0};
-  std::atomic<uint64_t> warningsLogged{0};  // lines the plugin's log target handed to the host
-  std::atomic<uint64_t> errorsLogged{0};
+  // The process's logger counts lines since its own beginning; these are its readings at start.
+  std::atomic<uint32_t> warningsAtStart{0};
+  std::atomic<uint64_t> errorsAtStart{0};
+
+  void MarkStart();
 };
 
 // Writes the fourteen words: each counter low half first, then two zero words.

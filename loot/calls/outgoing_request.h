@@ -3,6 +3,8 @@
 // Threads: one owner at a time.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -29,34 +31,37 @@ template <class T>
 inline constexpr bool IsQuery<Query<T>> = true;
 
 // Where a request can fail; each step has its own text.
-enum class RequestStep { kArguments, kAnswer, kBody, kConversion };
+enum class RequestStep : size_t { kArguments, kAnswer, kBody, kConversion };
 
 class OutgoingRequest {
  public:
   OutgoingRequest(HttpMethod method, std::string_view url)
       : method_(method), url_(url), target_(url) {}
 
-  // The first argument that does not convert makes ArgumentError non-empty.
+  // Once an argument has not converted, the rest is not looked at.
   template <class T>
   void Add(const Query<T>& argument) {
+    if (!context_.Ok()) return;
     const BindingProperty value = ToProperty(context_, argument.value);
     if (context_.Ok()) AddQuery(argument.name, value);
   }
   template <class T>
   void Add(const T& body) {
+    if (!context_.Ok()) return;
     WriteJsonValue(context_, body, &body_);
     hasBody_ = true;
   }
 
-  HttpMethod method() const { return method_; }
-  std::string_view target() const { return target_; }  // url with the query
-  std::string_view body() const { return body_; }
-  bool hasBody() const { return hasBody_; }
-  // Null while every argument has converted.
-  const Failure* ArgumentFailure();
-
-  // The failure of a step, with its text. The status counts for kAnswer only.
+  bool ArgumentsConverted() const { return context_.Ok(); }
+  // REQUIRES: an argument has not converted.
+  Failure ArgumentFailure() const;
+  // The failure of a step, with its text.
   Failure Fail(RequestStep step, std::string_view error, int32_t status = 500) const;
+
+  HttpMethod Method() const { return method_; }
+  std::string_view Target() const { return target_; }  // url with the query
+  std::string_view Body() const { return body_; }
+  bool HasBody() const { return hasBody_; }
 
  private:
   void AddQuery(std::string_view name, const BindingProperty& value);

@@ -1,5 +1,5 @@
-// ResourceSubscriptions follows other plugins' resources: it counts the uses of each host event name,
-// so that one name is registered once, and delivers each event to the handlers of its url.
+// ResourceSubscriptions follows other plugins' resources: it counts the uses of each host event
+// name, so that one name is registered once, and delivers each event to the handlers of its url.
 //
 // A url with "*" is a pattern: it is served by "OnJsonApiEvent", the event of all resources, and
 // sorted out here. Any other url is served by "OnJsonApiEvent_" + url.
@@ -29,9 +29,14 @@ class ResourceSubscriptions {
   // `data` is null on kDelete, otherwise lent for the call.
   using Handler = std::function<ResourceDelivery(const BindingProperty* data, ResourceEventType)>;
 
-  ResourceSubscriptions(HostServices& host, const std::string& pluginName);
+  ResourceSubscriptions(HostServices& host, const std::string& pluginName)
+      : host_(host), pluginName_(pluginName) {}
+  ~ResourceSubscriptions() { RemoveAll(); }
+  ResourceSubscriptions(const ResourceSubscriptions&) = delete;
+  ResourceSubscriptions& operator=(const ResourceSubscriptions&) = delete;
 
-  // `typeName` names the handler's type in traces.
+  // `typeName` names the handler's type in traces. A subscription that the host refuses is logged
+  // and not kept.
   void Add(std::string_view url, Handler handler, std::string_view typeName);
   // Removes the youngest handler of the url.
   void Remove(std::string_view url);
@@ -46,8 +51,9 @@ class ResourceSubscriptions {
   using EntryList = std::vector<std::shared_ptr<Entry>>;
   using Table = std::map<std::string, EntryList, std::less<>>;
 
-  void OnEvent(bool patterns, std::string_view body);
-  EntryList HandlersOf(bool patterns, std::string_view url) const;
+  // An exact `url` is the one subscribed; an empty one stands for the event of all resources.
+  void OnEvent(std::string_view url, std::string_view body);
+  EntryList HandlersOf(std::string_view url, std::string_view uri) const;
 
   HostServices& host_;
   const std::string& pluginName_;

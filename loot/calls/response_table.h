@@ -28,6 +28,7 @@ class ResponseTable {
   // the response's `error`. Dropped unused when the plugin stops first.
   using Completion = std::function<void(PluginServiceProxyResponse response)>;
 
+  static constexpr std::string_view kInFlight = "Request already in flight";
   static constexpr size_t kMaxBufferedResponses = 1024;
   static constexpr size_t kMaxBufferedBytes = size_t{16} << 20;
 
@@ -41,15 +42,16 @@ class ResponseTable {
   bool Reserve(const std::string& key) KEST_EXCLUDES(mutex_);
   void Unreserve(const std::string& key) KEST_EXCLUDES(mutex_);
 
-  // Enters a request (its reservation ends), and fulfils it when its response is here already.
-  // False: the plugin is stopping, `completion` is dropped.
-  bool AddPending(std::string key, Completion completion) KEST_EXCLUDES(mutex_);
+  // Enters a request (its reservation ends), fulfils it when its response is here already, and
+  // answers an empty text. Otherwise the failure text; `completion` is dropped.
+  std::string AddPending(const std::string& key, Completion completion) KEST_EXCLUDES(mutex_);
 
   // Keeps the response under `key`, in place of an earlier one, and fulfils the request that waits
   // for it.
-  void AddResponse(std::string key, PluginServiceProxyResponse response) KEST_EXCLUDES(mutex_);
+  void AddResponse(const std::string& key, PluginServiceProxyResponse response)
+      KEST_EXCLUDES(mutex_);
 
-  void SetAsyncHandler(std::string key, Completion handler) KEST_EXCLUDES(mutex_);
+  void SetAsyncHandler(const std::string& key, Completion handler) KEST_EXCLUDES(mutex_);
   // Hands the response to the key's handler; without one it is logged and dropped.
   void DeliverAsync(const std::string& key, PluginServiceProxyResponse response)
       KEST_EXCLUDES(mutex_);
@@ -67,9 +69,9 @@ class ResponseTable {
   using BufferedMap = std::map<std::string, Buffered>;
 
   void FulfilLocked() KEST_REQUIRES(mutex_);
-  void DropOldestLocked() KEST_REQUIRES(mutex_);
+  void KeepBoundsLocked() KEST_REQUIRES(mutex_);
   void EraseLocked(BufferedMap::iterator entry) KEST_REQUIRES(mutex_);
-  void Complete(const Completion& completion, PluginServiceProxyResponse response)
+  void CompleteLocked(const Completion& completion, PluginServiceProxyResponse response)
       KEST_REQUIRES(mutex_);
 
   const std::string& pluginName_;

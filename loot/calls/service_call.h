@@ -32,12 +32,9 @@ std::string ServiceCallKey(std::string_view service, std::string_view method);
 // The list of a call's arguments, in order.
 class CallArguments {
  public:
-  CallArguments();
-
   template <class... A>
-  CallArguments&& Add(const A&... arguments) {
-    (AddOne(arguments), ...);
-    return std::move(*this);
+  explicit CallArguments(const A&... arguments) {
+    (Add(arguments), ...);
   }
 
   // True while every argument has converted. Otherwise `FailedType` names the first one's type and
@@ -47,23 +44,23 @@ class CallArguments {
   const std::string& FailedType() const { return failedType_; }
 
   // {"serviceName", "methodName", "args"}, for method-based requests also "requestKey" and "flag".
-  BindingProperty TakeBody(const ServiceCall& call) &&;
+  BindingProperty MakeBody(const ServiceCall& call) const;
 
  private:
   template <class A>
-  void AddOne(const A& argument) {
+  void Add(const A& argument) {
     if (!context_.Ok()) return;
-    BindingProperty value = ToProperty(context_, argument);
+    const BindingProperty value = ToProperty(context_, argument);
     if (context_.Ok()) {
-      Append(std::move(value));
+      Append(value);
     } else {
       failedType_ = StaticType::Name<A>();
     }
   }
-  void Append(BindingProperty value);
+  void Append(const BindingProperty& value);
 
   ConversionContext context_;
-  BindingProperty list_;
+  BindingProperty list_ = BindingProperty::Collection();
   std::string failedType_;
 };
 

@@ -10,12 +10,14 @@
 //   flight", "Couldn't convert SVDS call parameters: {error}", a request's own text (see
 //   SiblingClient), the response's `error`, and the decoder's text for an unreadable `payload`.
 //
-// Threads: Invoke... and Subscribe... on module tasks; each Invoke waits (InvokeAsync only until the
+// Threads: Invoke... and Subscribe... on module tasks; each Invoke waits (InvokeAsync only until
+// the
 //          host has taken the request). Response events come on any thread. Completions and
-//          asynchronous handlers run under the lock: they may set a promise or post a task, and must
-//          not call the proxy.
+//          asynchronous handlers run under the lock: they may set a promise or post a task, and
+//          must not call the proxy.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <future>
@@ -54,12 +56,11 @@ class ServiceProxy {
 
   // Calls the method with a uuid-based request and waits for its result.
   template <class R, class... A>
-  Maybe<R> InvokeAndWait(std::string_view service, std::string_view method,
-                         const A&... arguments) {
+  Maybe<R> InvokeAndWait(std::string_view service, std::string_view method, const A&... arguments) {
     auto promise = std::make_shared<OncePromise<PluginServiceProxyResponse>>();
     auto future = promise->GetFuture();
     const std::string failure =
-        Invoke({service, method, {}, false}, CallArguments().Add(arguments...),
+        Invoke({service, method, {}, false}, CallArguments(arguments...),
                [promise = std::move(promise)](PluginServiceProxyResponse response) {
                  promise->Set(std::move(response));
                });
@@ -76,22 +77,19 @@ class ServiceProxy {
   std::string InvokeAsync(std::string_view service, std::string_view method,
                           std::string_view requestKey, bool flag,
                           std::function<void(Maybe<R>)> onDone, const A&... arguments) {
-    return Invoke({service, method, requestKey, flag}, CallArguments().Add(arguments...),
-                  [this, onDone = std::move(onDone)](PluginServiceProxyResponse response) {
-                    PostCompletion([this, onDone, response = std::move(response)] {
-                      onDone(Decode<R>(response));
-                    });
-                  });
+    return Invoke(
+        {service, method, requestKey, flag}, CallArguments(arguments...),
+        [this, onDone = std::move(onDone)](PluginServiceProxyResponse response) {
+          PostWork([this, onDone, response = std::move(response)] { onDone(Decode<R>(response)); });
+        });
   }
 
   // Calls the method through the session's synchronous endpoint and waits for its result.
   template <class R, class... A>
-  Maybe<R> InvokeSession(std::string_view service, std::string_view method,
-                         const A&... arguments) {
-    CallArguments call;
-    call.Add(arguments...);
+  Maybe<R> InvokeSession(std::string_view service, std::string_view method, const A&... arguments) {
     OutgoingRequest request(HttpMethod::kPost, kSessionInvokePath);
-    Maybe<Response> answer = SendSession(&request, {service, method, {}, false}, std::move(call));
+    Maybe<Response> answer =
+        SendToSession({service, method, {}, false}, CallArguments(arguments...), &request);
     if (!answer) return answer.GetFailure();
     Maybe<R> result = SiblingClient::ReadAnswer<R>(request, answer.GetValue());
     if (!result) LogUnreadable(StaticType::Name<R>(), answer.GetValue().body);
@@ -99,7 +97,8 @@ class ServiceProxy {
   }
 
   // The untyped call behind the others. `completion` runs under the lock.
-  std::string Invoke(const ServiceCall& call, CallArguments arguments, Completion completion);
+  std::string Invoke(const ServiceCall& call, const CallArguments& arguments,
+                     Completion completion);
 
   // Handles the responses that come without a request. `handler` runs under the lock.
   void SubscribeAsync(std::string_view service, std::string_view method, Completion handler);
@@ -124,19 +123,27 @@ class ServiceProxy {
     return result;
   }
 
-  Maybe<std::string> SendInvocation(const ServiceCall& call, const CallArguments& arguments);
-  Maybe<Response> SendSession(OutgoingRequest* request, const ServiceCall& call,
-                              CallArguments arguments);
-  void OnResponse(std::string_view eventName, std::string_view body);
-  void OnSvdsEvent(std::string_view body);
-  void PostCompletion(std::function<void()> run);
+  bool IsFinalising() const { return host_.IsStopping() || responses_.IsFinalising(); }
+  // Both answer the request's key.
+  Maybe<std::string> SendByUuid(const ServiceCall& call, const CallArguments& arguments);
+  Maybe<std::string> SendByMethod(const ServiceCall& call, const CallArguments& arguments);
+  Maybe<Response> SendToSession(const ServiceCall& call, const CallArguments& arguments,
+                                OutgoingRequest* request);
+  // Subscribes; each event is read on the thread it comes on and handed to `handle`.
+  template <class Event>
+  void Follow(const std::string& name, void (ServiceProxy::*handle)(Event event));
+  void OnUuidResponse(PluginServiceProxyResponse response);
+  void OnMethodResponse(PluginServiceProxyResponse response);
+  void OnAsyncResponse(PluginServiceProxyResponse response);
+  void OnSvdsEvent(PluginSvdsEvent event);
+  void PostWork(std::function<void()> run);
   void LogUnreadable(std::string_view typeName, std::string_view text);
 
   HostServices& host_;
   AppModule& module_;
   SiblingClient& client_;
   const std::string& pluginName_;
-  std::atomic<uint64_t> nextTask_{0};
+  std::atomic<uint64_t> nextTask_{0};  // keeps task names apart, so that none is merged away
   ResponseTable responses_;
   std::map<std::string, std::function<void(const PluginSvdsEvent&)>, std::less<>> svdsHandlers_;
 };

@@ -1,5 +1,5 @@
-// SiblingClient is the typed side of the traffic with other plugins and the host: requests, resource
-// subscriptions and the publication of this plugin's own resources.
+// SiblingClient is the typed side of the traffic with other plugins and the host: requests,
+// resource subscriptions and the publication of this plugin's own resources.
 //
 // A request's arguments:
 //   Query("inventoryTypes", list)  goes into the url's query under that name: a text as it stands,
@@ -21,6 +21,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "api/http_names.h"
@@ -61,33 +62,41 @@ class SiblingClient {
   static Maybe<R> ReadAnswer(const OutgoingRequest& request, const Response& answer) {
     R result{};
     if constexpr (!std::is_same_v<R, Nothing>) {
+      const std::string_view unreadable = WhyUnreadable(answer);
+      if (!unreadable.empty()) return request.Fail(RequestStep::kBody, unreadable);
       ConversionContext context;
-      ReadJsonValue(context, "<result>", answer.body, &result);
+      // No body is no value, which some types accept; an empty text is no JSON.
+      const BindingProperty tree =
+          answer.body.empty() ? BindingProperty() : ReadJson(context, answer.body);
+      Assign(context, "<result>", tree, &result);
       if (!context.Ok()) return request.Fail(RequestStep::kConversion, context.ErrorText());
     }
     return result;
   }
 
   // Calls `handler(value, type)` for each event of the resource, `value` null on kDelete and lent
-  // for the call otherwise. When the resource exists, its present value comes as one kCreate. An
-  // event that does not convert is dropped. A url with "*" follows every resource it matches, "*"
-  // standing for any characters. Several handlers may follow one url.
+  // for the call otherwise. The first subscription of a url gets the resource's present value as
+  // one kCreate, when it exists. An event that does not convert is dropped. A url with "*" follows
+  // every resource it matches, "*" standing for any characters. Several handlers may follow one
+  // url.
   template <class T>
   void Subscribe(std::string_view url,
                  std::function<void(const T* value, ResourceEventType type)> handler) {
-    subscriptions_.Add(url, [handler = std::move(handler)](const BindingProperty* data,
-                                                           ResourceEventType type) {
-      if (data == nullptr) {
-        handler(nullptr, type);
-        return ResourceDelivery::kTaken;
-      }
-      T value{};
-      ConversionContext context;
-      Assign(context, "<value>", *data, &value);
-      if (!context.Ok()) return ResourceDelivery::kUnconvertible;
-      handler(&value, type);
-      return ResourceDelivery::kTaken;
-    }, StaticType::Name<T>());
+    subscriptions_.Add(
+        url,
+        [handler = std::move(handler)](const BindingProperty* data, ResourceEventType type) {
+          if (data == nullptr) {
+            handler(nullptr, type);
+            return ResourceDelivery::kTaken;
+          }
+          T value{};
+          ConversionContext context;
+          Assign(context, "<value>", *data, &value);
+          if (!context.Ok()) return ResourceDelivery::kUnconvertible;
+          handler(&value, type);
+          return ResourceDelivery::kTaken;
+        },
+        StaticType::Name<T>());
   }
   // Ends the youngest subscription of the url. Without one it logs a warning and does nothing else.
   void Unsubscribe(std::string_view url) { subscriptions_.Remove(url); }
@@ -109,6 +118,8 @@ class SiblingClient {
   void PublishDelete(std::string_view path);
 
  private:
+  // Why the body cannot be read as JSON at all; empty when it can.
+  static std::string_view WhyUnreadable(const Response& answer);
   void LogUnpublished(std::string_view typeName, std::string_view path);
 
   HostServices& host_;

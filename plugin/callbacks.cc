@@ -1,0 +1,131 @@
+#include "plugin/callbacks.h"
+
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "api/request.h"
+#include "api/response.h"
+#include "plugin/boundary.h"
+#include "plugin/once_promise.h"
+#include "plugin/plugin_base.h"
+#include "plugin/plugin_runtime.h"
+#include "plugin/text_view.h"
+
+namespace Kest {
+
+namespace {
+
+// What the host reads, with the memory its views look into.
+struct Answer {
+  KestResponse view{};  // first, so that its address leads back to the answer
+  Response response;
+};
+
+const KestResponse* HandOut(Response response) noexcept {
+  auto* const answer = new (std::nothrow) Answer;
+  if (answer == nullptr) return nullptr;
+  answer->response = std::move(response);
+  answer->view.status = answer->response.status;
+  answer->view.message = ToText(answer->response.message);
+  answer->view.contentType = ToText(answer->response.contentType);
+  answer->view.body = ToBytes(answer->response.body);
+  return &answer->view;
+}
+
+// A failure that must come about even when memory is short: the text may then be missing.
+Response FailWithText(const char* text) noexcept {
+  Response response;
+  response.status = kStatusServerError;
+  try {
+    response = InternalServerError(text);
+  } catch (const std::bad_alloc&) {
+    response.message = kOutOfMemory;  // short enough for the string itself, allocates nothing
+  }
+  return response;
+}
+
+// Answers through the gate with `handle(plugin)`; whatever goes wrong is an answer too.
+template <class Handle>
+const KestResponse* AnswerInside(void* context, Handle&& handle) noexcept {
+  auto* const runtime = static_cast<PluginRuntime*>(context);
+  if (runtime == nullptr) return HandOut(FailWithText(""));
+  const GateEntry entry(runtime->gate);
+  if (!entry) return HandOut(FailWithText(kFinalizing.data()));
+  Response response;
+  RunAtBoundary([&] { response = handle(*runtime->plugin); },
+                [&response](const char* text) {
+                  LogError("Request: %s", *text != '\0' ? text : "unknown exception");
+                  response = FailWithText(text);
+                });
+  ++runtime->counters.requestsAnswered;
+  if (response.status >= kStatusBadRequest) ++runtime->counters.requestsFailed;
+  return HandOut(std::move(response));
+}
+
+bool KEST_ABI Start(void* context, const KestHostServices* services) noexcept {
+  auto* const runtime = static_cast<PluginRuntime*>(context);
+  if (runtime == nullptr || services == nullptr) return false;
+  bool started = false;
+  RunAndLog("Start", [&] { started = runtime->Start(*services); });
+  return started;
+}
+
+void KEST_ABI Stop(void* context) noexcept {
+  auto* const runtime = static_cast<PluginRuntime*>(context);
+  if (runtime != nullptr) runtime->Stop();
+}
+
+void KEST_ABI Statistics(void* context, KestStatistics* statistics) noexcept {
+  const auto* const runtime = static_cast<const PluginRuntime*>(context);
+  if (runtime != nullptr && statistics != nullptr) WriteStatistics(runtime->counters, statistics);
+}
+
+}  // namespace
+
+const KestCallbackTable& CallbackTable() {
+  static constexpr KestCallbackTable kTable = {&Start, &Stop, &Statistics};
+  return kTable;
+}
+
+const KestResponse* KEST_ABI AnswerRequest(void* context, const KestRequest* request) noexcept {
+  if (request == nullptr) return HandOut(FailWithText(""));
+  return AnswerInside(context, [request](PluginBase& plugin) {
+    std::vector<HeaderPair> headers;
+    headers.reserve(request->headerCount);
+    for (size_t i = 0; i < request->headerCount; ++i) {
+      headers.push_back({ToView(request->headers[i].name), ToView(request->headers[i].value)});
+    }
+    Request bound;
+    bound.method = ToView(request->method);
+    bound.url = ToView(request->url);
+    bound.contentType = ToView(request->contentType);
+    bound.body = ToView(request->body);
+    bound.accept = ToView(request->accept);
+    bound.headers = headers;
+    return plugin.Api().Handle(bound);
+  });
+}
+
+const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName,
+                                            const KestValue* arguments,
+                                            size_t argumentCount) noexcept {
+  return AnswerInside(context, [&](PluginBase& plugin) {
+    std::vector<NamedValue> values;
+    values.reserve(argumentCount);
+    for (size_t i = 0; i < argumentCount; ++i) {
+      NamedValue value;
+      if (arguments[i].name.size != 0) value.name = ToView(arguments[i].name);
+      value.contentType = ToView(arguments[i].contentType);
+      value.text = ToView(arguments[i].bytes);
+      values.push_back(value);
+    }
+    return plugin.Api().Invoke(ToView(functionName), values);
+  });
+}
+
+void KEST_ABI ReleaseAnswer(void* /*context*/, const KestResponse* response) noexcept {
+  delete reinterpret_cast<const Answer*>(response);
+}
+
+}  // namespace Kest

@@ -1,0 +1,19 @@
+// The functions the host calls: start, stop, statistics, and those of the API descriptor. Each
+// takes the PluginRuntime as its context, accepts a null one, and lets no exception pass.
+#pragma once
+
+#include "plugin/host_interface.h"
+
+namespace Kest {
+
+// Constant, the same for every plugin object.
+const KestCallbackTable& CallbackTable();
+
+// Entries of the descriptor; see host_interface.h.
+const KestResponse* KEST_ABI AnswerRequest(void* context, const KestRequest* request) noexcept;
+const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName,
+                                            const KestValue* arguments,
+                                            size_t argumentCount) noexcept;
+void KEST_ABI ReleaseAnswer(void* context, const KestResponse* response) noexcept;
+
+}  // namespace Kest

@@ -1,0 +1,207 @@
+#include "plugin/host_services.h"
+
+#include <utility>
+#include <vector>
+
+#include "plugin/boundary.h"
+#include "plugin/once_promise.h"
+#include "plugin/text_view.h"
+
+namespace Kest {
+
+namespace {
+
+constexpr std::string_view kNotSent = "The host did not take the request";
+
+Response CopyResponse(const KestResponse& response) {
+  Response copy;
+  copy.status = response.status;
+  copy.message = ToView(response.message);
+  copy.contentType = ToView(response.contentType);
+  copy.body = ToView(response.body);
+  return copy;
+}
+
+}  // namespace
+
+struct HostServices::Ticket {
+  HostServices* host = nullptr;
+  Completion completion;      // of a request, or
+  std::function<void()> run;  // of a task; none of both once it was cancelled
+};
+
+HostServices::HostServices(EntryGate& gate, RuntimeCounters& counters)
+    : gate_(gate), counters_(counters) {}
+
+HostServices::~HostServices() = default;
+
+void HostServices::Attach(const KestHostServices* services) {
+  services_ = services;
+}
+
+HostServices::Ticket* HostServices::AddTicket(std::unique_ptr<Ticket> ticket) {
+  Ticket* added = ticket.get();
+  added->host = this;
+  MutexLock hold(mutex_);
+  tickets_.emplace(added, std::move(ticket));
+  return added;
+}
+
+std::unique_ptr<HostServices::Ticket> HostServices::TakeTicket(const Ticket* ticket) {
+  MutexLock hold(mutex_);
+  const auto found = tickets_.find(ticket);
+  if (found == tickets_.end()) return nullptr;
+  std::unique_ptr<Ticket> taken = std::move(found->second);
+  tickets_.erase(found);
+  return taken;
+}
+
+void HostServices::Request(const HostRequest& request, Completion completion) {
+  if (services_ == nullptr || IsStopping()) {
+    completion(Failure{std::string(kFinalizing)});
+    return;
+  }
+  KestRequest sent{};
+  sent.method = ToText(MethodName(request.method));
+  sent.url = ToText(request.url);
+  sent.contentType = ToText(request.contentType);
+  sent.body = ToBytes(request.body);
+  auto owned = std::make_unique<Ticket>();
+  owned->completion = std::move(completion);
+  Ticket* ticket = AddTicket(std::move(owned));
+  if (services_->request(services_, &sent, &OnCompletion, ticket)) return;
+  const std::unique_ptr<Ticket> refused = TakeTicket(ticket);
+  if (refused != nullptr) refused->completion(Failure{std::string(kNotSent)});
+}
+
+void HostServices::OnCompletion(void* context, const KestResponse* response) noexcept {
+  auto* const ticket = static_cast<Ticket*>(context);
+  HostServices* const self = ticket->host;
+  RunAndLog("Request completion", [self, ticket, response] {
+    const GateEntry entry(self->gate_);
+    const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
+    if (!entry || taken == nullptr || !taken->completion) return;
+    taken->completion(CopyResponse(*response));
+  });
+}
+
+bool HostServices::Subscribe(std::string_view name, EventHandler handler) {
+  if (services_ == nullptr || IsStopping()) return false;
+  // The record comes first: the host may deliver as soon as it knows the name.
+  auto kept = std::make_shared<const EventHandler>(std::move(handler));
+  {
+    MutexLock hold(mutex_);
+    handlers_.insert_or_assign(std::string(name), std::move(kept));
+  }
+  if (services_->subscribe(services_, ToText(name), &OnDelivery, this)) return true;
+  MutexLock hold(mutex_);
+  handlers_.erase(std::string(name));
+  return false;
+}
+
+void HostServices::Unsubscribe(std::string_view name) {
+  {
+    MutexLock hold(mutex_);
+    const auto found = handlers_.find(name);
+    if (found == handlers_.end()) return;
+    handlers_.erase(found);
+  }
+  services_->unsubscribe(services_, ToText(name));
+}
+
+void HostServices::OnDelivery(void* context, KestText name, KestText /*contentType*/,
+                              KestBytes body) noexcept {
+  auto* const self = static_cast<HostServices*>(context);
+  RunAndLog("Event delivery", [self, name, body] {
+    const GateEntry entry(self->gate_);
+    if (!entry) return;
+    std::shared_ptr<const EventHandler> handler;
+    {
+      MutexLock hold(self->mutex_);
+      const auto found = self->handlers_.find(ToView(name));
+      if (found != self->handlers_.end()) handler = found->second;
+    }
+    if (handler == nullptr) return;
+    ++self->counters_.eventsReceived;
+    (*handler)(ToView(body));
+  });
+}
+
+bool HostServices::Publish(std::string_view path, ResourceEventType type, std::string_view json) {
+  if (services_ == nullptr) return false;
+  if (type == ResourceEventType::kDelete) json = {};
+  const bool announced =
+      services_->publish(services_, ToText(path), static_cast<int32_t>(type), ToBytes(json));
+  if (announced) ++counters_.eventsPublished;
+  return announced;
+}
+
+TaskPosting HostServices::PostTask(std::string_view name, std::function<void()> run) {
+  if (services_ == nullptr || IsStopping()) return TaskPosting::kRefused;
+  auto owned = std::make_unique<Ticket>();
+  owned->run = std::move(run);
+  Ticket* ticket = AddTicket(std::move(owned));
+  const int32_t answer = services_->postTask(services_, ToText(name), &OnTask, ticket);
+  if (answer == KEST_TASK_QUEUED) return TaskPosting::kQueued;
+  TakeTicket(ticket);
+  return answer == KEST_TASK_MERGED ? TaskPosting::kMerged : TaskPosting::kRefused;
+}
+
+void HostServices::OnTask(void* context) noexcept {
+  auto* const ticket = static_cast<Ticket*>(context);
+  HostServices* const self = ticket->host;
+  RunAndLog("Task", [self, ticket] {
+    const GateEntry entry(self->gate_);
+    const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
+    if (entry && taken != nullptr && taken->run) taken->run();
+  });
+}
+
+void HostServices::WaitBegin(std::string_view label) {
+  if (services_ != nullptr) services_->waitBegin(services_, ToText(label));
+}
+
+void HostServices::WaitEnd() {
+  if (services_ != nullptr) services_->waitEnd(services_);
+}
+
+void HostServices::Yield() {
+  if (services_ != nullptr) services_->yield(services_);
+}
+
+void HostServices::SendTelemetry(std::string_view name, std::string_view json) {
+  if (services_ != nullptr) services_->telemetry(services_, ToText(name), ToBytes(json));
+}
+
+void HostServices::Identify(std::string_view fullName, std::string_view userAgent) {
+  if (services_ != nullptr) services_->identify(services_, ToText(fullName), ToText(userAgent));
+}
+
+void HostServices::CancelAll() {
+  std::vector<std::string> names;
+  std::vector<Ticket> cancelled;
+  {
+    MutexLock hold(mutex_);
+    for (const auto& [name, handler] : handlers_) names.push_back(name);
+    for (auto& [key, ticket] : tickets_) {
+      if (!ticket->completion && !ticket->run) continue;
+      cancelled.push_back(
+          {this, std::exchange(ticket->completion, nullptr), std::exchange(ticket->run, nullptr)});
+    }
+  }
+  for (const std::string& name : names) Unsubscribe(name);
+  for (const Ticket& ticket : cancelled) {
+    if (!ticket.completion) continue;
+    RunAndLog("Request completion",
+              [&ticket] { ticket.completion(Failure{std::string(kFinalizing)}); });
+  }
+}
+
+void HostServices::Release() {
+  TicketMap late;
+  MutexLock hold(mutex_);
+  late.swap(tickets_);
+  services_ = nullptr;
+}
+
+}  // namespace Kest

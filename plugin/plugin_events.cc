@@ -1,0 +1,63 @@
+#include "plugin/plugin_events.h"
+
+#include "binding/define_struct.h"
+#include "binding/type_registry.h"
+
+namespace Kest {
+
+namespace {
+
+void RegisterTypes(TypeRegistry& registry) {
+  DefineEnum<PluginManagerState>(registry, "PluginManagerState", "Kest")
+      .Enumerator("NotReady", PluginManagerState::kNotReady)
+      .Enumerator("PluginsInitialized", PluginManagerState::kPluginsInitialized);
+  DefineStruct<PluginManagerResource>(registry, "PluginManagerResource", "Kest")
+      .Field<&PluginManagerResource::state>("state");
+  DefineEnum<ResourceEventType>(registry, "PluginResourceEventType", "Kest")
+      .Enumerator("Create", ResourceEventType::kCreate)
+      .Enumerator("Update", ResourceEventType::kUpdate)
+      .Enumerator("Delete", ResourceEventType::kDelete);
+  DefineStruct<PluginResourceEvent>(registry, "PluginResourceEvent", "Kest")
+      .Field<&PluginResourceEvent::uri>("uri")
+      .Field<&PluginResourceEvent::eventType>("eventType")
+      .Field<&PluginResourceEvent::data>("data");
+  DefineStruct<PluginSvdsEvent>(registry, "PluginSvdsEvent", "Kest")
+      .Field<&PluginSvdsEvent::clientId>("clientId")
+      .Field<&PluginSvdsEvent::subtopic>("subtopic")
+      .Field<&PluginSvdsEvent::typeName>("typeName")
+      .Field<&PluginSvdsEvent::body>("body");
+  DefineStruct<PluginSvdsResponse>(registry, "PluginSvdsResponse", "Kest")
+      .Field<&PluginSvdsResponse::typeName>("typeName")
+      .Field<&PluginSvdsResponse::body>("body");
+  DefineStruct<PluginServiceProxyResponse>(registry, "PluginServiceProxyResponse", "Kest")
+      .Field<&PluginServiceProxyResponse::uuid>("uuid")
+      .Field<&PluginServiceProxyResponse::serviceName>("serviceName")
+      .Field<&PluginServiceProxyResponse::methodName>("methodName")
+      .Field<&PluginServiceProxyResponse::payload>("payload")
+      .Field<&PluginServiceProxyResponse::status>("status")
+      .Field<&PluginServiceProxyResponse::error>("error");
+}
+
+void RegisterEvents(TypeRegistry& registry) {
+  const TypeIdentifier response = IdentifyType<PluginServiceProxyResponse>(registry);
+  registry.RegisterEvent(kJsonApiEvent, "Fired when a resource is changed.",
+                         IdentifyType<PluginResourceEvent>(registry));
+  registry.RegisterEvent(kSvdsEvent,
+                         "Fired when a message is received over the SVDS connection.",
+                         IdentifyType<PluginSvdsEvent>(registry));
+  registry.RegisterEvent(kServiceProxyUuidEvent,
+                         "Fired when a uuid-based service proxy message is received.", response);
+  registry.RegisterEvent(kServiceProxyMethodEvent,
+                         "Fired when a method-based service proxy message is received.", response);
+  registry.RegisterEvent(kServiceProxyAsyncEvent,
+                         "Fired when an async service proxy message is received.", response);
+}
+
+}  // namespace
+
+void RegisterPluginEvents(TypeRegistry& registry) {
+  RegisterTypes(registry);
+  RegisterEvents(registry);
+}
+
+}  // namespace Kest

@@ -1,0 +1,57 @@
+#include "plugin/plugin_runtime.h"
+
+#include <utility>
+
+#include "log/logger.h"
+#include "plugin/boundary.h"
+#include "plugin/plugin_base.h"
+
+namespace Kest {
+
+PluginRuntime::PluginRuntime(const ApiVersion& host, PluginNames pluginNames)
+    : hostVersion(host), names(std::move(pluginNames)), host(gate, counters) {}
+
+PluginRuntime::~PluginRuntime() = default;
+
+bool PluginRuntime::Start(const KestHostServices& services) {
+  if (phase_ != Phase::kLoaded || services.size < sizeof(KestHostServices)) return false;
+  const GateEntry entry(gate);
+  if (!entry) return false;
+  phase_ = Phase::kStarted;
+  host.Attach(&services);
+  counters.MarkStart();
+  AttachLogTarget(services);
+  host.Identify(names.fullName, UserAgent(hostVersion, names.fullName));
+  return plugin->Initialise();
+}
+
+void PluginRuntime::Stop() {
+  if (phase_ == Phase::kStopped) return;
+  phase_ = Phase::kStopped;
+  gate.Close();
+  RunAndLog("Shutdown", [this] { plugin->Shutdown(); });
+  // A caller that was inside already may still start something, so cancelling is repeated.
+  for (;;) {
+    RunAndLog("Stop", [this] { host.CancelAll(); });
+    if (gate.Inside() == 0) break;
+    host.Yield();
+  }
+  plugin.reset();
+  DetachLogTarget();
+  host.Release();
+}
+
+void PluginRuntime::AttachLogTarget(const KestHostServices& services) {
+  Logger& logger = Logger::Instance();
+  if (logger.FindTarget(PluginLogTarget::kClassName) != nullptr) return;
+  logTarget_ = std::make_unique<PluginLogTarget>(services);
+  logger.Attach(*logTarget_);
+}
+
+void PluginRuntime::DetachLogTarget() {
+  if (logTarget_ == nullptr) return;
+  logTarget_->Detach();
+  logTarget_.reset();
+}
+
+}  // namespace Kest
