@@ -18,8 +18,8 @@ class ClientConfiguration {
   ClientConfiguration(ServiceProxy& proxy, SiblingClient& client)
       : proxy_(proxy), client_(client) {}
 
-  // Starts "getClientConfiguration". Its answer is taken when it comes, and each of the two resources
-  // is published when it differs; a failure is logged and changes nothing.
+  // Starts "getClientConfiguration". Its answer is taken when it comes, and each of the two
+  // resources is published when it differs; a failure is logged and changes nothing.
   void Request();
 
   // As last answered; empty lists before.

@@ -1,6 +1,6 @@
-// Loads names and artwork out of the game data, once, when the plugin starts. Each load fails alone:
-// it logs one error line, leaves its table as it was, and is not repeated.
-// Threads: module tasks only; the calls wait.
+// Loads names and artwork out of the game data, once, when the plugin starts. Each load fails
+// alone: it logs one error line, leaves its table as it was, and is not repeated. Threads: module
+// tasks only; the calls wait.
 #pragma once
 
 #include <string>

@@ -24,17 +24,18 @@ std::string_view NewPlayerChest::Check() {
   if (!status_.QualifiesForNewPlayerChest()) return kNotDone;
   status_.newPlayerCheckDone = true;  // before the call waits, so that no second one is sent
   const std::function<void(Answer)> onDone = [this](const Answer& answer) { OnAnswer(answer); };
-  const std::string failure = proxy_.InvokeAsync<SVDS::PlayerLootResultDTO>(
-      kLootService, kMethod, {}, false, onDone);
-  if (!failure.empty()) OnAnswer(Failure{failure});
-  return kSubmitted;
+  const std::string failure =
+      proxy_.InvokeAsync<SVDS::PlayerLootResultDTO>(kLootService, kMethod, {}, false, onDone);
+  if (failure.empty()) return kSubmitted;
+  status_.newPlayerCheckDone = false;  // nothing was sent
+  OnAnswer(Failure{failure});
+  return kNotDone;
 }
 
 void NewPlayerChest::OnAnswer(const Maybe<SVDS::PlayerLootResultDTO>& answer) {
   if (!answer) {
-    return LogError(
-        "Failed to get response for checkAndGrantNewPlayerChest, returned error: %s",
-        answer.GetFailure().text.c_str());
+    return LogError("Failed to get response for checkAndGrantNewPlayerChest, returned error: %s",
+                    answer.GetFailure().text.c_str());
   }
   const SVDS::PlayerLootResultDTO& result = answer.GetValue();
   if (result.status != kOk) {

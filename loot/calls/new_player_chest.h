@@ -24,7 +24,8 @@ class NewPlayerChest {
       : module_(module), proxy_(proxy), status_(status), actions_(actions) {}
 
   // Starts "checkAndGrantNewPlayerChest" when the player qualifies, and answers "SUBMITTED";
-  // otherwise "NOT_DONE". A chest that was granted brings a new retrieval.
+  // otherwise, or when the call cannot be started, "NOT_DONE". A chest that was granted brings a
+  // new retrieval.
   std::string_view Check();
 
   // Posts the check as a task, unless something has been retrieved already or the login is too long

@@ -1,0 +1,63 @@
+#include "loot/calls/collection_sources.h"
+
+#include <utility>
+
+#include "log/logger.h"
+#include "loot/readiness.h"
+
+namespace Kest::Client::Loot {
+
+template <class T, class Keep>
+void CollectionSources::FollowOne(std::string url, uint8_t readinessBits, Keep keep) {
+  client_.Subscribe<T>(url, [this, readinessBits, keep](const T* answer, ResourceEventType) {
+    if (answer == nullptr) return;
+    (collections_.*keep)(*answer);
+    actions_.OnSourceAnswered(readinessBits);
+  });
+  followed_.push_back(std::move(url));
+}
+
+void CollectionSources::Follow(uint64_t summonerId) {
+  Drop();
+  const std::string id = std::to_string(summonerId);
+  const std::string collections = "/tav-collections/v1/inventories/" + id;
+  FollowChampions("/tav-champions/v1/inventories/" + id);
+  FollowOne<std::vector<Api::CollectionsWardSkin>>(collections + "/ward-skins", kReadyWardSkins,
+                                                   &Collections::ReplaceWardSkins);
+  FollowOne<Api::CollectionsSummonerIcons>(collections + "/summoner-icons", kReadySummonerIcons,
+                                           &Collections::ReplaceOwnedSummonerIcons);
+  FollowOne<std::vector<Api::CollectionsEmote>>("/tav-inventory/v1/inventory/emotes", kReadyEmotes,
+                                                &Collections::ReplaceEmoteInventory);
+}
+
+void CollectionSources::Drop() {
+  ++period_;
+  for (const std::string& url : followed_) client_.Unsubscribe(url);
+  followed_.clear();
+}
+
+void CollectionSources::FollowChampions(const std::string& inventory) {
+  std::string url = inventory + "/champions-minimal";
+  client_.Subscribe<Champions>(url, [this, skinsUrl = inventory + "/skins-minimal"](
+                                        const Champions* answer, ResourceEventType) {
+    if (answer == nullptr) return;
+    collections_.ReplaceChampions(*answer);
+    OnChampions(skinsUrl);
+  });
+  followed_.push_back(std::move(url));
+}
+
+void CollectionSources::OnChampions(const std::string& skinsUrl) {
+  const uint64_t period = period_;
+  Maybe<Skins> skins = client_.Request<Skins>(HttpMethod::kGet, skinsUrl);
+  if (period != period_) return;  // the player has left while the request was under way
+  if (!skins) {
+    LogError("Failed to retrieve %s with error %s", skinsUrl.c_str(),
+             skins.GetFailure().text.c_str());
+    return actions_.OnSourceAnswered(kReadyChampions);
+  }
+  collections_.ReplaceSkins(std::move(skins.GetValue()));
+  actions_.OnSourceAnswered(kReadyChampions | kReadySkins);
+}
+
+}  // namespace Kest::Client::Loot

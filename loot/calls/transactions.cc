@@ -1,0 +1,116 @@
+#include "loot/calls/transactions.h"
+
+#include <string_view>
+#include <utility>
+
+#include "base/platform.h"
+#include "binding/conversion_context.h"
+#include "binding/json_adapter.h"
+#include "log/positional_format.h"
+#include "log/trace.h"
+#include "loot/calls/service_proxy.h"
+#include "loot/model/loot_id.h"
+#include "loot/model/loot_words.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+// The item of a result as the service sent it, to be filled from the store.
+Api::PlayerLootDelta MakeDelta(const SVDS::PlayerLootDTO& record) {
+  Api::PlayerLootDelta delta;
+  delta.deltaCount = record.count;
+  delta.playerLoot.lootName = record.lootName;
+  delta.playerLoot.refId = record.refId;
+  delta.playerLoot.lootId = MakeLootId(record.lootName, record.refId);
+  delta.playerLoot.count = record.count;
+  delta.playerLoot.expiryTime = record.expiryTime;
+  return delta;
+}
+
+std::vector<Api::PlayerLootDelta> ApplyDeltas(LootInventory& inventory,
+                                              const std::vector<SVDS::PlayerLootDTO>& records,
+                                              int64_t sign) {
+  std::vector<Api::PlayerLootDelta> deltas;
+  deltas.reserve(records.size());
+  for (const SVDS::PlayerLootDTO& record : records) {
+    Api::PlayerLootDelta& delta = deltas.emplace_back(MakeDelta(record));
+    inventory.ApplyDelta(record, sign * record.count);
+    inventory.Refresh(&delta.playerLoot);
+  }
+  return deltas;
+}
+
+}  // namespace
+
+Maybe<Api::PlayerLootUpdate> Transactions::Craft(const std::string& recipeName,
+                                                 const std::vector<std::string>& lootIds,
+                                                 std::optional<int32_t> repeat) {
+  SVDS::CraftLootRefTransactionDTO payload{recipeName, {}, repeat.value_or(1)};
+  for (const std::string& lootId : lootIds) {
+    const LootIdParts parts = SplitLootId(lootId);
+    payload.lootNameRefIds.push_back({std::string(parts.lootName), std::string(parts.refId)});
+  }
+  return Run("craft", "craftPlayerLootWithRefId", payload);
+}
+
+Maybe<Api::PlayerLootUpdate> Transactions::Redeem(const std::string& lootName) {
+  return Run("redeem", "redeemPlayerLoot", SVDS::RedeemLootTransactionDTO{lootName});
+}
+
+template <class Payload>
+Maybe<Api::PlayerLootUpdate> Transactions::Run(const char* kind, const char* method,
+                                               const Payload& payload) {
+  if (!status_.enabled) return Failure{"Loot disabled."};
+  UuidBytes uuid{};
+  if (!CreateUuid(&uuid)) return Failure{"Couldn't create a request id."};
+  const std::string requestId = FormatUuid(uuid);
+  ConversionContext context;
+  std::string body;
+  WriteJsonValue(context, payload, &body);
+  if (!context.Ok()) return Failure{"Error serializing request payload."};
+  Trace("Sending %s request id: %s, body: %s", kind, requestId.c_str(), body.c_str());
+  return ProcessPlayerLootUpdateResponse(
+      requestId, proxy_.InvokeAndWait<Result>(kLootService, method, requestId, body));
+}
+
+Maybe<Api::PlayerLootUpdate> Transactions::ProcessPlayerLootUpdateResponse(
+    const std::string& requestId, const Maybe<Result>& result) {
+  if (!result) {
+    Trace("Failed to get response for request id: %s", requestId.c_str());
+    actions_.PostRetrieval();  // the service may have carried it out all the same
+    return Failure{
+        Format("Error in ProcessPlayerLootUpdateResponse: %1", result.GetFailure().text)};
+  }
+  const Result& reply = result.GetValue();
+  if (reply.status != kOk) {
+    Trace("Received unexpected status for request id: %s, status: %s", requestId.c_str(),
+          reply.status.c_str());
+    return Failure{
+        Format("Unexpected status in ProcessPlayerLootUpdateResponse: %1", reply.status)};
+  }
+  ConversionContext context;
+  std::string text;
+  WriteJsonValue(context, reply, &text);
+  if (!context.Ok()) return Failure{"Error serializing result payload."};
+  Trace("Received response for request id: %s, response: %s", requestId.c_str(), text.c_str());
+  return Apply(reply);
+}
+
+Api::PlayerLootUpdate Transactions::Apply(const Result& result) {
+  Api::PlayerLootUpdate update;
+  update.added = ApplyDeltas(inventory_, result.added, 1);
+  SortByRank(kLootDeltaTypeOrder, &update.added,
+             [](const Api::PlayerLootDelta& delta) -> const std::string& {
+               return delta.playerLoot.type;
+             });
+  update.removed = ApplyDeltas(inventory_, result.removed, -1);
+  for (const std::string& lootName : result.redeemed) {
+    Api::PlayerLootDelta& delta = update.redeemed.emplace_back(MakeDelta({lootName, {}, 0, 0}));
+    inventory_.MarkRedeemed(lootName);
+    inventory_.Refresh(&delta.playerLoot);
+  }
+  actions_.RequestPublication();
+  return update;
+}
+
+}  // namespace Kest::Client::Loot

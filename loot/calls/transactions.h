@@ -1,0 +1,54 @@
+// Transactions carries out the player's crafts and redemptions: it sends one to the service, waits
+// for the result and applies it to the store.
+// Failure texts, all of status 500: "Loot disabled.", "Error serializing request payload.",
+//   "Error in ProcessPlayerLootUpdateResponse: %1", "Unexpected status in
+//   ProcessPlayerLootUpdateResponse: %1", "Error serializing result payload."
+// Threads: module tasks only; Craft and Redeem wait, and any number of them may wait side by side.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/maybe_type.h"
+#include "loot/loot_actions.h"
+#include "loot/loot_inventory.h"
+#include "loot/loot_status.h"
+#include "loot/model/loot_dtos.h"
+#include "loot/model/loot_resources.h"
+
+namespace Kest::Client::Loot {
+
+class ServiceProxy;
+
+class Transactions {
+ public:
+  // All outlive it.
+  Transactions(ServiceProxy& proxy, const LootStatus& status, LootInventory& inventory,
+               LootActions& actions)
+      : proxy_(proxy), status_(status), inventory_(inventory), actions_(actions) {}
+
+  // Runs a recipe on the items of the given loot ids, `repeat` times (once when it is not given).
+  Maybe<Api::PlayerLootUpdate> Craft(const std::string& recipeName,
+                                     const std::vector<std::string>& lootIds,
+                                     std::optional<int32_t> repeat);
+  // Unlocks what the named loot stands for.
+  Maybe<Api::PlayerLootUpdate> Redeem(const std::string& lootName);
+
+ private:
+  using Result = SVDS::PlayerLootResultDTO;
+
+  template <class Payload>
+  Maybe<Api::PlayerLootUpdate> Run(const char* kind, const char* method, const Payload& payload);
+  Maybe<Api::PlayerLootUpdate> ProcessPlayerLootUpdateResponse(const std::string& requestId,
+                                                               const Maybe<Result>& result);
+  Api::PlayerLootUpdate Apply(const Result& result);
+
+  ServiceProxy& proxy_;
+  const LootStatus& status_;
+  LootInventory& inventory_;
+  LootActions& actions_;
+};
+
+}  // namespace Kest::Client::Loot

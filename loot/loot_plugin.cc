@@ -1,0 +1,81 @@
+#include "loot/loot_plugin.h"
+
+#include "log/logger.h"
+#include "log/trace.h"
+
+namespace Kest::Client::Loot {
+
+LootPlugin::LootPlugin(PluginRuntime& runtime)
+    : PluginBase(runtime),
+      inventory_(state_),
+      client_(Host(), Module(), FullName()),
+      proxy_(Host(), Module(), client_, FullName()),
+      publisher_(Module(), client_, state_.store, state_.definitions),
+      retrieval_(proxy_, state_, inventory_, *this),
+      transactions_(proxy_, state_.status, inventory_, *this),
+      configuration_(proxy_, client_),
+      newPlayerChest_(Module(), proxy_, state_.status, *this),
+      sources_(client_, state_.collections, *this),
+      gameDataLoader_(client_, state_.gameData) {}
+
+bool LootPlugin::Initialise() {
+  proxy_.Start();
+  SubscribeAll();
+  gameDataLoader_.LoadProfileIcons();
+  gameDataLoader_.LoadLootDefinitions(lootDefinitionPath_);
+  gameDataLoader_.LoadSummonerEmotes();
+  Trace("%s initialized", FullName().c_str());
+  return true;
+}
+
+void LootPlugin::Shutdown() {
+  proxy_.Finalise();
+}
+
+void LootPlugin::RequestPublication() {
+  publisher_.Request();
+}
+
+void LootPlugin::PostRetrieval() {
+  Module().PostTask("LootPlugin.RefreshPlayerLoot", [this] {
+    // Disabled or too recent: both leave the store as it is, like a failure, which logs itself.
+    static_cast<void>(retrieval_.Retrieve(/*forced=*/false));
+  });
+}
+
+void LootPlugin::OnSourceAnswered(uint8_t readinessBits) {
+  inventory_.Reenrich();
+  publisher_.Request();
+  SetReadiness(readinessBits, state_.readiness.goal());
+}
+
+// Nothing is known about tournament logos in this build, so their readiness bit stays unset.
+void LootPlugin::LoadTournamentLogos() {}
+
+void LootPlugin::PostTournamentLogoLoad() {
+  Module().PostTask("LootPlugin.LoadTournamentLogoInventory", [this] { LoadTournamentLogos(); });
+}
+
+void LootPlugin::RecomputeEnabled() {
+  if (!state_.status.RecomputeEnabled()) return;
+  const bool enabled = state_.status.enabled;
+  LogAlways("Loot %s", enabled ? "enabled" : "disabled");
+  newPlayerChest_.Schedule();
+  client_.Publish("/tav-loot/v1/enabled", ResourceEventType::kUpdate, enabled);
+}
+
+void LootPlugin::SetReadiness(uint8_t bits, uint8_t goal) {
+  Readiness& readiness = state_.readiness;
+  const bool turned = readiness.Set(bits, goal);
+  LogAlways("Loot %s: %hhu/%hhu", readiness.Ready() ? "ready" : "not yet ready", readiness.flags(),
+            readiness.goal());
+  if (turned) client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, readiness.Ready());
+}
+
+void LootPlugin::SetGrantNotificationsAllowed(bool allowed) {
+  state_.status.grantNotificationsAllowed = allowed;
+  LogAlways("loot grant notifications set to: %s",
+            allowed ? "allowed." : "disallowed. notifications will queue until next allowed.");
+}
+
+}  // namespace Kest::Client::Loot

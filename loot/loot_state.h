@@ -1,0 +1,23 @@
+// LootState is all the data of the loot plugin. It outlives everything that works on it.
+// Threads: no lock; handlers and module tasks only. Hold no reference into it across a wait.
+#pragma once
+
+#include "loot/loot_status.h"
+#include "loot/model/collections.h"
+#include "loot/model/game_data.h"
+#include "loot/model/loot_definitions.h"
+#include "loot/player_loot_store.h"
+#include "loot/readiness.h"
+
+namespace Kest::Client::Loot {
+
+struct LootState {
+  LootStatus status;
+  Readiness readiness;
+  LootDefinitions definitions;
+  Collections collections;
+  GameData gameData;
+  PlayerLootStore store;
+};
+
+}  // namespace Kest::Client::Loot
