@@ -1,6 +1,7 @@
 // One request as the host hands it over, and one argument of a direct invocation.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -8,6 +9,9 @@
 namespace Kest {
 
 class BindingProperty;
+
+// A larger body is refused with "Body is too large" before anything of it is read.
+inline constexpr size_t kMaxBodyBytes = 64u * 1024u * 1024u;
 
 struct HeaderPair {
   std::string_view name;

@@ -1,0 +1,87 @@
+#include "api/argument_value.h"
+
+#include <new>
+#include <span>
+
+#include "api/http_names.h"
+#include "binding/json_adapter.h"
+#include "log/positional_format.h"
+
+namespace Kest {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+// A MessagePack map or array begins with such a byte, a JSON text never.
+bool BeginsMessagePack(std::string_view text) {
+  const auto first = text.empty() ? uint8_t{0} : static_cast<uint8_t>(text.front());
+  return (first >= 0x80 && first <= 0x9F) || (first >= 0xDC && first <= 0xDF);
+}
+
+std::string_view WithoutLeadingBlanks(std::string_view text) {
+  const size_t start = text.find_first_not_of(kBlanks);
+  return start == std::string_view::npos ? std::string_view() : text.substr(start);
+}
+
+std::span<const uint8_t> BytesOf(std::string_view text) {
+  return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
+}
+
+// A tree from text of one format; failures are in the decoder's own words.
+struct Decoder {
+  std::string_view name;
+  BindingProperty (*decode)(ConversionContext& context, std::string_view text);
+};
+
+// The formats that need decoding. Whatever is missing here is refused as unsupported.
+const Decoder* FindDecoder(ValueFormat format) {
+  static constexpr Decoder kJson = {"JSON", [](ConversionContext& context, std::string_view text) {
+                                      return ReadJson(context, text);
+                                    }};
+  return format == ValueFormat::kJson ? &kJson : nullptr;
+}
+
+}  // namespace
+
+ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view text,
+                              bool structured) {
+  const bool sniffed = structured && contentType.empty();
+  if (HasContentType(contentType, kContentTypeMessagePack)) return ValueFormat::kMessagePack;
+  if (sniffed && BeginsMessagePack(text)) return ValueFormat::kMessagePack;
+  const std::string_view start = sniffed ? WithoutLeadingBlanks(text) : std::string_view();
+  if (HasContentType(contentType, kContentTypeJson) || start.starts_with('{') ||
+      start.starts_with('[')) {
+    return ValueFormat::kJson;
+  }
+  if (HasContentType(contentType, kContentTypeYamlValue) || start.starts_with("---")) {
+    return ValueFormat::kYaml;
+  }
+  if (HasContentType(contentType, kContentTypeBytes)) return ValueFormat::kBytes;
+  return ValueFormat::kText;
+}
+
+std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType) {
+  if (HasContentType(contentType, kContentTypeMessagePack)) return ValueFormat::kMessagePack;
+  if (HasContentType(contentType, kContentTypeJson)) return ValueFormat::kJson;
+  if (HasContentType(contentType, kContentTypeJsonApi)) return ValueFormat::kJson;
+  if (HasContentType(contentType, kContentTypeYamlBody)) return ValueFormat::kYaml;
+  return std::nullopt;
+}
+
+void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,
+                 std::string_view text, BindingProperty* target) {
+  if (format == ValueFormat::kText) return target->SetString(text);
+  if (format == ValueFormat::kBytes) return target->SetBlob(BytesOf(text));
+  const Decoder* decoder = FindDecoder(format);
+  if (decoder == nullptr) return context.Fail(kUnsupportedContentType);
+  ConversionContext decoding(context.registry());
+  BindingProperty tree = decoder->decode(decoding, text);
+  if (decoding.Ok()) {
+    *target = std::move(tree);
+  } else {
+    context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4",
+                        decoder->name, owner.argument, owner.function, decoding.ErrorText()));
+  }
+}
+
+}  // namespace Kest

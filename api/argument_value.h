@@ -1,0 +1,36 @@
+// What a piece of outside text is - JSON, plain text, bytes - and its decoding.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "binding/binding_property.h"
+#include "binding/conversion_context.h"
+
+namespace Kest {
+
+enum class ValueFormat : uint8_t { kText, kBytes, kJson, kMessagePack, kYaml };
+
+// The format of an argument's value. `contentType` decides; without one, a structured value (of an
+// object, structure or vector) is known by how it begins. Everything else is text.
+ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view text, bool structured);
+
+// The format of a request body; none for a content type that bodies cannot have.
+std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType);
+
+// Whose value is decoded, for failure texts.
+struct ValueOwner {
+  std::string_view argument;
+  std::string_view function;
+};
+
+// Decodes `text` and replaces `*target` by it. Failures:
+//   "Couldn't deserialize JSON value for parameter '%1' of '%2': %3" (%3 the decoder's words)
+//   "Unsupported body content type" for a format that has no decoder
+void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,
+                 std::string_view text, BindingProperty* target);
+
+inline constexpr std::string_view kUnsupportedContentType = "Unsupported body content type";
+
+}  // namespace Kest

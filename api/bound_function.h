@@ -1,0 +1,71 @@
+// A function that requests and invocations can call: its description, where its arguments come
+// from, and the handler behind it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "api/response.h"
+#include "binding/binding_property.h"
+#include "binding/type_record.h"
+
+namespace Kest {
+
+// The one source an argument is taken from. The numbers cross to the host: never renumber.
+enum class ArgumentLocation : int32_t {
+  kAny = 0,  // from the path, the query or a header
+  kQuery = 1,
+  kPath = 2,  // a parameter of the route's template
+  kHeader = 4,
+  kBody = 5,
+};
+
+// What a call bound to the arguments, in the order of their declaration. Absent ones are empty.
+using ArgumentValues = std::vector<BindingProperty>;
+
+class BoundFunction;
+
+// One call. The handler converts the values, and gives them up before it runs.
+struct FunctionCall {
+  const BoundFunction& function;
+  const TypeRegistry& registry;
+  std::string_view accept;  // content type wanted for the result; empty: JSON
+  ArgumentValues values;
+};
+
+// Threads: declared by one thread; constant and free for any thread afterwards.
+class BoundFunction {
+ public:
+  using Handler = std::function<Response(FunctionCall)>;
+
+  // `parameters` are the handler's, in order, still without names.
+  BoundFunction(std::string_view name, std::vector<ArgumentRecord> parameters,
+                TypeIdentifier returns, Handler handler);
+
+  // Names the next parameter. REQUIRES: one is left, the name is new, and no second body argument.
+  void DeclareArgument(ArgumentLocation location, std::string_view name,
+                       std::string_view description);
+  void SetDescription(std::string_view description) { record_.description = description; }
+
+  const FunctionRecord& Record() const { return record_; }
+  const std::string& Name() const { return record_.name; }
+  const std::vector<ArgumentRecord>& Arguments() const { return record_.arguments; }
+  ArgumentLocation LocationOf(size_t argument) const { return locations_[argument]; }
+  std::optional<size_t> FindArgument(std::string_view name) const;
+  std::optional<size_t> BodyArgument() const;
+
+  // REQUIRES: a value for each argument. Whatever the handler throws passes through.
+  Response Call(FunctionCall call) const { return handler_(std::move(call)); }
+
+ private:
+  FunctionRecord record_;
+  std::vector<ArgumentLocation> locations_;  // of the declared arguments
+  Handler handler_;
+};
+
+}  // namespace Kest

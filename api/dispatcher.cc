@@ -1,0 +1,105 @@
+#include "api/dispatcher.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "api/argument_binder.h"
+#include "api/query_text.h"
+#include "log/logger.h"
+
+namespace Kest {
+namespace {
+
+constexpr std::string_view kBuiltinNameSpace = "$builtin";
+constexpr size_t kMaxLoggedName = 200;
+
+// Runs `answer`; exceptions become answers. `name` says in the log what was asked for.
+template <typename Answer>
+Response AnswerSafely(std::string_view name, Answer&& answer) noexcept {
+  try {
+    try {
+      return answer();
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& exception) {
+      return InternalServerError(exception.what());
+    } catch (...) {
+      return InternalServerError();
+    }
+  } catch (const std::bad_alloc&) {
+    const auto length = static_cast<int>(std::min(name.size(), kMaxLoggedName));
+    LogError("%.*s: Out of memory", length, name.data());
+    Response response;
+    response.status = kStatusServerError;
+    response.message = "Out of memory";  // short enough to need no memory
+    return response;
+  }
+}
+
+Response BadRequest(const ConversionContext& context) {
+  return FailureResponse({context.ErrorText(), kStatusBadRequest});
+}
+
+}  // namespace
+
+BoundFunction& Dispatcher::Add(HttpMethod method, std::string_view pathTemplate,
+                               BoundFunction function) {
+  Endpoint& endpoint =
+      endpoints_.emplace_back(Endpoint{method, RouteTemplate(pathTemplate), std::move(function)});
+  routes_.Add(method, endpoint.route);
+  functions_.emplace(endpoint.function.Name(), &endpoint.function);
+  const auto& parameters = endpoint.route.Parameters();
+  if (std::any_of(parameters.begin(), parameters.end(),
+                  [](const TemplateParameter& parameter) { return parameter.name.empty(); })) {
+    LogWarning("Route %s has a parameter without a name", endpoint.route.Text().c_str());
+  }
+  return endpoint.function;
+}
+
+Response Dispatcher::Handle(const Request& request) const noexcept {
+  return AnswerSafely(request.url, [&] { return AnswerRequest(request); });
+}
+
+Response Dispatcher::Invoke(std::string_view functionName,
+                            std::span<const NamedValue> arguments) const noexcept {
+  return AnswerSafely(functionName, [&] { return AnswerInvocation(functionName, arguments); });
+}
+
+Response Dispatcher::AnswerRequest(const Request& request) const {
+  const UrlParts url = SplitUrl(request.url);
+  RouteCaptures captures;
+  const auto found = routes_.Find(ParseMethod(request.method), url.path, &captures);
+  if (!found) return NotFound();
+  if (request.body.size() > kMaxBodyBytes) {
+    return FailureResponse({"Body is too large", kStatusTooLarge});
+  }
+  const Endpoint& endpoint = endpoints_[*found];
+  ConversionContext context(registry_);
+  ArgumentBinder binder(endpoint.function, context);
+  binder.BindHeaders(request.headers);
+  binder.BindCaptures(endpoint.route, captures);
+  binder.BindQuery(url.query);
+  binder.BindBody(request.contentType, request.body);
+  if (!context.Ok()) return BadRequest(context);
+  return endpoint.function.Call(
+      {endpoint.function, registry_, request.accept, binder.TakeValues()});
+}
+
+Response Dispatcher::AnswerInvocation(std::string_view functionName,
+                                      std::span<const NamedValue> arguments) const {
+  if (functionName.starts_with(kBuiltinNameSpace)) {
+    return NotFound("Unsupported builtin function");
+  }
+  const auto found = functions_.find(functionName);
+  if (found == functions_.end()) return NotFound("Invalid function");
+  const BoundFunction& function = *found->second;
+  ConversionContext context(registry_);
+  ArgumentBinder binder(function, context);
+  binder.BindList(arguments);
+  if (!context.Ok()) return BadRequest(context);
+  return function.Call({function, registry_, {}, binder.TakeValues()});
+}
+
+}  // namespace Kest

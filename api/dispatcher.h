@@ -1,0 +1,140 @@
+// The dispatcher answers requests and invocations with registered functions.
+//
+//   dispatcher.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/{recipeName}/craft", "PostCraft",
+//                    this, &LootPlugin::Craft)
+//       .Path("recipeName").Body("playerLootList", "Loot ids to use").Query("repeat");
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "api/bind_handler.h"
+#include "api/bound_function.h"
+#include "api/http_names.h"
+#include "api/request.h"
+#include "api/response.h"
+#include "api/route_table.h"
+#include "api/route_template.h"
+#include "binding/type_registry.h"
+
+namespace Kest {
+
+struct Endpoint {
+  HttpMethod method;
+  RouteTemplate route;
+  BoundFunction function;
+};
+
+// A route whose parameters all have a name.
+class DeclaredRoute {
+ public:
+  explicit DeclaredRoute(BoundFunction& function) : function_(function) {}
+
+  void Description(std::string_view text) { function_.SetDescription(text); }
+
+ private:
+  BoundFunction& function_;
+};
+
+// A route of which `left` parameters have no name yet: name them in the order of the handler's.
+// Too few are reported as an unused result, too many do not compile.
+template <size_t left>
+class [[nodiscard(
+    "name each parameter of the handler with Path, Query, Body, Header or Any")]] RouteDeclaration {
+ public:
+  using Next = std::conditional_t<left == 1, DeclaredRoute, RouteDeclaration<left - 1>>;
+
+  explicit RouteDeclaration(BoundFunction & function) : function_(function) {}
+
+  Next Path(std::string_view name, std::string_view description = {}) {
+    return Declare(ArgumentLocation::kPath, name, description);
+  }
+  Next Query(std::string_view name, std::string_view description = {}) {
+    return Declare(ArgumentLocation::kQuery, name, description);
+  }
+  Next Header(std::string_view name, std::string_view description = {}) {
+    return Declare(ArgumentLocation::kHeader, name, description);
+  }
+  Next Body(std::string_view name, std::string_view description = {}) {
+    return Declare(ArgumentLocation::kBody, name, description);
+  }
+  Next Any(std::string_view name, std::string_view description = {}) {
+    return Declare(ArgumentLocation::kAny, name, description);
+  }
+
+ private:
+  Next Declare(ArgumentLocation location, std::string_view name, std::string_view description) {
+    function_.DeclareArgument(location, name, description);
+    return Next(function_);
+  }
+
+  BoundFunction& function_;
+};
+
+// Routes are registered first, on one thread, after the types they mention; from then on Handle and
+// Invoke may run on any thread and inside each other.
+//
+// Answers: 200 with a body, 204 without one. 404 "Not found" when no route of the method matches;
+// 404 "Invalid function" or "Unsupported builtin function" for a name that cannot be invoked; 413
+// "Body is too large"; 400 when arguments cannot be bound or converted; a handler's failure with
+// its own status; 500 with its text for an exception of a handler, 500 "Out of memory" (and a log
+// line) when memory ends. Nothing is thrown.
+class Dispatcher {
+ public:
+  // The registry outlives the dispatcher.
+  explicit Dispatcher(TypeRegistry& registry) : registry_(registry) {}
+  Dispatcher(const Dispatcher&) = delete;
+  Dispatcher& operator=(const Dispatcher&) = delete;
+
+  // Adds an endpoint behind the former ones; the first match answers a request. `object` outlives
+  // the dispatcher. The first function of a name is the one that is invoked by it.
+  // For parameters and results see api/bind_handler.h.
+  template <typename Object, typename Class, typename R, typename... A>
+  auto Route(HttpMethod method, std::string_view pathTemplate, std::string_view functionName,
+             Object* object, R (Class::*handler)(A...)) {
+    return AddMember<R, A...>(method, pathTemplate, functionName, object, handler);
+  }
+  template <typename Object, typename Class, typename R, typename... A>
+  auto Route(HttpMethod method, std::string_view pathTemplate, std::string_view functionName,
+             Object* object, R (Class::*handler)(A...) const) {
+    return AddMember<R, A...>(method, pathTemplate, functionName, object, handler);
+  }
+
+  Response Handle(const Request& request) const noexcept;
+  Response Invoke(std::string_view functionName,
+                  std::span<const NamedValue> arguments) const noexcept;
+
+  // In the order of their registration.
+  const std::deque<Endpoint>& Endpoints() const { return endpoints_; }
+
+ private:
+  template <typename R, typename... A, typename Object, typename Handler>
+  auto AddMember(HttpMethod method, std::string_view pathTemplate, std::string_view functionName,
+                 Object* object, Handler handler) {
+    BoundFunction& function =
+        Add(method, pathTemplate,
+            BindHandler<R, A...>(registry_, functionName, std::bind_front(handler, object)));
+    if constexpr (sizeof...(A) == 0) {
+      return DeclaredRoute(function);
+    } else {
+      return RouteDeclaration<sizeof...(A)>(function);
+    }
+  }
+
+  BoundFunction& Add(HttpMethod method, std::string_view pathTemplate, BoundFunction function);
+  Response AnswerRequest(const Request& request) const;
+  Response AnswerInvocation(std::string_view functionName,
+                            std::span<const NamedValue> arguments) const;
+
+  TypeRegistry& registry_;
+  std::deque<Endpoint> endpoints_;
+  RouteTable routes_;
+  std::map<std::string, const BoundFunction*, std::less<>> functions_;
+};
+
+}  // namespace Kest

@@ -1,0 +1,23 @@
+// Turns a handler's result into the body of an answer.
+#pragma once
+
+#include <string_view>
+
+#include "api/bound_function.h"
+#include "api/response.h"
+#include "binding/value_accessor.h"
+
+namespace Kest {
+
+// A native value together with what is needed to read it.
+struct NativeResult {
+  const void* value;
+  const ValueAccessor& accessor;
+  std::string_view typeName;  // full native name
+};
+
+// 200 with the value in the encoding that fits `call.accept`, written straight from the native
+// value; 500 "Failed to convert type {type} to BindingProperty for serialization" when it has none.
+Response EncodeResult(const FunctionCall& call, const NativeResult& result);
+
+}  // namespace Kest
