@@ -2,7 +2,9 @@
 //
 //   dispatcher.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/{recipeName}/craft", "PostCraft",
 //                    this, &LootPlugin::Craft)
-//       .Path("recipeName").Body("playerLootList", "Loot ids to use").Query("repeat");
+//       .Describe("Runs a recipe")
+//       .Path("recipeName")
+//       .Body("playerLootList", "Loot ids to use");
 #pragma once
 
 #include <cstddef>
@@ -35,7 +37,10 @@ class DeclaredRoute {
  public:
   explicit DeclaredRoute(BoundFunction& function) : function_(function) {}
 
-  void Description(std::string_view text) { function_.SetDescription(text); }
+  DeclaredRoute Describe(std::string_view text) {
+    function_.SetDescription(text);
+    return *this;
+  }
 
  private:
   BoundFunction& function_;
@@ -51,6 +56,10 @@ class [[nodiscard(
 
   explicit RouteDeclaration(BoundFunction & function) : function_(function) {}
 
+  RouteDeclaration Describe(std::string_view text) {
+    function_.SetDescription(text);
+    return *this;
+  }
   Next Path(std::string_view name, std::string_view description = {}) {
     return Declare(ArgumentLocation::kPath, name, description);
   }
