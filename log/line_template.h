@@ -12,11 +12,11 @@ namespace Kest {
 
 // What a target writes. The views are lent for the call.
 struct LogRecord {
-  LocalTime time;
+  LocalTime time = {};
   Level level = Level::kOkay;
   GroupMask groups = kNoGroups;
-  std::string_view message;     // at most 4095 bytes
-  std::string_view executable;  // file name of the running program
+  std::string_view message = {};     // at most 4095 bytes
+  std::string_view executable = {};  // file name of the running program
 };
 
 inline constexpr size_t kLineCapacity = 4096;

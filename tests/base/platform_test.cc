@@ -1,0 +1,128 @@
+#include "base/platform.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <time.h>
+
+#include <set>
+#include <thread>
+
+namespace Kest {
+namespace {
+
+using ::testing::MatchesRegex;
+
+class ClockTest : public ::testing::Test {
+ protected:
+  ~ClockTest() override { SetZone("UTC"); }
+
+  static void SetZone(const char* zone) {
+    setenv("TZ", zone, 1);
+    ResetClockForTests();
+  }
+};
+
+TEST_F(ClockTest, LocalTimeFollowsTheZone) {
+  const struct {
+    const char* why;
+    const char* zone;
+    int64_t milliseconds;
+    LocalTime expected;
+  } kCases[] = {
+      {"the epoch", "UTC", 0, {1970, 1, 1, 0, 0, 0, 0}},
+      {"leap day, last millisecond", "UTC", 1709251199999, {2024, 2, 29, 23, 59, 59, 999}},
+      {"east, across the year's end", "XST-5:30", 1704047400123, {2024, 1, 1, 0, 0, 0, 123}},
+      {"west, back across midnight", "XST8", 1704067200000, {2023, 12, 31, 16, 0, 0, 0}},
+      {"summer time, last second before",
+       "CET-1CEST,M3.5.0,M10.5.0/3",
+       1711846799000,
+       {2024, 3, 31, 1, 59, 59, 0}},
+      {"summer time, first second",
+       "CET-1CEST,M3.5.0,M10.5.0/3",
+       1711846800000,
+       {2024, 3, 31, 3, 0, 0, 0}},
+      {"before the epoch", "XST1", -1, {1969, 12, 31, 22, 59, 59, 999}},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    SetZone(c.zone);
+    SetClockForTests(c.milliseconds);
+    const LocalTime now = LocalTimeNow();
+    EXPECT_EQ(now, c.expected) << now.year << "-" << now.month << "-" << now.day << " " << now.hour
+                               << ":" << now.minute << ":" << now.second;
+  }
+}
+
+TEST_F(ClockTest, KeptZoneOffsetIsThatOfTheMinuteAsked) {
+  SetZone("CET-1CEST,M3.5.0,M10.5.0/3");
+  SetClockForTests(1711846799000);
+  EXPECT_EQ(LocalTimeNow().hour, 1);
+  AdvanceClockForTests(1000);
+  EXPECT_EQ(LocalTimeNow().hour, 3);
+  AdvanceClockForTests(-1000);
+  EXPECT_EQ(LocalTimeNow().hour, 1);
+}
+
+TEST_F(ClockTest, StoppedClocksMoveOnlyWhenAdvanced) {
+  SetClockForTests(1'700'000'000'999, 5000);
+  EXPECT_EQ(MillisecondsSinceFirstUse(), 0);
+  EXPECT_EQ(WallClockSeconds(), 1'700'000'000);
+  AdvanceClockForTests(1);
+  EXPECT_EQ(WallClockMilliseconds(), 1'700'000'001'000);
+  EXPECT_EQ(MonotonicMilliseconds(), 5001);
+  EXPECT_EQ(MillisecondsSinceFirstUse(), 1);
+}
+
+TEST_F(ClockTest, RunningClockIsTheSystems) {
+  ResetClockForTests();
+  const int64_t before = time(nullptr);
+  const int64_t now = WallClockSeconds();
+  EXPECT_GE(now, before);
+  EXPECT_LE(now, time(nullptr));
+  EXPECT_GE(MonotonicMilliseconds(), 0);
+}
+
+TEST(Uuid, IsWrittenInByteOrder) {
+  const UuidBytes bytes = {0x00, 0x01, 0xab, 0xcd, 0xef, 0x10, 0x7f, 0x80,
+                           0x90, 0xff, 0x05, 0x06, 0x07, 0x08, 0x09, 0x0a};
+  EXPECT_EQ(FormatUuid(bytes), "0001abcd-ef10-7f80-90ff-05060708090a");
+}
+
+TEST(Uuid, FreshOnesDifferAndAreRandomOnes) {
+  std::set<std::string> seen;
+  for (int i = 0; i < 200; ++i) {
+    UuidBytes bytes{};
+    ASSERT_TRUE(CreateUuid(&bytes));
+    const std::string text = FormatUuid(bytes);
+    EXPECT_THAT(text, MatchesRegex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-"
+                                   "[0-9a-f]{12}"));
+    EXPECT_TRUE(seen.insert(text).second);
+  }
+}
+
+TEST(Uuid, SourceCanFail) {
+  SetUuidSourceForTests([](UuidBytes*) { return false; });
+  UuidBytes bytes{};
+  EXPECT_FALSE(CreateUuid(&bytes));
+  SetUuidSourceForTests(nullptr);
+  EXPECT_TRUE(CreateUuid(&bytes));
+}
+
+TEST(Process, ThreadIdsTellThreadsApart) {
+  const uint32_t mine = CurrentThreadId();
+  uint32_t other = 0;
+  std::thread([&] { other = CurrentThreadId(); }).join();
+  EXPECT_NE(other, 0u);
+  EXPECT_NE(other, mine);
+  EXPECT_EQ(CurrentThreadId(), mine);
+}
+
+TEST(Process, ModuleIsThisProgram) {
+  EXPECT_EQ(FileNameOf(ModulePath()), "base_test");
+  EXPECT_EQ(FileNameOf("plain"), "plain");
+  EXPECT_EQ(FileNameOf("folder/"), "");
+}
+
+}  // namespace
+}  // namespace Kest

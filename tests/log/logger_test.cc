@@ -1,0 +1,255 @@
+#include "log/logger.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "tests/support/log_capture.h"
+
+namespace Kest {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr GroupMask kLateGroup = GroupMask{1} << 40;
+
+// Which of the built-in targets a call reaches with the defaults.
+TEST(LoggerDefaults, ConsoleAndDebuggerTakeWarningsOfNoGroupOrOfDebug) {
+  Logger& logger = Logger::Instance();
+  logger.ResetForTests();
+  const struct {
+    const char* why;
+    Level level;
+    GroupMask groups;
+    bool console;
+    bool debugger;
+    bool output;
+  } kCases[] = {
+      {"okay is below every minimum", Level::kOkay, kNoGroups, false, false, false},
+      {"no group", Level::kWarning, kNoGroups, true, true, true},
+      {"debug", Level::kError, kGroupDebug, true, true, false},
+      {"general", Level::kAlways, kGroupGeneral, false, false, true},
+      {"excluded beats included", Level::kError, kGroupDebug | kGroupGeneral, false, true, false},
+      {"shares no included bit", Level::kError, kGroupNetwork, false, false, false},
+      {"bit above 32 beside an included one", Level::kError, kLateGroup | kGroupDebug, true, true,
+       false},
+  };
+  LogTarget* const console = logger.FindTarget("StdErrLogTarget");
+  LogTarget* const debugger = logger.FindTarget("DebuggerConsoleLogTarget");
+  ASSERT_TRUE(console != nullptr && debugger != nullptr);
+  EXPECT_EQ(logger.FindTarget("StdOutLogTarget"), nullptr);
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(console->Accepts(c.level, c.groups), c.console);
+    EXPECT_EQ(debugger->Accepts(c.level, c.groups), c.debugger);
+    EXPECT_EQ(logger.StandardOutput().Accepts(c.level, c.groups), c.output);
+  }
+}
+
+TEST(LoggerDefaults, GlobalFilterDropsOkayAndExtra) {
+  LogCapture log;
+  Logger::Instance().SetMinimumLevel(Level::kWarning);
+  LogOkay("quiet");
+  Log(Level::kError, kGroupExtra, "extra");
+  Log(Level::kError, kGroupExtra | kGroupDebug, "extra and debug");
+  LogWarning("%s", "warned");
+  Log(Level::kAlways, kGroupDebug | kGroupNetwork, "always %d", 1);
+  EXPECT_THAT(log.Lines(), ElementsAre("  WARN|| warned", "ALWAYS|DBG;NET| always 1"));
+}
+
+TEST(Logger, CountsWhatPassesTheGlobalFilterWhoeverTakesIt) {
+  LogCapture log;
+  Logger& logger = Logger::Instance();
+  log.SetLevel(Level::kAlways);
+  LogWarning("a");
+  LogError("b");
+  LogError("c");
+  LogAlways("d");
+  Log(Level::kError, kGroupExtra, "dropped");
+  logger.SetDisabled(true);
+  LogError("dropped");
+  logger.SetDisabled(false);
+  logger.SetExcludedGroups(kNoGroups);
+  Log(Level::kError, kGroupExtra, "counted");
+  EXPECT_EQ(logger.WarningCount(), 1u);
+  EXPECT_EQ(logger.ErrorCount(), 3u);
+  EXPECT_THAT(log.Lines(), ElementsAre("ALWAYS|| d"));
+}
+
+TEST(Logger, ConsoleLinesArriveWhole) {
+  Logger& logger = Logger::Instance();
+  logger.ResetForTests();
+  logger.Attach(logger.StandardOutput());
+  ::testing::internal::CaptureStderr();
+  ::testing::internal::CaptureStdout();
+  LogError("first\n");
+  Log(Level::kError, kGroupGeneral, "second");
+  logger.Flush();
+  EXPECT_THAT(::testing::internal::GetCapturedStderr(),
+              ::testing::MatchesRegex("log_test\\([0-9A-F]{8}\\):  ERROR\\| first\n"));
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "first\nsecond\n");
+  logger.ResetForTests();
+}
+
+TEST(LogTarget, EntriesDriveTheTargetInMaskHalves) {
+  LogCapture log;
+  const LogTargetEntries& entries = LogTarget::Entries();
+  entries.setLevel(&log, 2);
+  EXPECT_EQ(entries.getLevel(&log), 2);
+  entries.setMasks(&log, 0x3, 0x100, 0x2, 0x80000000);
+  EXPECT_EQ(entries.getIncludedMask(&log), uint64_t{0x100} << 32 | 1);
+  EXPECT_EQ(entries.getExcludedMask(&log), uint64_t{0x80000000} << 32 | 2);
+  EXPECT_TRUE(entries.getEnabled(&log));
+  log.Detach();
+  EXPECT_FALSE(entries.getEnabled(&log));
+  log.Detach();
+  LogError("unheard");
+  const LogRecord record = {.level = Level::kOkay, .message = "direct"};
+  entries.write(&log, &record);
+  EXPECT_THAT(log.Lines(), ElementsAre("  OKAY|| direct"));
+}
+
+TEST(Logger, TargetsAreServedInOrderOfAttachmentOnce) {
+  struct OrderTarget : LogTarget {
+    OrderTarget(std::string& journalText, char mark) : journal(journalText), name(mark) {}
+    const char* ClassName() const override { return "OrderTarget"; }
+    void Write(const LogRecord&) override { journal += name; }
+    void Flush() override { journal += '!'; }
+    std::string& journal;
+    char name;
+  };
+  LogCapture log;
+  std::string journal;
+  OrderTarget first(journal, 'a'), second(journal, 'b');
+  Logger::Instance().Attach(second);
+  Logger::Instance().Attach(first);
+  Logger::Instance().Attach(second);
+  LogError("line");
+  Logger::Instance().Flush();
+  EXPECT_EQ(Logger::Instance().FindTarget("OrderTarget"), &second);
+  first.Detach();
+  LogError("line");
+  second.Detach();
+  EXPECT_EQ(journal, "ba!!b");
+}
+
+struct HookCalls {
+  std::vector<std::string> lines;
+  bool logsItself = false;
+};
+
+void Record(void* context, int32_t level, uint32_t low, uint32_t high, const char* format,
+            va_list arguments) {
+  auto* calls = static_cast<HookCalls*>(context);
+  char text[64];
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  std::vsnprintf(text, sizeof(text), format, arguments);
+#pragma GCC diagnostic pop
+  calls->lines.push_back(std::to_string(level) + " " + std::to_string(low) + " " +
+                         std::to_string(high) + " " + text);
+  if (calls->logsItself) LogError("from the hook");
+}
+
+TEST(ForwardHook, SeesEveryCallAndLeavesTheArgumentsAlone) {
+  LogCapture log;
+  HookCalls calls;
+  Logger& logger = Logger::Instance();
+  logger.SetMinimumLevel(Level::kWarning);
+  logger.SetForwardHook(Record, &calls);
+  LogOkay("%s %d", "filtered", 1);
+  Log(Level::kError, kLateGroup | kGroupDebug, "%s %d %.1f", "kept", 2, 0.5);
+  logger.SetDisabled(true);
+  LogWarning("disabled");
+  logger.SetForwardHook(nullptr, nullptr);
+  LogWarning("after");
+  EXPECT_THAT(calls.lines, ElementsAre("0 0 0 filtered 1", "2 1 256 kept 2 0.5", "1 0 0 disabled"));
+  EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|DBG;???| kept 2 0.5"));
+}
+
+TEST(Nested, LinesFromAHookOrSinkAreCountedAndDropped) {
+  struct EchoTarget : LogTarget {
+    const char* ClassName() const override { return "EchoTarget"; }
+    void Write(const LogRecord&) override {
+      LogWarning("from the sink");
+      Logger::Instance().Flush();
+    }
+    void Flush() override {}
+  };
+  LogCapture log;
+  Logger& logger = Logger::Instance();
+  HookCalls calls;
+  calls.logsItself = true;
+  logger.SetForwardHook(Record, &calls);
+  EchoTarget echo;
+  logger.Attach(echo);
+  LogError("outer");
+  LogError("outer again");
+  echo.Detach();
+  logger.SetForwardHook(nullptr, nullptr);
+  EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|| outer", " ERROR|| outer again"));
+  EXPECT_EQ(calls.lines.size(), 2u);
+  EXPECT_EQ(logger.WarningCount(), 2u);
+  EXPECT_EQ(logger.ErrorCount(), 4u);
+}
+
+TEST(Nested, AThrowingSinkLosesOnlyItsOwnLine) {
+  struct ThrowingTarget : LogTarget {
+    const char* ClassName() const override { return "ThrowingTarget"; }
+    void Write(const LogRecord&) override { throw std::bad_alloc(); }
+    void Flush() override {}
+  };
+  ThrowingTarget thrower;
+  Logger::Instance().ResetForTests();
+  LogCapture log;
+  log.Detach();
+  Logger::Instance().Attach(thrower);
+  Logger::Instance().Attach(log);
+  LogError("one");
+  LogError("two");
+  thrower.Detach();
+  EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|| one", " ERROR|| two"));
+}
+
+// Lines are whole, none is lost, counters are exact, and detaching while others log neither hangs
+// nor lets a line through afterwards.
+TEST(LoggerThreads, ManyThreadsLogWhileTargetsComeAndGo) {
+  constexpr int kThreads = 4;
+  constexpr int kLines = 500;
+  struct GoneTarget : LogTarget {
+    const char* ClassName() const override { return "GoneTarget"; }
+    void Write(const LogRecord&) override { EXPECT_TRUE(alive); }
+    void Flush() override {}
+    std::atomic<bool> alive = true;
+  };
+  LogCapture log("#M");
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([thread] {
+      for (int line = 0; line < kLines; ++line) LogWarning("%d:%d", thread, line);
+    });
+  }
+  for (int round = 0; round < 50; ++round) {
+    GoneTarget target;
+    Logger::Instance().Attach(target);
+    target.SetMasks(kGroupDebug, kNoGroups);
+    target.Detach();
+    target.alive = false;
+  }
+  for (std::thread& thread : threads) thread.join();
+
+  int next[kThreads] = {};
+  for (const std::string& line : log.Lines()) {
+    const int thread = line[0] - '0';
+    ASSERT_TRUE(thread >= 0 && thread < kThreads) << line;
+    ASSERT_EQ(line, std::to_string(thread) + ":" + std::to_string(next[thread]++));
+  }
+  EXPECT_THAT(next, ::testing::Each(kLines));
+  EXPECT_EQ(Logger::Instance().WarningCount(), static_cast<uint32_t>(kThreads * kLines));
+}
+
+}  // namespace
+}  // namespace Kest
