@@ -1,0 +1,100 @@
+#include "host/world/world.h"
+
+#include "host/world/controls.h"
+#include "host/world/field_reader.h"
+#include "host/world/platform.h"
+#include "host/world/platform_words.h"
+#include "host/world/sample_world.h"
+#include "host/world/signed_token.h"
+#include "host/world/url_text.h"
+#include "host/world/world_file.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
+
+WorldAnswer Refuse(int status, std::string text) {
+  return {status, "", "", std::move(text)};
+}
+
+WorldAnswer JsonAnswer(std::string body) {
+  return {200, "application/json", std::move(body), ""};
+}
+
+// A token for each inventory type asked for that this platform has: {"TOURNAMENT_LOGO": "..."}.
+WorldAnswer SignedInventory(const Platform& platform, std::string_view url) {
+  const auto types = ReadJson(QueryArgument(url, "inventoryTypes").value_or(""));
+  if (!types || types.GetValue().AsArray() == nullptr) {
+    return Refuse(400, "\"inventoryTypes\" must be a list of inventory types as JSON");
+  }
+  if (!platform.session.ids()) return Refuse(404, "nobody is signed in");
+  JsonValue::Object tokens;
+  for (const JsonValue& type : *types.GetValue().AsArray()) {
+    const std::string* name = type.AsText();
+    if (name == nullptr) return Refuse(400, "an inventory type is a text");
+    if (*name != kTournamentLogoInventory || !tokens.empty()) continue;
+    if (!platform.tokenOverride) {
+      tokens.push_back(
+          {*name, TournamentLogoToken(platform.collections, platform.session.ids()->summonerId)});
+    } else if (platform.tokenOverride->token) {
+      tokens.push_back({*name, *platform.tokenOverride->token});
+    }
+  }
+  return JsonAnswer(WriteJson(tokens));
+}
+
+WorldAnswer Read(const Platform& platform, std::string_view url) {
+  const std::string_view path = UrlPath(url);
+  if (path == kSignedInventoryPath) return SignedInventory(platform, url);
+  if (const std::string* text = platform.board.Find(path)) return JsonAnswer(*text);
+  return Refuse(404, "there is no resource " + std::string(path));
+}
+
+}  // namespace
+
+struct World::State {
+  State(WorldData data, uint64_t seed) : platform(std::move(data), seed) {}
+  Platform platform;
+};
+
+World::World() = default;
+World::~World() = default;
+
+Maybe<std::unique_ptr<World>> World::Load(std::string_view jsonText, std::string_view fileName,
+                                          uint64_t seed) {
+  auto data = ReadWorldFile(jsonText, fileName);
+  if (!data) return data.GetFailure();
+  std::unique_ptr<World> world(new World);
+  world->state_ = std::make_unique<State>(std::move(data.GetValue()), seed);
+  return world;
+}
+
+std::string_view World::SampleText() {
+  return kSampleWorldText;
+}
+
+WorldAnswer World::Request(std::string_view method, std::string_view url, std::string_view,
+                           std::string_view body) {
+  Platform& platform = state_->platform;
+  if (method == "GET") return Read(platform, url);
+  if (method == "POST") {
+    if (auto answer = platform.proxy.Post(UrlPath(url), body)) return std::move(*answer);
+  }
+  return Refuse(404, "there is no " + std::string(method) + " of " + std::string(UrlPath(url)));
+}
+
+std::optional<std::string> World::Resource(std::string_view path) const {
+  const std::string* text = state_->platform.board.Find(path);
+  return text == nullptr ? std::nullopt : std::optional<std::string>(*text);
+}
+
+WorldAnswer World::Control(std::string_view method, std::string_view path, std::string_view body) {
+  return AnswerControl(state_->platform, method, path, body);
+}
+
+std::vector<WorldEvent> World::TakeEvents() {
+  return std::exchange(state_->platform.outbox, {});
+}
+
+}  // namespace Kest::Host
