@@ -1,0 +1,88 @@
+#include "host/development_host.h"
+
+#include <chrono>
+#include <functional>
+#include <future>
+#include <utility>
+
+#include "host/json_text.h"
+#include "host/world_source.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr auto kTaskLimit = std::chrono::seconds(30);
+constexpr auto kFarewell = std::chrono::seconds(2);
+
+}  // namespace
+
+DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
+    : options_(std::move(options)),
+      log_(log),
+      scheduler_([log](std::string_view task, std::string_view text) {
+        log->Say(LogLevel::kError,
+                 "Task \"" + std::string(task) + "\" failed: " + std::string(text));
+      }),
+      serviceEvents_([this](const ServiceEvents::Event& event) {
+        keeper_.DeliverServiceEvent(event);
+        scheduler_.Wake();
+      }),
+      keeper_(options_.pluginPath, [this] { return LoadWorld(options_.worldPath, options_.seed); },
+              {&scheduler_, &serviceEvents_, &stream_, log}),
+      control_(&scheduler_, &serviceEvents_, &stream_, &keeper_),
+      guard_(options_.address),
+      router_(&scheduler_, &keeper_, &control_, &stream_) {}
+
+DevelopmentHost::~DevelopmentHost() {
+  scheduler_.End();  // before what its tasks use
+}
+
+// Runs `work` as a task and waits for its result; nothing when it takes too long.
+template <typename Result>
+std::optional<Result> DevelopmentHost::RunTask(std::string name, std::function<Result()> work) {
+  auto promise = std::make_shared<std::promise<Result>>();
+  std::future<Result> result = promise->get_future();
+  scheduler_.Post({.name = std::move(name),
+                   .work = [promise, work = std::move(work)] { promise->set_value(work()); }});
+  if (result.wait_for(kTaskLimit) != std::future_status::ready) return std::nullopt;
+  return result.get();
+}
+
+Maybe<Nothing> DevelopmentHost::Start() {
+  auto server = HttpServer::Listen(options_.address, options_.port, HttpLimits{});
+  if (!server) return server.GetFailure();
+  server_ = std::move(server.GetValue());
+  stream_.SetListener([this] { server_->WakeStreams(); });
+  const auto started = RunTask<Maybe<Nothing>>("start", [this] { return keeper_.Start(); });
+  if (!started) return Failure{"The plugin did not start in time.", kTooLate};
+  if (!*started) return started->GetFailure();
+  server_->Serve({.refuse = [this](const HttpRequest& request) { return guard_.Refuse(request); },
+                  .handle =
+                      [this](HttpRequest request, Respond respond) {
+                        router_.Handle(std::move(request), std::move(respond));
+                      }});
+  return Nothing{};
+}
+
+Maybe<Nothing> DevelopmentHost::Stop() {
+  const auto stopped = RunTask<bool>("stop", [this] {
+    keeper_.Stop();
+    return true;
+  });
+  scheduler_.Close();
+  if (server_) server_->Finish(kFarewell);
+  if (scheduler_.End() && stopped) return Nothing{};
+  return Failure{"The plugin did not stop in time.", kTooLate};
+}
+
+std::string DevelopmentHost::ReadyLine() const {
+  const bool isIpv6 = options_.address.find(':') != std::string::npos;
+  const std::string name = isIpv6 ? "[" + options_.address + "]" : options_.address;
+  JsonWriter json;
+  json.BeginObject().Key("ready").Bool(true).Key("address").Text(options_.address);
+  json.Key("port").Number(uint64_t{server_->Port()});
+  json.Key("url").Text("http://" + name + ":" + std::to_string(server_->Port()) + "/");
+  return json.EndObject().Take();
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,66 @@
+// The whole development host, put together: scheduler, world, plugin, events and HTTP server.
+//
+// Threads: made, started and stopped on one thread of the program, which is none of its own.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/maybe_type.h"
+#include "host/event_stream.h"
+#include "host/host_control.h"
+#include "host/host_log.h"
+#include "host/http_server.h"
+#include "host/request_guard.h"
+#include "host/request_router.h"
+#include "host/scheduler.h"
+#include "host/service_events.h"
+#include "host/session_keeper.h"
+
+namespace Kest::Host {
+
+struct HostOptions {
+  std::string pluginPath;
+  std::string worldPath;  // empty: the sample world
+  std::string address = "127.0.0.1";
+  uint16_t port = 8510;  // 0: any free one
+  uint64_t seed = 1;
+  LogLevel logLevel = LogLevel::kOkay;
+};
+
+class DevelopmentHost {
+ public:
+  // `log` outlives the host.
+  DevelopmentHost(HostOptions options, HostLog* log);
+  ~DevelopmentHost();
+
+  // The status of a failure that leaves tasks of the plugin behind: the process has to end at once.
+  static constexpr int32_t kTooLate = 504;
+
+  // Listens, makes the world, starts the plugin and serves. A failure text is fit to be shown.
+  Maybe<Nothing> Start();
+  // Stops the plugin, answers what still waits and ends the server.
+  Maybe<Nothing> Stop();
+
+  // {"ready":true,...} on one line. REQUIRES: started.
+  std::string ReadyLine() const;
+
+ private:
+  template <typename Result>
+  std::optional<Result> RunTask(std::string name, std::function<Result()> work);
+
+  const HostOptions options_;
+  HostLog* const log_;
+  EventStream stream_;
+  std::unique_ptr<HttpServer> server_;  // outlives the tasks, which hold its Responds
+  Scheduler scheduler_;
+  ServiceEvents serviceEvents_;
+  SessionKeeper keeper_;
+  HostControl control_;
+  RequestGuard guard_;
+  RequestRouter router_;
+};
+
+}  // namespace Kest::Host

@@ -1,0 +1,57 @@
+// The resource events the plugin published, kept for readers that follow them live or come back.
+// The newest events are held up to a count and a number of bytes; a reader that asks for older ones
+// gets a gap event that names the range it missed.
+//
+// Threads: any.
+// Format:  server-sent events: "id: 7", "event: resource", "data: {uri, eventType, data}".
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace Kest::Host {
+
+class EventStream {
+ public:
+  struct Limits {
+    size_t events = 8192;
+    size_t bytes = 32 * 1024 * 1024;
+  };
+  struct Range {
+    uint64_t first = 1;  // oldest id that is held; last + 1 when none is
+    uint64_t last = 0;   // newest id ever given
+  };
+
+  explicit EventStream(Limits limits) : limits_(limits) {}
+  EventStream() : EventStream(Limits{}) {}
+
+  // Adds an event and gives it the next id. `eventType` is "Create", "Update" or "Delete"; `json`
+  // is the value as one JSON document, empty for none.
+  void Append(std::string_view uri, std::string_view eventType, std::string_view json);
+
+  // The events behind `*position` as stream text, about `atMost` bytes of them but at least one;
+  // moves `*position` to the last one answered. Empty: there is nothing newer. A position this
+  // stream never gave (from before a restart) is answered by a gap event and then from the start.
+  std::string Read(uint64_t* position, size_t atMost) const;
+
+  Range Held() const;
+
+  // `listener` is called after each Append, on its thread; it must not call the stream. Set it
+  // before the first Append.
+  void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
+
+ private:
+  const Limits limits_;
+  std::function<void()> listener_;
+  mutable std::mutex mutex_;
+  std::deque<std::string> frames_;  // guarded by mutex_, as are the next two; the last has id last_
+  size_t bytes_ = 0;
+  uint64_t last_ = 0;
+};
+
+}  // namespace Kest::Host

@@ -1,0 +1,43 @@
+// The host's own control endpoints below "/_host": health, idle, reset, the list of everything that
+// is served. What they do not know they leave to the world.
+//
+// Threads: [task] on the scheduler's tasks.
+#pragma once
+
+#include <string_view>
+
+#include "host/event_stream.h"
+#include "host/http_message.h"
+#include "host/scheduler.h"
+#include "host/service_events.h"
+#include "host/session_keeper.h"
+
+namespace Kest::Host {
+
+class HostControl {
+ public:
+  // The parts outlive the control.
+  HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
+              SessionKeeper* keeper);
+
+  // Answers a request of which the path begins with "/_host/".
+  HttpAnswer Handle(const HttpRequest& request);
+  // Answers "/": what is served here.
+  HttpAnswer Index();
+
+ private:
+  HttpAnswer Health(std::string_view query);
+  HttpAnswer Idle(std::string_view query);
+  HttpAnswer Reset(std::string_view query);
+  HttpAnswer AskWorld(const HttpRequest& request, std::string_view path);
+
+  struct Endpoint;
+  static const Endpoint kEndpoints[];
+
+  Scheduler* const scheduler_;
+  ServiceEvents* const serviceEvents_;
+  EventStream* const stream_;
+  SessionKeeper* const keeper_;
+};
+
+}  // namespace Kest::Host

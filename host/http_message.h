@@ -1,0 +1,40 @@
+// What the HTTP server and its handlers exchange, free of any HTTP library.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Kest::Host {
+
+struct HttpRequest {
+  std::string method;       // as sent: "GET"
+  std::string target;       // raw path and query: "/tav-loot/v1/player-loot?x=1"
+  std::string host;         // the Host header; empty when there is none
+  std::string origin;       // the Origin header; empty when there is none
+  std::string contentType;  // of `body`
+  std::string accept;
+  std::string lastEventId;  // the Last-Event-ID header
+  std::string body;
+};
+
+// Text that is sent piece by piece until the reader goes away. Used on the server's thread only.
+class HttpStream {
+ public:
+  virtual ~HttpStream() = default;
+  // What is ready now, a bounded amount; empty when there is nothing yet.
+  virtual std::string Next() = 0;
+};
+
+struct HttpAnswer {
+  int status = 200;
+  std::string contentType;  // empty without a body
+  std::string body;
+  std::string allow;                             // the methods a 405 names
+  std::unique_ptr<HttpStream> stream = nullptr;  // instead of `body`
+};
+
+// Gives the one answer to one request. Any thread, exactly once.
+using Respond = std::function<void(HttpAnswer)>;
+
+}  // namespace Kest::Host

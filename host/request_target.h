@@ -1,0 +1,23 @@
+// The parts of a request's target: "/path?name=value&other=x".
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace Kest::Host {
+
+struct RequestTarget {
+  std::string_view path;
+  std::string_view query;  // behind the "?"
+
+  // Borrows `target`.
+  static RequestTarget Split(std::string_view target);
+  // The raw value of the first parameter of that name; empty text when it has no "=".
+  std::optional<std::string_view> Parameter(std::string_view name) const;
+};
+
+// A whole number in decimal digits alone, or nothing.
+std::optional<uint64_t> ParseNumber(std::string_view text);
+
+}  // namespace Kest::Host

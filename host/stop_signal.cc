@@ -1,0 +1,31 @@
+#include "host/stop_signal.h"
+
+#include <utility>  // Asio of this age needs it ahead
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <csignal>
+
+namespace Kest::Host {
+
+struct StopSignal::State {
+  boost::asio::io_context io{1};
+  boost::asio::signal_set signals{io, SIGINT, SIGTERM};
+};
+
+StopSignal::StopSignal() : state_(std::make_unique<State>()) {
+#if !defined(_WIN32)
+  std::signal(SIGPIPE, SIG_IGN);  // a closed standard output is no reason to end
+#endif
+}
+
+StopSignal::~StopSignal() = default;
+
+void StopSignal::Wait() {
+  state_->signals.async_wait([this](const boost::system::error_code&, int) {
+    state_->signals.clear();  // back to what the system does
+  });
+  state_->io.run();
+}
+
+}  // namespace Kest::Host
