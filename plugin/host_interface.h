@@ -122,13 +122,13 @@ typedef struct KestHostServices {
    * host copies the request before it returns. The answer, of whatever status, reaches
    * `completion(context, response)` later; `context` stays the plugin's.
    * False: not sent, `completion` is never called.
-   * The host's own endpoints, all POST with a JSON body {"serviceName", "methodName", "args":
-   * [..]}:
-   *   "/tav-login/v1/session/invoke"                 answers the method's result
-   *   "/tav-login/v1/service-proxy-uuid-requests"    answers a request id as a JSON text; the
-   * result comes as "OnServiceProxyUuidEvent"
-   *   "/tav-login/v1/service-proxy-method-requests"  (body also "requestKey" and "flag"); the
-   * result comes as "OnServiceProxyMethodEvent" */
+   * The host's own endpoints, all POST with a JSON body
+   * {"serviceName", "methodName", "args": [..]}:
+   *   "/tav-login/v1/session/invoke" answers the method's result.
+   *   "/tav-login/v1/service-proxy-uuid-requests" answers a request id as a JSON text; the result
+   *     comes as "OnServiceProxyUuidEvent".
+   *   "/tav-login/v1/service-proxy-method-requests" (body also "requestKey" and "flag"); the result
+   *     comes as "OnServiceProxyMethodEvent". */
   bool(KEST_ABI* request)(const struct KestHostServices* self, const KestRequest* request,
                           KestCompletion completion, void* context);
 

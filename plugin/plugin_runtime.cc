@@ -8,8 +8,8 @@
 
 namespace Kest {
 
-PluginRuntime::PluginRuntime(const ApiVersion& host, PluginNames pluginNames)
-    : hostVersion(host), names(std::move(pluginNames)), host(gate, counters) {}
+PluginRuntime::PluginRuntime(const ApiVersion& version, PluginNames pluginNames)
+    : hostVersion(version), names(std::move(pluginNames)), host(gate, counters) {}
 
 PluginRuntime::~PluginRuntime() = default;
 

@@ -21,7 +21,7 @@ namespace Kest {
 class PluginBase;
 
 struct PluginRuntime {
-  PluginRuntime(const ApiVersion& host, PluginNames pluginNames);
+  PluginRuntime(const ApiVersion& version, PluginNames pluginNames);
   ~PluginRuntime();
   PluginRuntime(const PluginRuntime&) = delete;
   PluginRuntime& operator=(const PluginRuntime&) = delete;

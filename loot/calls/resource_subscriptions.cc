@@ -82,7 +82,7 @@ void ResourceSubscriptions::OnEvent(std::string_view url, std::string_view body)
   const BindingProperty* const eventType = event.FindMember("eventType");
   const BindingProperty* const uriMember = event.FindMember("uri");
   const BindingProperty* const dataMember = event.FindMember("data");
-  const BindingProperty none;
+  const BindingProperty none{};
   std::string uri;
   ResourceEventType type = ResourceEventType::kCreate;
   Assign(context, "uri", uriMember != nullptr ? *uriMember : none, &uri);

@@ -23,8 +23,10 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "plugin/host_interface.h"
@@ -94,7 +96,8 @@ class FakeHost {
   // is the posted body: {"serviceName","methodName","args",...}. Unknown ones never answer.
   using ServiceHandler = std::function<ServiceReply(const std::string& call)>;
   void OnService(std::string_view service, std::string_view method, ServiceHandler handler);
-  // Sets another plugin's resource and tells those who follow it; RemoveResource deletes it.
+  // Sets another plugin's resource, tells those who follow it and runs until idle; a GET of its
+  // path answers it. RemoveResource deletes it.
   void SetResource(std::string_view path, std::string_view json);
   void RemoveResource(std::string_view path);
   void Answer(std::string_view path, std::string_view json) { SetResource(path, json); }
@@ -135,7 +138,7 @@ class FakeHost {
   // Runs `work` as a module task, until idle.
   void RunTask(std::function<void()> work);
   // Runs tasks and deliveries until nothing can go on without the test.
-  void RunUntilIdle();
+  void RunUntilIdle() { pump_.RunUntilIdle(); }
 
   // ---- What the plugin did ----------------------------------------------------------------------
   std::vector<std::string> Published(std::string_view path) const;  // JSON, "" for a Delete
@@ -147,7 +150,7 @@ class FakeHost {
   std::vector<std::string> ServiceCalls(std::string_view service, std::string_view method) const;
   void ForgetRequests();
   std::vector<LoggedLine> Lines() const;
-  bool HasLine(std::string_view part) const;
+  bool HasLine(std::string_view part) const { return CountLines(part) != 0; }
   size_t CountLines(std::string_view part) const;
   std::vector<std::string> PostedTasks() const;  // names, in order, merged ones too
   std::vector<std::string> Subscriptions() const;
@@ -181,25 +184,25 @@ class FakeHost {
   int32_t OnPostTask(std::string_view name, KestTask run, void* context);
   FakeAnswer AnswerTo(const FakeRequest& request);
   FakeAnswer AnswerServiceCall(const FakeRequest& request);
-  void Queue(std::string_view held, bool isHeld, std::function<void()> work);
-  void QueueEvent(std::string_view name, std::string json);
+  void OnUnsubscribe(std::string_view name);
+  void OnPublish(std::string_view path, int32_t type, std::string_view json);
+  void OnLog(int32_t level, std::string_view line);
+  void TakeReply(const KestResponse* response, Reply* reply);
+  void Queue(std::string_view key, bool isHeld, std::function<void()> work);
   void TellFollowers(std::string_view path, std::string_view type, std::string_view json);
 
   Table table_;
   KestHandshakeBlock block_{};
-  bool started_ = false;
   bool stopped_ = false;
-  TaskPump pump_;
 
   bool serviceEventsOnThread_ = true;
-  bool refuse_ = false;
+  std::atomic<bool> refuse_ = false;
   bool mergeTasks_ = true;
   uint64_t nextUuid_ = 0;
   uint64_t nextSubscription_ = 0;
   std::map<std::pair<std::string, std::string>, RequestHandler> handlers_;
   std::map<std::pair<std::string, std::string>, ServiceHandler> services_;
   std::map<std::string, std::string, std::less<>> resources_;
-  std::map<std::string, Subscription, std::less<>> subscriptions_;
   std::vector<Held> held_;
 
   std::vector<FakeRequest> requests_;
@@ -210,10 +213,13 @@ class FakeHost {
   std::vector<std::string> telemetry_;
   std::string userAgent_;
 
-  mutable std::mutex mutex_;  // what any thread may add to
+  mutable std::mutex mutex_;  // over what follows: any thread may come here
+  std::map<std::string, Subscription, std::less<>> subscriptions_;
   std::vector<LoggedLine> lines_;
   std::vector<std::string> postedTasks_;
-  std::map<std::string, int> waitingTasks_;  // by name
+  std::set<std::string> waitingTasks_;  // names
+
+  TaskPump pump_;  // last: its threads use all the above
 };
 
 }  // namespace Kest::Testing

@@ -1,0 +1,132 @@
+#include "tests/support/task_pump.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <semaphore>
+#include <utility>
+
+namespace Kest::Testing {
+
+struct TaskPump::Task {
+  std::function<void()> work;
+  std::thread thread;
+  std::binary_semaphore turn{0};  // the baton comes here,
+  std::binary_semaphore back{0};  // and goes back to the pump
+  bool done = false;
+};
+
+namespace {
+thread_local void* currentTask = nullptr;  // the TaskPump::Task this thread belongs to
+}  // namespace
+
+TaskPump::TaskPump() : freeThread_([this] { RunFreeThread(); }) {}
+
+TaskPump::~TaskPump() {
+  {
+    const std::lock_guard hold(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_all();
+  freeThread_.join();
+  if (!yielded_.empty()) {
+    std::fprintf(stderr, "%zu module tasks still wait at the end of the test\n", yielded_.size());
+    std::abort();
+  }
+}
+
+void TaskPump::Post(std::function<void()> work) {
+  auto task = std::make_unique<Task>();
+  task->work = std::move(work);
+  const std::lock_guard hold(mutex_);
+  fresh_.push_back(std::move(task));
+}
+
+void TaskPump::PostOnThread(std::function<void()> work) {
+  {
+    const std::lock_guard hold(mutex_);
+    threadWork_.push_back(std::move(work));
+  }
+  changed_.notify_all();
+}
+
+void TaskPump::RunFreeThread() {
+  std::unique_lock hold(mutex_);
+  for (;;) {
+    changed_.wait(hold, [this] { return ending_ || !threadWork_.empty(); });
+    if (threadWork_.empty()) return;
+    std::function<void()> work = std::move(threadWork_.front());
+    threadWork_.pop_front();
+    threadBusy_ = true;
+    hold.unlock();
+    work();
+    ++activity_;
+    hold.lock();
+    threadBusy_ = false;
+    changed_.notify_all();
+  }
+}
+
+void TaskPump::WaitForFreeThread() {
+  std::unique_lock hold(mutex_);
+  changed_.wait(hold, [this] { return threadWork_.empty() && !threadBusy_; });
+}
+
+std::unique_ptr<TaskPump::Task> TaskPump::TakeNew() {
+  const std::lock_guard hold(mutex_);
+  if (fresh_.empty()) return nullptr;
+  std::unique_ptr<Task> task = std::move(fresh_.front());
+  fresh_.pop_front();
+  return task;
+}
+
+void TaskPump::RunTurn(std::unique_ptr<Task> task) {
+  Task* const running = task.get();
+  if (!running->thread.joinable()) {
+    running->thread = std::thread([running] {
+      currentTask = running;
+      running->turn.acquire();
+      running->work();
+      running->work = nullptr;
+      running->done = true;
+      running->back.release();
+    });
+  }
+  running->turn.release();
+  running->back.acquire();
+  if (running->done) {
+    running->thread.join();
+    ++activity_;
+  } else {
+    yielded_.push_back(std::move(task));
+  }
+}
+
+void TaskPump::RunRound() {
+  for (size_t turns = yielded_.size(); turns > 0 && !yielded_.empty(); --turns) {
+    std::unique_ptr<Task> task = std::move(yielded_.front());
+    yielded_.pop_front();
+    RunTurn(std::move(task));
+  }
+  while (std::unique_ptr<Task> task = TakeNew()) RunTurn(std::move(task));
+}
+
+void TaskPump::RunUntilIdle() {
+  uint64_t before = 0;
+  do {
+    before = activity_;
+    RunRound();
+    if (activity_ == before) WaitForFreeThread();
+  } while (activity_ != before);
+}
+
+void TaskPump::Yield() {
+  if (currentTask == nullptr) {
+    RunRound();
+    return;
+  }
+  auto* const task = static_cast<Task*>(currentTask);
+  task->back.release();
+  task->turn.acquire();
+}
+
+}  // namespace Kest::Testing
