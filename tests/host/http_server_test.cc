@@ -1,0 +1,211 @@
+#include "host/http_server.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+#include "host/http_answers.h"
+#include "loopback_client.h"
+
+namespace Kest::Host {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// Yields what it was given, then `unlimited` text or nothing.
+class TestStream : public HttpStream {
+ public:
+  explicit TestStream(bool unlimited) : unlimited_(unlimited) {}
+  std::string Next() override {
+    if (unlimited_) return std::string(65536, 'x');
+    return std::exchange(first_, "");
+  }
+
+ private:
+  const bool unlimited_;
+  std::string first_ = "data: 1\n\n";
+};
+
+class HttpServerTest : public testing::Test {
+ protected:
+  ~HttpServerTest() override {
+    if (late_.joinable()) late_.join();  // before the server
+  }
+
+  void Serve(HttpLimits limits) {
+    auto server = HttpServer::Listen("127.0.0.1", 0, limits);
+    ASSERT_TRUE(server) << server.GetFailure().text;
+    server_ = std::move(server.GetValue());
+    server_->Serve(
+        {.refuse = [](const HttpRequest& request) -> std::optional<HttpAnswer> {
+           if (request.host == "here") return std::nullopt;
+           return ProblemAnswer(403, "no");
+         },
+         .handle = [this](HttpRequest request,
+                          Respond respond) { Handle(std::move(request), std::move(respond)); }});
+  }
+
+  void Handle(HttpRequest request, Respond respond) {
+    if (request.target == "/late") {
+      late_ = std::thread([respond] {
+        std::this_thread::sleep_for(milliseconds(50));
+        respond(JsonAnswer("\"late\""));
+        respond(JsonAnswer("\"twice\""));  // dropped: a request has one answer
+      });
+      return;
+    }
+    HttpAnswer answer = JsonAnswer(request.method + " " + request.target + " " +
+                                   std::to_string(request.body.size()));
+    if (request.target == "/none")
+      answer = {.status = 204, .contentType = {}, .body = {}, .allow = {}};
+    if (request.target == "/stream") answer.stream = std::make_unique<TestStream>(false);
+    if (request.target == "/flood") answer.stream = std::make_unique<TestStream>(true);
+    respond(std::move(answer));
+  }
+
+  std::string Exchange(std::string_view request) {
+    LoopbackClient client(server_->Port());
+    client.Send(request);
+    return client.ReadToEnd();
+  }
+
+  std::unique_ptr<HttpServer> server_;
+  std::thread late_;
+};
+
+TEST_F(HttpServerTest, AnswersPipelinedRequestsInOrderOnOneConnection) {
+  Serve({});
+  LoopbackClient client(server_->Port());
+  client.Send(
+      "GET /late HTTP/1.1\r\nHost: here\r\n\r\n"
+      "POST /b?x=1 HTTP/1.1\r\nHost: here\r\nContent-Length: 3\r\n\r\nabc"
+      "PUT /chunked HTTP/1.1\r\nHost: here\r\nTransfer-Encoding: chunked\r\n\r\n"
+      "2\r\nab\r\n1\r\nc\r\n0\r\n\r\n"
+      "HEAD /d HTTP/1.1\r\nHost: here\r\n\r\n"
+      "GET /none HTTP/1.1\r\nHost: here\r\n\r\n"
+      "GET http://here/absolute HTTP/1.1\r\nHost: elsewhere\r\nConnection: close\r\n\r\n");
+  const std::string text = client.ReadToEnd();
+  size_t from = 0;
+  for (const char* expected :
+       {"\r\n\r\n\"late\"", "\r\n\r\nPOST /b?x=1 3", "\r\n\r\nPUT /chunked 3",
+        "Content-Length: 9\r\n\r\nHTTP/1.1 204 No Content", "\r\n\r\nGET /absolute 0"}) {
+    const size_t place = text.find(expected, from);
+    ASSERT_NE(place, std::string::npos) << expected << " is missing in\n" << text;
+    from = place + 1;
+  }
+  EXPECT_EQ(text.find("twice"), std::string::npos);
+}
+
+TEST_F(HttpServerTest, RefusesWithAProblemAndGoesOnServing) {
+  HttpLimits limits;
+  limits.bodyBytes = 1000;
+  limits.headBytes = 2000;
+  limits.idle = milliseconds(200);
+  Serve(limits);
+  const std::string kHost = "Host: here\r\n";
+  struct Case {
+    const char* why;
+    std::string request;
+    const char* answer;
+  };
+  const Case kCases[] = {
+      {"no HTTP", "hello\r\n\r\n", "HTTP/1.1 400 "},
+      {"another protocol version", "GET / HTTP/3.7\r\n" + kHost + "\r\n", "HTTP/1.1 400 "},
+      {"two lengths",
+       "GET / HTTP/1.1\r\n" + kHost + "Content-Length: 1\r\nContent-Length: 2\r\n\r\n",
+       "HTTP/1.1 400 "},
+      {"foreign host", "GET / HTTP/1.1\r\nHost: there\r\n\r\n", "HTTP/1.1 403 "},
+      {"two hosts", "GET / HTTP/1.1\r\nHost: here\r\nHost: there\r\n\r\n", "HTTP/1.1 403 "},
+      {"announced body too large", "PUT / HTTP/1.1\r\n" + kHost + "Content-Length: 1001\r\n\r\n",
+       "HTTP/1.1 413 "},
+      {"sent body too large",
+       "PUT / HTTP/1.1\r\n" + kHost + "Transfer-Encoding: chunked\r\n\r\n3e9\r\n" +
+           std::string(1001, 'x') + "\r\n0\r\n\r\n",
+       "HTTP/1.1 413 "},
+      {"head too large", "GET /" + std::string(3000, 'x') + " HTTP/1.1\r\n" + kHost + "\r\n",
+       "HTTP/1.1 431 "},
+      {"does not arrive", "PUT / HTTP/1.1\r\n" + kHost + "Content-Length: 10\r\n\r\nabc",
+       "HTTP/1.1 408 "},
+      {"a wish to go on is answered first",
+       "PUT / HTTP/1.1\r\n" + kHost +
+           "Expect: 100-continue\r\nContent-Length: 2\r\nConnection: close\r\n\r\nab",
+       "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK"},
+      {"the largest body",
+       "PUT / HTTP/1.0\r\n" + kHost + "Content-Length: 1000\r\n\r\n" + std::string(1000, 'x'),
+       "HTTP/1.0 200 OK"}};
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    LoopbackClient client(server_->Port());
+    client.Send(c.request);
+    EXPECT_THAT(client.ReadUpTo("OK"), StartsWith(c.answer));
+  }
+}
+
+TEST_F(HttpServerTest, ARefusedLargeUploadStillMeetsItsAnswer) {
+  Serve({});
+  LoopbackClient client(server_->Port());
+  client.Send("POST / HTTP/1.1\r\nHost: here\r\nContent-Length: 67108865\r\n\r\n");
+  for (int i = 0; i < 64; ++i) client.Send(std::string(1 << 20, 'x'));
+  EXPECT_THAT(client.ReadUpTo("\r\n\r\n"), StartsWith("HTTP/1.1 413 Payload Too Large"));
+}
+
+TEST_F(HttpServerTest, OneConnectionTooManyIsToldAndAFreedPlaceIsUsed) {
+  Serve({.connections = 2});
+  LoopbackClient first(server_->Port());
+  auto second = std::make_unique<LoopbackClient>(server_->Port());
+  const std::string kGet = "GET / HTTP/1.1\r\nHost: here\r\n\r\n";
+  for (LoopbackClient* client : {&first, second.get()}) {
+    client->Send(kGet);
+    client->ReadUpTo("GET / 0");
+  }
+  EXPECT_THAT(Exchange(""), StartsWith("HTTP/1.1 503 "));
+  second.reset();
+  std::string answer;  // the server learns of the end a little later
+  for (int tries = 0; tries < 200 && !answer.starts_with("HTTP/1.1 200"); ++tries) {
+    LoopbackClient third(server_->Port());
+    third.Send(kGet);
+    answer = third.ReadUpTo("\r\n\r\n");
+  }
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 200"));
+}
+
+TEST_F(HttpServerTest, AStreamIsWokenCommentedAndEndedByFinish) {
+  Serve({.comment = milliseconds(50)});
+  LoopbackClient client(server_->Port());
+  client.Send("GET /stream HTTP/1.1\r\nHost: here\r\n\r\n");
+  EXPECT_THAT(client.ReadUpTo("data: 1\n\n"), HasSubstr("Content-Type: text/event-stream\r\n"));
+  server_->WakeStreams();  // with nothing new
+  EXPECT_EQ(client.ReadUpTo(": keep-alive\n\n"), ": keep-alive\n\n");
+  server_->Finish(milliseconds(5'000));
+  client.ReadToEnd();
+  EXPECT_FALSE(LoopbackClient(server_->Port()).Connected());
+}
+
+TEST_F(HttpServerTest, AReaderThatTakesNothingIsDropped) {
+  Serve({.connections = 1, .write = milliseconds(100)});
+  LoopbackClient stuck(server_->Port());
+  stuck.Send("GET /flood HTTP/1.1\r\nHost: here\r\n\r\n");
+  stuck.ReadUpTo("xxx");
+  std::string answer = "HTTP/1.1 503";  // while the only place is taken
+  for (int tries = 0; tries < 500 && answer.starts_with("HTTP/1.1 503"); ++tries) {
+    std::this_thread::sleep_for(milliseconds(10));
+    answer = Exchange("GET / HTTP/1.0\r\nHost: here\r\n\r\n");
+  }
+  EXPECT_THAT(answer, StartsWith("HTTP/1.0 200"));
+}
+
+TEST_F(HttpServerTest, ATakenPortIsAFailureThatNamesIt) {
+  Serve({});
+  const auto second = HttpServer::Listen("127.0.0.1", server_->Port(), {});
+  ASSERT_FALSE(second);
+  EXPECT_THAT(second.GetFailure().text,
+              StartsWith("Cannot listen on 127.0.0.1:" + std::to_string(server_->Port()) + ": "));
+}
+
+}  // namespace
+}  // namespace Kest::Host

@@ -1,0 +1,81 @@
+#include "host/request_guard.h"
+
+#include <gtest/gtest.h>
+
+#include "host/http_answers.h"
+#include "host/json_text.h"
+
+namespace Kest::Host {
+namespace {
+
+TEST(RequestGuard, LetsInThisMachineOnly) {
+  struct Case {
+    const char* why;
+    const char* method;
+    const char* host;
+    const char* origin;
+    int status;  // 0: let in
+  };
+  const Case kCases[] = {
+      {"loopback address", "GET", "127.0.0.1:8510", "", 0},
+      {"without a port", "GET", "localhost", "", 0},
+      {"names ignore case", "GET", "LocalHost:1", "", 0},
+      {"version 6 loopback", "GET", "[::1]:8510", "", 0},
+      {"version 6 without a port", "GET", "[::1]", "", 0},
+      {"the address it was told to listen on", "GET", "192.0.2.7:80", "", 0},
+      {"no name at all", "GET", "", "", 400},
+      {"a name made to resolve to loopback", "GET", "attacker.example:8510", "", 403},
+      {"begins like a loopback name", "GET", "127.0.0.1.example", "", 403},
+      {"begins with a user name", "GET", "localhost@attacker.example", "", 403},
+      {"what follows the colon is no port", "GET", "localhost:80.example", "", 403},
+      {"a port that is too long", "GET", "localhost:123456", "", 403},
+      {"reads may come from anywhere", "GET", "localhost", "http://attacker.example", 0},
+      {"a write without a page", "POST", "localhost", "", 0},
+      {"a write of a loopback page", "POST", "localhost", "http://127.0.0.1:3000", 0},
+      {"a write of a foreign page", "POST", "localhost", "http://attacker.example", 403},
+      {"a write of a page without an origin", "PUT", "localhost", "null", 403},
+      {"a foreign page in disguise", "DELETE", "localhost", "http://localhost.attacker.example",
+       403},
+      {"an unknown method counts as a write", "PURGE", "localhost", "https://a.example", 403}};
+  const RequestGuard guard("192.0.2.7");
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    HttpRequest request;
+    request.method = c.method;
+    request.host = c.host;
+    request.origin = c.origin;
+    const auto answer = guard.Refuse(request);
+    EXPECT_EQ(answer ? answer->status : 0, c.status);
+  }
+}
+
+TEST(ProblemAnswer, IsJsonWhateverTheTextHolds) {
+  const HttpAnswer answer = ProblemAnswer(404, "no \"x\xC3\"\n");
+  EXPECT_EQ(answer.body,
+            "{\"status\":404,\"title\":\"Not Found\",\"detail\":\"no \\\"x\xEF\xBF\xBD\\\"\\n\"}");
+  EXPECT_EQ(answer.contentType, "application/problem+json");
+}
+
+TEST(IsJson, TakesOneWholeDocumentAndNoDeepStack) {
+  struct Case {
+    const char* why;
+    std::string text;
+    bool expected;
+  };
+  const Case kCases[] = {{"an object", R"({"a":[1,null,"x"]})", true},
+                         {"a number alone", "-1.5e300", true},
+                         {"a number no double holds", "1" + std::string(30'000, '0'), true},
+                         {"nothing", "", false},
+                         {"two documents", "1 2", false},
+                         {"something behind a NUL", std::string("1\0 2", 4), false},
+                         {"torn", R"({"a":)", false},
+                         {"bad encoding", "\"\xff\"", false},
+                         {"deep", std::string(200'000, '[') + std::string(200'000, ']'), true}};
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(IsJson(c.text), c.expected);
+  }
+}
+
+}  // namespace
+}  // namespace Kest::Host
