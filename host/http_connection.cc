@@ -149,9 +149,6 @@ void HttpConnection::OnReadFailure(Error error) {
   if (error == http::error::header_limit || error == http::error::buffer_overflow) {
     return Send(ProblemAnswer(431, "The head of the request is too large."), true);
   }
-  if (error == beast::error::timeout && parser_->got_some()) {
-    return Send(ProblemAnswer(408, "The request did not arrive in time."), true);
-  }
   const bool unreadable = error.category() == make_error_code(http::error::bad_method).category() &&
                           error != http::error::end_of_stream &&
                           error != http::error::partial_message;

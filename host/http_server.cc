@@ -44,7 +44,7 @@ class HttpServer::Impl : public HttpConnectionOwner {
   ~Impl();
 
   Error Open(const std::string& address, uint16_t port);
-  uint16_t Port() const { return acceptor_.local_endpoint().port(); }
+  uint16_t Port() const { return port_; }
   void Serve(HttpHandlers handlers);
   void WakeStreams();
   void Finish(std::chrono::milliseconds limit);
@@ -63,6 +63,7 @@ class HttpServer::Impl : public HttpConnectionOwner {
   net::io_context io_{1};
   net::executor_work_guard<net::io_context::executor_type> keepRunning_{io_.get_executor()};
   tcp::acceptor acceptor_{io_};
+  uint16_t port_ = 0;
   net::steady_timer acceptPause_{io_};
   std::unordered_map<HttpConnection*, std::shared_ptr<HttpConnection>> connections_;
   std::atomic<bool> wakePosted_ = false;
@@ -88,6 +89,7 @@ Error HttpServer::Impl::Open(const std::string& address, uint16_t port) {
 #endif
   if (!error) acceptor_.bind(endpoint, error);
   if (!error) acceptor_.listen(net::socket_base::max_listen_connections, error);
+  if (!error) port_ = acceptor_.local_endpoint(error).port();
   return error;
 }
 

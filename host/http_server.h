@@ -1,9 +1,9 @@
 // The host's HTTP/1.1 server: keep-alive, pipelined requests answered in order, streams.
 //
 // Threads:  one of its own for all connections; the handlers are called on it and must not block.
-// Limits:   connections, head and body sizes and time-outs as below. What goes beyond is answered
-//           with a problem document (431, 413, 408, 503), never by a growing queue: one answer or
-//           one piece of a stream is held for each connection.
+// Limits:   connections, head and body sizes as below; what goes beyond is answered with a problem
+//           document (503, 431, 413). A connection that runs into a time-out is closed. Nothing
+//           grows: one answer or one piece of a stream is held for each connection.
 #pragma once
 
 #include <chrono>
@@ -23,8 +23,8 @@ struct HttpLimits {
   size_t connections = 256;
   uint32_t headBytes = 64 * 1024;
   uint64_t bodyBytes = 64 * 1024 * 1024;
-  std::chrono::milliseconds idle{60'000};     // between requests, and for one request to arrive
-  std::chrono::milliseconds write{30'000};    // without progress of one answer or stream piece
+  std::chrono::milliseconds idle{60'000};   // between requests, and for one request to arrive whole
+  std::chrono::milliseconds write{30'000};  // without progress of one answer or stream piece
   std::chrono::milliseconds comment{15'000};  // a silent stream gets a keep-alive comment
 };
 

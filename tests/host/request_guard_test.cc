@@ -64,7 +64,6 @@ TEST(IsJson, TakesOneWholeDocumentAndNoDeepStack) {
   };
   const Case kCases[] = {{"an object", R"({"a":[1,null,"x"]})", true},
                          {"a number alone", "-1.5e300", true},
-                         {"a number no double holds", "1" + std::string(30'000, '0'), true},
                          {"nothing", "", false},
                          {"two documents", "1 2", false},
                          {"something behind a NUL", std::string("1\0 2", 4), false},
