@@ -23,17 +23,14 @@ inline constexpr size_t kMaxTreeBytes = (sizeof(void*) == 8 ? 256u : 96u) * 1024
 // A value, or a whole tree of them. The root owns an arena in which everything below it is stored;
 // a child is a node inside its parent's tree.
 //
-// Threads:  as a standard container: many readers, or one writer.
+// Threads: as a standard container: many readers, or one writer.
 // Lifetime: references, pointers and views into a tree live until the root is destroyed, assigned
-// or
-//           moved from... except that TakeElement, Append and TakeMember may move the elements or
-//           members of the very container they grow: references to those (not to what lies deeper)
-//           then dangle. Replacing a value frees nothing before the tree dies.
-// Copies:   deep. Assigning to a node inside a tree copies into that tree's arena; assigning a
-// value
-//           into its own child or parent is safe. Moving a root into a root costs nothing; any
-//           other move is a copy.
-// Depth:    unlimited; copying, comparing and destroying are loops.
+// or moved from; but TakeElement, Append and TakeMember may move the elements or members of the
+// very container they grow: references to those (not to what lies deeper) then dangle. Replacing a
+// value inside a tree frees nothing before the tree dies. Copies: deep. Assigning to a node inside
+// a tree copies into that tree's arena; assigning a value into its own child or parent is safe.
+// Moving a root into a root costs nothing; any other move is a copy that leaves its source alone.
+// Depth: unlimited; copying, comparing and destroying are loops.
 class BindingProperty {
  public:
   BindingProperty() noexcept = default;
@@ -53,18 +50,20 @@ class BindingProperty {
   static BindingProperty Collection();
   static BindingProperty Structure();
 
-  BindingKind kind() const { return kind_; }
-  bool IsEmpty() const { return kind_ == BindingKind::kEmpty; }
+  BindingKind kind() const { return bits_.kind; }
+  bool IsEmpty() const { return bits_.kind == BindingKind::kEmpty; }
 
   // REQUIRES: the kind that is asked for.
-  bool AsBool() const { return payload_.boolean; }
-  int64_t AsSigned() const { return payload_.signedNumber; }
-  uint64_t AsUnsigned() const { return payload_.unsignedNumber; }
-  double AsFloat() const { return payload_.number; }
-  std::string_view AsString() const { return {payload_.chars, size_}; }
-  std::span<const uint8_t> AsBlob() const { return {payload_.bytes, size_}; }
-  const TypeRecord& EnumType() const { return *payload_.enumType; }
-  int32_t EnumValue() const { return static_cast<int32_t>(size_); }
+  bool AsBool() const { return bits_.payload.boolean; }
+  int64_t AsSigned() const { return bits_.payload.signedNumber; }
+  uint64_t AsUnsigned() const { return bits_.payload.unsignedNumber; }
+  double AsFloat() const { return bits_.payload.number; }
+  std::string_view AsString() const { return {bits_.payload.chars, bits_.size}; }
+  std::span<const uint8_t> AsBlob() const {
+    return {reinterpret_cast<const uint8_t*>(bits_.payload.chars), bits_.size};
+  }
+  const TypeRecord& EnumType() const { return *bits_.payload.enumType; }
+  int32_t EnumValue() const { return static_cast<int32_t>(bits_.size); }
 
   // Each replaces what the value held. Setting an empty container empties a full one.
   void SetEmpty();
@@ -105,7 +104,6 @@ class BindingProperty {
   friend bool operator==(const BindingProperty& left, const BindingProperty& right);
 
  private:
-  friend class TreeBuilder;
   friend struct TreeNodes;
 
   union Payload {
@@ -114,19 +112,31 @@ class BindingProperty {
     bool boolean;
     double number;
     const char* chars;
-    const uint8_t* bytes;
     const TypeRecord* enumType;
     BindingProperty* elements;
     MemberNode* members;
   };
+  // A value apart from the tree it belongs to.
+  struct Bits {
+    Payload payload;
+    uint32_t size = 0;  // bytes, elements or members; of an enumerator: its value
+    BindingKind kind = BindingKind::kEmpty;
+    uint8_t roomBits = 0;  // containers: room for 2^n entries when above 0, else for `size`
+  };
+  static constexpr uintptr_t kOwns = 1;
 
+  bool IsNode() const { return arena_ != 0 && (arena_ & kOwns) == 0; }
+  Arena* TreeArena() const { return reinterpret_cast<Arena*>(arena_ & ~kOwns); }
+  Arena& NeedArena();
   void Release() noexcept;
+  void Replace(Bits bits);
+  void StoreText(BindingKind kind, std::string_view bytes);
+  void CopyFrom(const BindingProperty& other);
+  void ReserveElements(size_t room);
+  void ReserveMembers(size_t room);
 
-  Payload payload_;
-  uintptr_t arena_ = 0;  // the tree's Arena; the lowest bit is set when this value owns it
-  BindingKind kind_ = BindingKind::kEmpty;
-  uint8_t capacityBits_ = 0;  // containers: room for 2^n entries when above 0, else exactly size_
-  uint32_t size_ = 0;         // bytes, elements or members; of an enumerator: its value
+  Bits bits_;
+  uintptr_t arena_ = 0;  // the tree's Arena; kOwns is set when this value owns it
 };
 
 }  // namespace Kest

@@ -12,13 +12,18 @@ namespace Kest {
 
 class ConversionContext;
 
-// Appends one value to a text. Gathers in a block of its own, so the text grows in large steps and
-// nothing is allocated when it has room. Call Finish at the end: without it the text is unfinished.
+// Appends one value to a text: no blanks, only what must be escaped is escaped, floats in the
+// shortest form that reads back exactly and always with a point or exponent. Enumerators are
+// written by name, by number where they have none; a byte that is no UTF-8 as U+FFFD. NaN,
+// infinities and blobs that are no UTF-8 cannot be written.
+//
+// It gathers in a block of its own, so the text grows in large steps and nothing is allocated when
+// it has room. Finish ends it: before, the text is incomplete.
 // Threads: one.
 class JsonWriter final : public ValueWriter {
  public:
   // `out` is borrowed until Finish.
-  explicit JsonWriter(std::string* out);
+  explicit JsonWriter(std::string* out) : out_(out), start_(out->size()) {}
   JsonWriter(const JsonWriter&) = delete;
   JsonWriter& operator=(const JsonWriter&) = delete;
 
@@ -38,22 +43,27 @@ class JsonWriter final : public ValueWriter {
   std::string_view ErrorText() const override { return error_; }
 
   // Completes the text; when `context` has failed, takes back everything that was appended. Logs
-  // one warning when bytes were replaced because they were no UTF-8.
+  // one warning when bytes were replaced.
   void Finish(const ConversionContext& context);
 
  private:
   char* Room(size_t bytes);
   void Flush();
-  void BeginValue();
-  void AppendText(std::string_view text);
+  char* BeginValue(size_t bytes);
+  template <typename Integer>
+  bool Number(Integer value);
+  void Punctuate(char mark, bool needsComma);
+  void Quote(std::string_view text);
+  size_t CopyPlain(std::string_view text);
+  size_t Escape(std::string_view text);
 
-  static constexpr size_t kBlockBytes = 4096;
+  static constexpr size_t kBlockBytes = 8192;
   std::string* out_;
   size_t start_;  // size of *out_ before this value
   std::string_view error_;
   size_t replacedBytes_ = 0;
+  bool needsComma_ = false;  // a value ended last
   size_t used_ = 0;
-  bool needsComma_ = false;
   std::array<char, kBlockBytes> block_;
 };
 

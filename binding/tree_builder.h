@@ -1,46 +1,82 @@
 // Builds a BindingProperty tree from a stream of values.
 #pragma once
 
-#include <memory>
+#include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "binding/binding_property.h"
+#include "binding/key_table.h"
+#include "binding/tree_nodes.h"
 #include "binding/value_writer.h"
 
 namespace Kest {
 
 // A ValueWriter that gathers the children of each open container and stores them as exact arrays
-// when it ends. Names are stored once per tree. Fails with "Too many values." beyond the bounds of
-// a tree (binding_property.h); a failed builder is thrown away. Threads: one.
+// when it ends. Each name is stored once per tree. Fails with "Too many values." beyond the bounds
+// of a tree (binding_property.h); a failed builder is thrown away.
+// Threads: one.
 class TreeBuilder final : public ValueWriter {
  public:
   // `expectedBytes` sizes the first block of the tree's storage.
   explicit TreeBuilder(size_t expectedBytes = 0);
+  // Builds a part of the tree that `arena` stores; ends with TakeBits.
+  explicit TreeBuilder(Arena& arena);
   ~TreeBuilder() override;
   TreeBuilder(const TreeBuilder&) = delete;
   TreeBuilder& operator=(const TreeBuilder&) = delete;
 
-  bool Null() override;
-  bool Bool(bool value) override;
-  bool Signed(int64_t value) override;
-  bool Unsigned(uint64_t value) override;
-  bool Float(double value) override;
+  bool Null() override { return Add({}); }
+  bool Bool(bool value) override { return Add(TreeNodes::Bool(value)); }
+  bool Signed(int64_t value) override { return Add(TreeNodes::Signed(value)); }
+  bool Unsigned(uint64_t value) override { return Add(TreeNodes::Unsigned(value)); }
+  bool Float(double value) override { return Add(TreeNodes::Float(value)); }
   bool String(std::string_view text) override;
   bool Blob(std::span<const uint8_t> bytes) override;
-  bool Enum(const TypeRecord& type, int32_t value) override;
-  bool BeginStructure(size_t size) override;
-  bool Member(std::string_view name) override;
+  bool Enum(const TypeRecord& type, int32_t value) override {
+    return Add(TreeNodes::Enum(type, value));
+  }
+  bool BeginStructure(size_t) override { return Begin(); }
+  bool Member(std::string_view name) override { return SetKey(name, /*isStored=*/false); }
   bool EndStructure() override;
-  bool BeginCollection(size_t size) override;
+  bool BeginCollection(size_t) override { return Begin(); }
   bool EndCollection() override;
   std::string_view ErrorText() const override;
 
+  // Memory of the tree for text that String and Member shall not copy; null past the bound.
+  char* TryReserveText(size_t bytes) { return static_cast<char*>(arena_->TryAllocate(bytes)); }
+  // For text inside such memory.
+  bool StoredString(std::string_view text) {
+    return Add(TreeNodes::Text(BindingKind::kString, text));
+  }
+  bool StoredMember(std::string_view name) { return SetKey(name, /*isStored=*/true); }
+
   // The finished tree. REQUIRES: exactly one whole value was written, and no call failed.
   BindingProperty Take();
+  TreeNodes::Bits TakeBits();
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  struct Child {
+    TreeNodes::Bits bits;
+    uint32_t key;  // in keys_; of an element: any
+  };
+  struct Container {
+    uint32_t first;  // of its children in children_
+    uint32_t key;    // its own name
+  };
+
+  bool Add(const TreeNodes::Bits& bits);
+  bool Begin();
+  void End(const TreeNodes::Bits& bits);
+  bool SetKey(std::string_view name, bool isStored);
+  size_t MergeRepeatedMembers(size_t first);
+
+  Arena* arena_;
+  bool ownsArena_;
+  uint32_t key_ = 0;  // the name of the next value
+  std::vector<Child> children_;
+  std::vector<Container> open_;
+  KeyTable keys_;
 };
 
 }  // namespace Kest

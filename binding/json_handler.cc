@@ -1,0 +1,58 @@
+#include "binding/json_handler.h"
+
+#include <cmath>
+
+#include "binding/number_text.h"
+#include "binding/utf8.h"
+
+namespace Kest {
+namespace {
+
+// The digits' value, unless it needs more than 64 bits.
+bool TryParseDigits(std::string_view digits, uint64_t* value) {
+  constexpr size_t kAlwaysFits = 19;
+  if (digits.size() > kAlwaysFits + 1) return false;
+  uint64_t number = 0;
+  for (const char c : digits.substr(0, kAlwaysFits)) {
+    number = number * 10 + static_cast<uint64_t>(c - '0');
+  }
+  if (digits.size() > kAlwaysFits) {
+    const auto digit = static_cast<uint64_t>(digits.back() - '0');
+    if (number > (UINT64_MAX - digit) / 10) return false;
+    number = number * 10 + digit;
+  }
+  *value = number;
+  return true;
+}
+
+}  // namespace
+
+// The reader has checked the grammar; the number stays where it was.
+bool JsonHandler::RawNumber(const char* chars, uint32_t size, bool) {
+  const std::string_view text(chars, size);
+  const bool isNegative = text.front() == '-';
+  if (text.find_first_of(".eE") == std::string_view::npos) {
+    uint64_t magnitude = 0;
+    if (TryParseDigits(text.substr(isNegative ? 1 : 0), &magnitude)) {
+      if (!isNegative) return Check(builder_.Unsigned(magnitude));
+      if (magnitude <= uint64_t{1} << 63) {
+        return Check(builder_.Signed(static_cast<int64_t>(0 - magnitude)));
+      }
+    }
+  }
+  double value = 0;
+  ParseDecimal(text, &value);
+  if (!std::isfinite(value)) {
+    failure_ = "Number too big to be stored in double.";
+    return false;
+  }
+  return Check(builder_.Float(value));
+}
+
+bool JsonHandler::CheckText(std::string_view text) {
+  if (!checksSurrogates_ || IsValidUtf8(text)) return true;
+  failure_ = "The surrogate pair in string is invalid.";
+  return false;
+}
+
+}  // namespace Kest

@@ -1,0 +1,54 @@
+#include "binding/key_table.h"
+
+#include <algorithm>
+
+#include "binding/seeded_hash.h"
+
+namespace Kest {
+
+bool KeyTable::TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
+  if (!entries_.empty()) {
+    const uint32_t guess = entries_[previous_].successor;
+    if (entries_[guess].key->Name() == name) {
+      *number = previous_ = guess;
+      return true;
+    }
+  }
+  if (!TryFind(name, isStored, arena, number)) return false;
+  entries_[previous_].successor = *number;
+  previous_ = *number;
+  return true;
+}
+
+bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
+  if (2 * entries_.size() >= slots_.size()) Grow();
+  const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
+  const uint32_t hash = SeededHash(name);
+  uint32_t slot = hash & mask;
+  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
+    const MemberKey& key = *entries_[slots_[slot] - 1].key;
+    if (key.hash == hash && key.Name() == name) {
+      *number = slots_[slot] - 1;
+      return true;
+    }
+  }
+  const MemberKey* key = TreeNodes::TryMakeKey(arena, name, hash, isStored);
+  if (key == nullptr) return false;
+  *number = static_cast<uint32_t>(entries_.size());
+  entries_.push_back({key, *number, 0, 0});
+  slots_[slot] = *number + 1;
+  return true;
+}
+
+void KeyTable::Grow() {
+  constexpr size_t kFirstSlots = 64;
+  slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), 0);
+  const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
+  for (uint32_t number = 0; number < entries_.size(); ++number) {
+    uint32_t slot = entries_[number].key->hash & mask;
+    while (slots_[slot] != 0) slot = (slot + 1) & mask;
+    slots_[slot] = number + 1;
+  }
+}
+
+}  // namespace Kest

@@ -1,0 +1,31 @@
+// Text to number, exact, the same on every platform and in every locale.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace Kest {
+
+enum class NumberTextOutcome { kOk, kMalformed, kBeyondRange };
+
+// The whole text as a number: blanks may stand before it, then one sign, then decimal digits, "0x"
+// and hexadecimal digits, or "0" and octal digits. Anything behind the digits, or no digit at all,
+// is malformed. A negative text is out of range for an unsigned number unless it is zero.
+// `*value` is set for kOk only.
+NumberTextOutcome ParseIntegerText(std::string_view text, int64_t* value);
+NumberTextOutcome ParseIntegerText(std::string_view text, uint64_t* value);
+
+// The same for a decimal or hexadecimal floating number. One too large is beyond range, and so are
+// the infinities and NaN by name; one too small is a tiny value or zero.
+NumberTextOutcome ParseFloatText(std::string_view text, double* value);
+
+// The double nearest to a decimal number: an optional "-", digits, an optional fraction, an
+// optional exponent. Infinite when it is too large, zero when it is too small. Answers how many
+// characters were read: 0 when there is no number.
+size_t ParseDecimal(std::string_view text, double* value);
+
+// A form that reads back as the same value, for messages.
+std::string ExactText(double value);
+
+}  // namespace Kest

@@ -1,0 +1,107 @@
+#include "binding/tree_builder.h"
+
+#include <cassert>
+#include <utility>
+
+namespace Kest {
+
+TreeBuilder::TreeBuilder(size_t expectedBytes)
+    : arena_(Arena::Create(expectedBytes)), ownsArena_(true) {}
+
+TreeBuilder::TreeBuilder(Arena& arena) : arena_(&arena), ownsArena_(false) {}
+
+TreeBuilder::~TreeBuilder() {
+  if (ownsArena_) Arena::Destroy(arena_);
+}
+
+bool TreeBuilder::Add(const TreeNodes::Bits& bits) {
+  if (!arena_->TryCount(1)) return false;
+  children_.push_back({bits, key_});
+  return true;
+}
+
+bool TreeBuilder::String(std::string_view text) {
+  const char* copy = arena_->TryCopy(text);
+  return copy != nullptr && StoredString({copy, text.size()});
+}
+
+bool TreeBuilder::Blob(std::span<const uint8_t> bytes) {
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  const char* copy = arena_->TryCopy(text);
+  return copy != nullptr && Add(TreeNodes::Text(BindingKind::kBlob, {copy, text.size()}));
+}
+
+bool TreeBuilder::SetKey(std::string_view name, bool isStored) {
+  return keys_.TryIntern(name, isStored, *arena_, &key_);
+}
+
+bool TreeBuilder::Begin() {
+  if (!arena_->TryCount(1)) return false;
+  open_.push_back({static_cast<uint32_t>(children_.size()), key_});
+  return true;
+}
+
+// Replaces the children of the innermost container by the container.
+void TreeBuilder::End(const TreeNodes::Bits& bits) {
+  const Container container = open_.back();
+  open_.pop_back();
+  children_.resize(container.first);
+  children_.push_back({bits, container.key});
+}
+
+bool TreeBuilder::EndCollection() {
+  const Child* children = children_.data() + open_.back().first;
+  const size_t count = children_.size() - open_.back().first;
+  auto* elements =
+      static_cast<BindingProperty*>(arena_->TryAllocate(count * sizeof(BindingProperty)));
+  if (elements == nullptr) return false;
+  for (size_t i = 0; i < count; ++i) TreeNodes::Place(elements + i, children[i].bits, *arena_);
+  End(TreeNodes::Elements(elements, count));
+  return true;
+}
+
+bool TreeBuilder::EndStructure() {
+  const size_t first = open_.back().first;
+  const size_t count = MergeRepeatedMembers(first);
+  MemberNode* members = TreeNodes::TryAllocateMembers(*arena_, count);
+  if (members == nullptr) return false;
+  const Child* children = children_.data() + first;
+  for (size_t i = 0; i < count; ++i) {
+    TreeNodes::PlaceMember(members, i, count, children[i].bits, keys_.Key(children[i].key),
+                           *arena_);
+  }
+  End(TreeNodes::Members(members, count));
+  return true;
+}
+
+// Gives each repeated name the value of its last and the place of its first member; answers how
+// many members stay.
+size_t TreeBuilder::MergeRepeatedMembers(size_t first) {
+  keys_.BeginPlaces();
+  Child* children = children_.data() + first;
+  const size_t count = children_.size() - first;
+  uint32_t kept = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const uint32_t place = keys_.PlaceOf(children[i].key, kept);
+    children[place] = children[i];
+    if (place == kept) ++kept;
+  }
+  return kept;
+}
+
+std::string_view TreeBuilder::ErrorText() const {
+  return "Too many values.";
+}
+
+TreeNodes::Bits TreeBuilder::TakeBits() {
+  assert(open_.empty() && children_.size() == 1);
+  return children_.front().bits;
+}
+
+BindingProperty TreeBuilder::Take() {
+  const TreeNodes::Bits bits = TakeBits();
+  ownsArena_ = false;
+  return TreeNodes::Root(bits, std::exchange(arena_, nullptr));
+}
+
+}  // namespace Kest

@@ -1,0 +1,44 @@
+#include "binding/utf8.h"
+
+namespace Kest {
+namespace {
+
+bool IsTail(char c) {
+  return (static_cast<uint8_t>(c) & 0xc0) == 0x80;
+}
+
+}  // namespace
+
+size_t Utf8CharacterSize(std::string_view text) {
+  const auto lead = static_cast<uint8_t>(text[0]);
+  if (lead < 0x80) return 1;
+  if (lead < 0xc2 || lead > 0xf4) return 0;
+  const size_t size = lead < 0xe0 ? 2 : lead < 0xf0 ? 3 : 4;
+  if (text.size() < size) return 0;
+  // Only the second byte has bounds that depend on the lead.
+  const auto second = static_cast<uint8_t>(text[1]);
+  const uint8_t low = lead == 0xe0 ? 0xa0 : lead == 0xf0 ? 0x90 : 0x80;
+  const uint8_t high = lead == 0xed ? 0x9f : lead == 0xf4 ? 0x8f : 0xbf;
+  if (second < low || second > high) return 0;
+  for (size_t i = 2; i < size; ++i) {
+    if (!IsTail(text[i])) return 0;
+  }
+  return size;
+}
+
+bool IsValidUtf8(std::string_view text) {
+  const char* at = text.data();
+  const char* end = at + text.size();
+  while (at != end) {
+    if (end - at >= 16 && ((LoadWord(at) | LoadWord(at + 8)) & kHighBits) == 0) {
+      at += 16;
+      continue;
+    }
+    const size_t size = Utf8CharacterSize({at, static_cast<size_t>(end - at)});
+    if (size == 0) return false;
+    at += size;
+  }
+  return true;
+}
+
+}  // namespace Kest
