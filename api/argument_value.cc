@@ -2,6 +2,8 @@
 
 #include <new>
 #include <span>
+#include <string>
+#include <utility>
 
 #include "api/http_names.h"
 #include "binding/json_adapter.h"
@@ -11,6 +13,9 @@ namespace Kest {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+
+// A decoder's words for the one failure that says nothing about the text.
+constexpr std::string_view kOutOfMemory = "Out of memory";
 
 // A MessagePack map or array begins with such a byte, a JSON text never.
 bool BeginsMessagePack(std::string_view text) {
@@ -78,10 +83,12 @@ void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueForma
   BindingProperty tree = decoder->decode(decoding, text);
   if (decoding.Ok()) {
     *target = std::move(tree);
-  } else {
-    context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4",
-                        decoder->name, owner.argument, owner.function, decoding.ErrorText()));
+    return;
   }
+  const std::string error = decoding.ErrorText();
+  if (error == kOutOfMemory) throw std::bad_alloc();
+  context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4", decoder->name,
+                      owner.argument, owner.function, error));
 }
 
 }  // namespace Kest

@@ -28,6 +28,7 @@ struct ValueOwner {
 // Decodes `text` and replaces `*target` by it. Failures:
 //   "Couldn't deserialize JSON value for parameter '%1' of '%2': %3" (%3 the decoder's words)
 //   "Unsupported body content type" for a format that has no decoder
+// Throws std::bad_alloc when memory ends.
 void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,
                  std::string_view text, BindingProperty* target);
 

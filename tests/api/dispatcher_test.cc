@@ -1,0 +1,124 @@
+#include "api/dispatcher.h"
+
+#include "tests/api/sample_api.h"
+#include "tests/support/log_capture.h"
+
+namespace Kest::Sample {
+namespace {
+
+TEST(Dispatcher, AnswersEachResultWithItsStatus) {
+  const struct {
+    const char* why;
+    const char* url;
+    Response response;
+  } kCases[] = {
+      {"nothing", "/succeed", {204, "", "", ""}},
+      {"reference",
+       "/held",
+       {200, "", "application/json",
+        "[{\"name\":\"first\",\"count\":1},{\"name\":\"second\",\"count\":2}]"}},
+      {"no shared item", "/no-slot", {200, "", "application/json", "null"}},
+      {"failure", "/fail?text=Gone&status=410", {410, "Gone", "", ""}},
+      {"not a number",
+       "/no-number",
+       {500, "Failed to convert type double to BindingProperty for serialization", "", ""}},
+      {"unregistered type",
+       "/no-type",
+       {500,
+        "Failed to convert type Kest::Sample::Unregistered to BindingProperty for serialization",
+        "", ""}},
+      {"no such path", "/held/", {404, "Not found", "", ""}},
+      {"exception", "/throw/Torn", {500, "Torn", "", ""}},
+      {"exception without text", "/throw/nothing", {500, "Internal server error", "", ""}},
+      {"exception of another kind", "/throw/number", {500, "Internal server error", "", ""}},
+  };
+  const Api api;
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(api.Get(c.url), c.response);
+  }
+  EXPECT_EQ(Summary(api.dispatcher().Handle({"POST", "/held", {}, {}, {}, {}})), "404 Not found");
+  EXPECT_EQ(Summary(api.dispatcher().Handle({"get", "/held", {}, {}, {}, {}})), "404 Not found");
+}
+
+TEST(Dispatcher, RunsOutOfMemoryWithOneLine) {
+  const Api api;
+  const LogCapture log;
+  EXPECT_EQ(Summary(api.Get("/throw/memory")), "500 Out of memory");
+  EXPECT_THAT(log.Lines(), testing::ElementsAre(" ERROR|| /throw/memory: Out of memory"));
+}
+
+TEST(Dispatcher, RefusesTooLargeABodyUnread) {
+  const Api api;
+  const std::string body(kMaxBodyBytes + 1, '[');
+  const auto post = [&](std::string_view part) {
+    return Summary(api.dispatcher().Handle({"GET", "/body", "text/plain", part, {}, {}}));
+  };
+  EXPECT_EQ(post(body), "413 Body is too large");
+  EXPECT_EQ(post(std::string_view(body).substr(1)), "400 Unsupported body content type");
+}
+
+TEST(Dispatcher, InvokesByNameWithNamedAndPlacedArguments) {
+  const BindingProperty number = BindingProperty::FromSigned(5);
+  const BindingProperty text = BindingProperty::FromString("[\"x\"]");
+  const auto named = [](const char* name, const char* value) {
+    return NamedValue{name, {}, value, nullptr};
+  };
+  const auto placed = [](const char* value, const char* contentType = "") {
+    return NamedValue{std::nullopt, contentType, value, nullptr};
+  };
+  const struct {
+    const char* why;
+    const char* function;
+    std::vector<NamedValue> arguments;
+    const char* answer;
+  } kCases[] = {
+      {"named", "Path", {named("number", "0x10"), named("id", "a%20")}, "200 \"a%20:16\""},
+      {"placed, an empty text is one", "Path", {placed(""), placed("1")}, "200 \":1\""},
+      {"value", "Path", {placed("a"), {std::nullopt, {}, {}, &number}}, "200 \"a:5\""},
+      {"text as value", "Body", {{"items", {}, {}, &text}}, "200 [\"x\"]"},
+      {"place counts named ones", "Path", {named("id", "a"), placed("2")}, "200 \"a:2\""},
+      {"place too high",
+       "SetFlag",
+       {placed("1"), placed("1")},
+       "400 Unknown argument '1' for 'SetFlag'."},
+      {"unknown", "SetFlag", {named("x", "1")}, "400 Unknown argument 'x' for 'SetFlag'."},
+      {"member path", "Body", {named("items.1", "b"), named("items.0", "a")}, "200 [\"a\",\"b\"]"},
+      {"content type", "SetFlag", {placed("true", "application/json")}, "200 true"},
+      {"body type without decoder",
+       "SetFlag",
+       {placed("\xC3", "application/x-msgpack")},
+       "400 Unsupported body content type"},
+      {"bool starts as false", "SetFlag", {}, "200 false"},
+      {"missing", "Path", {placed("a")}, "400 A value for 'number' is required."},
+      {"unknown function", "path", {}, "404 Invalid function"},
+      {"built in", "$builtin.Help", {}, "404 Unsupported builtin function"},
+  };
+  const Api api;
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(Summary(api.dispatcher().Invoke(c.function, c.arguments)), c.answer);
+  }
+}
+
+TEST(Dispatcher, DescribesItsEndpointsInOrder) {
+  const LogCapture log;
+  const Api api;
+  EXPECT_THAT(log.Lines(),
+              testing::ElementsAre("  WARN|| Route /stray}/{name} has a parameter without a name"));
+  const auto& endpoints = api.dispatcher().Endpoints();
+  ASSERT_EQ(endpoints.size(), 15u);
+  EXPECT_EQ(endpoints[9].function.Record().description, "What is held");
+  EXPECT_EQ(endpoints[9].function.Record().returns.elementId, TypeId::kStruct);
+  EXPECT_EQ(endpoints[8].function.Record().returns.id, TypeId::kNone);
+  const BoundFunction& body = endpoints[6].function;
+  ASSERT_EQ(body.Arguments().size(), 2u);
+  EXPECT_EQ(body.LocationOf(0), ArgumentLocation::kBody);
+  EXPECT_EQ(body.Arguments()[0].type, (TypeIdentifier{TypeId::kVector, TypeId::kString, nullptr}));
+  EXPECT_FALSE(body.Arguments()[0].optional);
+  EXPECT_EQ(body.Arguments()[1].type.id, TypeId::kBool);
+  EXPECT_TRUE(body.Arguments()[1].optional);
+}
+
+}  // namespace
+}  // namespace Kest::Sample

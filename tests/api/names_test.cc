@@ -1,0 +1,105 @@
+#include "api/argument_value.h"
+#include "api/http_names.h"
+#include "api/query_text.h"
+#include "api/response.h"
+
+namespace Kest {
+namespace {
+
+TEST(HttpNames, HaveGapsOutsideTheirTables) {
+  EXPECT_EQ(MethodName(HttpMethod::kDelete), "DELETE");
+  EXPECT_EQ(MethodName(static_cast<HttpMethod>(7)), "PUT");
+  for (const int32_t id : {-1, 0, 8}) EXPECT_EQ(MethodName(static_cast<HttpMethod>(id)), "");
+  EXPECT_EQ(ParseMethod("POST"), HttpMethod::kPost);
+  for (const char* name : {"", "get", "GETS"}) EXPECT_EQ(ParseMethod(name), HttpMethod::kNone);
+  EXPECT_EQ(StatusText(207), "207 Multi-Status");
+  EXPECT_EQ(StatusText(507), "Insufficient Storage");
+  for (const int32_t status : {-1, 306, 418, 421, 506, 508}) EXPECT_EQ(StatusText(status), "");
+}
+
+TEST(FailureResponse, EmptyTextsAndOddStatusesGetTheirReading) {
+  const struct {
+    const char* why;
+    Failure failure;
+    int32_t status;
+    const char* message;
+  } kCases[] = {
+      {"as it is", {"Loot disabled.", 500}, 500, "Loot disabled."},
+      {"no text", {"", 500}, 500, "Internal server error"},
+      {"missing", {"", 404}, 404, "Not found"},
+      {"another status without text", {"", 501}, 501, "Not Implemented"},
+      {"a success is no failure", {"odd", 200}, 500, "odd"},
+      {"no status at all", {"", 0}, 500, "Internal server error"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(FailureResponse(c.failure), (Response{c.status, c.message, "", ""}));
+  }
+}
+
+TEST(QueryText, SplitsFirstAndDecodesOnce) {
+  using Pairs = std::vector<std::pair<std::string, std::string>>;
+  const struct {
+    const char* why;
+    std::string query;
+    Pairs pairs;
+  } kCases[] = {
+      {"nothing", "", {}},
+      {"empty pieces are left out", "&&a=1&&b=2&", {{"a", "1"}, {"b", "2"}}},
+      {"first = splits", "a=b=c", {{"a", "b=c"}}},
+      {"no =, no value, no name", "a&b=&=c", {{"a", ""}, {"b", ""}, {"", "c"}}},
+      {"decoded after splitting", "a%3D%26=%3d+%2B", {{"a=&", "= +"}}},
+      {"once", "a=%2541", {{"a", "%41"}}},
+      {"broken escapes stay", "%=%4&%zz=%4g%", {{"%", "%4"}, {"%zz", "%4g%"}}},
+      {"any byte", "a=%00%ff", {{"a", std::string("\0\xff", 2)}}},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    Pairs pairs;
+    for (const QueryPair& pair : SplitQuery(c.query)) pairs.emplace_back(pair.name, pair.value);
+    EXPECT_EQ(pairs, c.pairs);
+  }
+  EXPECT_EQ(PercentDecode("a+b%2Bc", PlusSign::kIsPlus), "a+b+c");
+  EXPECT_EQ(SplitUrl("/a?b?c").query, "b?c");
+  EXPECT_EQ(SplitUrl("/a").path, "/a");
+}
+
+TEST(ValueFormat, ContentTypeDecidesBeforeTheFirstCharacters) {
+  using enum ValueFormat;
+  const struct {
+    const char* why;
+    const char* contentType;
+    const char* text;
+    bool structured;
+    ValueFormat format;
+  } kCases[] = {
+      {"plain", "", "{}", false, kText},
+      {"object", "", "{}", true, kJson},
+      {"list behind blanks", "", " \t\r\n[", true, kJson},
+      {"other blanks are text", "", "\v[", true, kText},
+      {"documents begin with hyphens", "", " ---\na: 1", true, kYaml},
+      {"two hyphens", "", "--", true, kText},
+      {"first MessagePack map", "", "\x80", true, kMessagePack},
+      {"MessagePack text", "", "\xA1", true, kText},
+      {"long MessagePack list", "", "\xDC", true, kMessagePack},
+      {"behind the long map", "", "\xE0", true, kText},
+      {"blanks are none before MessagePack", "", " \x80", true, kText},
+      {"type wins over looks", "application/x-msgpack-ext", "{}", true, kMessagePack},
+      {"case and parameters are ignored", "Application/JSON; charset=utf-8", "1", false, kJson},
+      {"another type is not sniffed", "text/plain", "[]", true, kText},
+      {"YAML value type", "text/x-yaml", "a", false, kYaml},
+      {"YAML body type is none of a value", "application/x-yaml", "a", true, kText},
+      {"bytes", "application/octet-stream", "[]", true, kBytes},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(ChooseValueFormat(c.contentType, c.text, c.structured), c.format);
+  }
+  EXPECT_EQ(ChooseBodyFormat("application/vnd.api+json"), kJson);
+  EXPECT_EQ(ChooseBodyFormat("application/x-yaml"), kYaml);
+  EXPECT_EQ(ChooseBodyFormat("text/x-yaml"), std::nullopt);
+  EXPECT_EQ(ChooseBodyFormat("application/octet-stream"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace Kest

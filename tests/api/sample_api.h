@@ -1,0 +1,132 @@
+// A small API of its own: functions that answer what they were given, and one of each result.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <stdexcept>
+
+#include "api/dispatcher.h"
+#include "binding/define_struct.h"
+
+namespace Kest::Sample {
+
+struct Slot {
+  std::string name;
+  int32_t count = 7;
+};
+struct Unregistered {};
+
+// Answers the arguments it got as members of a structure.
+class Functions {
+ public:
+  BindingProperty Query(std::optional<BindingProperty> o, std::optional<std::vector<Slot>> list,
+                        std::optional<Slot> slot, std::optional<int32_t> n, bool flag) {
+    BindingProperty answer = BindingProperty::Structure();
+    if (o) answer.TakeMember("o") = *o;
+    if (list) AddSlots(*list, &answer.TakeMember("list"));
+    if (slot) AddSlots({*slot}, &answer.TakeMember("slot"));
+    if (n) answer.TakeMember("n").SetSigned(*n);
+    if (flag) answer.TakeMember("flag").SetBool(flag);
+    return answer;
+  }
+  Maybe<std::string> Path(const std::string& id, int64_t number) const {
+    return id + ":" + std::to_string(number);
+  }
+  bool SetFlag(bool value) { return value; }
+  std::string Header(std::string name, std::optional<std::string> any) {
+    return name + "/" + any.value_or("-");
+  }
+  std::vector<std::string> Body(std::vector<std::string> items, std::optional<bool> reverse) {
+    if (reverse.value_or(false)) std::reverse(items.begin(), items.end());
+    return items;
+  }
+  uint64_t Size(BindingProperty list) { return list.Size(); }
+
+  Maybe<Nothing> Succeed() { return Nothing{}; }
+  Maybe<std::reference_wrapper<const std::vector<Slot>>> Held() const { return std::cref(held_); }
+  Maybe<Slot> Fail(std::string text, int32_t status) { return Failure{text, status}; }
+  double NoNumber() { return std::nan(""); }
+  Maybe<Unregistered> NoType() { return Unregistered{}; }
+  std::shared_ptr<const Slot> NoSlot() { return nullptr; }
+  void Throw(std::string what) {
+    if (what == "memory") throw std::bad_alloc();
+    if (what == "number") throw 7;
+    throw std::runtime_error(what == "nothing" ? "" : what);
+  }
+
+ private:
+  static void AddSlots(const std::vector<Slot>& slots, BindingProperty* list) {
+    list->SetCollection();
+    for (const Slot& slot : slots) {
+      list->Append().SetString(slot.name + "*" + std::to_string(slot.count));
+    }
+  }
+
+  std::vector<Slot> held_ = {{"first", 1}, {"second", 2}};
+};
+
+// The functions behind routes, in a registry of their own.
+class Api {
+ public:
+  Api() {
+    const auto route = [this](const char* path, const char* name, auto handler) {
+      return dispatcher_.Route(HttpMethod::kGet, path, name, &functions_, handler);
+    };
+    DefineStruct<Slot>(registry_, "Slot")
+        .Field<&Slot::name>("name", kRequired)
+        .Field<&Slot::count>("count");
+    route("/query", "Query", &Functions::Query)
+        .Query("o")
+        .Query("list")
+        .Query("slot")
+        .Query("n")
+        .Query("flag");
+    route("/path/{id}/{number}", "Path", &Functions::Path).Path("id").Path("number");
+    route("/rest/{+name}", "Rest", &Functions::Header).Any("name").Any("any");
+    route("/stray}/{name}", "Stray", &Functions::Header).Path("name").Query("any");
+    route("/flag/{value}", "SetFlag", &Functions::SetFlag).Path("value");
+    route("/header", "Header", &Functions::Header).Header("name").Any("any");
+    route("/body", "Body", &Functions::Body).Body("items").Query("reverse");
+    route("/size", "Size", &Functions::Size).Query("list");
+    route("/succeed", "Succeed", &Functions::Succeed);
+    route("/held", "Held", &Functions::Held).Describe("What is held");
+    route("/fail", "Fail", &Functions::Fail).Query("text").Query("status");
+    route("/no-number", "NoNumber", &Functions::NoNumber);
+    route("/no-type", "NoType", &Functions::NoType);
+    route("/no-slot", "NoSlot", &Functions::NoSlot);
+    route("/throw/{what}", "Throw", &Functions::Throw).Path("what");
+  }
+
+  const Dispatcher& dispatcher() const { return dispatcher_; }
+
+  Response Get(std::string_view url) const {
+    return dispatcher_.Handle({"GET", url, {}, {}, {}, {}});
+  }
+
+ private:
+  TypeRegistry registry_;
+  Functions functions_;
+  Dispatcher dispatcher_{registry_};
+};
+
+// "200 {...}" or "400 text".
+inline std::string Summary(const Response& response) {
+  return std::to_string(response.status) + " " + response.body + response.message;
+}
+
+struct UrlCase {
+  const char* why;
+  const char* url;
+  const char* answer;
+};
+
+inline void ExpectAnswers(std::initializer_list<UrlCase> cases, const std::string& prefix = {}) {
+  const Api api;
+  for (const UrlCase& c : cases) {
+    SCOPED_TRACE(c.why);
+    EXPECT_EQ(Summary(api.Get(prefix + c.url)), c.answer);
+  }
+}
+
+}  // namespace Kest::Sample
