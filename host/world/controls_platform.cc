@@ -23,6 +23,12 @@ PreparedMessage ReadMessage(FieldReader& fields, IssueReport& report, const Worl
   return message;
 }
 
+bool IsPlainName(const std::string& name) {
+  return std::all_of(name.begin(), name.end(), [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  });
+}
+
 Failure UnknownMethod(const std::string& method) {
   return Failure{"the platform has no service method " + method, 404};
 }
@@ -34,6 +40,9 @@ bool IsServiceMethod(const std::string& method) {
 }  // namespace
 
 ControlResult SetConfiguration(Platform& platform, const ControlCall& call) {
+  if (!IsPlainName(call.parts[1])) {
+    return Failure{"the name of a configuration value is made of letters and digits", 400};
+  }
   platform.session.SetConfiguration(call.parts[1], call.body);
   return JsonValue(JsonValue::Object{{"name", call.parts[1]}, {"value", call.body}});
 }

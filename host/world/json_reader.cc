@@ -93,7 +93,7 @@ class TreeBuilder {
   bool Bool(bool value) { return AddScalar(JsonValue(value)); }
   bool RawNumber(const char* digits, rapidjson::SizeType size, bool) {
     std::optional<JsonValue> number = ReadNumber({digits, size});
-    if (!number) return Fail(StartToken(), "The number does not fit into 64 bits.");
+    if (!number) return Fail(StartToken(), "Number out of range of a double.");
     return AddScalar(std::move(*number));
   }
   bool String(const char* text, rapidjson::SizeType size, bool) {

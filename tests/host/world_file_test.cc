@@ -1,0 +1,188 @@
+#include <algorithm>
+#include <set>
+
+#include "tests/host/world_testing.h"
+
+namespace Kest::Host {
+namespace {
+
+// The small world with the first `from` replaced by `to`, in which "@" marks where the failure is.
+struct BrokenWorld {
+  BrokenWorld(std::string_view from, std::string_view to) : text(kSmallWorld) {
+    const size_t at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    text.replace(at, from.size(), to);
+    const size_t mark = text.find('@');
+    EXPECT_NE(mark, std::string::npos) << to;
+    text.erase(mark, 1);
+    const size_t lineStart = text.rfind('\n', mark) + 1;
+    place =
+        std::to_string(1 + std::count(text.begin(), text.begin() + static_cast<int>(mark), '\n')) +
+        ":" + std::to_string(mark - lineStart + 1);
+  }
+
+  std::string text;
+  std::string place;  // "line:column"
+};
+
+TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
+  struct Case {
+    const char* why;
+    const char* from;
+    const char* to;
+    const char* reason;
+  };
+  const Case kCases[] = {
+      {"syntax", "\"Pond\",\n  \"champions\"", "\"Pond\"\n  @\"champions\"",
+       "Missing a comma or '}' after an object member."},
+      {"unknown member at the top", "\"name\"", "@\"surprise\": 1, \"name\"",
+       "unknown member \"surprise\""},
+      {"unknown member deep inside", "\"weight\": 3", "@\"wait\": 3", "unknown member \"wait\""},
+      {"missing member", R"({"lootName": "CHEST_reed", "type": "CHEST"})",
+       R"(@{"lootName": "CHEST_reed"})", "member \"type\" is missing"},
+      {"empty text", "\"Pond\"", "@\"\"", "\"name\" must not be empty"},
+      {"text for a number", "\"storeItemId\": 2}", "\"storeItemId\": @\"2\"}",
+       "\"storeItemId\" must be a whole number, not a text"},
+      {"fraction for a number", "\"storeItemId\": 2}", "\"storeItemId\": @2.0}",
+       "\"storeItemId\" must be a whole number, not a number"},
+      {"number for a flag", "\"owned\": true", "\"owned\": @1",
+       "\"owned\" must be true or false, not a whole number"},
+      {"object for a list", "[{\"id\": 7, \"name\": \"Splash\"}]", "@{}",
+       "\"emotes\" must be a list, not an object"},
+      {"list for an object", "{\"id\": 7, \"name\": \"Splash\"}", "@[]",
+       "expected an object, found a list"},
+      {"number out of range", "\"probability\": 0.25", "\"probability\": @1.5",
+       "\"probability\" must lie between 0 and 1"},
+      {"count below one", "\"count\": 4", "\"count\": @0",
+       "\"count\" must lie between 1 and 2147483647"},
+      {"count beyond 64 bits", "\"count\": 4", "\"count\": @18446744073709551615",
+       "\"count\" must lie between 1 and 2147483647"},
+      {"member the collection has not", "\"name\": \"Reed\"",
+       "\"name\": \"Reed\", @\"rented\": true", "unknown member \"rented\""},
+      {"id twice", "\"id\": 2, \"name\"", "\"id\": @1, \"name\"",
+       "id 1 stands twice in \"champions\""},
+      {"skin without champion", "\"id\": 2001", "\"id\": @9001",
+       "no champion has the id 9 of skin 9001"},
+      {"loot name twice", "\"CURRENCY_champion\"", "@\"CHEST_reed\"",
+       "loot name \"CHEST_reed\" is defined twice"},
+      {"loot name with a dash", "{\"lootName\": \"CHEST_reed\"", "@{\"lootName\": \"CHEST-reed\"",
+       "loot name \"CHEST-reed\" must not hold \"-\", \"/\", \"?\" or \"#\": loot ids are cut "
+       "there"},
+      {"store id of nothing", R"({"lootName": "SKIN_1001", "type": "SKIN", "storeItemId": 1001})",
+       R"(@{"lootName": "SKIN_1001", "type": "SKIN", "storeItemId": 77})",
+       "storeItemId 77 is not among the skins"},
+      {"unknown upgrade", "\"type\": \"MATERIAL\"",
+       "\"type\": \"MATERIAL\", \"upgradeLootName\": @\"X\"", "unknown loot name \"X\""},
+      {"unknown loot in a query", "[\"CHAMPION_RENTAL_1\"", "[@\"CHAMPION_RENTAL_9\"",
+       "unknown loot name \"CHAMPION_RENTAL_9\""},
+      {"query of a wrong kind", "\"CHAMPION_TOKEN_star-1\"", "@3",
+       "a query holds a loot name or a list of them"},
+      {"unknown loot in odds", "{\"lootName\": \"EMOTE_7\", \"q",
+       "{\"lootName\": @\"EMOTE_8\", \"q", "unknown loot name \"EMOTE_8\""},
+      {"empty odds", "\"odds\": {", "\"odds\": {@\"TABLE_none\": [], ",
+       "an odds table needs at least one entry"},
+      {"odds named like loot", "\"odds\": {",
+       "\"odds\": {@\"EMOTE_7\": [{\"lootName\": \"EMOTE_7\"}], ",
+       "\"EMOTE_7\" is a loot name already"},
+      {"unknown loot in an output", "{\"lootName\": \"TABLE_any\"}",
+       "{\"lootName\": @\"TABLE_all\"}", "\"TABLE_all\" is neither a loot name nor an odds table"},
+      {"unknown loot in a slot", "\"query\": \"MATERIAL_key\"", "\"query\": @\"MATERIAL_keys\"",
+       "\"MATERIAL_keys\" is neither a query nor a loot name"},
+      {"quantity that is no number", "\"2 * 5\"", "@\"2 x 5\"",
+       "quantity \"2 x 5\" is not a sum, difference, product or quotient of whole numbers that "
+       "gives at least 1"},
+      {"quantity of nothing", "\"2 * 5\"", "@\"2 - 2\"",
+       "quantity \"2 - 2\" is not a sum, difference, product or quotient of whole numbers that "
+       "gives at least 1"},
+      {"slot number twice", "[{\"slotNumber\": 1, \"query\": \"MAT",
+       "@[{\"slotNumber\": 0, \"query\": \"MAT", "slot number 0 stands twice"},
+      {"recipe name twice", "\"recipeName\": \"MIX\"", "\"recipeName\": @\"REROLL\"",
+       "recipe name \"REROLL\" is defined twice"},
+      {"unknown loot in the inventory", "{\"lootName\": \"CHEST_reed\", \"count\"",
+       "@{\"lootName\": \"CHEST\", \"count\"", "unknown loot name \"CHEST\""},
+      {"item twice", "{\"lootName\": \"BOOST_wind\"}", "@{\"lootName\": \"SKIN_2001\"}",
+       "\"SKIN_2001\" stands twice in the inventory"},
+      {"token without champion", R"({"lootName": "CHAMPION_TOKEN_star", "refId": "1")",
+       R"(@{"lootName": "CHAMPION_TOKEN_star", "refId": "Heron")",
+       "a champion token needs a champion's id as \"refId\""},
+      {"latency of an unknown method", "{\"redeemPlayerLoot\"", "{@\"redeem\"",
+       "unknown member \"redeem\""},
+      {"unknown chest", "\"newPlayerChest\": \"CHEST_reed\"", "\"newPlayerChest\": @\"CHEST\"",
+       "unknown loot name \"CHEST\""},
+      {"unknown configuration", "{\"Enabled\"", "{@\"Enable\"", "unknown member \"Enable\""},
+      {"configuration of a wrong kind", "{\"Enabled\": true", "{\"Enabled\": @\"yes\"",
+       "\"Enabled\" must be true or false, not a text"},
+      {"message name twice", "\"messages\": [{\"name\": \"grant\"",
+       "\"messages\": [{\"name\": \"grant\"}, {\"name\": @\"grant\"",
+       "message \"grant\" stands twice"},
+      {"body and params", "\"params\": [\"hello\"]", "\"params\": [\"hello\"], \"body\": @1",
+       "\"body\" and \"params\" exclude each other"},
+      {"rarity of the game data", "\"name\": \"Pond\",",
+       "\"name\": \"Pond\", \"lootData\": {\"LootItems\": [{\"id\": \"a\", \"rarity\": "
+       "@\"Rare\"}]},",
+       "\"Rare\" is none of \"Default\" \"Epic\" \"Legendary\" \"Mythic\" \"Ultimate\""},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    const BrokenWorld broken(c.from, c.to);
+    const auto world = World::Load(broken.text, "pond.json", 1);
+    ASSERT_FALSE(world);
+    EXPECT_EQ(world.GetFailure().text, "pond.json:" + broken.place + ": " + c.reason);
+  }
+}
+
+class SampleWorld : public WorldTest {
+ protected:
+  void SetUp() override {
+    Load(World::SampleText(), 7);
+    SignIn();
+    definitions_ = Parse(Invoke("getAllPlayerLootAndAllDefinitions", {0, 0, 0}).body);
+  }
+  const JsonValue::Array& List(const char* part, const char* list) const {
+    return *definitions_.Find(part)->Find(list)->AsArray();
+  }
+
+  JsonValue definitions_;
+};
+
+TEST_F(SampleWorld, HoldsLootOfEveryTypeAndOneUnknown) {
+  std::set<std::string> missing = {
+      "CHEST",          "CHAMPION", "CHAMPION_RENTAL", "SKIN",     "SKIN_RENTAL",   "CHROMA",
+      "CHROMA_RENTAL",  "WARDSKIN", "WARDSKIN_RENTAL", "EMOTE",    "EMOTE_RENTAL",  "SUMMONERICON",
+      "TOURNAMENTLOGO", "BOOST",    "MATERIAL",        "CURRENCY", "CHAMPION_TOKEN"};
+  const std::set<std::string> known = missing;
+  std::set<std::string> others;
+  std::set<std::string> held = missing;
+  const std::map<std::string, int64_t> inventory = Inventory();
+  for (const JsonValue& definition : List("lootItemList", "lootItems")) {
+    const std::string& type = *definition.Find("type")->AsText();
+    missing.erase(type);
+    if (!known.contains(type)) others.insert(type);
+    const auto item = inventory.lower_bound(*definition.Find("lootName")->AsText());
+    if (item != inventory.end() &&
+        item->first.starts_with(*definition.Find("lootName")->AsText())) {
+      held.erase(type);
+    }
+  }
+  EXPECT_EQ(missing, std::set<std::string>()) << "not defined";
+  EXPECT_EQ(held, std::set<std::string>()) << "not in the inventory";
+  EXPECT_EQ(others.size(), 1u);
+}
+
+TEST_F(SampleWorld, EveryRecipeCanBeReadAboutAndCoversEveryKind) {
+  const JsonValue lootData = Parse(*world_->Resource("/tav-game-data/assets/v1/loot.json"));
+  std::set<std::string> described;
+  for (const JsonValue& recipe : *lootData.Find("LootRecipes")->AsArray()) {
+    described.insert(*recipe.Find("id")->AsText());
+  }
+  std::set<std::string> kinds;
+  for (const JsonValue& recipe : List("recipeList", "recipes")) {
+    EXPECT_TRUE(described.contains(*recipe.Find("recipeName")->AsText())) << WriteJson(recipe);
+    kinds.insert(*recipe.Find("type")->AsText());
+  }
+  EXPECT_EQ(kinds, (std::set<std::string>{"OPEN", "DISENCHANT", "UPGRADE", "REROLL", "FORGE",
+                                          "TOKENSHARDUPGRADE", "TOKENESSENCEUPGRADE"}));
+}
+
+}  // namespace
+}  // namespace Kest::Host

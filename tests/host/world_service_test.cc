@@ -1,0 +1,196 @@
+#include "tests/host/world_testing.h"
+
+namespace Kest::Host {
+namespace {
+
+class WorldService : public WorldTest {
+ protected:
+  void SetUp() override {
+    WorldTest::SetUp();
+    SignIn();
+  }
+  WorldAnswer Post(std::string_view endpoint, std::string_view body) {
+    return world_->Request("POST", "/tav-login/v1/" + std::string(endpoint), "application/json",
+                           body);
+  }
+  std::string Redeem(std::string_view lootName) {
+    const JsonValue request = JsonValue::Object{{"lootName", lootName}};
+    return WriteJson(Transact("redeemPlayerLoot", WriteJson(request)));
+  }
+};
+
+TEST_F(WorldService, LeavesOutDefinitionsThatTheCallerHolds) {
+  struct Case {
+    JsonValue::Array known;
+    bool items, recipes, queries;  // sent
+  };
+  const Case kCases[] = {{{0, 0, 0}, true, true, true},
+                         {{11, 12, 13}, false, false, false},
+                         {{11, 0, 13}, false, true, false},
+                         {{12, 12, 12}, true, false, true}};
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(WriteJson(c.known));
+    const JsonValue answer = Parse(Invoke("getAllPlayerLootAndAllDefinitions", c.known).body);
+    const JsonValue& items = *answer.Find("lootItemList");
+    EXPECT_EQ(items.Find("lootItems")->AsArray()->size(), c.items ? 13u : 0u);
+    EXPECT_EQ(answer.Find("recipeList")->Find("recipes")->AsArray()->size(), c.recipes ? 4u : 0u);
+    const JsonValue& queries = *answer.Find("queryResult");
+    EXPECT_EQ(queries.Find("queryToLootNames")->AsObject()->size(), c.queries ? 2u : 0u);
+    EXPECT_EQ(Part(items, "lastUpdate") + Part(queries, "lastUpdate"), "1113");
+    EXPECT_EQ(answer.Find("playerLoot")->AsArray()->size(), 11u);
+  }
+}
+
+TEST_F(WorldService, RedeemGivesTheThingAndTakesTheItem) {
+  struct Case {
+    const char* why;
+    const char* lootName;
+    const char* status;
+    std::vector<std::string> events;
+  };
+  const std::string skins = "Update /tav-champions/v1/inventories/70/skins-minimal";
+  const std::string champions = "Update /tav-champions/v1/inventories/70/champions-minimal";
+  const Case kCases[] = {
+      // one after the other
+      {"a skin of an owned champion; the champions tell of it too",
+       "SKIN_1001",
+       "OK",
+       {skins, champions}},
+      {"the second of it", "SKIN_1001", "ALREADY_OWNED", {}},
+      {"a skin of an unowned champion", "SKIN_2001", "CHAMPION_NOT_OWNED", {}},
+      {"a rental of an owned champion", "CHAMPION_RENTAL_1", "ALREADY_OWNED", {}},
+      {"a rental", "CHAMPION_RENTAL_2", "OK", {champions}},
+      {"the second of it", "CHAMPION_RENTAL_2", "ALREADY_RENTED", {}},
+      {"a champion that is rented", "CHAMPION_2", "OK", {champions}},
+      {"now its skin", "SKIN_2001", "OK", {skins, champions}},
+      {"used up", "SKIN_2001", "MISSING_LOOT", {}},
+      {"not on sale", "EMOTE_none", "NOT_REDEEMABLE", {}},
+      {"a boost changes no collection", "BOOST_wind", "OK", {}},
+      {"a material", "MATERIAL_key", "NOT_REDEEMABLE", {}},
+      {"held only with a reference id", "CHAMPION_TOKEN_star", "MISSING_LOOT", {}},
+      {"no name", "", "INVALID_REQUEST", {}},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(std::string(c.why) + ": " + c.lootName);
+    auto expected = Inventory();
+    const JsonValue result = Parse(Redeem(c.lootName));
+    EXPECT_EQ(*result.Find("status")->AsText(), c.status) << WriteJson(result);
+    const bool isGood = std::string_view(c.status) == "OK";
+    if (isGood && --expected[c.lootName] == 0) expected.erase(c.lootName);
+    EXPECT_EQ(Inventory(), expected);
+    EXPECT_EQ(Counts(*result.Find("removed")).size(), isGood ? 1u : 0u);
+    EXPECT_EQ(Part(result, "redeemed"),
+              isGood ? "[\"" + std::string(c.lootName) + "\"]" : std::string("[]"));
+    EXPECT_EQ(Events(), c.events);
+  }
+}
+
+TEST_F(WorldService, TheNewPlayerChestIsGrantedOnce) {
+  const JsonValue first = Parse(Invoke("checkAndGrantNewPlayerChest", {}).body);
+  EXPECT_EQ(Counts(*first.Find("added")), (std::map<std::string, int64_t>{{"CHEST_reed", 1}}));
+  EXPECT_EQ(Inventory().at("CHEST_reed"), 5);
+  EXPECT_EQ(Part(Parse(Invoke("checkAndGrantNewPlayerChest", {}).body), "status"),
+            "\"ALREADY_GRANTED\"");
+  EXPECT_EQ(Inventory().at("CHEST_reed"), 5);
+}
+
+TEST_F(WorldService, AnswersRequestsByEventsAfterTheLatency) {
+  const char* kRedeem =
+      R"({"serviceName": "loot", "methodName": "redeemPlayerLoot", "requestKey": "k",
+      "flag": false, "args": ["id", "{\"lootName\": \"SKIN_1001\"}"]})";
+  const WorldAnswer first = Post("service-proxy-uuid-requests", kRedeem);
+  const std::vector<WorldEvent> events = world_->TakeEvents();
+  ASSERT_EQ(events.size(), 3u) << "two collections, then the answer";
+  const JsonValue response = Parse(events[2].payload);
+  EXPECT_EQ(events[2].name, "OnServiceProxyUuidEvent");
+  EXPECT_EQ(events[2].channel, WorldEvent::Channel::kService);
+  EXPECT_EQ(events[2].delayMilliseconds, 30);
+  EXPECT_EQ(Part(response, "uuid"), first.body);
+  EXPECT_EQ(Part(response, "serviceName") + Part(response, "methodName") + Part(response, "error"),
+            "\"loot\"\"redeemPlayerLoot\"\"\"");
+  EXPECT_EQ(Part(Parse(*response.Find("payload")->AsText()), "redeemed"), "[\"SKIN_1001\"]");
+
+  EXPECT_EQ(Post("service-proxy-method-requests", kRedeem).status, 204);
+  const WorldEvent second = world_->TakeEvents().front();
+  EXPECT_EQ(second.name, "OnServiceProxyMethodEvent");
+  EXPECT_EQ(Part(Parse(second.payload), "uuid"), "\"k\"");
+  EXPECT_NE(Post("service-proxy-uuid-requests", kRedeem).body, first.body);
+  EXPECT_EQ(Part(Parse(Control("GET", "/world")), "serviceCalls"), "{\"loot.redeemPlayerLoot\":3}");
+}
+
+TEST_F(WorldService, SaysWhatIsWrongWithACall) {
+  struct Case {
+    const char* body;
+    int status;
+    const char* message;
+  };
+  const Case kCases[] = {
+      {"", 400, "body:1:1: The document is empty."},
+      {"[]", 400, "body:1:1: expected an object, found a list"},
+      {R"({"serviceName": "loot"})", 400, "body:1:1: member \"methodName\" is missing"},
+      {R"({"serviceName": "loot", "methodName": "x", "args": 1})", 400,
+       "body:1:52: \"args\" must be a list, not a whole number"},
+      {R"({"serviceName": "shop", "methodName": "x"})", 404, "there is no service shop"},
+      {R"({"serviceName": "loot", "methodName": "x"})", 404, "service loot has no method x"},
+      {R"({"serviceName": "loot", "methodName": "redeemPlayerLoot", "args": ["a"]})", 400,
+       "expected two texts: the request id and the transaction as JSON"},
+      {R"({"serviceName": "loot", "methodName": "getAllPlayerLootAndAllDefinitions", "args": [1, 2, "3"]})",
+       400, "expected three whole numbers: the versions held"},
+      {R"({"serviceName": "clientFacadeService", "methodName": "callPersistenceMessaging", "args": [{"msgId": "m1", "command": "eat"}]})",
+       400, "unknown command eat"},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.body);
+    const WorldAnswer answer = Post("session/invoke", c.body);
+    EXPECT_EQ(answer.status, c.status);
+    EXPECT_EQ(answer.message, c.message);
+  }
+  Post("service-proxy-uuid-requests", kCases[5].body);
+  const JsonValue response = Parse(world_->TakeEvents().front().payload);
+  EXPECT_EQ(Part(response, "error"), "\"service loot has no method x\"");
+  EXPECT_EQ(Part(response, "status"), "\"ERROR\"");
+  Control("POST", "/logout");
+  EXPECT_EQ(Invoke("getClientConfiguration", {}).message, "nobody is signed in");
+}
+
+TEST_F(WorldService, AnAcknowledgedMessageIsMissingFromTheNextPacketOnly) {
+  const JsonValue acknowledgement =
+      JsonValue::Object{{"accountId", 80}, {"msgId", "m1"}, {"command", "ack"}};
+  EXPECT_EQ(Invoke("callPersistenceMessaging", {acknowledgement}, "clientFacadeService").body,
+            "null");
+  EXPECT_EQ(Part(Parse(Control("GET", "/world")), "acknowledgements"),
+            R"([{"accountId":80,"msgId":"m1","command":"ack"}])");
+  EXPECT_EQ(Events(), std::vector<std::string>());
+  Control("POST", "/logout");
+  Control("POST", "/login");
+  EXPECT_EQ(Part(Parse(*world_->Resource("/tav-login/v1/login-data-packet")), "simpleMessages"),
+            R"([{"accountId":80,"msgId":"m2","type":"news","params":["hello"]}])");
+}
+
+TEST_F(WorldService, AControlMakesTheNextCallsSlowOrFail) {
+  const char* kCall = R"({"serviceName": "loot", "methodName": "redeemPlayerLoot",
+      "args": ["id", "{\"lootName\": \"BOOST_wind\"}"]})";
+  const auto call = [&] {
+    Post("service-proxy-uuid-requests", kCall);
+    return world_->TakeEvents().back();
+  };
+  Control("PUT", "/service/redeemPlayerLoot", R"({"error": "down", "latency": 5, "times": 2})");
+  for (int i = 0; i < 2; ++i) {
+    const WorldEvent event = call();
+    EXPECT_EQ(event.delayMilliseconds, 5);
+    EXPECT_EQ(Part(Parse(event.payload), "error"), "\"down\"");
+  }
+  Control("PUT", "/service/redeemPlayerLoot", R"({"status": "TOO_FREQUENT"})");
+  const std::string payload = *Parse(call().payload).Find("payload")->AsText();
+  EXPECT_EQ(Part(Parse(payload), "status"), "\"TOO_FREQUENT\"");
+  EXPECT_TRUE(Inventory().contains("BOOST_wind")) << "nothing was done so far";
+
+  Control("PUT", "/service/redeemPlayerLoot", R"({"error": "down"})");
+  Control("DELETE", "/service/redeemPlayerLoot");
+  const WorldEvent event = call();
+  EXPECT_EQ(event.delayMilliseconds, 30);
+  EXPECT_FALSE(Inventory().contains("BOOST_wind"));
+}
+
+}  // namespace
+}  // namespace Kest::Host
