@@ -1,7 +1,6 @@
 #include "binding/arena.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -13,18 +12,12 @@ namespace {
 constexpr size_t kSmallestBlock = 256;
 constexpr size_t kDoublingEnd = 1024 * 1024;
 
-void* AllocateOrThrow(size_t bytes) {
-  void* memory = std::malloc(bytes);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
 }  // namespace
 
 Arena* Arena::Create(size_t firstBytes) {
   if (firstBytes > kMaxTreeBytes) throw std::bad_alloc();
   const size_t total = sizeof(Arena) + ((firstBytes + kAlignment - 1) & ~(kAlignment - 1));
-  char* memory = static_cast<char*>(AllocateOrThrow(total));
+  char* memory = static_cast<char*>(::operator new(total));
   auto* arena = new (memory) Arena(total);
   arena->next_ = memory + sizeof(Arena);
   arena->end_ = memory + total;
@@ -35,10 +28,10 @@ void Arena::Destroy(Arena* arena) noexcept {
   Block* block = arena->last_;
   while (block != nullptr) {
     Block* previous = block->previous;
-    std::free(block);
+    ::operator delete(block);
     block = previous;
   }
-  std::free(arena);
+  ::operator delete(arena);
 }
 
 void* Arena::AllocateBlock(size_t bytes) {
@@ -46,7 +39,7 @@ void* Arena::AllocateBlock(size_t bytes) {
   if (bytes > kMaxTreeBytes || bytes_ + bytes + kAlignment > kMaxTreeBytes) return nullptr;
   const size_t growth = std::max(kSmallestBlock, bytes_ < kDoublingEnd ? bytes_ : bytes_ / 4);
   const size_t total = std::min(std::max(growth, bytes + kAlignment), kMaxTreeBytes - bytes_);
-  char* memory = static_cast<char*>(AllocateOrThrow(total));
+  char* memory = static_cast<char*>(::operator new(total));
   last_ = new (memory) Block{last_};
   next_ = memory + kAlignment + bytes;
   end_ = memory + total;

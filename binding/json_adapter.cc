@@ -9,7 +9,7 @@
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -37,19 +37,15 @@ class ThrowingAllocator {
  public:
   static const bool kNeedFree = true;
 
-  void* Malloc(size_t size) { return size > 0 ? Require(std::malloc(size)) : nullptr; }
-  void* Realloc(void* memory, size_t, size_t size) {
-    if (size > 0) return Require(std::realloc(memory, size));
-    std::free(memory);
-    return nullptr;
+  void* Malloc(size_t size) { return size > 0 ? ::operator new(size) : nullptr; }
+  void* Realloc(void* memory, size_t oldSize, size_t size) {
+    void* larger = Malloc(size);
+    if (memory != nullptr && larger != nullptr)
+      std::memcpy(larger, memory, std::min(oldSize, size));
+    Free(memory);
+    return larger;
   }
-  static void Free(void* memory) { std::free(memory); }
-
- private:
-  static void* Require(void* memory) {
-    if (memory == nullptr) throw std::bad_alloc();
-    return memory;
-  }
+  static void Free(void* memory) { ::operator delete(memory); }
 };
 
 using Reader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, ThrowingAllocator>;
