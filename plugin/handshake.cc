@@ -1,8 +1,6 @@
 #include "plugin/handshake.h"
 
-#include <atomic>
 #include <memory>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -10,6 +8,7 @@
 #include "log/fatal.h"
 #include "log/logger.h"
 #include "log/positional_format.h"
+#include "plugin/boundary.h"
 #include "plugin/callbacks.h"
 #include "plugin/plugin_events.h"
 #include "plugin/plugin_runtime.h"
@@ -70,14 +69,12 @@ void Handshake(KestHandshakeBlock* block, std::string_view shortName,
                PluginFactory factory) noexcept {
   if (block == nullptr) return;
   PluginRuntime* runtime = nullptr;
-  try {
+  RunAndLog("Handshake", [&] {
     const ApiVersion host{block->major, block->minor, block->patch};
     PluginNames names = MakePluginNames(shortName, kPluginType);
     EndProcessUnlessCompatible(host, names);
     runtime = MakeRuntime(host, std::move(names), factory);
-  } catch (const std::exception& error) {
-    LogError("Handshake: %s", error.what());
-  }
+  });
   block->major = kPluginApiVersion.major;
   block->minor = kPluginApiVersion.minor;
   block->patch = kPluginApiVersion.patch;

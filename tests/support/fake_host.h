@@ -44,16 +44,16 @@ struct FakeRequest {
 
 struct FakeAnswer {
   int32_t status = 200;
-  std::string body;
-  std::string message;
+  std::string body = {};
+  std::string message = {};
   std::string contentType = "application/json";
   bool held = false;  // answered by ReleaseHeld only
 };
 
 // What a platform service's method answers.
 struct ServiceReply {
-  std::string payload;  // JSON
-  std::string error;
+  std::string payload = {};  // JSON
+  std::string error = {};
   bool held = false;  // answered by ReleaseHeld only
 };
 

@@ -1,0 +1,114 @@
+#include "plugin/host_services.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "plugin/once_promise.h"
+#include "tests/support/fake_host.h"
+#include "tests/support/log_capture.h"
+
+namespace Kest::Testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class HostServicesTest : public ::testing::Test {
+ protected:
+  HostServicesTest() { services_.Attach(host_.Services()); }
+  void Ask(std::string_view url) {
+    HostRequest request;
+    request.url = url;
+    services_.Request(request, [this](Maybe<Response> answer) {
+      answers_.push_back(answer ? answer.GetValue().body : answer.GetFailure().text);
+    });
+  }
+
+  LogCapture log_;
+  EntryGate gate_;
+  RuntimeCounters counters_;
+  FakeHost host_;
+  HostServices services_{gate_, counters_};
+  std::vector<std::string> answers_;
+};
+
+TEST_F(HostServicesTest, EachRequestEndsExactlyOnce) {
+  host_.OnRequest("GET", "/now", FakeAnswer{200, "1"});
+  FakeAnswer held{200, "2"};
+  held.held = true;
+  host_.OnRequest("GET", "/later", held);
+  Ask("/now");
+  Ask("/later");
+  EXPECT_THAT(answers_, IsEmpty()) << "the answer must not come from inside the call";
+  host_.RunUntilIdle();
+  EXPECT_THAT(answers_, ElementsAre("1"));
+  host_.RefuseEverything();
+  Ask("/now");
+  EXPECT_THAT(answers_, ElementsAre("1", "The host did not take the request"));
+  gate_.Close();
+  services_.CancelAll();
+  services_.CancelAll();
+  Ask("/now");
+  EXPECT_THAT(answers_,
+              ElementsAre("1", "The host did not take the request", "Finalizing", "Finalizing"));
+  host_.ReleaseHeld();  // the host answers the cancelled request after all
+  EXPECT_EQ(answers_.size(), 4u);
+}
+
+TEST_F(HostServicesTest, TasksRunOnceAndMergedOnesAreDropped) {
+  int runs = 0;
+  auto promise = std::make_shared<OncePromise<Nothing>>();
+  auto future = promise->GetFuture();
+  EXPECT_EQ(services_.PostTask("a", [&] { ++runs; }), TaskPosting::kQueued);
+  EXPECT_EQ(services_.PostTask("a", [promise = std::move(promise)] {}), TaskPosting::kMerged);
+  EXPECT_EQ(future.get().GetFailure().text, "Finalizing") << "dropped at once, not leaked";
+  EXPECT_EQ(services_.PostTask("b", [] { throw std::runtime_error("broken task"); }),
+            TaskPosting::kQueued);
+  host_.RunUntilIdle();
+  EXPECT_EQ(runs, 1);
+  EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| Task: broken task"));
+  EXPECT_EQ(services_.PostTask("c", [&] { ++runs; }), TaskPosting::kQueued);
+  gate_.Close();
+  EXPECT_EQ(services_.PostTask("d", [&] { ++runs; }), TaskPosting::kRefused);
+  host_.RunUntilIdle();
+  EXPECT_EQ(runs, 1) << "a task whose turn comes after the end";
+}
+
+TEST_F(HostServicesTest, AnEventReachesTheLatestHandlerOfItsName) {
+  std::vector<std::string> seen;
+  services_.Subscribe("e",
+                      [&](std::string_view body) { seen.push_back("old " + std::string(body)); });
+  services_.Subscribe("e", [&](std::string_view body) {
+    seen.push_back("new " + std::string(body));
+    services_.Unsubscribe("e");  // from inside its own delivery
+    if (body == "2") throw std::bad_alloc();
+  });
+  host_.DeliverEvent("e", "1");
+  host_.RunUntilIdle();
+  host_.DeliverEvent("e", "1");
+  host_.RunUntilIdle();
+  EXPECT_THAT(seen, ElementsAre("new 1"));
+  EXPECT_EQ(counters_.eventsReceived, 1u);
+  services_.Subscribe("e", [](std::string_view) { throw std::bad_alloc(); });
+  host_.DeliverEvent("e", "3");
+  host_.RunUntilIdle();
+  EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| Event delivery: Out of memory"));
+  host_.RefuseEverything();
+  EXPECT_FALSE(services_.Subscribe("f", [](std::string_view) {}));
+  EXPECT_THAT(host_.Subscriptions(), ElementsAre("e"));
+}
+
+TEST_F(HostServicesTest, WithoutAHostEverythingFailsQuietly) {
+  HostServices alone(gate_, counters_);
+  bool failed = false;
+  alone.Request({}, [&](Maybe<Response> answer) { failed = !answer; });
+  EXPECT_TRUE(failed);
+  EXPECT_FALSE(alone.Subscribe("e", [](std::string_view) {}));
+  EXPECT_FALSE(alone.Publish("/p", ResourceEventType::kUpdate, "1"));
+  EXPECT_EQ(alone.PostTask("t", [] {}), TaskPosting::kRefused);
+  alone.Unsubscribe("e");
+  alone.Yield();
+}
+
+}  // namespace
+}  // namespace Kest::Testing

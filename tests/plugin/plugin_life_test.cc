@@ -1,0 +1,202 @@
+// Start, requests, statistics and stop, seen from the host.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "log/logger.h"
+#include "plugin/once_promise.h"
+#include "tests/plugin/scripted_plugin.h"
+#include "tests/support/log_capture.h"
+
+namespace Kest::Testing {
+namespace {
+
+using ::testing::IsEmpty;
+
+class PluginLifeTest : public ::testing::Test {
+ protected:
+  static constexpr const char* kUrl = "/test/v1/answer/x";
+
+  PluginLifeTest() { ScriptedPlugin::script = PluginScript(); }
+  void Load() { host_.Load(&ScriptedPlugin::Handshake); }
+  void LoadAndStart() {
+    Load();
+    ASSERT_TRUE(host_.Start());
+  }
+  // A handler that waits for the host's answer to "/never".
+  static Maybe<std::string> WaitForever(ScriptedPlugin& plugin) {
+    auto promise = std::make_shared<OncePromise<std::string>>();
+    auto future = promise->GetFuture();
+    HostRequest request;
+    request.url = "/never";
+    plugin.Host().Request(request, [promise = std::move(promise)](Maybe<Response> answer) {
+      promise->Set(answer ? Maybe<std::string>(answer.GetValue().body)
+                          : Maybe<std::string>(answer.GetFailure()));
+    });
+    return plugin.Module().Await(std::move(future));
+  }
+
+  LogCapture log_;
+  FakeHost host_;
+};
+
+TEST_F(PluginLifeTest, StartIdentifiesThePluginAndSendsItsLogToTheHost) {
+  ScriptedPlugin::script.initialise = [](ScriptedPlugin&) {
+    LogError("one line");
+    return true;
+  };
+  LoadAndStart();
+  EXPECT_EQ(host_.UserAgent(), "KestClient/18.0.0 (vwm-be-test)");
+  ASSERT_EQ(host_.CountLines("|  ERROR| | one line\n"), 1u);
+  EXPECT_EQ(host_.Lines().back().level, 2);
+  host_.Stop();
+  EXPECT_EQ(Logger::Instance().FindTarget("PluginLogTarget"), nullptr);
+}
+
+TEST_F(PluginLifeTest, StartRunsOnce) {
+  int runs = 0;
+  ScriptedPlugin::script.initialise = [&](ScriptedPlugin&) { return ++runs > 0; };
+  Load();
+  const KestHandshakeBlock& block = host_.Block();
+  KestHostServices old = *host_.Services();
+  old.size = sizeof old - sizeof(void*);
+  EXPECT_FALSE(block.callbacks->start(block.context, nullptr));
+  EXPECT_FALSE(block.callbacks->start(block.context, &old)) << "the table lacks an entry";
+  EXPECT_TRUE(host_.Start());
+  EXPECT_FALSE(host_.Start());
+  host_.Stop();
+  EXPECT_FALSE(host_.Start());
+  EXPECT_EQ(runs, 1);
+}
+
+TEST_F(PluginLifeTest, AnExceptionInInitialiseIsAFalse) {
+  ScriptedPlugin::script.initialise = [](ScriptedPlugin&) -> bool { throw std::bad_alloc(); };
+  Load();
+  EXPECT_FALSE(host_.Start());
+  EXPECT_TRUE(host_.HasLine("Start: Out of memory"));
+}
+
+TEST_F(PluginLifeTest, StopRunsOnceAlsoWithoutStart) {
+  Load();
+  EXPECT_EQ(ScriptedPlugin::script.alive, 1);
+  host_.Stop();
+  EXPECT_EQ(ScriptedPlugin::script.alive, 0);
+  host_.Stop();
+  EXPECT_EQ(host_.Get(kUrl).message, "Finalizing");
+}
+
+TEST_F(PluginLifeTest, WhateverAHandlerThrowsIsAnAnswer) {
+  struct Case {
+    const char* why;
+    std::function<void()> fail;
+    const char* message;
+  };
+  const Case kCases[] = {
+      {"text", [] { throw std::runtime_error("broken"); }, "broken"},
+      {"memory", [] { throw std::bad_alloc(); }, "Out of memory"},
+      {"no exception type", [] { throw 7; }, "Internal server error"},
+  };
+  LoadAndStart();
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    ScriptedPlugin::script.handler = [&c](ScriptedPlugin&) {
+      c.fail();
+      return Maybe<std::string>(std::string());
+    };
+    const FakeHost::Reply reply = host_.Get(kUrl);
+    EXPECT_EQ(reply.status, 500);
+    EXPECT_EQ(reply.message, c.message);
+  }
+  const FakeHost::Reply invoked = host_.Invoke("Unknown");
+  EXPECT_EQ(invoked.status, 404);
+  EXPECT_EQ(invoked.message, "Invalid function");
+}
+
+TEST_F(PluginLifeTest, StatisticsCountSinceStartAndFillFourteenWords) {
+  LogWarning("before start");
+  ScriptedPlugin::script.initialise = [](ScriptedPlugin& plugin) {
+    plugin.Host().Subscribe("e", [](std::string_view) {});
+    plugin.Host().Publish("/p", ResourceEventType::kUpdate, "1");
+    LogWarning("a");
+    LogError("b");
+    LogError("c");
+    return true;
+  };
+  LoadAndStart();
+  host_.DeliverEvent("e", "1");
+  host_.DeliverEvent("e", "1");
+  host_.Get(kUrl);
+  host_.Get(kUrl);
+  host_.Get("/nowhere");
+  struct {
+    KestStatistics statistics;
+    uint32_t behind;
+  } words;
+  std::memset(&words, 0xAB, sizeof words);
+  host_.Block().callbacks->statistics(host_.Block().context, &words.statistics);
+  const uint32_t kExpected[15] = {3, 0, 1, 0, 2, 0, 1, 0, 1, 0, 2, 0, 0, 0, 0xABABABAB};
+  EXPECT_EQ(std::memcmp(&words, kExpected, sizeof words), 0);
+}
+
+TEST_F(PluginLifeTest, StopEndsTheWaitsInsideAndLetsNobodyElseIn) {
+  host_.OnRequest("GET", "/never", [](const FakeRequest&) {
+    FakeAnswer answer;
+    answer.held = true;
+    return answer;
+  });
+  ScriptedPlugin::script.initialise = [](ScriptedPlugin& plugin) {
+    plugin.Host().Subscribe("e", [](std::string_view) { FAIL() << "delivered after stop"; });
+    return true;
+  };
+  // The waiter needs several turns more after its failure, and tries a second request.
+  std::string second;
+  ScriptedPlugin::script.handler = [&second](ScriptedPlugin& plugin) {
+    Maybe<std::string> first = WaitForever(plugin);
+    for (int i = 0; i < 3; ++i) plugin.Host().Yield();
+    EXPECT_TRUE(plugin.IsStopping());
+    EXPECT_EQ(ScriptedPlugin::script.alive, 1) << "destroyed under a handler";
+    second = WaitForever(plugin).GetFailure().text;
+    return first;
+  };
+  LoadAndStart();
+  const auto waiting = host_.StartRequest("GET", kUrl);
+  host_.RunUntilIdle();
+  ASSERT_FALSE(waiting->done);
+  host_.DeliverEvent("e", "1");
+  const auto late = host_.StartRequest("GET", kUrl);
+  host_.Block().callbacks->stop(host_.Block().context);
+  EXPECT_EQ(ScriptedPlugin::script.alive, 0);
+  EXPECT_EQ(waiting->message, "Finalizing");
+  EXPECT_EQ(waiting->status, 500);
+  EXPECT_EQ(second, "Finalizing");
+  EXPECT_THAT(host_.Subscriptions(), IsEmpty());
+  host_.RunUntilIdle();
+  EXPECT_EQ(late->message, "Finalizing");
+}
+
+TEST_F(PluginLifeTest, EventsOnAThreadMeetAStopWithoutHarm) {
+  for (int round = 0; round < 20; ++round) {
+    ScriptedPlugin::script = PluginScript();
+    std::atomic<int> seen = 0;
+    ScriptedPlugin::script.initialise = [&seen](ScriptedPlugin& plugin) {
+      return plugin.Host().Subscribe("OnServiceProxyUuidEvent", [&](std::string_view) {
+        EXPECT_EQ(ScriptedPlugin::script.alive, 1);
+        plugin.Module().PostTask("work", [] {});
+        ++seen;
+      });
+    };
+    FakeHost host;
+    host.Load(&ScriptedPlugin::Handshake);
+    ASSERT_TRUE(host.Start());
+    for (int i = 0; i < 50; ++i) host.DeliverEvent("OnServiceProxyUuidEvent", "{}");
+    while (round % 2 != 0 && seen == 0) std::this_thread::yield();
+    host.Stop();
+    const int seenAtStop = seen;
+    host.RunUntilIdle();
+    EXPECT_EQ(seen, seenAtStop);
+  }
+}
+
+}  // namespace
+}  // namespace Kest::Testing
