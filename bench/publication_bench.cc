@@ -1,0 +1,112 @@
+// Publication: finding the one item of 10,000 that changed, beside a comparison of all items with
+// their published copies field by field; and the memory of store and snapshot beside that of the
+// items alone.
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "bench/comparison.h"
+#include "loot/player_loot_store.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+constexpr int32_t kItems = 10'000;
+
+// An item as assembly makes it, most of its texts filled.
+Api::PlayerLoot MakeItem(int32_t i) {
+  const std::string number = std::to_string(i);
+  Api::PlayerLoot item;
+  item.lootName = "CHAMPION_SKIN_RENTAL_" + number;
+  item.lootId = item.lootName;
+  item.localizedName = "Wanderer of the Seventh Shore " + number;
+  item.localizedDescription = "Lets you walk in the colours of shore number " + number + ".";
+  item.itemDesc = "Seventh Shore " + number;
+  item.displayCategories = "SKIN";
+  item.rarity = "EPIC";
+  item.type = "SKIN_RENTAL";
+  item.asset = "shard_" + number;
+  item.tilePath = "/fe/tav-loot/assets/loot_item_icons/shard_" + number + ".png";
+  item.splashPath = item.tilePath;
+  item.upgradeLootName = "CHAMPION_SKIN_" + number;
+  item.upgradeEssenceName = "CURRENCY_cosmetic";
+  item.disenchantLootName = "CURRENCY_cosmetic";
+  item.count = 1;
+  item.storeItemId = i;
+  return item;
+}
+
+std::vector<Api::PlayerLoot> MakeItems() {
+  std::vector<Api::PlayerLoot> items;
+  items.reserve(kItems);
+  for (int32_t i = 0; i < kItems; ++i) items.push_back(MakeItem(i));
+  return items;
+}
+
+void MarkedChange(benchmark::State& state) {
+  PlayerLootStore store;
+  store.Replace(MakeItems());
+  store.TakeChanges();
+  Api::PlayerLoot item = MakeItem(kItems / 2);
+  for (auto _ : state) {
+    ++item.count;
+    store.Put(item);
+    if (store.TakeChanges().written.size() != 1) return state.SkipWithError("not found");
+  }
+}
+BENCHMARK(MarkedChange);
+
+void FullComparison(benchmark::State& state) {
+  std::unordered_map<std::string, Api::PlayerLoot> current;
+  for (Api::PlayerLoot& item : MakeItems()) current.emplace(item.lootId, std::move(item));
+  std::unordered_map<std::string, Api::PlayerLoot> published = current;
+  Api::PlayerLoot item = MakeItem(kItems / 2);
+  for (auto _ : state) {
+    ++item.count;
+    current[item.lootId] = item;
+    size_t changes = 0;
+    for (const auto& [lootId, candidate] : current) {
+      Api::PlayerLoot& copy = published[lootId];
+      if (copy == candidate) continue;
+      copy = candidate;
+      ++changes;
+    }
+    if (changes != 1) return state.SkipWithError("not found");
+  }
+}
+BENCHMARK(FullComparison);
+
+size_t LiveBytes() {
+  return mallinfo2().uordblks + mallinfo2().hblkhd;
+}
+
+// What holding the items costs after two publications, in multiples of a plain list of them.
+void StoreAndSnapshot(benchmark::State& state) {
+  double ratio = 0;
+  for (auto _ : state) {
+    const size_t atStart = LiveBytes();
+    std::vector<Api::PlayerLoot> items = MakeItems();
+    const size_t once = LiveBytes() - atStart;
+    PlayerLootStore store;
+    const size_t before = LiveBytes();
+    store.Replace(items);
+    store.TakeChanges();
+    items[0].count = 2;
+    store.Replace(items);
+    store.TakeChanges();
+    ratio = static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
+  }
+  state.counters["memory ratio"] = ratio;
+}
+BENCHMARK(StoreAndSnapshot);
+
+[[maybe_unused]] const bool kCompared =
+    Bench::CompareWithPeer("one change in 10,000 items", "MarkedChange", "FullComparison", 20);
+[[maybe_unused]] const bool kLimited = Bench::LimitCounter("store and snapshot to items once",
+                                                           "StoreAndSnapshot", "memory ratio", 2.2);
+
+}  // namespace
+}  // namespace Kest::Client::Loot

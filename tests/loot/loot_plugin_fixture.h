@@ -1,0 +1,122 @@
+// The loot plugin on the fake host, with a small service behind it: a test changes what the service
+// holds and what it answers.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "binding/json_adapter.h"
+#include "loot/loot_plugin.h"
+#include "plugin/handshake.h"
+#include "tests/support/fake_host.h"
+
+namespace Kest::Client::Loot {
+
+using Testing::FakeHost;
+using Testing::PublishedEvent;
+using Testing::ServiceReply;
+
+// The first retrieval of a session brings these.
+inline constexpr const char* kDefinitions = R"([
+  {"lootName":"CHEST_plain","type":"CHEST","displayCategories":"CHEST","storeItemId":-1},
+  {"lootName":"SHARD_11","type":"CHAMPION_RENTAL","displayCategories":"CHAMPION","storeItemId":11},
+  {"lootName":"SKIN_11005","type":"SKIN","displayCategories":"SKIN","storeItemId":11005},
+  {"lootName":"CURRENCY_champion","type":"CURRENCY","displayCategories":"","storeItemId":-1},
+  {"lootName":"ODD","type":"ODDITY","displayCategories":"ODDS","storeItemId":-1},
+  {"lootName":"TOKEN_6","type":"CHAMPION_TOKEN","displayCategories":"CHEST","storeItemId":0}])";
+
+// Reads an answer or event of this plugin. REQUIRES: the plugin is loaded.
+template <class T>
+T Parse(const std::string& json) {
+  ConversionContext context;
+  T value{};
+  ReadJsonValue(context, "<value>", json, &value);
+  EXPECT_TRUE(context.Ok()) << context.ErrorText() << " in " << json;
+  return value;
+}
+
+class LootPluginTest : public ::testing::Test {
+ protected:
+  static constexpr const char* kLootMap = "/tav-loot/v2/player-loot-map";
+  static constexpr const char* kRetrieve = "getAllPlayerLootAndAllDefinitions";
+
+  LootPluginTest() {
+    host_.OnService("loot", kRetrieve, [this](const std::string&) {
+      return ServiceReply{
+          R"({"lootItemList":{"lastUpdate":)" + std::to_string(itemsVersion_) + R"(,"lootItems":)" +
+              definitions_ + R"(},"recipeList":{"lastUpdate":8,"recipes":[]},"queryResult":)" +
+              R"({"lastUpdate":9,"queryToLootNames":{}},"playerLoot":)" + playerLoot_ + "}",
+          retrievalError_};
+    });
+    host_.OnService("loot", "craftPlayerLootWithRefId",
+                    [this](const std::string&) { return result_; });
+    host_.OnService("loot", "redeemPlayerLoot", [this](const std::string&) { return result_; });
+    host_.OnService("loot", "checkAndGrantNewPlayerChest",
+                    [this](const std::string&) { return result_; });
+  }
+
+  void StartPlugin() {
+    constexpr PluginFactory kFactory = [](PluginRuntime& runtime) -> std::unique_ptr<PluginBase> {
+      return std::make_unique<LootPlugin>(runtime);
+    };
+    host_.Load(+[](KestHandshakeBlock* block) { Handshake(block, "tav-loot", kFactory); });
+    ASSERT_TRUE(host_.Start());
+  }
+  void Set(const std::string& path, const std::string& json) {
+    host_.SetResource(path, json);
+    host_.RunUntilIdle();
+  }
+  void Config(const std::string& name, const std::string& json) {
+    Set("/tav-platform-config/v1/namespaces/LootConfig/" + name, json);
+  }
+  void Enable() {
+    Config("Enabled", "true");
+    Config("PxhEnabled", "true");
+  }
+  void Login(uint64_t summonerId) {
+    host_.Login(summonerId);
+    host_.RunUntilIdle();
+  }
+  // Starts, enables, and reads the loot for the first time; what that published is forgotten.
+  void StartWithLoot(const std::string& playerLoot) {
+    playerLoot_ = playerLoot;
+    StartPlugin();
+    Enable();
+    ASSERT_EQ(host_.Get(kLootMap).status, 200);
+    host_.RunUntilIdle();
+    host_.ForgetPublished();
+  }
+  size_t Retrievals() const { return host_.ServiceCalls("loot", kRetrieve).size(); }
+  // "Update /path" for each event, in order.
+  std::vector<std::string> Events() const {
+    std::vector<std::string> events;
+    for (const PublishedEvent& event : host_.PublishedEvents()) {
+      events.push_back(event.type + " " + event.path);
+    }
+    return events;
+  }
+  // The item as the plugin answers it; empty with the count -1 when it is not there.
+  Api::PlayerLoot Item(const std::string& lootId) {
+    const FakeHost::Reply reply = host_.Get("/tav-loot/v1/player-loot/" + lootId);
+    Api::PlayerLoot item;
+    item.count = -1;
+    return reply.status == 200 ? Parse<Api::PlayerLoot>(reply.body) : item;
+  }
+
+  void AnswerGet(const std::string& path, const std::string& json, bool held = false) {
+    host_.OnRequest("GET", path, {200, json, "", "application/json", held});
+  }
+
+  FakeHost host_;
+  std::string definitions_ = kDefinitions;
+  std::string playerLoot_ = "[]";
+  int64_t itemsVersion_ = 7;
+  std::string retrievalError_;
+  ServiceReply result_{R"({"status":"OK"})", ""};  // of craft, redeem and the new-player chest
+};
+
+}  // namespace Kest::Client::Loot

@@ -1,0 +1,140 @@
+// Craft and redeem through the endpoints.
+#include "base/platform.h"
+#include "tests/loot/loot_plugin_fixture.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class TransactionsTest : public LootPluginTest {
+ protected:
+  FakeHost::Reply Craft(const std::string& lootIds, const char* query = "") {
+    return host_.Post("/tav-loot/v1/recipes/SOME_recipe/craft" + std::string(query), lootIds);
+  }
+  FakeHost::Reply Redeem(const std::string& lootName) {
+    return host_.Post("/tav-loot/v1/player-loot/" + lootName + "/redeem");
+  }
+};
+
+TEST_F(TransactionsTest, SendsARequestIdAndTheTransactionAsJson) {
+  StartWithLoot("[]");
+  SetUuidSourceForTests([](UuidBytes* uuid) {
+    uuid->fill(0xab);
+    return true;
+  });
+  const std::string id = R"(["abababab-abab-abab-abab-abababababab",)";
+  Craft(R"(["A","B-42","C-1-2"])");
+  Craft("[]", "?repeat=5");
+  Redeem("D-7");
+  SetUuidSourceForTests(nullptr);
+  const auto arguments = [&](const char* method) {
+    std::vector<std::string> lists;
+    for (const std::string& call : host_.ServiceCalls("loot", method)) {
+      lists.push_back(call.substr(call.find(R"("args":)") + 7));
+    }
+    return lists;
+  };
+  EXPECT_THAT(
+      arguments("craftPlayerLootWithRefId"),
+      ElementsAre(
+          id + R"("{\"recipeName\":\"SOME_recipe\",\"lootNameRefIds\":[)"
+               R"({\"lootName\":\"A\",\"refId\":\"\"},{\"lootName\":\"B\",\"refId\":\"42\"},)"
+               R"({\"lootName\":\"C\",\"refId\":\"1-2\"}],\"repeat\":1}"]})",
+          id + R"("{\"recipeName\":\"SOME_recipe\",\"lootNameRefIds\":[],\"repeat\":5}"]})"));
+  EXPECT_THAT(arguments("redeemPlayerLoot"), ElementsAre(id + R"("{\"lootName\":\"D-7\"}"]})"));
+}
+
+TEST_F(TransactionsTest, AppliesDeltasAndAnswersTheItemsAsStored) {
+  StartWithLoot(R"([{"lootName":"CHEST_plain","count":1},{"lootName":"ODD","count":5}])");
+  result_.payload = R"({"status":"OK",
+    "added":[{"lootName":"CURRENCY_champion","count":90},{"lootName":"NOBODY","count":1},
+             {"lootName":"SHARD_11","count":1},{"lootName":"ODD","count":2147483647},
+             {"lootName":"SKIN_11005","count":0}],
+    "removed":[{"lootName":"CHEST_plain","count":1}]})";
+  const auto update = Parse<Api::PlayerLootUpdate>(Craft("[]").body);
+  std::vector<std::string> added;
+  for (const auto& delta : update.added) {
+    added.push_back(delta.playerLoot.lootId + " " + std::to_string(delta.deltaCount) + " -> " +
+                    std::to_string(delta.playerLoot.count) + " " + delta.playerLoot.type);
+  }
+  EXPECT_THAT(added, ElementsAre("NOBODY 1 -> 1 ", "ODD 2147483647 -> 2147483647 ODDITY",
+                                 "SKIN_11005 0 -> 0 SKIN", "SHARD_11 1 -> 1 CHAMPION_RENTAL",
+                                 "CURRENCY_champion 90 -> 90 CURRENCY"));
+  EXPECT_TRUE(host_.HasLine("Loot count out of range: ODD"));
+  ASSERT_EQ(update.removed.size(), 1u);
+  EXPECT_EQ(update.removed[0].playerLoot.count, 0);
+  EXPECT_EQ(update.removed[0].playerLoot.type, "CHEST");
+  EXPECT_EQ(Item("CHEST_plain").count, -1) << "it left the store";
+  EXPECT_EQ(Item("SKIN_11005").count, -1) << "answered, but never stored";
+  EXPECT_TRUE(Item("SHARD_11").isNew);
+  std::vector<std::string> events = Events();
+  ASSERT_EQ(events.size(), 6u);
+  EXPECT_EQ(events[3], "Delete /tav-loot/v1/player-loot/CHEST_plain");
+  EXPECT_EQ(events[4], "Update /tav-loot/v1/player-loot-map");
+  EXPECT_EQ(events[5], "Update /tav-loot/v2/player-loot-map");
+}
+
+TEST_F(TransactionsTest, RedeemedItemsBecomeOwnedOrRented) {
+  StartWithLoot(R"([{"lootName":"SHARD_11","count":2},{"lootName":"SKIN_11005","count":1},
+                    {"lootName":"ODD","count":1}])");
+  result_.payload = R"({"status":"OK","redeemed":["SHARD_11","SKIN_11005","ODD","NOBODY"]})";
+  const auto update = Parse<Api::PlayerLootUpdate>(Redeem("SHARD_11").body);
+  ASSERT_EQ(update.redeemed.size(), 4u);
+  const auto isMarked = [&](size_t i, Api::ItemOwnershipStatus owned,
+                            Api::RedeemableStatus status) {
+    const Api::PlayerLoot& item = update.redeemed[i].playerLoot;
+    EXPECT_EQ(update.redeemed[i].deltaCount, 0);
+    EXPECT_EQ(item.itemStatus, owned) << item.lootName;
+    EXPECT_EQ(item.redeemableStatus, status) << item.lootName;
+    if (item.lootName != "NOBODY") {
+      EXPECT_EQ(Item(item.lootId), item) << "stored alike";
+    }
+  };
+  using Owned = Api::ItemOwnershipStatus;
+  using Status = Api::RedeemableStatus;
+  isMarked(0, Owned::kRental, Status::kAlreadyRented);
+  isMarked(1, Owned::kOwned, Status::kAlreadyOwned);
+  isMarked(2, Owned::kNone, Status::kNotRedeemable);
+  isMarked(3, Owned::kNone, Status::kUnknown);
+}
+
+TEST_F(TransactionsTest, FailuresLeaveTheStoreAndSayWhy) {
+  StartPlugin();
+  EXPECT_EQ(Craft("[]").message, "Loot disabled.");
+  EXPECT_EQ(Redeem("X").message, "Loot disabled.");
+  Enable();
+  host_.Get(kLootMap);
+  host_.AdvanceSeconds(10);
+  host_.ForgetPublished();
+  const std::string added = R"("added":[{"lootName":"ODD","count":1}]})";
+  result_ = {R"({"status":"TOO_FREQUENT",)" + added, ""};
+  EXPECT_EQ(Craft("[]").message,
+            "Unexpected status in ProcessPlayerLootUpdateResponse: TOO_FREQUENT");
+  EXPECT_EQ(Retrievals(), 1u) << "an unexpected status is no reason to read again";
+  result_ = {R"({"status":"OK",)" + added, "broken"};
+  for (int i = 0; i < 2; ++i) {
+    const FakeHost::Reply failed = Redeem("X");
+    EXPECT_EQ(failed.status, 500);
+    EXPECT_EQ(failed.message, "Error in ProcessPlayerLootUpdateResponse: broken");
+  }
+  EXPECT_EQ(Retrievals(), 2u) << "read again, but not twice within three seconds";
+  EXPECT_EQ(Craft("{").status, 400);
+  EXPECT_EQ(Craft("[]", "?repeat=often").status, 400);
+  EXPECT_THAT(Events(), IsEmpty());
+}
+
+TEST_F(TransactionsTest, OthersAreServedWhileACraftWaitsAndStopEndsIt) {
+  StartWithLoot(R"([{"lootName":"ODD","count":5}])");
+  result_.held = true;
+  const auto waiting = host_.StartRequest("POST", "/tav-loot/v1/recipes/a/craft", "[]");
+  host_.RunUntilIdle();
+  EXPECT_EQ(Item("ODD").count, 5);
+  EXPECT_FALSE(waiting->done);
+  host_.Stop();
+  EXPECT_EQ(waiting->message, "Error in ProcessPlayerLootUpdateResponse: Finalizing");
+}
+
+}  // namespace
+}  // namespace Kest::Client::Loot
