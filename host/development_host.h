@@ -41,7 +41,7 @@ class DevelopmentHost {
 
   // Listens, makes the world, starts the plugin and serves. A failure text is fit to be shown.
   Maybe<Nothing> Start();
-  // Stops the plugin, answers what still waits and ends the server.
+  // Stops the plugin, answers what still waits and ends the server. Called once.
   Maybe<Nothing> Stop();
 
   // {"ready":true,...} on one line. REQUIRES: started.

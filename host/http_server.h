@@ -52,7 +52,7 @@ class HttpServer {
   // [any thread] The streams may have something new.
   void WakeStreams();
   // [any thread] Accepts no more connections and closes each after the answer it waits for.
-  // Returns when all are gone or after `limit`.
+  // Returns when all are gone or after `limit`. Called once.
   void Finish(std::chrono::milliseconds limit);
 
  private:

@@ -20,7 +20,7 @@ constexpr std::string_view kServiceProxyEvents[] = {
 
 std::string_view Subscriptions::KindOf(std::string_view name) {
   for (const std::string_view kind : kKinds) {
-    if (name.starts_with(kind) && name.size() > kind.size() && name[kind.size()] == '_') {
+    if (name.starts_with(kind) && name.size() > kind.size() + 1 && name[kind.size()] == '_') {
       return kind;
     }
   }

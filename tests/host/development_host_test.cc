@@ -1,0 +1,200 @@
+#include "host/development_host.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <utility>
+
+#include "loopback_client.h"
+
+namespace Kest::Host {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// The whole host with a plugin that answers what it is asked.
+class DevelopmentHostTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto started = host_.Start();
+    ASSERT_TRUE(started) << started.GetFailure().text;
+    const std::string line = host_.ReadyLine();
+    const size_t place = line.find("\"port\":") + 7;
+    std::from_chars(line.data() + place, line.data() + line.size(), port_);
+  }
+  void TearDown() override { Stop(); }
+
+  void Stop() {
+    if (std::exchange(stopped_, true)) return;
+    const auto stopped = host_.Stop();
+    EXPECT_TRUE(stopped) << stopped.GetFailure().text;
+  }
+  // Waits until `text` shows in the host's health.
+  std::string AwaitHealth(std::string_view text) const {
+    std::string health;
+    for (int tries = 0; tries < 5000 && health.find(text) == std::string::npos; ++tries) {
+      health = Ask(Simple("GET /_host/health"));
+    }
+    return health;
+  }
+
+  static std::string Head(std::string_view requestLine) {
+    return std::string(requestLine) + " HTTP/1.1\r\nHost: localhost\r\n";
+  }
+  static std::string Simple(std::string_view requestLine) {
+    return Head(requestLine) + "Connection: close\r\n\r\n";
+  }
+  static std::string WithBody(std::string_view requestLine, std::string_view type,
+                              std::string_view body) {
+    return Head(requestLine) + "Connection: close\r\nContent-Type: " + std::string(type) +
+           "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + std::string(body);
+  }
+  std::string Ask(const std::string& request) const {
+    LoopbackClient client(port_);
+    client.Send(request);
+    return client.ReadToEnd();
+  }
+
+  HostLog log_{stderr, LogLevel::kNone};
+  DevelopmentHost host_{{.pluginPath = ECHO_PLUGIN, .worldPath = "", .port = 0}, &log_};
+  uint16_t port_ = 0;
+  bool stopped_ = false;
+};
+
+TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
+  const std::string kLoot = "/tav-loot/v1/";
+  struct Case {
+    const char* why;
+    std::string request;
+    const char* status;
+    const char* ending;
+  };
+  const Case kCases[] = {
+      {"a success", Head("GET /tav-loot/v1/a%2Fb?x=1") + "X-Other: 1\r\nConnection: close\r\n\r\n",
+       "200 OK", R"({"GET":"/tav-loot/v1/a%2Fb?x=1||application/json|0|0"})"},
+      {"a body and a wish",
+       Head("PATCH /tav-loot/v1/p") +
+           "Accept: application/x-msgpack, */*\r\nContent-Type: text/x\r\n"
+           "Content-Length: 2\r\nConnection: close\r\n\r\nab",
+       "200 OK", R"({"PATCH":"/tav-loot/v1/p|text/x|application/x-msgpack|2|0"})"},
+      {"nothing", Simple("GET /tav-loot/v1/none"), "204 No Content", "\r\n\r\n"},
+      {"a failure", Simple("GET /tav-loot/v1/fail"), "500 Internal Server Error",
+       "{\"status\":500,\"title\":\"Internal Server Error\",\"detail\":\"no "
+       "\\\"\xEF\xBF\xBD\\\"\"}"},
+      {"no memory", Simple("GET /tav-loot/v1/null"), "500 ", R"("detail":"Out of memory"})"},
+      {"no status at all", Simple("GET /tav-loot/v1/odd"), "502 ", "}"},
+      {"no method of the plugin", Simple("TRACE /tav-loot/v1/a"), "405 ", "}"},
+      {"elsewhere", Simple("GET /tav-other/v1/a"), "404 ", "}"},
+      {"the list", Simple("GET /"), "200 ", R"("endpoints":[]})"},
+      {"health", Simple("GET /_host/health"), "200 ", "}"},
+      {"a control's other method", Simple("GET /_host/reset"), "405 ", "}"},
+      {"an unknown control", Simple("GET /_host/nothing"), "404 ", "}"},
+      {"no JSON", WithBody("PUT /_host/gameflow", "text/plain", "x"), "415 ", "}"},
+      {"broken JSON", WithBody("PUT /_host/gameflow", "application/json", "{"), "400 ", "}"},
+      {"a control of the world",
+       WithBody("PUT /_host/gameflow", "application/json; charset=utf-8", R"({"phase":"Lobby"})"),
+       "200 ", "}"},
+      {"no number", Simple("POST /_host/idle?timeoutMilliseconds=1s"), "400 ", "}"},
+      {"no event id", Simple("GET /_host/events?lastEventId=x"), "400 ", "}"},
+      {"a foreign host", "GET /_host/health HTTP/1.1\r\nHost: a.example\r\n\r\n", "403 ", "}"}};
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    const std::string answer = Ask(c.request);
+    EXPECT_THAT(answer, StartsWith(std::string("HTTP/1.1 ") + c.status));
+    EXPECT_THAT(answer, EndsWith(c.ending));
+    const bool isFailure = answer[9] >= '4';
+    EXPECT_EQ(answer.find("application/problem+json") != std::string::npos, isFailure);
+  }
+}
+
+TEST_F(DevelopmentHostTest, AWaitingRequestLeavesOthersRunningAndTheHostBusy) {
+  LoopbackClient waiting(port_);
+  waiting.Send(Simple("GET /tav-loot/v1/wait"));
+  EXPECT_THAT(AwaitHealth("Wait: release"),
+              HasSubstr(R"({"name":"GET /tav-loot/v1/wait","waitsFor":"Wait: release"})"));
+  EXPECT_THAT(Ask(Simple("POST /_host/idle?timeoutMilliseconds=20")), HasSubstr("504 "));
+  EXPECT_THAT(Ask(Simple("POST /tav-loot/v1/release")), HasSubstr("200 OK"));
+  EXPECT_THAT(waiting.ReadToEnd(), HasSubstr("200 OK"));
+  EXPECT_THAT(Ask(Simple("POST /_host/idle")), EndsWith(R"({"idle":true})"));
+}
+
+TEST_F(DevelopmentHostTest, PublishedEventsAreFollowedLiveAndFromAPlace) {
+  const auto publish = [&](std::string_view json) {
+    return Ask(WithBody("POST /tav-loot/v1/publish", "application/json", json));
+  };
+  publish("1");
+  LoopbackClient live(port_);
+  live.Send(Simple("GET /_host/events"));
+  live.ReadUpTo("\r\n\r\n");
+  EXPECT_THAT(publish("{"), HasSubstr("400 "));
+  publish("2");
+  const std::string frame =
+      "id: 2\nevent: resource\n"
+      "data: {\"uri\":\"/tav-loot/v1/x\",\"eventType\":\"Update\",\"data\":2}\n\n";
+  EXPECT_EQ(live.ReadUpTo("\n\n"), frame);
+  LoopbackClient again(port_);
+  again.Send(Head("GET /_host/events?lastEventId=0") + "Last-Event-ID: 1\r\n\r\n");
+  again.ReadUpTo("\r\n\r\n");
+  EXPECT_EQ(again.ReadUpTo("\n\n"), frame);
+}
+
+TEST_F(DevelopmentHostTest, ResetEndsWhatWaitsAndLoadsThePluginAfresh) {
+  Ask(Simple("GET /tav-loot/v1/runs"));
+  LoopbackClient waiting(port_);
+  waiting.Send(Simple("GET /tav-loot/v1/wait"));
+  AwaitHealth("Wait: release");
+  EXPECT_THAT(Ask(Simple("POST /_host/reset")), EndsWith(R"({"reset":true})"));
+  EXPECT_THAT(waiting.ReadToEnd(), HasSubstr("Finalizing"));
+  EXPECT_THAT(Ask(Simple("GET /tav-loot/v1/runs")), EndsWith("\r\n\r\n1"));
+}
+
+TEST_F(DevelopmentHostTest, StopAnswersWhatWaits) {
+  LoopbackClient waiting(port_);
+  waiting.Send(Simple("GET /tav-loot/v1/wait"));
+  LoopbackClient idle(port_);
+  idle.Send(Simple("POST /_host/idle?timeoutMilliseconds=600000"));
+  AwaitHealth("Wait: release");
+  AwaitHealth("idle?");
+  Stop();
+  EXPECT_THAT(waiting.ReadToEnd(), HasSubstr("Finalizing"));
+  EXPECT_THAT(idle.ReadToEnd(), HasSubstr("HTTP/1.1 "));
+}
+
+TEST(DevelopmentHost, SaysWhyItCannotStart) {
+  struct Case {
+    const char* why;
+    HostOptions options;
+    const char* text;
+  };
+  const Case kCases[] = {
+      {"no plugin",
+       {.pluginPath = "/no/such.so", .worldPath = "", .port = 0},
+       "Cannot load the plugin /no/such.so: "},
+      {"no entry",
+       {.pluginPath = "libdl.so.2", .worldPath = "", .port = 0},
+       "Cannot load the plugin libdl.so.2: "},
+      {"no world",
+       {.pluginPath = ECHO_PLUGIN, .worldPath = "/no/such.json", .port = 0},
+       "Cannot read the world /no/such.json: "},
+      {"a broken world",
+       {.pluginPath = ECHO_PLUGIN, .worldPath = __FILE__, .port = 0},
+       __FILE__ ":1:1: "},
+      {"no address",
+       {.pluginPath = ECHO_PLUGIN, .worldPath = "", .address = "nowhere", .port = 0},
+       "Cannot listen on nowhere:0: "}};
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    HostLog log(stderr, LogLevel::kNone);
+    DevelopmentHost host(c.options, &log);
+    const auto started = host.Start();
+    ASSERT_FALSE(started);
+    EXPECT_THAT(started.GetFailure().text, StartsWith(c.text));
+  }
+}
+
+}  // namespace
+}  // namespace Kest::Host

@@ -1,0 +1,122 @@
+/* A plugin that answers what it was asked, for tests of the host. It is loaded like the real one.
+ */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "plugin/host_interface.h"
+
+static const KestHostServices* services;
+static int stopping;  /* set by stop */
+static int inside;    /* requests that have not ended */
+static int released;  /* set by ".../release" */
+static unsigned runs; /* requests since the library was loaded */
+
+static KestText Text(const char* text) {
+  KestText view = {text, strlen(text)};
+  return view;
+}
+
+static int Is(KestText text, const char* other) {
+  return text.size == strlen(other) && memcmp(text.data, other, text.size) == 0;
+}
+
+struct Answer {
+  KestResponse response; /* first: given back by its address */
+  char body[512];
+};
+
+static void Fail(struct Answer* answer, int status, const char* message) {
+  answer->response.status = status;
+  answer->response.message = Text(message);
+}
+
+static void Describe(const KestRequest* request, struct Answer* answer) {
+  const int size = snprintf(
+      answer->body, sizeof(answer->body), "{\"%.*s\":\"%.*s|%.*s|%.*s|%zu|%zu\"}",
+      (int)request->method.size, request->method.data, (int)request->url.size, request->url.data,
+      (int)request->contentType.size, request->contentType.data, (int)request->accept.size,
+      request->accept.data, request->body.size, request->headerCount);
+  answer->response.contentType = Text("application/json");
+  answer->response.body.data = (const uint8_t*)answer->body;
+  answer->response.body.size = (size_t)size;
+}
+
+static void WaitForRelease(struct Answer* answer) {
+  services->waitBegin(services, Text("Wait: release"));
+  while (!released && !stopping) services->yield(services);
+  services->waitEnd(services);
+  if (!released) Fail(answer, 500, "Finalizing");
+}
+
+static const KestResponse* KEST_ABI OnRequest(void* context, const KestRequest* request) {
+  (void)context;
+  if (Is(request->url, "/tav-loot/v1/null")) return NULL;
+  struct Answer* answer = calloc(1, sizeof(*answer));
+  if (answer == NULL) return NULL;
+  answer->response.status = 200;
+  ++inside;
+  ++runs;
+  if (Is(request->url, "/tav-loot/v1/none")) {
+    answer->response.status = 204;
+  } else if (Is(request->url, "/tav-loot/v1/fail")) {
+    Fail(answer, 500, "no \"\xff\"");
+  } else if (Is(request->url, "/tav-loot/v1/odd")) {
+    answer->response.status = 7;
+  } else if (Is(request->url, "/tav-loot/v1/publish")) {
+    const bool done =
+        services->publish(services, Text("/tav-loot/v1/x"), KEST_EVENT_UPDATE, request->body);
+    if (!done) Fail(answer, 400, "refused");
+  } else if (Is(request->url, "/tav-loot/v1/wait")) {
+    WaitForRelease(answer);
+  } else if (Is(request->url, "/tav-loot/v1/release")) {
+    released = 1;
+  } else if (Is(request->url, "/tav-loot/v1/runs")) {
+    answer->response.body.size = (size_t)sprintf(answer->body, "%u", runs);
+    answer->response.body.data = (const uint8_t*)answer->body;
+  } else {
+    Describe(request, answer);
+  }
+  --inside;
+  return &answer->response;
+}
+
+static const KestResponse* KEST_ABI OnInvoke(void* context, KestText name,
+                                             const KestValue* arguments, size_t count) {
+  (void)context, (void)name, (void)arguments, (void)count;
+  return NULL;
+}
+
+static void KEST_ABI OnRelease(void* context, const KestResponse* response) {
+  (void)context;
+  free((void*)response);
+}
+
+static bool KEST_ABI OnStart(void* context, const KestHostServices* given) {
+  (void)context;
+  services = given;
+  services->identify(services, Text("echo"), Text("Echo/1"));
+  return true;
+}
+
+static void KEST_ABI OnStop(void* context) {
+  (void)context;
+  stopping = 1;
+  while (inside > 0) services->yield(services);
+}
+
+static void KEST_ABI OnStatistics(void* context, KestStatistics* statistics) {
+  (void)context;
+  statistics->requestsAnswered[0] = runs;
+}
+
+static const KestCallbackTable callbacks = {OnStart, OnStop, OnStatistics};
+static const KestApiDescriptor api = {
+    sizeof(KestApiDescriptor), NULL, 0, NULL, 0, OnRequest, OnInvoke, OnRelease};
+
+KEST_EXPORT void KEST_ABI load_tav_loot(KestHandshakeBlock* block) {
+  block->callbacks = &callbacks;
+  block->context = &runs;
+  block->fullName = "echo";
+  block->api = &api;
+}

@@ -1,0 +1,225 @@
+#include "host/host_services.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+#include "host/c_views.h"
+
+namespace Kest::Host {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr std::string_view kEnabled =
+    "OnJsonApiEvent_/tav-platform-config/v1/namespaces/LootConfig/Enabled";
+constexpr std::string_view kEnabledControl = "/configuration/Enabled";
+
+// Plays the plugin: calls the table and notes what is delivered.
+class HostServicesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    auto world = World::Load(World::SampleText(), "sample.json", 1);
+    ASSERT_TRUE(world) << world.GetFailure().text;
+    world_ = std::move(world.GetValue());
+    services_ = std::make_unique<HostServices>(
+        HostServices::Wiring{&scheduler_, &serviceEvents_, &stream_, &log_, world_.get()});
+    table_ = services_->Table();
+  }
+  void TearDown() override {
+    serviceEvents_.Pause();
+    scheduler_.End();
+    std::fclose(logFile_);
+  }
+
+  // Runs `work` as a task and waits until everything it caused is over.
+  void OnTask(const Scheduler::Work& work) {
+    std::promise<bool> quiet;
+    scheduler_.Post({.name = "test", .work = [&] {
+                       work();
+                       quiet.set_value(scheduler_.WaitUntilQuiet(
+                           milliseconds(10'000), [this] { return serviceEvents_.Quiet(); }));
+                     }});
+    EXPECT_TRUE(quiet.get_future().get());
+  }
+  void SetEnabled(std::string_view json) {
+    EXPECT_EQ(world_->Control("PUT", kEnabledControl, json).status, 200);
+    services_->DispatchWorldEvents();
+  }
+  bool Subscribe(std::string_view name) {
+    return table_->subscribe(table_, Text(name), Deliver, this);
+  }
+
+  static void Deliver(void* context, KestText, KestText contentType, KestBytes body) {
+    auto* self = static_cast<HostServicesTest*>(context);
+    EXPECT_EQ(View(contentType), "application/json");
+    self->onScheduler_ = self->scheduler_.OnTask();
+    const std::string payload(View(body));
+    if (self->yieldInDelivery_) self->table_->yield(self->table_);
+    self->delivered_.push_back(payload);
+  }
+  static void Complete(void* context, const KestResponse* response) {
+    auto* self = static_cast<HostServicesTest*>(context);
+    self->delivered_.push_back(std::to_string(response->status) + " " +
+                               std::string(View(response->message)));
+  }
+  static void Note(void* context) {
+    static_cast<HostServicesTest*>(context)->delivered_.push_back("task");
+  }
+
+  std::FILE* const logFile_ = std::tmpfile();
+  HostLog log_{logFile_, LogLevel::kOkay};
+  EventStream stream_;
+  std::unique_ptr<World> world_;
+  Scheduler scheduler_{[](std::string_view, std::string_view text) { ADD_FAILURE() << text; }};
+  ServiceEvents serviceEvents_{
+      [this](const ServiceEvents::Event& event) { services_->DeliverServiceEvent(event); }};
+  std::unique_ptr<HostServices> services_;
+  const KestHostServices* table_ = nullptr;
+  std::vector<std::string> delivered_;
+  bool yieldInDelivery_ = false;
+  bool onScheduler_ = false;
+};
+
+TEST_F(HostServicesTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOrder) {
+  yieldInDelivery_ = true;  // a later change must not overtake one that waits
+  OnTask([&] {
+    ASSERT_TRUE(Subscribe(kEnabled));
+    EXPECT_THAT(delivered_, ElementsAre());  // never from inside the call
+    SetEnabled("false");
+    SetEnabled("true");
+  });
+  ASSERT_EQ(delivered_.size(), 3u);
+  EXPECT_THAT(delivered_[0], HasSubstr(R"("eventType":"Create")"));
+  EXPECT_THAT(delivered_[1], HasSubstr(R"("data":false)"));
+  EXPECT_THAT(delivered_[2], HasSubstr(R"("data":true)"));
+  EXPECT_TRUE(onScheduler_);
+}
+
+TEST_F(HostServicesTest, WhatIsQueuedForADroppedSubscriptionIsNotDelivered) {
+  OnTask([&] {
+    ASSERT_TRUE(Subscribe(kEnabled));
+    table_->unsubscribe(table_, Text(kEnabled));
+    SetEnabled("false");
+    table_->unsubscribe(table_, Text("OnJsonApiEvent_/unknown"));
+  });
+  EXPECT_THAT(delivered_, ElementsAre());
+}
+
+TEST_F(HostServicesTest, TheGeneralNameFollowsEveryChangeButNotWhatExists) {
+  OnTask([&] {
+    ASSERT_TRUE(Subscribe("OnJsonApiEvent"));
+    SetEnabled("false");
+  });
+  EXPECT_THAT(delivered_, ElementsAre(HasSubstr("LootConfig/Enabled")));
+}
+
+TEST_F(HostServicesTest, KnowsItsEventNames) {
+  struct Case {
+    const char* name;
+    bool known;
+  };
+  const Case kCases[] = {{"OnJsonApiEvent", true},   {"OnJsonApiEvent_/x", true},
+                         {"OnSvdsEvent_a.b", true},  {"OnServiceProxyAsyncEvent", true},
+                         {"OnJsonApiEvents", false}, {"OnServiceProxyUuidEvent_x", false},
+                         {"OnSomethingElse", false}, {"", false},
+                         {"OnJsonApiEvent_", false}};
+  OnTask([&] {
+    for (const Case& c : kCases) EXPECT_EQ(Subscribe(c.name), c.known) << c.name;
+    EXPECT_FALSE(table_->subscribe(table_, Text("OnJsonApiEvent"), nullptr, this));
+  });
+}
+
+TEST_F(HostServicesTest, AServiceEventComesOnAnotherThread) {
+  onScheduler_ = true;
+  OnTask([&] {
+    ASSERT_TRUE(Subscribe("OnSvdsEvent_some.topic"));
+    const WorldAnswer pushed = world_->Control(
+        "POST", "/messages", R"({"subtopic":"some.topic","typeName":"t","body":{"a":1}})");
+    ASSERT_EQ(pushed.status, 200) << pushed.message;
+    services_->DispatchWorldEvents();
+  });
+  EXPECT_THAT(delivered_, ElementsAre(HasSubstr(R"("typeName":"t")")));
+  EXPECT_FALSE(onScheduler_);
+}
+
+TEST_F(HostServicesTest, ARequestIsCompletedLaterWhateverItsStatus) {
+  OnTask([&] {
+    std::string url = "/no-such-plugin/v1/thing";
+    const KestRequest request = {Text("GET"), Text(url), nullptr, 0, {}, {}, {}};
+    ASSERT_TRUE(table_->request(table_, &request, Complete, this));
+    url.assign(url.size(), '?');  // the host has its own copy
+    EXPECT_THAT(delivered_, ElementsAre());
+    EXPECT_FALSE(table_->request(table_, nullptr, Complete, this));
+    EXPECT_FALSE(table_->request(table_, &request, nullptr, this));
+  });
+  EXPECT_THAT(delivered_, ElementsAre(HasSubstr("404 ")));
+}
+
+TEST_F(HostServicesTest, TasksOfOneNameMergeWhileTheyWait) {
+  OnTask([&] {
+    EXPECT_EQ(table_->postTask(table_, Text("a"), Note, this), KEST_TASK_QUEUED);
+    EXPECT_EQ(table_->postTask(table_, Text("a"), Note, nullptr), KEST_TASK_MERGED);
+    EXPECT_EQ(table_->postTask(table_, Text("b"), Note, this), KEST_TASK_QUEUED);
+    EXPECT_EQ(table_->postTask(table_, Text(""), Note, this), KEST_TASK_QUEUED);
+    EXPECT_EQ(table_->postTask(table_, Text(""), Note, this), KEST_TASK_QUEUED);
+    EXPECT_EQ(table_->postTask(table_, Text("c"), nullptr, this), KEST_TASK_REFUSED);
+  });
+  EXPECT_THAT(delivered_, ElementsAre("task", "task", "task", "task"));
+}
+
+TEST_F(HostServicesTest, PublishesJsonOnly) {
+  struct Case {
+    const char* why;
+    const char* path;
+    int32_t type;
+    const char* json;
+    bool published;
+  };
+  const Case kCases[] = {{"a value", "/x", KEST_EVENT_UPDATE, "{}", true},
+                         {"a removal", "/x", KEST_EVENT_DELETE, "", true},
+                         {"a removal with a value", "/x", KEST_EVENT_DELETE, "{}", false},
+                         {"no value", "/x", KEST_EVENT_CREATE, "", false},
+                         {"torn", "/x", KEST_EVENT_UPDATE, "{\"a\":", false},
+                         {"unknown type", "/x", 3, "{}", false},
+                         {"negative type", "/x", -1, "{}", false},
+                         {"no path", "", KEST_EVENT_UPDATE, "{}", false}};
+  OnTask([&] {
+    for (const Case& c : kCases) {
+      EXPECT_EQ(table_->publish(table_, Text(c.path), c.type, Bytes(c.json)), c.published) << c.why;
+    }
+  });
+  EXPECT_EQ(stream_.Held().last, 2u);
+}
+
+TEST_F(HostServicesTest, EntriesOfModuleTasksAreRefusedElsewhere) {
+  const KestRequest request = {Text("GET"), Text("/x"), nullptr, 0, {}, {}, {}};
+  EXPECT_FALSE(table_->request(table_, &request, Complete, this));
+  EXPECT_FALSE(Subscribe(kEnabled));
+  EXPECT_FALSE(table_->publish(table_, Text("/x"), KEST_EVENT_UPDATE, Bytes("1")));
+  table_->waitBegin(table_, Text("x"));
+  table_->waitEnd(table_);
+  table_->yield(table_);
+  EXPECT_EQ(table_->postTask(table_, Text("a"), Note, this), KEST_TASK_QUEUED);  // any thread
+  OnTask([] {});
+  EXPECT_THAT(delivered_, ElementsAre("task"));
+}
+
+TEST_F(HostServicesTest, NothingIsCalledAfterClose) {
+  OnTask([&] {
+    const KestRequest request = {Text("GET"), Text("/x"), nullptr, 0, {}, {}, {}};
+    ASSERT_TRUE(Subscribe(kEnabled));
+    ASSERT_TRUE(table_->request(table_, &request, Complete, this));
+    table_->postTask(table_, Text("a"), Note, this);
+    services_->Close();
+    SetEnabled("false");
+  });
+  EXPECT_THAT(delivered_, ElementsAre());
+}
+
+}  // namespace
+}  // namespace Kest::Host
