@@ -14,8 +14,11 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(KEST_CCACHE ccache)
 if(KEST_CCACHE)
-  set(CMAKE_C_COMPILER_LAUNCHER "${KEST_CCACHE}")
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${KEST_CCACHE}")
+  # One cache serves every clone and build directory, precompiled headers included.
+  set(kest_launcher "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros "${KEST_CCACHE}")
+  set(CMAKE_C_COMPILER_LAUNCHER ${kest_launcher})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${kest_launcher})
 endif()
 
 find_package(Threads REQUIRED)
