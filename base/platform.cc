@@ -17,34 +17,10 @@ std::atomic<int64_t> stoppedMonotonic = 0;
 std::atomic<int64_t> firstUse = kUnset;
 std::atomic<bool (*)(UuidBytes*)> uuidSource = nullptr;
 
-// Asking the system for the zone is slow, so the offset is kept for the minute it was asked for:
-// minute and offset share one word, so that no lock is needed.
-constexpr int64_t kOffsetRange = 1 << 18;  // offsets are within a day, either way
-std::atomic<int64_t> minuteAndOffset = kUnset;
-
-int64_t ZoneOffset(int64_t seconds) {
-  const int64_t minute = seconds / 60;
-  const int64_t kept = minuteAndOffset.load(std::memory_order_relaxed);
-  if (kept != kUnset && kept / kOffsetRange == minute) {
-    return kept % kOffsetRange - kOffsetRange / 2;
-  }
-  const int64_t offset = SystemZoneOffset(seconds);
-  if (minute >= 0) {
-    minuteAndOffset.store(minute * kOffsetRange + offset + kOffsetRange / 2,
-                          std::memory_order_relaxed);
-  }
-  return offset;
-}
-
 void StopClock(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {
   stoppedWall = wallMilliseconds;
   stoppedMonotonic = monotonicMilliseconds;
   clockStopped = true;
-}
-
-void ForgetZone() {
-  SystemReloadZone();
-  minuteAndOffset = kUnset;
 }
 
 }  // namespace
@@ -57,10 +33,11 @@ int64_t WallClockSeconds() {
   return WallClockMilliseconds() / 1000;
 }
 
-LocalTime LocalTimeNow() {
+LocalTime LocalTimeAt(int64_t wallMilliseconds) {
   using namespace std::chrono;
-  const sys_time<milliseconds> utc{milliseconds(WallClockMilliseconds())};
-  const auto local = utc + seconds(ZoneOffset(floor<seconds>(utc).time_since_epoch().count()));
+  const sys_time<milliseconds> utc{milliseconds(wallMilliseconds)};
+  const auto local =
+      utc + seconds(SystemZoneOffset(floor<seconds>(utc).time_since_epoch().count()));
   const auto day = floor<days>(local);
   const year_month_day date(day);
   const hh_mm_ss time(local - day);
@@ -84,7 +61,7 @@ int64_t MillisecondsSinceFirstUse() {
 }
 
 void SetClockForTests(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {
-  ForgetZone();
+  SystemReloadZone();
   StopClock(wallMilliseconds, monotonicMilliseconds);
 }
 
@@ -99,7 +76,7 @@ void AdvanceClockForTests(int64_t milliseconds) {
 void ResetClockForTests() {
   clockStopped = false;
   firstUse = kUnset;
-  ForgetZone();
+  SystemReloadZone();
 }
 
 bool CreateUuid(UuidBytes* uuid) {

@@ -26,12 +26,14 @@ struct LocalTime {
   friend bool operator==(const LocalTime&, const LocalTime&) = default;
 };
 
-// Time since 1970-01-01 00:00 UTC. It may jump when the user sets the clock.
+// Time since 1970-01-01 00:00 UTC, in steps of the system's tick (1 to 16 ms). It may jump when the
+// user sets the clock.
 int64_t WallClockMilliseconds();
 int64_t WallClockSeconds();
 
-// The wall clock in the local zone.
-LocalTime LocalTimeNow();
+// A wall clock reading in the local zone. Asks the system for the zone: keep the answer while the
+// second lasts if you need many.
+LocalTime LocalTimeAt(int64_t wallMilliseconds);
 
 // Milliseconds on a clock that never goes back; its start is arbitrary.
 int64_t MonotonicMilliseconds();

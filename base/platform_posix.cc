@@ -17,8 +17,9 @@ int64_t ReadClock(clockid_t clock) {
 
 }  // namespace
 
+// The kernel's tick, as time() reads it: a few milliseconds coarse, at a fifth of the cost.
 int64_t SystemWallClockMilliseconds() {
-  return ReadClock(CLOCK_REALTIME);
+  return ReadClock(CLOCK_REALTIME_COARSE);
 }
 int64_t SystemMonotonicMilliseconds() {
   return ReadClock(CLOCK_MONOTONIC);

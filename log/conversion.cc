@@ -11,9 +11,10 @@ namespace {
 // Digits of a double in full: 309 before the point, at most 4096 behind it, sign and exponent.
 constexpr size_t kFloatCapacity = 4608;
 
-bool IsOneOf(char letter, std::string_view letters) {
-  return letters.find(letter) != std::string_view::npos;
-}
+constexpr LetterSet kSignedLetters("di");
+constexpr LetterSet kWholeLetters("diouxX");
+constexpr LetterSet kHexLetters("xXp");
+constexpr LetterSet kNoFloatLetters("cp");
 
 // Writes prefix, zeros and body, padded to the width with blanks, or with zeros behind the prefix.
 void Pad(const Conversion& conversion, bool zeroFill, std::string_view prefix, size_t zeros,
@@ -58,9 +59,40 @@ Whole ToWhole(const FormatArgument& argument, bool isSigned) {
   return {false, argument.Bits() < 64 ? bits & ((uint64_t{1} << argument.Bits()) - 1) : bits};
 }
 
+// Written in place where there is room.
+void RenderPlainDecimal(const Whole& value, FixedText& out) {
+  constexpr size_t kDigits = 20;
+  if (value.negative) out.Append('-');
+  char digits[kDigits];
+  char* const room = out.Room(kDigits);
+  char* const start = room != nullptr ? room : digits;
+  const char* const end = std::to_chars(start, start + kDigits, value.amount).ptr;
+  const size_t size = static_cast<size_t>(end - start);
+  if (room != nullptr) {
+    out.Advance(size);
+  } else {
+    out.Append({digits, size});
+  }
+}
+
+// The short way for texts and decimal numbers without flags, width and precision, which are nearly
+// all there is. False, with nothing written: not one of them.
+bool RenderPlain(char letter, const FormatArgument& argument, FixedText& out) {
+  const FormatArgument::Kind kind = argument.GetKind();
+  if (kind == FormatArgument::Kind::kText && letter == 's') {
+    out.Append(argument.Text());
+    return true;
+  }
+  if (kind != FormatArgument::Kind::kSigned && kind != FormatArgument::Kind::kUnsigned)
+    return false;
+  if (letter != 'd' && letter != 'u' && letter != 's') return false;
+  RenderPlainDecimal(ToWhole(argument, letter != 'u'), out);
+  return true;
+}
+
 void RenderWhole(const Conversion& conversion, const FormatArgument& argument, FixedText& out) {
-  const bool isSigned = IsOneOf(conversion.letter, "di");
-  const bool isHex = IsOneOf(conversion.letter, "xXp");
+  const bool isSigned = kSignedLetters.Has(conversion.letter);
+  const bool isHex = kHexLetters.Has(conversion.letter);
   const int base = isHex ? 16 : conversion.letter == 'o' ? 8 : 10;
   const Whole value = ToWhole(argument, isSigned);
 
@@ -195,6 +227,7 @@ double ToDouble(const FormatArgument& argument) {
 bool Render(const Conversion& conversion, const FormatArgument& argument, FixedText& out) {
   using Kind = FormatArgument::Kind;
   const char letter = conversion.letter;
+  if (conversion.isPlain && RenderPlain(letter, argument, out)) return true;
   if (letter == 's') {
     RenderAsText(conversion, argument, out);
     return true;
@@ -203,8 +236,8 @@ bool Render(const Conversion& conversion, const FormatArgument& argument, FixedT
     case Kind::kText:
       return false;
     case Kind::kFloat:
-      if (IsOneOf(letter, "cp")) return false;
-      if (IsOneOf(letter, "diouxX")) {
+      if (kNoFloatLetters.Has(letter)) return false;
+      if (kWholeLetters.Has(letter)) {
         RenderAsText(conversion, argument, out);
       } else {
         RenderFloat(conversion, argument.Float(), out);
@@ -218,7 +251,7 @@ bool Render(const Conversion& conversion, const FormatArgument& argument, FixedT
     Pad(conversion, false, "", 0, {&character, 1}, out);
   } else if (letter == 'p') {
     RenderPointer(conversion, argument, out);
-  } else if (IsOneOf(letter, "diouxX")) {
+  } else if (kWholeLetters.Has(letter)) {
     RenderWhole(conversion, argument, out);
   } else {
     RenderFloat(conversion, ToDouble(argument), out);
@@ -227,11 +260,7 @@ bool Render(const Conversion& conversion, const FormatArgument& argument, FixedT
 }
 
 void RenderDefault(const FormatArgument& argument, FixedText& out) {
-  if (argument.GetKind() == FormatArgument::Kind::kText) {
-    out.Append(argument.Text());
-  } else {
-    RenderAsText(Conversion{}, argument, out);
-  }
+  Render(Conversion{}, argument, out);
 }
 
 }  // namespace Kest

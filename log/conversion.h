@@ -25,6 +25,7 @@ enum class LengthModifier : uint8_t {
 
 // "%-08.3hhx" behind the "%".
 struct Conversion {
+  bool isPlain = true;     // no flag, width or precision: the common case, rendered straight
   bool left = false;       // '-'
   bool plus = false;       // '+'
   bool blank = false;      // ' '
@@ -40,6 +41,21 @@ struct Conversion {
   void SetWidth(int64_t value);
   // A negative precision is none.
   void SetPrecision(int64_t value);
+};
+
+// A set of letters from 'A' to 'z', asked with one shift.
+class LetterSet {
+ public:
+  consteval explicit LetterSet(std::string_view letters) {
+    for (const char letter : letters) bits_ |= uint64_t{1} << (letter - 'A');
+  }
+  constexpr bool Has(char letter) const {
+    const unsigned bit = static_cast<unsigned char>(letter) - static_cast<unsigned>('A');
+    return bit < 64 && (bits_ >> bit & 1) != 0;
+  }
+
+ private:
+  uint64_t bits_ = 0;
 };
 
 // A width or precision that is taken from an argument.

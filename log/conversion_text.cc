@@ -7,7 +7,8 @@ namespace Kest {
 namespace {
 
 constexpr int64_t kMaximumField = 4096;  // no output is longer
-constexpr std::string_view kLetters = "diouxXcsfFeEgGaAp";
+constexpr LetterSet kModifiers("hljztL");
+constexpr LetterSet kLetters("diouxXcsfFeEgGaAp");
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -65,7 +66,8 @@ bool ReadField(std::string_view text, size_t* position, uint64_t* number, StarAr
 
 LengthModifier ReadLength(std::string_view text, size_t* position) {
   const char first = At(text, *position);
-  const bool doubled = first != '\0' && At(text, *position + 1) == first;
+  if (!kModifiers.Has(first)) return LengthModifier::kNone;
+  const bool doubled = At(text, *position + 1) == first;
   switch (first) {
     case 'h':
       *position += doubled ? 2 : 1;
@@ -90,6 +92,22 @@ LengthModifier ReadLength(std::string_view text, size_t* position) {
   }
 }
 
+// Flags, width and precision: all that may stand ahead of the length modifier.
+bool ReadFields(std::string_view text, size_t* position, ConversionText* result) {
+  Conversion& conversion = result->conversion;
+  conversion.isPlain = false;
+  uint64_t number = 0;
+  ReadFlags(text, position, &conversion);
+  if (!ReadField(text, position, &number, &result->width)) return false;
+  conversion.SetWidth(static_cast<int64_t>(number));
+  if (At(text, *position) != '.') return true;
+  ++*position;
+  number = 0;
+  if (!ReadField(text, position, &number, &result->precision)) return false;
+  conversion.SetPrecision(static_cast<int64_t>(number));
+  return true;
+}
+
 }  // namespace
 
 void Conversion::SetWidth(int64_t value) {
@@ -109,21 +127,12 @@ uint64_t ReadPosition(std::string_view text, size_t* position) {
 
 bool ReadConversion(std::string_view text, ConversionText* result) {
   size_t position = 0;
-  uint64_t number = 0;
-  Conversion& conversion = result->conversion;
-  ReadFlags(text, &position, &conversion);
-  if (!ReadField(text, &position, &number, &result->width)) return false;
-  conversion.SetWidth(static_cast<int64_t>(number));
-  if (At(text, position) == '.') {
-    ++position;
-    number = 0;
-    if (!ReadField(text, &position, &number, &result->precision)) return false;
-    conversion.SetPrecision(static_cast<int64_t>(number));
-  }
-  conversion.length = ReadLength(text, &position);
-  conversion.letter = At(text, position);
+  const bool isPlain = At(text, 0) >= 'A';  // every flag, digit, star and point sorts below
+  if (!isPlain && !ReadFields(text, &position, result)) return false;
+  result->conversion.length = ReadLength(text, &position);
+  result->conversion.letter = At(text, position);
   result->size = position + 1;
-  return position < text.size() && kLetters.find(conversion.letter) != std::string_view::npos;
+  return kLetters.Has(result->conversion.letter);
 }
 
 }  // namespace Kest

@@ -90,9 +90,7 @@ std::string_view FormatLine(std::string_view lineTemplate, const LogRecord& reco
   constexpr size_t kEnd = 2;  // line feed and NUL
   FixedText out(buffer, sizeof(buffer) - kEnd);
   while (!lineTemplate.empty() && !out.IsFull()) {
-    const size_t literal = std::min(lineTemplate.find('#'), lineTemplate.size());
-    out.Append(lineTemplate.substr(0, literal));
-    lineTemplate.remove_prefix(literal);
+    lineTemplate.remove_prefix(out.AppendUntil('#', lineTemplate));
     if (lineTemplate.size() < 2) break;  // a "#" at the very end prints nothing
     AppendField(lineTemplate[1], record, out);
     lineTemplate.remove_prefix(2);

@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "base/platform.h"
-#include "log/printf_format.h"
 
 namespace Kest {
 namespace {
@@ -12,18 +11,6 @@ namespace {
 constexpr size_t kMessageCapacity = 4095;
 constexpr auto kRelaxed = std::memory_order_relaxed;
 
-// What a call is tested against before anything else. It stands outside the logger, ready before
-// any code runs, so that a filtered call needs no logger.
-struct Filter {
-  std::atomic<Level> minimum = Level::kWarning;
-  std::atomic<GroupMask> excluded = kGroupExtra;
-  std::atomic<bool> hooked = false;
-
-  bool Passes(Level level, GroupMask groups) const {
-    return level >= minimum.load(kRelaxed) && (groups & excluded.load(kRelaxed)) == 0;
-  }
-};
-constinit Filter filter;
 constexpr Level kAboveAllLevels = static_cast<Level>(std::numeric_limits<int32_t>::max());
 
 // Whether this thread is handing a line to the hook or the targets. No destructor: the library may
@@ -38,41 +25,49 @@ class DispatchScope {
   DispatchScope& operator=(const DispatchScope&) = delete;
 };
 
-bool IsWanted(Level level, GroupMask groups) {
-  return filter.Passes(level, groups) || filter.hooked.load(kRelaxed);
-}
-
 }  // namespace
 
-// Each function tests the filter itself: a call that is dropped must not cost more than that.
-#define KEST_LOG_ARGUMENTS(level, groups) \
-  if (!IsWanted(level, groups)) return;   \
-  va_list arguments;                      \
-  va_start(arguments, format);            \
-  LogV(level, groups, format, arguments); \
-  va_end(arguments)
+namespace LogFilter {
+
+constinit std::atomic<Level> minimum = Level::kWarning;
+constinit std::atomic<GroupMask> excluded = kGroupExtra;
+constinit std::atomic<bool> hooked = false;
+
+}  // namespace LogFilter
+
+void LogUnfiltered(Level level, GroupMask groups, const char* format, ...) {
+  ArgumentList arguments;
+  va_start(arguments.list, format);
+  Logger::Instance().Dispatch(level, groups, format, arguments);
+  va_end(arguments.list);
+}
+
+#if !defined(KEST_LOG_INLINE)
+#define KEST_LOG_BODY(level, groups)                             \
+  if (!LogFilter::Wants(level, groups)) return;                  \
+  ArgumentList arguments;                                        \
+  va_start(arguments.list, format);                              \
+  Logger::Instance().Dispatch(level, groups, format, arguments); \
+  va_end(arguments.list)
 
 void Log(Level level, GroupMask groups, const char* format, ...) {
-  KEST_LOG_ARGUMENTS(level, groups);
+  KEST_LOG_BODY(level, groups);
 }
 void LogOkay(const char* format, ...) {
-  KEST_LOG_ARGUMENTS(Level::kOkay, kNoGroups);
+  KEST_LOG_BODY(Level::kOkay, kNoGroups);
 }
 void LogWarning(const char* format, ...) {
-  KEST_LOG_ARGUMENTS(Level::kWarning, kNoGroups);
+  KEST_LOG_BODY(Level::kWarning, kNoGroups);
 }
 void LogError(const char* format, ...) {
-  KEST_LOG_ARGUMENTS(Level::kError, kNoGroups);
+  KEST_LOG_BODY(Level::kError, kNoGroups);
 }
 void LogAlways(const char* format, ...) {
-  KEST_LOG_ARGUMENTS(Level::kAlways, kNoGroups);
+  KEST_LOG_BODY(Level::kAlways, kNoGroups);
 }
 
-#undef KEST_LOG_ARGUMENTS
-
-void LogV(Level level, GroupMask groups, const char* format, va_list arguments) {
-  if (IsWanted(level, groups)) Logger::Instance().Dispatch(level, groups, format, arguments);
-}
+#undef KEST_LOG_BODY
+#endif
 
 Logger& Logger::Instance() {
   static Logger* const logger = new Logger;  // never destroyed
@@ -90,7 +85,8 @@ void Logger::SetDefaultsLocked() {
   disabled_ = false;
   minimum_ = Level::kWarning;
   hook_ = nullptr;
-  filter.excluded = kGroupExtra;
+  localSecond_ = kNoSecond;
+  LogFilter::excluded = kGroupExtra;
   UpdateFilterLocked();
   standardError_.SetMasks(kGroupDebug, kGroupGeneral);
   standardOutput_.SetMasks(kGroupGeneral, kGroupDebug);
@@ -111,8 +107,8 @@ void Logger::AttachLocked(LogTarget& target) {
 }
 
 void Logger::UpdateFilterLocked() {
-  filter.minimum = disabled_ ? kAboveAllLevels : minimum_;
-  filter.hooked = hook_ != nullptr;
+  LogFilter::minimum = disabled_ ? kAboveAllLevels : minimum_;
+  LogFilter::hooked = hook_ != nullptr;
 }
 
 void Logger::Attach(LogTarget& target) {
@@ -151,7 +147,7 @@ void Logger::SetMinimumLevel(Level minimum) {
 
 void Logger::SetExcludedGroups(GroupMask excluded) {
   MutexLock hold(mutex_);
-  filter.excluded = excluded;
+  LogFilter::excluded = excluded;
 }
 
 void Logger::SetDisabled(bool disabled) {
@@ -176,38 +172,47 @@ void Logger::ResetForTests() {
   SetDefaultsLocked();
 }
 
-void Logger::Dispatch(Level level, GroupMask groups, const char* format, va_list arguments) {
+void Logger::Dispatch(Level level, GroupMask groups, const char* format, ArgumentList& arguments) {
   if (insideDispatch) {
-    if (filter.Passes(level, groups)) Count(level);
+    if (LogFilter::Passes(level, groups)) Count(level);
     return;
   }
   const DispatchScope scope;
-  if (filter.hooked.load(kRelaxed)) {
-    Forward(level, groups, format, arguments);
-    if (!filter.Passes(level, groups)) return;
-  }
+  if (LogFilter::hooked.load(kRelaxed)) Forward(level, groups, format, arguments);
+  if (!LogFilter::Passes(level, groups)) return;
   char buffer[kMessageCapacity];
   FixedText message(buffer, sizeof(buffer));
   AppendPrintf(message, format, arguments);
-  WriteToTargets({.time = LocalTimeNow(),
-                  .level = level,
-                  .groups = groups,
-                  .message = message.View(),
-                  .executable = executable_});
+  LogRecord record = {
+      .level = level, .groups = groups, .message = message.View(), .executable = executable_};
+  WriteToTargets(record);
 }
 
-void Logger::Forward(Level level, GroupMask groups, const char* format, va_list arguments) {
+void Logger::Forward(Level level, GroupMask groups, const char* format, ArgumentList& arguments) {
   MutexLock hold(mutex_);
   if (hook_ == nullptr) return;
   va_list copy;
-  va_copy(copy, arguments);
+  va_copy(copy, arguments.list);
   hook_(hookContext_, static_cast<int32_t>(level), static_cast<uint32_t>(groups),
         static_cast<uint32_t>(groups >> 32), format, copy);
   va_end(copy);
 }
 
-void Logger::WriteToTargets(const LogRecord& record) {
+// Breaking a reading down into a date costs more than a whole line, and most lines share a second.
+LocalTime Logger::LocalTimeLocked() {
+  const int64_t now = std::max<int64_t>(0, WallClockMilliseconds());
+  if (now / 1000 != localSecond_) {
+    localTime_ = LocalTimeAt(now);
+    localSecond_ = now / 1000;
+  }
+  LocalTime time = localTime_;
+  time.millisecond = static_cast<int32_t>(now % 1000);
+  return time;
+}
+
+void Logger::WriteToTargets(LogRecord& record) {
   MutexLock hold(mutex_);
+  record.time = LocalTimeLocked();
   Count(record.level);
   for (LogTarget* target : targets_) {
     if (!target->Accepts(record.level, record.groups)) continue;

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,17 +21,64 @@
 #include "log/log_names.h"
 #include "log/log_target.h"
 #include "log/printf_attribute.h"
+#include "log/printf_format.h"
 
 namespace Kest {
 
+namespace LogFilter {
+
+// What a call is tested against before anything else. It stands outside the logger, ready before
+// any code runs, so that a call that is dropped costs no more than this test.
+extern std::atomic<Level> minimum;
+extern std::atomic<GroupMask> excluded;
+extern std::atomic<bool> hooked;
+
+inline bool Passes(Level level, GroupMask groups) {
+  return level >= minimum.load(std::memory_order_relaxed) &&
+         (groups & excluded.load(std::memory_order_relaxed)) == 0;
+}
+inline bool Wants(Level level, GroupMask groups) {
+  return Passes(level, groups) || hooked.load(std::memory_order_relaxed);
+}
+
+}  // namespace LogFilter
+
 void Log(Level level, GroupMask groups, const char* format, ...) KEST_PRINTF(3, 4);
-void LogV(Level level, GroupMask groups, const char* format, va_list arguments) KEST_PRINTF(3, 0);
 
 // Lines of no group in particular.
 void LogOkay(const char* format, ...) KEST_PRINTF(1, 2);
 void LogWarning(const char* format, ...) KEST_PRINTF(1, 2);
 void LogError(const char* format, ...) KEST_PRINTF(1, 2);
 void LogAlways(const char* format, ...) KEST_PRINTF(1, 2);
+
+// Logs without the test.
+void LogUnfiltered(Level level, GroupMask groups, const char* format, ...) KEST_PRINTF(3, 4);
+
+#if defined(__GNUC__) && !defined(__clang__)
+// GCC can inline the test into the caller of a variadic function; other compilers call it. What is
+// handed on here has been checked against its format at that call.
+#define KEST_LOG_INLINE
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+[[gnu::always_inline]] inline void Log(Level level, GroupMask groups, const char* format, ...) {
+  if (LogFilter::Wants(level, groups)) {
+    LogUnfiltered(level, groups, format, __builtin_va_arg_pack());
+  }
+}
+[[gnu::always_inline]] inline void LogOkay(const char* format, ...) {
+  Log(Level::kOkay, kNoGroups, format, __builtin_va_arg_pack());
+}
+[[gnu::always_inline]] inline void LogWarning(const char* format, ...) {
+  Log(Level::kWarning, kNoGroups, format, __builtin_va_arg_pack());
+}
+[[gnu::always_inline]] inline void LogError(const char* format, ...) {
+  Log(Level::kError, kNoGroups, format, __builtin_va_arg_pack());
+}
+[[gnu::always_inline]] inline void LogAlways(const char* format, ...) {
+  Log(Level::kAlways, kNoGroups, format, __builtin_va_arg_pack());
+}
+#pragma GCC diagnostic pop
+#endif
 
 // Receives every log call before any filter, unformatted. The group mask comes as two halves, low
 // half first. It may log itself: such a line is counted and dropped.
@@ -44,6 +92,10 @@ using LogForwardHook = void (*)(void* context, int32_t level, uint32_t groupsLow
 class Logger {
  public:
   static Logger& Instance();
+
+  // Hands one call to the hook and, when it passes the filter, to the targets.
+  void Dispatch(Level level, GroupMask groups, const char* format, ArgumentList& arguments)
+      KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
 
   // Hands lines to `target` from now on, after the targets attached before. It is borrowed until
   // its Detach. Attaching it twice does nothing.
@@ -75,20 +127,20 @@ class Logger {
 
  private:
   friend class LogTarget;
-  friend void LogV(Level level, GroupMask groups, const char* format, va_list arguments);
 
   Logger();
   void SetDefaultsLocked() KEST_REQUIRES(mutex_);
   void AttachLocked(LogTarget& target) KEST_REQUIRES(mutex_);
   void UpdateFilterLocked() KEST_REQUIRES(mutex_);
-  void Dispatch(Level level, GroupMask groups, const char* format, va_list arguments)
+  void Forward(Level level, GroupMask groups, const char* format, ArgumentList& arguments)
       KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
-  void Forward(Level level, GroupMask groups, const char* format, va_list arguments)
-      KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
-  void WriteToTargets(const LogRecord& record) KEST_EXCLUDES(mutex_);
+  void WriteToTargets(LogRecord& record) KEST_EXCLUDES(mutex_);
+  LocalTime LocalTimeLocked() KEST_REQUIRES(mutex_);
   void Count(Level level);
   // Takes `target` off the list. False: the lock is busy, try again.
   bool TryRemove(LogTarget& target) KEST_EXCLUDES(mutex_);
+
+  static constexpr int64_t kNoSecond = std::numeric_limits<int64_t>::min();
 
   StdErrLogTarget standardError_;
   StdOutLogTarget standardOutput_;
@@ -104,6 +156,9 @@ class Logger {
   LogForwardHook hook_ KEST_GUARDED_BY(mutex_) = nullptr;
   void* hookContext_ KEST_GUARDED_BY(mutex_) = nullptr;
   std::vector<LogTarget*> targets_ KEST_GUARDED_BY(mutex_);  // in order of attachment
+  // The last local time and the wall clock second it stands for.
+  LocalTime localTime_ KEST_GUARDED_BY(mutex_);
+  int64_t localSecond_ KEST_GUARDED_BY(mutex_) = kNoSecond;
 };
 
 }  // namespace Kest

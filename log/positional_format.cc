@@ -87,9 +87,7 @@ std::string FormatList(std::string_view pattern, std::span<const FormatArgument>
   FixedText out(buffer, sizeof(buffer));
   PatternRun run(arguments, out);
   while (!pattern.empty() && !out.IsFull()) {
-    const size_t literal = std::min(pattern.find('%'), pattern.size());
-    out.Append(pattern.substr(0, literal));
-    pattern.remove_prefix(literal);
+    pattern.remove_prefix(out.AppendUntil('%', pattern));
     if (pattern.empty()) break;
     pattern.remove_prefix(1);
     size_t size = 0;

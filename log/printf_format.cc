@@ -9,11 +9,6 @@
 namespace Kest {
 namespace {
 
-// A va_list that can be handed on by reference on every system.
-struct ArgumentList {
-  va_list list;
-};
-
 FormatArgument NextSigned(LengthModifier length, ArgumentList& arguments) {
   switch (length) {
     case LengthModifier::kChar:
@@ -104,25 +99,20 @@ bool Convert(std::string_view text, ArgumentList& arguments, FixedText& out, siz
 
 }  // namespace
 
-void AppendPrintf(FixedText& out, const char* format, va_list arguments) {
-  ArgumentList list;
-  va_copy(list.list, arguments);
+void AppendPrintf(FixedText& out, const char* format, ArgumentList& arguments) {
   std::string_view rest(format);
   while (!rest.empty() && !out.IsFull()) {
-    const size_t literal = std::min(rest.find('%'), rest.size());
-    out.Append(rest.substr(0, literal));
-    rest.remove_prefix(literal);
+    rest.remove_prefix(out.AppendUntil('%', rest));
     if (rest.empty()) break;
     rest.remove_prefix(1);
     size_t size = 1;
     if (rest.starts_with('%')) {
       out.Append('%');
-    } else if (!Convert(rest, list, out, &size)) {
+    } else if (!Convert(rest, arguments, out, &size)) {
       break;
     }
     rest.remove_prefix(size);
   }
-  va_end(list.list);
 }
 
 }  // namespace Kest

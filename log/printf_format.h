@@ -9,8 +9,13 @@
 
 namespace Kest {
 
+// A va_list that can be handed on by reference on every system, without a copy.
+struct ArgumentList {
+  va_list list;
+};
+
 // Writes the text that vsnprintf would write in the "C" locale. Not offered: "%n" and wide texts;
 // formatting ends there, as it does at a malformed conversion. Consumes `arguments`.
-void AppendPrintf(FixedText& out, const char* format, va_list arguments) KEST_PRINTF(2, 0);
+void AppendPrintf(FixedText& out, const char* format, ArgumentList& arguments) KEST_PRINTF(2, 0);
 
 }  // namespace Kest

@@ -28,10 +28,10 @@ using namespace std::string_literals;
 [[gnu::format(printf, 1, 2)]] std::string Logged(const char* format, ...) {
   char buffer[4095];
   FixedText text(buffer, sizeof(buffer));
-  va_list arguments;
-  va_start(arguments, format);
+  ArgumentList arguments;
+  va_start(arguments.list, format);
   AppendPrintf(text, format, arguments);
-  va_end(arguments);
+  va_end(arguments.list);
   return std::string(text.View());
 }
 
@@ -183,7 +183,7 @@ TEST(LogMessage, ReadsEachArgumentByItsLength) {
   EXPECT_EQ(Logged("%*d|%-*d|%.*f%%", 4, 1, 4, 2, 1, 0.25), "   1|2   |0.2%");
   const char unterminated[] = {'a', 'b', 'c'};
   EXPECT_EQ(Logged("%.3s|%.*s", unterminated, 2, unterminated), "abc|ab");
-  EXPECT_EQ(Logged("%x %p", -1, nullptr), "ffffffff (nil)");
+  EXPECT_EQ(Logged("%x %p", -1, static_cast<void*>(nullptr)), "ffffffff (nil)");
 }
 
 TEST(LogMessage, IsCutAtItsCapacity) {
