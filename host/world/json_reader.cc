@@ -16,7 +16,6 @@ namespace {
 
 // The reader's stack: running out of memory throws instead of handing the reader a null pointer.
 struct ThrowingAllocator {
-  static constexpr bool kNeedFree = true;
   void* Malloc(size_t size) { return Checked(std::malloc(size), size); }
   void* Realloc(void* old, size_t, size_t size) {
     if (size != 0) return Checked(std::realloc(old, size), size);

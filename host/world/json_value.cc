@@ -64,6 +64,19 @@ size_t ElementCount(const JsonValue& value) {
 
 }  // namespace
 
+JsonValue::JsonValue() = default;
+JsonValue::JsonValue(const JsonValue& other) = default;
+JsonValue::JsonValue(JsonValue&& other) noexcept = default;
+JsonValue& JsonValue::operator=(const JsonValue& other) = default;
+JsonValue& JsonValue::operator=(JsonValue&& other) noexcept = default;
+JsonValue::~JsonValue() = default;
+JsonValue::JsonValue(double value) : value_(value) {}
+JsonValue::JsonValue(const char* value) : value_(std::string(value)) {}
+JsonValue::JsonValue(std::string_view value) : value_(std::string(value)) {}
+JsonValue::JsonValue(std::string value) : value_(std::move(value)) {}
+JsonValue::JsonValue(Array value) : value_(std::move(value)) {}
+JsonValue::JsonValue(Object value) : value_(std::move(value)) {}
+
 const JsonValue* JsonValue::Find(std::string_view name) const {
   const Object* object = AsObject();
   if (object == nullptr) return nullptr;

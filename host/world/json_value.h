@@ -28,19 +28,25 @@ class JsonValue {
   using Array = std::vector<JsonValue>;
   using Object = std::vector<Member>;
 
-  JsonValue() = default;  // null
+  JsonValue();  // null
+  JsonValue(const JsonValue& other);
+  JsonValue(JsonValue&& other) noexcept;
+  JsonValue& operator=(const JsonValue& other);
+  JsonValue& operator=(JsonValue&& other) noexcept;
+  ~JsonValue();
+
   template <std::same_as<bool> T>
-  JsonValue(T value) : value_(value) {}
+  JsonValue(T value);
   template <std::signed_integral T>
-  JsonValue(T value) : value_(static_cast<int64_t>(value)) {}
+  JsonValue(T value);
   template <std::unsigned_integral T>
-  requires(!std::same_as<T, bool>) JsonValue(T value) : value_(static_cast<uint64_t>(value)) {}
-  JsonValue(double value) : value_(value) {}
-  JsonValue(const char* value) : value_(std::string(value)) {}
-  JsonValue(std::string_view value) : value_(std::string(value)) {}
-  JsonValue(std::string value) : value_(std::move(value)) {}
-  JsonValue(Array value) : value_(std::move(value)) {}
-  JsonValue(Object value) : value_(std::move(value)) {}
+  requires(!std::same_as<T, bool>) JsonValue(T value);
+  JsonValue(double value);
+  JsonValue(const char* value);
+  JsonValue(std::string_view value);
+  JsonValue(std::string value);
+  JsonValue(Array value);
+  JsonValue(Object value);
 
   bool IsNull() const { return std::holds_alternative<std::monostate>(value_); }
   const bool* AsBool() const { return std::get_if<bool>(&value_); }
@@ -72,6 +78,14 @@ struct JsonValue::Member {
   JsonValue value;
   TextPosition position = {};  // of the name
 };
+
+template <std::same_as<bool> T>
+JsonValue::JsonValue(T value) : value_(value) {}
+template <std::signed_integral T>
+JsonValue::JsonValue(T value) : value_(static_cast<int64_t>(value)) {}
+template <std::unsigned_integral T>
+requires(!std::same_as<T, bool>) JsonValue::JsonValue(T value)
+    : value_(static_cast<uint64_t>(value)) {}
 
 // Writes `value` without blanks. Texts are taken to be UTF-8; numbers read back exactly.
 std::string WriteJson(const JsonValue& value);
