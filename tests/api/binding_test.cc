@@ -89,36 +89,26 @@ TEST(BindHeaders, AreStrictAndTheLastOfANameCounts) {
 }
 
 TEST(BindBody, IsReadByItsContentType) {
-  const struct {
-    const char* why;
-    const char* url;
-    const char* contentType;
-    const char* body;
-    const char* answer;
-  } kCases[] = {
-      {"JSON", "/body", "application/json", "[\"a\",\"b\"]", "200 [\"a\",\"b\"]"},
-      {"other JSON type", "/body?reverse", "APPLICATION/VND.API+JSON;x", "[\"a\",\"b\"]",
-       "200 [\"b\",\"a\"]"},
-      {"not a list", "/body", "application/json", "{}",
-       "400 Couldn't assign value to 'items' of type vector because the input not a collection."},
-      {"broken", "/body", "application/json", "[",
-       "400 Couldn't deserialize JSON value for parameter 'items' of 'Body': Invalid value."},
-      {"plain text", "/body", "text/plain", "[]", "400 Unsupported body content type"},
-      {"no type", "/body", "", "[]", "400 Unsupported body content type"},
-      {"type of values only", "/body", "text/x-yaml", "[]", "400 Unsupported body content type"},
-      {"no bytes are no body", "/body", "text/plain", "",
-       "400 Couldn't assign value to 'items' of type vector because the input not a collection."},
-      {"earlier steps win", "/body?x", "text/plain", "[]", "400 Unknown argument 'x' for 'Body'."},
-      {"nobody asks for it", "/flag/1", "text/plain", "[]", "200 true"},
-      {"from the query", "/body?items=[]", "", "",
-       "400 Argument 'items' for 'Body' was specified in an invalid location."},
-  };
-  const Api api;
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    EXPECT_EQ(Summary(api.dispatcher().Handle({"GET", c.url, c.contentType, c.body, {}, {}})),
-              c.answer);
-  }
+  ExpectAnswers(
+      {{"JSON", "/body", "200 [\"a\",\"b\"]", "application/json", "[\"a\",\"b\"]"},
+       {"other JSON type", "/body?reverse", "200 [\"b\",\"a\"]", "APPLICATION/VND.API+JSON;x",
+        "[\"a\",\"b\"]"},
+       {"not a list", "/body",
+        "400 Couldn't assign value to 'items' of type vector because the input not a collection.",
+        "application/json", "{}"},
+       {"broken", "/body",
+        "400 Couldn't deserialize JSON value for parameter 'items' of 'Body': Invalid value.",
+        "application/json", "["},
+       {"plain text", "/body", "400 Unsupported body content type", "text/plain", "[]"},
+       {"no type", "/body", "400 Unsupported body content type", "", "[]"},
+       {"type of values only", "/body", "400 Unsupported body content type", "text/x-yaml", "[]"},
+       {"no bytes are no body", "/body",
+        "400 Couldn't assign value to 'items' of type vector because the input not a collection.",
+        "text/plain", ""},
+       {"earlier steps win", "/body?x", "400 Unknown argument 'x' for 'Body'.", "text/plain", "[]"},
+       {"nobody asks for it", "/flag/1", "200 true", "text/plain", "[]"},
+       {"from the query", "/body?items=[]",
+        "400 Argument 'items' for 'Body' was specified in an invalid location."}});
 }
 
 }  // namespace

@@ -7,36 +7,23 @@ namespace Kest::Sample {
 namespace {
 
 TEST(Dispatcher, AnswersEachResultWithItsStatus) {
-  const struct {
-    const char* why;
-    const char* url;
-    Response response;
-  } kCases[] = {
-      {"nothing", "/succeed", {204, "", "", ""}},
-      {"reference",
-       "/held",
-       {200, "", "application/json",
-        "[{\"name\":\"first\",\"count\":1},{\"name\":\"second\",\"count\":2}]"}},
-      {"no shared item", "/no-slot", {200, "", "application/json", "null"}},
-      {"failure", "/fail?text=Gone&status=410", {410, "Gone", "", ""}},
-      {"not a number",
-       "/no-number",
-       {500, "Failed to convert type double to BindingProperty for serialization", "", ""}},
-      {"unregistered type",
-       "/no-type",
-       {500,
-        "Failed to convert type Kest::Sample::Unregistered to BindingProperty for serialization",
-        "", ""}},
-      {"no such path", "/held/", {404, "Not found", "", ""}},
-      {"exception", "/throw/Torn", {500, "Torn", "", ""}},
-      {"exception without text", "/throw/nothing", {500, "Internal server error", "", ""}},
-      {"exception of another kind", "/throw/number", {500, "Internal server error", "", ""}},
-  };
+  ExpectAnswers({{"nothing", "/succeed", "204 "},
+                 {"reference", "/held",
+                  "200 [{\"name\":\"first\",\"count\":1},{\"name\":\"second\",\"count\":2}]"},
+                 {"no shared item", "/no-slot", "200 null"},
+                 {"failure", "/fail?text=Gone&status=410", "410 Gone"},
+                 {"not a number", "/no-number",
+                  "500 Failed to convert type double to BindingProperty for serialization"},
+                 {"unregistered type", "/no-type",
+                  "500 Failed to convert type Kest::Sample::Unregistered to BindingProperty for "
+                  "serialization"},
+                 {"no such path", "/held/", "404 Not found"},
+                 {"exception", "/throw/Torn", "500 Torn"},
+                 {"exception without text", "/throw/nothing", "500 Internal server error"},
+                 {"exception of another kind", "/throw/number", "500 Internal server error"}});
   const Api api;
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    EXPECT_EQ(api.Get(c.url), c.response);
-  }
+  EXPECT_EQ(api.Get("/no-slot"), (Response{200, "", "application/json", "null"}));
+  EXPECT_EQ(api.Get("/succeed"), (Response{204, "", "", ""}));
   EXPECT_EQ(Summary(api.dispatcher().Handle({"POST", "/held", {}, {}, {}, {}})), "404 Not found");
   EXPECT_EQ(Summary(api.dispatcher().Handle({"get", "/held", {}, {}, {}, {}})), "404 Not found");
 }

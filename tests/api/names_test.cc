@@ -18,23 +18,16 @@ TEST(HttpNames, HaveGapsOutsideTheirTables) {
 }
 
 TEST(FailureResponse, EmptyTextsAndOddStatusesGetTheirReading) {
-  const struct {
-    const char* why;
-    Failure failure;
-    int32_t status;
-    const char* message;
-  } kCases[] = {
-      {"as it is", {"Loot disabled.", 500}, 500, "Loot disabled."},
-      {"no text", {"", 500}, 500, "Internal server error"},
-      {"missing", {"", 404}, 404, "Not found"},
-      {"another status without text", {"", 501}, 501, "Not Implemented"},
-      {"a success is no failure", {"odd", 200}, 500, "odd"},
-      {"no status at all", {"", 0}, 500, "Internal server error"},
+  const auto answer = [](const char* text, int32_t status) {
+    const Response response = FailureResponse({text, status});
+    return std::to_string(response.status) + " " + response.message;
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    EXPECT_EQ(FailureResponse(c.failure), (Response{c.status, c.message, "", ""}));
-  }
+  EXPECT_EQ(answer("Loot disabled.", 500), "500 Loot disabled.");
+  EXPECT_EQ(answer("", 500), "500 Internal server error");
+  EXPECT_EQ(answer("", 404), "404 Not found");
+  EXPECT_EQ(answer("", 501), "501 Not Implemented");
+  EXPECT_EQ(answer("a success is no failure", 200), "500 a success is no failure");
+  EXPECT_EQ(answer("", 0), "500 Internal server error");
 }
 
 TEST(QueryText, SplitsFirstAndDecodesOnce) {

@@ -119,13 +119,17 @@ struct UrlCase {
   const char* why;
   const char* url;
   const char* answer;
+  const char* contentType = "";
+  const char* body = "";
 };
 
 inline void ExpectAnswers(std::initializer_list<UrlCase> cases, const std::string& prefix = {}) {
   const Api api;
   for (const UrlCase& c : cases) {
     SCOPED_TRACE(c.why);
-    EXPECT_EQ(Summary(api.Get(prefix + c.url)), c.answer);
+    const std::string url = prefix + c.url;
+    EXPECT_EQ(Summary(api.dispatcher().Handle({"GET", url, c.contentType, c.body, {}, {}})),
+              c.answer);
   }
 }
 
