@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
 #include "tests/support/log_capture.h"
@@ -13,6 +14,15 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+// Does what it is told with each line.
+struct CallTarget : LogTarget {
+  explicit CallTarget(std::function<void()> call) : onWrite(std::move(call)) {}
+  const char* ClassName() const override { return "CallTarget"; }
+  void Write(const LogRecord&) override { onWrite(); }
+  void Flush() override {}
+  std::function<void()> onWrite;
+};
 
 constexpr GroupMask kLateGroup = GroupMask{1} << 40;
 
@@ -113,27 +123,18 @@ TEST(LogTarget, EntriesDriveTheTargetInMaskHalves) {
 }
 
 TEST(Logger, TargetsAreServedInOrderOfAttachmentOnce) {
-  struct OrderTarget : LogTarget {
-    OrderTarget(std::string& journalText, char mark) : journal(journalText), name(mark) {}
-    const char* ClassName() const override { return "OrderTarget"; }
-    void Write(const LogRecord&) override { journal += name; }
-    void Flush() override { journal += '!'; }
-    std::string& journal;
-    char name;
-  };
   LogCapture log;
   std::string journal;
-  OrderTarget first(journal, 'a'), second(journal, 'b');
+  CallTarget first([&] { journal += 'a'; }), second([&] { journal += 'b'; });
   Logger::Instance().Attach(second);
   Logger::Instance().Attach(first);
   Logger::Instance().Attach(second);
   LogError("line");
-  Logger::Instance().Flush();
-  EXPECT_EQ(Logger::Instance().FindTarget("OrderTarget"), &second);
+  EXPECT_EQ(Logger::Instance().FindTarget("CallTarget"), &second);
   first.Detach();
   LogError("line");
   second.Detach();
-  EXPECT_EQ(journal, "ba!!b");
+  EXPECT_EQ(journal, "bab");
 }
 
 struct HookCalls {
@@ -171,20 +172,15 @@ TEST(ForwardHook, SeesEveryCallAndLeavesTheArgumentsAlone) {
 }
 
 TEST(Nested, LinesFromAHookOrSinkAreCountedAndDropped) {
-  struct EchoTarget : LogTarget {
-    const char* ClassName() const override { return "EchoTarget"; }
-    void Write(const LogRecord&) override {
-      LogWarning("from the sink");
-      Logger::Instance().Flush();
-    }
-    void Flush() override {}
-  };
   LogCapture log;
   Logger& logger = Logger::Instance();
   HookCalls calls;
   calls.logsItself = true;
   logger.SetForwardHook(Record, &calls);
-  EchoTarget echo;
+  CallTarget echo([&] {
+    LogWarning("from the sink");
+    logger.Flush();
+  });
   logger.Attach(echo);
   LogError("outer");
   LogError("outer again");
@@ -197,15 +193,9 @@ TEST(Nested, LinesFromAHookOrSinkAreCountedAndDropped) {
 }
 
 TEST(Nested, AThrowingSinkLosesOnlyItsOwnLine) {
-  struct ThrowingTarget : LogTarget {
-    const char* ClassName() const override { return "ThrowingTarget"; }
-    void Write(const LogRecord&) override { throw std::bad_alloc(); }
-    void Flush() override {}
-  };
-  ThrowingTarget thrower;
-  Logger::Instance().ResetForTests();
   LogCapture log;
   log.Detach();
+  CallTarget thrower([] { throw std::bad_alloc(); });
   Logger::Instance().Attach(thrower);
   Logger::Instance().Attach(log);
   LogError("one");
@@ -219,12 +209,6 @@ TEST(Nested, AThrowingSinkLosesOnlyItsOwnLine) {
 TEST(LoggerThreads, ManyThreadsLogWhileTargetsComeAndGo) {
   constexpr int kThreads = 4;
   constexpr int kLines = 500;
-  struct GoneTarget : LogTarget {
-    const char* ClassName() const override { return "GoneTarget"; }
-    void Write(const LogRecord&) override { EXPECT_TRUE(alive); }
-    void Flush() override {}
-    std::atomic<bool> alive = true;
-  };
   LogCapture log("#M");
   std::vector<std::thread> threads;
   for (int thread = 0; thread < kThreads; ++thread) {
@@ -233,11 +217,12 @@ TEST(LoggerThreads, ManyThreadsLogWhileTargetsComeAndGo) {
     });
   }
   for (int round = 0; round < 50; ++round) {
-    GoneTarget target;
+    std::atomic<bool> attached = true;
+    CallTarget target([&] { EXPECT_TRUE(attached); });
     Logger::Instance().Attach(target);
     target.SetMasks(kGroupDebug, kNoGroups);
     target.Detach();
-    target.alive = false;
+    attached = false;
   }
   for (std::thread& thread : threads) thread.join();
 
