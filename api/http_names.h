@@ -1,6 +1,7 @@
 // The names of HTTP as the plugin speaks it: methods, reason phrases, content types.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
