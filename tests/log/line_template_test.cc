@@ -84,7 +84,7 @@ TEST(LineTemplate, EndsWithOneLineFeedAndFitsItsBuffer) {
       {"one byte below the cap", std::string(4093, 'x'), 4094},
       {"at the cap", std::string(4094, 'x'), 4095},
       {"cut", std::string(4095, 'x'), 4095},
-      {"cut behind a line feed", std::string(4093, 'x') + "\ny", 4094},
+      {"cut behind a line feed", std::string(4093, 'x').append("\ny"), 4094},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
