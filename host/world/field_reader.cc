@@ -3,13 +3,6 @@
 #include <algorithm>
 
 namespace Kest::Host {
-namespace {
-
-std::string Named(std::string_view name) {
-  return "\"" + std::string(name) + "\"";
-}
-
-}  // namespace
 
 FieldReader::FieldReader(const JsonValue& value, IssueReport& report)
     : value_(value), report_(report) {
@@ -22,7 +15,7 @@ std::string FieldReader::Text(std::string_view name) {
   const JsonValue* value = FindRequired(name);
   if (value == nullptr) return "";
   const std::string text = TextOr(name, "");
-  if (text.empty()) report_.Add(value->position(), Named(name) + " must not be empty");
+  if (text.empty()) report_.Add(value->position(), QuoteJson(name) + " must not be empty");
   return text;
 }
 
@@ -69,7 +62,7 @@ double FieldReader::NumberOr(std::string_view name, double missing, double lowes
     return missing;
   }
   if (!(number >= lowest && number <= highest)) {
-    report_.Add(value->position(), Named(name) + " must lie between " +
+    report_.Add(value->position(), QuoteJson(name) + " must lie between " +
                                        WriteJson(JsonValue(lowest)) + " and " +
                                        WriteJson(JsonValue(highest)));
     return missing;
@@ -121,20 +114,20 @@ void FieldReader::Finish() {
   for (const JsonValue::Member& member : *value_.AsObject()) {
     if (report_.failed()) return;
     if (std::find(asked_.begin(), asked_.end(), member.name) == asked_.end()) {
-      report_.Add(member.position, "unknown member " + Named(member.name));
+      report_.Add(member.position, "unknown member " + QuoteJson(member.name));
     }
   }
 }
 
 const JsonValue* FieldReader::FindRequired(std::string_view name) {
   const JsonValue* value = Find(name);
-  if (value == nullptr) report_.Add(value_.position(), "member " + Named(name) + " is missing");
+  if (value == nullptr) report_.Add(value_.position(), "member " + QuoteJson(name) + " is missing");
   return value;
 }
 
 void FieldReader::WrongKind(std::string_view name, const JsonValue& value,
                             std::string_view wanted) {
-  report_.Add(value.position(), Named(name) + " must be " + std::string(wanted) + ", not " +
+  report_.Add(value.position(), QuoteJson(name) + " must be " + std::string(wanted) + ", not " +
                                     std::string(value.KindWords()));
 }
 
@@ -146,7 +139,7 @@ int64_t FieldReader::ToWhole(std::string_view name, const JsonValue& value, int6
     return lowest;
   }
   if (whole == nullptr || *whole < lowest || *whole > highest) {
-    report_.Add(value.position(), Named(name) + " must lie between " + std::to_string(lowest) +
+    report_.Add(value.position(), QuoteJson(name) + " must lie between " + std::to_string(lowest) +
                                       " and " + std::to_string(highest));
     return lowest;
   }

@@ -19,10 +19,6 @@ const JsonValue& ObjectOr(FieldReader& fields, std::string_view name) {
   return value == nullptr ? kEmpty : *value;
 }
 
-std::string Quoted(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
-}
-
 void ReadItem(const JsonValue& value, IssueReport& report, WorldData& data) {
   FieldReader fields(value, report);
   const LootKey key{fields.Text("lootName"), fields.TextOr("refId", "")};
@@ -35,7 +31,7 @@ void ReadItem(const JsonValue& value, IssueReport& report, WorldData& data) {
   const std::string fault = LootKeyFault(data, key);
   if (!fault.empty()) report.Add(value.position(), fault);
   if (data.inventory.Count(key) != 0) {
-    report.Add(value.position(), Quoted(key.LootId()) + " stands twice in the inventory");
+    report.Add(value.position(), QuoteJson(key.LootId()) + " stands twice in the inventory");
   } else if (!report.failed()) {
     data.inventory.Add(key, count, expiryTime);
   }
@@ -50,8 +46,8 @@ std::string WordOr(FieldReader& fields, IssueReport& report, std::string_view na
                    std::initializer_list<std::string_view> words) {
   const std::string word = fields.TextOr(name, *words.begin());
   if (std::find(words.begin(), words.end(), word) == words.end()) {
-    std::string text = Quoted(word) + " is none of";
-    for (const std::string_view known : words) text += " " + Quoted(known);
+    std::string text = QuoteJson(word) + " is none of";
+    for (const std::string_view known : words) text.append(" ").append(QuoteJson(known));
     report.Add(fields.Place(name), text);
   }
   return word;
@@ -108,7 +104,8 @@ void ReadService(FieldReader& world, IssueReport& report, WorldData& data) {
   methods.Finish();
   data.newPlayerChest = service.TextOr("newPlayerChest", "");
   if (!data.newPlayerChest.empty() && data.FindDefinition(data.newPlayerChest) == nullptr) {
-    report.Add(service.Place("newPlayerChest"), "unknown loot name " + Quoted(data.newPlayerChest));
+    report.Add(service.Place("newPlayerChest"),
+               "unknown loot name " + QuoteJson(data.newPlayerChest));
   }
   FieldReader versions(ObjectOr(service, "versions"), report);
   constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
@@ -172,7 +169,7 @@ void ReadMessages(FieldReader& world, IssueReport& report, WorldData& data) {
     if (const JsonValue* body = fields.Find("body")) message.body = *body;
     fields.Finish();
     if (!data.messages.emplace(name, std::move(message)).second) {
-      report.Add(fields.Place("name"), "message " + Quoted(name) + " stands twice");
+      report.Add(fields.Place("name"), "message " + QuoteJson(name) + " stands twice");
     }
   }
 }

@@ -12,10 +12,6 @@ constexpr int64_t kMin32 = FieldReader::kMin32;
 constexpr int64_t kMax32 = FieldReader::kMax32;
 constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
 
-std::string Quoted(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
-}
-
 LootDefinition ReadDefinition(FieldReader& fields) {
   LootDefinition definition;
   definition.lootName = fields.Text("lootName");
@@ -36,7 +32,7 @@ LootDefinition ReadDefinition(FieldReader& fields) {
 // What can go wrong with a definition by itself.
 std::string DefinitionFault(const LootDefinition& definition, const Collections& collections) {
   if (definition.lootName.find_first_of("-/?#") != std::string::npos) {
-    return "loot name " + Quoted(definition.lootName) +
+    return "loot name " + QuoteJson(definition.lootName) +
            " must not hold \"-\", \"/\", \"?\" or \"#\": loot ids are cut there";
   }
   const auto collection = CollectionOfLootType(definition.type);
@@ -58,7 +54,7 @@ int64_t ReadQuantity(FieldReader& fields, IssueReport& report, std::string& expr
   const auto quantity = EvaluateQuantity(expression);
   if (quantity && *quantity >= 1 && *quantity <= kMax32) return *quantity;
   report.Add(fields.Place("quantityExpression"),
-             "quantity " + Quoted(expression) +
+             "quantity " + QuoteJson(expression) +
                  " is not a sum, difference, product or quotient of "
                  "whole numbers that gives at least 1");
   return 1;
@@ -78,7 +74,7 @@ void ResolveQuery(const WorldData& data, TextPosition place, IssueReport& report
   if (data.FindDefinition(slot.query) != nullptr) {
     slot.accepted.insert(slot.query);
   } else {
-    report.Add(place, Quoted(slot.query) + " is neither a query nor a loot name");
+    report.Add(place, QuoteJson(slot.query) + " is neither a query nor a loot name");
   }
 }
 
@@ -103,7 +99,7 @@ RecipeOutput ReadOutput(const JsonValue& value, IssueReport& report, const World
   fields.Finish();
   if (data.FindDefinition(output.lootName) == nullptr && !data.odds.contains(output.lootName)) {
     report.Add(fields.Place("lootName"),
-               Quoted(output.lootName) + " is neither a loot name nor an odds table");
+               QuoteJson(output.lootName) + " is neither a loot name nor an odds table");
   }
   return output;
 }
@@ -191,7 +187,7 @@ void ReadDefinitions(FieldReader& world, IssueReport& report, WorldData& data) {
     if (!fault.empty()) report.Add(value.position(), fault);
     if (!data.definitionIndex.emplace(definition.lootName, data.definitions.size()).second) {
       report.Add(fields.Place("lootName"),
-                 "loot name " + Quoted(definition.lootName) + " is defined twice");
+                 "loot name " + QuoteJson(definition.lootName) + " is defined twice");
     }
     data.definitions.push_back(std::move(definition));
     if (report.failed()) return;
@@ -200,7 +196,7 @@ void ReadDefinitions(FieldReader& world, IssueReport& report, WorldData& data) {
     const std::string& upgrade = data.definitions[i].upgradeLootName;
     if (!upgrade.empty() && data.FindDefinition(upgrade) == nullptr) {
       report.Add(list[i].Find("upgradeLootName")->position(),
-                 "unknown loot name " + Quoted(upgrade));
+                 "unknown loot name " + QuoteJson(upgrade));
     }
   }
 }
@@ -233,7 +229,7 @@ void ReadOdds(FieldReader& world, IssueReport& report, WorldData& data) {
   if (report.failed()) return;
   for (const JsonValue::Member& table : *odds->AsObject()) {
     if (data.FindDefinition(table.name) != nullptr) {
-      report.Add(table.position, Quoted(table.name) + " is a loot name already");
+      report.Add(table.position, QuoteJson(table.name) + " is a loot name already");
     }
     std::vector<OddsEntry>& entries = data.odds[table.name];
     for (const JsonValue& value : tables.ListOr(table.name)) {
@@ -244,7 +240,7 @@ void ReadOdds(FieldReader& world, IssueReport& report, WorldData& data) {
       entry.quantity = fields.WholeOr("quantity", 1, 1, 1'000'000);
       fields.Finish();
       if (data.FindDefinition(entry.lootName) == nullptr) {
-        report.Add(fields.Place("lootName"), "unknown loot name " + Quoted(entry.lootName));
+        report.Add(fields.Place("lootName"), "unknown loot name " + QuoteJson(entry.lootName));
       }
       entries.push_back(std::move(entry));
     }
@@ -258,7 +254,7 @@ void ReadRecipes(FieldReader& world, IssueReport& report, WorldData& data) {
     Recipe recipe = ReadRecipe(fields, report, data);
     if (!data.recipeIndex.emplace(recipe.recipeName, data.recipes.size()).second) {
       report.Add(fields.Place("recipeName"),
-                 "recipe name " + Quoted(recipe.recipeName) + " is defined twice");
+                 "recipe name " + QuoteJson(recipe.recipeName) + " is defined twice");
     }
     data.recipes.push_back(std::move(recipe));
     if (report.failed()) return;
