@@ -21,7 +21,7 @@ class FormatArgument {
   FormatArgument(T value) : bits_(8 * sizeof(T)) {  // NOLINT
     if constexpr (std::is_signed_v<T>) {
       kind_ = Kind::kSigned;
-      signed_ = value;
+      signed_ = value;  // NOLINT(bugprone-signed-char-misuse): a small number, not a character
     } else {
       kind_ = Kind::kUnsigned;
       unsigned_ = value;

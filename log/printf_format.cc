@@ -9,6 +9,8 @@
 namespace Kest {
 namespace {
 
+// Some of the types read below are one type on this system and two on another.
+// NOLINTBEGIN(bugprone-branch-clone)
 FormatArgument NextSigned(LengthModifier length, ArgumentList& arguments) {
   switch (length) {
     case LengthModifier::kChar:
@@ -48,6 +50,8 @@ FormatArgument NextUnsigned(LengthModifier length, ArgumentList& arguments) {
       return va_arg(arguments.list, unsigned);
   }
 }
+
+// NOLINTEND(bugprone-branch-clone)
 
 // A text without a NUL within its precision is legal, so no more than that is looked at.
 FormatArgument NextText(int32_t precision, ArgumentList& arguments) {
