@@ -4,8 +4,6 @@
 #include <cstring>
 #include <new>
 
-#include "binding/binding_property.h"
-
 namespace Kest {
 namespace {
 
@@ -64,12 +62,6 @@ const char* Arena::Copy(std::string_view text) {
   const char* copy = TryCopy(text);
   if (copy == nullptr) throw std::bad_alloc();
   return copy;
-}
-
-bool Arena::TryCount(size_t count) {
-  if (count > kMaxTreeValues - values_) return false;
-  values_ += count;
-  return true;
 }
 
 void Arena::Count(size_t count) {

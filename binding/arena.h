@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "binding/binding_property.h"
+
 namespace Kest {
 
 // Hands out memory that lives until the whole arena goes; nothing is freed before. Blocks double in
@@ -34,7 +36,11 @@ class Arena {
   const char* Copy(std::string_view text);
 
   // Notes that `count` values are made; false, or std::bad_alloc, past the bound.
-  bool TryCount(size_t count);
+  bool TryCount(size_t count) {
+    if (count > kMaxTreeValues - values_) return false;
+    values_ += count;
+    return true;
+  }
   void Count(size_t count);
 
  private:

@@ -192,11 +192,9 @@ void BindingProperty::ReserveElements(size_t room) {
   room = std::max(kFirstRoom, std::bit_ceil(room));
   Arena& arena = NeedArena();
   auto* elements = static_cast<BindingProperty*>(arena.Allocate(room * sizeof(BindingProperty)));
-  for (size_t i = 0; i < bits_.size; ++i) {
-    TreeNodes::Place(elements + i, bits_.payload.elements[i].bits_, arena);
-  }
-  bits_.payload.elements = elements;
-  bits_.roomBits = RoomBits(room);
+  const size_t size = bits_.Size();
+  for (size_t i = 0; i < size; ++i) TreeNodes::Place(elements + i, Elements()[i].bits_, arena);
+  bits_ = TreeNodes::Elements(elements, size, RoomBits(room));
 }
 
 void BindingProperty::ReserveMembers(size_t room) {
@@ -205,56 +203,54 @@ void BindingProperty::ReserveMembers(size_t room) {
   Arena& arena = NeedArena();
   MemberNode* members = TreeNodes::TryAllocateMembers(arena, room);
   if (members == nullptr) throw std::bad_alloc();
-  for (size_t i = 0; i < bits_.size; ++i) {
-    const MemberNode& member = bits_.payload.members[i];
+  const size_t size = bits_.Size();
+  for (size_t i = 0; i < size; ++i) {
+    const MemberNode& member = Members()[i];
     TreeNodes::PlaceMember(members, i, room, member.value.bits_, *member.key, arena);
   }
-  bits_.payload.members = members;
-  bits_.roomBits = RoomBits(room);
+  bits_ = TreeNodes::Members(members, size, RoomBits(room));
 }
 
 BindingProperty& BindingProperty::TakeElement(size_t index) {
   if (kind() != BindingKind::kCollection) SetCollection();
-  if (index < bits_.size) return bits_.payload.elements[index];
+  const size_t size = bits_.Size();
+  if (index < size) return Elements()[index];
   if (index >= kMaxTreeValues) throw std::bad_alloc();
   Arena& arena = NeedArena();
-  arena.Count(index + 1 - bits_.size);
+  arena.Count(index + 1 - size);
   ReserveElements(index + 1);
-  for (; bits_.size <= index; ++bits_.size) {
-    TreeNodes::Place(bits_.payload.elements + bits_.size, Bits(), arena);
-  }
-  return bits_.payload.elements[index];
+  for (size_t i = size; i <= index; ++i) TreeNodes::Place(Elements() + i, Bits(), arena);
+  bits_ = TreeNodes::Elements(Elements(), index + 1, bits_.RoomBits());
+  return Elements()[index];
 }
 
 BindingProperty& BindingProperty::Append() {
-  return TakeElement(kind() == BindingKind::kCollection ? bits_.size : 0);
+  return TakeElement(kind() == BindingKind::kCollection ? bits_.Size() : 0);
 }
 
 BindingProperty& BindingProperty::TakeMember(std::string_view name) {
   if (kind() != BindingKind::kStructure) SetStructure();
-  MemberNode* members = bits_.payload.members;
-  const size_t room = TreeNodes::Room(bits_);
-  const size_t position = TreeNodes::FindPosition(members, bits_.size, room, name);
-  if (position < bits_.size) return members[position].value;
+  const size_t size = bits_.Size();
+  const size_t position = TreeNodes::FindPosition(Members(), size, TreeNodes::Room(bits_), name);
+  if (position < size) return Members()[position].value;
   Arena& arena = NeedArena();
   arena.Count(1);
   const MemberKey* key = TreeNodes::TryMakeKey(arena, name, SeededHash(name), /*isStored=*/false);
   if (key == nullptr) throw std::bad_alloc();
-  ReserveMembers(bits_.size + size_t{1});
-  members = bits_.payload.members;
-  TreeNodes::PlaceMember(members, position, TreeNodes::Room(bits_), Bits(), *key, arena);
-  ++bits_.size;
-  return members[position].value;
+  ReserveMembers(size + 1);
+  TreeNodes::PlaceMember(Members(), size, TreeNodes::Room(bits_), Bits(), *key, arena);
+  bits_ = TreeNodes::Members(Members(), size + 1, bits_.RoomBits());
+  return Members()[size].value;
 }
 
 size_t BindingProperty::Size() const {
   const bool isContainer = kind() == BindingKind::kCollection || kind() == BindingKind::kStructure;
-  return isContainer ? bits_.size : 0;
+  return isContainer ? bits_.Size() : 0;
 }
 
 const BindingProperty* BindingProperty::FindElement(size_t index) const {
-  if (kind() != BindingKind::kCollection || index >= bits_.size) return nullptr;
-  return &bits_.payload.elements[index];
+  if (kind() != BindingKind::kCollection || index >= bits_.Size()) return nullptr;
+  return &Elements()[index];
 }
 
 const BindingProperty* BindingProperty::FindMember(std::string_view name) const {
@@ -264,29 +260,30 @@ const BindingProperty* BindingProperty::FindMember(std::string_view name) const 
 
 const BindingProperty* BindingProperty::FindMember(std::string_view name, size_t* hint) const {
   if (kind() != BindingKind::kStructure) return nullptr;
-  const MemberNode* members = bits_.payload.members;
+  const MemberNode* members = Members();
+  const size_t size = bits_.Size();
   size_t position = *hint;
-  if (position >= bits_.size || members[position].key->Name() != name) {
-    position = TreeNodes::FindPosition(members, bits_.size, TreeNodes::Room(bits_), name);
-    if (position == bits_.size) return nullptr;
+  if (position >= size || !members[position].key->Is(name)) {
+    position = TreeNodes::FindPosition(members, size, TreeNodes::Room(bits_), name);
+    if (position == size) return nullptr;
   }
   *hint = position + 1;
   return &members[position].value;
 }
 
 const BindingProperty& BindingProperty::Element(size_t index) const {
-  assert(kind() == BindingKind::kCollection && index < bits_.size);
-  return bits_.payload.elements[index];
+  assert(kind() == BindingKind::kCollection && index < bits_.Size());
+  return Elements()[index];
 }
 
 const BindingProperty& BindingProperty::MemberValue(size_t index) const {
-  assert(kind() == BindingKind::kStructure && index < bits_.size);
-  return bits_.payload.members[index].value;
+  assert(kind() == BindingKind::kStructure && index < bits_.Size());
+  return Members()[index].value;
 }
 
 std::string_view BindingProperty::MemberName(size_t index) const {
-  assert(kind() == BindingKind::kStructure && index < bits_.size);
-  return bits_.payload.members[index].key->Name();
+  assert(kind() == BindingKind::kStructure && index < bits_.Size());
+  return Members()[index].key->Name();
 }
 
 }  // namespace Kest

@@ -2,6 +2,7 @@
 // collection, or a structure of named members.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -50,20 +51,18 @@ class BindingProperty {
   static BindingProperty Collection();
   static BindingProperty Structure();
 
-  BindingKind kind() const { return bits_.kind; }
-  bool IsEmpty() const { return bits_.kind == BindingKind::kEmpty; }
+  BindingKind kind() const { return bits_.Kind(); }
+  bool IsEmpty() const { return bits_.Kind() == BindingKind::kEmpty; }
 
   // REQUIRES: the kind that is asked for.
-  bool AsBool() const { return bits_.payload.boolean; }
-  int64_t AsSigned() const { return bits_.payload.signedNumber; }
-  uint64_t AsUnsigned() const { return bits_.payload.unsignedNumber; }
-  double AsFloat() const { return bits_.payload.number; }
-  std::string_view AsString() const { return {bits_.payload.chars, bits_.size}; }
-  std::span<const uint8_t> AsBlob() const {
-    return {reinterpret_cast<const uint8_t*>(bits_.payload.chars), bits_.size};
-  }
-  const TypeRecord& EnumType() const { return *bits_.payload.enumType; }
-  int32_t EnumValue() const { return static_cast<int32_t>(bits_.size); }
+  bool AsBool() const { return bits_.payload != 0; }
+  int64_t AsSigned() const { return static_cast<int64_t>(bits_.payload); }
+  uint64_t AsUnsigned() const { return bits_.payload; }
+  double AsFloat() const { return std::bit_cast<double>(bits_.payload); }
+  std::string_view AsString() const { return {bits_.Pointer<const char>(), bits_.Size()}; }
+  std::span<const uint8_t> AsBlob() const { return {bits_.Pointer<const uint8_t>(), bits_.Size()}; }
+  const TypeRecord& EnumType() const { return *bits_.Pointer<const TypeRecord>(); }
+  int32_t EnumValue() const { return static_cast<int32_t>(bits_.Size()); }
 
   // Each replaces what the value held. Setting an empty container empties a full one.
   void SetEmpty();
@@ -106,27 +105,28 @@ class BindingProperty {
  private:
   friend struct TreeNodes;
 
-  union Payload {
-    uint64_t unsignedNumber = 0;
-    int64_t signedNumber;
-    bool boolean;
-    double number;
-    const char* chars;
-    const TypeRecord* enumType;
-    BindingProperty* elements;
-    MemberNode* members;
-  };
-  // A value apart from the tree it belongs to.
+  // A value apart from the tree it belongs to: a number, or where its text or entries lie, and what
+  // it is. Two whole words, so that it travels in registers.
   struct Bits {
-    Payload payload;
-    uint32_t size = 0;  // bytes, elements or members; of an enumerator: its value
-    BindingKind kind = BindingKind::kEmpty;
-    uint8_t roomBits = 0;  // containers: room for 2^n entries when above 0, else for `size`
+    uint64_t payload = 0;
+    uint64_t shape = 0;  // from bit 0 on: size (32), kind (8), roomBits (8)
+
+    BindingKind Kind() const { return static_cast<BindingKind>((shape >> 32) & 0xff); }
+    // Bytes, elements or members; of an enumerator: its value.
+    uint32_t Size() const { return static_cast<uint32_t>(shape); }
+    // Containers: room for 2^n entries when above 0, else for Size().
+    uint8_t RoomBits() const { return static_cast<uint8_t>((shape >> 40) & 0xff); }
+    template <typename T>
+    T* Pointer() const {
+      return reinterpret_cast<T*>(static_cast<uintptr_t>(payload));
+    }
   };
   static constexpr uintptr_t kOwns = 1;
 
   bool IsNode() const { return arena_ != 0 && (arena_ & kOwns) == 0; }
   Arena* TreeArena() const { return reinterpret_cast<Arena*>(arena_ & ~kOwns); }
+  BindingProperty* Elements() const { return bits_.Pointer<BindingProperty>(); }
+  MemberNode* Members() const { return bits_.Pointer<MemberNode>(); }
   Arena& NeedArena();
   void Release() noexcept;
   void Replace(Bits bits);

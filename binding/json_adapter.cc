@@ -1,27 +1,19 @@
-// The only file of this folder that knows RapidJSON. Nothing of it but the event reader is used:
-// its own values compare and number badly.
-#if defined(__SSE2__)
-#define RAPIDJSON_SSE2
-#endif
-
+// RapidJSON is known to the json files of this folder alone. Nothing of it but the event reader is
+// used: its own values compare and number badly.
 #include "binding/json_adapter.h"
 
 #include <rapidjson/error/en.h>
-#include <rapidjson/reader.h>
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 
 #include "binding/json_handler.h"
+#include "binding/json_text_stream.h"
 #include "binding/tree_builder.h"
-#include "binding/utf8.h"
 
 namespace Kest {
 namespace {
-
-// Zeros behind the text: its end for the reader, and room for the blocks it loads whole.
-constexpr size_t kPadding = 32;
 
 // Enough for most small bodies.
 constexpr size_t kSmallTree = 512;
@@ -55,9 +47,9 @@ struct ReadFailure {
   size_t offset = 0;
 };
 
-template <unsigned flags>
-ReadFailure RunReader(char* text, size_t size, JsonHandler& handler) {
-  rapidjson::InsituStringStream stream(text);
+// Runs the reader over `stream`, which holds `size` bytes.
+template <unsigned flags, typename Stream>
+ReadFailure RunReader(Stream& stream, size_t size, JsonHandler& handler) {
   Reader reader;
   const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
   if (result.IsError()) {
@@ -73,26 +65,46 @@ ReadFailure RunReader(char* text, size_t size, JsonHandler& handler) {
   return {};
 }
 
-// Reads `text` into `builder`, whose memory keeps a copy in which the strings stay.
-ReadFailure ReadInto(TreeBuilder& builder, std::string_view text) {
-  char* copy = builder.TryReserveText(text.size() + kPadding);
-  if (copy == nullptr) return {builder.ErrorText(), 0};
+// Copies the text into the tree's memory, where its strings stay; null past the bound.
+char* TryCopyText(TreeBuilder& builder, std::string_view text) {
+  char* copy = builder.TryReserveText(text.size() + JsonTextStream::kPadding);
+  if (copy == nullptr) return nullptr;
   std::memcpy(copy, text.data(), text.size());
-  std::memset(copy + text.size(), 0, kPadding);
-  JsonHandler handler(builder, text.find("\\u") != std::string_view::npos);
-  // Checked at once, encodings cost little. Only where something is wrong, the reader's slow check
-  // says what comes first: that, or a fault of grammar.
-  if (IsValidUtf8(text)) return RunReader<kReadFlags>(copy, text.size(), handler);
-  return RunReader<kReadFlags | rapidjson::kParseValidateEncodingFlag>(copy, text.size(), handler);
+  std::memset(copy + text.size(), 0, JsonTextStream::kPadding);
+  return copy;
 }
 
-BindingProperty ReadChecked(ConversionContext& context, std::string_view text,
-                            size_t* errorOffset) {
+// Reads a text that is in order. False: something in it is not.
+bool TryReadFast(TreeBuilder& builder, std::string_view text) {
+  char* copy = TryCopyText(builder, text);
+  if (copy == nullptr) return false;
+  JsonHandler handler(builder, JsonHandler::Surrogates::kTrusted);
+  JsonTextStream stream(copy, text.size());
+  return RunReader<kReadFlags>(stream, text.size(), handler).text.empty() && !stream.IsSuspect();
+}
+
+// Reads any text with every check on, and so finds what is wrong first.
+ReadFailure ReadChecked(TreeBuilder& builder, std::string_view text) {
+  char* copy = TryCopyText(builder, text);
+  if (copy == nullptr) return {builder.ErrorText(), 0};
+  JsonHandler handler(builder, JsonHandler::Surrogates::kChecked);
+  rapidjson::InsituStringStream stream(copy);
+  return RunReader<kReadFlags | rapidjson::kParseValidateEncodingFlag>(stream, text.size(),
+                                                                       handler);
+}
+
+BindingProperty ReadDocument(ConversionContext& context, std::string_view text,
+                             size_t* errorOffset) {
   const bool isMarked = text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
   const std::string_view document = text.substr(isMarked ? kByteOrderMark.size() : 0);
   // Nodes take about as much room as the text.
-  TreeBuilder builder(2 * document.size() + kSmallTree);
-  const ReadFailure failure = ReadInto(builder, document);
+  const size_t expectedBytes = 2 * document.size() + kSmallTree;
+  {
+    TreeBuilder builder(expectedBytes);
+    if (TryReadFast(builder, document)) return builder.Take();
+  }
+  TreeBuilder builder(expectedBytes);
+  const ReadFailure failure = ReadChecked(builder, document);
   if (failure.text.empty()) return builder.Take();
   context.Fail(failure.text);
   if (errorOffset != nullptr) *errorOffset = failure.offset + (text.size() - document.size());
@@ -108,7 +120,7 @@ BindingProperty ReadJson(ConversionContext& context, std::string_view text, size
     return {};
   }
   try {
-    return ReadChecked(context, text, errorOffset);
+    return ReadDocument(context, text, errorOffset);
   } catch (const std::bad_alloc&) {
     context.Fail("Out of memory");
     return {};

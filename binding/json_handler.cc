@@ -8,17 +8,16 @@
 namespace Kest {
 namespace {
 
-// The digits' value, unless it needs more than 64 bits.
-bool TryParseDigits(std::string_view digits, uint64_t* value) {
+// The value of a text of digits alone; false when it holds anything else or needs more than 64
+// bits.
+bool TryParseDigits(std::string_view text, uint64_t* value) {
   constexpr size_t kAlwaysFits = 19;
-  if (digits.size() > kAlwaysFits + 1) return false;
+  if (text.size() > kAlwaysFits + 1) return false;
   uint64_t number = 0;
-  for (const char c : digits.substr(0, kAlwaysFits)) {
-    number = number * 10 + static_cast<uint64_t>(c - '0');
-  }
-  if (digits.size() > kAlwaysFits) {
-    const auto digit = static_cast<uint64_t>(digits.back() - '0');
-    if (number > (UINT64_MAX - digit) / 10) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto digit = static_cast<uint64_t>(static_cast<uint8_t>(text[i] - '0'));
+    if (digit > 9) return false;
+    if (i == kAlwaysFits && number > (UINT64_MAX - digit) / 10) return false;
     number = number * 10 + digit;
   }
   *value = number;
@@ -31,13 +30,11 @@ bool TryParseDigits(std::string_view digits, uint64_t* value) {
 bool JsonHandler::RawNumber(const char* chars, uint32_t size, bool) {
   const std::string_view text(chars, size);
   const bool isNegative = text.front() == '-';
-  if (text.find_first_of(".eE") == std::string_view::npos) {
-    uint64_t magnitude = 0;
-    if (TryParseDigits(text.substr(isNegative ? 1 : 0), &magnitude)) {
-      if (!isNegative) return Check(builder_.Unsigned(magnitude));
-      if (magnitude <= uint64_t{1} << 63) {
-        return Check(builder_.Signed(static_cast<int64_t>(0 - magnitude)));
-      }
+  uint64_t magnitude = 0;
+  if (TryParseDigits(text.substr(isNegative ? 1 : 0), &magnitude)) {
+    if (!isNegative) return Check(builder_.Unsigned(magnitude));
+    if (magnitude <= uint64_t{1} << 63) {
+      return Check(builder_.Signed(static_cast<int64_t>(0 - magnitude)));
     }
   }
   double value = 0;
@@ -49,8 +46,8 @@ bool JsonHandler::RawNumber(const char* chars, uint32_t size, bool) {
   return Check(builder_.Float(value));
 }
 
-bool JsonHandler::CheckText(std::string_view text) {
-  if (!checksSurrogates_ || IsValidUtf8(text)) return true;
+bool JsonHandler::CheckSurrogates(std::string_view text) {
+  if (IsValidUtf8(text)) return true;
   failure_ = "The surrogate pair in string is invalid.";
   return false;
 }

@@ -12,10 +12,11 @@ namespace Kest {
 // memory and stay there. A call that answers false ends the reading; `failure` says why.
 class JsonHandler {
  public:
-  // `checksSurrogates`: the text has escapes that could make half a surrogate pair, which the
-  // reader lets pass.
-  JsonHandler(TreeBuilder& builder, bool checksSurrogates)
-      : builder_(builder), checksSurrogates_(checksSurrogates) {}
+  // Escapes can make half a surrogate pair, which the reader lets pass: does anyone else look?
+  enum class Surrogates { kTrusted, kChecked };
+
+  JsonHandler(TreeBuilder& builder, Surrogates surrogates)
+      : builder_(builder), surrogates_(surrogates) {}
 
   bool Null() { return Check(builder_.Null()); }
   bool Bool(bool value) { return Check(builder_.Bool(value)); }
@@ -46,10 +47,13 @@ class JsonHandler {
     if (!isDone) failure_ = builder_.ErrorText();
     return isDone;
   }
-  bool CheckText(std::string_view text);
+  bool CheckText(std::string_view text) {
+    return surrogates_ == Surrogates::kTrusted || CheckSurrogates(text);
+  }
+  bool CheckSurrogates(std::string_view text);
 
   TreeBuilder& builder_;
-  bool checksSurrogates_;
+  Surrogates surrogates_;
   std::string_view failure_;
 };
 

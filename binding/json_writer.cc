@@ -9,6 +9,7 @@
 #include "binding/json_float.h"
 #include "binding/type_record.h"
 #include "binding/utf8.h"
+#include "binding/word_scan.h"
 #include "log/logger.h"
 
 namespace Kest {
@@ -16,20 +17,25 @@ namespace {
 
 constexpr size_t kMaxInteger = 20;
 constexpr size_t kMaxEscape = 6;
+constexpr size_t kWordSlack = 8;  // what CopyPlain writes too much, and the closing quote
 constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 
-// Whether every byte stands for itself inside quotes: printable ASCII but '"' and '\'. A byte
-// counts as unfit when its high bit is set, when it is below 0x20, or when it equals one of the
-// two: the subtractions borrow into the high bit then.
-bool IsPlainWord(uint64_t word) {
-  const uint64_t quotes = word ^ (kEachByte * '"');
-  const uint64_t slashes = word ^ (kEachByte * '\\');
-  const uint64_t unfit = (word - kEachByte * 0x20) | (quotes - kEachByte) | (slashes - kEachByte);
-  return ((unfit | word) & kHighBits) == 0;
-}
-
-bool IsPlain(char c) {
-  return static_cast<uint8_t>(c) >= 0x20 && static_cast<uint8_t>(c) < 0x80 && c != '"' && c != '\\';
+// Copies bytes that stand for themselves up to the first that does not; answers how many. Up to
+// seven bytes of no meaning are written behind them.
+size_t CopyPlain(std::string_view text, char* to) {
+  const char* from = text.data();
+  const size_t size = text.size();
+  size_t done = 0;
+  for (; done + 8 <= size; done += 8) {
+    const uint64_t word = LoadWord(from + done);
+    std::memcpy(to + done, &word, 8);
+    if (const uint64_t marks = MarkSpecial(word)) return done + FirstMarked(marks);
+  }
+  if (done == size) return size;
+  const uint64_t word = LoadPartialWord(from + done, size - done);
+  std::memcpy(to + done, &word, 8);
+  const uint64_t marks = MarkSpecial(word);
+  return marks != 0 ? done + FirstMarked(marks) : size;
 }
 
 // The letter behind the backslash, or 'u'.
@@ -75,12 +81,6 @@ inline char* JsonWriter::BeginValue(size_t bytes) {
   }
   needsComma_ = true;
   return to;
-}
-
-inline void JsonWriter::Punctuate(char mark, bool needsComma) {
-  *Room(1) = mark;
-  ++used_;
-  needsComma_ = needsComma;
 }
 
 bool JsonWriter::Null() {
@@ -140,80 +140,94 @@ bool JsonWriter::Enum(const TypeRecord& type, int32_t value) {
   return named != nullptr ? String(named->name) : Number(value);
 }
 
+inline void JsonWriter::Open(char bracket) {
+  *BeginValue(1) = bracket;
+  ++used_;
+  needsComma_ = false;
+}
+
+inline void JsonWriter::Close(char bracket) {
+  *Room(1) = bracket;
+  ++used_;
+  needsComma_ = true;
+}
+
 bool JsonWriter::BeginStructure(size_t) {
-  BeginValue(0);
-  Punctuate('{', false);
+  Open('{');
   return true;
 }
 
 bool JsonWriter::Member(std::string_view name) {
   BeginValue(0);
   Quote(name);
-  Punctuate(':', false);
+  *Room(1) = ':';
+  ++used_;
+  needsComma_ = false;
   return true;
 }
 
 bool JsonWriter::EndStructure() {
-  Punctuate('}', true);
+  Close('}');
   return true;
 }
 
 bool JsonWriter::BeginCollection(size_t) {
-  BeginValue(0);
-  Punctuate('[', false);
+  Open('[');
   return true;
 }
 
 bool JsonWriter::EndCollection() {
-  Punctuate(']', true);
+  Close(']');
   return true;
 }
 
-void JsonWriter::Quote(std::string_view text) {
-  *Room(1) = '"';
+inline void JsonWriter::Quote(std::string_view text) {
+  char* to = Room(1);
+  *to = '"';
   ++used_;
-  while (true) {
-    text.remove_prefix(CopyPlain(text));
-    if (text.empty()) break;
-    text.remove_prefix(Escape(text));
+  if (text.size() <= kBlockBytes / 2) {
+    to = Room(text.size() + kWordSlack);
+    const size_t plain = CopyPlain(text, to);
+    used_ += plain;
+    if (plain == text.size()) {
+      to[plain] = '"';
+      ++used_;
+      return;
+    }
+    text.remove_prefix(plain);
+  }
+  QuoteRest(text);
+}
+
+// Writes the rest of a text, part by part, and its closing quote.
+void JsonWriter::QuoteRest(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view part = text.substr(0, kBlockBytes / 2);
+    const size_t plain = CopyPlain(part, Room(part.size() + kWordSlack));
+    used_ += plain;
+    text.remove_prefix(plain);
+    if (plain < part.size()) Escape(&text);
   }
   *Room(1) = '"';
   ++used_;
 }
 
-// Copies up to the first byte that must not stand for itself, or until the block is full; answers
-// how many bytes that were.
-size_t JsonWriter::CopyPlain(std::string_view text) {
-  char* const start = Room(64);
-  const size_t most = std::min(text.size(), kBlockBytes - used_);
-  const char* at = text.data();
-  const char* const end = at + most;
-  char* to = start;
-  for (; end - at >= 8; at += 8, to += 8) {
-    const uint64_t word = LoadWord(at);
-    if (!IsPlainWord(word)) break;
-    std::memcpy(to, &word, 8);
-  }
-  while (at != end && IsPlain(*at)) *to++ = *at++;
-  used_ += static_cast<size_t>(to - start);
-  return static_cast<size_t>(at - text.data());
-}
-
-// Writes one character: escaped, as its UTF-8 bytes, or as the replacement of a byte that is none.
-// Answers how many bytes of `text` it took.
-size_t JsonWriter::Escape(std::string_view text) {
+// Writes the character at the front of `*text`, which is not plain, and takes it off: escaped, as
+// its UTF-8 bytes, or as the replacement of a byte that is none.
+void JsonWriter::Escape(std::string_view* text) {
   constexpr char kHexDigits[] = "0123456789ABCDEF";
   char* const to = Room(kMaxEscape);
-  const char c = text[0];
-  if (IsPlain(c)) return 0;
+  const char c = text->front();
   if (static_cast<uint8_t>(c) >= 0x80) {
-    const size_t size = Utf8CharacterSize(text);
-    const std::string_view shown = size > 0 ? text.substr(0, size) : kReplacement;
+    const size_t size = Utf8CharacterSize(*text);
+    const std::string_view shown = size > 0 ? text->substr(0, size) : kReplacement;
     std::memcpy(to, shown.data(), shown.size());
     used_ += shown.size();
     if (size == 0) ++replacedBytes_;
-    return std::max<size_t>(size, 1);
+    text->remove_prefix(std::max<size_t>(size, 1));
+    return;
   }
+  text->remove_prefix(1);
   to[0] = '\\';
   to[1] = EscapeLetter(c);
   used_ += 2;
@@ -223,7 +237,6 @@ size_t JsonWriter::Escape(std::string_view text) {
     to[5] = kHexDigits[c & 15];
     used_ += 4;
   }
-  return 1;
 }
 
 void JsonWriter::Finish(const ConversionContext& context) {

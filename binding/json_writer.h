@@ -52,10 +52,11 @@ class JsonWriter final : public ValueWriter {
   char* BeginValue(size_t bytes);
   template <typename Integer>
   bool Number(Integer value);
-  void Punctuate(char mark, bool needsComma);
+  void Open(char bracket);
+  void Close(char bracket);
   void Quote(std::string_view text);
-  size_t CopyPlain(std::string_view text);
-  size_t Escape(std::string_view text);
+  void QuoteRest(std::string_view text);
+  void Escape(std::string_view* text);
 
   static constexpr size_t kBlockBytes = 8192;
   std::string* out_;

@@ -9,7 +9,7 @@ namespace Kest {
 bool KeyTable::TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
   if (!entries_.empty()) {
     const uint32_t guess = entries_[previous_].successor;
-    if (entries_[guess].key->Name() == name) {
+    if (entries_[guess].key->Is(name)) {
       *number = previous_ = guess;
       return true;
     }
@@ -27,7 +27,7 @@ bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint3
   uint32_t slot = hash & mask;
   for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
     const MemberKey& key = *entries_[slots_[slot] - 1].key;
-    if (key.hash == hash && key.Name() == name) {
+    if (key.hash == hash && key.Is(name)) {
       *number = slots_[slot] - 1;
       return true;
     }
@@ -42,6 +42,7 @@ bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint3
 
 void KeyTable::Grow() {
   constexpr size_t kFirstSlots = 64;
+  if (slots_.empty()) entries_.reserve(kFirstSlots / 2);
   slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), 0);
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
   for (uint32_t number = 0; number < entries_.size(); ++number) {

@@ -4,6 +4,12 @@
 #include <utility>
 
 namespace Kest {
+namespace {
+
+constexpr size_t kFirstChildren = 32;
+constexpr size_t kFirstDepth = 16;
+
+}  // namespace
 
 TreeBuilder::TreeBuilder(size_t expectedBytes)
     : arena_(Arena::Create(expectedBytes)), ownsArena_(true) {}
@@ -12,12 +18,6 @@ TreeBuilder::TreeBuilder(Arena& arena) : arena_(&arena), ownsArena_(false) {}
 
 TreeBuilder::~TreeBuilder() {
   if (ownsArena_) Arena::Destroy(arena_);
-}
-
-bool TreeBuilder::Add(const TreeNodes::Bits& bits) {
-  if (!arena_->TryCount(1)) return false;
-  children_.push_back({bits, key_});
-  return true;
 }
 
 bool TreeBuilder::String(std::string_view text) {
@@ -37,16 +37,21 @@ bool TreeBuilder::SetKey(std::string_view name, bool isStored) {
 
 bool TreeBuilder::Begin() {
   if (!arena_->TryCount(1)) return false;
-  open_.push_back({static_cast<uint32_t>(children_.size()), key_});
+  if (children_.capacity() == 0) {
+    children_.reserve(kFirstChildren);
+    open_.reserve(kFirstDepth);
+  }
+  open_.emplace_back(children_.size(), key_);
   return true;
 }
 
 // Replaces the children of the innermost container by the container.
-void TreeBuilder::End(const TreeNodes::Bits& bits) {
-  const Container container = open_.back();
+void TreeBuilder::End(TreeNodes::Bits bits) {
+  const size_t first = open_.back().first;
+  const auto key = static_cast<uint32_t>(open_.back().key);
   open_.pop_back();
-  children_.resize(container.first);
-  children_.push_back({bits, container.key});
+  children_.resize(first);
+  children_.emplace_back(bits, key);
 }
 
 bool TreeBuilder::EndCollection() {

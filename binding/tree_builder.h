@@ -61,13 +61,17 @@ class TreeBuilder final : public ValueWriter {
     uint32_t key;  // in keys_; of an element: any
   };
   struct Container {
-    uint32_t first;  // of its children in children_
-    uint32_t key;    // its own name
+    size_t first;  // of its children in children_
+    size_t key;    // its own name
   };
 
-  bool Add(const TreeNodes::Bits& bits);
+  bool Add(TreeNodes::Bits bits) {
+    if (!arena_->TryCount(1)) return false;
+    children_.emplace_back(bits, key_);
+    return true;
+  }
   bool Begin();
-  void End(const TreeNodes::Bits& bits);
+  void End(TreeNodes::Bits bits);
   bool SetKey(std::string_view name, bool isStored);
   size_t MergeRepeatedMembers(size_t first);
 

@@ -54,7 +54,7 @@ size_t TreeNodes::FindPosition(const MemberNode* members, size_t count, size_t r
                                std::string_view name) {
   if (room <= kLinearMembers) {
     size_t position = 0;
-    while (position < count && members[position].key->Name() != name) ++position;
+    while (position < count && !members[position].key->Is(name)) ++position;
     return position;
   }
   const MemberIndex& index = IndexOf(members);
@@ -62,7 +62,7 @@ size_t TreeNodes::FindPosition(const MemberNode* members, size_t count, size_t r
   for (uint32_t slot = hash & index.mask; index.slots[slot] != 0; slot = (slot + 1) & index.mask) {
     const size_t position = index.slots[slot] - 1;
     const MemberKey& key = *members[position].key;
-    if (key.hash == hash && key.Name() == name) return position;
+    if (key.hash == hash && key.Is(name)) return position;
   }
   return count;
 }

@@ -4,6 +4,7 @@
 // kLinearMembers has an index in front of the array; smaller ones are searched from end to end.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -11,6 +12,7 @@
 
 #include "binding/arena.h"
 #include "binding/binding_property.h"
+#include "binding/word_scan.h"
 
 namespace Kest {
 
@@ -21,6 +23,9 @@ struct MemberKey {
   uint32_t hash;  // SeededHash of the name
 
   std::string_view Name() const { return {chars, size}; }
+  bool Is(std::string_view name) const {
+    return name.size() == size && EqualBytes(name.data(), chars, size);
+  }
 };
 
 struct MemberNode {
@@ -33,58 +38,37 @@ inline constexpr size_t kLinearMembers = 16;
 struct TreeNodes {
   using Bits = BindingProperty::Bits;
 
-  static const Bits& BitsOf(const BindingProperty& node) { return node.bits_; }
-
   // The bits of each kind. Texts and entries must be stored in the tree's arena.
-  static Bits Bool(bool value) {
-    Bits bits = Of(BindingKind::kBool);
-    bits.payload.boolean = value;
-    return bits;
-  }
+  static Bits Bool(bool value) { return Of(BindingKind::kBool, value); }
   static Bits Signed(int64_t value) {
-    Bits bits = Of(BindingKind::kSigned);
-    bits.payload.signedNumber = value;
-    return bits;
+    return Of(BindingKind::kSigned, static_cast<uint64_t>(value));
   }
-  static Bits Unsigned(uint64_t value) {
-    Bits bits = Of(BindingKind::kUnsigned);
-    bits.payload.unsignedNumber = value;
-    return bits;
-  }
+  static Bits Unsigned(uint64_t value) { return Of(BindingKind::kUnsigned, value); }
   static Bits Float(double value) {
-    Bits bits = Of(BindingKind::kFloat);
-    bits.payload.number = value;
-    return bits;
+    return Of(BindingKind::kFloat, std::bit_cast<uint64_t>(value));
   }
   static Bits Text(BindingKind kind, std::string_view text) {
-    Bits bits = Of(kind, text.size());
-    bits.payload.chars = text.data();
-    return bits;
+    return Of(kind, Address(text.data()), text.size());
   }
   static Bits Enum(const TypeRecord& type, int32_t value) {
-    Bits bits = Of(BindingKind::kEnum, static_cast<uint32_t>(value));
-    bits.payload.enumType = &type;
-    return bits;
+    return Of(BindingKind::kEnum, Address(&type), static_cast<uint32_t>(value));
   }
-  static Bits Elements(BindingProperty* elements, size_t size) {
-    Bits bits = Of(BindingKind::kCollection, size);
-    bits.payload.elements = elements;
-    return bits;
+  // `roomBits` 0: room for exactly these.
+  static Bits Elements(const BindingProperty* elements, size_t size, size_t roomBits = 0) {
+    return Of(BindingKind::kCollection, Address(elements), size, roomBits);
   }
-  static Bits Members(MemberNode* members, size_t size) {
-    Bits bits = Of(BindingKind::kStructure, size);
-    bits.payload.members = members;
-    return bits;
+  static Bits Members(const MemberNode* members, size_t size, size_t roomBits = 0) {
+    return Of(BindingKind::kStructure, Address(members), size, roomBits);
   }
 
   // Makes a node of a tree at `at`. Nodes are never destroyed: they own nothing.
-  static void Place(BindingProperty* at, const Bits& bits, Arena& arena) {
+  static void Place(BindingProperty* at, Bits bits, Arena& arena) {
     auto* node = new (at) BindingProperty();
     node->bits_ = bits;
     node->arena_ = reinterpret_cast<uintptr_t>(&arena);
   }
   // A root that owns the arena.
-  static BindingProperty Root(const Bits& bits, Arena* arena) {
+  static BindingProperty Root(Bits bits, Arena* arena) {
     BindingProperty root;
     root.bits_ = bits;
     root.arena_ = reinterpret_cast<uintptr_t>(arena) | BindingProperty::kOwns;
@@ -92,8 +76,8 @@ struct TreeNodes {
   }
 
   // Entries the array of a container has room for.
-  static size_t Room(const Bits& bits) {
-    return bits.roomBits == 0 ? bits.size : size_t{1} << bits.roomBits;
+  static size_t Room(Bits bits) {
+    return bits.RoomBits() == 0 ? bits.Size() : size_t{1} << bits.RoomBits();
   }
 
   // A key for `name`, copied unless `isStored` says the arena keeps it; null past the arena's
@@ -104,7 +88,7 @@ struct TreeNodes {
   static MemberNode* TryAllocateMembers(Arena& arena, size_t room);
   // Makes member `position` of an array with that room, and enters it into the index.
   // REQUIRES: `key` is stored in the arena and names no other member of the array.
-  static void PlaceMember(MemberNode* members, size_t position, size_t room, const Bits& bits,
+  static void PlaceMember(MemberNode* members, size_t position, size_t room, Bits bits,
                           const MemberKey& key, Arena& arena) {
     Place(&members[position].value, bits, arena);
     members[position].key = &key;
@@ -115,12 +99,10 @@ struct TreeNodes {
                              std::string_view name);
 
  private:
-  static Bits Of(BindingKind kind, size_t size = 0) {
-    Bits bits;
-    bits.kind = kind;
-    bits.size = static_cast<uint32_t>(size);
-    return bits;
+  static Bits Of(BindingKind kind, uint64_t payload, uint64_t size = 0, uint64_t roomBits = 0) {
+    return {payload, size | static_cast<uint64_t>(kind) << 32 | roomBits << 40};
   }
+  static uint64_t Address(const void* memory) { return reinterpret_cast<uintptr_t>(memory); }
   static void Enter(MemberNode* members, size_t position, const MemberKey& key);
 };
 

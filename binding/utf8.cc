@@ -1,5 +1,7 @@
 #include "binding/utf8.h"
 
+#include "binding/word_scan.h"
+
 namespace Kest {
 namespace {
 
@@ -30,13 +32,13 @@ bool IsValidUtf8(std::string_view text) {
   const char* at = text.data();
   const char* end = at + text.size();
   while (at != end) {
-    if (end - at >= 16 && ((LoadWord(at) | LoadWord(at + 8)) & kHighBits) == 0) {
-      at += 16;
-      continue;
+    while (end - at >= 16 && ((LoadWord(at) | LoadWord(at + 8)) & kHighBits) == 0) at += 16;
+    while (at != end && static_cast<uint8_t>(*at) < 0x80) ++at;
+    while (at != end && static_cast<uint8_t>(*at) >= 0x80) {
+      const size_t size = Utf8CharacterSize({at, static_cast<size_t>(end - at)});
+      if (size == 0) return false;
+      at += size;
     }
-    const size_t size = Utf8CharacterSize({at, static_cast<size_t>(end - at)});
-    if (size == 0) return false;
-    at += size;
   }
   return true;
 }
