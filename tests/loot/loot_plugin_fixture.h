@@ -52,11 +52,10 @@ class LootPluginTest : public ::testing::Test {
               R"({"lastUpdate":9,"queryToLootNames":{}},"playerLoot":)" + playerLoot_ + "}",
           retrievalError_};
     });
-    host_.OnService("loot", "craftPlayerLootWithRefId",
-                    [this](const std::string&) { return result_; });
-    host_.OnService("loot", "redeemPlayerLoot", [this](const std::string&) { return result_; });
-    host_.OnService("loot", "checkAndGrantNewPlayerChest",
-                    [this](const std::string&) { return result_; });
+    for (const char* method :
+         {"craftPlayerLootWithRefId", "redeemPlayerLoot", "checkAndGrantNewPlayerChest"}) {
+      host_.OnService("loot", method, [this](const std::string&) { return result_; });
+    }
   }
 
   void StartPlugin() {
@@ -77,10 +76,15 @@ class LootPluginTest : public ::testing::Test {
     Config("Enabled", "true");
     Config("PxhEnabled", "true");
   }
+  void Remove(const std::string& path) {
+    host_.RemoveResource(path);
+    host_.RunUntilIdle();
+  }
   void Login(uint64_t summonerId) {
     host_.Login(summonerId);
     host_.RunUntilIdle();
   }
+  void Logout() { Remove("/tav-login/v1/session"); }
   // Starts, enables, and reads the loot for the first time; what that published is forgotten.
   void StartWithLoot(const std::string& playerLoot) {
     playerLoot_ = playerLoot;

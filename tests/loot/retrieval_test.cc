@@ -42,10 +42,8 @@ TEST_F(RetrievalTest, TheFirstReadersRetrieveUntilOneSucceeds) {
   EXPECT_EQ(host_.Get(kLootMap).body, R"({"version":0,"playerLoot":{}})") << "disabled";
   Enable();
   retrievalError_ = "down";
-  const char* const kReads[] = {"v1/player-loot",     "v1/player-loot-map",
-                                "v2/player-loot-map", "v1/player-loot/x",
-                                "v1/loot-items",      "v1/player-display-categories"};
-  for (const char* read : kReads) {
+  for (const char* read : {"v1/player-loot", "v1/player-loot-map", "v2/player-loot-map",
+                           "v1/player-loot/x", "v1/loot-items", "v1/player-display-categories"}) {
     EXPECT_EQ(host_.Get(std::string("/tav-loot/") + read).status, 500) << read;
   }
   EXPECT_EQ(Retrievals(), 6u);
@@ -59,16 +57,19 @@ TEST_F(RetrievalTest, TheFirstReadersRetrieveUntilOneSucceeds) {
   EXPECT_EQ(Retrievals(), 7u) << "nothing is pending any more";
 }
 
-TEST_F(RetrievalTest, SixReadersAtOnceGetTheSameInventory) {
-  playerLoot_ = R"([{"lootName":"ODD","count":1}])";
+TEST_F(RetrievalTest, SixReadersAtOnceGetTheSameInventoryWithoutInvalidRecords) {
+  playerLoot_ = R"([{"lootName":"NOBODY","count":1},{"lootName":"TOKEN_6","refId":"1x","count":1},
+                    {"lootName":"TOKEN_6","refId":"12","count":3}])";
   StartPlugin();
   Enable();
   std::vector<std::shared_ptr<const FakeHost::Reply>> replies;
-  for (int i = 0; i < 6; ++i)
-    replies.push_back(host_.StartRequest("GET", "/tav-loot/v1/player-loot/ODD"));
+  for (int i = 0; i < 6; ++i) replies.push_back(host_.StartRequest("GET", kLootMap));
   host_.RunUntilIdle();
-  for (const auto& reply : replies) EXPECT_EQ(reply->status, 200);
-  EXPECT_EQ(host_.Published("/tav-loot/v1/player-loot/ODD").size(), 1u);
+  for (const auto& reply : replies) {
+    EXPECT_EQ(Parse<Api::PlayerLootMap>(reply->body).playerLoot.size(), 1u);
+  }
+  EXPECT_EQ(host_.CountLines("is not valid - ignoring"), 12u);
+  EXPECT_EQ(host_.Published("/tav-loot/v1/player-loot/TOKEN_6-12").size(), 1u);
 }
 
 TEST_F(RetrievalTest, DefinitionsOfTheHeldVersionAreLeftAlone) {
@@ -81,14 +82,6 @@ TEST_F(RetrievalTest, DefinitionsOfTheHeldVersionAreLeftAlone) {
   EXPECT_EQ(Refresh("?force=true"), R"("SUCCESS")");
   EXPECT_THAT(host_.Published("/tav-loot/v1/player-display-categories"),
               ElementsAre(R"(["OTHER"])"));
-}
-
-TEST_F(RetrievalTest, RecordsWithoutValidDefinitionAreLeftOut) {
-  StartWithLoot(R"([{"lootName":"NOBODY","count":1},{"lootName":"TOKEN_6","refId":"1x","count":1},
-                    {"lootName":"TOKEN_6","refId":"12","count":3}])");
-  EXPECT_EQ(Parse<Api::PlayerLootMap>(host_.Get(kLootMap).body).playerLoot.size(), 1u);
-  EXPECT_EQ(Item("TOKEN_6-12").count, 3);
-  EXPECT_EQ(host_.CountLines("is not valid - ignoring"), 2u);
 }
 
 TEST_F(RetrievalTest, TheConfigurationIsAnsweredFromWhatIsHeldAndPublishedWhenItDiffers) {
@@ -122,18 +115,22 @@ class NewPlayerChestTest : public LootPluginTest {
 TEST_F(NewPlayerChestTest, IsAskedForOnceAtTheConfiguredLevel) {
   result_.payload = R"({"status":"OK","added":[{"lootName":"CHEST_plain","count":1}]})";
   StartPlugin();
-  Enable();
-  Config("NewPlayerChestEnabled", "true");
-  Config("MinSummonerLevel", "10");
-  Set("/tav-summoner/v1/current-summoner", R"({"summonerLevel":9})");
-  EXPECT_EQ(Checks(), 0u);
-  Set("/tav-summoner/v1/current-summoner", R"({"summonerLevel":10})");
-  EXPECT_EQ(Checks(), 1u);
+  const std::string done = "/tav-loot/v1/new-player-check-done/";
+  const std::pair<const char*, const char*> kConditions[] = {{"Enabled", "true"},
+                                                             {"PxhEnabled", "true"},
+                                                             {"NewPlayerChestEnabled", "true"},
+                                                             {"MinSummonerLevel", "10"}};
+  for (const auto& [name, value] : kConditions) {
+    EXPECT_EQ(host_.Post(done + "false").body, R"("NOT_DONE")") << "without " << name;
+    Config(name, value);
+  }
+  const std::pair<const char*, size_t> kLevels[] = {{"9", 0}, {"10", 1}, {"11", 1}};
+  for (const auto& [level, checks] : kLevels) {
+    Set("/tav-summoner/v1/current-summoner", R"({"summonerLevel":)" + std::string(level) + "}");
+    EXPECT_EQ(Checks(), checks) << level;
+  }
   EXPECT_EQ(Retrievals(), 1u) << "the chest was added";
   EXPECT_EQ(host_.Get("/tav-loot/v1/new-player-check-done").body, "true");
-  Set("/tav-summoner/v1/current-summoner", R"({"summonerLevel":11})");
-  EXPECT_EQ(Checks(), 1u);
-  const std::string done = "/tav-loot/v1/new-player-check-done/";
   EXPECT_EQ(host_.Post(done + "true").body, R"("NOT_DONE")");
   EXPECT_EQ(host_.Post(done + "false").body, R"("NOT_DONE")") << "level 11";
   Set("/tav-login/v1/login-data-packet",
