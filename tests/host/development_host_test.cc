@@ -181,8 +181,8 @@ TEST(DevelopmentHost, SaysWhyItCannotStart) {
        {.pluginPath = ECHO_PLUGIN, .worldPath = "/no/such.json", .port = 0},
        "Cannot read the world /no/such.json: "},
       {"a broken world",
-       {.pluginPath = ECHO_PLUGIN, .worldPath = __FILE__, .port = 0},
-       __FILE__ ":1:1: "},
+       {.pluginPath = ECHO_PLUGIN, .worldPath = ECHO_PLUGIN, .port = 0},
+       ECHO_PLUGIN ":1:1: "},
       {"no address",
        {.pluginPath = ECHO_PLUGIN, .worldPath = "", .address = "nowhere", .port = 0},
        "Cannot listen on nowhere:0: "}};
