@@ -1,4 +1,4 @@
-// The peer gets the instructions our reader uses.
+// The peer at its best.
 #if defined(__SSE2__)
 #define RAPIDJSON_SSE2
 #endif

@@ -78,7 +78,7 @@ char* TryCopyText(TreeBuilder& builder, std::string_view text) {
 bool TryReadFast(TreeBuilder& builder, std::string_view text) {
   char* copy = TryCopyText(builder, text);
   if (copy == nullptr) return false;
-  JsonHandler handler(builder, JsonHandler::Surrogates::kTrusted);
+  JsonHandler handler(builder, JsonHandler::Pass::kFast);
   JsonTextStream stream(copy, text.size());
   return RunReader<kReadFlags>(stream, text.size(), handler).text.empty() && !stream.IsSuspect();
 }
@@ -87,7 +87,7 @@ bool TryReadFast(TreeBuilder& builder, std::string_view text) {
 ReadFailure ReadChecked(TreeBuilder& builder, std::string_view text) {
   char* copy = TryCopyText(builder, text);
   if (copy == nullptr) return {builder.ErrorText(), 0};
-  JsonHandler handler(builder, JsonHandler::Surrogates::kChecked);
+  JsonHandler handler(builder, JsonHandler::Pass::kChecked);
   rapidjson::InsituStringStream stream(copy);
   return RunReader<kReadFlags | rapidjson::kParseValidateEncodingFlag>(stream, text.size(),
                                                                        handler);

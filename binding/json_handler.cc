@@ -1,5 +1,6 @@
 #include "binding/json_handler.h"
 
+#include <cassert>
 #include <cmath>
 
 #include "binding/number_text.h"
@@ -28,7 +29,7 @@ bool TryParseDigits(std::string_view text, uint64_t* value) {
 
 // The reader has checked the grammar; the number stays where it was.
 bool JsonHandler::RawNumber(const char* chars, uint32_t size, bool) {
-  const std::string_view text(chars, size);
+  const std::string_view text(pass_ == Pass::kFast ? chars - size : chars, size);
   const bool isNegative = text.front() == '-';
   uint64_t magnitude = 0;
   if (TryParseDigits(text.substr(isNegative ? 1 : 0), &magnitude)) {
@@ -38,7 +39,9 @@ bool JsonHandler::RawNumber(const char* chars, uint32_t size, bool) {
     }
   }
   double value = 0;
-  ParseDecimal(text, &value);
+  const size_t length = ParseDecimal(text, &value);
+  assert(length == size);
+  static_cast<void>(length);
   if (!std::isfinite(value)) {
     failure_ = "Number too big to be stored in double.";
     return false;

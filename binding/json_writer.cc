@@ -17,7 +17,8 @@ namespace {
 
 constexpr size_t kMaxInteger = 20;
 constexpr size_t kMaxEscape = 6;
-constexpr size_t kWordSlack = 8;  // what CopyPlain writes too much, and the closing quote
+// Two quotes, a colon, and the seven bytes that CopyPlain may write too much.
+constexpr size_t kQuoteSlack = 10;
 constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 
 // Copies bytes that stand for themselves up to the first that does not; answers how many. Up to
@@ -61,45 +62,43 @@ char EscapeLetter(char c) {
 
 }  // namespace
 
-// Space for `bytes` more, which the caller adds to used_ as far as it is filled.
+// Space for `bytes` more. Whoever fills it moves next_ once, at the end.
 inline char* JsonWriter::Room(size_t bytes) {
-  if (kBlockBytes - used_ < bytes) Flush();
-  return block_.data() + used_;
+  if (static_cast<size_t>(block_.data() + kBlockBytes - next_) < bytes) Flush();
+  return next_;
 }
 
 void JsonWriter::Flush() {
-  out_->append(block_.data(), used_);
-  used_ = 0;
+  out_->append(block_.data(), static_cast<size_t>(next_ - block_.data()));
+  next_ = block_.data();
 }
 
-// Space for a value of at most `bytes`, behind the comma it may need.
+// Space for a value of `bytes`, behind the comma it may need.
 inline char* JsonWriter::BeginValue(size_t bytes) {
   char* to = Room(bytes + 1);
-  if (needsComma_) {
-    *to++ = ',';
-    ++used_;
-  }
+  if (needsComma_) *to++ = ',';
   needsComma_ = true;
   return to;
 }
 
-bool JsonWriter::Null() {
-  std::memcpy(BeginValue(4), "null", 4);
-  used_ += 4;
+inline bool JsonWriter::Word(std::string_view word) {
+  char* to = BeginValue(word.size());
+  std::memcpy(to, word.data(), word.size());
+  next_ = to + word.size();
   return true;
 }
 
+bool JsonWriter::Null() {
+  return Word("null");
+}
 bool JsonWriter::Bool(bool value) {
-  const std::string_view word = value ? "true" : "false";
-  std::memcpy(BeginValue(word.size()), word.data(), word.size());
-  used_ += word.size();
-  return true;
+  return value ? Word("true") : Word("false");
 }
 
 template <typename Integer>
 bool JsonWriter::Number(Integer value) {
   char* to = BeginValue(kMaxInteger);
-  used_ += static_cast<size_t>(std::to_chars(to, to + kMaxInteger, value).ptr - to);
+  next_ = std::to_chars(to, to + kMaxInteger, value).ptr;
   return true;
 }
 
@@ -116,13 +115,12 @@ bool JsonWriter::Float(double value) {
     return false;
   }
   char* to = BeginValue(kMaxJsonFloat);
-  used_ += WriteJsonFloat(value, to);
+  next_ = to + WriteJsonFloat(value, to);
   return true;
 }
 
 bool JsonWriter::String(std::string_view text) {
-  BeginValue(0);
-  Quote(text);
+  next_ = Quote(text);
   return true;
 }
 
@@ -140,76 +138,72 @@ bool JsonWriter::Enum(const TypeRecord& type, int32_t value) {
   return named != nullptr ? String(named->name) : Number(value);
 }
 
-inline void JsonWriter::Open(char bracket) {
-  *BeginValue(1) = bracket;
-  ++used_;
+inline bool JsonWriter::Open(char bracket) {
+  char* to = BeginValue(1);
+  *to = bracket;
+  next_ = to + 1;
   needsComma_ = false;
+  return true;
 }
 
-inline void JsonWriter::Close(char bracket) {
-  *Room(1) = bracket;
-  ++used_;
+inline bool JsonWriter::Close(char bracket) {
+  char* to = Room(1);
+  *to = bracket;
+  next_ = to + 1;
   needsComma_ = true;
+  return true;
 }
 
 bool JsonWriter::BeginStructure(size_t) {
-  Open('{');
-  return true;
+  return Open('{');
+}
+bool JsonWriter::EndStructure() {
+  return Close('}');
+}
+bool JsonWriter::BeginCollection(size_t) {
+  return Open('[');
+}
+bool JsonWriter::EndCollection() {
+  return Close(']');
 }
 
 bool JsonWriter::Member(std::string_view name) {
-  BeginValue(0);
-  Quote(name);
-  *Room(1) = ':';
-  ++used_;
+  char* to = Quote(name);
+  *to = ':';
+  next_ = to + 1;
   needsComma_ = false;
   return true;
 }
 
-bool JsonWriter::EndStructure() {
-  Close('}');
-  return true;
-}
-
-bool JsonWriter::BeginCollection(size_t) {
-  Open('[');
-  return true;
-}
-
-bool JsonWriter::EndCollection() {
-  Close(']');
-  return true;
-}
-
-inline void JsonWriter::Quote(std::string_view text) {
-  char* to = Room(1);
-  *to = '"';
-  ++used_;
+// Writes a text in quotes, behind the comma it may need. Answers where it ends; one byte more fits.
+inline char* JsonWriter::Quote(std::string_view text) {
+  char* to = BeginValue(std::min(text.size(), kBlockBytes / 2) + kQuoteSlack);
+  *to++ = '"';
   if (text.size() <= kBlockBytes / 2) {
-    to = Room(text.size() + kWordSlack);
     const size_t plain = CopyPlain(text, to);
-    used_ += plain;
+    to += plain;
     if (plain == text.size()) {
-      to[plain] = '"';
-      ++used_;
-      return;
+      *to++ = '"';
+      return to;
     }
     text.remove_prefix(plain);
   }
-  QuoteRest(text);
+  next_ = to;
+  return QuoteRest(text);
 }
 
 // Writes the rest of a text, part by part, and its closing quote.
-void JsonWriter::QuoteRest(std::string_view text) {
+char* JsonWriter::QuoteRest(std::string_view text) {
   while (!text.empty()) {
     const std::string_view part = text.substr(0, kBlockBytes / 2);
-    const size_t plain = CopyPlain(part, Room(part.size() + kWordSlack));
-    used_ += plain;
+    const size_t plain = CopyPlain(part, Room(part.size() + kQuoteSlack));
+    next_ += plain;
     text.remove_prefix(plain);
     if (plain < part.size()) Escape(&text);
   }
-  *Room(1) = '"';
-  ++used_;
+  char* to = Room(kQuoteSlack);
+  *to = '"';
+  return to + 1;
 }
 
 // Writes the character at the front of `*text`, which is not plain, and takes it off: escaped, as
@@ -222,7 +216,7 @@ void JsonWriter::Escape(std::string_view* text) {
     const size_t size = Utf8CharacterSize(*text);
     const std::string_view shown = size > 0 ? text->substr(0, size) : kReplacement;
     std::memcpy(to, shown.data(), shown.size());
-    used_ += shown.size();
+    next_ = to + shown.size();
     if (size == 0) ++replacedBytes_;
     text->remove_prefix(std::max<size_t>(size, 1));
     return;
@@ -230,19 +224,18 @@ void JsonWriter::Escape(std::string_view* text) {
   text->remove_prefix(1);
   to[0] = '\\';
   to[1] = EscapeLetter(c);
-  used_ += 2;
+  next_ = to + 2;
   if (to[1] == 'u') {
     to[2] = to[3] = '0';
     to[4] = kHexDigits[c >> 4];
     to[5] = kHexDigits[c & 15];
-    used_ += 4;
+    next_ = to + kMaxEscape;
   }
 }
 
 void JsonWriter::Finish(const ConversionContext& context) {
   if (!context.Ok()) {
     out_->resize(start_);
-    used_ = 0;
     return;
   }
   Flush();

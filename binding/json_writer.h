@@ -50,13 +50,14 @@ class JsonWriter final : public ValueWriter {
   char* Room(size_t bytes);
   void Flush();
   char* BeginValue(size_t bytes);
+  char* Quote(std::string_view text);
+  char* QuoteRest(std::string_view text);
+  void Escape(std::string_view* text);
+  bool Word(std::string_view word);
   template <typename Integer>
   bool Number(Integer value);
-  void Open(char bracket);
-  void Close(char bracket);
-  void Quote(std::string_view text);
-  void QuoteRest(std::string_view text);
-  void Escape(std::string_view* text);
+  bool Open(char bracket);
+  bool Close(char bracket);
 
   static constexpr size_t kBlockBytes = 8192;
   std::string* out_;
@@ -64,7 +65,7 @@ class JsonWriter final : public ValueWriter {
   std::string_view error_;
   size_t replacedBytes_ = 0;
   bool needsComma_ = false;  // a value ended last
-  size_t used_ = 0;
+  char* next_ = block_.data();
   std::array<char, kBlockBytes> block_;
 };
 
