@@ -18,7 +18,6 @@ constexpr auto kFarewell = std::chrono::seconds(2);
 
 DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
     : options_(std::move(options)),
-      log_(log),
       scheduler_([log](std::string_view task, std::string_view text) {
         log->Say(LogLevel::kError,
                  "Task \"" + std::string(task) + "\" failed: " + std::string(text));

@@ -52,7 +52,6 @@ class DevelopmentHost {
   std::optional<Result> RunTask(std::string name, std::function<Result()> work);
 
   const HostOptions options_;
-  HostLog* const log_;
   EventStream stream_;
   std::unique_ptr<HttpServer> server_;  // outlives the tasks, which hold its Responds
   Scheduler scheduler_;

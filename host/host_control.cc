@@ -64,8 +64,11 @@ void WriteEndpoints(const KestApiDescriptor& api, JsonWriter* json) {
   json->EndArray();
 }
 
-bool IsJsonType(std::string_view contentType) {
-  return contentType.substr(0, contentType.find(';')) == "application/json";
+// A body without a type, and with the one that curl sends unless told otherwise, is read as JSON
+// too.
+bool MayBeJson(std::string_view contentType) {
+  const std::string_view type = contentType.substr(0, contentType.find(';'));
+  return type.empty() || type == "application/json" || type == "application/x-www-form-urlencoded";
 }
 
 }  // namespace
@@ -97,7 +100,7 @@ HttpAnswer HostControl::Handle(const HttpRequest& request) {
 }
 
 HttpAnswer HostControl::AskWorld(const HttpRequest& request, std::string_view path) {
-  if (!request.body.empty() && !IsJsonType(request.contentType)) {
+  if (!request.body.empty() && !MayBeJson(request.contentType)) {
     return ProblemAnswer(415, "Send the body as application/json.");
   }
   PluginSession* const session = keeper_->Current();

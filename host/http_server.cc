@@ -38,7 +38,7 @@ std::string FullText() {
 
 }  // namespace
 
-class HttpServer::Impl : public HttpConnectionOwner {
+class HttpServer::Impl final : public HttpConnectionOwner {
  public:
   explicit Impl(HttpLimits limits) : limits_(limits) {}
   ~Impl();

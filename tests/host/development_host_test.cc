@@ -6,7 +6,7 @@
 #include <charconv>
 #include <utility>
 
-#include "loopback_client.h"
+#include "tests/host/loopback_client.h"
 
 namespace Kest::Host {
 namespace {

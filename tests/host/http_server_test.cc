@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "host/http_answers.h"
-#include "loopback_client.h"
+#include "tests/host/loopback_client.h"
 
 namespace Kest::Host {
 namespace {
