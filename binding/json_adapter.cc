@@ -3,6 +3,7 @@
 #include "binding/json_adapter.h"
 
 #include <rapidjson/error/en.h>
+#include <rapidjson/reader.h>
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,6 @@
 // The text RapidJSON's reader reads, in place.
 #pragma once
 
-#include <rapidjson/reader.h>
-
 #include <cstring>
 
 #include "binding/utf8.h"
@@ -34,14 +32,14 @@ class JsonTextStream {
   void Flush() {}
   void Put(char c) {
     *target_++ = c;
-    // The end of a string, or of an escape that stands for it: nothing plain need follow.
-    if (c == '\0') return;
-    if (static_cast<uint8_t>(c) >= 0x80) PutHigh(c);
-    MovePlain();
+    if (static_cast<uint8_t>(c) >= 0x80) return PutHigh(c);
+    // Otherwise the end of the string, or of an escape that stands for it.
+    if (c != '\0') MovePlain();
   }
 
  private:
-  // The first byte of a character of the text, or a byte that an escape made.
+  // A byte of a character that an escape stands for (of which more may come), or the first byte of
+  // one in the text.
   void PutHigh(char c) {
     if (source_[-1] != c) {
       // Half a surrogate pair, alone.
@@ -51,6 +49,7 @@ class JsonTextStream {
     --source_;
     --target_;
     MoveCharacter();
+    MovePlain();
   }
 
   void MoveCharacter() {

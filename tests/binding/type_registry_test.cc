@@ -1,0 +1,171 @@
+#include "binding/type_registry.h"
+
+#include <thread>
+
+#include "tests/binding/binding_samples.h"
+
+namespace Kest {
+namespace {
+
+using namespace Samples;
+using ::testing::ElementsAre;
+using ::testing::Field;
+
+TEST(TypeNames, NumbersOutsideTheTablesHaveNone) {
+  std::string kinds, types, tags;
+  for (uint8_t i = 0; i < 22; ++i) {
+    kinds += std::string(KindName(i)) + ",";
+    types += std::string(TypeIdName(i)) + ",";
+    tags += std::string(DocumentTagName(i)) + ",";
+  }
+  EXPECT_EQ(kinds,
+            "empty,bool,signed,unsigned,float,string,blob,enum,collection,structure,"
+            ",,,,,,,,,,,,");
+  EXPECT_EQ(types,
+            ",bool,int8,uint8,int16,uint16,int32,uint32,int64,uint64,float,double,string,object,"
+            "blob,vector,enum,struct,callback,map,,,");
+  EXPECT_EQ(tags,
+            ",bool,signed,unsigned,float,string,string,blob,blob,collection,structure,"
+            ",,,,,,,,,,,");
+}
+
+TEST(StaticType, NameHasItsNamespaceAndTheKeyTextItsDigits) {
+  EXPECT_EQ(StaticType::Name<Part>(), "Kest::Samples::Part");
+  EXPECT_EQ(StaticType::Name<int>(), "int");
+  EXPECT_NE(StaticType::Key<Part>(), StaticType::Key<Whole>());
+  char expected[16];
+  std::snprintf(expected, sizeof(expected), "#%08X", StaticType::Key<Part>());
+  EXPECT_EQ(StaticType::KeyText<Part>(), expected);
+  EXPECT_EQ(Registry().FindByName("Part")->staticKeyText, expected);
+}
+
+TEST(TypeRegistry, RecordsHoldWhatWasDefined) {
+  const TypeRecord* whole = Registry().FindByKey(StaticType::Key<Whole>());
+  ASSERT_EQ(whole, Registry().FindByName("Whole"));
+  EXPECT_EQ(whole->size, sizeof(Whole));
+  EXPECT_EQ(whole->nameSpace, "Kest::Samples");
+  EXPECT_EQ(whole->registry, &Registry());
+  const TypeRecord* part = Registry().FindByName("Part");
+  EXPECT_FALSE(part->fields[0].optional);
+  EXPECT_TRUE(part->fields[1].optional);
+
+  const TypeIdentifier types[] = {{TypeId::kStruct, TypeId::kNone, part},
+                                  {TypeId::kVector, TypeId::kStruct, part},
+                                  {TypeId::kMap, TypeId::kStruct, part},
+                                  {TypeId::kMap, TypeId::kStruct, part},
+                                  {TypeId::kVector, TypeId::kString},
+                                  {TypeId::kBlob},
+                                  {TypeId::kObject},
+                                  {TypeId::kEnum, TypeId::kNone, &GradeRecord()},
+                                  {TypeId::kDouble},
+                                  {TypeId::kBool},
+                                  {TypeId::kUint64}};
+  ASSERT_EQ(whole->fields.size(), std::size(types));
+  const Whole value;
+  for (size_t i = 0; i < std::size(types); ++i) {
+    EXPECT_EQ(whole->fields[i].type, types[i]) << whole->fields[i].name;
+  }
+  EXPECT_EQ(whole->fields[10].offset, static_cast<size_t>(reinterpret_cast<const char*>(&value.id) -
+                                                          reinterpret_cast<const char*>(&value)));
+}
+
+TEST(TypeRegistry, FirstRegistrationOfANameWins) {
+  TypeRegistry types;
+  DefineEnum<Grade>(types, "Grade").Enumerator("A", Grade::kEpic).Tag("x").Description("d");
+  DefineEnum<Grade>(types, "Grade").Enumerator("B", Grade::kPlain).Tag("y").Description("e");
+  DefineStruct<Part>(types, "Grade").Field<&Part::count>("count");
+  const TypeRecord* grade = types.FindByName("Grade");
+  EXPECT_EQ(grade->kind, TypeKind::kEnumeration);
+  EXPECT_THAT(grade->enumerators, ElementsAre(Field(&EnumeratorRecord::name, "A")));
+  EXPECT_THAT(grade->tags, ElementsAre("x"));
+  EXPECT_EQ(grade->description, "d");
+  EXPECT_EQ(types.FindByKey(StaticType::Key<Part>()), nullptr);
+  EXPECT_EQ(types.Types().size(), 1u);
+}
+
+TEST(TypeRegistry, AnotherNameForAKeyLeavesTheKeyToTheFirst) {
+  TypeRegistry types;
+  types.RegisterType("First", 1, 42, TypeKind::kStructure);
+  const TypeBuilder second = types.RegisterType("Second", 1, 42, TypeKind::kStructure);
+  EXPECT_EQ(types.FindByKey(42)->name, "First");
+#ifndef NDEBUG
+  EXPECT_TRUE(second.HasFailed());
+  EXPECT_EQ(types.FindByName("Second"), nullptr);
+#endif
+}
+
+TEST(TypeBuilder, AFailedCallChangesNothingAndEndsTheChain) {
+  using Chain = void (*)(TypeBuilder&);
+  const struct {
+    const char* why;
+    TypeKind kind;
+    Chain wrong;
+  } cases[] = {
+      {"field of an enumeration", TypeKind::kEnumeration, [](TypeBuilder& b) { b.AddField({}); }},
+      {"enumerator of a structure", TypeKind::kStructure,
+       [](TypeBuilder& b) { b.AddEnumerator("x", 1); }},
+      {"second field of a name", TypeKind::kStructure,
+       [](TypeBuilder& b) {
+         FieldRecord field;
+         field.name = "first";
+         b.AddField(field).AddField(field);
+       }},
+      {"second enumerator of a name", TypeKind::kEnumeration,
+       [](TypeBuilder& b) { b.AddEnumerator("first", 1).AddEnumerator("first", 2); }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.why);
+    TypeRegistry types;
+    TypeBuilder builder = types.RegisterType("T", 4, 1, c.kind);
+    c.wrong(builder);
+    builder.AddTag("late").SetDescription("late");
+    EXPECT_TRUE(builder.HasFailed());
+    EXPECT_FALSE(builder.IsRepeat());
+    const TypeRecord* record = types.FindByName("T");
+    EXPECT_TRUE(record->tags.empty() && record->description.empty());
+    EXPECT_LE(record->fields.size() + record->enumerators.size(), 1u);
+    for (const EnumeratorRecord& e : record->enumerators) EXPECT_EQ(e.value, 1);
+  }
+}
+
+TEST(TypeRegistry, ThreadsThatRegisterTheSameNamesMakeOneRecordEach) {
+  TypeRegistry types;
+  constexpr uint32_t kNames = 200;
+  std::atomic<int> firsts = 0;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 10; ++t) {
+    threads.emplace_back([&] {
+      for (uint32_t i = 0; i < kNames; ++i) {
+        const std::string name = "Type" + std::to_string(i);
+        firsts += types.RegisterType(name, 1, i, TypeKind::kStructure).IsRepeat() ? 0 : 1;
+        EXPECT_EQ(types.FindByName(name), types.FindByKey(i));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(firsts, static_cast<int>(kNames));
+  EXPECT_EQ(types.Types().size(), kNames);
+}
+
+TEST(TypeRegistry, EventsComeInTheOrderOfTheirFirstRegistration) {
+  TypeRegistry types;
+  types.RegisterEvent("OnB", "first", {TypeId::kString});
+  types.RegisterEvent("OnA", "", {});
+  types.RegisterEvent("OnB", "second", {});
+  ASSERT_EQ(types.Events().size(), 2u);
+  EXPECT_EQ(types.Events()[0]->name, "OnB");
+  EXPECT_EQ(types.FindEvent("OnB")->description, "first");
+  EXPECT_EQ(types.FindEvent("OnB")->payload.id, TypeId::kString);
+  EXPECT_EQ(types.FindEvent("OnC"), nullptr);
+}
+
+TEST(TypeRegistry, TheProcessesCanBeMadeFresh) {
+  TypeRegistry::Process().RegisterType("Only", 1, 9, TypeKind::kStructure);
+  const TypeRecord* record = TypeRegistry::Process().FindByName("Only");
+  TypeRegistry::ResetProcessForTests();
+  EXPECT_EQ(TypeRegistry::Process().FindByName("Only"), nullptr);
+  EXPECT_EQ(record->name, "Only");
+}
+
+}  // namespace
+}  // namespace Kest
