@@ -36,7 +36,7 @@ void LootInventory::Replace(const std::vector<SVDS::PlayerLootDTO>& records) {
     }
     assembly_.Create(record, *definition, &items.emplace_back());
   }
-  state_.store.Replace(std::move(items));
+  state_.store.Replace(items);
 }
 
 Api::PlayerLootPointer LootInventory::FindByName(std::string_view lootName,

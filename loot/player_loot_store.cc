@@ -32,7 +32,7 @@ Api::PlayerLootPointer PlayerLootStore::Share(const Api::PlayerLoot& item) const
   return std::make_shared<const Api::PlayerLoot>(item);
 }
 
-void PlayerLootStore::Replace(std::vector<Api::PlayerLoot> items) {
+void PlayerLootStore::Replace(const std::vector<Api::PlayerLoot>& items) {
   Api::PlayerLootItems replacement(kInitialBuckets);
   Ids touched;
   for (const auto& [lootId, item] : published_) touched.insert(lootId);

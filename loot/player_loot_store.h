@@ -42,7 +42,7 @@ class PlayerLootStore {
 
   // Puts `items` in the place of all that is stored; of two with one id the later stays. The store
   // is unchanged when memory runs out.
-  void Replace(std::vector<Api::PlayerLoot> items);
+  void Replace(const std::vector<Api::PlayerLoot>& items);
 
   // Inserts an item under its `lootId`, or replaces the one that is there.
   void Put(const Api::PlayerLoot& item);

@@ -64,7 +64,7 @@ void ChangeAtRandom(std::mt19937& random, PlayerLootStore* store, Plain* plain) 
       held = item();
       (*plain)[held.lootId] = held;
     }
-    store->Replace(std::move(items));
+    store->Replace(items);
   }
 }
 
