@@ -1,0 +1,116 @@
+# Tools of the demonstration walk: a host to talk to, readable output, and checks that count.
+# Sourced by script/demo.
+
+work=$(mktemp -d)
+host_pid=
+events_pid=
+checks=0
+failures=0
+url=
+status=
+body=
+seen_events=0
+
+stop_all() {
+  [ -n "$events_pid" ] && kill "$events_pid" 2>/dev/null || true
+  [ -n "$host_pid" ] && kill "$host_pid" 2>/dev/null && wait "$host_pid" 2>/dev/null || true
+  rm -rf "$work"
+}
+trap stop_all EXIT
+trap 'exit 130' INT TERM
+
+# start_host PORT: starts the development host, waits for its ready line, follows its live events.
+start_host() {
+  build/release/bin/tav-loot-host --port "$1" --seed 7 >"$work/ready" 2>"$work/log" &
+  host_pid=$!
+  for _ in $(seq 100); do
+    [ -s "$work/ready" ] && break
+    kill -0 "$host_pid" 2>/dev/null || { cat "$work/log"; exit 1; }
+    sleep 0.1
+  done
+  url=$(jq -r '.url | rtrimstr("/")' "$work/ready")
+  curl -sN "$url/_host/events" >"$work/events" &
+  events_pid=$!
+}
+
+keep_serving() { wait "$host_pid"; }
+
+# What of an answer is worth a line: items by their id, count and status, long lists by their length.
+digest='
+  def item: "\(.lootId) x\(.count)"
+    + (if .isNew then " new" else "" end) + " \(.itemStatus)/\(.redeemableStatus)";
+  def brief:
+    if type == "array" then (if length > 6 then "[\(length) entries]" else "[" + (map(brief) | join(", ")) + "]" end)
+    elif type != "object" then tojson
+    elif has("lootId") then item
+    elif has("deltaCount") then "\(.deltaCount) of \(.playerLoot | item)"
+    elif has("playerLoot") then "version \(.version), \(.playerLoot | length) items"
+    elif has("added") then to_entries | map("\(.key) \(.value | brief)") | join("; ")
+    elif length > 0 and (map(type == "object" and has("lootId")) | all) then "\(length) items by loot id"
+    else tojson end;
+  brief'
+
+title() { printf '\n\033[1m%s\033[0m\n' "$*"; }
+short() { if [ "${#1}" -gt 220 ]; then printf '%s ... (%d characters)' "${1:0:200}" "${#1}"; else printf '%s' "$1"; fi; }
+
+# request METHOD PATH [JSON]: sends it, prints both sides, leaves $status and $body.
+request() {
+  local arguments=(-s -o "$work/body" -w '%{http_code}' -X "$1")
+  if [ $# -gt 2 ]; then arguments+=(-H 'Content-Type: application/json' -d "$3"); fi
+  printf '  > %s %s %s\n' "$1" "$2" "${3:-}"
+  status=$(curl "${arguments[@]}" "$url$2")
+  body=$(cat "$work/body")
+  printf '  < %s %s\n' "$status" "$(short "$(jq -r "$digest" <<<"$body" 2>/dev/null || echo "$body")")"
+}
+
+# settle: waits until the host has nothing left to do.
+settle() {
+  curl -s -o /dev/null -X POST "$url/_host/idle"
+  sleep 0.1
+}
+
+# events: prints the live events that came since the last call and leaves them in $work/new, one a line.
+events() {
+  settle
+  grep '^data: ' "$work/events" | cut -c7- | tail -n +$((seen_events + 1)) >"$work/new" || true
+  seen_events=$((seen_events + $(wc -l <"$work/new")))
+  local line shown=0
+  while IFS= read -r line; do
+    shown=$((shown + 1))
+    [ "$shown" -le 8 ] && printf '  ~ %s\n' "$(short "$(jq -r '"\(.eventType) \(.uri)"' <<<"$line")  $(jq -r "if .data == null then \"\" else (.data | $digest) end" <<<"$line")")"
+  done <"$work/new"
+  [ "$shown" -gt 8 ] && printf '  ~ ... and %d more\n' $((shown - 8))
+  return 0
+}
+
+passed() { checks=$((checks + 1)); printf '    ok: %s\n' "$1"; }
+failed() { checks=$((checks + 1)); failures=$((failures + 1)); printf '    \033[31mUNEXPECTED: %s\033[0m\n' "$1"; }
+
+# expect TEXT STATUS JQ-TEST [jq arguments]: the last answer has that status and passes the test.
+expect() {
+  local text=$1 wanted=$2 test=$3
+  shift 3
+  if [ "$status" = "$wanted" ] && { [ "$test" = "" ] || jq -e "$@" "$test" <<<"$body" >/dev/null 2>&1; }; then
+    passed "$text"
+  else
+    failed "$text (status $status, wanted $wanted: $test)"
+  fi
+}
+
+# expect_events TEXT JQ-TEST [jq arguments]: the list of new events passes the test.
+expect_events() {
+  local text=$1 test=$2
+  shift 2
+  if jq -s -e "$@" "$test" "$work/new" >/dev/null 2>&1; then passed "$text"; else failed "$text: $test"; fi
+}
+
+summary() {
+  echo
+  if [ "$failures" -eq 0 ]; then
+    echo "All $checks checks of the walk passed."
+  else
+    echo "$failures of $checks checks of the walk FAILED. The host's log:"
+    tail -n 40 "$work/log"
+    exit 1
+  fi
+}
