@@ -8,7 +8,7 @@ namespace Kest {
 namespace {
 
 constexpr size_t kSmallestBlock = 256;
-constexpr size_t kDoublingEnd = 1024 * 1024;
+constexpr size_t kDoublingEnd = size_t{1} << 20;
 
 }  // namespace
 

@@ -94,28 +94,6 @@ void AssignText(ConversionContext& context, std::string_view path, std::string_v
   }
 }
 
-template <typename T>
-void AssignNumber(ConversionContext& context, std::string_view path, const BindingProperty& input,
-                  T* target) {
-  if (!context.Ok()) return;
-  switch (input.kind()) {
-    case BindingKind::kEmpty:
-      return context.Fail(Format(kValueRequired, path));
-    case BindingKind::kSigned:
-      return AssignInRange(context, path, input.AsSigned(), target);
-    case BindingKind::kUnsigned:
-      return AssignInRange(context, path, input.AsUnsigned(), target);
-    case BindingKind::kFloat:
-      return AssignInRange(context, path, input.AsFloat(), target);
-    case BindingKind::kString:
-      return AssignText(context, path, input.AsString(), target);
-    case BindingKind::kEnum:
-      return AssignInRange(context, path, int64_t{input.EnumValue()}, target);
-    default:
-      return FailKind(context, path, NameOf<T>(), input);
-  }
-}
-
 bool TryParseBool(std::string_view text, bool* value) {
   *value = text == "1" || text == "true";
   return *value || text == "0" || text == "false";
@@ -171,22 +149,38 @@ void AssignScalar(ConversionContext& context, std::string_view path, const Bindi
   }
 }
 
-#define KEST_ASSIGN_NUMBER(Type)                                       \
-  void AssignScalar(ConversionContext& context, std::string_view path, \
-                    const BindingProperty& input, Type* target) {      \
-    AssignNumber(context, path, input, target);                        \
+template <BoundNumber T>
+void AssignScalar(ConversionContext& context, std::string_view path, const BindingProperty& input,
+                  T* target) {
+  if (!context.Ok()) return;
+  switch (input.kind()) {
+    case BindingKind::kEmpty:
+      return context.Fail(Format(kValueRequired, path));
+    case BindingKind::kSigned:
+      return AssignInRange(context, path, input.AsSigned(), target);
+    case BindingKind::kUnsigned:
+      return AssignInRange(context, path, input.AsUnsigned(), target);
+    case BindingKind::kFloat:
+      return AssignInRange(context, path, input.AsFloat(), target);
+    case BindingKind::kString:
+      return AssignText(context, path, input.AsString(), target);
+    case BindingKind::kEnum:
+      return AssignInRange(context, path, int64_t{input.EnumValue()}, target);
+    default:
+      return FailKind(context, path, NameOf<T>(), input);
   }
-KEST_ASSIGN_NUMBER(int8_t)
-KEST_ASSIGN_NUMBER(uint8_t)
-KEST_ASSIGN_NUMBER(int16_t)
-KEST_ASSIGN_NUMBER(uint16_t)
-KEST_ASSIGN_NUMBER(int32_t)
-KEST_ASSIGN_NUMBER(uint32_t)
-KEST_ASSIGN_NUMBER(int64_t)
-KEST_ASSIGN_NUMBER(uint64_t)
-KEST_ASSIGN_NUMBER(float)
-KEST_ASSIGN_NUMBER(double)
-#undef KEST_ASSIGN_NUMBER
+}
+
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, int8_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, uint8_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, int16_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, uint16_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, int32_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, uint32_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, int64_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, uint64_t*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, float*);
+template void AssignScalar(ConversionContext&, std::string_view, const BindingProperty&, double*);
 
 void AssignScalar(ConversionContext& context, std::string_view path, const BindingProperty& input,
                   std::string* target) {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "binding/binding_property.h"
@@ -16,26 +17,13 @@
 
 namespace Kest {
 
+template <typename T>
+concept BoundNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool>;
+
 void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&, bool* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  int8_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  uint8_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  int16_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  uint16_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  int32_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  uint32_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  int64_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  uint64_t* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&, float* target);
-void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
-                  double* target);
+// int8_t to uint64_t, float and double.
+template <BoundNumber T>
+void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&, T* target);
 void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
                   std::string* target);
 // A blob, or the bytes of a text.

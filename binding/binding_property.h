@@ -19,7 +19,7 @@ struct MemberNode;
 // its arena may ever have handed out. TakeElement, TakeMember, setters and copies throw
 // std::bad_alloc beyond; whoever reads outside input stops before, with a failure text.
 inline constexpr size_t kMaxTreeValues = 4'194'304;
-inline constexpr size_t kMaxTreeBytes = (sizeof(void*) == 8 ? 256u : 96u) * 1024u * 1024u;
+inline constexpr size_t kMaxTreeBytes = size_t{sizeof(void*) == 8 ? 256 : 96} << 20;
 
 // A value, or a whole tree of them. The root owns an arena in which everything below it is stored;
 // a child is a node inside its parent's tree.
@@ -118,13 +118,15 @@ class BindingProperty {
     uint8_t RoomBits() const { return static_cast<uint8_t>((shape >> 40) & 0xff); }
     template <typename T>
     T* Pointer() const {
-      return reinterpret_cast<T*>(static_cast<uintptr_t>(payload));
+      return reinterpret_cast<T*>(static_cast<uintptr_t>(payload));  // NOLINT: it was one
     }
   };
   static constexpr uintptr_t kOwns = 1;
 
   bool IsNode() const { return arena_ != 0 && (arena_ & kOwns) == 0; }
-  Arena* TreeArena() const { return reinterpret_cast<Arena*>(arena_ & ~kOwns); }
+  Arena* TreeArena() const {
+    return reinterpret_cast<Arena*>(arena_ & ~kOwns);  // NOLINT: it was one
+  }
   BindingProperty* Elements() const { return bits_.Pointer<BindingProperty>(); }
   MemberNode* Members() const { return bits_.Pointer<MemberNode>(); }
   Arena& NeedArena();

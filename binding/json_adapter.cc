@@ -28,8 +28,6 @@ constexpr unsigned kReadFlags = rapidjson::kParseInsituFlag | rapidjson::kParseI
 // RapidJSON writes through whatever its allocator answers, so this one never answers null.
 class ThrowingAllocator {
  public:
-  static const bool kNeedFree = true;
-
   void* Malloc(size_t size) { return size > 0 ? ::operator new(size) : nullptr; }
   void* Realloc(void* memory, size_t oldSize, size_t size) {
     void* larger = Malloc(size);

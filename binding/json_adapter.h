@@ -14,7 +14,7 @@
 namespace Kest {
 
 // Longer texts are refused with "Body is too large" before they are looked at.
-inline constexpr size_t kMaxJsonBytes = 64u * 1024u * 1024u;
+inline constexpr size_t kMaxJsonBytes = size_t{64} << 20;
 
 // Reads one JSON document. Strict grammar, valid UTF-8 (one byte-order mark is skipped), any depth.
 // Numbers are exact: whole ones become unsigned, or signed behind a minus sign; beyond 64 bits, or

@@ -65,8 +65,8 @@ class JsonWriter final : public ValueWriter {
   std::string_view error_;
   size_t replacedBytes_ = 0;
   bool needsComma_ = false;  // a value ended last
-  char* next_ = block_.data();
   std::array<char, kBlockBytes> block_;
+  char* next_ = block_.data();
 };
 
 }  // namespace Kest

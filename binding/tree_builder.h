@@ -57,10 +57,13 @@ class TreeBuilder final : public ValueWriter {
 
  private:
   struct Child {
+    Child() = default;
+    Child(TreeNodes::Bits childBits, uint32_t childKey) : bits(childBits), key(childKey) {}
     TreeNodes::Bits bits;
-    uint32_t key;  // in keys_; of an element: any
+    uint32_t key = 0;  // in keys_; of an element: any
   };
   struct Container {
+    Container(size_t firstChild, size_t ownKey) : first(firstChild), key(ownKey) {}
     size_t first;  // of its children in children_
     size_t key;    // its own name
   };

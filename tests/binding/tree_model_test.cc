@@ -14,27 +14,35 @@ struct Model {
   enum class Kind { kLeaf, kList, kMap };
   Kind kind = Kind::kLeaf;
   std::string leaf = "null";
-  std::vector<Model> items;
-  std::vector<std::pair<std::string, Model>> members;
+  std::vector<Model> items;        // elements, or the values of members
+  std::vector<std::string> names;  // of members
 
+  static Model Of(Kind kind, std::string leaf = {}) {
+    Model model;
+    model.kind = kind;
+    model.leaf = std::move(leaf);
+    return model;
+  }
   Model& Element(size_t index) {
-    if (kind != Kind::kList) *this = {Kind::kList, "", {}, {}};
+    if (kind != Kind::kList) *this = Of(Kind::kList);
     if (items.size() <= index) items.resize(index + 1);
     return items[index];
   }
   Model& Member(const std::string& name) {
-    if (kind != Kind::kMap) *this = {Kind::kMap, "", {}, {}};
-    for (auto& [key, value] : members) {
-      if (key == name) return value;
+    if (kind != Kind::kMap) *this = Of(Kind::kMap);
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (names[i] == name) return items[i];
     }
-    return members.emplace_back(name, Model()).second;
+    names.push_back(name);
+    return items.emplace_back();
   }
   std::string Text() const {
     if (kind == Kind::kLeaf) return leaf;
     std::string text;
-    for (const Model& item : items) text += (text.empty() ? "" : ",") + item.Text();
-    for (const auto& [key, value] : members) {
-      text.append(text.empty() ? "\"" : ",\"").append(key).append("\":").append(value.Text());
+    for (size_t i = 0; i < items.size(); ++i) {
+      if (i > 0) text += ',';
+      if (kind == Kind::kMap) text.append("\"").append(names[i]).append("\":");
+      text += items[i].Text();
     }
     return kind == Kind::kList ? "[" + text + "]" : "{" + text + "}";
   }
@@ -56,16 +64,16 @@ class Editor {
       case 1: {
         const std::string text(Below(30), static_cast<char>('a' + Below(26)));
         node->SetString(text);
-        *model = {Model::Kind::kLeaf, "\"" + text + "\"", {}, {}};
+        *model = Model::Of(Model::Kind::kLeaf, "\"" + text + "\"");
         break;
       }
       case 2:
         node->SetUnsigned(engine_());
-        *model = {Model::Kind::kLeaf, std::to_string(node->AsUnsigned()), {}, {}};
+        *model = Model::Of(Model::Kind::kLeaf, std::to_string(node->AsUnsigned()));
         break;
       case 3:
         node->SetStructure();
-        *model = {Model::Kind::kMap, "", {}, {}};
+        *model = Model::Of(Model::Kind::kMap);
         break;
       case 4:
         CopyWithin(node, model);
@@ -109,7 +117,7 @@ class Editor {
       const size_t i = Below(source->Size());
       const bool isList = source->kind() == BindingKind::kCollection;
       source = isList ? &source->Element(i) : &source->MemberValue(i);
-      sourceModel = isList ? &sourceModel->items[i] : &sourceModel->members[i].second;
+      sourceModel = &sourceModel->items[i];
     }
     const Model copy = *sourceModel;
     *node = *source;
