@@ -6,7 +6,6 @@
 #include "loot/loot_plugin.h"
 #include "loot/model/loot_words.h"
 #include "loot/model/register_resources.h"
-#include "loot/not_offered.h"
 
 namespace Kest::Client::Loot {
 
@@ -186,8 +185,8 @@ Api::CurrencyConfiguration LootPlugin::GetCurrencyConfiguration() {
   return configuration_.currencies();
 }
 
-Maybe<std::vector<Api::Recipe>> LootPlugin::GetInitialItemRecipes(const std::string&) {
-  return NotOffered();
+LootPlugin::Recipes LootPlugin::GetInitialItemRecipes(const std::string& lootId) {
+  return views_.ReadRecipes(lootId);
 }
 
 Maybe<Api::PlayerLootUpdate> LootPlugin::CraftRecipe(const std::string& recipeName,
@@ -200,16 +199,8 @@ Maybe<Api::PlayerLootUpdate> LootPlugin::RedeemPlayerLoot(const std::string& loo
   return transactions_.Redeem(lootName);
 }
 
-Maybe<std::vector<Api::LootGrantNotification>> LootPlugin::GetLootGrants() {
-  return NotOffered();
-}
-
-Maybe<Nothing> LootPlugin::DismissLootGrant(int64_t) {
-  return NotOffered();
-}
-
-Maybe<std::vector<Api::ContextMenu>> LootPlugin::GetContextMenu(const std::string&) {
-  return NotOffered();
+LootPlugin::ContextMenu LootPlugin::GetContextMenu(const std::string& lootId) {
+  return views_.ReadContextMenu(lootId);
 }
 
 Maybe<Nothing> LootPlugin::DismissNewNotification(const std::string& lootId) {
@@ -225,14 +216,6 @@ Maybe<std::vector<Api::LootItem>> LootPlugin::GetLootItems() {
     list.push_back(PublishedLootItem(item));
   }
   return list;
-}
-
-Maybe<std::vector<Api::PlayerLootNotification>> LootPlugin::GetPlayerLootNotifications() {
-  return NotOffered();
-}
-
-Maybe<std::string> LootPlugin::AcknowledgePlayerLootNotification(const std::string&) {
-  return NotOffered();
 }
 
 }  // namespace Kest::Client::Loot

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "loot/model/loot_resources.h"
+
 namespace Kest::Client::Loot {
 
 class LootActions {
@@ -22,6 +24,9 @@ class LootActions {
   virtual void LoadTournamentLogos() = 0;
   // The same as a task.
   virtual void PostTournamentLogoLoad() = 0;
+
+  // Takes a loot grant in: shows it, or keeps it back while the player is in a game.
+  virtual void AddLootGrant(Api::LootGrantNotification grant) = 0;
 
  protected:
   ~LootActions() = default;

@@ -10,12 +10,15 @@ LootPlugin::LootPlugin(PluginRuntime& runtime)
       inventory_(state_),
       client_(Host(), Module(), FullName()),
       proxy_(Host(), Module(), client_, FullName()),
-      publisher_(Module(), client_, state_.store, state_.definitions),
+      views_(client_, state_),
+      publisher_(Module(), client_, state_, views_),
       retrieval_(proxy_, state_, inventory_, *this),
       transactions_(proxy_, state_.status, inventory_, *this),
       configuration_(proxy_, client_),
       newPlayerChest_(Module(), proxy_, state_.status, *this),
       sources_(client_, state_.collections, *this),
+      tournamentLogos_(client_, state_.collections, *this),
+      inbound_(proxy_, *this),
       gameDataLoader_(client_, state_.gameData) {}
 
 bool LootPlugin::Initialise() {
@@ -49,8 +52,9 @@ void LootPlugin::OnSourceAnswered(uint8_t readinessBits) {
   SetReadiness(readinessBits, state_.readiness.goal());
 }
 
-// Nothing is known about tournament logos in this build, so their readiness bit stays unset.
-void LootPlugin::LoadTournamentLogos() {}
+void LootPlugin::LoadTournamentLogos() {
+  tournamentLogos_.Load();
+}
 
 void LootPlugin::PostTournamentLogoLoad() {
   Module().PostTask("LootPlugin.LoadTournamentLogoInventory", [this] { LoadTournamentLogos(); });
@@ -70,12 +74,6 @@ void LootPlugin::SetReadiness(uint8_t bits, uint8_t goal) {
   LogAlways("Loot %s: %hhu/%hhu", readiness.Ready() ? "ready" : "not yet ready", readiness.flags(),
             readiness.goal());
   if (turned) client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, readiness.Ready());
-}
-
-void LootPlugin::SetGrantNotificationsAllowed(bool allowed) {
-  state_.status.grantNotificationsAllowed = allowed;
-  LogAlways("loot grant notifications set to: %s",
-            allowed ? "allowed." : "disallowed. notifications will queue until next allowed.");
 }
 
 }  // namespace Kest::Client::Loot

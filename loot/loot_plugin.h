@@ -1,5 +1,6 @@
 // LootPlugin is the loot back end: it owns the state and the calls, follows what the state depends
-// on (subscriptions.cc) and answers the endpoints (endpoints.cc). Threads: the constructor and
+// on (subscriptions.cc), answers the endpoints (endpoints.cc) and tells about new loot
+// (loot_notices.cc). Threads: the constructor and
 // RegisterApi on the loader's thread, everything else on module tasks.
 #pragma once
 
@@ -14,10 +15,12 @@
 #include "loot/calls/client_configuration.h"
 #include "loot/calls/collection_sources.h"
 #include "loot/calls/game_data_loader.h"
+#include "loot/calls/inbound_messages.h"
 #include "loot/calls/loot_retrieval.h"
 #include "loot/calls/new_player_chest.h"
 #include "loot/calls/service_proxy.h"
 #include "loot/calls/sibling_client.h"
+#include "loot/calls/tournament_logos.h"
 #include "loot/calls/transactions.h"
 #include "loot/loot_actions.h"
 #include "loot/loot_inventory.h"
@@ -26,6 +29,7 @@
 #include "loot/model/dto_class_names.h"
 #include "loot/model/loot_resources.h"
 #include "loot/model/recipe_resources.h"
+#include "loot/watched_views.h"
 #include "plugin/plugin_base.h"
 
 namespace Kest::Client::Loot {
@@ -45,11 +49,13 @@ class LootPlugin final : public PluginBase, private LootActions {
   void OnSourceAnswered(uint8_t readinessBits) override;
   void LoadTournamentLogos() override;
   void PostTournamentLogoLoad() override;
+  void AddLootGrant(Api::LootGrantNotification grant) override;
 
   // ---- State changes that others observe --------------------------------------------------------
   void RecomputeEnabled();
   void SetReadiness(uint8_t bits, uint8_t goal);
   void SetGrantNotificationsAllowed(bool allowed);
+  void PublishLootGrants();
 
   // ---- Subscriptions ----------------------------------------------------------------------------
   struct Wiring;
@@ -57,7 +63,6 @@ class LootPlugin final : public PluginBase, private LootActions {
   template <auto kHandler, void (LootPlugin::*kDeleted)() = nullptr>
   void Follow(std::string_view url);
   void FollowPlatformMessages(std::string_view type);
-  void OnPlatformMessage(const PluginSvdsEvent& message);
   void OnConfigEnabled(const bool& enabled);
   void OnConfigClientEnabled(const bool& enabled);
   void OnConfigGoal(const uint8_t& goal);
@@ -73,6 +78,8 @@ class LootPlugin final : public PluginBase, private LootActions {
   // ---- Endpoints --------------------------------------------------------------------------------
   using Items = std::reference_wrapper<const Api::PlayerLootItems>;
   using ItemMap = std::reference_wrapper<const Api::PlayerLootMap>;
+  using Recipes = std::reference_wrapper<const std::vector<Api::Recipe>>;
+  using ContextMenu = std::reference_wrapper<const std::vector<Api::ContextMenu>>;
 
   // In order; together they are the whole table.
   void RegisterInventoryRoutes();
@@ -94,30 +101,33 @@ class LootPlugin final : public PluginBase, private LootActions {
   void RequestClientConfiguration();
   Api::RecipeMenuConfig GetRecipeConfiguration();
   Api::CurrencyConfiguration GetCurrencyConfiguration();
-  Maybe<std::vector<Api::Recipe>> GetInitialItemRecipes(const std::string& lootId);
+  Recipes GetInitialItemRecipes(const std::string& lootId);
   Maybe<Api::PlayerLootUpdate> CraftRecipe(const std::string& recipeName,
                                            const std::vector<std::string>& playerLootList,
                                            std::optional<int32_t> repeat);
   Maybe<Api::PlayerLootUpdate> RedeemPlayerLoot(const std::string& lootName);
-  Maybe<std::vector<Api::LootGrantNotification>> GetLootGrants();
+  std::vector<Api::LootGrantNotification> GetLootGrants();
   Maybe<Nothing> DismissLootGrant(int64_t id);
-  Maybe<std::vector<Api::ContextMenu>> GetContextMenu(const std::string& lootId);
+  ContextMenu GetContextMenu(const std::string& lootId);
   Maybe<Nothing> DismissNewNotification(const std::string& lootId);
   Maybe<std::vector<Api::LootItem>> GetLootItems();
-  Maybe<std::vector<Api::PlayerLootNotification>> GetPlayerLootNotifications();
-  Maybe<std::string> AcknowledgePlayerLootNotification(const std::string& id);
+  std::vector<Api::PlayerLootNotification> GetPlayerLootNotifications();
+  std::string AcknowledgePlayerLootNotification(const std::string& id);
 
   SVDS::DtoClassNames dtoClassNames_;
   LootState state_;
   LootInventory inventory_;
   SiblingClient client_;
   ServiceProxy proxy_;
+  WatchedViews views_;
   LootPublisher publisher_;
   LootRetrieval retrieval_;
   Transactions transactions_;
   ClientConfiguration configuration_;
   NewPlayerChest newPlayerChest_;
   CollectionSources sources_;
+  TournamentLogos tournamentLogos_;
+  InboundMessages inbound_;
   GameDataLoader gameDataLoader_;
   const std::string lootDefinitionPath_ = "/tav-game-data/assets/v1/loot.json";
 };

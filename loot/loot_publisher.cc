@@ -1,7 +1,8 @@
 #include "loot/loot_publisher.h"
 
 #include "loot/calls/sibling_client.h"
-#include "loot/model/loot_definitions.h"
+#include "loot/notice_paths.h"
+#include "loot/watched_views.h"
 #include "plugin/app_module.h"
 
 namespace Kest::Client::Loot {
@@ -16,26 +17,24 @@ constexpr const char* kTaskName = "LootPlugin.NotifyAllLootResourceUpdated ";
 
 }  // namespace
 
-LootPublisher::LootPublisher(AppModule& module, SiblingClient& client, PlayerLootStore& store,
-                             const LootDefinitions& definitions)
-    : module_(module), client_(client), store_(store), definitions_(definitions) {}
+LootPublisher::LootPublisher(AppModule& module, SiblingClient& client, LootState& state,
+                             WatchedViews& views)
+    : module_(module), client_(client), state_(state), views_(views) {}
 
 void LootPublisher::Request() {
   module_.PostTask(kTaskName + std::to_string(publications_), [this] { Publish(); });
 }
 
 void LootPublisher::Publish() {
-  const PlayerLootChanges changes = store_.TakeChanges();
-  const bool categoriesDiffer = definitions_.displayCategories() != publishedCategories_;
-  if (categoriesDiffer) publishedCategories_ = definitions_.displayCategories();
+  const PlayerLootChanges changes = state_.store.TakeChanges();
+  const bool categoriesDiffer = state_.definitions.displayCategories() != publishedCategories_;
+  if (categoriesDiffer) publishedCategories_ = state_.definitions.displayCategories();
   PublishItems(changes);
-  if (changes.Any()) {
-    client_.Publish(kItemsPath, ResourceEventType::kUpdate, store_.items());
-    client_.Publish(kVersionedItemsPath, ResourceEventType::kUpdate, store_.map());
-  }
+  if (changes.Any()) PublishMaps();
   if (categoriesDiffer) {
     client_.Publish(kCategoriesPath, ResourceEventType::kUpdate, publishedCategories_);
   }
+  views_.PublishChanges();
   ++publications_;
 }
 
@@ -43,8 +42,16 @@ void LootPublisher::PublishItems(const PlayerLootChanges& changes) {
   for (const auto& [item, created] : changes.written) {
     client_.Publish(kItemPath + item->lootId,
                     created ? ResourceEventType::kCreate : ResourceEventType::kUpdate, *item);
+    if (state_.notifications.Update(*item)) {
+      client_.Publish(kNotificationsPath, ResourceEventType::kUpdate, state_.notifications.List());
+    }
   }
   for (const std::string& lootId : changes.removed) client_.PublishDelete(kItemPath + lootId);
+}
+
+void LootPublisher::PublishMaps() {
+  client_.Publish(kItemsPath, ResourceEventType::kUpdate, state_.store.items());
+  client_.Publish(kVersionedItemsPath, ResourceEventType::kUpdate, state_.store.map());
 }
 
 }  // namespace Kest::Client::Loot

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "loot/player_loot_store.h"
+#include "loot/loot_state.h"
 
 namespace Kest {
 class AppModule;
@@ -15,13 +15,12 @@ class AppModule;
 
 namespace Kest::Client::Loot {
 
-class LootDefinitions;
 class SiblingClient;
+class WatchedViews;
 
 class LootPublisher {
  public:
-  LootPublisher(AppModule& module, SiblingClient& client, PlayerLootStore& store,
-                const LootDefinitions& definitions);
+  LootPublisher(AppModule& module, SiblingClient& client, LootState& state, WatchedViews& views);
 
   // Posts the task "LootPlugin.NotifyAllLootResourceUpdated <count of publications>", which
   // publishes. Requests made before it runs may share one task.
@@ -29,17 +28,19 @@ class LootPublisher {
 
   // Publishes what differs from the last publication, in this order: each written item in the
   // store's order ("Create" for a new one, "Update" otherwise), each removed one ("Delete"), then,
-  // when there was any, the two maps; then the display categories when they differ. The changes are
-  // all collected before the first event leaves.
+  // when there was any, the two maps; then the display categories when they differ, and the views
+  // that changed with all that. An item whose count the player is told about is followed by the
+  // list of notifications. The changes are all collected before the first event leaves.
   void Publish();
 
  private:
   void PublishItems(const PlayerLootChanges& changes);
+  void PublishMaps();
 
   AppModule& module_;
   SiblingClient& client_;
-  PlayerLootStore& store_;
-  const LootDefinitions& definitions_;
+  LootState& state_;
+  WatchedViews& views_;
   std::vector<std::string> publishedCategories_;
   uint64_t publications_ = 0;
 };

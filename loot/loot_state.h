@@ -2,6 +2,8 @@
 // Threads: no lock; handlers and module tasks only. Hold no reference into it across a wait.
 #pragma once
 
+#include "loot/loot_grants.h"
+#include "loot/loot_notifications.h"
 #include "loot/loot_status.h"
 #include "loot/model/collections.h"
 #include "loot/model/game_data.h"
@@ -18,6 +20,8 @@ struct LootState {
   Collections collections;
   GameData gameData;
   PlayerLootStore store;
+  LootNotifications notifications;
+  LootGrants grants;
 };
 
 }  // namespace Kest::Client::Loot

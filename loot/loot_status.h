@@ -22,7 +22,6 @@ struct LootStatus {
   bool connected = false;
   uint64_t summonerId = 0;
   int64_t loginTime = 0;
-  bool grantNotificationsAllowed = true;  // false while the player is in a game
 
   // Brings `enabled` up to date and returns whether it turned over.
   [[nodiscard]] bool RecomputeEnabled();

@@ -62,12 +62,9 @@ void LootPlugin::SubscribeAll() {
 }
 
 void LootPlugin::FollowPlatformMessages(std::string_view type) {
-  proxy_.SubscribeSvds(type,
-                       [this](const PluginSvdsEvent& message) { OnPlatformMessage(message); });
+  proxy_.SubscribeSvds(
+      type, [this](const PluginSvdsEvent& message) { inbound_.OnMasteryGrant(message); });
 }
-
-// No platform message changes loot in this build.
-void LootPlugin::OnPlatformMessage(const PluginSvdsEvent&) {}
 
 void LootPlugin::OnConfigEnabled(const bool& enabled) {
   state_.status.configEnabled = enabled;
@@ -102,6 +99,7 @@ void LootPlugin::OnSummoner(const Api::Summoner& summoner) {
 void LootPlugin::OnLoginDataPacket(const Api::LoginDataPacket& packet) {
   // Without a check: the level in the packet is not news.
   state_.status.summonerLevel = packet.allSummonerData.summonerLevelAndPoints.summonerLevel;
+  inbound_.OnLoginDataPacket(packet);
 }
 
 void LootPlugin::OnLoginSession(const Api::LoginSession& session) {

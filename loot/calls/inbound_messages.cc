@@ -1,0 +1,111 @@
+#include "loot/calls/inbound_messages.h"
+
+#include <utility>
+
+#include "binding/json_adapter.h"
+#include "log/logger.h"
+#include "loot/model/loot_dtos.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+constexpr std::string_view kMasteryGrantType = "championMasteryLootGrant";
+constexpr std::string_view kShownKeys[] = {"UNOWNED_CHAMPION", "GAME_LEAVER"};
+
+const BindingProperty* FindValue(const BindingProperty& object, std::string_view name) {
+  const BindingProperty* member = object.FindMember(name);
+  return member == nullptr || member->IsEmpty() ? nullptr : member;
+}
+
+// False when the text is no JSON; one line says so.
+bool ReadBody(std::string_view text, BindingProperty* body) {
+  ConversionContext context;
+  *body = ReadJson(context, text);
+  if (context.Ok()) return true;
+  LogError("Malformed JSON message received: %s", std::string(text).c_str());
+  return false;
+}
+
+// The champion for the log line; 0 when the message names none.
+unsigned long long ChampionOf(const BindingProperty& message) {
+  uint64_t champion = 0;
+  const BindingProperty* value = FindValue(message, "championId");
+  ConversionContext context;
+  if (value != nullptr) Assign(context, "championId", *value, &champion);
+  return context.Ok() ? champion : 0;
+}
+
+bool IsWellFormed(const BindingProperty& message) {
+  return FindValue(message, "gameId") != nullptr &&
+         (FindValue(message, "lootName") != nullptr || FindValue(message, "messageKey") != nullptr);
+}
+
+// A grant without a key is shown, and one whose key the player can make sense of.
+bool IsShown(const BindingProperty& message) {
+  const BindingProperty* key = FindValue(message, "messageKey");
+  if (key == nullptr) return true;
+  if (key->kind() != BindingKind::kString) return false;
+  for (const std::string_view shown : kShownKeys) {
+    if (key->AsString() == shown) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+InboundMessages::InboundMessages(ServiceProxy& proxy, LootActions& actions)
+    : proxy_(proxy), actions_(actions) {}
+
+void InboundMessages::OnMasteryGrant(const PluginSvdsEvent& event) {
+  if (event.typeName != kMasteryGrantType) return;
+  BindingProperty parsed;
+  const BindingProperty* message = &event.body;
+  if (message->kind() == BindingKind::kString) {
+    if (!ReadBody(message->AsString(), &parsed)) return;
+    message = &parsed;
+  }
+  if (message->kind() != BindingKind::kStructure) return;
+  LogAlways("Received 'championMasteryLootGrant' message for champion %llu.", ChampionOf(*message));
+  if (!IsWellFormed(*message)) {
+    LogError("Malformed champion mastery loot grant message update recieved.");
+    return;
+  }
+  Api::LootGrantNotification grant;
+  ConversionContext context;
+  Assign(context, "<value>", *message, &grant);
+  if (!context.Ok()) {
+    LogError("Failed to convert 'championMasteryLootGrant' to a 'LootGrantNotification' resource");
+    return;
+  }
+  actions_.AddLootGrant(std::move(grant));
+}
+
+void InboundMessages::OnLoginDataPacket(const Api::LoginDataPacket& packet) {
+  for (const Api::LoginSimpleMessage& message : packet.simpleMessages) {
+    if (message.type == kMasteryGrantType) OnLoginMessage(message);
+  }
+}
+
+void InboundMessages::OnLoginMessage(const Api::LoginSimpleMessage& message) {
+  if (message.params.empty()) {
+    LogError("Malformed champion mastery loot grant message update recieved.");
+    return;
+  }
+  PluginSvdsEvent event;
+  event.clientId = message.msgId;
+  event.typeName = message.type;
+  if (!ReadBody(message.params.front(), &event.body)) return;
+  if (IsShown(event.body)) {
+    OnMasteryGrant(event);
+  } else if (!Acknowledge(message.accountId, message.msgId)) {
+    LogWarning("Failed to dismiss leaver or unowned champ from login data packet with id:%s",
+               message.msgId.c_str());
+  }
+}
+
+Maybe<Nothing> InboundMessages::Acknowledge(uint64_t accountId, const std::string& messageId) {
+  const SVDS::LootSimpleDialogMessageResponse response{accountId, messageId, "ack"};
+  return proxy_.InvokeSession<Nothing>("clientFacadeService", "callPersistenceMessaging", response);
+}
+
+}  // namespace Kest::Client::Loot

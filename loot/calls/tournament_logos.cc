@@ -1,0 +1,101 @@
+#include "loot/calls/tournament_logos.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "log/logger.h"
+#include "log/trace.h"
+#include "loot/calls/json_reader.h"
+#include "loot/calls/signed_token.h"
+#include "loot/model/decimal_text.h"
+#include "loot/model/loot_words.h"
+#include "loot/readiness.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
+
+// A member that stands for nothing is null as well as absent.
+const BindingProperty* FindValue(const BindingProperty& object, std::string_view name) {
+  const BindingProperty* member = object.FindMember(name);
+  return member == nullptr || member->IsEmpty() ? nullptr : member;
+}
+
+std::string_view CastToText(const BindingProperty& value) {
+  if (value.kind() != BindingKind::kString) throw json::Exception("Bad cast");
+  return value.AsString();
+}
+
+const BindingProperty& CastToArray(const BindingProperty& value) {
+  if (value.kind() != BindingKind::kCollection) throw json::Exception("Bad cast");
+  return value;
+}
+
+}  // namespace
+
+TournamentLogos::TournamentLogos(SiblingClient& client, Collections& collections,
+                                 LootActions& actions)
+    : client_(client), collections_(collections), actions_(actions) {}
+
+void TournamentLogos::Load() {
+  using Tokens = std::map<std::string, std::string>;
+  const std::vector<std::string> types{std::string(kTournamentLogoInventory)};
+  const Maybe<Tokens> answer = client_.Request<Tokens>(HttpMethod::kGet, kSignedInventoryPath,
+                                                       Query("inventoryTypes", types));
+  if (!answer) {
+    LogError("Failed to retrieve tournament logo player inventory: %s",
+             answer.GetFailure().text.c_str());
+    return;
+  }
+  const auto token = answer.GetValue().find(types.front());
+  if (token == answer.GetValue().end()) {
+    LogError("Unable to load tournament logo inventory - missing JWT token.");
+    return;
+  }
+  try {
+    if (!Apply(token->second)) return;
+  } catch (const json::Exception& error) {
+    LogError("Unable to load tournament logo inventory - %s", error.what());
+    return;
+  }
+  actions_.OnSourceAnswered(kReadyTournamentLogos);
+}
+
+bool TournamentLogos::Apply(std::string_view token) {
+  const BindingProperty payload = DecodeToken(token).payload;
+  collections_.ownedTournamentLogos.clear();
+  const BindingProperty* items = FindValue(payload, "items");
+  if (items == nullptr) {
+    LogError("Unable to load tournament logo inventory - missing 'items' in JWT payload.");
+    return false;
+  }
+  const BindingProperty* logos = FindValue(*items, kTournamentLogoInventory);
+  if (logos == nullptr) {
+    LogError("Unable to load tournament logo inventory - missing '%s' in JWT payload.",
+             std::string(kTournamentLogoInventory).c_str());
+    return false;
+  }
+  for (size_t i = 0; i < CastToArray(*logos).Size(); ++i) ReadLogo(logos->Element(i));
+  return true;
+}
+
+void TournamentLogos::ReadLogo(const BindingProperty& element) {
+  const BindingProperty* type = FindValue(element, "inventoryType");
+  const std::string word(type == nullptr ? std::string_view() : CastToText(*type));
+  if (word != kTournamentLogoInventory) {
+    Trace("Invalid logo definition received - wrong inventoryType; expected '%s', got '%s'.",
+          std::string(kTournamentLogoInventory).c_str(), word.c_str());
+    return;
+  }
+  const BindingProperty* name = &element;
+  for (const std::string_view step : {"payload", "rewardSpec", "name"}) {
+    name = FindValue(*name, step);
+    if (name == nullptr) return;
+  }
+  const Maybe<int32_t> id = ReadDecimal32(CastToText(*name));
+  if (id) collections_.ownedTournamentLogos.insert(id.GetValue());
+}
+
+}  // namespace Kest::Client::Loot

@@ -1,0 +1,27 @@
+// LootCounts sums up how many the player holds of what a recipe's slot lists. It is built from the
+// store and borrows its items: use it before the next change.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "loot/model/loot_resources.h"
+
+namespace Kest::Client::Loot {
+
+class LootCounts {
+ public:
+  explicit LootCounts(const Api::PlayerLootItems& items);
+
+  // The counts of all items whose loot name or loot id is listed, each item once.
+  int64_t Sum(const std::vector<std::string>& lootIds) const;
+
+ private:
+  const Api::PlayerLootItems& items_;
+  std::unordered_map<std::string_view, int64_t> byName_;
+};
+
+}  // namespace Kest::Client::Loot
