@@ -75,7 +75,7 @@ LootSvdsLootDescriptionDTO MakeDescription(Draw& draw) {
   description.childLootTableNames = {draw.LootName(), draw.LootName()};
   for (const char* locale : {"en_GB", "de_DE", "fr_FR"}) {
     description.localizationMap[locale] = draw.Sentence(4);
-    description.localizationLongDescriptionMap[locale] = draw.Sentence(10);
+    description.localizationLongDescriptionMap[locale] = draw.Sentence(12);
   }
   return description;
 }

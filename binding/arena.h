@@ -13,7 +13,7 @@ namespace Kest {
 // size up to 1 MiB in all, then grow by a quarter, so a tree costs few allocations and little
 // slack. It counts every byte and every value ever made and stops at kMaxTreeBytes and
 // kMaxTreeValues. Threads: one writer.
-class Arena {
+class alignas(8) Arena {
  public:
   // `firstBytes` fit the first block. Throws std::bad_alloc.
   static Arena* Create(size_t firstBytes);

@@ -97,7 +97,7 @@ BindingProperty ReadDocument(ConversionContext& context, std::string_view text,
   const bool isMarked = text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
   const std::string_view document = text.substr(isMarked ? kByteOrderMark.size() : 0);
   // Nodes take about as much room as the text.
-  const size_t expectedBytes = 2 * document.size() + kSmallTree;
+  const size_t expectedBytes = std::min(2 * document.size() + kSmallTree, kMaxTreeBytes);
   {
     TreeBuilder builder(expectedBytes);
     if (TryReadFast(builder, document)) return builder.Take();
