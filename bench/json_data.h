@@ -18,7 +18,7 @@ const TypeRegistry& LootRegistry();
 
 // 5,000 loot definitions, 2,000 recipes with slots, outputs and metadata, 5,000 player records.
 const Definitions& SampleDefinitions();
-// The same as JSON, about 4.5 MB.
+// The same as JSON, about 4.4 MB.
 const std::string& SampleText();
 
 // 5,000 items by id.
