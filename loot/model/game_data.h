@@ -32,11 +32,6 @@ class GameData {
   // The icon's path. An unknown id gets an empty entry, which is kept.
   const std::string& TakeIconPath(int32_t id);
 
-  const std::vector<Api::LootItemGdsResource>& lootItems() const { return lootItems_.records(); }
-  const std::vector<Api::LootRecipeGdsResource>& lootRecipes() const {
-    return lootRecipes_.records();
-  }
-  const std::vector<Api::LootTableGdsResource>& lootTables() const { return lootTables_.records(); }
   const IdTable<int32_t, std::string>& iconPaths() const { return iconPaths_; }
 
  private:

@@ -19,11 +19,13 @@ class KeyedList {
   KeyedList(const KeyedList&) = delete;
   KeyedList& operator=(const KeyedList&) = delete;
 
+  // Nothing is changed when memory runs out.
   void Replace(std::vector<Record> records) {
-    index_.clear();
-    records_ = std::move(records);
-    index_.reserve(records_.size());
-    for (const Record& record : records_) index_.emplace(record.*kKey, &record);
+    Index index;
+    index.reserve(records.size());
+    for (const Record& record : records) index.emplace(record.*kKey, &record);
+    records_ = std::move(records);  // the records stay where the index points to
+    index_ = std::move(index);
   }
 
   // Null when no record has that key.
@@ -35,8 +37,10 @@ class KeyedList {
   const std::vector<Record>& records() const { return records_; }
 
  private:
+  using Index = std::unordered_map<std::string_view, const Record*>;
+
   std::vector<Record> records_;
-  std::unordered_map<std::string_view, const Record*> index_;
+  Index index_;
 };
 
 }  // namespace Kest::Client::Loot

@@ -6,11 +6,25 @@
 #include "loot/model/loot_words.h"
 
 namespace Kest::Client::Loot {
+namespace {
+
+std::vector<std::string> DisplayCategoriesOf(const std::vector<SVDS::LootItemClientDTO>& items) {
+  std::set<std::string_view> distinct;
+  for (const SVDS::LootItemClientDTO& item : items) {
+    if (!item.displayCategories.empty()) distinct.insert(item.displayCategories);
+  }
+  std::vector<std::string> categories(distinct.begin(), distinct.end());
+  SortByRank(kTypeCategoryOrder, &categories);
+  return categories;
+}
+
+}  // namespace
 
 void LootDefinitions::ReplaceItems(std::vector<SVDS::LootItemClientDTO> items) {
+  std::vector<std::string> categories = DisplayCategoriesOf(items);
   items_.Replace(std::move(items));
+  displayCategories_ = std::move(categories);
   indexIsStale_ = true;
-  CollectDisplayCategories();
 }
 
 void LootDefinitions::ReplaceRecipes(std::vector<SVDS::LootSvdsRecipeClientDTO> recipes) {
@@ -29,15 +43,6 @@ const RecipeIndex& LootDefinitions::recipes() const {
     indexIsStale_ = false;
   }
   return index_;
-}
-
-void LootDefinitions::CollectDisplayCategories() {
-  std::set<std::string_view> categories;
-  for (const SVDS::LootItemClientDTO& item : items()) {
-    if (!item.displayCategories.empty()) categories.insert(item.displayCategories);
-  }
-  displayCategories_.assign(categories.begin(), categories.end());
-  SortByRank(kTypeCategoryOrder, &displayCategories_);
 }
 
 Api::LootItem PublishedLootItem(const SVDS::LootItemClientDTO& definition) {

@@ -16,6 +16,7 @@ namespace Kest::Client::Loot {
 
 class LootDefinitions {
  public:
+  // Each changes nothing when memory runs out.
   void ReplaceItems(std::vector<SVDS::LootItemClientDTO> items);
   void ReplaceRecipes(std::vector<SVDS::LootSvdsRecipeClientDTO> recipes);
   void ReplaceQueryResults(BindingProperty queryToLootNames);
@@ -36,8 +37,6 @@ class LootDefinitions {
   const RecipeIndex& recipes() const;
 
  private:
-  void CollectDisplayCategories();
-
   LootItemDefinitions items_;
   std::vector<SVDS::LootSvdsRecipeClientDTO> recipes_;
   BindingProperty queryToLootNames_;
