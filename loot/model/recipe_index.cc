@@ -93,7 +93,6 @@ void RecipeIndex::EnterRecipe(uint32_t place) {
   for (const IndexedSlot& slot : indexed.slots) {
     Query& query = queries_.find(slot.slot->query)->second;
     if (&slot == &indexed.slots.front()) query.firstRecipes.push_back(place);
-    if (query.recipes.empty() || query.recipes.back() != place) query.recipes.push_back(place);
     if (disenchant && (!query.disenchant || disenchant->quantity > query.disenchant->quantity)) {
       query.disenchant = disenchant;
     }
@@ -119,12 +118,11 @@ void RecipeIndex::ForEachQueryListing(std::string_view lootName, std::string_vie
   if (lootId != lootName) visitAll(lootId);
 }
 
-std::vector<const IndexedRecipe*> RecipeIndex::Gather(std::string_view lootName,
-                                                      std::string_view lootId,
-                                                      RecipePlaces places) const {
+std::vector<const IndexedRecipe*> RecipeIndex::RecipesTakingFirst(std::string_view lootName,
+                                                                  std::string_view lootId) const {
   std::vector<uint32_t> gathered;
   ForEachQueryListing(lootName, lootId, [&](const Query& query) {
-    gathered.insert(gathered.end(), (query.*places).begin(), (query.*places).end());
+    gathered.insert(gathered.end(), query.firstRecipes.begin(), query.firstRecipes.end());
   });
   std::sort(gathered.begin(), gathered.end());
   gathered.erase(std::unique(gathered.begin(), gathered.end()), gathered.end());
@@ -132,16 +130,6 @@ std::vector<const IndexedRecipe*> RecipeIndex::Gather(std::string_view lootName,
   taking.reserve(gathered.size());
   for (const uint32_t place : gathered) taking.push_back(&recipes_[place]);
   return taking;
-}
-
-std::vector<const IndexedRecipe*> RecipeIndex::RecipesTaking(std::string_view lootName,
-                                                             std::string_view lootId) const {
-  return Gather(lootName, lootId, &Query::recipes);
-}
-
-std::vector<const IndexedRecipe*> RecipeIndex::RecipesTakingFirst(std::string_view lootName,
-                                                                  std::string_view lootId) const {
-  return Gather(lootName, lootId, &Query::firstRecipes);
 }
 
 std::optional<DisenchantOffer> RecipeIndex::FindDisenchant(std::string_view lootName,

@@ -5,8 +5,8 @@
 // lists the names that the query results hold under its query, else the query itself when it names
 // a definition, else none.
 // Threads:  no lock; handlers and scheduled tasks only.
-// Lifetime: it points into the recipes and query results it was built from, and what it answers is
-//           valid until the next Rebuild.
+// Lifetime: it points into the recipes it was built from, and what it answers is valid until the
+//           next Rebuild.
 #pragma once
 
 #include <cstdint>
@@ -56,18 +56,16 @@ class RecipeIndex {
   RecipeIndex(const RecipeIndex&) = delete;
   RecipeIndex& operator=(const RecipeIndex&) = delete;
 
-  // Builds the index afresh. The arguments outlive it or its next Rebuild. A quantity that cannot
-  // be read is 0 and logs "Loot recipe %s has an unreadable quantity: %s" as a warning.
+  // Builds the index afresh. `recipes` outlive it or its next Rebuild. A quantity that cannot be
+  // read is 0 and logs "Loot recipe %s has an unreadable quantity: %s" as a warning.
   void Rebuild(const std::vector<SVDS::LootSvdsRecipeClientDTO>& recipes,
                const BindingProperty& queryToLootNames, const LootItemDefinitions& items);
 
   // Every recipe, in the definitions' order.
   const std::vector<IndexedRecipe>& recipes() const { return recipes_; }
 
-  // The recipes that take the item in any slot, or in the slot of the lowest number. In the
-  // definitions' order, each once.
-  std::vector<const IndexedRecipe*> RecipesTaking(std::string_view lootName,
-                                                  std::string_view lootId) const;
+  // The recipes that take the item in the slot of the lowest number. In the definitions' order,
+  // each once.
   std::vector<const IndexedRecipe*> RecipesTakingFirst(std::string_view lootName,
                                                        std::string_view lootId) const;
 
@@ -84,20 +82,17 @@ class RecipeIndex {
   struct Query {
     std::vector<std::string> lootNames;
     std::string_view lastCurrencyId;     // empty when it lists none
-    std::vector<uint32_t> recipes;       // with a slot that asks it; rising, each once
     std::vector<uint32_t> firstRecipes;  // whose first slot asks it; rising
+    // Of the recipes with any slot that asks it.
     std::optional<DisenchantOffer> disenchant;
     std::optional<UpgradeOffer> upgrade;
   };
-  using RecipePlaces = std::vector<uint32_t> Query::*;
 
   Query& TakeQuery(std::string_view text, const BindingProperty& queryToLootNames,
                    const LootItemDefinitions& items);
   void EnterRecipe(uint32_t place);
   template <class Visit>
   void ForEachQueryListing(std::string_view lootName, std::string_view lootId, Visit visit) const;
-  std::vector<const IndexedRecipe*> Gather(std::string_view lootName, std::string_view lootId,
-                                           RecipePlaces places) const;
 
   std::vector<IndexedRecipe> recipes_;
   std::unordered_map<std::string_view, Query> queries_;  // by query text; nodes do not move

@@ -72,37 +72,23 @@ TEST_F(RecipeIndexTest, FindsRecipesByNameAndIdInOrder) {
   const struct {
     const char* why;
     std::string_view name, id;
-    std::vector<std::string> all, first;
+    std::vector<std::string> first;
   } kCases[] = {
-      {"from a list", "SHARD_1", "SHARD_1", {"upgrade", "reroll"}, {"reroll"}},
-      {"list and single text",
-       "SHARD_2",
-       "SHARD_2",
-       {"upgrade", "reroll", "tie"},
-       {"reroll", "tie"}},
-      {"by id only", "TOKEN", "TOKEN-42", {"upgrade", "reroll"}, {"reroll"}},
-      {"by name although the id is another",
-       "SHARD_1",
-       "SHARD_1-9",
-       {"upgrade", "reroll"},
-       {"reroll"}},
-      {"other reference id", "TOKEN", "TOKEN-43", {}, {}},
-      {"query names a definition; a number is no result",
-       "CHEST_a",
-       "CHEST_a",
-       {"open", "tie"},
-       {"open"}},
-      {"query names nothing", "CHEST_unknown", "CHEST_unknown", {}, {}},
+      {"from a list", "SHARD_1", "SHARD_1", {"reroll"}},
+      {"list and single text", "SHARD_2", "SHARD_2", {"reroll", "tie"}},
+      {"by id only", "TOKEN", "TOKEN-42", {"reroll"}},
+      {"by name although the id is another", "SHARD_1", "SHARD_1-9", {"reroll"}},
+      {"other reference id", "TOKEN", "TOKEN-43", {}},
+      {"query names a definition; a number is no result", "CHEST_a", "CHEST_a", {"open"}},
+      {"query names nothing", "CHEST_unknown", "CHEST_unknown", {}},
       {"lowest slot number, not first in the list",
        "CURRENCY_champion",
        "CURRENCY_champion",
-       {"upgrade"},
        {"upgrade"}},
-      {"empty name", "", "", {}, {}},
+      {"empty name", "", "", {}},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
-    EXPECT_EQ(Names(index.RecipesTaking(c.name, c.id)), c.all);
     EXPECT_EQ(Names(index.RecipesTakingFirst(c.name, c.id)), c.first);
   }
   const IndexedSlot& first = index.recipes().at(0).slots.at(0);
@@ -115,7 +101,8 @@ TEST_F(RecipeIndexTest, OffersTheBestDisenchantAndTheLastUpgrade) {
   auto several = MakeRecipe("several", "DISENCHANT", {{1, "one"}}, "ESSENCE_low", "2");
   several.outputs.push_back({"ESSENCE_high", "900", 1, false});
   const RecipeIndex& index =
-      Index({several, MakeRecipe("best", "DISENCHANT", {{1, "all shards"}}, "ESSENCE", "10*2"),
+      Index({several,
+             MakeRecipe("best", "DISENCHANT", {{1, "none"}, {2, "all shards"}}, "ESSENCE", "10*2"),
              MakeRecipe("equal", "DISENCHANT", {{1, "one"}}, "ESSENCE_late", "20"),
              MakeRecipe("forge", "FORGE", {{1, "all shards"}}, "ESSENCE_forged", "500"),
              MakeRecipe("empty", "DISENCHANT", {{1, "all shards"}}),
@@ -131,22 +118,26 @@ TEST_F(RecipeIndexTest, OffersTheBestDisenchantAndTheLastUpgrade) {
   ASSERT_TRUE(last);
   EXPECT_EQ(last->currencyId, "CURRENCY_cosmetic") << "the last id of the highest slot";
   EXPECT_EQ(last->quantity, 70);
+  EXPECT_TRUE(index.FindDisenchant("TOKEN", "TOKEN-42")) << "by id";
+  EXPECT_TRUE(index.FindDisenchant("SHARD_1", "SHARD_1-9")) << "by name";
+  EXPECT_FALSE(index.FindDisenchant("TOKEN", "TOKEN-43"));
   EXPECT_FALSE(index.FindDisenchant("CHEST_a", "CHEST_a"));
   EXPECT_FALSE(index.FindUpgrade("CHEST_a", "CHEST_a"));
 }
 
 TEST_F(RecipeIndexTest, FollowsEveryReplacement) {
-  EXPECT_THAT(Index({MakeRecipe("r", "X", {{1, "CHEST_b"}})}).RecipesTaking("CHEST_b", "CHEST_b"),
-              IsEmpty());
+  EXPECT_THAT(
+      Index({MakeRecipe("r", "X", {{1, "CHEST_b"}})}).RecipesTakingFirst("CHEST_b", "CHEST_b"),
+      IsEmpty());
   std::vector<SVDS::LootItemClientDTO> items(1);
   items[0].lootName = "CHEST_b";
   definitions_.ReplaceItems(items);
-  EXPECT_EQ(definitions_.recipes().RecipesTaking("CHEST_b", "CHEST_b").size(), 1u);
+  EXPECT_EQ(definitions_.recipes().RecipesTakingFirst("CHEST_b", "CHEST_b").size(), 1u);
   BindingProperty queries;
   queries.TakeMember("CHEST_b").SetString("CHEST_c");
   definitions_.ReplaceQueryResults(std::move(queries));
-  EXPECT_THAT(definitions_.recipes().RecipesTaking("CHEST_b", "CHEST_b"), IsEmpty());
-  EXPECT_EQ(definitions_.recipes().RecipesTaking("CHEST_c", "CHEST_c").size(), 1u);
+  EXPECT_THAT(definitions_.recipes().RecipesTakingFirst("CHEST_b", "CHEST_b"), IsEmpty());
+  EXPECT_EQ(definitions_.recipes().RecipesTakingFirst("CHEST_c", "CHEST_c").size(), 1u);
 }
 
 TEST_F(RecipeIndexTest, AnUnreadableQuantityIsZeroAndSaysSoOnce) {
