@@ -77,10 +77,24 @@ TEST_F(LootPluginTest, SourcesEnrichTheStoredItems) {
                                     "Update /tav-loot/v2/player-loot-map"));
 }
 
+TEST_F(LootPluginTest, GameDataIsLoadedForTheFirstItems) {
+  const std::string assets = "/tav-game-data/assets/v1/";
+  AnswerGet(assets + "profile-icons.json", R"([{"id":5,"iconPath":"five.png"}])");
+  AnswerGet(assets + "loot.json", R"({"LootItems":[{"id":"ICON","name":"Named"}]})");
+  AnswerGet(assets + "summoner-emotes.json", R"([{"id":6,"name":"Wave"}])");
+  definitions_ = R"([{"lootName":"ICON","type":"SUMMONERICON","storeItemId":5},
+                     {"lootName":"WAVE","type":"EMOTE","storeItemId":6}])";
+  StartWithLoot(R"([{"lootName":"ICON","count":1},{"lootName":"WAVE","count":1}])");
+  EXPECT_EQ(Item("ICON").tilePath, "five.png");
+  EXPECT_EQ(Item("ICON").localizedName, "Named");
+  EXPECT_EQ(Item("WAVE").itemDesc, "Wave");
+}
+
 TEST_F(LootPluginTest, LoadsFailAloneAndSkinsThatAreRefusedOrComeTooLateSetNoBit) {
   AnswerGet("/tav-game-data/assets/v1/summoner-emotes.json", "[]");
   StartPlugin();
-  EXPECT_TRUE(host_.HasLine("/profile-icons.json with error Error response for GET"));
+  EXPECT_TRUE(host_.HasLine(
+      "Failed to retrieve /tav-game-data/assets/v1/profile-icons.json with error Error response"));
   EXPECT_TRUE(host_.HasLine("Unable to load loot localization data."));
   EXPECT_FALSE(host_.HasLine("summoner-emotes.json")) << "each load fails alone";
   Login(7);
