@@ -1,10 +1,11 @@
 // PlayerLootStore keeps the player's items, and the items as they were last published. An item that
 // is put in and equals its published copy becomes that very copy: the two share their memory, and
 // looking for changes costs a comparison of pointers for each id touched since the last
-// publication. Threads:  no lock; handlers and module tasks only. It never calls out and never
-// waits. Lifetime: an item is immutable; a PlayerLootPointer outlives every later change.
-// References to the
-//           maps do not survive a wait.
+// publication.
+//
+// Threads:  no lock; handlers and module tasks only. It never calls out and never waits.
+// Lifetime: an item is immutable; a PlayerLootPointer outlives every later change. References to
+//           the maps do not survive a wait.
 #pragma once
 
 #include <cstdint>

@@ -59,7 +59,7 @@ enum class GameflowPhase : int32_t {
   kTerminatedInError = 13,
 };
 
-// Registers the five enumerations of loot items. REQUIRES: nothing registered before it.
+// Registers the five enumerations of loot items, ahead of every structure that holds one.
 void RegisterLootEnums(TypeRegistry& registry);
 
 // Registered on their own, each right before the resource that holds it.

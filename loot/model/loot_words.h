@@ -49,7 +49,6 @@ inline constexpr std::string_view kSuccess = "SUCCESS";
 inline constexpr std::string_view kRequestedAsync = "REQUESTED_ASYNC";
 inline constexpr std::string_view kOk = "OK";
 inline constexpr std::string_view kLootService = "loot";
-inline constexpr std::string_view kPluginShortName = "tav-loot";
 
 // Orders: first listed sorts first.
 inline constexpr std::array kTypeCategoryOrder = {kChest, kChampion, kSkin,
