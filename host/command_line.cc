@@ -34,7 +34,8 @@ CommandLine ReadCommandLine(int argc, const char* const* argv,
   app.add_option("--seed", options.seed, "Start of the world's random numbers")
       ->capture_default_str();
   app.add_option("--log-level", options.logLevel,
-                 "Least level of the lines on standard error: okay, warning, error, always, none")
+                 "Least level of the host's own lines on standard error: okay, warning, error, "
+                 "always, none")
       ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case));
   try {
     app.parse(argc, argv);

@@ -28,7 +28,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
       }),
       keeper_(options_.pluginPath, [this] { return LoadWorld(options_.worldPath, options_.seed); },
               {&scheduler_, &serviceEvents_, &stream_, log}),
-      control_(&scheduler_, &serviceEvents_, &stream_, &keeper_),
+      control_(&scheduler_, &serviceEvents_, &stream_, &keeper_, log),
       guard_(options_.address),
       router_(&scheduler_, &keeper_, &control_, &stream_) {}
 

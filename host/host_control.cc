@@ -83,11 +83,16 @@ const HostControl::Endpoint HostControl::kEndpoints[] = {
     {"/_host/health", "GET", &HostControl::Health},
     {"/_host/idle", "POST", &HostControl::Idle},
     {"/_host/reset", "POST", &HostControl::Reset},
+    {"/_host/log", "GET", &HostControl::Log},
 };
 
 HostControl::HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
-                         SessionKeeper* keeper)
-    : scheduler_(scheduler), serviceEvents_(serviceEvents), stream_(stream), keeper_(keeper) {}
+                         SessionKeeper* keeper, const HostLog* log)
+    : scheduler_(scheduler),
+      serviceEvents_(serviceEvents),
+      stream_(stream),
+      keeper_(keeper),
+      log_(log) {}
 
 HttpAnswer HostControl::Handle(const HttpRequest& request) {
   const RequestTarget target = RequestTarget::Split(request.target);
@@ -145,6 +150,13 @@ HttpAnswer HostControl::Idle(std::string_view query) {
 HttpAnswer HostControl::Reset(std::string_view) {
   const auto done = keeper_->Reset();
   return done ? JsonAnswer(R"({"reset":true})") : ProblemAnswer(500, done.GetFailure().text);
+}
+
+HttpAnswer HostControl::Log(std::string_view) {
+  JsonWriter json;
+  json.BeginArray();
+  for (const std::string& line : log_->Kept()) json.Text(line);
+  return JsonAnswer(json.EndArray().Take());
 }
 
 HttpAnswer HostControl::Index() {

@@ -1,5 +1,5 @@
-// The host's own control endpoints below "/_host": health, idle, reset, the list of everything that
-// is served. What they do not know they leave to the world.
+// The host's own control endpoints below "/_host": health, idle, reset, log, the list of everything
+// that is served. What they do not know they leave to the world.
 //
 // Threads: [task] on the scheduler's tasks.
 #pragma once
@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/event_stream.h"
+#include "host/host_log.h"
 #include "host/http_message.h"
 #include "host/scheduler.h"
 #include "host/service_events.h"
@@ -18,7 +19,7 @@ class HostControl {
  public:
   // The parts outlive the control.
   HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
-              SessionKeeper* keeper);
+              SessionKeeper* keeper, const HostLog* log);
 
   // Answers a request of which the path begins with "/_host/".
   HttpAnswer Handle(const HttpRequest& request);
@@ -29,6 +30,7 @@ class HostControl {
   HttpAnswer Health(std::string_view query);
   HttpAnswer Idle(std::string_view query);
   HttpAnswer Reset(std::string_view query);
+  HttpAnswer Log(std::string_view query);
   HttpAnswer AskWorld(const HttpRequest& request, std::string_view path);
 
   struct Endpoint;
@@ -38,6 +40,7 @@ class HostControl {
   ServiceEvents* const serviceEvents_;
   EventStream* const stream_;
   SessionKeeper* const keeper_;
+  const HostLog* const log_;
 };
 
 }  // namespace Kest::Host

@@ -43,9 +43,9 @@ struct HostServices::Entries {
     try {
       return call(Of(self));
     } catch (const std::exception& failure) {
-      Of(self).wiring_.log->Line(LogLevel::kError, failure.what());
+      Of(self).wiring_.log->Say(LogLevel::kError, failure.what());
     } catch (...) {
-      Of(self).wiring_.log->Line(LogLevel::kError, "Unknown exception in a host service");
+      Of(self).wiring_.log->Say(LogLevel::kError, "Unknown exception in a host service");
     }
     return refused;
   }
@@ -98,9 +98,11 @@ struct HostServices::Entries {
   static void Yield(const KestHostServices* self) {
     OnTask(self, "yield", [](HostServices& services) { services.wiring_.scheduler->Yield(); });
   }
-  static void Log(const KestHostServices* self, int32_t level, KestText line) {
-    const auto known = static_cast<LogLevel>(std::clamp(level, int32_t{0}, int32_t{3}));
-    Of(self).wiring_.log->Line(known, View(line));
+  static void Log(const KestHostServices* self, int32_t, KestText line) {
+    Guarded(self, false, [&](HostServices& services) {
+      services.wiring_.log->Keep(View(line));
+      return true;
+    });
   }
   static void Telemetry(const KestHostServices* self, KestText name, KestBytes json) {
     OnTask(self, "telemetry", [&](HostServices& services) {

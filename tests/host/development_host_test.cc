@@ -91,6 +91,7 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
       {"elsewhere", Simple("GET /tav-other/v1/a"), "404 ", "}"},
       {"the list", Simple("GET /"), "200 ", R"("endpoints":[]})"},
       {"health", Simple("GET /_host/health"), "200 ", "}"},
+      {"the plugin's lines", Simple("GET /_host/log"), "200 ", "\r\n\r\n[]"},
       {"a control's other method", Simple("GET /_host/reset"), "405 ", "}"},
       {"an unknown control", Simple("GET /_host/nothing"), "404 ", "}"},
       {"no JSON", WithBody("PUT /_host/gameflow", "text/plain", "x"), "415 ", "}"},

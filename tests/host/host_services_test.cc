@@ -100,6 +100,17 @@ TEST_F(HostServicesTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOr
   EXPECT_TRUE(onScheduler_);
 }
 
+TEST_F(HostServicesTest, LinesOfThePluginAreKeptAndNotPrintedAgain) {
+  table_->log(table_, 2, Text("first\n"));
+  for (size_t i = 1; i < HostLog::kMostKept; ++i) table_->log(table_, 77, Text("more"));
+  EXPECT_EQ(log_.Kept().front(), "first");
+  table_->log(table_, 3, Text("newest"));
+  EXPECT_EQ(log_.Kept().size(), HostLog::kMostKept);
+  EXPECT_EQ(log_.Kept().front(), "more");
+  EXPECT_EQ(log_.Kept().back(), "newest");
+  EXPECT_EQ(std::ftell(logFile_), 0);
+}
+
 TEST_F(HostServicesTest, WhatIsQueuedForADroppedSubscriptionIsNotDelivered) {
   OnTask([&] {
     ASSERT_TRUE(Subscribe(kEnabled));
