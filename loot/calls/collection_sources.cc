@@ -31,7 +31,7 @@ void CollectionSources::Follow(uint64_t summonerId) {
 }
 
 void CollectionSources::Drop() {
-  ++period_;
+  ++latestChampions_;
   for (const std::string& url : followed_) client_.Unsubscribe(url);
   followed_.clear();
 }
@@ -48,9 +48,10 @@ void CollectionSources::FollowChampions(const std::string& inventory) {
 }
 
 void CollectionSources::OnChampions(const std::string& skinsUrl) {
-  const uint64_t period = period_;
+  const uint64_t champions = ++latestChampions_;
   Maybe<Skins> skins = client_.Request<Skins>(HttpMethod::kGet, skinsUrl);
-  if (period != period_) return;  // the player has left while the request was under way
+  // Newer champions have come while the request was under way, or the player has left.
+  if (champions != latestChampions_) return;
   if (!skins) {
     LogError("Failed to retrieve %s with error %s", skinsUrl.c_str(),
              skins.GetFailure().text.c_str());

@@ -41,7 +41,7 @@ class CollectionSources {
   Collections& collections_;
   LootActions& actions_;
   std::vector<std::string> followed_;  // urls, in the order they were subscribed
-  uint64_t period_ = 0;  // counts Follow and Drop: tells an answer that comes too late
+  uint64_t latestChampions_ = 0;  // counts their answers, and Drop: tells skins that come too late
 };
 
 }  // namespace Kest::Client::Loot

@@ -15,11 +15,13 @@ namespace {
 constexpr const char* kMethod = "getAllPlayerLootAndAllDefinitions";
 constexpr int64_t kInterval = 3;  // seconds between retrievals that are not forced
 
-// True when the list is of another version than the one held, which it then becomes.
-bool TakeVersion(int64_t offered, int64_t* held) {
-  if (offered == *held) return false;
+// Runs `replace` when the list is of another version than the one held, which it then becomes; a
+// replacement that fails is offered again next time.
+template <class Replace>
+void TakeVersion(int64_t offered, int64_t* held, Replace replace) {
+  if (offered == *held) return;
+  replace();
   *held = offered;
-  return true;
 }
 
 }  // namespace
@@ -65,15 +67,13 @@ void LootRetrieval::OnAnswer(Maybe<Answer> answer) {
 
 void LootRetrieval::Apply(Answer answer) {
   LootDefinitions& definitions = state_.definitions;
-  if (TakeVersion(answer.lootItemList.lastUpdate, &itemListVersion_)) {
-    definitions.ReplaceItems(std::move(answer.lootItemList.lootItems));
-  }
-  if (TakeVersion(answer.recipeList.lastUpdate, &recipeListVersion_)) {
-    definitions.ReplaceRecipes(std::move(answer.recipeList.recipes));
-  }
-  if (TakeVersion(answer.queryResult.lastUpdate, &queryResultVersion_)) {
+  TakeVersion(answer.lootItemList.lastUpdate, &itemListVersion_,
+              [&] { definitions.ReplaceItems(std::move(answer.lootItemList.lootItems)); });
+  TakeVersion(answer.recipeList.lastUpdate, &recipeListVersion_,
+              [&] { definitions.ReplaceRecipes(std::move(answer.recipeList.recipes)); });
+  TakeVersion(answer.queryResult.lastUpdate, &queryResultVersion_, [&] {
     definitions.ReplaceQueryResults(std::move(answer.queryResult.queryToLootNames));
-  }
+  });
   inventory_.Replace(answer.playerLoot);
   state_.status.retrievalPending = false;
   actions_.RequestPublication();

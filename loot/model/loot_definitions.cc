@@ -11,7 +11,7 @@ namespace {
 std::vector<std::string> DisplayCategoriesOf(const std::vector<SVDS::LootItemClientDTO>& items) {
   std::set<std::string_view> distinct;
   for (const SVDS::LootItemClientDTO& item : items) {
-    if (!item.displayCategories.empty()) distinct.insert(item.displayCategories);
+    distinct.insert(item.displayCategories);
   }
   std::vector<std::string> categories(distinct.begin(), distinct.end());
   SortByRank(kTypeCategoryOrder, &categories);

@@ -29,7 +29,7 @@ class LootDefinitions {
   const std::vector<SVDS::LootItemClientDTO>& items() const { return items_.records(); }
 
   // The distinct display categories of all items: those of no known type word first, by the
-  // alphabet, then the others in their order of priority. An empty text is no category.
+  // alphabet, then the others in their order of priority.
   const std::vector<std::string>& displayCategories() const { return displayCategories_; }
 
   // The recipes by what they take. Builds the index when a replacement has made it stale, so that

@@ -149,16 +149,6 @@ TEST_F(LootPluginTest, GamePhasesHoldGrantNotificationsBack) {
   EXPECT_EQ(host_.CountLines("loot grant notifications set to: allowed."), 4u);
 }
 
-TEST_F(LootPluginTest, EndpointsThatAreNotServedSaySo) {
-  StartPlugin();
-  for (const char* path : {"recipes/initial-item/x", "loot-grants", "player-loot/x/context-menu",
-                           "player-loot-notifications"}) {
-    EXPECT_EQ(host_.Get(std::string("/tav-loot/v1/") + path).status, 501) << path;
-  }
-  EXPECT_EQ(host_.Delete("/tav-loot/v1/loot-grants/1").message, "Not Implemented");
-  EXPECT_EQ(host_.Delete("/tav-loot/v1/loot-grants/first").status, 400);
-}
-
 // The main job: a chest is opened, its marks are seen, and a follower of the events knows at each
 // step what the endpoints answer.
 TEST_F(LootPluginTest, WhatIsPublishedAddsUpToWhatIsAnswered) {

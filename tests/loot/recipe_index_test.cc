@@ -162,7 +162,7 @@ TEST(LootDefinitionsTest, DisplayCategoriesAreDistinctAndSorted) {
   LootDefinitions definitions;
   definitions.ReplaceItems(items);
   EXPECT_THAT(definitions.displayCategories(),
-              ElementsAre("ANOTHER", "OTHER", "CHEST", "SKIN", "EMOTE"));
+              ElementsAre("", "ANOTHER", "OTHER", "CHEST", "SKIN", "EMOTE"));
   EXPECT_EQ(definitions.Find("item 3")->displayCategories, "CHEST");
   EXPECT_EQ(definitions.Find("item 8"), nullptr);
 }

@@ -53,7 +53,7 @@ TEST_F(RetrievalTest, TheFirstReadersRetrieveUntilOneSucceeds) {
   playerLoot_ = R"([{"lootName":"ODD","count":1}])";
   EXPECT_EQ(Item("ODD").count, 1);
   EXPECT_EQ(host_.Get("/tav-loot/v1/player-display-categories").body,
-            R"(["ODDS","CHEST","CHAMPION","SKIN"])");
+            R"(["","ODDS","CHEST","CHAMPION","SKIN"])");
   EXPECT_EQ(Parse<std::vector<Api::LootItem>>(host_.Get("/tav-loot/v1/loot-items").body).size(),
             6u);
   EXPECT_EQ(Retrievals(), 7u) << "nothing is pending any more";

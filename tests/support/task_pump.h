@@ -31,7 +31,7 @@ class TaskPump {
   // Queues work for the free thread, which does it in order and at its own pace.
   void PostOnThread(std::function<void()> work);
 
-  // Runs until every task has ended or yields round after round without anything happening.
+  // Runs until every task has ended or yields a few rounds on end without anything happening.
   void RunUntilIdle();
   void Yield();
   // Says that something happened, so that a round of yields is not taken for idleness.

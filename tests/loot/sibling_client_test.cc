@@ -1,0 +1,198 @@
+#include "loot/calls/sibling_client.h"
+
+#include <limits>
+
+#include "tests/loot/calls_fixture.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using Names = std::vector<std::string>;
+
+class SiblingClientTest : public CallsTest {
+ protected:
+  static constexpr const char* kUrl = "/tav-x/v1/thing";
+  static constexpr const char* kEvent = "OnJsonApiEvent_/tav-x/v1/thing";
+
+  template <class R, class... A>
+  Maybe<R> Ask(HttpMethod method, const A&... arguments) {
+    Maybe<R> result = Failure{"no answer"};
+    host_.RunTask([&] { result = client_.Request<R>(method, kUrl, arguments...); });
+    return result;
+  }
+  void FollowNames(const std::string& tag) {
+    client_.Subscribe<Names>(kUrl, [this, tag](const Names* value, ResourceEventType type) {
+      seen_.push_back(tag + std::to_string(static_cast<int>(type)) + ":" +
+                      (value != nullptr ? std::to_string(value->size()) : "none"));
+    });
+  }
+
+  std::vector<std::string> seen_;
+};
+
+TEST_F(SiblingClientTest, ArgumentsTravelInTheQueryOrAsTheBody) {
+  host_.OnRequest("GET", kUrl, FakeAnswer{200, R"({"TOURNAMENT_LOGO":"token"})"});
+  host_.OnRequest("POST", kUrl, FakeAnswer{204, ""});
+  const auto tokens = Ask<std::map<std::string, std::string>>(
+      HttpMethod::kGet, Query("inventoryTypes", Names{"TOURNAMENT_LOGO"}),
+      Query("q", std::string("a b&\xC3\xA9")), Query("n", -3));
+  ASSERT_TRUE(tokens) << tokens.GetFailure().text;
+  EXPECT_EQ(tokens.GetValue().at("TOURNAMENT_LOGO"), "token");
+  ASSERT_TRUE(Ask<Nothing>(HttpMethod::kPost, TestRecord{"x", 1.5}, Query("force", true)));
+  const std::vector<FakeRequest> requests = host_.Requests();
+  EXPECT_EQ(requests[0].url,
+            "/tav-x/v1/thing?inventoryTypes=%5B%22TOURNAMENT_LOGO%22%5D&q=a%20b%26%C3%A9&n=-3");
+  EXPECT_EQ(requests[0].body, "");
+  EXPECT_EQ(requests[1].url, "/tav-x/v1/thing?force=true");
+  EXPECT_EQ(requests[1].body, R"({"name":"x","number":1.5})");
+}
+
+TEST_F(SiblingClientTest, EachStepFailsWithItsOwnText) {
+  struct Case {
+    const char* why;
+    FakeAnswer answer;
+    int32_t status;
+    const char* text;
+  };
+  const Case kCases[] = {
+      {"error answer", {404, "", "Not found"}, 404, "Error response for GET /tav-x/v1/thing: "},
+      {"error answer without a text", {503, "", ""}, 503, "Error response for GET "},
+      {"no JSON", {200, "[1", ""}, 500, "Error converting response for GET /tav-x/v1/thing: "},
+      {"another type",
+       {200, R"({"a":1})", ""},
+       500,
+       "Error converting response for GET /tav-x/v1/thing: Couldn't assign value to '<result>' of "
+       "type vector because the input not a collection."},
+      {"no body", {204, "", ""}, 500, "Error converting response for GET /tav-x/v1/thing: "},
+      {"not a JSON body",
+       {200, "- a", "", "application/x-yaml"},
+       500,
+       "Error reading streamed response for GET /tav-x/v1/thing: Unsupported body content type"},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.why);
+    host_.OnRequest("GET", kUrl, c.answer);
+    const Maybe<Names> result = Ask<Names>(HttpMethod::kGet, Query("q", 1));
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.GetFailure().status, c.status);
+    EXPECT_THAT(result.GetFailure().text, ::testing::StartsWith(c.text));
+    EXPECT_THAT(result.GetFailure().text, ::testing::Not(::testing::EndsWith(": ")));
+  }
+}
+
+TEST_F(SiblingClientTest, AnArgumentThatDoesNotConvertSendsNothing) {
+  const TestRecord unwritable{"x", std::numeric_limits<double>::quiet_NaN()};
+  const Maybe<Nothing> asBody = Ask<Nothing>(HttpMethod::kPut, unwritable, Query("a", 1));
+  const Maybe<Nothing> asQuery = Ask<Nothing>(HttpMethod::kPut, Query("a", unwritable));
+  for (const Maybe<Nothing>& result : {asBody, asQuery}) {
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.GetFailure().status, 400);
+    EXPECT_THAT(result.GetFailure().text,
+                ::testing::StartsWith("Request not sent: Error converting parameters for PUT "
+                                      "/tav-x/v1/thing: "));
+  }
+  EXPECT_THAT(host_.Requests(), IsEmpty());
+}
+
+TEST_F(SiblingClientTest, ARequestThatIsCutShortSaysSo) {
+  FakeAnswer held;
+  held.held = true;
+  host_.OnRequest("GET", kUrl, held);
+  std::string text;
+  host_.RunTask([&] { text = client_.Request<Nothing>(HttpMethod::kGet, kUrl).GetFailure().text; });
+  EXPECT_EQ(text, "");
+  EndPlugin();
+  EXPECT_EQ(text, "Finalizing");
+}
+
+TEST_F(SiblingClientTest, EventsAreConvertedOrDroppedAndADeleteHasNoValue) {
+  host_.SetResource(kUrl, R"(["present"])");
+  FollowNames("");
+  host_.RunUntilIdle();
+  host_.SetResource(kUrl, R"({"not":"a list"})");
+  host_.DeliverEvent(kEvent, R"({"uri":"/tav-x/v1/thing","eventType":"Update"})");
+  host_.DeliverEvent(kEvent, R"({"uri":"/tav-x/v1/thing","eventType":"Never","data":[]})");
+  host_.DeliverEvent(kEvent, "torn");
+  host_.SetResource(kUrl, R"(["a","b"])");
+  host_.RemoveResource(kUrl);
+  EXPECT_THAT(seen_, ElementsAre("0:1", "1:2", "2:none"));
+}
+
+TEST_F(SiblingClientTest, UsesAreCountedAndTheHostHearsOfTheFirstAndTheLast) {
+  FollowNames("a");
+  FollowNames("b");
+  host_.SetResource(kUrl, "[]");
+  EXPECT_THAT(seen_, ElementsAre("a0:0", "b0:0"));
+  client_.Unsubscribe(kUrl);
+  host_.SetResource(kUrl, "[]");
+  EXPECT_THAT(seen_, ElementsAre("a0:0", "b0:0", "a1:0"));
+  EXPECT_THAT(host_.SubscriptionLog(), ElementsAre(std::string("+") + kEvent));
+  client_.Unsubscribe(kUrl);
+  client_.Unsubscribe(kUrl);
+  host_.SetResource(kUrl, "[]");
+  EXPECT_EQ(seen_.size(), 3u);
+  EXPECT_THAT(host_.SubscriptionLog(),
+              ElementsAre(std::string("+") + kEvent, std::string("-") + kEvent));
+  EXPECT_THAT(log_.Lines(), ElementsAre("  WARN|| vwm-be-test: Not subscribed to /tav-x/v1/thing"));
+}
+
+TEST_F(SiblingClientTest, HandlersMayChangeTheSubscriptionsTheyAreCalledFrom) {
+  client_.Subscribe<Names>(kUrl, [this](const Names*, ResourceEventType) {
+    seen_.push_back("first");
+    client_.Unsubscribe(kUrl);  // the youngest: the second one, whose turn would be next
+    if (seen_.size() == 1) FollowNames("new");
+  });
+  FollowNames("second");
+  host_.SetResource(kUrl, "[]");
+  EXPECT_THAT(seen_, ElementsAre("first"));
+  host_.SetResource(kUrl, "[]");
+  EXPECT_THAT(seen_, ElementsAre("first", "first"));
+}
+
+TEST_F(SiblingClientTest, APatternFollowsWhatItMatchesThroughTheEventOfAllResources) {
+  client_.Subscribe<int32_t>("/tav-*/v1/*", [this](const int32_t* value, ResourceEventType) {
+    seen_.push_back(std::to_string(*value));
+  });
+  host_.SetResource("/tav-a/v1/b/c", "1");
+  host_.SetResource("/tav-a/v2/b", "2");
+  host_.SetResource("/other/tav-a/v1/b", "3");
+  EXPECT_THAT(seen_, ElementsAre("1"));
+  EXPECT_THAT(host_.SubscriptionLog(), ElementsAre("+OnJsonApiEvent"));
+  client_.UnsubscribeAll();
+  EXPECT_THAT(host_.Subscriptions(), IsEmpty());
+}
+
+TEST(MatchesPattern, AStarTakesAnyCharactersAndBacktracks) {
+  struct Case {
+    const char* pattern;
+    const char* text;
+    bool matches;
+  };
+  const Case kCases[] = {{"a*", "a", true},         {"a*", "ba", false},      {"*", "", true},
+                         {"a*b*c", "aXbXbc", true}, {"a*bc", "abcbd", false}, {"ab", "abc", false},
+                         {"*aab", "aaaab", true},   {"a**b", "ab", true},     {"", "a", false}};
+  for (const Case& c : kCases) {
+    EXPECT_EQ(MatchesPattern(c.pattern, c.text), c.matches) << c.pattern << " on " << c.text;
+  }
+  const std::string text(100'000, 'a');
+  EXPECT_FALSE(MatchesPattern("*a*a*a*a*b", text));  // comes back at once
+}
+
+TEST_F(SiblingClientTest, PublishesWhatConvertsAndLogsWhatDoesNot) {
+  client_.Publish("/tav-loot/v1/x", ResourceEventType::kUpdate, TestRecord{"n", 2});
+  client_.PublishDelete("/tav-loot/v1/x");
+  client_.Publish("/tav-loot/v1/y", ResourceEventType::kCreate, UnregisteredRecord{});
+  using Event = Testing::PublishedEvent;
+  EXPECT_THAT(host_.PublishedEvents(),
+              ElementsAre(Event{"/tav-loot/v1/x", "Update", R"({"name":"n","number":2.0})"},
+                          Event{"/tav-loot/v1/x", "Delete", ""}));
+  EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| vwm-be-test: Couldn't convert resource "
+                                        "Kest::Client::Loot::UnregisteredRecord for event uri "
+                                        "\"/tav-loot/v1/y\""));
+}
+
+}  // namespace
+}  // namespace Kest::Client::Loot
