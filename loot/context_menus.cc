@@ -42,7 +42,7 @@ std::string Join(const std::vector<std::string>& texts) {
 }  // namespace
 
 std::vector<Api::ContextMenu> ContextMenus::MenuOf(const std::string& lootId,
-                                                   const LootCounts& counts) const {
+                                                   LootCounts& counts) const {
   std::vector<Api::ContextMenu> menu;
   const Api::PlayerLootPointer item = state_.store.Find(lootId);
   if (item == nullptr) return menu;
@@ -53,8 +53,7 @@ std::vector<Api::ContextMenu> ContextMenus::MenuOf(const std::string& lootId,
   return menu;
 }
 
-Api::ContextMenu ContextMenus::RecipeEntry(const IndexedRecipe& indexed,
-                                           const LootCounts& counts) const {
+Api::ContextMenu ContextMenus::RecipeEntry(const IndexedRecipe& indexed, LootCounts& counts) const {
   const SVDS::LootSvdsRecipeClientDTO& recipe = *indexed.recipe;
   Api::ContextMenu entry;
   entry.name = recipe.recipeName;

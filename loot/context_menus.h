@@ -20,10 +20,10 @@ class ContextMenus {
   // "REDEEM" first when the item can be redeemed, then one entry for each recipe that takes the
   // item as its first ingredient, in the definitions' order. An item that is not stored has no
   // menu. `counts` is of the store as it stands.
-  std::vector<Api::ContextMenu> MenuOf(const std::string& lootId, const LootCounts& counts) const;
+  std::vector<Api::ContextMenu> MenuOf(const std::string& lootId, LootCounts& counts) const;
 
  private:
-  Api::ContextMenu RecipeEntry(const IndexedRecipe& recipe, const LootCounts& counts) const;
+  Api::ContextMenu RecipeEntry(const IndexedRecipe& recipe, LootCounts& counts) const;
   std::string NameOf(const std::string& lootId) const;
 
   const LootState& state_;

@@ -119,8 +119,8 @@ Maybe<Nothing> LootPlugin::RetrieveBeforeFirstRead() {
   return Nothing{};
 }
 
-Maybe<std::string> LootPlugin::RefreshLoot(bool force) {
-  return retrieval_.Retrieve(force);
+Maybe<std::string> LootPlugin::RefreshLoot(std::optional<bool> force) {
+  return retrieval_.Retrieve(force.value_or(false));
 }
 
 bool LootPlugin::GetEnabled() {
@@ -185,7 +185,7 @@ Api::CurrencyConfiguration LootPlugin::GetCurrencyConfiguration() {
   return configuration_.currencies();
 }
 
-LootPlugin::Recipes LootPlugin::GetInitialItemRecipes(const std::string& lootId) {
+std::vector<Api::Recipe> LootPlugin::GetInitialItemRecipes(const std::string& lootId) {
   return views_.ReadRecipes(lootId);
 }
 
@@ -199,7 +199,7 @@ Maybe<Api::PlayerLootUpdate> LootPlugin::RedeemPlayerLoot(const std::string& loo
   return transactions_.Redeem(lootName);
 }
 
-LootPlugin::ContextMenu LootPlugin::GetContextMenu(const std::string& lootId) {
+std::vector<Api::ContextMenu> LootPlugin::GetContextMenu(const std::string& lootId) {
   return views_.ReadContextMenu(lootId);
 }
 

@@ -9,7 +9,13 @@ LootCounts::LootCounts(const Api::PlayerLootItems& items) : items_(items) {
   for (const auto& [lootId, item] : items) byName_[item->lootName] += item->count;
 }
 
-int64_t LootCounts::Sum(const std::vector<std::string>& lootIds) const {
+int64_t LootCounts::Sum(const std::vector<std::string>& lootIds) {
+  const auto [sum, isNew] = sums_.try_emplace(&lootIds);
+  if (isNew) sum->second = Count(lootIds);
+  return sum->second;
+}
+
+int64_t LootCounts::Count(const std::vector<std::string>& lootIds) const {
   const std::unordered_set<std::string_view> listed(lootIds.begin(), lootIds.end());
   int64_t sum = 0;
   for (const std::string_view id : listed) {

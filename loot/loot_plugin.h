@@ -1,7 +1,7 @@
 // LootPlugin is the loot back end: it owns the state and the calls, follows what the state depends
 // on (subscriptions.cc), answers the endpoints (endpoints.cc) and tells about new loot
-// (loot_notices.cc). Threads: the constructor and
-// RegisterApi on the loader's thread, everything else on module tasks.
+// (loot_notices.cc). Threads: the constructor and RegisterApi on the loader's thread, everything
+// else on module tasks.
 #pragma once
 
 #include <cstdint>
@@ -78,8 +78,6 @@ class LootPlugin final : public PluginBase, private LootActions {
   // ---- Endpoints --------------------------------------------------------------------------------
   using Items = std::reference_wrapper<const Api::PlayerLootItems>;
   using ItemMap = std::reference_wrapper<const Api::PlayerLootMap>;
-  using Recipes = std::reference_wrapper<const std::vector<Api::Recipe>>;
-  using ContextMenu = std::reference_wrapper<const std::vector<Api::ContextMenu>>;
 
   // In order; together they are the whole table.
   void RegisterInventoryRoutes();
@@ -88,7 +86,7 @@ class LootPlugin final : public PluginBase, private LootActions {
   // Makes sure that an inventory was retrieved before loot is read.
   Maybe<Nothing> RetrieveBeforeFirstRead();
 
-  Maybe<std::string> RefreshLoot(bool force);
+  Maybe<std::string> RefreshLoot(std::optional<bool> force);
   bool GetEnabled();
   bool GetReady();
   Maybe<std::vector<Api::PlayerLootPointer>> GetPlayerLoot();
@@ -101,14 +99,14 @@ class LootPlugin final : public PluginBase, private LootActions {
   void RequestClientConfiguration();
   Api::RecipeMenuConfig GetRecipeConfiguration();
   Api::CurrencyConfiguration GetCurrencyConfiguration();
-  Recipes GetInitialItemRecipes(const std::string& lootId);
+  std::vector<Api::Recipe> GetInitialItemRecipes(const std::string& lootId);
   Maybe<Api::PlayerLootUpdate> CraftRecipe(const std::string& recipeName,
                                            const std::vector<std::string>& playerLootList,
                                            std::optional<int32_t> repeat);
   Maybe<Api::PlayerLootUpdate> RedeemPlayerLoot(const std::string& lootName);
   std::vector<Api::LootGrantNotification> GetLootGrants();
   Maybe<Nothing> DismissLootGrant(int64_t id);
-  ContextMenu GetContextMenu(const std::string& lootId);
+  std::vector<Api::ContextMenu> GetContextMenu(const std::string& lootId);
   Maybe<Nothing> DismissNewNotification(const std::string& lootId);
   Maybe<std::vector<Api::LootItem>> GetLootItems();
   std::vector<Api::PlayerLootNotification> GetPlayerLootNotifications();

@@ -4,12 +4,26 @@
 
 namespace Kest::Client::Loot {
 
-const std::vector<Api::Recipe>& WatchedViews::ReadRecipes(const std::string& lootId) {
-  return recipes_[lootId] = recipeViews_.InitialItemRecipes(lootId);
+namespace {
+
+constexpr size_t kMostWatched = 16'384;
+
+// A later read is no news to those who follow the events, so the first one stays.
+template <class Told, class View>
+View Watch(Told* told, const std::string& lootId, View view) {
+  if (told->size() < kMostWatched) told->try_emplace(lootId, view);
+  return view;
 }
 
-const std::vector<Api::ContextMenu>& WatchedViews::ReadContextMenu(const std::string& lootId) {
-  return contextMenus_[lootId] = menus_.MenuOf(lootId, LootCounts(state_.store.items()));
+}  // namespace
+
+std::vector<Api::Recipe> WatchedViews::ReadRecipes(const std::string& lootId) {
+  return Watch(&recipes_, lootId, recipeViews_.InitialItemRecipes(lootId));
+}
+
+std::vector<Api::ContextMenu> WatchedViews::ReadContextMenu(const std::string& lootId) {
+  LootCounts counts(state_.store.items());
+  return Watch(&contextMenus_, lootId, menus_.MenuOf(lootId, counts));
 }
 
 void WatchedViews::PublishChanges() {
@@ -21,7 +35,7 @@ void WatchedViews::PublishChanges() {
                     told);
   }
   if (contextMenus_.empty()) return;
-  const LootCounts counts(state_.store.items());
+  LootCounts counts(state_.store.items());
   for (auto& [lootId, told] : contextMenus_) {
     std::vector<Api::ContextMenu> now = menus_.MenuOf(lootId, counts);
     if (now == told) continue;

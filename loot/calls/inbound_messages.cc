@@ -4,6 +4,7 @@
 
 #include "binding/json_adapter.h"
 #include "log/logger.h"
+#include "loot/calls/find_value.h"
 #include "loot/model/loot_dtos.h"
 
 namespace Kest::Client::Loot {
@@ -11,11 +12,6 @@ namespace {
 
 constexpr std::string_view kMasteryGrantType = "championMasteryLootGrant";
 constexpr std::string_view kShownKeys[] = {"UNOWNED_CHAMPION", "GAME_LEAVER"};
-
-const BindingProperty* FindValue(const BindingProperty& object, std::string_view name) {
-  const BindingProperty* member = object.FindMember(name);
-  return member == nullptr || member->IsEmpty() ? nullptr : member;
-}
 
 // False when the text is no JSON; one line says so.
 bool ReadBody(std::string_view text, BindingProperty* body) {

@@ -115,6 +115,10 @@ class Parser {
 }  // namespace
 
 BindingProperty Reader::Read(std::string_view text) {
+  // The whole text must be tokens before any of them is read: that decides which error is told.
+  TokenStream scan(text);
+  while (scan.Next().kind != TokenKind::kEnd) {
+  }
   return Parser(text).Read();
 }
 

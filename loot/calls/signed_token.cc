@@ -1,7 +1,6 @@
 #include "loot/calls/signed_token.h"
 
 #include <cstdint>
-#include <vector>
 
 #include "loot/calls/json_reader.h"
 
@@ -11,14 +10,12 @@ namespace {
 constexpr std::string_view kAlphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-std::vector<std::string_view> Split(std::string_view token) {
-  std::vector<std::string_view> segments;
-  for (;;) {
-    const size_t dot = token.find('.');
-    segments.push_back(token.substr(0, dot));
-    if (dot == std::string_view::npos) return segments;
-    token.remove_prefix(dot + 1);
-  }
+// Takes the text before the next "." off the token; empty when nothing is left.
+std::string_view TakeSegment(std::string_view* token) {
+  const size_t dot = token->find('.');
+  const std::string_view segment = token->substr(0, dot);
+  token->remove_prefix(dot == std::string_view::npos ? token->size() : dot + 1);
+  return segment;
 }
 
 BindingProperty ErrorObject(std::string_view reason) {
@@ -58,14 +55,11 @@ std::string DecodeBase64(std::string_view text) {
 }
 
 SignedToken DecodeToken(std::string_view token) {
-  const std::vector<std::string_view> segments = Split(token);
-  const auto segment = [&segments](size_t index) {
-    return index < segments.size() ? segments[index] : std::string_view();
-  };
   SignedToken decoded;
-  decoded.header = ReadSegment(segment(0));
-  decoded.payload = ReadSegment(segment(1));
-  if (!segment(2).empty()) decoded.signature = DecodeBase64(segment(2));
+  decoded.header = ReadSegment(TakeSegment(&token));
+  decoded.payload = ReadSegment(TakeSegment(&token));
+  const std::string_view signature = TakeSegment(&token);
+  if (!signature.empty()) decoded.signature = DecodeBase64(signature);
   return decoded;
 }
 

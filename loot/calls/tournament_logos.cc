@@ -6,6 +6,7 @@
 
 #include "log/logger.h"
 #include "log/trace.h"
+#include "loot/calls/find_value.h"
 #include "loot/calls/json_reader.h"
 #include "loot/calls/signed_token.h"
 #include "loot/model/decimal_text.h"
@@ -16,12 +17,6 @@ namespace Kest::Client::Loot {
 namespace {
 
 constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
-
-// A member that stands for nothing is null as well as absent.
-const BindingProperty* FindValue(const BindingProperty& object, std::string_view name) {
-  const BindingProperty* member = object.FindMember(name);
-  return member == nullptr || member->IsEmpty() ? nullptr : member;
-}
 
 std::string_view CastToText(const BindingProperty& value) {
   if (value.kind() != BindingKind::kString) throw json::Exception("Bad cast");
@@ -77,7 +72,8 @@ bool TournamentLogos::Apply(std::string_view token) {
              std::string(kTournamentLogoInventory).c_str());
     return false;
   }
-  for (size_t i = 0; i < CastToArray(*logos).Size(); ++i) ReadLogo(logos->Element(i));
+  const size_t count = CastToArray(*logos).Size();
+  for (size_t i = 0; i < count; ++i) ReadLogo(logos->Element(i));
   return true;
 }
 
