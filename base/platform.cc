@@ -1,5 +1,6 @@
 #include "base/platform.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <limits>
@@ -57,7 +58,8 @@ int64_t MonotonicMilliseconds() {
 int64_t MillisecondsSinceFirstUse() {
   const int64_t now = MonotonicMilliseconds();
   int64_t first = kUnset;
-  return firstUse.compare_exchange_strong(first, now) ? 0 : now - first;
+  if (firstUse.compare_exchange_strong(first, now)) return 0;
+  return std::max<int64_t>(0, now - first);  // another thread's first use may lie behind `now`
 }
 
 void SetClockForTests(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {

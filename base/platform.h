@@ -38,7 +38,8 @@ LocalTime LocalTimeAt(int64_t wallMilliseconds);
 // Milliseconds on a clock that never goes back; its start is arbitrary.
 int64_t MonotonicMilliseconds();
 
-// Milliseconds on the monotonic clock since this function was called first in the process.
+// Milliseconds on the monotonic clock since this function was called first in the process; never
+// negative, whichever threads call.
 int64_t MillisecondsSinceFirstUse();
 
 // Stops both clocks at the given readings until the next call or ResetClockForTests.

@@ -49,7 +49,7 @@ void AppendAssertionReport(const Assertion& assertion, FixedText& out) {
   }
 }
 
-void FailAssertion(const Assertion& assertion) {
+void FailAssertion(const Assertion& assertion) noexcept {
   const uint32_t systemError = LastSystemError();
   char buffer[kReportCapacity];
   FixedText report(buffer, sizeof(buffer) - 1);
@@ -60,7 +60,7 @@ void FailAssertion(const Assertion& assertion) {
   End(systemError);
 }
 
-void Fatal(const char* code) {
+void Fatal(const char* code) noexcept {
   FailAssertion({.expression = code});
 }
 

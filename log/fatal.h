@@ -24,9 +24,9 @@ void AppendAssertionReport(const Assertion& assertion, FixedText& out);
 
 // Logs the report at level error in group "DBG", flushes the targets and ends the process with an
 // access violation that carries the thread's last system error, or else by abort.
-[[noreturn]] void FailAssertion(const Assertion& assertion);
+[[noreturn]] void FailAssertion(const Assertion& assertion) noexcept;
 
 // The same for a code alone: `if (!CreateUuid(&uuid)) Fatal(kFatalUuid);`
-[[noreturn]] void Fatal(const char* code);
+[[noreturn]] void Fatal(const char* code) noexcept;
 
 }  // namespace Kest

@@ -25,8 +25,8 @@ constexpr LogTargetEntries kEntries = {
     .getIncludedMask = [](const LogTarget* self) noexcept { return self->IncludedMask(); },
     .getExcludedMask = [](const LogTarget* self) noexcept { return self->ExcludedMask(); },
     .getEnabled = [](const LogTarget* self) noexcept { return self->IsAttached(); },
-    .flush = [](LogTarget* self) noexcept { self->Flush(); },
-    .write = [](LogTarget* self, const LogRecord* record) noexcept { self->Write(*record); },
+    .flush = [](LogTarget* self) noexcept { self->TryFlush(); },
+    .write = [](LogTarget* self, const LogRecord* record) noexcept { self->TryWrite(*record); },
 };
 
 }  // namespace
@@ -64,6 +64,22 @@ bool LogTarget::Accepts(Level level, GroupMask groups) const {
 void LogTarget::SetMasks(GroupMask included, GroupMask excluded) {
   included_.store(included & ~excluded, std::memory_order_relaxed);
   excluded_.store(excluded, std::memory_order_relaxed);
+}
+
+void LogTarget::TryWrite(const LogRecord& record) noexcept {
+  try {
+    Write(record);
+  } catch (...) {
+    // There is nobody to tell; the caller and the other targets go on.
+  }
+}
+
+void LogTarget::TryFlush() noexcept {
+  try {
+    Flush();
+  } catch (...) {
+    // As above.
+  }
 }
 
 const LogTargetEntries& LogTarget::Entries() {

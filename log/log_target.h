@@ -57,6 +57,10 @@ class LogTarget {
   GroupMask ExcludedMask() const { return excluded_.load(std::memory_order_relaxed); }
   bool IsAttached() const { return attached_.load(std::memory_order_acquire); }
 
+  // Write and Flush with nothing thrown: a sink that throws loses what it was given.
+  void TryWrite(const LogRecord& record) noexcept;
+  void TryFlush() noexcept;
+
   static const LogTargetEntries& Entries();
 
  protected:

@@ -136,7 +136,7 @@ void Logger::Flush() {
   if (insideDispatch) return;  // this thread holds the lock
   const DispatchScope scope;
   MutexLock hold(mutex_);
-  for (LogTarget* target : targets_) target->Flush();
+  for (LogTarget* target : targets_) target->TryFlush();
 }
 
 void Logger::SetMinimumLevel(Level minimum) {
@@ -215,12 +215,7 @@ void Logger::WriteToTargets(LogRecord& record) {
   record.time = LocalTimeLocked();
   Count(record.level);
   for (LogTarget* target : targets_) {
-    if (!target->Accepts(record.level, record.groups)) continue;
-    try {
-      target->Write(record);
-    } catch (...) {
-      // A sink without memory loses its line; the caller and the other targets go on.
-    }
+    if (target->Accepts(record.level, record.groups)) target->TryWrite(record);
   }
 }
 

@@ -64,9 +64,10 @@ class PatternRun {
       *number = argument->Signed();
       return true;
     }
+    if (argument->GetKind() != FormatArgument::Kind::kUnsigned) return false;
     constexpr uint64_t kLarge = kFormatCapacity;
     *number = static_cast<int64_t>(std::min(argument->Unsigned(), kLarge));
-    return argument->GetKind() == FormatArgument::Kind::kUnsigned;
+    return true;
   }
 
   std::span<const FormatArgument> arguments_;

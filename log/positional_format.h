@@ -14,8 +14,7 @@ inline constexpr size_t kFormatCapacity = 4096;
 
 // Builds a text of at most 4096 bytes from a template; a longer one is cut at that byte.
 //   %%        a "%"
-//   %2        argument 2 (from 1 to the number of arguments): texts as they are, integers in
-//   decimal,
+//   %2        argument 2 (counted from 1): texts as they are, integers in decimal,
 //             bools as "true" or "false", characters as such, floats as "%g", pointers as "%p"
 //   %2$08x    argument 2 by a printf conversion
 //   %-6s      the next argument in sequence by a printf conversion; a width or precision may be "*"

@@ -14,8 +14,9 @@ struct ArgumentList {
   va_list list;
 };
 
-// Writes the text that vsnprintf would write in the "C" locale. Not offered: "%n" and wide texts;
-// formatting ends there, as it does at a malformed conversion. Consumes `arguments`.
+// Writes the text that vsnprintf would write in the "C" locale; a long double counts as a double.
+// Not offered: "%n" and wide texts; formatting ends there, as it does at a malformed conversion.
+// Consumes `arguments`.
 void AppendPrintf(FixedText& out, const char* format, ArgumentList& arguments) KEST_PRINTF(2, 0);
 
 }  // namespace Kest

@@ -15,13 +15,13 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Does what it is told with each line.
+// Does what it is told with each line and flush.
 struct CallTarget : LogTarget {
-  explicit CallTarget(std::function<void()> call) : onWrite(std::move(call)) {}
+  explicit CallTarget(std::function<void()> call) : onUse(std::move(call)) {}
   const char* ClassName() const override { return "CallTarget"; }
-  void Write(const LogRecord&) override { onWrite(); }
-  void Flush() override {}
-  std::function<void()> onWrite;
+  void Write(const LogRecord&) override { onUse(); }
+  void Flush() override { onUse(); }
+  std::function<void()> onUse;
 };
 
 constexpr GroupMask kLateGroup = GroupMask{1} << 40;
@@ -200,6 +200,10 @@ TEST(Nested, AThrowingSinkLosesOnlyItsOwnLine) {
   Logger::Instance().Attach(log);
   LogError("one");
   LogError("two");
+  Logger::Instance().Flush();
+  const LogRecord record;
+  LogTarget::Entries().write(&thrower, &record);
+  LogTarget::Entries().flush(&thrower);
   thrower.Detach();
   EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|| one", " ERROR|| two"));
 }
