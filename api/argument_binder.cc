@@ -73,10 +73,10 @@ void ArgumentBinder::BindCaptures(const RouteTemplate& route, const RouteCapture
 }
 
 void ArgumentBinder::BindQuery(std::string_view query) {
-  if (!context_.Ok()) return;
-  for (const QueryPair& pair : SplitQuery(query)) {
-    BindPair(ArgumentLocation::kQuery, pair.name, pair.value);
-    if (!context_.Ok()) return;
+  while (context_.Ok()) {
+    const std::optional<QueryPair> pair = TakeQueryPair(&query);
+    if (!pair) return;
+    BindPair(ArgumentLocation::kQuery, pair->name, pair->value);
   }
 }
 

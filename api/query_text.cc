@@ -40,19 +40,15 @@ std::string PercentDecode(std::string_view text, PlusSign plus) {
   return decoded;
 }
 
-std::vector<QueryPair> SplitQuery(std::string_view query) {
-  std::vector<QueryPair> pairs;
-  while (!query.empty()) {
-    const size_t length = std::min(query.find('&'), query.size());
-    const std::string_view piece = query.substr(0, length);
-    query.remove_prefix(std::min(length + 1, query.size()));
-    if (piece.empty()) continue;
-    const size_t split = std::min(piece.find('='), piece.size());
-    const std::string_view value = piece.substr(std::min(split + 1, piece.size()));
-    pairs.push_back({PercentDecode(piece.substr(0, split), PlusSign::kIsBlank),
-                     PercentDecode(value, PlusSign::kIsBlank)});
-  }
-  return pairs;
+std::optional<QueryPair> TakeQueryPair(std::string_view* query) {
+  query->remove_prefix(std::min(query->find_first_not_of('&'), query->size()));
+  if (query->empty()) return std::nullopt;
+  const std::string_view piece = query->substr(0, query->find('&'));
+  query->remove_prefix(piece.size());
+  const size_t split = std::min(piece.find('='), piece.size());
+  const std::string_view value = piece.substr(std::min(split + 1, piece.size()));
+  return QueryPair{PercentDecode(piece.substr(0, split), PlusSign::kIsBlank),
+                   PercentDecode(value, PlusSign::kIsBlank)};
 }
 
 }  // namespace Kest

@@ -2,9 +2,9 @@
 // None of these can fail: every text has a reading. Decoded texts may hold any byte.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Kest {
 
@@ -24,8 +24,8 @@ struct QueryPair {
   std::string value;  // empty too when the pair had no "="
 };
 
-// The pairs between "&" in their order, split at their first "=" and then decoded ("+" is a blank).
-// Empty pieces are left out; a name may be given more than once.
-std::vector<QueryPair> SplitQuery(std::string_view query);
+// Cuts the next pair off `*query`: what stands before the next "&", split at its first "=" and then
+// decoded ("+" is a blank). Empty pieces are left out; none when nothing is left.
+std::optional<QueryPair> TakeQueryPair(std::string_view* query);
 
 }  // namespace Kest

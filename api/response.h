@@ -25,8 +25,8 @@ Response NotFound(std::string_view message = {});
 // 500 with `message`, or with "Internal server error" when that is empty.
 Response InternalServerError(std::string_view message = {});
 
-// The failure's status and text. An empty text becomes that of NotFound or InternalServerError, or
-// the reason phrase of another status; a status that is none of a failure becomes 500.
+// The failure's status and text. Without a text it becomes NotFound() for 404 and otherwise
+// InternalServerError(), whatever its status; a status that is none of a failure becomes 500.
 Response FailureResponse(const Failure& failure);
 
 }  // namespace Kest
