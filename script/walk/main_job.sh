@@ -1,63 +1,79 @@
-# The walk through the main job. Sourced by script/demo after the host has started.
-
-map() { curl -s "$url/tav-loot/v2/player-loot-map"; }
+# The main job: sign in, read the inventory, open a chest, redeem a shard. Sourced by script/demo.
 
 title "The plugin is loaded and answers; nobody is signed in"
 request GET /_host/health
-expect "the host runs the plugin" 200 '.status == "running" and .plugin == "vwm-be-tav-loot"'
+expect "the host runs the plugin" 200 '.status == "running" and .plugin == "vwm-be-tav-loot" and .version == "18.0.0"'
 settle
 request GET /tav-loot/v1/enabled
-expect "loot is enabled by the world's configuration" 200 '. == true'
+expect_answer "loot is enabled by the world's configuration" true
 request GET /tav-loot/v1/ready
-expect "the collections are not known yet" 200 '. == false'
-
-title "Sign in and read the inventory"
-request POST /_host/login
-expect "the world's player signs in" 200 '.summonerId == 70014250'
-settle
-request GET /tav-loot/v2/player-loot-map
-expect "44 kinds of loot and the new player's chest" 200 '(.playerLoot | length) == 45'
+expect_answer "the collections are not known yet" false
 events
-expect_events "each item was announced once" \
-  '[.[] | select(.eventType == "Create" and (.uri | test("^/tav-loot/v1/player-loot/")))] | length >= 44 and (map(.uri) | length == (unique | length))'
-expect_events "the whole map follows the items" 'any(.[]; .uri == "/tav-loot/v2/player-loot-map")'
+
+title "Sign in: the plugin gets ready and publishes the inventory"
+request POST /_host/login
+expect_answer "the world's player signs in" '{"summonerId": 70014250, "accountId": 880231}'
+events
+expect_events "it became ready, once, when the sixth source had answered" \
+  '[.[] | select(.uri == "/tav-loot/v1/ready") | [.eventType, .data]] == [["Update", true]]'
+expect_events "45 items were announced, each once: 44 of the world and the new player's chest" \
+  '[.[] | select(.eventType == "Create") | .uri] | length == 45 and (unique | length) == 45 and any(. == "/tav-loot/v1/player-loot/CHEST_new_player")'
+expect_events "the maps follow the items, and the display categories the maps" \
+  '[.[-3:][] | .uri] == ["/tav-loot/v1/player-loot-map", "/tav-loot/v2/player-loot-map", "/tav-loot/v1/player-display-categories"]'
+published=$(jq -c 'select(.uri == "/tav-loot/v2/player-loot-map") | .data' "$work/new" | tail -n 1)
+request GET /tav-loot/v1/ready
+expect_answer "and says so" true
+request GET /tav-loot/v2/player-loot-map
+expect "the map is the one that was published" 200 '. == $published and (.playerLoot | length) == 45' --argjson published "$published"
+before=$body
+request GET /tav-loot/v1/player-loot-map
+expect "the first map has the same items and no version" 200 '. == $before.playerLoot' --argjson before "$before"
+request GET /tav-loot/v1/player-loot
+expect "so has the list" 200 'sort_by(.lootId) == ([$before.playerLoot[]] | sort_by(.lootId))' --argjson before "$before"
 request GET /tav-loot/v1/player-loot/CHAMPION_RENTAL_13
-expect "a shard knows its champion and what it is worth" 200 \
-  '.itemDesc != "" and .itemStatus == "FREE" and .redeemableStatus == "REDEEMABLE_RENTAL" and .disenchantValue == 90 and .upgradeEssenceName == "CURRENCY_champion"'
+expect_answer "a shard knows its champion and what it is worth" '{
+  "lootName": "CHAMPION_RENTAL_13", "lootId": "CHAMPION_RENTAL_13", "refId": "",
+  "localizedName": "", "localizedDescription": "", "itemDesc": "Veshti of Nine Kites",
+  "displayCategories": "CHAMPION", "rarity": "DEFAULT", "tags": "shard", "type": "CHAMPION_RENTAL", "asset": "",
+  "tilePath": "/tav-game-data/assets/art/champions/13/tile.png",
+  "splashPath": "/tav-game-data/assets/art/champions/13/splash.png", "shadowPath": "",
+  "upgradeLootName": "CHAMPION_13", "upgradeEssenceName": "CURRENCY_champion", "disenchantLootName": "CURRENCY_champion",
+  "itemStatus": "FREE", "parentItemStatus": "NONE", "redeemableStatus": "REDEEMABLE_RENTAL", "count": 1,
+  "rentalGames": 0, "storeItemId": 13, "parentStoreItemId": 0, "value": 450, "upgradeEssenceValue": 270,
+  "disenchantValue": 90, "expiryTime": -1, "rentalSeconds": 604800, "isNew": false, "isRental": true}'
 
 title "Open a chest"
-before=$(map)
 request POST /tav-loot/v1/recipes/CHEST_lantern_OPEN/craft '["CHEST_lantern"]'
 opened=$body
-expect "one chest is gone" 200 \
-  '.removed | length == 1 and .[0].deltaCount == 1 and .[0].playerLoot.lootId == "CHEST_lantern" and .[0].playerLoot.count == 1'
-expect "what it held is new" 200 '(.added | length) >= 2 and all(.added[]; .playerLoot.isNew and .deltaCount > 0)'
+expect "one chest of two is gone, what it held is new" 200 \
+  'map_values(map([.deltaCount, .playerLoot.lootId, .playerLoot.count, .playerLoot.isNew])) == {
+     added: [[1, "SKIN_RENTAL_13001", 1, true], [1, "EMOTE_703", 1, true], [60, "CURRENCY_cosmetic", 1540, true]],
+     removed: [[1, "CHEST_lantern", 1, false]], redeemed: []}'
 events
-expect_events "the chest's count went out live" \
-  'any(.[]; .uri == "/tav-loot/v1/player-loot/CHEST_lantern" and .eventType == "Update" and .data.count == 1)'
+expect_changes "exactly these changes went out live" \
+  "Update v1/player-loot/CHEST_lantern" "Update v1/player-loot/CURRENCY_cosmetic" \
+  "Create v1/player-loot/EMOTE_703" "Create v1/player-loot/SKIN_RENTAL_13001" \
+  "Update v1/player-loot-map" "Update v2/player-loot-map"
 request GET /tav-loot/v2/player-loot-map
-expect "the version grew by one" 200 '.version == $before.version + 1' --argjson before "$before"
-expect "every count adds up" 200 \
-  '. as $after | all($opened.added[]; .playerLoot.lootId as $id | $after.playerLoot[$id].count == ($before.playerLoot[$id].count // 0) + .deltaCount)' \
+expect "the version grew by one, the items are those of the answer, all others are as they were" 200 \
+  '. == {version: ($before.version + 1), playerLoot: ($before.playerLoot + ([$opened | .added[], .removed[] | .playerLoot | {(.lootId): .}] | add))}' \
   --argjson before "$before" --argjson opened "$opened"
+expect_event "and that is what was published" v2/player-loot-map "$body"
 
 title "Redeem a shard"
 request POST /tav-loot/v1/player-loot/CHAMPION_RENTAL_13/redeem
-expect "the champion is rented now" 200 \
-  '.redeemed | length == 1 and .[0].playerLoot.lootName == "CHAMPION_RENTAL_13" and .[0].deltaCount == 0'
+expect "the champion is rented, the shard used up" 200 \
+  'map_values(map([.deltaCount, .playerLoot.lootId, .playerLoot.count, .playerLoot.itemStatus, .playerLoot.redeemableStatus])) == {
+     added: [], removed: [[1, "CHAMPION_RENTAL_13", 0, "RENTAL", "ALREADY_RENTED"]],
+     redeemed: [[0, "CHAMPION_RENTAL_13", 0, "RENTAL", "ALREADY_RENTED"]]}'
 events
-expect_events "the last shard of the kind has left the inventory" \
-  'any(.[]; .uri == "/tav-loot/v1/player-loot/CHAMPION_RENTAL_13" and .eventType == "Delete")'
-expect_events "the permanent shard knows of the rental" \
-  'any(.[]; .uri == "/tav-loot/v1/player-loot/CHAMPION_13" and .data.itemStatus == "RENTAL" and .data.redeemableStatus == "REDEEMABLE")'
-
-title "What goes wrong says why"
-request POST /tav-loot/v1/recipes/CHEST_new_player_OPEN/craft '["CHEST_harbour"]'
-expect "a chest does not open with another one" 500 \
-  '.status == 500 and (.detail | test("^Unexpected status in ProcessPlayerLootUpdateResponse: INVALID_INGREDIENTS$"))'
-request POST /tav-loot/v1/recipes/CHEST_lantern_OPEN/craft '{"playerLootList":"CHEST_lantern"}'
-expect "a body of the wrong shape is refused" 400 '.title == "Bad Request" and (.detail | test("vector because the input not a collection"))'
-request GET /tav-loot/v1/player-loot/CHEST_unknown
-expect "an unknown item is not found" 404 '.detail == "Not found"'
-request GET /tav-loot/v1/nothing-here
-expect "an unknown route is not found" 404 '.detail == "Not found"'
+expect_changes "the shard left, all that belongs to the champion knows of the rental" \
+  "Delete v1/player-loot/CHAMPION_RENTAL_13" "Update v1/player-loot/CHAMPION_13" \
+  "Update v1/player-loot/CHAMPION_TOKEN_star-13" \
+  "Update v1/player-loot/SKIN_13001" "Update v1/player-loot/SKIN_RENTAL_13001" \
+  "Update v1/player-loot-map" "Update v2/player-loot-map"
+request GET /tav-loot/v1/player-loot/CHAMPION_13
+expect "the permanent shard may still be redeemed" 200 \
+  '[.count, .itemStatus, .redeemableStatus] == [1, "RENTAL", "REDEEMABLE"]'
+request GET /tav-loot/v1/player-loot/CHAMPION_RENTAL_13
+expect_problem "the used shard is not found" 404 "Not Found" "Not found"

@@ -39,10 +39,19 @@ keep_serving() { wait "$host_pid"; }
 digest='
   def item: "\(.lootId) x\(.count)"
     + (if .isNew then " new" else "" end) + " \(.itemStatus)/\(.redeemableStatus)";
+  def grant: "grant \(.id) for game \(.gameId)" + (if .msgId != "" then " (\(.msgId))" else "" end);
+  def recipe: ([.slots[] | "\(.quantity) \(.tags)"] | join(" + ")) as $in
+    | ([.outputs[] | "\(.quantity) \(.lootName)"] | join(" + ")) as $out | "\(.recipeName): \($in) -> \($out)";
   def brief:
     if type == "array" then (if length > 6 then "[\(length) entries]" else "[" + (map(brief) | join(", ")) + "]" end)
     elif type != "object" then tojson
     elif has("lootId") then item
+    elif has("gameId") then grant
+    elif has("slots") then recipe
+    elif has("actionType") then "\(.name) " + (if .enabled then "enabled" else "disabled" end)
+    elif has("acknowledged") then "\(.id) x\(.count) " + (if .acknowledged then "seen" else "not seen" end)
+    elif has("acknowledgements") then "acknowledged: " + ([.acknowledgements[].msgId] | join(", "))
+    elif has("subscriptions") then "\(.status), \(.plugin) \(.version)"
     elif has("deltaCount") then "\(.deltaCount) of \(.playerLoot | item)"
     elif has("playerLoot") then "version \(.version), \(.playerLoot | length) items"
     elif has("added") then to_entries | map("\(.key) \(.value | brief)") | join("; ")
@@ -53,11 +62,12 @@ digest='
 title() { printf '\n\033[1m%s\033[0m\n' "$*"; }
 short() { if [ "${#1}" -gt 220 ]; then printf '%s ... (%d characters)' "${1:0:200}" "${#1}"; else printf '%s' "$1"; fi; }
 
-# request METHOD PATH [JSON]: sends it, prints both sides, leaves $status and $body.
+# request METHOD PATH [BODY [TYPE]]: sends it (a body is JSON unless its type is given), prints both
+# sides, leaves $status and $body.
 request() {
   local arguments=(-s -o "$work/body" -w '%{http_code}' -X "$1")
-  if [ $# -gt 2 ]; then arguments+=(-H 'Content-Type: application/json' -d "$3"); fi
-  printf '  > %s %s %s\n' "$1" "$2" "${3:-}"
+  if [ $# -gt 2 ]; then arguments+=(-H "Content-Type: ${4:-application/json}" -d "$3"); fi
+  printf '  > %s %s %s\n' "$1" "$2" "${4:+($4)}${3+${4:+ }}$(tr -dc '[:print:]' <<<"${3:-}")"
   status=$(curl "${arguments[@]}" "$url$2")
   body=$(cat "$work/body")
   printf '  < %s %s\n' "$status" "$(short "$(jq -r "$digest" <<<"$body" 2>/dev/null || echo "$body")")"
@@ -97,11 +107,39 @@ expect() {
   fi
 }
 
+# expect_answer TEXT JSON: the last answer is a success with exactly this body.
+expect_answer() { expect "$1" 200 '. == $wanted' --argjson wanted "$2"; }
+
+# expect_nothing TEXT: the last answer is a success without a body.
+expect_nothing() { expect "$1" 204 ''; }
+
+# expect_problem TEXT STATUS TITLE DETAIL: the last answer is exactly this failure.
+expect_problem() {
+  expect "$1" "$2" '. == {status: $status, title: $title, detail: $detail}' \
+    --argjson status "$2" --arg title "$3" --arg detail "$4"
+}
+
 # expect_events TEXT JQ-TEST [jq arguments]: the list of new events passes the test.
 expect_events() {
   local text=$1 test=$2
   shift 2
-  if jq -s -e "$@" "$test" "$work/new" >/dev/null 2>&1; then passed "$text"; else failed "$text: $test"; fi
+  if jq -s -e "$test" "$work/new" "$@" >/dev/null 2>&1; then passed "$text"; else failed "$text: $test"; fi
+}
+
+# expect_changes TEXT ["TYPE PATH" ...]: the new events told of exactly these changes, in any order. Of
+# several events of one path the last one counts. Paths are those below "/tav-loot/".
+expect_changes() {
+  local text=$1
+  shift
+  expect_events "$text" \
+    '(group_by(.uri) | map(last | "\(.eventType) \(.uri | ltrimstr("/tav-loot/"))") | sort) == ($ARGS.positional | sort)' \
+    --args "$@"
+}
+
+# expect_event TEXT PATH JSON: the last new event of the path below "/tav-loot/" is an update to this.
+expect_event() {
+  expect_events "$1" '[.[] | select(.uri == "/tav-loot/" + $path)] | last | .eventType == "Update" and .data == $wanted' \
+    --arg path "$2" --argjson wanted "$3"
 }
 
 summary() {
