@@ -43,4 +43,19 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
+std::string RepairUtf8(std::string_view text) {
+  std::string repaired;
+  repaired.reserve(text.size() + 8);
+  while (!text.empty()) {
+    const size_t size = Utf8CharacterSize(text);
+    if (size == 0) {
+      repaired += "\xef\xbf\xbd";
+    } else {
+      repaired += text.substr(0, size);
+    }
+    text.remove_prefix(size == 0 ? 1 : size);
+  }
+  return repaired;
+}
+
 }  // namespace Kest

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace Kest {
@@ -11,5 +12,8 @@ namespace Kest {
 size_t Utf8CharacterSize(std::string_view text);
 
 bool IsValidUtf8(std::string_view text);
+
+// The text with U+FFFD in the place of each byte that belongs to no character.
+std::string RepairUtf8(std::string_view text);
 
 }  // namespace Kest

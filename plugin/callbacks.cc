@@ -6,6 +6,7 @@
 
 #include "api/request.h"
 #include "api/response.h"
+#include "binding/utf8.h"
 #include "plugin/boundary.h"
 #include "plugin/once_promise.h"
 #include "plugin/plugin_base.h"
@@ -53,11 +54,16 @@ const KestResponse* AnswerInside(void* context, Handle&& handle) noexcept {
   const GateEntry entry(runtime->gate);
   if (!entry) return HandOut(FailWithText(kFinalizing.data()));
   Response response;
-  RunAtBoundary([&] { response = handle(*runtime->plugin); },
-                [&response](const char* text) {
-                  LogError("Request: %s", *text != '\0' ? text : "unknown exception");
-                  response = FailWithText(text);
-                });
+  RunAtBoundary(
+      [&] {
+        response = handle(*runtime->plugin);
+        // It may quote the request, or be cut inside a character.
+        if (!IsValidUtf8(response.message)) response.message = RepairUtf8(response.message);
+      },
+      [&response](const char* text) {
+        LogError("Request: %s", *text != '\0' ? text : "unknown exception");
+        response = FailWithText(text);
+      });
   ++runtime->counters.requestsAnswered;
   if (response.status >= kStatusBadRequest) ++runtime->counters.requestsFailed;
   return HandOut(std::move(response));

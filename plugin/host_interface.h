@@ -85,7 +85,7 @@ typedef struct KestRequest {
 typedef struct KestResponse {
   int32_t status;       /* HTTP status code: 200 with a body, 204 for a success without one,
                            400 the arguments could not be bound, 404 no such route or resource,
-                           500 the function failed, 501 not offered by this build */
+                           413 the body is above 64 MiB, 500 the function failed */
   KestText message;     /* failure text of a status of 400 or above, otherwise empty */
   KestText contentType; /* of `body`; empty without a body */
   KestBytes body;       /* the result of a success; empty for a failure */
@@ -174,7 +174,8 @@ typedef struct KestHostServices {
    * It returns without a due event too, so the caller tests its condition in a loop. */
   void(KEST_ABI* yield)(const struct KestHostServices* self);
 
-  /* [any thread] Writes one finished line (its line feed included) to the host's log. `level` is
+  /* [any thread] Writes one finished line (its line feed included) to the host's log. What a line
+   * quotes stands in it as it came, so it may hold bytes that are no UTF-8. `level` is
    * 0 okay, 1 warning, 2 error, 3 always. The host must not call back into the plugin from here. */
   void(KEST_ABI* log)(const struct KestHostServices* self, int32_t level, KestText line);
 
