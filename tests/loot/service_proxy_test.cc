@@ -29,13 +29,14 @@ class ServiceProxyTest : public CallsTest {
     });
   }
   std::string CallByMethod(std::string_view method) {
-    std::string failure = "not returned";
-    host_.RunTask([this, method, &failure] {
-      failure = proxy_.InvokeAsync<TestRecord>(
+    // Shared: the task may still wait when this function has returned.
+    const auto failure = std::make_shared<std::string>("not returned");
+    host_.RunTask([this, method, failure] {
+      *failure = proxy_.InvokeAsync<TestRecord>(
           "loot", method, "key", true,
           [this](Maybe<TestRecord> result) { results_.push_back(result.GetValue().name); });
     });
-    return failure;
+    return *failure;
   }
   void Respond(std::string_view event, const std::string& uuid, const std::string& name) {
     host_.DeliverEvent(
