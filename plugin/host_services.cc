@@ -77,12 +77,11 @@ void HostServices::Request(const HostRequest& request, Completion completion) {
 void HostServices::OnCompletion(void* context, const KestResponse* response) noexcept {
   auto* const ticket = static_cast<Ticket*>(context);
   HostServices* const self = ticket->host;
-  RunAndLog("Request completion", [self, ticket, response] {
-    const GateEntry entry(self->gate_);
-    const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
-    if (!entry || taken == nullptr || !taken->completion) return;
-    taken->completion(CopyResponse(*response));
-  });
+  const GateEntry entry(self->gate_);
+  const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
+  if (!entry || taken == nullptr || !taken->completion) return;
+  RunAndLog("Request completion",
+            [&taken, response] { taken->completion(CopyResponse(*response)); });
 }
 
 bool HostServices::Subscribe(std::string_view name, EventHandler handler) {
@@ -112,9 +111,9 @@ void HostServices::Unsubscribe(std::string_view name) {
 void HostServices::OnDelivery(void* context, KestText name, KestText /*contentType*/,
                               KestBytes body) noexcept {
   auto* const self = static_cast<HostServices*>(context);
+  const GateEntry entry(self->gate_);
+  if (!entry) return;
   RunAndLog("Event delivery", [self, name, body] {
-    const GateEntry entry(self->gate_);
-    if (!entry) return;
     std::shared_ptr<const EventHandler> handler;
     {
       MutexLock hold(self->mutex_);
@@ -150,11 +149,9 @@ TaskPosting HostServices::PostTask(std::string_view name, std::function<void()> 
 void HostServices::OnTask(void* context) noexcept {
   auto* const ticket = static_cast<Ticket*>(context);
   HostServices* const self = ticket->host;
-  RunAndLog("Task", [self, ticket] {
-    const GateEntry entry(self->gate_);
-    const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
-    if (entry && taken != nullptr && taken->run) taken->run();
-  });
+  const GateEntry entry(self->gate_);
+  const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
+  if (entry && taken != nullptr && taken->run) RunAndLog("Task", taken->run);
 }
 
 void HostServices::WaitBegin(std::string_view label) {
@@ -178,18 +175,21 @@ void HostServices::Identify(std::string_view fullName, std::string_view userAgen
 }
 
 void HostServices::CancelAll() {
-  std::vector<std::string> names;
+  HandlerMap handlers;
+  {
+    MutexLock hold(mutex_);
+    handlers.swap(handlers_);
+  }
+  for (const auto& [name, handler] : handlers) services_->unsubscribe(services_, ToText(name));
   std::vector<Ticket> cancelled;
   {
     MutexLock hold(mutex_);
-    for (const auto& [name, handler] : handlers_) names.push_back(name);
     for (auto& [key, ticket] : tickets_) {
       if (!ticket->completion && !ticket->run) continue;
       cancelled.push_back(
           {this, std::exchange(ticket->completion, nullptr), std::exchange(ticket->run, nullptr)});
     }
   }
-  for (const std::string& name : names) Unsubscribe(name);
   for (const Ticket& ticket : cancelled) {
     if (!ticket.completion) continue;
     RunAndLog("Request completion",

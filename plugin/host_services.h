@@ -88,6 +88,7 @@ class HostServices {
   // Release, so that a late call finds it.
   struct Ticket;
   using TicketMap = std::map<const Ticket*, std::unique_ptr<Ticket>>;
+  using HandlerMap = std::map<std::string, std::shared_ptr<const EventHandler>, std::less<>>;
 
   static void KEST_ABI OnCompletion(void* context, const KestResponse* response) noexcept;
   static void KEST_ABI OnTask(void* context) noexcept;
@@ -102,8 +103,7 @@ class HostServices {
 
   Mutex mutex_;  // never held while the host or a handler is called
   TicketMap tickets_ KEST_GUARDED_BY(mutex_);
-  std::map<std::string, std::shared_ptr<const EventHandler>, std::less<>> handlers_
-      KEST_GUARDED_BY(mutex_);
+  HandlerMap handlers_ KEST_GUARDED_BY(mutex_);
 };
 
 }  // namespace Kest

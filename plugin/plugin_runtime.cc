@@ -30,10 +30,12 @@ void PluginRuntime::Stop() {
   phase_ = Phase::kStopped;
   gate.Close();
   RunAndLog("Shutdown", [this] { plugin->Shutdown(); });
-  // A caller that was inside already may still start something, so cancelling is repeated.
+  // A caller that was inside already may still start something, so cancelling is repeated. The last
+  // time nobody is inside any more: nothing that leans on the plugin object is left when it goes.
   for (;;) {
+    const bool everyoneLeft = gate.Inside() == 0;
     RunAndLog("Stop", [this] { host.CancelAll(); });
-    if (gate.Inside() == 0) break;
+    if (everyoneLeft) break;
     host.Yield();
   }
   plugin.reset();

@@ -130,6 +130,7 @@ void ResponseTable::SetAsyncHandler(const std::string& key, Completion handler) 
 
 void ResponseTable::DeliverAsync(const std::string& key, PluginServiceProxyResponse response) {
   Lock hold(*this);
+  if (finalising_) return;
   const auto handler = asyncHandlers_.find(key);
   if (handler != asyncHandlers_.end()) {
     CompleteLocked(handler->second, std::move(response));

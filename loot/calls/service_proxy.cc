@@ -121,7 +121,9 @@ void ServiceProxy::SubscribeSvds(std::string_view subtopic,
 void ServiceProxy::OnSvdsEvent(PluginSvdsEvent event) {
   PostWork([this, event = std::move(event)] {
     const auto found = svdsHandlers_.find(event.subtopic);
-    if (found != svdsHandlers_.end()) found->second(event);
+    if (found == svdsHandlers_.end()) return;
+    const auto handler = found->second;  // it may wait, and be replaced meanwhile
+    handler(event);
   });
 }
 

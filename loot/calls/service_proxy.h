@@ -10,9 +10,9 @@
 //   flight", "Couldn't convert SVDS call parameters: {error}", a request's own text (see
 //   SiblingClient), the response's `error`, and the decoder's text for an unreadable `payload`.
 //
-// Threads: Invoke... and Subscribe... on module tasks; each Invoke waits (InvokeAsync only until
+// Threads: Invoke... and Subscribe... on module tasks; each Invoke waits, InvokeAsync only until
 // the
-//          host has taken the request). Response events come on any thread. Completions and
+//          host has taken the request. Response events come on any thread. Completions and
 //          asynchronous handlers run under the lock: they may set a promise or post a task, and
 //          must not call the proxy.
 #pragma once
@@ -145,7 +145,7 @@ class ServiceProxy {
   const std::string& pluginName_;
   std::atomic<uint64_t> nextTask_{0};  // keeps task names apart, so that none is merged away
   ResponseTable responses_;
-  std::map<std::string, std::function<void(const PluginSvdsEvent&)>, std::less<>> svdsHandlers_;
+  std::map<std::string, std::function<void(const PluginSvdsEvent&)>> svdsHandlers_;  // by subtopic
 };
 
 }  // namespace Kest::Client::Loot
