@@ -11,60 +11,38 @@ namespace Kest::Testing {
 
 namespace {
 
+using Self = const KestHostServices*;
+
 constexpr std::string_view kResourceEvent = "OnJsonApiEvent";
-constexpr std::string_view kSessionPath = "/tav-login/v1/session";
 constexpr std::string_view kInvokePath = "/tav-login/v1/session/invoke";
 constexpr std::string_view kUuidPath = "/tav-login/v1/service-proxy-uuid-requests";
 constexpr std::string_view kMethodPath = "/tav-login/v1/service-proxy-method-requests";
 
-std::string Joined(std::string_view left, std::string_view right) {
-  return std::string(left).append(right);
+[[noreturn]] void GiveUp(const char* why, std::string_view about) {
+  std::fprintf(stderr, "%s %s\n", why, std::string(about).c_str());
+  std::abort();
 }
 
-BindingProperty Parsed(std::string_view json) {
-  ConversionContext context;
-  BindingProperty tree = ReadJson(context, json);
-  if (!context.Ok()) {
-    std::fprintf(stderr, "The fake host got bad JSON: %s\n", std::string(json).c_str());
-    std::abort();
-  }
-  return tree;
-}
-
-std::string Written(const BindingProperty& tree) {
+std::string Quoted(std::string_view text) {
   ConversionContext context;
   std::string json;
-  WriteJson(context, tree, &json);
+  WriteJsonValue(context, std::string(text), &json);
   return json;
 }
 
-std::string TextMember(const BindingProperty& tree, std::string_view name) {
-  const BindingProperty* const member = tree.FindMember(name);
-  return member != nullptr ? std::string(member->AsString()) : std::string();
+// {"a":1,"b":2} of names and JSON texts; a member without a text is left out.
+std::string JsonObject(std::initializer_list<std::pair<std::string_view, std::string>> members) {
+  std::string json;
+  for (const auto& [name, value] : members) {
+    if (value.empty()) continue;
+    json.append(json.empty() ? "{" : ",").append(Quoted(name)).append(":").append(value);
+  }
+  return json + "}";
 }
 
 std::string ResourceEventJson(std::string_view path, std::string_view type, std::string_view json) {
-  BindingProperty event = BindingProperty::Structure();
-  event.TakeMember("uri").SetString(path);
-  event.TakeMember("eventType").SetString(type);
-  if (!json.empty()) event.TakeMember("data") = Parsed(json);
-  return Written(event);
-}
-
-std::string ServiceEventJson(std::string_view uuid, std::string_view service,
-                             std::string_view method, const ServiceReply& reply) {
-  BindingProperty event = BindingProperty::Structure();
-  event.TakeMember("uuid").SetString(uuid);
-  event.TakeMember("serviceName").SetString(service);
-  event.TakeMember("methodName").SetString(method);
-  event.TakeMember("payload").SetString(reply.payload);
-  event.TakeMember("status").SetString(reply.error.empty() ? "OK" : "ERROR");
-  event.TakeMember("error").SetString(reply.error);
-  return Written(event);
-}
-
-bool ComesOnAnyThread(std::string_view eventName) {
-  return eventName.starts_with("OnServiceProxy") || eventName.starts_with("OnSvdsEvent");
+  return JsonObject(
+      {{"uri", Quoted(path)}, {"eventType", Quoted(type)}, {"data", std::string(json)}});
 }
 
 }  // namespace
@@ -81,10 +59,6 @@ FakeHost::~FakeHost() {
 }
 
 // ---- The plugin's life --------------------------------------------------------------------------
-
-void FakeHost::Load(KestLoadFunction load) {
-  Load([load](KestHandshakeBlock* block) { load(block); });
-}
 
 void FakeHost::Load(const std::function<void(KestHandshakeBlock*)>& handshake) {
   block_ = {};
@@ -103,9 +77,7 @@ void FakeHost::Stop() {
     block_.callbacks->stop(block_.context);
     stopped_ = true;
   });
-  if (stopped_) return;
-  std::fprintf(stderr, "The plugin's stop does not return\n");
-  std::abort();
+  if (!stopped_) GiveUp("Stop does not return:", block_.fullName);
 }
 
 void FakeHost::AdvanceSeconds(int64_t seconds) {
@@ -128,14 +100,14 @@ void FakeHost::OnService(std::string_view service, std::string_view method,
 }
 
 bool FakeHost::OnHostRequest(const KestRequest& request, KestCompletion completion, void* context) {
-  pump_.NoteActivity();
-  FakeRequest copy{std::string(ToView(request.method)), std::string(ToView(request.url)),
-                   std::string(ToView(request.body))};
+  const FakeRequest copy{std::string(ToView(request.method)), std::string(ToView(request.url)),
+                         std::string(ToView(request.body))};
   requests_.push_back(copy);
   if (refuse_) return false;
-  FakeAnswer answer = AnswerTo(copy);
+  const std::string path = copy.Path();
+  FakeAnswer answer = AnswerTo(copy, path);
   const bool held = answer.held;
-  Queue(copy.Path(), held, [this, completion, context, answer = std::move(answer)] {
+  Queue(path, held, [this, completion, context, answer = std::move(answer)] {
     if (stopped_) return;
     KestResponse response{};
     response.status = answer.status;
@@ -147,54 +119,46 @@ bool FakeHost::OnHostRequest(const KestRequest& request, KestCompletion completi
   return true;
 }
 
-FakeAnswer FakeHost::AnswerTo(const FakeRequest& request) {
-  const std::string path = request.Path();
+FakeAnswer FakeHost::AnswerTo(const FakeRequest& request, const std::string& path) {
   const auto handler = handlers_.find({request.method, path});
   if (handler != handlers_.end()) return handler->second(request);
   if (path == kInvokePath || path == kUuidPath || path == kMethodPath) {
-    return AnswerServiceCall(request);
+    return AnswerServiceCall(request, path);
   }
-  FakeAnswer answer;
   const auto resource = resources_.find(path);
-  if (request.method == "GET" && resource != resources_.end()) {
-    answer.body = resource->second;
-  } else {
-    answer.status = 404;
-    answer.message = "Not found";
-  }
-  return answer;
+  if (request.method != "GET" || resource == resources_.end()) return {404, "", "Not found"};
+  return {200, resource->second};
 }
 
-FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request) {
-  const BindingProperty call = Parsed(request.body);
-  const std::string service = TextMember(call, "serviceName");
-  const std::string method = TextMember(call, "methodName");
+FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request, const std::string& path) {
+  ConversionContext context;
+  const BindingProperty call = ReadJson(context, request.body);
+  if (!context.Ok()) GiveUp("A service call with a bad body:", request.body);
+  const std::string service(call.FindMember("serviceName")->AsString());
+  const std::string method(call.FindMember("methodName")->AsString());
   serviceCalls_[{service, method}].push_back(request.body);
   const auto handler = services_.find({service, method});
   const bool known = handler != services_.end();
-  const std::string path = request.Path();
-  FakeAnswer answer;
+  ServiceReply reply{{}, "Unknown method", false};
+  if (known) reply = handler->second(request.body);
   if (path == kInvokePath) {
-    const ServiceReply reply =
-        known ? handler->second(request.body) : ServiceReply{{}, "Unknown method", false};
-    answer.body = reply.payload;
-    answer.message = reply.error;
-    answer.status = reply.error.empty() ? 200 : 500;
-    answer.held = reply.held;
-    return answer;
+    return {reply.error.empty() ? 200 : 500, reply.payload, reply.error, "application/json",
+            reply.held};
   }
   const bool byUuid = path == kUuidPath;
-  const std::string uuid = byUuid ? "uuid-" + std::to_string(++nextUuid_) : std::string();
-  if (byUuid) answer.body = "\"" + uuid + "\"";
-  if (!byUuid) answer.status = 204;
+  const std::string uuid = byUuid ? Quoted("uuid-" + std::to_string(++nextUuid_)) : "\"\"";
   if (known) {
-    const ServiceReply reply = handler->second(request.body);
     Queue(method, reply.held, [this, byUuid, uuid, service, method, reply] {
       DeliverEvent(byUuid ? "OnServiceProxyUuidEvent" : "OnServiceProxyMethodEvent",
-                   ServiceEventJson(uuid, service, method, reply));
+                   JsonObject({{"uuid", uuid},
+                               {"serviceName", Quoted(service)},
+                               {"methodName", Quoted(method)},
+                               {"payload", Quoted(reply.payload)},
+                               {"status", Quoted(reply.error.empty() ? "OK" : "ERROR")},
+                               {"error", Quoted(reply.error)}}));
     });
   }
-  return answer;
+  return byUuid ? FakeAnswer{200, uuid} : FakeAnswer{204, ""};
 }
 
 void FakeHost::Queue(std::string_view key, bool isHeld, std::function<void()> work) {
@@ -206,23 +170,18 @@ void FakeHost::Queue(std::string_view key, bool isHeld, std::function<void()> wo
 }
 
 void FakeHost::ReleaseHeld(std::string_view pathOrMethod) {
-  std::vector<Held> stillHeld;
-  for (Held& held : held_) {
-    if (pathOrMethod.empty() || held.key == pathOrMethod) {
-      pump_.Post(std::move(held.release));
-    } else {
-      stillHeld.push_back(std::move(held));
-    }
+  for (Held& held : std::exchange(held_, {})) {
+    const bool due = pathOrMethod.empty() || held.key == pathOrMethod;
+    Queue(held.key, !due, std::move(held.release));
   }
-  held_ = std::move(stillHeld);
   RunUntilIdle();
 }
 
 // ---- Events -------------------------------------------------------------------------------------
 
 void FakeHost::SetResource(std::string_view path, std::string_view json) {
-  const bool existed = resources_.insert_or_assign(std::string(path), std::string(json)).second;
-  TellFollowers(path, existed ? "Create" : "Update", json);
+  const bool isNew = resources_.insert_or_assign(std::string(path), std::string(json)).second;
+  TellFollowers(path, isNew ? "Create" : "Update", json);
 }
 
 void FakeHost::RemoveResource(std::string_view path) {
@@ -231,48 +190,41 @@ void FakeHost::RemoveResource(std::string_view path) {
 }
 
 void FakeHost::Login(uint64_t summonerId, std::string_view state, uint64_t accountId) {
-  SetResource(kSessionPath, "{\"state\":\"" + std::string(state) +
-                                "\",\"summonerId\":" + std::to_string(summonerId) +
-                                ",\"accountId\":" + std::to_string(accountId) + "}");
+  SetResource("/tav-login/v1/session", JsonObject({{"state", Quoted(state)},
+                                                   {"summonerId", std::to_string(summonerId)},
+                                                   {"accountId", std::to_string(accountId)}}));
 }
 
 void FakeHost::SendSvds(std::string_view subtopic, std::string_view bodyJson) {
-  BindingProperty event = BindingProperty::Structure();
-  event.TakeMember("clientId").SetString("client");
-  event.TakeMember("subtopic").SetString(subtopic);
-  event.TakeMember("typeName").SetString(subtopic);
-  event.TakeMember("body") = Parsed(bodyJson);
-  DeliverEvent(Joined("OnSvdsEvent_", subtopic), Written(event));
+  DeliverEvent(std::string("OnSvdsEvent_").append(subtopic),
+               JsonObject({{"clientId", Quoted("client")},
+                           {"subtopic", Quoted(subtopic)},
+                           {"typeName", Quoted(subtopic)},
+                           {"body", std::string(bodyJson)}}));
   RunUntilIdle();
 }
 
 void FakeHost::TellFollowers(std::string_view path, std::string_view type, std::string_view json) {
   const std::string event = ResourceEventJson(path, type, json);
-  DeliverEvent(Joined("OnJsonApiEvent_", path), event);
+  DeliverEvent(std::string(kResourceEvent).append("_").append(path), event);
   DeliverEvent(kResourceEvent, event);
   RunUntilIdle();
 }
 
 void FakeHost::DeliverEvent(std::string_view name, std::string_view json) {
-  uint64_t serial = 0;
-  {
+  const auto subscriptionOf = [this](std::string_view key) {
     const std::lock_guard hold(mutex_);
-    const auto found = subscriptions_.find(name);
-    if (found == subscriptions_.end()) return;
-    serial = found->second.serial;
-  }
-  auto deliver = [this, serial, key = std::string(name), body = std::string(json)] {
-    Subscription subscription{};
-    {
-      const std::lock_guard hold(mutex_);
-      const auto found = subscriptions_.find(key);
-      if (found == subscriptions_.end() || found->second.serial != serial) return;
-      subscription = found->second;
-    }
+    const auto found = subscriptions_.find(key);
+    return found != subscriptions_.end() ? found->second : Subscription{};
+  };
+  const uint64_t serial = subscriptionOf(name).serial;
+  auto deliver = [subscriptionOf, serial, key = std::string(name), body = std::string(json)] {
+    const Subscription subscription = subscriptionOf(key);
+    if (subscription.delivery == nullptr || subscription.serial != serial) return;
     subscription.delivery(subscription.context, ToText(key), ToText("application/json"),
                           ToBytes(body));
   };
-  if (serviceEventsOnThread_ && ComesOnAnyThread(name)) {
+  if (name.starts_with("OnServiceProxy") || name.starts_with("OnSvdsEvent")) {
     pump_.PostOnThread(std::move(deliver));
   } else {
     pump_.Post(std::move(deliver));
@@ -280,15 +232,14 @@ void FakeHost::DeliverEvent(std::string_view name, std::string_view json) {
 }
 
 bool FakeHost::OnSubscribe(std::string_view name, KestDelivery delivery, void* context) {
-  pump_.NoteActivity();
-  subscriptionLog_.push_back(Joined("+", name));
+  subscriptionLog_.push_back(std::string("+").append(name));
   if (refuse_) return false;
   {
     const std::lock_guard hold(mutex_);
     subscriptions_.insert_or_assign(std::string(name),
                                     Subscription{delivery, context, ++nextSubscription_});
   }
-  if (!name.starts_with("OnJsonApiEvent_")) return true;
+  if (name.size() <= kResourceEvent.size() || !name.starts_with(kResourceEvent)) return true;
   const std::string_view path = name.substr(kResourceEvent.size() + 1);
   const auto resource = resources_.find(path);
   if (resource != resources_.end()) {
@@ -298,27 +249,22 @@ bool FakeHost::OnSubscribe(std::string_view name, KestDelivery delivery, void* c
 }
 
 void FakeHost::OnUnsubscribe(std::string_view name) {
-  pump_.NoteActivity();
-  subscriptionLog_.push_back(Joined("-", name));
+  subscriptionLog_.push_back(std::string("-").append(name));
   const std::lock_guard hold(mutex_);
-  const auto found = subscriptions_.find(name);
-  if (found != subscriptions_.end()) subscriptions_.erase(found);
+  subscriptions_.erase(std::string(name));
 }
 
-// ---- Tasks --------------------------------------------------------------------------------------
+// ---- Tasks and requests to the plugin -----------------------------------------------------------
 
 int32_t FakeHost::OnPostTask(std::string_view name, KestTask run, void* context) {
-  pump_.NoteActivity();
-  std::string key(name);
-  {
-    const std::lock_guard hold(mutex_);
-    if (refuse_) return KEST_TASK_REFUSED;
-    postedTasks_.push_back(key);
-    if (mergeTasks_ && !waitingTasks_.insert(key).second) return KEST_TASK_MERGED;
-  }
-  pump_.Post([this, key = std::move(key), run, context] {
+  if (refuse_) return KEST_TASK_REFUSED;
+  const std::string key(name);
+  const std::lock_guard hold(mutex_);
+  postedTasks_.push_back(key);
+  if (!waitingTasks_.insert(key).second) return KEST_TASK_MERGED;
+  pump_.Post([this, key, run, context] {
     {
-      const std::lock_guard hold(mutex_);
+      const std::lock_guard holdAgain(mutex_);
       waitingTasks_.erase(key);
     }
     if (!stopped_) run(context);
@@ -330,8 +276,6 @@ void FakeHost::RunTask(std::function<void()> work) {
   pump_.Post(std::move(work));
   RunUntilIdle();
 }
-
-// ---- Requests to the plugin ---------------------------------------------------------------------
 
 std::shared_ptr<const FakeHost::Reply> FakeHost::StartRequest(std::string_view method,
                                                               std::string_view url,
@@ -357,20 +301,16 @@ FakeHost::Reply FakeHost::Request(std::string_view method, std::string_view url,
 }
 
 FakeHost::Reply FakeHost::Invoke(std::string_view function) {
-  auto reply = std::make_shared<Reply>();
-  RunTask([this, reply, name = std::string(function)] {
-    TakeReply(block_.api->invoke(block_.context, ToText(name), nullptr, 0), reply.get());
+  Reply reply;
+  RunTask([this, &reply, function] {
+    TakeReply(block_.api->invoke(block_.context, ToText(function), nullptr, 0), &reply);
   });
-  return *reply;
+  return reply;
 }
 
 void FakeHost::TakeReply(const KestResponse* response, Reply* reply) {
-  if (response == nullptr) return;
-  reply->status = response->status;
-  reply->message = ToView(response->message);
-  reply->contentType = ToView(response->contentType);
-  reply->body = ToView(response->body);
-  reply->done = true;
+  *reply = {response->status, std::string(ToView(response->message)),
+            std::string(ToView(response->contentType)), std::string(ToView(response->body)), true};
   block_.api->release(block_.context, response);
 }
 
@@ -398,11 +338,6 @@ std::vector<std::string> FakeHost::ServiceCalls(std::string_view service,
   return found != serviceCalls_.end() ? found->second : std::vector<std::string>();
 }
 
-void FakeHost::ForgetRequests() {
-  requests_.clear();
-  serviceCalls_.clear();
-}
-
 std::vector<LoggedLine> FakeHost::Lines() const {
   const std::lock_guard hold(mutex_);
   return lines_;
@@ -426,68 +361,41 @@ std::vector<std::string> FakeHost::Subscriptions() const {
   return names;
 }
 
-KestStatistics FakeHost::Statistics() const {
-  KestStatistics statistics;
-  block_.callbacks->statistics(block_.context, &statistics);
-  return statistics;
-}
-
 // ---- The service table --------------------------------------------------------------------------
 
-FakeHost* FakeHost::From(const KestHostServices* services) {
-  return reinterpret_cast<const Table*>(services)->host;
-}
-
-void FakeHost::OnPublish(std::string_view path, int32_t type, std::string_view json) {
-  constexpr const char* kTypes[] = {"Create", "Update", "Delete"};
-  pump_.NoteActivity();
-  published_.push_back({std::string(path), kTypes[type], std::string(json)});
-}
-
-void FakeHost::OnLog(int32_t level, std::string_view line) {
-  const std::lock_guard hold(mutex_);
-  lines_.push_back({level, std::string(line)});
-}
-
 void FakeHost::FillTable() {
+  static constexpr auto kHostOf = [](Self self) { return static_cast<const Table*>(self)->host; };
   table_.host = this;
-  KestHostServices& table = table_.base;
-  table.size = sizeof table;
-  table.request = [](const KestHostServices* self, const KestRequest* request,
-                     KestCompletion completion, void* context) {
-    return From(self)->OnHostRequest(*request, completion, context);
+  table_.size = sizeof(KestHostServices);
+  table_.request = [](Self self, const KestRequest* request, KestCompletion completion,
+                      void* context) {
+    return kHostOf(self)->OnHostRequest(*request, completion, context);
   };
-  table.subscribe = [](const KestHostServices* self, KestText name, KestDelivery delivery,
-                       void* context) {
-    return From(self)->OnSubscribe(ToView(name), delivery, context);
+  table_.subscribe = [](Self self, KestText name, KestDelivery delivery, void* context) {
+    return kHostOf(self)->OnSubscribe(ToView(name), delivery, context);
   };
-  table.unsubscribe = [](const KestHostServices* self, KestText name) {
-    From(self)->OnUnsubscribe(ToView(name));
-  };
-  table.publish = [](const KestHostServices* self, KestText path, int32_t type, KestBytes json) {
-    From(self)->OnPublish(ToView(path), type, ToView(json));
+  table_.unsubscribe = [](Self self, KestText name) { kHostOf(self)->OnUnsubscribe(ToView(name)); };
+  table_.publish = [](Self self, KestText path, int32_t type, KestBytes json) {
+    constexpr const char* kTypes[] = {"Create", "Update", "Delete"};
+    kHostOf(self)->published_.push_back(
+        {std::string(ToView(path)), kTypes[type], std::string(ToView(json))});
     return true;
   };
-  table.postTask = [](const KestHostServices* self, KestText name, KestTask run, void* context) {
-    return From(self)->OnPostTask(ToView(name), run, context);
+  table_.postTask = [](Self self, KestText name, KestTask run, void* context) {
+    return kHostOf(self)->OnPostTask(ToView(name), run, context);
   };
-  table.waitBegin = [](const KestHostServices* self, KestText label) {
-    From(self)->waits_.emplace_back(ToView(label));
-    From(self)->pump_.NoteActivity();
+  table_.waitBegin = [](Self self, KestText label) {
+    kHostOf(self)->waits_.emplace_back(ToView(label));
   };
-  table.waitEnd = [](const KestHostServices* self) {
-    From(self)->waits_.emplace_back();
-    From(self)->pump_.NoteActivity();
+  table_.waitEnd = [](Self self) { kHostOf(self)->waits_.emplace_back(); };
+  table_.yield = [](Self self) { kHostOf(self)->pump_.Yield(); };
+  table_.log = [](Self self, int32_t level, KestText line) {
+    const std::lock_guard hold(kHostOf(self)->mutex_);
+    kHostOf(self)->lines_.push_back({level, std::string(ToView(line))});
   };
-  table.yield = [](const KestHostServices* self) { From(self)->pump_.Yield(); };
-  table.log = [](const KestHostServices* self, int32_t level, KestText line) {
-    From(self)->OnLog(level, ToView(line));
-  };
-  table.telemetry = [](const KestHostServices* self, KestText name, KestBytes json) {
-    From(self)->telemetry_.push_back(Joined(ToView(name), ToView(json)));
-  };
-  table.identify = [](const KestHostServices* self, KestText /*fullName*/, KestText userAgent) {
-    From(self)->userAgent_ = ToView(userAgent);
+  table_.telemetry = [](Self, KestText, KestBytes) {};
+  table_.identify = [](Self self, KestText /*fullName*/, KestText userAgent) {
+    kHostOf(self)->userAgent_ = ToView(userAgent);
   };
 }
 

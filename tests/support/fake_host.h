@@ -4,7 +4,9 @@
 //
 // Tasks run on threads of their own that hand one baton around, so exactly one runs at a time, a
 // task that yields really leaves its stack standing, and race detectors see ordinary threads.
-// The clock stands still at kStartOfTime; AdvanceSeconds moves it.
+// Service-proxy and platform-message events come on another thread still. A task posted while one
+// of its name waits to run is merged with it. The clock stands still at kStartOfTime;
+// AdvanceSeconds moves it.
 //
 //   FakeHost host;
 //   host.SetResource("/tav-summoner/v1/current-summoner", R"({"summonerLevel":30})");
@@ -80,12 +82,11 @@ class FakeHost {
   FakeHost& operator=(const FakeHost&) = delete;
 
   // ---- The plugin's life ------------------------------------------------------------------------
-  void Load(KestLoadFunction load);
   void Load(const std::function<void(KestHandshakeBlock*)>& handshake);
   bool Start();  // runs until idle; start's answer
   void Stop();   // runs until stop has returned
   const KestHandshakeBlock& Block() const { return block_; }
-  const KestHostServices* Services() const { return &table_.base; }
+  const KestHostServices* Services() const { return &table_; }
 
   // ---- What exists around the plugin ------------------------------------------------------------
   using RequestHandler = std::function<FakeAnswer(const FakeRequest&)>;
@@ -100,20 +101,14 @@ class FakeHost {
   // path answers it. RemoveResource deletes it.
   void SetResource(std::string_view path, std::string_view json);
   void RemoveResource(std::string_view path);
-  void Answer(std::string_view path, std::string_view json) { SetResource(path, json); }
   void Login(uint64_t summonerId, std::string_view state = "SUCCEEDED", uint64_t accountId = 1);
-  void Logout() { RemoveResource("/tav-login/v1/session"); }
   void SendSvds(std::string_view subtopic, std::string_view bodyJson);
   // Any event, by its subscribed name; nothing happens when nobody subscribed.
   void DeliverEvent(std::string_view name, std::string_view json);
-  // Service-proxy and platform-message events come on a thread of their own (default) or on tasks.
-  void DeliverServiceEventsOnThread(bool onThread) { serviceEventsOnThread_ = onThread; }
   // Answers what was held: everything, or the requests to one path / the calls of one method.
   void ReleaseHeld(std::string_view pathOrMethod = {});
   // Every later postTask, request or subscribe is refused.
   void RefuseEverything() { refuse_ = true; }
-  // A task posted while one of its name waits to run is merged with it (default) or queued.
-  void MergeTasks(bool merge) { mergeTasks_ = merge; }
   void AdvanceSeconds(int64_t seconds);
 
   // ---- Driving the plugin -----------------------------------------------------------------------
@@ -130,7 +125,6 @@ class FakeHost {
   Reply Post(std::string_view url, std::string_view body = {}) {
     return Request("POST", url, body);
   }
-  Reply Delete(std::string_view url) { return Request("DELETE", url); }
   // Sends without running; the reply fills in as the test pumps.
   std::shared_ptr<const Reply> StartRequest(std::string_view method, std::string_view url,
                                             std::string_view body = {});
@@ -142,26 +136,24 @@ class FakeHost {
 
   // ---- What the plugin did ----------------------------------------------------------------------
   std::vector<std::string> Published(std::string_view path) const;  // JSON, "" for a Delete
-  std::vector<PublishedEvent> PublishedEvents() const { return published_; }
+  const std::vector<PublishedEvent>& PublishedEvents() const { return published_; }
   void ForgetPublished() { published_.clear(); }
-  std::vector<FakeRequest> Requests() const { return requests_; }
+  const std::vector<FakeRequest>& Requests() const { return requests_; }
   std::vector<FakeRequest> RequestsTo(std::string_view path) const;
   // Posted bodies of the calls of one service method, in order.
   std::vector<std::string> ServiceCalls(std::string_view service, std::string_view method) const;
-  void ForgetRequests();
   std::vector<LoggedLine> Lines() const;
   bool HasLine(std::string_view part) const { return CountLines(part) != 0; }
   size_t CountLines(std::string_view part) const;
   std::vector<std::string> PostedTasks() const;  // names, in order, merged ones too
   std::vector<std::string> Subscriptions() const;
   // "+name" and "-name", in order.
-  std::vector<std::string> SubscriptionLog() const { return subscriptionLog_; }
-  std::vector<std::string> Waits() const { return waits_; }  // labels, "" for an end
-  std::vector<std::string> Telemetry() const { return telemetry_; }
-  std::string UserAgent() const { return userAgent_; }
-  KestStatistics Statistics() const;
+  const std::vector<std::string>& SubscriptionLog() const { return subscriptionLog_; }
+  const std::vector<std::string>& Waits() const { return waits_; }  // labels, "" for an end
+  const std::string& UserAgent() const { return userAgent_; }
 
  private:
+  using Name = std::pair<std::string, std::string>;  // of a method: its url or service, and itself
   struct Subscription {
     KestDelivery delivery;
     void* context;
@@ -171,46 +163,38 @@ class FakeHost {
     std::string key;
     std::function<void()> release;
   };
-  // Standard layout with the C table first, so that the table's address leads back to the host.
-  struct Table {
-    KestHostServices base;
+  struct Table : KestHostServices {
     FakeHost* host;
   };
 
-  static FakeHost* From(const KestHostServices* services);
   void FillTable();
   bool OnHostRequest(const KestRequest& request, KestCompletion completion, void* context);
   bool OnSubscribe(std::string_view name, KestDelivery delivery, void* context);
-  int32_t OnPostTask(std::string_view name, KestTask run, void* context);
-  FakeAnswer AnswerTo(const FakeRequest& request);
-  FakeAnswer AnswerServiceCall(const FakeRequest& request);
   void OnUnsubscribe(std::string_view name);
-  void OnPublish(std::string_view path, int32_t type, std::string_view json);
-  void OnLog(int32_t level, std::string_view line);
+  int32_t OnPostTask(std::string_view name, KestTask run, void* context);
+  FakeAnswer AnswerTo(const FakeRequest& request, const std::string& path);
+  FakeAnswer AnswerServiceCall(const FakeRequest& request, const std::string& path);
   void TakeReply(const KestResponse* response, Reply* reply);
   void Queue(std::string_view key, bool isHeld, std::function<void()> work);
   void TellFollowers(std::string_view path, std::string_view type, std::string_view json);
 
-  Table table_;
+  Table table_{};
   KestHandshakeBlock block_{};
   bool stopped_ = false;
 
-  bool serviceEventsOnThread_ = true;
   std::atomic<bool> refuse_ = false;
-  bool mergeTasks_ = true;
   uint64_t nextUuid_ = 0;
   uint64_t nextSubscription_ = 0;
-  std::map<std::pair<std::string, std::string>, RequestHandler> handlers_;
-  std::map<std::pair<std::string, std::string>, ServiceHandler> services_;
+  std::map<Name, RequestHandler> handlers_;
+  std::map<Name, ServiceHandler> services_;
   std::map<std::string, std::string, std::less<>> resources_;
   std::vector<Held> held_;
 
   std::vector<FakeRequest> requests_;
-  std::map<std::pair<std::string, std::string>, std::vector<std::string>> serviceCalls_;
+  std::map<Name, std::vector<std::string>> serviceCalls_;
   std::vector<PublishedEvent> published_;
   std::vector<std::string> subscriptionLog_;
   std::vector<std::string> waits_;
-  std::vector<std::string> telemetry_;
   std::string userAgent_;
 
   mutable std::mutex mutex_;  // over what follows: any thread may come here

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <semaphore>
-#include <utility>
 
 namespace Kest::Testing {
 
@@ -28,10 +27,9 @@ TaskPump::~TaskPump() {
   }
   changed_.notify_all();
   freeThread_.join();
-  if (!yielded_.empty()) {
-    std::fprintf(stderr, "%zu module tasks still wait at the end of the test\n", yielded_.size());
-    std::abort();
-  }
+  if (yielded_.empty()) return;
+  std::fprintf(stderr, "%zu module tasks still wait at the end of the test\n", yielded_.size());
+  std::abort();
 }
 
 void TaskPump::Post(std::function<void()> work) {
@@ -42,10 +40,8 @@ void TaskPump::Post(std::function<void()> work) {
 }
 
 void TaskPump::PostOnThread(std::function<void()> work) {
-  {
-    const std::lock_guard hold(mutex_);
-    threadWork_.push_back(std::move(work));
-  }
+  const std::lock_guard hold(mutex_);
+  threadWork_.push_back(std::move(work));
   changed_.notify_all();
 }
 
@@ -54,29 +50,14 @@ void TaskPump::RunFreeThread() {
   for (;;) {
     changed_.wait(hold, [this] { return ending_ || !threadWork_.empty(); });
     if (threadWork_.empty()) return;
-    std::function<void()> work = std::move(threadWork_.front());
-    threadWork_.pop_front();
-    threadBusy_ = true;
+    const std::function<void()>& work = threadWork_.front();
     hold.unlock();
     work();
-    ++activity_;
     hold.lock();
-    threadBusy_ = false;
+    threadWork_.pop_front();
+    ++done_;
     changed_.notify_all();
   }
-}
-
-void TaskPump::WaitForFreeThread() {
-  std::unique_lock hold(mutex_);
-  changed_.wait(hold, [this] { return threadWork_.empty() && !threadBusy_; });
-}
-
-std::unique_ptr<TaskPump::Task> TaskPump::TakeNew() {
-  const std::lock_guard hold(mutex_);
-  if (fresh_.empty()) return nullptr;
-  std::unique_ptr<Task> task = std::move(fresh_.front());
-  fresh_.pop_front();
-  return task;
 }
 
 void TaskPump::RunTurn(std::unique_ptr<Task> task) {
@@ -93,12 +74,13 @@ void TaskPump::RunTurn(std::unique_ptr<Task> task) {
   }
   running->turn.release();
   running->back.acquire();
-  if (running->done) {
-    running->thread.join();
-    ++activity_;
-  } else {
+  if (!running->done) {
     yielded_.push_back(std::move(task));
+    return;
   }
+  running->thread.join();
+  const std::lock_guard hold(mutex_);
+  ++done_;
 }
 
 void TaskPump::RunRound() {
@@ -107,16 +89,25 @@ void TaskPump::RunRound() {
     yielded_.pop_front();
     RunTurn(std::move(task));
   }
-  while (std::unique_ptr<Task> task = TakeNew()) RunTurn(std::move(task));
+  std::unique_lock hold(mutex_);
+  while (!fresh_.empty()) {
+    std::unique_ptr<Task> task = std::move(fresh_.front());
+    fresh_.pop_front();
+    hold.unlock();
+    RunTurn(std::move(task));
+    hold.lock();
+  }
 }
 
 void TaskPump::RunUntilIdle() {
   constexpr int kQuietRounds = 4;  // a task may yield a few times for no reason
+  uint64_t before = 0;
   for (int quiet = 0; quiet < kQuietRounds; ++quiet) {
-    const uint64_t before = activity_;
     RunRound();
-    if (activity_ == before) WaitForFreeThread();
-    if (activity_ != before) quiet = -1;
+    std::unique_lock hold(mutex_);
+    if (done_ == before) changed_.wait(hold, [this] { return threadWork_.empty(); });
+    if (done_ != before) quiet = -1;
+    before = done_;
   }
 }
 

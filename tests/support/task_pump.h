@@ -2,11 +2,10 @@
 // baton goes round, so exactly one task runs at a time and one that yields keeps its stack. Beside
 // the tasks there is one free thread, for what a host delivers from outside its scheduler.
 //
-// Threads: Post, PostOnThread and NoteActivity anywhere; Yield on tasks, and on the test's thread,
-//          where it runs a round; everything else on the test's thread.
+// Threads: Post and PostOnThread anywhere; Yield on tasks, and on the test's thread, where it runs
+//          a round; everything else on the test's thread.
 #pragma once
 
-#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -14,7 +13,6 @@
 #include <memory>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 namespace Kest::Testing {
 
@@ -30,14 +28,9 @@ class TaskPump {
   void Post(std::function<void()> work);
   // Queues work for the free thread, which does it in order and at its own pace.
   void PostOnThread(std::function<void()> work);
-
   // Runs until every task has ended or yields a few rounds on end without anything happening.
   void RunUntilIdle();
   void Yield();
-  // Says that something happened, so that a round of yields is not taken for idleness.
-  void NoteActivity() { ++activity_; }
-
-  size_t UnfinishedTasks() const { return yielded_.size(); }
 
  private:
   struct Task;
@@ -45,18 +38,15 @@ class TaskPump {
   // Every task that waits gets one turn; then the new ones begin.
   void RunRound();
   void RunTurn(std::unique_ptr<Task> task);
-  std::unique_ptr<Task> TakeNew();
   void RunFreeThread();
-  void WaitForFreeThread();
 
   std::deque<std::unique_ptr<Task>> yielded_;
-  std::atomic<uint64_t> activity_{0};
 
-  std::mutex mutex_;
+  std::mutex mutex_;  // over what follows
   std::condition_variable changed_;
   std::deque<std::unique_ptr<Task>> fresh_;
-  std::deque<std::function<void()>> threadWork_;
-  bool threadBusy_ = false;
+  std::deque<std::function<void()>> threadWork_;  // the first one is being done
+  uint64_t done_ = 0;                             // tasks that ended and work of the free thread
   bool ending_ = false;
   std::thread freeThread_;
 };
