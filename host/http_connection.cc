@@ -8,6 +8,7 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/rfc7230.hpp>
 #include <boost/beast/http/write.hpp>
+#include <new>
 #include <string_view>
 
 #include "host/http_answers.h"
@@ -62,8 +63,13 @@ auto HttpConnection::Bind(Member member) {
   };
 }
 
+// What a reader of heads, chunk sizes and trailers has to hold at once is bounded by the buffer;
+// the parser's own limit leaves trailers out, and its fields throw for what they cannot hold.
 HttpConnection::HttpConnection(net::ip::tcp::socket socket, HttpConnectionOwner* owner)
-    : owner_(owner), stream_(std::move(socket)), silence_(stream_.get_executor()) {}
+    : owner_(owner),
+      stream_(std::move(socket)),
+      silence_(stream_.get_executor()),
+      buffer_(owner->Limits().headBytes) {}
 
 void HttpConnection::Start() {
   Error ignored;
@@ -74,6 +80,11 @@ void HttpConnection::Start() {
 void HttpConnection::Finish() {
   finishing_ = true;
   if (phase_ != Phase::kHandling && phase_ != Phase::kWriting) Close();
+}
+
+bool HttpConnection::Abandoned() const {
+  // The owner holds one reference, a pending operation another.
+  return phase_ != Phase::kHandling && weak_from_this().use_count() == 1;
 }
 
 void HttpConnection::Close() {
@@ -105,6 +116,9 @@ void HttpConnection::OnHead(Error error) {
   request.origin = FieldOf(head, http::field::origin);
   SplitAbsoluteTarget(&request);
   if (auto answer = owner_->Handlers().refuse(request)) return Send(std::move(*answer), true);
+  if (head.count(http::field::transfer_encoding) != 0 && !head.chunked()) {
+    return Send(ProblemAnswer(501, "Of the transfer encodings only \"chunked\" is read."), true);
+  }
   if (beast::iequals(head[http::field::expect], "100-continue")) return Continue100();
   ReadBody();
 }
@@ -123,10 +137,15 @@ void HttpConnection::ReadBody() {
 
 void HttpConnection::OnBody(Error error) {
   if (error) return OnReadFailure(error);
-  phase_ = Phase::kHandling;
   stream_.expires_never();
   closeAfter_ = !parser_->get().keep_alive();
-  owner_->Handlers().handle(TakeRequest(), MakeRespond());
+  HttpRequest request = TakeRequest();
+  phase_ = Phase::kHandling;
+  try {
+    owner_->Handlers().handle(std::move(request), MakeRespond());
+  } catch (const std::bad_alloc&) {
+    Send(ProblemAnswer(500, "Out of memory"), true);
+  }
 }
 
 HttpRequest HttpConnection::TakeRequest() {
@@ -147,7 +166,7 @@ HttpRequest HttpConnection::TakeRequest() {
 void HttpConnection::OnReadFailure(Error error) {
   if (error == http::error::body_limit) return Send(ProblemAnswer(413, "Body is too large"), true);
   if (error == http::error::header_limit || error == http::error::buffer_overflow) {
-    return Send(ProblemAnswer(431, "The head of the request is too large."), true);
+    return Send(ProblemAnswer(431, "The head or the trailer of the request is too large."), true);
   }
   const bool unreadable = error.category() == make_error_code(http::error::bad_method).category() &&
                           error != http::error::end_of_stream &&

@@ -45,6 +45,9 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   // Closes now, or after the answer a request waits for.
   void Finish();
   void Close();
+  // Whether nothing is under way that would ever end it: its last step was broken off by an
+  // exception. Counts references, so the caller holds none but the owner's.
+  bool Abandoned() const;
 
  private:
   using Error = boost::beast::error_code;

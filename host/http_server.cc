@@ -10,6 +10,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
+#include <exception>
 #include <future>
 #include <string_view>
 #include <thread>
@@ -54,6 +55,8 @@ class HttpServer::Impl final : public HttpConnectionOwner {
   void Closed(HttpConnection* connection) override;
 
  private:
+  void Run();
+  void CloseAbandoned();
   void Accept();
   void OnAccept(Error error, tcp::socket socket);
   std::vector<std::shared_ptr<HttpConnection>> AllConnections() const;
@@ -96,7 +99,30 @@ Error HttpServer::Impl::Open(const std::string& address, uint16_t port) {
 void HttpServer::Impl::Serve(HttpHandlers handlers) {
   handlers_ = std::move(handlers);
   Accept();
-  thread_ = std::thread([this] { io_.run(); });
+  thread_ = std::thread([this] { Run(); });
+}
+
+// A step that runs out of memory costs its own connection, not the others.
+void HttpServer::Impl::Run() {
+  while (true) {
+    try {
+      io_.run();
+      return;
+    } catch (const std::exception&) {
+      CloseAbandoned();
+    }
+  }
+}
+
+void HttpServer::Impl::CloseAbandoned() {
+  std::vector<HttpConnection*> abandoned;
+  for (const auto& entry : connections_) {
+    if (entry.second->Abandoned()) abandoned.push_back(entry.first);
+  }
+  for (HttpConnection* connection : abandoned) {
+    const auto keep = connection->shared_from_this();
+    connection->Close();
+  }
 }
 
 void HttpServer::Impl::Accept() {
@@ -113,6 +139,7 @@ void HttpServer::Impl::OnAccept(Error error, tcp::socket socket) {
     });
     return;
   }
+  Accept();
   if (connections_.size() < limits_.connections) {
     auto connection = std::make_shared<HttpConnection>(std::move(socket), this);
     connections_.emplace(connection.get(), connection);
@@ -122,7 +149,6 @@ void HttpServer::Impl::OnAccept(Error error, tcp::socket socket) {
     socket.non_blocking(true, ignored);
     socket.write_some(net::buffer(FullText()), ignored);
   }
-  Accept();
 }
 
 void HttpServer::Impl::Closed(HttpConnection* connection) {

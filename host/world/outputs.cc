@@ -1,7 +1,9 @@
 #include "host/world/outputs.h"
 
+#include <algorithm>
 #include <iterator>
 
+#include "host/world/field_reader.h"
 #include "host/world/platform_words.h"
 
 namespace Kest::Host {
@@ -21,11 +23,11 @@ class Roll {
     if (random_.Fraction() >= output.probability) return;
     const auto table = data_.odds.find(output.lootName);
     if (table == data_.odds.end()) {
-      added_[KeyOf(output.lootName)] += output.quantity;
+      AddCount(KeyOf(output.lootName), output.quantity);
       return;
     }
     const OddsEntry& entry = Pick(table->second, output.allowDuplicates);
-    added_[KeyOf(entry.lootName)] += output.quantity * entry.quantity;
+    AddCount(KeyOf(entry.lootName), output.quantity * entry.quantity);
   }
 
   LootCounts Take() { return std::move(added_); }
@@ -38,6 +40,12 @@ class Roll {
     if (champions.empty()) return {lootName, "0"};
     const auto step = static_cast<std::ptrdiff_t>(random_.Below(champions.size()));
     return {lootName, std::to_string(std::next(champions.begin(), step)->first)};
+  }
+
+  // Stays at one more than an inventory holds, so that a long run cannot overflow and is refused.
+  void AddCount(const LootKey& key, int64_t count) {
+    int64_t& sum = added_[key];
+    sum = std::min(sum + count, FieldReader::kMax32 + 1);
   }
 
   bool HasAlready(const std::string& lootName) const {

@@ -6,25 +6,7 @@
 namespace Kest::Host {
 namespace {
 
-// The small world with the first `from` replaced by `to`, in which "@" marks where the failure is.
-struct BrokenWorld {
-  BrokenWorld(std::string_view from, std::string_view to) : text(kSmallWorld) {
-    const size_t at = text.find(from);
-    EXPECT_NE(at, std::string::npos) << from;
-    text.replace(at, from.size(), to);
-    const size_t mark = text.find('@');
-    EXPECT_NE(mark, std::string::npos) << to;
-    text.erase(mark, 1);
-    const size_t lineStart = text.rfind('\n', mark) + 1;
-    place =
-        std::to_string(1 + std::count(text.begin(), text.begin() + static_cast<int>(mark), '\n')) +
-        ":" + std::to_string(mark - lineStart + 1);
-  }
-
-  std::string text;
-  std::string place;  // "line:column"
-};
-
+// In `to`, "@" marks where the failure is.
 TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
   struct Case {
     const char* why;
@@ -41,20 +23,14 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
       {"missing member", R"({"lootName": "CHEST_reed", "type": "CHEST"})",
        R"(@{"lootName": "CHEST_reed"})", "member \"type\" is missing"},
       {"empty text", "\"Pond\"", "@\"\"", "\"name\" must not be empty"},
-      {"text for a number", "\"storeItemId\": 2}", "\"storeItemId\": @\"2\"}",
-       "\"storeItemId\" must be a whole number, not a text"},
       {"fraction for a number", "\"storeItemId\": 2}", "\"storeItemId\": @2.0}",
        "\"storeItemId\" must be a whole number, not a number"},
       {"number for a flag", "\"owned\": true", "\"owned\": @1",
        "\"owned\" must be true or false, not a whole number"},
       {"object for a list", "[{\"id\": 7, \"name\": \"Splash\"}]", "@{}",
        "\"emotes\" must be a list, not an object"},
-      {"list for an object", "{\"id\": 7, \"name\": \"Splash\"}", "@[]",
-       "expected an object, found a list"},
       {"number out of range", "\"probability\": 0.25", "\"probability\": @1.5",
        "\"probability\" must lie between 0 and 1"},
-      {"count below one", "\"count\": 4", "\"count\": @0",
-       "\"count\" must lie between 1 and 2147483647"},
       {"count beyond 64 bits", "\"count\": 4", "\"count\": @18446744073709551615",
        "\"count\" must lie between 1 and 2147483647"},
       {"member the collection has not", "\"name\": \"Reed\"",
@@ -77,8 +53,6 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
        "unknown loot name \"CHAMPION_RENTAL_9\""},
       {"query of a wrong kind", "\"CHAMPION_TOKEN_star-1\"", "@3",
        "a query holds a loot name or a list of them"},
-      {"unknown loot in odds", "{\"lootName\": \"EMOTE_7\", \"q",
-       "{\"lootName\": @\"EMOTE_8\", \"q", "unknown loot name \"EMOTE_8\""},
       {"empty odds", "\"odds\": {", "\"odds\": {@\"TABLE_none\": [], ",
        "an odds table needs at least one entry"},
       {"odds named like loot", "\"odds\": {",
@@ -91,15 +65,10 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
       {"quantity that is no number", "\"2 * 5\"", "@\"2 x 5\"",
        "quantity \"2 x 5\" is not a sum, difference, product or quotient of whole numbers that "
        "gives at least 1"},
-      {"quantity of nothing", "\"2 * 5\"", "@\"2 - 2\"",
-       "quantity \"2 - 2\" is not a sum, difference, product or quotient of whole numbers that "
-       "gives at least 1"},
       {"slot number twice", "[{\"slotNumber\": 1, \"query\": \"MAT",
        "@[{\"slotNumber\": 0, \"query\": \"MAT", "slot number 0 stands twice"},
       {"recipe name twice", "\"recipeName\": \"MIX\"", "\"recipeName\": @\"REROLL\"",
        "recipe name \"REROLL\" is defined twice"},
-      {"unknown loot in the inventory", "{\"lootName\": \"CHEST_reed\", \"count\"",
-       "@{\"lootName\": \"CHEST\", \"count\"", "unknown loot name \"CHEST\""},
       {"item twice", "{\"lootName\": \"BOOST_wind\"}", "@{\"lootName\": \"SKIN_2001\"}",
        "\"SKIN_2001\" stands twice in the inventory"},
       {"token without champion", R"({"lootName": "CHAMPION_TOKEN_star", "refId": "1")",
@@ -109,14 +78,9 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
        "unknown member \"redeem\""},
       {"unknown chest", "\"newPlayerChest\": \"CHEST_reed\"", "\"newPlayerChest\": @\"CHEST\"",
        "unknown loot name \"CHEST\""},
-      {"unknown configuration", "{\"Enabled\"", "{@\"Enable\"", "unknown member \"Enable\""},
-      {"configuration of a wrong kind", "{\"Enabled\": true", "{\"Enabled\": @\"yes\"",
-       "\"Enabled\" must be true or false, not a text"},
       {"message name twice", "\"messages\": [{\"name\": \"grant\"",
        "\"messages\": [{\"name\": \"grant\"}, {\"name\": @\"grant\"",
        "message \"grant\" stands twice"},
-      {"body and params", "\"params\": [\"hello\"]", "\"params\": [\"hello\"], \"body\": @1",
-       "\"body\" and \"params\" exclude each other"},
       {"rarity of the game data", "\"name\": \"Pond\",",
        "\"name\": \"Pond\", \"lootData\": {\"LootItems\": [{\"id\": \"a\", \"rarity\": "
        "@\"Rare\"}]},",
@@ -124,10 +88,16 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(c.why);
-    const BrokenWorld broken(c.from, c.to);
-    const auto world = World::Load(broken.text, "pond.json", 1);
+    std::string text = ChangedWorld(c.from, c.to);
+    const size_t mark = text.find('@');
+    ASSERT_NE(mark, std::string::npos);
+    text.erase(mark, 1);
+    const std::string before = text.substr(0, mark);
+    const std::string line = std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
+    const std::string column = std::to_string(mark - (before.rfind('\n') + 1) + 1);
+    const auto world = World::Load(text, "pond.json", 1);
     ASSERT_FALSE(world);
-    EXPECT_EQ(world.GetFailure().text, "pond.json:" + broken.place + ": " + c.reason);
+    EXPECT_EQ(world.GetFailure().text, "pond.json:" + line + ":" + column + ": " + c.reason);
   }
 }
 
@@ -146,27 +116,21 @@ class SampleWorld : public WorldTest {
 };
 
 TEST_F(SampleWorld, HoldsLootOfEveryTypeAndOneUnknown) {
-  std::set<std::string> missing = {
+  const std::set<std::string> known = {
       "CHEST",          "CHAMPION", "CHAMPION_RENTAL", "SKIN",     "SKIN_RENTAL",   "CHROMA",
       "CHROMA_RENTAL",  "WARDSKIN", "WARDSKIN_RENTAL", "EMOTE",    "EMOTE_RENTAL",  "SUMMONERICON",
       "TOURNAMENTLOGO", "BOOST",    "MATERIAL",        "CURRENCY", "CHAMPION_TOKEN"};
-  const std::set<std::string> known = missing;
-  std::set<std::string> others;
-  std::set<std::string> held = missing;
-  const std::map<std::string, int64_t> inventory = Inventory();
+  std::set<std::string> unknown;
+  std::set<std::string> notHeld = known;
+  std::set<std::string> held;
+  for (const auto& [id, count] : Inventory()) held.insert(id.substr(0, id.find('-')));
   for (const JsonValue& definition : List("lootItemList", "lootItems")) {
     const std::string& type = *definition.Find("type")->AsText();
-    missing.erase(type);
-    if (!known.contains(type)) others.insert(type);
-    const auto item = inventory.lower_bound(*definition.Find("lootName")->AsText());
-    if (item != inventory.end() &&
-        item->first.starts_with(*definition.Find("lootName")->AsText())) {
-      held.erase(type);
-    }
+    if (!known.contains(type)) unknown.insert(type);
+    if (held.contains(*definition.Find("lootName")->AsText())) notHeld.erase(type);
   }
-  EXPECT_EQ(missing, std::set<std::string>()) << "not defined";
-  EXPECT_EQ(held, std::set<std::string>()) << "not in the inventory";
-  EXPECT_EQ(others.size(), 1u);
+  EXPECT_EQ(notHeld, std::set<std::string>());
+  EXPECT_EQ(unknown.size(), 1u);
 }
 
 TEST_F(SampleWorld, EveryRecipeCanBeReadAboutAndCoversEveryKind) {

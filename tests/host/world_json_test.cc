@@ -13,7 +13,6 @@ TEST(WorldJson, NamesThePlaceOfWhatItRefuses) {
     std::string issue;  // behind "t:"
   };
   const Case kCases[] = {
-      {"nothing", "", "1:1: The document is empty."},
       {"trailing comma on the second line", "[1,\n ]", "2:2: Invalid value."},
       {"column counts characters", "[\"\xC3\xA4\xC3\xA4\", x]", "1:8: Invalid value."},
       {"more behind the value", "{} {}",
@@ -26,13 +25,11 @@ TEST(WorldJson, NamesThePlaceOfWhatItRefuses) {
       {"the same in a name", "{\"\\uDC00\": 1}", "1:2: The surrogate pair in string is invalid."},
       {"a name twice", "{\"a\": 1,\n \"b\": 2, \"a\": 3}",
        "2:10: member \"a\" stands here a second time"},
-      {"a number beyond a double", "[0, 1e999]", "1:5: Number too big to be stored in double."},
       {"a number whose exponent wraps an int", "[1e4294967297]",
        "1:2: Number too big to be stored in double."},
       {"a number just beyond", "[1.7976931348623159e308]", "1:2: Number out of range of a double."},
       {"a number too small", "[1, 1e-400]", "1:5: Number out of range of a double."},
-      {"one level too many", std::string(65, '['), "1:65: Nesting is too deep."},
-      {"a million levels", std::string(1000000, '['), "1:65: Nesting is too deep."},
+      {"too many levels", std::string(1000000, '['), "1:65: Nesting is too deep."},
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(c.why);
@@ -55,32 +52,20 @@ TEST(WorldJson, EveryValueKnowsItsPlace) {
 }
 
 JsonValue RandomJson(std::mt19937_64& random, int depth) {
-  switch (random() % (depth > 0 ? 8 : 6)) {
-    case 0:
-      return JsonValue();
-    case 1:
-      return random() % 2 == 0;
-    case 2:
-      return static_cast<int64_t>(random());
-    case 3:
-      return random() | 1ULL << 63;
-    case 4:
-      return static_cast<double>(random()) * 0x1.0p-70;
-    case 5:
-      return std::string("t\"\\\n\x01\0\xC3\xA4", random() % 9);
-    case 6: {
-      JsonValue::Array list;
-      for (uint64_t i = random() % 4; i > 0; --i) list.push_back(RandomJson(random, depth - 1));
-      return list;
-    }
-    default: {
-      JsonValue::Object object;
-      for (uint64_t i = random() % 4; i > 0; --i) {
-        object.push_back({std::string(i, '\t'), RandomJson(random, depth - 1)});
-      }
-      return object;
-    }
+  const uint64_t kind = random() % (depth > 0 ? 8 : 6);
+  if (kind == 0) return JsonValue();
+  if (kind == 1) return random() % 2 == 0;
+  if (kind == 2) return static_cast<int64_t>(random());
+  if (kind == 3) return random() | 1ULL << 63;
+  if (kind == 4) return static_cast<double>(random()) * 0x1.0p-70;
+  if (kind == 5) return std::string("t\"\\\n\x01\0\xC3\xA4", random() % 9);
+  JsonValue::Array list;
+  JsonValue::Object object;
+  for (uint64_t i = random() % 4; i > 0; --i) {
+    list.push_back(RandomJson(random, depth - 1));
+    object.push_back({std::string(i, '\t'), list.back()});
   }
+  return kind == 6 ? JsonValue(list) : JsonValue(object);
 }
 
 TEST(WorldJson, ReadsBackWhatItWrote) {
@@ -104,8 +89,7 @@ TEST(QuantityExpression, CalculatesAsTheServiceWritesIt) {
     const char* text;
     std::optional<int64_t> value;
   };
-  const Case kCases[] = {{"7", 7},
-                         {" 2 + 3 * 4 ", 14},
+  const Case kCases[] = {{" 2 + 3 * 4 ", 14},
                          {"(2+3)*4", 20},
                          {"20-5-3", 12},
                          {"24/4/2", 3},
@@ -113,7 +97,6 @@ TEST(QuantityExpression, CalculatesAsTheServiceWritesIt) {
                          {"((8))", 8},
                          {"2-5", -3},
                          {"", {}},
-                         {"  ", {}},
                          {"2 3", {}},
                          {"2+", {}},
                          {"+2", {}},
@@ -123,7 +106,6 @@ TEST(QuantityExpression, CalculatesAsTheServiceWritesIt) {
                          {"2(3)", {}},
                          {"1/0", {}},
                          {"1.5", {}},
-                         {"x", {}},
                          {"9223372036854775807", INT64_MAX},
                          {"9223372036854775808", {}},
                          {"9223372036854775807+1", {}},

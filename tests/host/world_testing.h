@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,13 @@ inline constexpr std::string_view kSmallWorld = R"({
 }
 )";
 
+// The small world with the first `from` replaced by `to`.
+inline std::string ChangedWorld(std::string_view from, std::string_view to) {
+  std::string text(kSmallWorld);
+  EXPECT_NE(text.find(from), std::string::npos) << from;
+  return text.replace(text.find(from), from.size(), to);
+}
+
 inline JsonValue Parse(std::string_view text) {
   auto json = ReadJson(text);
   EXPECT_TRUE(json) << text;
@@ -122,10 +130,11 @@ class WorldTest : public testing::Test {
   JsonValue Transact(std::string_view method, std::string_view request) {
     return Parse(Invoke(method, {"request-1", request}).body);
   }
-  // `items` are loot ids.
-  JsonValue Craft(std::string_view recipe, const std::vector<std::string>& items, int repeat = 1) {
+  // `items` are loot ids with blanks between them.
+  JsonValue Craft(std::string_view recipe, const std::string& items, int repeat = 1) {
     JsonValue::Array pairs;
-    for (const std::string& item : items) {
+    std::istringstream ids(items);
+    for (std::string item; ids >> item;) {
       const size_t dash = std::min(item.find('-'), item.size());
       pairs.push_back(JsonValue::Object{{"lootName", item.substr(0, dash)},
                                         {"refId", item.substr(std::min(dash + 1, item.size()))}});
@@ -135,8 +144,9 @@ class WorldTest : public testing::Test {
                         {"recipeName", recipe}, {"lootNameRefIds", pairs}, {"repeat", repeat}}));
   }
   // Counts by loot id, of the inventory or of a result's list.
-  static std::map<std::string, int64_t> Counts(const JsonValue& records) {
-    std::map<std::string, int64_t> counts;
+  using CountsById = std::map<std::string, int64_t>;
+  static CountsById Counts(const JsonValue& records) {
+    CountsById counts;
     for (const JsonValue& record : *records.AsArray()) {
       const std::string& refId = *record.Find("refId")->AsText();
       const std::string id =
@@ -145,9 +155,7 @@ class WorldTest : public testing::Test {
     }
     return counts;
   }
-  std::map<std::string, int64_t> Inventory() {
-    return Counts(*Parse(Control("GET", "/world")).Find("inventory"));
-  }
+  CountsById Inventory() { return Counts(*Parse(Control("GET", "/world")).Find("inventory")); }
 
   std::unique_ptr<World> world_;
 };
