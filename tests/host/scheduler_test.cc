@@ -6,7 +6,6 @@
 #include <atomic>
 #include <ctime>
 #include <future>
-#include <random>
 #include <stdexcept>
 #include <thread>
 
@@ -42,6 +41,8 @@ class SchedulerTest : public testing::Test {
     EXPECT_TRUE(quiet.get_future().get());
   }
 
+  void Note(std::string text) { happened_.push_back(std::move(text)); }
+
   std::vector<std::string> happened_;  // on the scheduler's thread until Drain
   std::vector<std::string> failures_;
   Scheduler scheduler_{[this](std::string_view task, std::string_view text) {
@@ -49,51 +50,43 @@ class SchedulerTest : public testing::Test {
   }};
 };
 
-TEST_F(SchedulerTest, AWaitingTaskLetsOthersRunAndKeepsItsStack) {
+TEST_F(SchedulerTest, AWaitingTaskLetsOthersRunKeepsItsStackAndShowsItsWait) {
+  Scheduler::Report report;
   bool released = false;
-  Post("waiter", [&] {
+  Post("craft", [&] {
     const std::string local = "kept";
-    happened_.push_back("waits");
+    scheduler_.WaitBegin("Wait: future<x>");
     while (!released) scheduler_.Yield();
-    happened_.push_back(local);
+    scheduler_.WaitEnd();
+    Note(local);
   });
-  Post("other", [&] {
-    happened_.push_back("other");
+  Post("look", [&] {
+    report = scheduler_.Describe();
+    Note("look");
     released = true;
   });
   Drain();
-  EXPECT_THAT(happened_, ElementsAre("waits", "other", "kept"));
+  EXPECT_THAT(happened_, ElementsAre("look", "kept"));
+  ASSERT_EQ(report.running.size(), 2u);
+  EXPECT_EQ(report.running[0].name + " " + report.running[0].waitLabel, "craft Wait: future<x>");
+  EXPECT_EQ(report.running[1].waitLabel, "");
 }
 
 TEST_F(SchedulerTest, MergesOnlyWaitingTasksOfOneOwnerAndName) {
-  const int ownerA = 0;
-  const int ownerB = 0;
-  const auto release = Hold();
-  struct Case {
-    const char* why;
-    const void* owner;
-    const char* name;
-    bool merge;
-    Scheduler::Posted expected;
+  const int other = 0;
+  const auto post = [&](const void* owner, const char* name, bool merge) {
+    return scheduler_.Post(
+        {.name = name, .work = [=] { Note(name); }, .owner = owner, .merge = merge});
   };
-  const Case kCases[] = {
-      {"the first waits", &ownerA, "notify", true, Scheduler::Posted::kQueued},
-      {"the second is stood for", &ownerA, "notify", true, Scheduler::Posted::kMerged},
-      {"another name", &ownerA, "notify2", true, Scheduler::Posted::kQueued},
-      {"another owner", &ownerB, "notify", true, Scheduler::Posted::kQueued},
-      {"does not ask for it", &ownerA, "notify", false, Scheduler::Posted::kQueued}};
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.why);
-    EXPECT_EQ(scheduler_.Post({.name = c.name,
-                               .work = [this, c] { happened_.push_back(c.why); },
-                               .owner = c.owner,
-                               .merge = c.merge}),
-              c.expected);
-  }
+  const auto release = Hold();
+  EXPECT_EQ(post(this, "a", true), Scheduler::Posted::kQueued);
+  EXPECT_EQ(post(this, "a", true), Scheduler::Posted::kMerged);
+  EXPECT_EQ(post(this, "b", true), Scheduler::Posted::kQueued) << "another name";
+  EXPECT_EQ(post(&other, "a", true), Scheduler::Posted::kQueued) << "another owner";
+  EXPECT_EQ(post(this, "a", false), Scheduler::Posted::kQueued) << "does not ask for it";
   release();
   Drain();
-  EXPECT_THAT(happened_, ElementsAre("the first waits", "another name", "another owner",
-                                     "does not ask for it"));
+  EXPECT_THAT(happened_, ElementsAre("a", "b", "a", "a"));
 }
 
 TEST_F(SchedulerTest, ATaskThatHasBegunStandsForNoOther) {
@@ -113,10 +106,9 @@ TEST_F(SchedulerTest, ATaskThatHasBegunStandsForNoOther) {
 TEST_F(SchedulerTest, DropForgetsWhatHasNotBegun) {
   const auto release = Hold();
   for (const void* owner : {static_cast<const void*>(this), static_cast<const void*>(&happened_)}) {
-    const std::string name = owner == this ? "dropped" : "kept";
-    const Scheduler::Work work = [this, name] { happened_.push_back(name); };
-    scheduler_.Post({.name = name, .work = work, .owner = owner});
-    scheduler_.PostAfter(milliseconds(1), {.name = name, .work = work, .owner = owner});
+    const Scheduler::Work work = [=, this] { Note(owner == this ? "dropped" : "kept"); };
+    scheduler_.Post({.name = "t", .work = work, .owner = owner});
+    scheduler_.PostAfter(milliseconds(1), {.name = "t", .work = work, .owner = owner});
   }
   scheduler_.Drop(this);
   release();
@@ -126,9 +118,8 @@ TEST_F(SchedulerTest, DropForgetsWhatHasNotBegun) {
 
 TEST_F(SchedulerTest, DelayedTasksComeInTheOrderTheyAreDue) {
   for (const int delay : {30, 10, 20, 10}) {
-    scheduler_.PostAfter(milliseconds(delay), {.name = "late", .work = [this, delay] {
-                                                 happened_.push_back(std::to_string(delay));
-                                               }});
+    const Scheduler::Work work = [=, this] { Note(std::to_string(delay)); };
+    scheduler_.PostAfter(milliseconds(delay), {.name = "late", .work = work});
   }
   Drain();
   EXPECT_THAT(happened_, ElementsAre("10", "10", "20", "30"));
@@ -136,47 +127,29 @@ TEST_F(SchedulerTest, DelayedTasksComeInTheOrderTheyAreDue) {
 
 TEST_F(SchedulerTest, AFailedTaskIsNamedAndTheOthersGoOn) {
   Post("bad", [] { throw std::runtime_error("broken"); });
-  Post("good", [&] { happened_.push_back("good"); });
+  Post("good", [&] { Note("good"); });
   Drain();
   EXPECT_THAT(failures_, ElementsAre("bad: broken"));
   EXPECT_THAT(happened_, ElementsAre("good"));
 }
 
-TEST_F(SchedulerTest, ShowsWhatWaitsAndForWhat) {
-  Scheduler::Report report;
-  bool released = false;
-  Post("craft", [&] {
-    scheduler_.WaitBegin("Wait: future<x>");
-    while (!released) scheduler_.Yield();
-    scheduler_.WaitEnd();
-  });
-  Post("look", [&] {
-    report = scheduler_.Describe();
-    released = true;
-  });
-  Drain();
-  ASSERT_EQ(report.running.size(), 2u);
-  EXPECT_EQ(report.running[0].name, "craft");
-  EXPECT_EQ(report.running[0].waitLabel, "Wait: future<x>");
-  EXPECT_EQ(report.running[1].waitLabel, "");
-}
-
 TEST_F(SchedulerTest, QuietWaitsForQueuedDelayedRunningAndOutside) {
   std::atomic<bool> outside = false;
-  std::promise<std::pair<bool, bool>> results;
+  std::promise<void> over;
   Post("watch", [&] {
     const auto isQuiet = [&] { return outside.load(); };
-    const bool early = scheduler_.WaitUntilQuiet(milliseconds(20), isQuiet);
-    scheduler_.PostAfter(milliseconds(5), {.name = "late", .work = [&] {
-                                             scheduler_.Yield();
-                                             happened_.push_back("late");
-                                           }});
+    EXPECT_FALSE(scheduler_.WaitUntilQuiet(milliseconds(20), isQuiet));
+    const Scheduler::Work late = [&] {
+      scheduler_.Yield();
+      Note("late");
+    };
+    scheduler_.PostAfter(milliseconds(5), {.name = "late", .work = late});
     outside = true;
-    const bool later = scheduler_.WaitUntilQuiet(milliseconds(10'000), isQuiet);
-    happened_.push_back("quiet");
-    results.set_value({early, later});
+    EXPECT_TRUE(scheduler_.WaitUntilQuiet(milliseconds(10'000), isQuiet));
+    Note("quiet");
+    over.set_value();
   });
-  EXPECT_EQ(results.get_future().get(), std::make_pair(false, true));
+  over.get_future().wait();
   EXPECT_THAT(happened_, ElementsAre("late", "quiet"));
 }
 
@@ -197,18 +170,15 @@ TEST_F(SchedulerTest, AnswerFromAnotherThreadIsSeenWithoutBurningTheProcessor) {
 }
 
 TEST_F(SchedulerTest, EveryTaskPostedFromManyThreadsRunsOnceAlsoWhenItYields) {
-  constexpr int kThreads = 4;
   constexpr int kTasks = 500;
-  std::vector<int> runs(kThreads * kTasks, 0);  // touched on the scheduler's thread only
+  std::vector<int> runs(4 * kTasks, 0);  // touched on the scheduler's thread only
   std::vector<std::thread> posters;
-  for (int t = 0; t < kThreads; ++t) {
+  for (int t = 0; t < 4; ++t) {
     posters.emplace_back([&, t] {
-      std::mt19937 random(301 + t);
-      for (int i = 0; i < kTasks; ++i) {
-        const auto yields = random() % 3;
-        scheduler_.Post({.name = "t", .work = [&, t, i, yields] {
-                           for (unsigned y = 0; y < yields; ++y) scheduler_.Yield();
-                           ++runs[t * kTasks + i];
+      for (int i = t * kTasks; i < (t + 1) * kTasks; ++i) {
+        scheduler_.Post({.name = "t", .work = [&, i] {
+                           for (int yields = i % 3; yields > 0; --yields) scheduler_.Yield();
+                           ++runs[i];
                          }});
       }
     });
@@ -222,7 +192,7 @@ TEST_F(SchedulerTest, EndRunsWhatIsQueuedAndRefusesWhatComes) {
   const auto release = Hold();
   Post("queued", [&] {
     scheduler_.Yield();
-    happened_.push_back("queued");
+    Note("queued");
   });
   scheduler_.PostAfter(milliseconds(60'000), {.name = "never", .work = [] { FAIL(); }});
   scheduler_.Close();

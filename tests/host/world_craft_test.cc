@@ -11,6 +11,10 @@ class WorldCraft : public WorldTest {
     WorldTest::SetUp();
     SignIn();
   }
+  void HoldMany() {
+    Control(R"(POST /inventory {"lootName": "CHEST_reed", "delta": 2000})");
+    Control(R"(POST /inventory {"lootName": "MATERIAL_key", "delta": 2000})");
+  }
 };
 
 TEST_F(WorldCraft, ItemsMustFitTheSlotsAndBeHeld) {
@@ -90,8 +94,7 @@ TEST_F(WorldCraft, ACountNeverLeaves32BitsAndItsSumNever64) {
   for (int i = 0; i < 20; ++i) outputs += much;  // a quarter of them draws the emote
   Load(text.replace(text.find(place), place.size(), outputs), 1);
   SignIn();
-  Control("POST", "/inventory", R"({"lootName": "CHEST_reed", "delta": 2000})");
-  Control("POST", "/inventory", R"({"lootName": "MATERIAL_key", "delta": 2000})");
+  HoldMany();
   const auto before = Inventory();
   EXPECT_EQ(Part(Craft("OPEN_reed", "CHEST_reed MATERIAL_key", 1000), "status"),
             "\"INVENTORY_FULL\"");
@@ -99,8 +102,7 @@ TEST_F(WorldCraft, ACountNeverLeaves32BitsAndItsSumNever64) {
 }
 
 TEST_F(WorldCraft, OddsComeOutAsTheyAreWritten) {
-  Control("POST", "/inventory", R"({"lootName": "CHEST_reed", "delta": 2000})");
-  Control("POST", "/inventory", R"({"lootName": "MATERIAL_key", "delta": 2000})");
+  HoldMany();
   const auto added = Counts(*Craft("OPEN_reed", "CHEST_reed MATERIAL_key", 1000).Find("added"));
   EXPECT_EQ(added.at("CURRENCY_champion"), 10000);
   EXPECT_EQ(added.at("SKIN_1001") + added.at("EMOTE_7") / 2, 1000);
@@ -119,7 +121,7 @@ TEST_F(WorldCraft, WithoutDuplicatesTheDrawSkipsWhatIsHeldOrOwned) {
       return Counts(*Craft("OPEN_reed", "CHEST_reed MATERIAL_key").Find("added"));
     };
     EXPECT_TRUE(open().contains("EMOTE_7")) << "the skin is held";
-    Control("POST", "/inventory", R"({"lootName": "SKIN_1001", "delta": -2})");
+    Control(R"(POST /inventory {"lootName": "SKIN_1001", "delta": -2})");
     EXPECT_TRUE(open().contains("SKIN_1001")) << "the emote is held";
   }
 }
@@ -148,7 +150,7 @@ class CraftProperty : public WorldTest {
     const JsonValue::Array& recipes = *file.Find("recipes")->AsArray();
     for (const auto& [id, count] : Inventory()) {
       if (id.find('-') != std::string::npos) continue;
-      Control("POST", "/inventory", "{\"lootName\": " + QuoteJson(id) + ", \"delta\": 8}");
+      Control("POST /inventory {\"lootName\": " + QuoteJson(id) + ", \"delta\": 8}");
     }
     std::mt19937_64 random(301);
     std::string log;

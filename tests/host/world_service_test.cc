@@ -113,7 +113,7 @@ TEST_F(WorldService, AnswersRequestsByEventsAfterTheLatency) {
   EXPECT_EQ(second.name, "OnServiceProxyMethodEvent");
   EXPECT_EQ(Part(Parse(second.payload), "uuid"), "\"k\"");
   EXPECT_NE(Post("service-proxy-uuid-requests", kRedeem).body, first.body);
-  EXPECT_EQ(Part(Parse(Control("GET", "/world")), "serviceCalls"), "{\"loot.redeemPlayerLoot\":3}");
+  EXPECT_EQ(Part(Parse(Control("GET /world")), "serviceCalls"), "{\"loot.redeemPlayerLoot\":3}");
 }
 
 TEST_F(WorldService, SaysWhatIsWrongWithACall) {
@@ -147,7 +147,7 @@ TEST_F(WorldService, SaysWhatIsWrongWithACall) {
   const JsonValue response = Parse(world_->TakeEvents().front().payload);
   EXPECT_EQ(Part(response, "error"), "\"service loot has no method x\"");
   EXPECT_EQ(Part(response, "status"), "\"ERROR\"");
-  Control("POST", "/logout");
+  Control("POST /logout");
   EXPECT_EQ(Invoke("getClientConfiguration", {}).message, "nobody is signed in");
 }
 
@@ -156,35 +156,34 @@ TEST_F(WorldService, AnAcknowledgedMessageIsMissingFromTheNextPacketOnly) {
       JsonValue::Object{{"accountId", 80}, {"msgId", "m1"}, {"command", "ack"}};
   EXPECT_EQ(Invoke("callPersistenceMessaging", {acknowledgement}, "clientFacadeService").body,
             "null");
-  EXPECT_EQ(Part(Parse(Control("GET", "/world")), "acknowledgements"),
+  EXPECT_EQ(Part(Parse(Control("GET /world")), "acknowledgements"),
             R"([{"accountId":80,"msgId":"m1","command":"ack"}])");
   EXPECT_EQ(Events(), std::vector<std::string>());
-  Control("POST", "/logout");
-  Control("POST", "/login");
+  Control("POST /logout");
+  Control("POST /login");
   EXPECT_EQ(Part(Parse(*world_->Resource("/tav-login/v1/login-data-packet")), "simpleMessages"),
             R"([{"accountId":80,"msgId":"m2","type":"news","params":["hello"]}])");
 }
 
 TEST_F(WorldService, AControlMakesTheNextCallsSlowOrFail) {
-  const char* kCall = R"({"serviceName": "loot", "methodName": "redeemPlayerLoot",
-      "args": ["id", "{\"lootName\": \"BOOST_wind\"}"]})";
   const auto call = [&] {
-    Post("service-proxy-uuid-requests", kCall);
+    Post("service-proxy-uuid-requests", R"({"serviceName": "loot", "methodName": "redeemPlayerLoot",
+        "args": ["id", "{\"lootName\": \"BOOST_wind\"}"]})");
     return world_->TakeEvents().back();
   };
-  Control("PUT", "/service/redeemPlayerLoot", R"({"error": "down", "latency": 5, "times": 2})");
+  Control(R"(PUT /service/redeemPlayerLoot {"error": "down", "latency": 5, "times": 2})");
   for (int i = 0; i < 2; ++i) {
     const WorldEvent event = call();
     EXPECT_EQ(event.delayMilliseconds, 5);
     EXPECT_EQ(Part(Parse(event.payload), "error"), "\"down\"");
   }
-  Control("PUT", "/service/redeemPlayerLoot", R"({"status": "TOO_FREQUENT"})");
+  Control(R"(PUT /service/redeemPlayerLoot {"status": "TOO_FREQUENT"})");
   const std::string payload = *Parse(call().payload).Find("payload")->AsText();
   EXPECT_EQ(Part(Parse(payload), "status"), "\"TOO_FREQUENT\"");
   EXPECT_TRUE(Inventory().contains("BOOST_wind")) << "nothing was done so far";
 
-  Control("PUT", "/service/redeemPlayerLoot", R"({"error": "down"})");
-  Control("DELETE", "/service/redeemPlayerLoot");
+  Control(R"(PUT /service/redeemPlayerLoot {"error": "down"})");
+  Control("DELETE /service/redeemPlayerLoot");
   const WorldEvent event = call();
   EXPECT_EQ(event.delayMilliseconds, 30);
   EXPECT_FALSE(Inventory().contains("BOOST_wind"));

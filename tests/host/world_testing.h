@@ -97,13 +97,18 @@ class WorldTest : public testing::Test {
     world_ = std::move(world.GetValue());
   }
 
-  std::string Control(std::string_view method, std::string_view path, std::string_view body = "") {
+  // "METHOD /path body"; the body may be left out.
+  std::string Control(std::string_view call) {
+    const std::string_view method = call.substr(0, call.find(' '));
+    call.remove_prefix(method.size() + 1);
+    const std::string_view path = call.substr(0, call.find(' '));
+    const std::string_view body = call.substr(std::min(path.size() + 1, call.size()));
     const WorldAnswer answer = world_->Control(method, path, body);
     return answer.status == 200 ? answer.body
                                 : std::to_string(answer.status) + " " + answer.message;
   }
   void SignIn() {
-    Control("POST", "/login");
+    Control("POST /login");
     world_->TakeEvents();
   }
   // "Update /path" for each resource event, the name for each other one; takes them.
@@ -155,7 +160,7 @@ class WorldTest : public testing::Test {
     }
     return counts;
   }
-  CountsById Inventory() { return Counts(*Parse(Control("GET", "/world")).Find("inventory")); }
+  CountsById Inventory() { return Counts(*Parse(Control("GET /world")).Find("inventory")); }
 
   std::unique_ptr<World> world_;
 };
