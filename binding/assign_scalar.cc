@@ -40,8 +40,9 @@ bool Fits(uint64_t value) {
   }
 }
 
-// Whether the value, cut toward zero for integers, lies in the range of T. Written so that NaN does
-// not. The 64-bit maxima are no doubles: their successors, powers of two, are the bounds instead.
+// Whether the value, its fraction included, lies in the range of T: 127.5 is beyond int8_t. Written
+// so that NaN does not. The 64-bit maxima are no doubles: their successors, powers of two, are the
+// bounds instead.
 template <typename T>
 bool Fits(double value) {
   using Limits = std::numeric_limits<T>;

@@ -1,5 +1,6 @@
 #include "binding/number_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>

@@ -71,6 +71,19 @@ inline const TypeRecord& GradeRecord() {
   return *Registry().FindByName("Grade");
 }
 
+// Short names for tables.
+inline constexpr auto Bool = &BindingProperty::FromBool;
+inline constexpr auto Signed = &BindingProperty::FromSigned;
+inline constexpr auto Unsigned = &BindingProperty::FromUnsigned;
+inline constexpr auto Float = &BindingProperty::FromFloat;
+inline constexpr auto Text = &BindingProperty::FromString;
+inline BindingProperty Blob(std::string_view bytes) {
+  return BindingProperty::FromBlob({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
+}
+inline BindingProperty Enum(int32_t value) {
+  return BindingProperty::FromEnum(GradeRecord(), value);
+}
+
 // The tree of a JSON text that is in order.
 inline BindingProperty Tree(std::string_view json) {
   ConversionContext context(Registry());

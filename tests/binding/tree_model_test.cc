@@ -1,4 +1,5 @@
 // Random edits of a tree beside a plain model of it, from fixed seeds.
+#include <algorithm>
 #include <random>
 
 #include "binding/binding_property.h"
@@ -11,40 +12,31 @@ using namespace Samples;
 
 // What a tree means, in the plainest terms.
 struct Model {
-  enum class Kind { kLeaf, kList, kMap };
-  Kind kind = Kind::kLeaf;
-  std::string leaf = "null";
-  std::vector<Model> items;        // elements, or the values of members
+  std::string form = "null";       // "[" and "{" are containers, all else is a leaf
+  std::vector<Model> items = {};   // elements, or the values of members
   std::vector<std::string> names;  // of members
 
-  static Model Of(Kind kind, std::string leaf = {}) {
-    Model model;
-    model.kind = kind;
-    model.leaf = std::move(leaf);
-    return model;
-  }
   Model& Element(size_t index) {
-    if (kind != Kind::kList) *this = Of(Kind::kList);
+    if (form != "[") *this = Model{"[", {}, {}};
     if (items.size() <= index) items.resize(index + 1);
     return items[index];
   }
   Model& Member(const std::string& name) {
-    if (kind != Kind::kMap) *this = Of(Kind::kMap);
-    for (size_t i = 0; i < names.size(); ++i) {
-      if (names[i] == name) return items[i];
-    }
+    if (form != "{") *this = Model{"{", {}, {}};
+    const auto found = std::find(names.begin(), names.end(), name);
+    if (found != names.end()) return items[static_cast<size_t>(found - names.begin())];
     names.push_back(name);
     return items.emplace_back();
   }
-  std::string Text() const {
-    if (kind == Kind::kLeaf) return leaf;
-    std::string text;
+  std::string Json() const {
+    if (form != "[" && form != "{") return form;
+    std::string text = form;
     for (size_t i = 0; i < items.size(); ++i) {
       if (i > 0) text += ',';
-      if (kind == Kind::kMap) text.append("\"").append(names[i]).append("\":");
-      text += items[i].Text();
+      if (form == "{") text += "\"" + names[i] + "\":";
+      text += items[i].Json();
     }
-    return kind == Kind::kList ? "[" + text + "]" : "{" + text + "}";
+    return text + (form == "[" ? "]" : "}");
   }
 };
 
@@ -53,66 +45,52 @@ class Editor {
   explicit Editor(uint32_t seed) : engine_(seed) {}
 
   void Edit() {
-    BindingProperty* node = &tree_;
-    Model* model = &model_;
-    Walk(&node, &model);
+    node_ = &tree;
+    at_ = &model;
+    for (size_t depth = Below(4); depth > 0; --depth) Child(/*deeper=*/true);
+    const std::string text(Below(30), static_cast<char>('a' + Below(26)));
     switch (Below(7)) {
       case 0:
-        node->SetEmpty();
-        *model = Model();
+        node_->SetEmpty();
+        *at_ = Model();
         break;
-      case 1: {
-        const std::string text(Below(30), static_cast<char>('a' + Below(26)));
-        node->SetString(text);
-        *model = Model::Of(Model::Kind::kLeaf, "\"" + text + "\"");
+      case 1:
+        node_->SetString(text);
+        *at_ = Model{"\"" + text + "\"", {}, {}};
         break;
-      }
       case 2:
-        node->SetUnsigned(engine_());
-        *model = Model::Of(Model::Kind::kLeaf, std::to_string(node->AsUnsigned()));
+        node_->SetStructure();
+        *at_ = Model{"{", {}, {}};
         break;
       case 3:
-        node->SetStructure();
-        *model = Model::Of(Model::Kind::kMap);
-        break;
-      case 4:
-        CopyWithin(node, model);
+        CopyWithin();
         break;
       default:  // grow
-        for (size_t i = Below(24); i > 0; --i) Child(&node, &model, /*deeper=*/false);
+        for (size_t i = Below(24); i > 0; --i) Child(/*deeper=*/false);
     }
   }
 
-  const BindingProperty& tree() const { return tree_; }
-  const Model& model() const { return model_; }
+  BindingProperty tree;
+  Model model;
 
  private:
   size_t Below(size_t end) { return engine_() % end; }
 
-  void Child(BindingProperty** node, Model** model, bool deeper) {
-    BindingProperty* child;
-    Model* childModel;
-    if (Below(3) == 0) {
-      const size_t index = Below(6);
-      child = &(*node)->TakeElement(index);
-      childModel = &(*model)->Element(index);
-    } else {
-      const std::string name = "m" + std::to_string(Below(40));
-      child = &(*node)->TakeMember(name);
-      childModel = &(*model)->Member(name);
-    }
+  void Child(bool deeper) {
+    const size_t index = Below(6);
+    const std::string name = "m" + std::to_string(Below(40));
+    const bool isList = Below(3) == 0;
+    BindingProperty& child = isList ? node_->TakeElement(index) : node_->TakeMember(name);
+    Model& childModel = isList ? at_->Element(index) : at_->Member(name);
     if (!deeper) return;
-    *node = child;
-    *model = childModel;
-  }
-  void Walk(BindingProperty** node, Model** model) {
-    for (size_t depth = Below(4); depth > 0; --depth) Child(node, model, /*deeper=*/true);
+    node_ = &child;
+    at_ = &childModel;
   }
   // Any value of the tree over another, above, below or beside it.
-  void CopyWithin(BindingProperty* node, Model* model) {
-    if (model_.Text().size() > 20000) return;
-    const BindingProperty* source = &tree_;
-    const Model* sourceModel = &model_;
+  void CopyWithin() {
+    if (model.Json().size() > 20000) return;
+    const BindingProperty* source = &tree;
+    const Model* sourceModel = &model;
     for (size_t depth = Below(3); depth > 0 && source->Size() > 0; --depth) {
       const size_t i = Below(source->Size());
       const bool isList = source->kind() == BindingKind::kCollection;
@@ -120,13 +98,13 @@ class Editor {
       sourceModel = &sourceModel->items[i];
     }
     const Model copy = *sourceModel;
-    *node = *source;
-    *model = copy;
+    *node_ = *source;
+    *at_ = copy;
   }
 
   std::mt19937 engine_;
-  BindingProperty tree_;
-  Model model_;
+  BindingProperty* node_ = nullptr;  // what is edited, and its model
+  Model* at_ = nullptr;
 };
 
 TEST(TreeModel, RandomEditsMeanTheSameAsInThePlainModel) {
@@ -134,11 +112,11 @@ TEST(TreeModel, RandomEditsMeanTheSameAsInThePlainModel) {
     Editor editor(seed);
     for (int round = 0; round < 60; ++round) {
       editor.Edit();
-      const std::string text = Json(editor.tree());
-      ASSERT_EQ(text, editor.model().Text()) << "seed " << seed << " round " << round;
+      const std::string text = Json(editor.tree);
+      ASSERT_EQ(text, editor.model.Json()) << "seed " << seed << " round " << round;
       const BindingProperty read = Tree(text);
-      ASSERT_TRUE(read == editor.tree()) << text;
-      const BindingProperty copy = editor.tree();
+      ASSERT_TRUE(read == editor.tree) << text;
+      const BindingProperty copy = editor.tree;
       ASSERT_EQ(Json(copy), text);
       for (size_t i = 0; copy.kind() == BindingKind::kStructure && i < copy.Size(); ++i) {
         ASSERT_EQ(copy.FindMember(copy.MemberName(i)), &copy.MemberValue(i));
