@@ -10,60 +10,45 @@ namespace Kest::Testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
+using ::testing::StartsWith;
 using Result = Maybe<int32_t>;
 
 class AppModuleTest : public ::testing::Test {
  protected:
-  AppModuleTest() { services_.Attach(host_.Services()); }
-
   EntryGate gate_;
   RuntimeCounters counters_;
-  FakeHost host_;
   HostServices services_{gate_, counters_};
   AppModule module_{services_};
 };
+using AppModuleDeathTest = AppModuleTest;
 
-TEST_F(AppModuleTest, WhatIsReadyIsNotAnnounced) {
-  std::promise<Result> promise;
-  promise.set_value(7);
-  EXPECT_EQ(module_.Await(promise.get_future()).GetValue(), 7);
-  EXPECT_THAT(host_.Waits(), IsEmpty());
-}
-
-TEST_F(AppModuleTest, AWaitIsAnnouncedOnceAndLetsOthersRun) {
+TEST_F(AppModuleTest, OnlyAWaitIsAnnouncedAndLetsOthersRun) {
+  FakeHost host;
+  services_.Attach(host.Services());
+  std::promise<Result> ready;
+  ready.set_value(7);
+  EXPECT_EQ(module_.Await(ready.get_future()).GetValue(), 7);
+  auto deferred = std::async(std::launch::deferred, [] { return Result(9); });
+  EXPECT_EQ(module_.Await(std::move(deferred)).GetValue(), 9) << "run by the wait itself";
+  EXPECT_THAT(host.Waits(), ElementsAre());
   OncePromise<int32_t> promise;
   int32_t seen = 0;
-  host_.RunTask([&] { seen = module_.Await(promise.GetFuture()).GetValue(); });
-  EXPECT_EQ(seen, 0);
-  EXPECT_THAT(host_.Waits(), ElementsAre(HasSubstr("MaybeType<")));
-  host_.RunTask([&] { promise.Set(8); });
+  host.RunTask([&] { seen = module_.Await(promise.GetFuture()).GetValue(); });
+  EXPECT_THAT(host.Waits(), ElementsAre(StartsWith("Wait: future<Kest::MaybeType<")));
+  host.RunTask([&] { promise.Set(8); });
   EXPECT_EQ(seen, 8);
-  EXPECT_THAT(host_.Waits(), ElementsAre(::testing::StartsWith("Wait: future<"), ""));
+  EXPECT_EQ(host.Waits().back(), "") << "the wait's end";
+  EXPECT_EQ(host.Waits().size(), 2u);
 }
 
-TEST_F(AppModuleTest, ADeferredFutureIsRunByTheWait) {
-  auto deferred = std::async(std::launch::deferred, [] { return Result(9); });
-  EXPECT_EQ(module_.Await(std::move(deferred)).GetValue(), 9);
-}
-
-TEST(AppModuleDeathTest, AFutureThatCannotGiveAValueEndsTheProcess) {
-  EntryGate gate;
-  RuntimeCounters counters;
-  HostServices services(gate, counters);
-  AppModule module(services);
-  constexpr char kReport[] =
-      "Caught std::future_error in AppModule::Await: \\([0-9]+\\) "
-      "(.|\n)*Expression: ALE-6D828C10";
-  EXPECT_DEATH(static_cast<void>(module.Await(std::future<Result>())), kReport);
-  EXPECT_DEATH(
-      {
-        auto broken = std::promise<Result>().get_future();
-        static_cast<void>(module.Await(std::move(broken)));
-      },
-      kReport);
+TEST_F(AppModuleDeathTest, AFutureThatCannotGiveAValueEndsTheProcess) {
+  for (const bool isBroken : {false, true}) {
+    std::future<Result> future;
+    if (isBroken) future = std::promise<Result>().get_future();
+    EXPECT_DEATH(static_cast<void>(module_.Await(std::move(future))),
+                 "Caught std::future_error in AppModule::Await: \\([0-9]+\\) "
+                 "(.|\n)*Expression: ALE-6D828C10");
+  }
 }
 
 TEST(OncePromise, IsKeptOnceWhateverHappens) {
@@ -72,9 +57,7 @@ TEST(OncePromise, IsKeptOnceWhateverHappens) {
   EXPECT_TRUE(promise->Set(1));
   EXPECT_FALSE(promise->Set(2));
   EXPECT_EQ(kept.get().GetValue(), 1);
-  promise = std::make_unique<OncePromise<int32_t>>();
-  auto dropped = promise->GetFuture();
-  promise.reset();
+  auto dropped = OncePromise<int32_t>().GetFuture();
   EXPECT_EQ(dropped.get().GetFailure().text, "Finalizing");
 }
 

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <thread>
 
 #include "log/logger.h"
@@ -31,8 +32,7 @@ class PluginLifeTest : public ::testing::Test {
     HostRequest request;
     request.url = "/never";
     plugin.Host().Request(request, [promise = std::move(promise)](Maybe<Response> answer) {
-      promise->Set(answer ? Maybe<std::string>(answer.GetValue().body)
-                          : Maybe<std::string>(answer.GetFailure()));
+      promise->Set(answer.GetFailure());
     });
     return plugin.Module().Await(std::move(future));
   }
@@ -41,72 +41,64 @@ class PluginLifeTest : public ::testing::Test {
   FakeHost host_;
 };
 
-TEST_F(PluginLifeTest, StartIdentifiesThePluginAndSendsItsLogToTheHost) {
-  ScriptedPlugin::script.initialise = [](ScriptedPlugin&) {
-    LogError("one line");
-    return true;
-  };
+TEST_F(PluginLifeTest, StartIdentifiesThePluginAndSendsTheProcesssLogToOneHost) {
   LoadAndStart();
   EXPECT_EQ(host_.UserAgent(), "KestClient/18.0.0 (vwm-be-test)");
-  ASSERT_EQ(host_.CountLines("|  ERROR| | one line\n"), 1u);
+  FakeHost second;
+  second.Load(&ScriptedPlugin::Handshake);
+  ASSERT_TRUE(second.Start());
+  LogError("one line");
+  EXPECT_EQ(host_.CountLines("|  ERROR| | one line\n"), 1u);
   EXPECT_EQ(host_.Lines().back().level, 2);
+  EXPECT_THAT(second.Lines(), IsEmpty());
   host_.Stop();
   EXPECT_EQ(Logger::Instance().FindTarget("PluginLogTarget"), nullptr);
+  EXPECT_EQ(ScriptedPlugin::script.alive, 1) << "the second one lives on";
 }
 
-TEST_F(PluginLifeTest, StartRunsOnce) {
+TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   int runs = 0;
-  ScriptedPlugin::script.initialise = [&](ScriptedPlugin&) { return ++runs > 0; };
+  ScriptedPlugin::script.initialise = [&](ScriptedPlugin&) -> bool {
+    ++runs;
+    throw std::bad_alloc();
+  };
   Load();
   const KestHandshakeBlock& block = host_.Block();
   KestHostServices old = *host_.Services();
   old.size = sizeof old - sizeof(void*);
   EXPECT_FALSE(block.callbacks->start(block.context, nullptr));
   EXPECT_FALSE(block.callbacks->start(block.context, &old)) << "the table lacks an entry";
-  EXPECT_TRUE(host_.Start());
-  EXPECT_FALSE(host_.Start());
-  host_.Stop();
-  EXPECT_FALSE(host_.Start());
-  EXPECT_EQ(runs, 1);
-}
-
-TEST_F(PluginLifeTest, AnExceptionInInitialiseIsAFalse) {
-  ScriptedPlugin::script.initialise = [](ScriptedPlugin&) -> bool { throw std::bad_alloc(); };
-  Load();
-  EXPECT_FALSE(host_.Start());
+  EXPECT_FALSE(host_.Start()) << "an exception in Initialise";
   EXPECT_TRUE(host_.HasLine("Start: Out of memory"));
-}
-
-TEST_F(PluginLifeTest, StopRunsOnceAlsoWithoutStart) {
-  Load();
+  EXPECT_FALSE(host_.Start());
   EXPECT_EQ(ScriptedPlugin::script.alive, 1);
   host_.Stop();
   EXPECT_EQ(ScriptedPlugin::script.alive, 0);
   host_.Stop();
+  EXPECT_FALSE(host_.Start());
+  EXPECT_EQ(runs, 1);
   EXPECT_EQ(host_.Get(kUrl).message, "Finalizing");
+  FakeHost second;
+  second.Load(&ScriptedPlugin::Handshake);
+  second.Stop();
+  EXPECT_EQ(ScriptedPlugin::script.alive, 0) << "also without start";
 }
 
 TEST_F(PluginLifeTest, WhateverAHandlerThrowsIsAnAnswer) {
-  struct Case {
-    const char* why;
-    std::function<void()> fail;
-    const char* message;
-  };
-  const Case kCases[] = {
-      {"text", [] { throw std::runtime_error("broken"); }, "broken"},
-      {"memory", [] { throw std::bad_alloc(); }, "Out of memory"},
-      {"no exception type", [] { throw 7; }, "Internal server error"},
+  const std::pair<void (*)(), const char*> kCases[] = {
+      {[] { throw std::runtime_error("broken"); }, "broken"},
+      {[] { throw std::bad_alloc(); }, "Out of memory"},
+      {[] { throw 7; }, "Internal server error"},
   };
   LoadAndStart();
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.why);
-    ScriptedPlugin::script.handler = [&c](ScriptedPlugin&) {
-      c.fail();
+  for (const auto& [fail, message] : kCases) {
+    ScriptedPlugin::script.handler = [fail = fail](ScriptedPlugin&) {
+      fail();
       return Maybe<std::string>(std::string());
     };
     const FakeHost::Reply reply = host_.Get(kUrl);
     EXPECT_EQ(reply.status, 500);
-    EXPECT_EQ(reply.message, c.message);
+    EXPECT_EQ(reply.message, message);
   }
   const FakeHost::Reply invoked = host_.Invoke("Unknown");
   EXPECT_EQ(invoked.status, 404);
@@ -126,9 +118,7 @@ TEST_F(PluginLifeTest, StatisticsCountSinceStartAndFillFourteenWords) {
   LoadAndStart();
   host_.DeliverEvent("e", "1");
   host_.DeliverEvent("e", "1");
-  host_.Get(kUrl);
-  host_.Get(kUrl);
-  host_.Get("/nowhere");
+  for (const char* url : {kUrl, kUrl, "/nowhere"}) host_.Get(url);
   struct {
     KestStatistics statistics;
     uint32_t behind;
@@ -140,14 +130,9 @@ TEST_F(PluginLifeTest, StatisticsCountSinceStartAndFillFourteenWords) {
 }
 
 TEST_F(PluginLifeTest, StopEndsTheWaitsInsideAndLetsNobodyElseIn) {
-  host_.OnRequest("GET", "/never", [](const FakeRequest&) {
-    FakeAnswer answer;
-    answer.held = true;
-    return answer;
-  });
+  host_.OnRequest("GET", "/never", FakeAnswer{200, "", "", "", true});
   ScriptedPlugin::script.initialise = [](ScriptedPlugin& plugin) {
-    plugin.Host().Subscribe("e", [](std::string_view) { FAIL() << "delivered after stop"; });
-    return true;
+    return plugin.Host().Subscribe("e", [](std::string_view) { FAIL() << "delivered after stop"; });
   };
   // The waiter needs several turns more after its failure, and tries a second request.
   std::string second;
@@ -177,13 +162,13 @@ TEST_F(PluginLifeTest, StopEndsTheWaitsInsideAndLetsNobodyElseIn) {
 
 TEST_F(PluginLifeTest, EventsOnAThreadMeetAStopWithoutHarm) {
   for (int round = 0; round < 20; ++round) {
-    ScriptedPlugin::script = PluginScript();
     std::atomic<int> seen = 0;
-    ScriptedPlugin::script.initialise = [&seen](ScriptedPlugin& plugin) {
+    const auto expectPlugin = [](void*) { EXPECT_EQ(ScriptedPlugin::script.alive, 1); };
+    ScriptedPlugin::script.initialise = [&](ScriptedPlugin& plugin) {
       return plugin.Host().Subscribe("OnServiceProxyUuidEvent", [&](std::string_view) {
-        EXPECT_EQ(ScriptedPlugin::script.alive, 1);
-        plugin.Module().PostTask("work", [] {});
-        ++seen;
+        // What a task holds goes before the plugin does, whether it runs or not.
+        const std::shared_ptr<void> held(&seen, expectPlugin);
+        plugin.Module().PostTask("work " + std::to_string(++seen), [held] {});
       });
     };
     FakeHost host;
