@@ -48,8 +48,10 @@ class LootPluginTest : public ::testing::Test {
     host_.OnService("loot", kRetrieve, [this](const std::string&) {
       return ServiceReply{
           R"({"lootItemList":{"lastUpdate":)" + std::to_string(itemsVersion_) + R"(,"lootItems":)" +
-              definitions_ + R"(},"recipeList":{"lastUpdate":8,"recipes":[]},"queryResult":)" +
-              R"({"lastUpdate":9,"queryToLootNames":{}},"playerLoot":)" + playerLoot_ + "}",
+              definitions_ + R"(},"recipeList":{"lastUpdate":)" +
+              std::to_string(itemsVersion_ + 1) + R"(,"recipes":)" + recipes_ +
+              R"(},"queryResult":{"lastUpdate":)" + std::to_string(itemsVersion_ + 2) +
+              R"(,"queryToLootNames":)" + queries_ + R"(},"playerLoot":)" + playerLoot_ + "}",
           retrievalError_};
     });
     for (const char* method :
@@ -111,14 +113,38 @@ class LootPluginTest : public ::testing::Test {
     return reply.status == 200 ? Parse<Api::PlayerLoot>(reply.body) : item;
   }
 
+  // A platform message of the one type that the plugin follows.
+  void Push(const std::string& type, const std::string& bodyJson) {
+    const std::string subtopic = "com.kestgames.platform.messaging.persistence.SimpleDialogMessage";
+    host_.DeliverEvent("OnSvdsEvent_" + subtopic, R"({"subtopic":")" + subtopic +
+                                                      R"(","typeName":")" + type + R"(","body":)" +
+                                                      bodyJson + "}");
+    host_.RunUntilIdle();
+  }
+  // The lines of level 1 and 2 since the last call, as "1 text" and "2 text".
+  std::vector<std::string> NewTroubles() {
+    std::vector<std::string> troubles;
+    const std::vector<Testing::LoggedLine> lines = host_.Lines();
+    for (; linesSeen_ < lines.size(); ++linesSeen_) {
+      const auto& [level, text] = lines[linesSeen_];
+      if (level != 1 && level != 2) continue;
+      const size_t begin = text.find("| | ") + 4;  // behind the clock, the level and no group
+      troubles.push_back(std::to_string(level) + " " + text.substr(begin, text.size() - begin - 1));
+    }
+    return troubles;
+  }
+
   void AnswerGet(const std::string& path, const std::string& json, bool held = false) {
     host_.OnRequest("GET", path, {200, json, "", "application/json", held});
   }
 
   FakeHost host_;
   std::string definitions_ = kDefinitions;
+  std::string recipes_ = "[]";
+  std::string queries_ = "{}";
   std::string playerLoot_ = "[]";
-  int64_t itemsVersion_ = 7;
+  int64_t itemsVersion_ = 7;  // the recipes' and the query results' are one and two more
+  size_t linesSeen_ = 0;
   std::string retrievalError_;
   ServiceReply result_{R"({"status":"OK"})", ""};  // of craft, redeem and the new-player chest
 };

@@ -1,0 +1,307 @@
+// A player's days, drawn at random: the plugin is driven through everything at once, and a follower
+// of its events and a plain model of the service must know at each step what it answers.
+#include <random>
+
+#include "tests/loot/loot_plugin_fixture.h"
+#include "tests/loot/token_text.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+constexpr const char* kItem = "/tav-loot/v1/player-loot/";
+constexpr const char* kGrants = "/tav-loot/v1/loot-grants";
+constexpr const char* kCategories = "/tav-loot/v1/player-display-categories";
+constexpr const char* kMenu = "/tav-loot/v1/player-loot/CHEST_plain/context-menu";
+constexpr const char* kRecipes = "/tav-loot/v1/recipes/initial-item/CHEST_plain";
+
+// By loot name and reference id; a count of 0 is not held.
+using Counts = std::map<std::pair<std::string, std::string>, int>;
+
+std::string Records(const Counts& counts) {
+  std::string json;
+  for (const auto& [key, count] : counts) {
+    json += (json.empty() ? "[" : ",") + std::string(R"({"lootName":")") + key.first +
+            R"(","refId":")" + key.second + R"(","count":)" + std::to_string(count) + "}";
+  }
+  return json.empty() ? "[]" : json + "]";
+}
+
+void Apply(const Counts& deltas, int sign, Counts* counts) {
+  for (const auto& [key, delta] : deltas) {
+    if (((*counts)[key] += sign * delta) == 0) counts->erase(key);
+  }
+}
+
+class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface<int> {
+ protected:
+  ScenarioTest() {
+    AnswerGet("/tav-inventory/v1/signedInventory",
+              R"({"TOURNAMENT_LOGO":")" + MakeToken(R"({"items":{"TOURNAMENT_LOGO":[]}})") + "\"}");
+    for (const std::string summoner : {"7", "8"}) {
+      AnswerGet("/tav-champions/v1/inventories/" + summoner + "/skins-minimal",
+                R"([{"id":11000,"championId":11},{"id":11005,"championId":11}])");
+    }
+    RecastDefinitions();
+    playerLoot_ = Records(service_);
+  }
+
+  int Draw(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
+
+  void RecastDefinitions() {
+    ++itemsVersion_;
+    recipes_ = R"([{"recipeName":"OPEN","type":"OPEN","slots":[{"slotNumber":1,
+        "query":"CHEST_plain","quantityExpression":")" +
+               std::to_string(1 + Draw(3)) + R"("}]}])";
+  }
+
+  // ---- Steps, each with what it means for the model ---------------------------------------------
+  Counts DrawDeltas() {
+    static const std::pair<std::string, std::string> kKeys[] = {
+        {"CHEST_plain", ""}, {"SHARD_11", ""}, {"ODD", ""}, {"SKIN_11005", ""}, {"TOKEN_6", "12"}};
+    Counts deltas;
+    for (int i = Draw(3); i > 0; --i) deltas[kKeys[Draw(5)]] = 1 + Draw(2);
+    return deltas;
+  }
+  void Craft() {
+    const Counts added = DrawDeltas();
+    const Counts removed = Draw(4) == 0 ? service_ : DrawDeltas();  // all that is there, too
+    const int outcome = Draw(4);
+    result_ = {R"({"status":")" + std::string(outcome == 1 ? "REFUSED" : "OK") + R"(","added":)" +
+                   Records(added) + R"(,"removed":)" + Records(removed) +
+                   R"(,"redeemed":["SHARD_11","NOBODY"]})",
+               outcome == 2 ? "lost" : ""};
+    const bool sent = enabled_[0] && enabled_[1];
+    if (sent && outcome != 1) {  // a lost answer does not undo what the service did
+      Apply(added, 1, &service_);
+      Apply(removed, -1, &service_);
+      playerLoot_ = Records(service_);
+    }
+    const auto reply = host_.Post("/tav-loot/v1/recipes/OPEN/craft", R"(["CHEST_plain"])");
+    EXPECT_EQ(reply.status, sent && (outcome == 0 || outcome == 3) ? 200 : 500);
+    if (reply.status != 200) return;
+    Apply(added, 1, &held_);
+    Apply(removed, -1, &held_);
+  }
+  void Configure() {
+    const int which = Draw(2);
+    enabled_[which] = Draw(4) != 0;
+    Config(which == 0 ? "Enabled" : "PxhEnabled", enabled_[which] ? "true" : "false");
+  }
+  void ChangeGoal() {
+    constexpr int kGoals[] = {63, 1, 47, 32, 0};
+    goal_ = kGoals[Draw(5)];
+    Config("InitializationGoalFlags", std::to_string(goal_));
+  }
+  void AnswerSource() {
+    const int which = Draw(4);
+    const std::string summoner = Draw(2) == 0 ? "7" : "8";
+    const std::string owned = Draw(2) == 0 ? "true" : "false";
+    const std::string collections = "/tav-collections/v1/inventories/" + summoner;
+    const std::pair<std::string, std::string> kAnswers[] = {
+        {"/tav-champions/v1/inventories/" + summoner + "/champions-minimal",
+         R"([{"id":11,"ownership":{"owned":)" + owned + "}}]"},
+        {collections + "/ward-skins", "[]"},
+        {collections + "/summoner-icons", R"({"icons":[1]})"},
+        {"/tav-inventory/v1/inventory/emotes", "[]"}};
+    constexpr int kBits[] = {3, 4, 8, 32};
+    answered_[which == 3 ? "" : summoner] |= kBits[which];
+    Set(kAnswers[which].first, kAnswers[which].second);
+  }
+  void LogInOrOut() {
+    if (!summoner_.empty()) {
+      Logout();
+      summoner_.clear();
+      return;
+    }
+    summoner_ = Draw(2) == 0 ? "7" : "8";
+    Login(summoner_ == "7" ? 7 : 8);
+  }
+  void ChangePhase() {
+    constexpr const char* kPhases[] = {"Lobby",     "ChampSelect",  "InProgress",
+                                       "EndOfGame", "PreEndOfGame", "None"};
+    const int phase = Draw(6);
+    allowed_ = phase == 0 || phase == 3 || phase == 5;
+    Set("/tav-gameflow/v1/session", R"({"phase":")" + std::string(kPhases[phase]) + R"("})");
+  }
+  void TouchGrants() {
+    if (Draw(3) != 0) {
+      (allowed_ ? shown_ : queued_).push_back(nextGrant_++);
+      return Push("championMasteryLootGrant", R"({"gameId":1,"lootName":"a"})");
+    }
+    const int64_t id = Draw(static_cast<int>(nextGrant_) + 1);
+    std::erase(shown_, id);
+    host_.Request("DELETE", kGrants + ("/" + std::to_string(id)));
+  }
+  void Step() {
+    switch (Draw(12)) {
+      case 0:
+        return RecastDefinitions();
+      case 1:
+        return host_.AdvanceSeconds(Draw(5));
+      case 2:
+        return static_cast<void>(host_.Post("/tav-loot/v1/refresh?force=true"));
+      case 3:
+        return static_cast<void>(host_.Post("/tav-loot/v1/refresh"));
+      case 4:
+        return Configure();
+      case 5:
+        return ChangeGoal();
+      case 6:
+        return LogInOrOut();
+      case 7:
+        return AnswerSource();
+      case 8:
+        return ChangePhase();
+      case 9:
+        return TouchGrants();
+      case 10:
+        return static_cast<void>(
+            host_.Request("DELETE", kItem + std::string("CHEST_plain/new-notification")));
+      default:
+        return Craft();
+    }
+  }
+
+  // ---- What every event must be, knowing the ones before ----------------------------------------
+  void Follow() {
+    for (const PublishedEvent& event : host_.PublishedEvents()) {
+      SCOPED_TRACE(event.type + " " + event.path + " " + event.json);
+      const bool isView = event.path == kMenu;
+      if (event.path.starts_with(kItem) && !isView) {
+        FollowItem(event, event.path.substr(std::string(kItem).size()));
+      } else if (event.path == "/tav-loot/v1/player-loot-map") {
+        EXPECT_TRUE(itemsChanged_);
+        EXPECT_EQ((Api::PlayerLootMap{0, Parse<Api::PlayerLootItems>(event.json)}),
+                  (Api::PlayerLootMap{0, known_}));
+      } else if (event.path == kLootMap) {
+        EXPECT_TRUE(std::exchange(itemsChanged_, false));
+        EXPECT_EQ(Parse<Api::PlayerLootMap>(event.json), (Api::PlayerLootMap{++version_, known_}));
+      } else if (event.path != kGrants) {
+        EXPECT_EQ(event.type, "Update");
+        EXPECT_NE(std::exchange(told_[event.path], event.json), event.json) << "published twice";
+      }
+    }
+    EXPECT_FALSE(itemsChanged_) << "the maps were not published";
+    host_.ForgetPublished();
+  }
+  void FollowItem(const PublishedEvent& event, const std::string& lootId) {
+    itemsChanged_ = true;
+    const auto before = known_.find(lootId);
+    EXPECT_EQ(event.type == "Create", before == known_.end());
+    if (event.type == "Delete") {
+      EXPECT_EQ(event.json, "");
+      known_.erase(lootId);
+      return;
+    }
+    const auto item = Parse<Api::PlayerLoot>(event.json);
+    EXPECT_TRUE(before == known_.end() || *before->second != item) << "published twice";
+    known_[lootId] = std::make_shared<const Api::PlayerLoot>(item);
+  }
+  void CompareWithAnswers() {
+    const bool enabled = enabled_[0] && enabled_[1];
+    EXPECT_EQ(Parse<Api::PlayerLootMap>(host_.Get(kLootMap).body),
+              (Api::PlayerLootMap{version_, known_}));
+    for (const auto& [path, json] : told_) EXPECT_EQ(host_.Get(path).body, json) << path;
+    EXPECT_EQ(told_["/tav-loot/v1/enabled"], enabled ? "true" : "false");
+    EXPECT_EQ(told_["/tav-loot/v1/ready"], (flags_ & goal_) == goal_ ? "true" : "false");
+    Counts counts;
+    for (const auto& [lootId, item] : known_) counts[{item->lootName, item->refId}] = item->count;
+    EXPECT_EQ(counts, held_);
+    std::vector<int64_t> shown;
+    for (const auto& grant :
+         Parse<std::vector<Api::LootGrantNotification>>(host_.Get(kGrants).body)) {
+      shown.push_back(grant.id);
+    }
+    EXPECT_EQ(shown, shown_);
+  }
+  void Settle() {
+    host_.Get(kLootMap);  // the first read retrieves
+    const size_t retrievals = Retrievals();
+    if (retrievals != std::exchange(retrievalsSeen_, retrievals)) {
+      held_ = service_;
+      flags_ |= 16;
+    }
+    if (!summoner_.empty()) flags_ |= answered_[summoner_] | answered_[""];
+    if (allowed_) {
+      shown_.insert(shown_.end(), queued_.begin(), queued_.end());
+      queued_.clear();
+    }
+    Follow();
+    CompareWithAnswers();
+  }
+
+  std::mt19937 random_{static_cast<unsigned>(GetParam())};
+  Counts service_{{{"CHEST_plain", ""}, 2}, {{"ODD", ""}, 1}};  // what the service holds
+  Counts held_;                                                 // what the plugin must hold
+  bool enabled_[2] = {false, false};
+  int goal_ = 63;
+  int flags_ = 0;
+  std::map<std::string, int> answered_;  // bits by summoner; "" for every one
+  std::string summoner_;
+  bool allowed_ = true;
+  int64_t nextGrant_ = 0;
+  std::vector<int64_t> shown_, queued_;
+  size_t retrievalsSeen_ = 0;
+
+  Api::PlayerLootItems known_;
+  int64_t version_ = 0;
+  bool itemsChanged_ = false;  // since the maps were published
+  std::map<std::string, std::string> told_{{"/tav-loot/v1/enabled", "false"},
+                                           {"/tav-loot/v1/ready", "false"},
+                                           {kCategories, "[]"},
+                                           {kMenu, "[]"},
+                                           {kRecipes, "[]"}};
+};
+
+TEST_P(ScenarioTest, WhatIsPublishedAddsUpToWhatIsAnswered) {
+  StartPlugin();
+  for (const auto& [path, json] : told_) EXPECT_EQ(host_.Get(path).body, json) << path;
+  for (int step = 0; step < 60 && !HasFailure(); ++step) {
+    SCOPED_TRACE(step);
+    Step();
+    Settle();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, ScenarioTest, ::testing::Range(301, 341));
+
+// The service's answer may come before the host has named the request, long after, and twice.
+TEST_F(LootPluginTest, AnswersCountOnceWheneverTheyCome) {
+  StartWithLoot("[]");
+  int crafts = 0;
+  host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests", [&](const auto&) {
+    return Testing::FakeAnswer{200, "\"c" + std::to_string(++crafts) + "\"", "", "application/json",
+                               true};
+  });
+  const auto start = [&] {
+    auto reply = host_.StartRequest("POST", "/tav-loot/v1/recipes/a/craft", "[]");
+    host_.RunUntilIdle();
+    return reply;
+  };
+  const auto deliver = [&](int craft) {
+    host_.DeliverEvent("OnServiceProxyUuidEvent",
+                       R"({"uuid":"c)" + std::to_string(craft) +
+                           R"(","payload":"{\"status\":\"OK\",\"added\":[)" +
+                           R"({\"lootName\":\"ODD\",\"count\":1}]}"})");
+    host_.RunUntilIdle();
+  };
+  const auto early = start();
+  deliver(1);
+  deliver(1);
+  EXPECT_EQ(Item("ODD").count, -1) << "nobody knows yet whose answer it is";
+  host_.ReleaseHeld();
+  EXPECT_EQ(early->status, 200);
+  EXPECT_EQ(Item("ODD").count, 1);
+  const auto late = start();
+  const auto later = start();
+  host_.ReleaseHeld();
+  host_.AdvanceSeconds(600);
+  deliver(3);
+  EXPECT_TRUE(later->done && !late->done);
+  for (int i = 0; i < 3; ++i) deliver(2);
+  EXPECT_TRUE(late->done);
+  EXPECT_EQ(Item("ODD").count, 3) << "one for each craft";
+}
+
+}  // namespace
+}  // namespace Kest::Client::Loot

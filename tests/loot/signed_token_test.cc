@@ -1,0 +1,125 @@
+// The token decoder and its JSON reader.
+#include "loot/calls/signed_token.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+#include <typeinfo>
+
+#include "binding/json_adapter.h"
+#include "loot/calls/json_reader.h"
+#include "tests/loot/token_text.h"
+#include "tests/support/small_stack.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+using json::Reader;
+
+std::string Json(const BindingProperty& tree) {
+  ConversionContext context;
+  std::string text;
+  WriteJson(context, tree, &text);
+  return text;
+}
+
+// "Scan ..." or "Parse ..." and the text of the exception, or the value.
+std::string Outcome(std::string_view text) {
+  try {
+    return Json(Reader::Read(text));
+  } catch (const Reader::ScanException& error) {
+    return std::string("Scan ") + error.what();
+  } catch (const Reader::ParseException& error) {
+    return std::string("Parse ") + error.what();
+  }
+}
+
+TEST(TokenJson, ReadsOneValueOrSaysWhatIsWrong) {
+  const struct {
+    const char *text, *outcome;
+  } kCases[] = {
+      {" {\"b\":[1,-2.5e1,true,false,null,\"x\"],\"a\":{}}\n",
+       R"({"b":[1.0,-25.0,true,false,null,"x"],"a":{}})"},
+      {R"("\"\\\/\b\f\n\r\t\u00e9\u20AC\ud83d\ude00")", "\"\\\"\\\\/\\b\\f\\n\\r\\té€😀\""},
+      {"[1,x]", "Scan Unexpected character in stream: x"},
+      {"+1", "Scan Unexpected character in stream: +"},
+      {R"("\x")", "Scan Unrecognized escape sequence found in string: \\x"},
+      {R"("\)", "Scan Unrecognized escape sequence found in string: \\"},
+      {R"("\u12g4")", "Scan Unrecognized escape sequence found in string: \\u"},
+      {R"("\ude00")", "Scan Unrecognized escape sequence found in string: \\u"},
+      {R"("\ud83dx")", "Scan Unrecognized escape sequence found in string: \\u"},
+      {"trux", "Scan Expected string: true"},
+      {"nul", "Scan Expected string: null"},
+      {"\"open", "Scan Expected string: \""},
+      {"1-2", "Scan Unexpected character in NUMBER token: -"},
+      {"-", "Scan Unexpected character in NUMBER token: -"},
+      {"1e999", "Scan Unexpected character in NUMBER token: 1e999"},
+      {"[1 2 ?", "Scan Unexpected character in stream: ?"},  // cut before it is parsed
+      {"[1 2]", "Parse Unexpected token: 2"},
+      {"[1,]", "Parse Unexpected token: ]"},
+      {"{1:2}", "Parse Unexpected token: 1"},
+      {R"({"a" 1})", "Parse Unexpected token: 1"},
+      {"}", "Parse Unexpected token: }"},
+      {"", "Parse Unexpected end of token stream"},
+      {R"({"a":)", "Parse Unexpected end of token stream"},
+      {"[1,", "Parse Unexpected end of token stream"},
+      {"[1", "Parse Unexpected End of token stream"},
+      {R"({"a")", "Parse Unexpected End of token stream"},
+      {R"({"a":1,"a":1})", "Parse Duplicate object member token: a"},
+      {"1 \"two\"", "Parse Expected End of token stream; found two"},
+  };
+  for (const auto& c : kCases) EXPECT_EQ(Outcome(c.text), c.outcome) << c.text;
+  EXPECT_EQ(Outcome(std::string_view("\"a\0b\"", 5)), R"("a\u0000b")");
+}
+
+TEST(TokenJson, NestingNeedsNoStack) {
+  constexpr size_t kDepth = 1'000'000;
+  Testing::RunOnSmallStack([] {
+    const std::string open(kDepth, '[');
+    EXPECT_EQ(Reader::Read(open + std::string(kDepth, ']')).Size(), 1u);
+    EXPECT_EQ(Outcome(open), "Parse Unexpected End of token stream");
+  });
+}
+
+TEST(Base64, DecodesBothAlphabetsWithAndWithoutPadding) {
+  std::mt19937 random(301);
+  for (size_t size = 0; size < 70; ++size) {
+    std::string bytes;
+    for (size_t i = 0; i < size; ++i) bytes += static_cast<char>(random());
+    const std::string text = EncodeBase64(bytes);
+    EXPECT_EQ(DecodeBase64(text), bytes);
+    EXPECT_EQ(DecodeBase64(text.substr(0, text.find('='))), bytes);
+    EXPECT_EQ(DecodeBase64(EncodeBase64(bytes, "-_")), bytes);
+  }
+  EXPECT_EQ(DecodeBase64("YWJj!YWJj"), "abc") << "it ends at a foreign character";
+}
+
+TEST(SignedToken, EachPartIsReadOrReplacedAlone) {
+  const std::string payload = EncodeBase64(R"({"items":1})");
+  const std::string noSignature = "NO_VALID_CRYPTO_SEGMENT_FOUND_IN_TOKEN";
+  const struct {
+    const char* why;
+    std::string token, header, payload, signature;
+  } kCases[] = {
+      {"whole", MakeToken("[1]"), R"({"alg":"none"})", "[1.0]", "signed"},
+      {"two segments", "e30." + payload, "{}", R"({"items":1.0})", noSignature},
+      {"empty segments", "." + payload + ".", R"({"error":"The token segment is missing"})",
+       R"({"items":1.0})", noSignature},
+      {"more than three", "e30.e30.YWJj.YWJj", "{}", "{}", "abc"},
+      {"one segment, no JSON", EncodeBase64("{x"),
+       R"({"error":"Unexpected character in stream: x"})",
+       R"({"error":"The token segment is missing"})", noSignature},
+      {"payload of no JSON", "e30.!", "{}", R"({"error":"Unexpected end of token stream"})",
+       noSignature},
+  };
+  for (const auto& c : kCases) {
+    const SignedToken decoded = DecodeToken(c.token);
+    EXPECT_EQ(Json(decoded.header), c.header) << c.why;
+    EXPECT_EQ(Json(decoded.payload), c.payload) << c.why;
+    EXPECT_EQ(decoded.signature, c.signature) << c.why;
+  }
+}
+
+}  // namespace
+}  // namespace Kest::Client::Loot
