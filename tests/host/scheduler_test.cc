@@ -76,7 +76,7 @@ TEST_F(SchedulerTest, MergesOnlyWaitingTasksOfOneOwnerAndName) {
   const int other = 0;
   const auto post = [&](const void* owner, const char* name, bool merge) {
     return scheduler_.Post(
-        {.name = name, .work = [=] { Note(name); }, .owner = owner, .merge = merge});
+        {.name = name, .work = [=, this] { Note(name); }, .owner = owner, .merge = merge});
   };
   const auto release = Hold();
   EXPECT_EQ(post(this, "a", true), Scheduler::Posted::kQueued);
