@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "binding/define_struct.h"
 #include "loot/calls/service_proxy.h"
@@ -26,9 +27,7 @@ struct TestRecord {
   std::string name;
   double number = 0;
 };
-struct UnregisteredRecord {
-  int32_t number = 0;
-};
+struct UnregisteredRecord {};
 
 class CallsTest : public ::testing::Test {
  protected:
@@ -57,6 +56,7 @@ class CallsTest : public ::testing::Test {
   FakeHost host_;
   SiblingClient client_{services_, module_, name_};
   ServiceProxy proxy_{services_, module_, client_, name_};
+  std::vector<std::string> seen_;  // what the test's handlers noted
 };
 
 }  // namespace Kest::Client::Loot

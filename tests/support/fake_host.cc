@@ -67,9 +67,9 @@ void FakeHost::Load(const std::function<void(KestHandshakeBlock*)>& handshake) {
 }
 
 bool FakeHost::Start() {
-  bool started = false;
-  RunTask([this, &started] { started = block_.callbacks->start(block_.context, Services()); });
-  return started;
+  const auto started = std::make_shared<bool>(false);  // start may go on after this call
+  RunTask([this, started] { *started = block_.callbacks->start(block_.context, Services()); });
+  return *started;
 }
 
 void FakeHost::Stop() {
@@ -301,11 +301,11 @@ FakeHost::Reply FakeHost::Request(std::string_view method, std::string_view url,
 }
 
 FakeHost::Reply FakeHost::Invoke(std::string_view function) {
-  Reply reply;
-  RunTask([this, &reply, function] {
-    TakeReply(block_.api->invoke(block_.context, ToText(function), nullptr, 0), &reply);
+  const auto reply = std::make_shared<Reply>();
+  RunTask([this, reply, name = std::string(function)] {
+    TakeReply(block_.api->invoke(block_.context, ToText(name), nullptr, 0), reply.get());
   });
-  return reply;
+  return *reply;
 }
 
 void FakeHost::TakeReply(const KestResponse* response, Reply* reply) {
