@@ -101,46 +101,36 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
   }
 }
 
-class SampleWorld : public WorldTest {
- protected:
-  void SetUp() override {
-    Load(World::SampleText(), 7);
-    SignIn();
-    definitions_ = Parse(Invoke("getAllPlayerLootAndAllDefinitions", {0, 0, 0}).body);
-  }
-  const JsonValue::Array& List(const char* part, const char* list) const {
-    return *definitions_.Find(part)->Find(list)->AsArray();
-  }
+using SampleWorld = WorldTest;
 
-  JsonValue definitions_;
-};
-
-TEST_F(SampleWorld, HoldsLootOfEveryTypeAndOneUnknown) {
-  const std::set<std::string> known = {
+TEST_F(SampleWorld, HoldsLootOfEveryTypeAndRecipesOfEveryKindThatCanBeReadAbout) {
+  Load(World::SampleText(), 7);
+  const JsonValue file = Parse(World::SampleText());
+  const auto list = [](const JsonValue& owner, std::string_view name) -> const JsonValue::Array& {
+    return *owner.Find(name)->AsArray();
+  };
+  std::set<std::string> notHeld = {
       "CHEST",          "CHAMPION", "CHAMPION_RENTAL", "SKIN",     "SKIN_RENTAL",   "CHROMA",
       "CHROMA_RENTAL",  "WARDSKIN", "WARDSKIN_RENTAL", "EMOTE",    "EMOTE_RENTAL",  "SUMMONERICON",
       "TOURNAMENTLOGO", "BOOST",    "MATERIAL",        "CURRENCY", "CHAMPION_TOKEN"};
+  const std::set<std::string> known = notHeld;
   std::set<std::string> unknown;
-  std::set<std::string> notHeld = known;
   std::set<std::string> held;
   for (const auto& [id, count] : Inventory()) held.insert(id.substr(0, id.find('-')));
-  for (const JsonValue& definition : List("lootItemList", "lootItems")) {
+  for (const JsonValue& definition : list(file, "definitions")) {
     const std::string& type = *definition.Find("type")->AsText();
     if (!known.contains(type)) unknown.insert(type);
     if (held.contains(*definition.Find("lootName")->AsText())) notHeld.erase(type);
   }
   EXPECT_EQ(notHeld, std::set<std::string>());
   EXPECT_EQ(unknown.size(), 1u);
-}
 
-TEST_F(SampleWorld, EveryRecipeCanBeReadAboutAndCoversEveryKind) {
-  const JsonValue lootData = Parse(*world_->Resource("/tav-game-data/assets/v1/loot.json"));
   std::set<std::string> described;
-  for (const JsonValue& recipe : *lootData.Find("LootRecipes")->AsArray()) {
+  for (const JsonValue& recipe : list(*file.Find("lootData"), "LootRecipes")) {
     described.insert(*recipe.Find("id")->AsText());
   }
   std::set<std::string> kinds;
-  for (const JsonValue& recipe : List("recipeList", "recipes")) {
+  for (const JsonValue& recipe : list(file, "recipes")) {
     EXPECT_TRUE(described.contains(*recipe.Find("recipeName")->AsText())) << WriteJson(recipe);
     kinds.insert(*recipe.Find("type")->AsText());
   }
