@@ -18,7 +18,8 @@ inline constexpr size_t kMaxJsonBytes = size_t{64} << 20;
 
 // Reads one JSON document. Strict grammar, valid UTF-8 (one byte-order mark is skipped), any depth.
 // Numbers are exact: whole ones become unsigned, or signed behind a minus sign; beyond 64 bits, or
-// with a fraction or exponent, float. Of members of one name the last value counts, in the place of
+// with a fraction or exponent, float. One that fits no double is refused; so is, by its exponent
+// alone, a zero with one above 308. Of members of one name the last value counts, in the place of
 // the first. On failure answers an empty value and, with `errorOffset`, where in the text it lies.
 // Failures besides the decoder's: "Body is too large", "Too many values.", "Out of memory".
 BindingProperty ReadJson(ConversionContext& context, std::string_view text,

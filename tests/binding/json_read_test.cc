@@ -77,6 +77,7 @@ TEST(ReadJson, FailuresCarryTheDecodersWordsAndTheirPlace) {
       {"grammar before encoding", "[1 \"\xff\"]", comma, 3},
       {"encoding before grammar", "[\"\xff\" 1]", encoding, 2},
       {"just too large", "[0,1.7976931348623159e308]", tooBig, 3},
+      {"too large by its exponent alone", "0e309", tooBig, 0},
       {"too large in digits", "-" + std::string(400, '9'), tooBig, 0},
       {"no fraction", "1.", "Miss fraction part in number.", 2},
       {"no exponent", "1e+", "Miss exponent in number.", 3},
