@@ -11,7 +11,7 @@ namespace Kest {
 class BindingProperty;
 
 // A larger body is refused with "Body is too large" before anything of it is read.
-inline constexpr size_t kMaxBodyBytes = 64u * 1024u * 1024u;
+inline constexpr size_t kMaxBodyBytes = size_t{64} * 1024 * 1024;
 
 struct HeaderPair {
   std::string_view name;

@@ -1,7 +1,6 @@
 #include "loot/calls/json_reader.h"
 
 #include <set>
-#include <utility>
 #include <vector>
 
 #include "binding/tree_builder.h"
@@ -56,12 +55,12 @@ class Parser {
       token = tokens_.Next();
     }
     container.isFirst = false;
-    if (container.isObject) token = TakeName(container, std::move(token));
-    TakesValue(std::move(token));
+    if (container.isObject) token = TakeName(container, token);
+    TakesValue(token);
   }
 
   // Reads a member's name and its ":"; answers the first token of its value.
-  Token TakeName(Container& container, Token token) {
+  Token TakeName(Container& container, const Token& token) {
     if (token.kind == TokenKind::kEnd) Fail("Unexpected End of token stream");
     if (token.kind != TokenKind::kString) Fail("Unexpected token: ", token.text);
     if (!container.names.insert(token.text).second) {
@@ -75,7 +74,7 @@ class Parser {
   }
 
   // Writes a scalar, or opens a container and answers true.
-  bool TakesValue(Token token) {
+  bool TakesValue(const Token& token) {
     switch (token.kind) {
       case TokenKind::kObjectBegin:
         Check(tree_.BeginStructure(0));
