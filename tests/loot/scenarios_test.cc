@@ -1,5 +1,6 @@
 // A player's days, drawn at random: the plugin is driven through everything at once, and a follower
 // of its events and a plain model of the service must know at each step what it answers.
+#include <functional>
 #include <random>
 
 #include "tests/loot/loot_plugin_fixture.h"
@@ -45,7 +46,7 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
     playerLoot_ = Records(service_);
   }
 
-  int Draw(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
+  int Draw(size_t below) { return static_cast<int>(random_() % below); }
 
   void RecastDefinitions() {
     ++itemsVersion_;
@@ -128,46 +129,33 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
       (allowed_ ? shown_ : queued_).push_back(nextGrant_++);
       return Push("championMasteryLootGrant", R"({"gameId":1,"lootName":"a"})");
     }
-    const int64_t id = Draw(static_cast<int>(nextGrant_) + 1);
+    const int64_t id = Draw(static_cast<size_t>(nextGrant_) + 1);
     std::erase(shown_, id);
     host_.Request("DELETE", kGrants + ("/" + std::to_string(id)));
   }
   void Step() {
-    switch (Draw(12)) {
-      case 0:
-        return RecastDefinitions();
-      case 1:
-        return host_.AdvanceSeconds(Draw(5));
-      case 2:
-        return static_cast<void>(host_.Post("/tav-loot/v1/refresh?force=true"));
-      case 3:
-        return static_cast<void>(host_.Post("/tav-loot/v1/refresh"));
-      case 4:
-        return Configure();
-      case 5:
-        return ChangeGoal();
-      case 6:
-        return LogInOrOut();
-      case 7:
-        return AnswerSource();
-      case 8:
-        return ChangePhase();
-      case 9:
-        return TouchGrants();
-      case 10:
-        return static_cast<void>(
-            host_.Request("DELETE", kItem + std::string("CHEST_plain/new-notification")));
-      default:
-        return Craft();
-    }
+    const std::function<void()> kMoves[] = {
+        [this] { RecastDefinitions(); },
+        [this] { host_.AdvanceSeconds(Draw(5)); },
+        [this] { host_.Post("/tav-loot/v1/refresh?force=true"); },
+        [this] { host_.Post("/tav-loot/v1/refresh"); },
+        [this] { host_.Request("DELETE", kItem + std::string("CHEST_plain/new-notification")); },
+        [this] { Configure(); },
+        [this] { ChangeGoal(); },
+        [this] { LogInOrOut(); },
+        [this] { AnswerSource(); },
+        [this] { ChangePhase(); },
+        [this] { TouchGrants(); },
+        [this] { Craft(); },
+    };
+    kMoves[Draw(std::size(kMoves))]();
   }
 
   // ---- What every event must be, knowing the ones before ----------------------------------------
   void Follow() {
     for (const PublishedEvent& event : host_.PublishedEvents()) {
       SCOPED_TRACE(event.type + " " + event.path + " " + event.json);
-      const bool isView = event.path == kMenu;
-      if (event.path.starts_with(kItem) && !isView) {
+      if (event.path.starts_with(kItem) && event.path != kMenu) {
         FollowItem(event, event.path.substr(std::string(kItem).size()));
       } else if (event.path == "/tav-loot/v1/player-loot-map") {
         EXPECT_TRUE(itemsChanged_);
