@@ -1,6 +1,7 @@
 #include "host/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdlib>
 #include <map>
 
 namespace Kest::Host {
@@ -41,7 +42,7 @@ CommandLine ReadCommandLine(int argc, const char* const* argv,
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     line.ends = true;
-    line.exitCode = app.exit(error);
+    line.exitCode = app.exit(error) == EXIT_SUCCESS ? EXIT_SUCCESS : EXIT_FAILURE;
   }
   return line;
 }

@@ -17,8 +17,6 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
   const Case kCases[] = {
       {"syntax", "\"Pond\",\n  \"champions\"", "\"Pond\"\n  @\"champions\"",
        "Missing a comma or '}' after an object member."},
-      {"unknown member at the top", "\"name\"", "@\"surprise\": 1, \"name\"",
-       "unknown member \"surprise\""},
       {"unknown member deep inside", "\"weight\": 3", "@\"wait\": 3", "unknown member \"wait\""},
       {"missing member", R"({"lootName": "CHEST_reed", "type": "CHEST"})",
        R"(@{"lootName": "CHEST_reed"})", "member \"type\" is missing"},
@@ -27,8 +25,6 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
        "\"storeItemId\" must be a whole number, not a number"},
       {"number for a flag", "\"owned\": true", "\"owned\": @1",
        "\"owned\" must be true or false, not a whole number"},
-      {"object for a list", "[{\"id\": 7, \"name\": \"Splash\"}]", "@{}",
-       "\"emotes\" must be a list, not an object"},
       {"number out of range", "\"probability\": 0.25", "\"probability\": @1.5",
        "\"probability\" must lie between 0 and 1"},
       {"count beyond 64 bits", "\"count\": 4", "\"count\": @18446744073709551615",

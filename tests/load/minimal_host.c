@@ -14,11 +14,9 @@
 /* ---- The queue: everything the host owes the plugin, in order ----------------------------------
  */
 
-enum { WORK_TASK, WORK_COMPLETION, WORK_EVENT };
-
+/* One of the three functions is set. */
 struct Work {
   struct Work* next;
-  int kind;
   KestTask task;
   KestCompletion completion;
   KestDelivery delivery;
@@ -47,10 +45,9 @@ static KestText Text(const char* text) {
   return view;
 }
 
-static struct Work* Append(struct Host* host, int kind, KestText name, void* context) {
+static struct Work* Append(struct Host* host, KestText name, void* context) {
   struct Work* work = calloc(1, sizeof(*work));
   if (work == NULL) abort();
-  work->kind = kind;
   work->name = Copy(name);
   work->context = context;
   *host->end = work;
@@ -75,9 +72,9 @@ static struct Work* TakeFirst(struct Host* host) {
 static int RunNext(struct Host* host) {
   struct Work* work = TakeFirst(host);
   if (work == NULL) return 0;
-  if (work->kind == WORK_TASK) {
+  if (work->task != NULL) {
     work->task(work->context);
-  } else if (work->kind == WORK_COMPLETION) {
+  } else if (work->completion != NULL) {
     /* This host has no other plugins: whatever is asked for is missing. */
     KestResponse response = {0};
     response.status = 404;
@@ -107,7 +104,7 @@ static bool SendRequest(const KestHostServices* self, const KestRequest* request
                         KestCompletion completion, void* context) {
   struct Host* host = HostOf(self);
   if (host->stopping) return false;
-  Append(host, WORK_COMPLETION, request->url, context)->completion = completion;
+  Append(host, request->url, context)->completion = completion;
   return true;
 }
 
@@ -122,7 +119,7 @@ static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery 
   if (strncmp(copy, kConfig, sizeof(kConfig) - 1) == 0) {
     const char* value = copy + sizeof(kConfig) - 1;
     if (strcmp(value, "Enabled") == 0 || strcmp(value, "PxhEnabled") == 0) {
-      struct Work* work = Append(host, WORK_EVENT, name, context);
+      struct Work* work = Append(host, name, context);
       work->delivery = delivery;
       work->payload = Copy(Text(kPayload));
     }
@@ -136,7 +133,7 @@ static void Unsubscribe(const KestHostServices* self, KestText name) {
   struct Work** place = &host->first;
   while (*place != NULL) {
     struct Work* work = *place;
-    if (work->kind == WORK_EVENT && strlen(work->name) == name.size &&
+    if (work->delivery != NULL && strlen(work->name) == name.size &&
         memcmp(work->name, name.data, name.size) == 0) {
       *place = work->next;
       Release(work);
@@ -160,7 +157,7 @@ static int32_t PostTask(const KestHostServices* self, KestText name, KestTask ru
   /* A host whose plugin uses threads of its own would take a lock here. */
   struct Host* host = HostOf(self);
   if (host->stopping) return KEST_TASK_REFUSED;
-  Append(host, WORK_TASK, name, context)->task = run;
+  Append(host, name, context)->task = run;
   return KEST_TASK_QUEUED;
 }
 
@@ -190,18 +187,11 @@ static void Identify(const KestHostServices* self, KestText fullName, KestText u
 }
 
 static void InitHost(struct Host* host) {
-  const KestHostServices services = {sizeof(KestHostServices),
-                                     SendRequest,
-                                     Subscribe,
-                                     Unsubscribe,
-                                     Publish,
-                                     PostTask,
-                                     WaitBegin,
-                                     WaitEnd,
-                                     Yield,
-                                     WriteLog,
-                                     SendTelemetry,
-                                     Identify};
+  /* clang-format off */
+  const KestHostServices services = {
+      sizeof(KestHostServices), SendRequest, Subscribe, Unsubscribe, Publish, PostTask,
+      WaitBegin, WaitEnd, Yield, WriteLog, SendTelemetry, Identify};
+  /* clang-format on */
   host->services = services;
   host->first = NULL;
   host->end = &host->first;
@@ -227,7 +217,6 @@ static void ExpectAnswer(const KestHandshakeBlock* block, const char* url, int32
   if (response == NULL) abort(); /* out of memory */
   const char* data = status == 200 ? (const char*)response->body.data : response->message.data;
   const size_t size = status == 200 ? response->body.size : response->message.size;
-  printf("  GET %s: %d %.*s\n", url, (int)response->status, (int)size, size > 0 ? data : "");
   Expect(response->status == status && size == strlen(text) && memcmp(data, text, size) == 0, url);
   block->api->release(block->context, response);
 }
