@@ -85,9 +85,17 @@ TEST_F(HostServicesTest, AnEventReachesTheLatestHandlerOfItsName) {
   EXPECT_THAT(seen, ElementsAre("1"));
   EXPECT_EQ(counters_.eventsReceived, 1u);
   EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| Event delivery: Out of memory"));
+  services_.Subscribe("g", [](std::string_view) { FAIL() << "let in through a closed gate"; });
+  gate_.Close();
+  host_.DeliverEvent("g", "3");
+  host_.RunUntilIdle();
+}
+
+TEST_F(HostServicesTest, ARefusedSubscriptionLeavesNothing) {
   host_.RefuseEverything();
   EXPECT_FALSE(services_.Subscribe("f", [](std::string_view) {}));
-  EXPECT_THAT(host_.Subscriptions(), IsEmpty());
+  services_.Unsubscribe("f");
+  EXPECT_THAT(host_.SubscriptionLog(), ElementsAre("+f"));
 }
 
 TEST_F(HostServicesTest, WithoutAHostEverythingFailsQuietly) {

@@ -105,9 +105,8 @@ bool FakeHost::OnHostRequest(const KestRequest& request, KestCompletion completi
   requests_.push_back(copy);
   if (refuse_) return false;
   const std::string path = copy.Path();
-  FakeAnswer answer = AnswerTo(copy, path);
-  const bool held = answer.held;
-  Queue(path, held, [this, completion, context, answer = std::move(answer)] {
+  const FakeAnswer answer = AnswerTo(copy, path);
+  Queue(path, answer.held, [this, completion, context, answer] {
     if (stopped_) return;
     KestResponse response{};
     response.status = answer.status;
@@ -162,11 +161,8 @@ FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request, const std::st
 }
 
 void FakeHost::Queue(std::string_view key, bool isHeld, std::function<void()> work) {
-  if (isHeld) {
-    held_.push_back({std::string(key), std::move(work)});
-  } else {
-    pump_.Post(std::move(work));
-  }
+  if (isHeld) return held_.push_back({std::string(key), std::move(work)});
+  pump_.Post(std::move(work));
 }
 
 void FakeHost::ReleaseHeld(std::string_view pathOrMethod) {
