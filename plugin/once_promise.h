@@ -1,6 +1,6 @@
 // OncePromise is a promise that is always kept: set once, and "Finalizing" when its last holder
-// goes without having set it. A wait on its future therefore never sees a broken promise. Hold it by
-// shared_ptr in completion callbacks.
+// goes without having set it. A wait on its future therefore never sees a broken promise. Hold it
+// by shared_ptr in completion callbacks.
 // Threads: any may set; the first one wins.
 #pragma once
 

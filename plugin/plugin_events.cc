@@ -42,8 +42,7 @@ void RegisterEvents(TypeRegistry& registry) {
   const TypeIdentifier response = IdentifyType<PluginServiceProxyResponse>(registry);
   registry.RegisterEvent(kJsonApiEvent, "Fired when a resource is changed.",
                          IdentifyType<PluginResourceEvent>(registry));
-  registry.RegisterEvent(kSvdsEvent,
-                         "Fired when a message is received over the SVDS connection.",
+  registry.RegisterEvent(kSvdsEvent, "Fired when a message is received over the SVDS connection.",
                          IdentifyType<PluginSvdsEvent>(registry));
   registry.RegisterEvent(kServiceProxyUuidEvent,
                          "Fired when a uuid-based service proxy message is received.", response);
