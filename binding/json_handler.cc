@@ -3,8 +3,8 @@
 #include <cassert>
 #include <cmath>
 
+#include "base/utf8.h"
 #include "binding/number_text.h"
-#include "binding/utf8.h"
 
 namespace Kest {
 namespace {

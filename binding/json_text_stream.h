@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "binding/utf8.h"
+#include "base/utf8.h"
 #include "binding/word_scan.h"
 
 namespace Kest {

@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/utf8.h"
 #include "binding/conversion_context.h"
 #include "binding/json_float.h"
 #include "binding/type_record.h"
-#include "binding/utf8.h"
 #include "binding/word_scan.h"
 #include "log/logger.h"
 

@@ -1,4 +1,4 @@
-// Small JSON helpers of the host: texts from outside made safe, and a test of a whole document.
+// Small JSON helpers of the host: a writer that takes any text, and a test of a whole document.
 #pragma once
 
 #include <string>
@@ -8,9 +8,6 @@
 #include <rapidjson/writer.h>
 
 namespace Kest::Host {
-
-// `text` with each byte that is no part of valid UTF-8 replaced by U+FFFD.
-std::string ToUtf8(std::string_view text);
 
 // Whether `text` is one JSON document: valid UTF-8, nothing behind it. Nesting costs no stack.
 bool IsJson(std::string_view text);

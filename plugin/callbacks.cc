@@ -6,7 +6,7 @@
 
 #include "api/request.h"
 #include "api/response.h"
-#include "binding/utf8.h"
+#include "base/utf8.h"
 #include "plugin/boundary.h"
 #include "plugin/once_promise.h"
 #include "plugin/plugin_base.h"

@@ -1,9 +1,17 @@
-#include "binding/utf8.h"
+#include "base/utf8.h"
 
-#include "binding/word_scan.h"
+#include <cstdint>
+#include <cstring>
 
 namespace Kest {
 namespace {
+
+// Whether the next 16 bytes are all ASCII.
+bool IsAsciiBlock(const char* at) {
+  uint64_t words[2];
+  std::memcpy(words, at, sizeof(words));
+  return ((words[0] | words[1]) & 0x8080808080808080ull) == 0;
+}
 
 bool IsTail(char c) {
   return (static_cast<uint8_t>(c) & 0xc0) == 0x80;
@@ -32,7 +40,7 @@ bool IsValidUtf8(std::string_view text) {
   const char* at = text.data();
   const char* end = at + text.size();
   while (at != end) {
-    while (end - at >= 16 && ((LoadWord(at) | LoadWord(at + 8)) & kHighBits) == 0) at += 16;
+    while (end - at >= 16 && IsAsciiBlock(at)) at += 16;
     while (at != end && static_cast<uint8_t>(*at) < 0x80) ++at;
     while (at != end && static_cast<uint8_t>(*at) >= 0x80) {
       const size_t size = Utf8CharacterSize({at, static_cast<size_t>(end - at)});
