@@ -15,7 +15,7 @@ class PatternRun {
   PatternRun(std::span<const FormatArgument> arguments, FixedText& out)
       : arguments_(arguments), out_(out) {}
 
-  // Writes the specification at the start of `text`, which follows a "%"; `*size` is its length.
+  // Writes the conversion at the start of `text`, which follows a "%"; `*size` is its length.
   bool Specification(std::string_view text, size_t* size) {
     if (text.starts_with('%')) {
       out_.Append('%');
