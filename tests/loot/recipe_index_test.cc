@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "loot/model/loot_definitions.h"
 #include "tests/support/log_capture.h"
 
@@ -12,38 +14,40 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-struct Slot {
-  int32_t number;
-  std::string query;
-  std::string quantity = "1";
-};
-
-SVDS::LootSvdsRecipeClientDTO MakeRecipe(std::string name, std::string type,
-                                         std::vector<Slot> slots, std::string output = "",
-                                         std::string quantity = "1") {
-  SVDS::LootSvdsRecipeClientDTO recipe;
-  recipe.recipeName = std::move(name);
-  recipe.type = std::move(type);
-  for (Slot& slot : slots) recipe.slots.push_back({slot.number, slot.query, slot.quantity});
-  if (!output.empty()) recipe.outputs.push_back({output, quantity, 1.0, false});
-  return recipe;
+// A recipe a line: name, type, then slots as "number:query*quantity" and outputs as
+// "name=quantity".
+std::vector<SVDS::LootSvdsRecipeClientDTO> Recipes(const std::string& text) {
+  std::vector<SVDS::LootSvdsRecipeClientDTO> recipes;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream words(line);
+    SVDS::LootSvdsRecipeClientDTO& recipe = recipes.emplace_back();
+    words >> recipe.recipeName >> recipe.type;
+    for (std::string word; words >> word;) {
+      const size_t colon = word.find(':'), star = word.find('*'), equal = word.find('=');
+      if (colon == std::string::npos) {
+        recipe.outputs.push_back({word.substr(0, equal), word.substr(equal + 1), 1, false});
+      } else {
+        recipe.slots.push_back({std::stoi(word), word.substr(colon + 1, star - colon - 1),
+                                star == std::string::npos ? "1" : word.substr(star + 1)});
+      }
+    }
+  }
+  return recipes;
 }
 
-std::vector<std::string> Names(const std::vector<const IndexedRecipe*>& recipes) {
-  std::vector<std::string> names;
-  for (const IndexedRecipe* indexed : recipes) names.push_back(indexed->recipe->recipeName);
-  return names;
+std::vector<SVDS::LootItemClientDTO> Items(std::initializer_list<const char*> names) {
+  std::vector<SVDS::LootItemClientDTO> items;
+  for (const char* name : names) items.emplace_back().lootName = name;
+  return items;
 }
 
 class RecipeIndexTest : public ::testing::Test {
  protected:
   RecipeIndexTest() {
-    std::vector<SVDS::LootItemClientDTO> items(2);
-    items[0].lootName = "CHEST_a";
-    items[1].lootName = "CURRENCY_champion";
-    definitions_.ReplaceItems(std::move(items));
+    definitions_.ReplaceItems(Items({"CHEST_a", "CURRENCY_champion"}));
     BindingProperty queries = BindingProperty::Structure();
-    BindingProperty& shards = queries.TakeMember("all shards");
+    BindingProperty& shards = queries.TakeMember("shards");
     for (const char* name : {"SHARD_1", "SHARD_2", "SHARD_1", "TOKEN-42"}) {
       shards.Append().SetString(name);
     }
@@ -55,42 +59,42 @@ class RecipeIndexTest : public ::testing::Test {
     queries.TakeMember("CHEST_a").SetSigned(1);
     definitions_.ReplaceQueryResults(std::move(queries));
   }
-  const RecipeIndex& Index(std::vector<SVDS::LootSvdsRecipeClientDTO> recipes) {
-    definitions_.ReplaceRecipes(std::move(recipes));
+  const RecipeIndex& Index(const std::string& recipes) {
+    definitions_.ReplaceRecipes(Recipes(recipes));
     return definitions_.recipes();
+  }
+  std::string TakingFirst(std::string_view name, std::string_view id) {
+    std::string names;
+    for (const IndexedRecipe* indexed : definitions_.recipes().RecipesTakingFirst(name, id)) {
+      names += indexed->recipe->recipeName + " ";
+    }
+    return names;
   }
   LootDefinitions definitions_;
 };
 
 TEST_F(RecipeIndexTest, FindsRecipesByNameAndIdInOrder) {
-  const RecipeIndex& index =
-      Index({MakeRecipe("upgrade", "UPGRADE", {{2, "all shards"}, {1, "CURRENCY_champion"}}),
-             MakeRecipe("open", "OPEN", {{1, "CHEST_a"}}),
-             MakeRecipe("reroll", "REROLL", {{1, "all shards"}, {2, "one"}, {3, "all shards"}}),
-             MakeRecipe("lost", "OPEN", {{1, "CHEST_unknown"}, {2, "none"}}),
-             MakeRecipe("tie", "X", {{7, "one"}, {7, "CHEST_a"}}), MakeRecipe("bare", "X", {})});
+  const RecipeIndex& index = Index(
+      "upgrade UPGRADE 2:shards 1:CURRENCY_champion\n"
+      "open OPEN 1:CHEST_a\n"
+      "reroll REROLL 1:shards 2:one 3:shards\n"
+      "lost OPEN 1:CHEST_unknown 2:none\n"
+      "tie X 7:one 7:CHEST_a\n"
+      "bare X");
   const struct {
-    const char* why;
-    std::string_view name, id;
-    std::vector<std::string> first;
+    const char *why, *name, *id, *first;
   } kCases[] = {
-      {"from a list", "SHARD_1", "SHARD_1", {"reroll"}},
-      {"list and single text", "SHARD_2", "SHARD_2", {"reroll", "tie"}},
-      {"by id only", "TOKEN", "TOKEN-42", {"reroll"}},
-      {"by name although the id is another", "SHARD_1", "SHARD_1-9", {"reroll"}},
-      {"other reference id", "TOKEN", "TOKEN-43", {}},
-      {"query names a definition; a number is no result", "CHEST_a", "CHEST_a", {"open"}},
-      {"query names nothing", "CHEST_unknown", "CHEST_unknown", {}},
-      {"lowest slot number, not first in the list",
-       "CURRENCY_champion",
-       "CURRENCY_champion",
-       {"upgrade"}},
-      {"empty name", "", "", {}},
+      {"from a list", "SHARD_1", "SHARD_1", "reroll "},
+      {"list and single text", "SHARD_2", "SHARD_2", "reroll tie "},
+      {"by id only", "TOKEN", "TOKEN-42", "reroll "},
+      {"by name although the id is another", "SHARD_1", "SHARD_1-9", "reroll "},
+      {"other reference id", "TOKEN", "TOKEN-43", ""},
+      {"query names a definition; a number is no result", "CHEST_a", "CHEST_a", "open "},
+      {"query names nothing", "CHEST_unknown", "CHEST_unknown", ""},
+      {"lowest slot number", "CURRENCY_champion", "CURRENCY_champion", "upgrade "},
+      {"empty name", "", "", ""},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    EXPECT_EQ(Names(index.RecipesTakingFirst(c.name, c.id)), c.first);
-  }
+  for (const auto& c : kCases) EXPECT_EQ(TakingFirst(c.name, c.id), c.first) << c.why;
   const IndexedSlot& first = index.recipes().at(0).slots.at(0);
   EXPECT_EQ(first.slot->slotNumber, 1);
   EXPECT_THAT(*first.lootNames, ElementsAre("CURRENCY_champion"));
@@ -98,17 +102,15 @@ TEST_F(RecipeIndexTest, FindsRecipesByNameAndIdInOrder) {
 }
 
 TEST_F(RecipeIndexTest, OffersTheBestDisenchantAndTheLastUpgrade) {
-  auto several = MakeRecipe("several", "DISENCHANT", {{1, "one"}}, "ESSENCE_low", "2");
-  several.outputs.push_back({"ESSENCE_high", "900", 1, false});
-  const RecipeIndex& index =
-      Index({several,
-             MakeRecipe("best", "DISENCHANT", {{1, "none"}, {2, "all shards"}}, "ESSENCE", "10*2"),
-             MakeRecipe("equal", "DISENCHANT", {{1, "one"}}, "ESSENCE_late", "20"),
-             MakeRecipe("forge", "FORGE", {{1, "all shards"}}, "ESSENCE_forged", "500"),
-             MakeRecipe("empty", "DISENCHANT", {{1, "all shards"}}),
-             MakeRecipe("up", "UPGRADE", {{1, "all shards"}, {2, "CURRENCY_champion", "30"}}),
-             MakeRecipe("dear", "UPGRADE", {{3, "essences", "70"}, {1, "one"}, {2, "essences"}}),
-             MakeRecipe("free", "UPGRADE", {{1, "one"}})});
+  const RecipeIndex& index = Index(
+      "several DISENCHANT 1:one ESSENCE_low=2 ESSENCE_high=900\n"
+      "best DISENCHANT 1:none 2:shards ESSENCE=10*2\n"
+      "equal DISENCHANT 1:one ESSENCE_late=20\n"
+      "forge FORGE 1:shards ESSENCE_forged=500\n"
+      "empty DISENCHANT 1:shards\n"
+      "up UPGRADE 1:shards 2:CURRENCY_champion*30\n"
+      "dear UPGRADE 3:essences*70 1:one 2:essences\n"
+      "free UPGRADE 1:one");
   const auto best = index.FindDisenchant("SHARD_2", "SHARD_2");
   ASSERT_TRUE(best);
   EXPECT_EQ(best->lootName, "ESSENCE") << "the first of the largest first outputs";
@@ -121,50 +123,40 @@ TEST_F(RecipeIndexTest, OffersTheBestDisenchantAndTheLastUpgrade) {
   EXPECT_TRUE(index.FindDisenchant("TOKEN", "TOKEN-42")) << "by id";
   EXPECT_TRUE(index.FindDisenchant("SHARD_1", "SHARD_1-9")) << "by name";
   EXPECT_FALSE(index.FindDisenchant("TOKEN", "TOKEN-43"));
-  EXPECT_FALSE(index.FindDisenchant("CHEST_a", "CHEST_a"));
   EXPECT_FALSE(index.FindUpgrade("CHEST_a", "CHEST_a"));
 }
 
 TEST_F(RecipeIndexTest, FollowsEveryReplacement) {
-  EXPECT_THAT(
-      Index({MakeRecipe("r", "X", {{1, "CHEST_b"}})}).RecipesTakingFirst("CHEST_b", "CHEST_b"),
-      IsEmpty());
-  std::vector<SVDS::LootItemClientDTO> items(1);
-  items[0].lootName = "CHEST_b";
-  definitions_.ReplaceItems(items);
-  EXPECT_EQ(definitions_.recipes().RecipesTakingFirst("CHEST_b", "CHEST_b").size(), 1u);
+  Index("r X 1:CHEST_b");
+  EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b"), "");
+  definitions_.ReplaceItems(Items({"CHEST_b"}));
+  EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b"), "r ");
   BindingProperty queries;
   queries.TakeMember("CHEST_b").SetString("CHEST_c");
   definitions_.ReplaceQueryResults(std::move(queries));
-  EXPECT_THAT(definitions_.recipes().RecipesTakingFirst("CHEST_b", "CHEST_b"), IsEmpty());
-  EXPECT_EQ(definitions_.recipes().RecipesTakingFirst("CHEST_c", "CHEST_c").size(), 1u);
+  EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b") + TakingFirst("CHEST_c", "CHEST_c"), "r ");
 }
 
 TEST_F(RecipeIndexTest, AnUnreadableQuantityIsZeroAndSaysSoOnce) {
   LogCapture log;
-  const RecipeIndex& index = Index({MakeRecipe("r", "X", {{1, "one", "few"}}, "OUT", "1/0"),
-                                    MakeRecipe("s", "X", {{1, "one", "4"}}, "OUT", "1")});
+  const RecipeIndex& index = Index("r X 1:one*few OUT=1/0");
   definitions_.recipes();
   EXPECT_EQ(index.recipes().at(0).slots.at(0).quantity, 0);
   EXPECT_THAT(index.recipes().at(0).outputQuantities, ElementsAre(0));
-  EXPECT_EQ(index.recipes().at(1).slots.at(0).quantity, 4);
   EXPECT_THAT(log.Lines(), ElementsAre("  WARN|| Loot recipe r has an unreadable quantity: few",
                                        "  WARN|| Loot recipe r has an unreadable quantity: 1/0"));
 }
 
 TEST(LootDefinitionsTest, DisplayCategoriesAreDistinctAndSorted) {
-  std::vector<SVDS::LootItemClientDTO> items;
-  for (const char* category : {"SKIN", "OTHER", "CHEST", "", "SKIN", "ANOTHER", "EMOTE"}) {
-    items.push_back({});
-    items.back().lootName = "item " + std::to_string(items.size());
-    items.back().displayCategories = category;
-  }
+  auto items = Items({"1", "2", "3", "4", "5", "6", "7"});
+  const char* category[] = {"SKIN", "OTHER", "CHEST", "", "SKIN", "ANOTHER", "EMOTE"};
+  for (size_t i = 0; i < items.size(); ++i) items[i].displayCategories = category[i];
   LootDefinitions definitions;
   definitions.ReplaceItems(items);
   EXPECT_THAT(definitions.displayCategories(),
               ElementsAre("", "ANOTHER", "OTHER", "CHEST", "SKIN", "EMOTE"));
-  EXPECT_EQ(definitions.Find("item 3")->displayCategories, "CHEST");
-  EXPECT_EQ(definitions.Find("item 8"), nullptr);
+  EXPECT_EQ(definitions.Find("3")->displayCategories, "CHEST");
+  EXPECT_EQ(definitions.Find("8"), nullptr);
 }
 
 }  // namespace
