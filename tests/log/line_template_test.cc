@@ -1,7 +1,6 @@
 #include "log/line_template.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/support/cases.h"
 
 namespace Kest {
 namespace {
@@ -12,6 +11,8 @@ const LogRecord kRecord = {.time = {2024, 5, 6, 7, 8, 9, 10},
                            .message = "ready",
                            .executable = "client"};
 
+using Testing::ExpectEach;
+
 std::string Line(std::string_view lineTemplate, const LogRecord& record = kRecord) {
   char buffer[kLineCapacity];
   const std::string_view line = FormatLine(lineTemplate, record, buffer);
@@ -20,42 +21,26 @@ std::string Line(std::string_view lineTemplate, const LogRecord& record = kRecor
 }
 
 TEST(LineTemplate, Fields) {
-  const struct {
-    const char* why;
-    const char* lineTemplate;
-    const char* expected;
-  } kCases[] = {
-      {"the default", "#D| #L| #G| #M", "2024-05-06T07:08:09.010|   WARN| DBG;NET| ready\n"},
-      {"console", "#E: #L| #M", "client:   WARN| ready\n"},
-      {"doubled mark", "##M", "#M\n"},
-      {"unknown field prints its letter", "#Q#m", "Qm\n"},
-      {"mark at the end prints nothing", "#M#", "ready\n"},
-      {"no field", "plain", "plain\n"},
-      {"nothing at all", "", "\n"},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    EXPECT_EQ(Line(c.lineTemplate), c.expected);
-  }
-}
-
-TEST(LineTemplate, GroupsLowestBitFirstUnnamedFromBit8) {
-  LogRecord record = kRecord;
-  record.groups = 0;
-  EXPECT_EQ(Line("#G", record), "\n");
-  record.groups = 0xff;
-  EXPECT_EQ(Line("#G", record), "DBG;GEN;XTR;PRF;MEM;DSK;NET;TST\n");
-  record.groups = GroupMask{1} << 63 | GroupMask{1} << 8 | kGroupTest;
-  EXPECT_EQ(Line("#G", record), "TST;???;???\n");
-}
-
-TEST(LineTemplate, LevelsAreSixWide) {
-  LogRecord record = kRecord;
-  const char* const kNames[] = {"  OKAY\n", "  WARN\n", " ERROR\n", "ALWAYS\n"};
-  for (int32_t level = 0; level < 4; ++level) {
-    record.level = static_cast<Level>(level);
-    EXPECT_EQ(Line("#L", record), kNames[level]);
-  }
+  ExpectEach<const char*>(
+      {{"the default", "#D| #L| #G| #M", "2024-05-06T07:08:09.010|   WARN| DBG;NET| ready\n"},
+       {"console", "#E: #L| #M", "client:   WARN| ready\n"},
+       {"doubled mark", "##M", "#M\n"},
+       {"unknown field prints its letter", "#Q#m", "Qm\n"},
+       {"mark at the end prints nothing", "#M#", "ready\n"},
+       {"no field", "plain", "plain\n"},
+       {"nothing at all", "", "\n"}},
+      [](const char* text) { return Line(text); });
+  // Levels are six wide; groups stand lowest bit first and are unnamed from bit 8 on.
+  ExpectEach<LogRecord>(
+      {{"no group", {.level = Level::kOkay}, "  OKAY||\n"},
+       {"all named",
+        {.level = Level::kWarning, .groups = 0xff},
+        "  WARN|DBG;GEN;XTR;PRF;MEM;DSK;NET;TST|\n"},
+       {"unnamed",
+        {.level = Level::kError, .groups = GroupMask{1} << 63 | GroupMask{1} << 8 | kGroupTest},
+        " ERROR|TST;???;???|\n"},
+       {"widest", {.level = Level::kAlways}, "ALWAYS||\n"}},
+      [](const LogRecord& record) { return Line("#L|#G|", record); });
 }
 
 TEST(LineTemplate, ElapsedCountsFromTheFirstUse) {
@@ -67,37 +52,25 @@ TEST(LineTemplate, ElapsedCountsFromTheFirstUse) {
   ResetClockForTests();
 }
 
-TEST(LineTemplate, ThreadIdIsEightUpperCaseDigits) {
-  char expected[16];
-  std::snprintf(expected, sizeof(expected), "%08X\n", CurrentThreadId());
-  EXPECT_EQ(Line("#T"), expected);
-}
-
 TEST(LineTemplate, EndsWithOneLineFeedAndFitsItsBuffer) {
-  const struct {
-    const char* why;
-    std::string message;
-    size_t size;
-  } kCases[] = {
-      {"own line feed is enough", "a\n", 2},
-      {"two of its own stay", "a\n\n", 3},
-      {"one byte below the cap", std::string(4093, 'x'), 4094},
-      {"at the cap", std::string(4094, 'x'), 4095},
-      {"cut", std::string(4095, 'x'), 4095},
-      {"cut behind a line feed", std::string(4093, 'x').append("\ny"), 4094},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    LogRecord record = kRecord;
-    record.message = c.message;
-    const std::string line = Line("#M", record);
-    EXPECT_EQ(line.size(), c.size);
-    EXPECT_EQ(line.back(), '\n');
-  }
+  ExpectEach<std::string, size_t>(
+      {{"own line feed is enough", "a\n", 2},
+       {"two of its own stay", "a\n\n", 3},
+       {"one byte below the cap", std::string(4093, 'x'), 4094},
+       {"at the cap", std::string(4094, 'x'), 4095},
+       {"cut", std::string(4095, 'x'), 4095},
+       {"cut behind a line feed", std::string(4093, 'x').append("\ny"), 4094}},
+      [](const std::string& message) {
+        const std::string line = Line("#M", {.message = message});
+        EXPECT_EQ(line.back(), '\n');
+        return line.size();
+      });
 }
 
-TEST(LineTemplate, FileNameTimestampHasNoColonAndNoMilliseconds) {
+TEST(LineTemplate, ThreadIdAndFileNameTimestamp) {
   char buffer[32];
+  std::snprintf(buffer, sizeof(buffer), "%08X\n", CurrentThreadId());
+  EXPECT_EQ(Line("#T"), buffer);
   FixedText text(buffer, sizeof(buffer));
   AppendFileNameTimestamp(kRecord.time, text);
   EXPECT_EQ(text.View(), "2024-05-06T07-08-09");
