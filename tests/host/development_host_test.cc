@@ -68,8 +68,7 @@ class DevelopmentHostTest : public testing::Test {
 TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
   struct Case {
     std::string request;
-    const char* status;
-    const char* ending;
+    const char *status, *ending;
   };
   const std::string kBody = "PUT /_host/gameflow";
   const Case kCases[] = {
@@ -96,7 +95,7 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
       {Simple("POST /_host/idle?timeoutMilliseconds=1s"), "400 ", "}"},
       {Simple("GET /_host/events?lastEventId=x"), "400 ", "}"},
       {"GET /_host/health HTTP/1.1\r\nHost: a.example\r\n\r\n", "403 ", "}"}};
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.request);
     const std::string answer = Ask(c.request);
     EXPECT_THAT(answer, StartsWith(std::string("HTTP/1.1 ") + c.status));

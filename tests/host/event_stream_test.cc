@@ -29,19 +29,18 @@ TEST(EventStream, WritesOneFrameForEachEventOnOneLine) {
 }
 
 TEST(EventStream, ResumesWhereTheReaderStoppedAndNamesWhatItLost) {
-  struct Case {
+  const struct {
     uint64_t position;
     const char* gap;  // the data of the gap event; empty: none
     uint64_t firstEvent;
-  };
-  const Case kCases[] = {{0, R"({"from":1,"to":6,"restarted":false})", 7},
-                         {4, R"({"from":5,"to":6,"restarted":false})", 7},
-                         {6, "", 7},
-                         {8, "", 9},
-                         {11, R"({"from":1,"to":6,"restarted":true})", 7}};
+  } kCases[] = {{0, R"({"from":1,"to":6,"restarted":false})", 7},
+                {4, R"({"from":5,"to":6,"restarted":false})", 7},
+                {6, "", 7},
+                {8, "", 9},
+                {11, R"({"from":1,"to":6,"restarted":true})", 7}};
   EventStream stream({.events = 4, .bytes = kPlenty});
   AppendNumbered(10, &stream);
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.position);
     uint64_t position = c.position;
     const std::string text = stream.Read(&position, kPlenty);

@@ -142,10 +142,8 @@ TEST_F(HostServicesTest, KnowsItsEventNames) {
          {"OnJsonApiEvent", "OnJsonApiEvent_/x", "OnSvdsEvent_a.b", "OnServiceProxyAsyncEvent"}) {
       EXPECT_TRUE(Subscribe(name)) << name;
     }
-    for (const char* name :
-         {"OnJsonApiEvents", "OnServiceProxyUuidEvent_x", "", "OnJsonApiEvent_"}) {
+    for (const char* name : {"OnJsonApiEvents", "OnServiceProxyUuidEvent_x", "", "OnJsonApiEvent_"})
       EXPECT_FALSE(Subscribe(name)) << name;
-    }
     EXPECT_FALSE(table_->subscribe(table_, Text("OnJsonApiEvent"), nullptr, this));
   });
 }
@@ -194,13 +192,11 @@ TEST_F(HostServicesTest, PublishesJsonOnly) {
     const auto publish = [&](const char* path, int32_t type, const char* json) {
       return table_->publish(table_, Text(path), type, Bytes(json));
     };
-    EXPECT_TRUE(publish("/x", KEST_EVENT_UPDATE, "{}"));
-    EXPECT_TRUE(publish("/x", KEST_EVENT_DELETE, ""));
+    EXPECT_TRUE(publish("/x", KEST_EVENT_UPDATE, "{}") && publish("/x", KEST_EVENT_DELETE, ""));
     EXPECT_FALSE(publish("/x", KEST_EVENT_DELETE, "{}")) << "a removal with a value";
     EXPECT_FALSE(publish("/x", KEST_EVENT_CREATE, "")) << "no value";
     EXPECT_FALSE(publish("/x", KEST_EVENT_UPDATE, "{\"a\":")) << "torn";
-    EXPECT_FALSE(publish("/x", 3, "{}"));
-    EXPECT_FALSE(publish("/x", -1, "{}"));
+    for (const int32_t type : {-1, 3}) EXPECT_FALSE(publish("/x", type, "{}"));
     EXPECT_FALSE(publish("", KEST_EVENT_UPDATE, "{}"));
   });
   EXPECT_EQ(stream_.Held().last, 2u);

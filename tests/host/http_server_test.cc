@@ -109,12 +109,11 @@ TEST_F(HttpServerTest, RefusesWithAProblemAndGoesOnServing) {
   const std::string get = "GET / HTTP/1.1\r\nHost: here\r\n";
   const std::string put = "PUT / HTTP/1.1\r\nHost: here\r\n";
   const std::string chunked = put + "Transfer-Encoding: chunked\r\n\r\n";
-  struct Case {
+  const struct {
     const char* why;
     std::string request;
     const char* answer;
-  };
-  const Case kCases[] = {
+  } kCases[] = {
       {"no HTTP", "hello\r\n\r\n", "HTTP/1.1 400 "},
       {"another version", "GET / HTTP/3.7\r\nHost: here\r\n\r\n", "HTTP/1.1 400 "},
       {"two lengths", get + "Content-Length: 1\r\nContent-Length: 2\r\n\r\n", "HTTP/1.1 400 "},
@@ -134,7 +133,7 @@ TEST_F(HttpServerTest, RefusesWithAProblemAndGoesOnServing) {
       {"the largest body",
        "PUT / HTTP/1.0\r\nHost: here\r\nContent-Length: 1000\r\n\r\n" + std::string(1000, 'x'),
        "HTTP/1.0 200 OK"}};
-  for (const Case& c : kCases)
+  for (const auto& c : kCases)
     EXPECT_THAT(Exchange(c.request, "OK"), StartsWith(c.answer)) << c.why;
 }
 

@@ -9,14 +9,10 @@ namespace Kest::Host {
 namespace {
 
 TEST(RequestGuard, LetsInThisMachineOnly) {
-  struct Case {
-    const char* why;
-    const char* method;
-    const char* host;
-    const char* origin;
+  const struct {
+    const char *why, *method, *host, *origin;
     int status;  // 0: let in
-  };
-  const Case kCases[] = {
+  } kCases[] = {
       {"loopback address", "GET", "127.0.0.1:8510", "", 0},
       {"names ignore case", "GET", "LocalHost:1", "", 0},
       {"version 6 loopback", "GET", "[::1]", "", 0},
@@ -35,7 +31,7 @@ TEST(RequestGuard, LetsInThisMachineOnly) {
        403},
       {"an unknown method counts as a write", "PURGE", "localhost", "https://a.example", 403}};
   const RequestGuard guard("192.0.2.7");
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
     HttpRequest request;
     request.method = c.method;

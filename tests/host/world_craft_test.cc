@@ -18,14 +18,11 @@ class WorldCraft : public WorldTest {
 };
 
 TEST_F(WorldCraft, ItemsMustFitTheSlotsAndBeHeld) {
-  struct Case {
-    const char* why;
-    const char* recipe;
-    const char* items;
+  const struct {
+    const char *why, *recipe, *items;
     int repeat;
     const char* status;
-  };
-  const Case kCases[] = {
+  } kCases[] = {
       {"unknown recipe", "OPEN_nothing", "CHEST_reed", 1, "INVALID_RECIPE"},
       {"too few", "OPEN_reed", "CHEST_reed", 1, "INVALID_INGREDIENTS"},
       {"too many", "OPEN_reed", "CHEST_reed MATERIAL_key MATERIAL_key", 1, "INVALID_INGREDIENTS"},
@@ -38,7 +35,7 @@ TEST_F(WorldCraft, ItemsMustFitTheSlotsAndBeHeld) {
       {"too many runs", "OPEN_reed", "CHEST_reed MATERIAL_key", 1001, "INVALID_REQUEST"},
   };
   const auto before = Inventory();
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
     const JsonValue result = Craft(c.recipe, c.items, c.repeat);
     EXPECT_EQ(*result.Find("status")->AsText(), c.status) << WriteJson(result);
@@ -49,13 +46,10 @@ TEST_F(WorldCraft, ItemsMustFitTheSlotsAndBeHeld) {
 }
 
 TEST_F(WorldCraft, TakesEachItemFromTheSlotThatNeedsIt) {
-  struct Case {
-    const char* why;
-    const char* recipe;
-    const char* items;
+  const struct {
+    const char *why, *recipe, *items;
     CountsById removed;
-  };
-  const Case kCases[] = {
+  } kCases[] = {
       {"slots in any order",
        "OPEN_reed",
        "MATERIAL_key CHEST_reed",
@@ -73,7 +67,7 @@ TEST_F(WorldCraft, TakesEachItemFromTheSlotThatNeedsIt) {
        "CHAMPION_RENTAL_1 CHAMPION_RENTAL_2",
        {{"CHAMPION_RENTAL_1", 1}, {"CHAMPION_RENTAL_2", 1}}},
   };
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
     Load(kSmallWorld, 1);
     SignIn();

@@ -8,13 +8,9 @@ namespace {
 
 // In `to`, "@" marks where the failure is.
 TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
-  struct Case {
-    const char* why;
-    const char* from;
-    const char* to;
-    const char* reason;
-  };
-  const Case kCases[] = {
+  const struct {
+    const char *why, *from, *to, *reason;
+  } kCases[] = {
       {"syntax", "\"Pond\",\n  \"champions\"", "\"Pond\"\n  @\"champions\"",
        "Missing a comma or '}' after an object member."},
       {"unknown member deep inside", "\"weight\": 3", "@\"wait\": 3", "unknown member \"wait\""},
@@ -82,7 +78,7 @@ TEST(WorldFile, ABrokenFileIsAnsweredWithThePlaceAndTheReason) {
        "@\"Rare\"}]},",
        "\"Rare\" is none of \"Default\" \"Epic\" \"Legendary\" \"Mythic\" \"Ultimate\""},
   };
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
     std::string text = ChangedWorld(c.from, c.to);
     const size_t mark = text.find('@');

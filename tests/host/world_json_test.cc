@@ -7,12 +7,11 @@ namespace Kest::Host {
 namespace {
 
 TEST(WorldJson, NamesThePlaceOfWhatItRefuses) {
-  struct Case {
+  const struct {
     const char* why;
     std::string text;
     std::string issue;  // behind "t:"
-  };
-  const Case kCases[] = {
+  } kCases[] = {
       {"trailing comma on the second line", "[1,\n ]", "2:2: Invalid value."},
       {"column counts characters", "[\"\xC3\xA4\xC3\xA4\", x]", "1:8: Invalid value."},
       {"a NUL does not hide the rest", std::string("{}\0{}", 5),
@@ -31,7 +30,7 @@ TEST(WorldJson, NamesThePlaceOfWhatItRefuses) {
       {"a number too small", "[1, 1e-400]", "1:5: Number out of range of a double."},
       {"too many levels", std::string(1000000, '['), "1:65: Nesting is too deep."},
   };
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
     const auto json = ReadJson(c.text);
     ASSERT_FALSE(json);
@@ -73,33 +72,15 @@ TEST(WorldJson, ReadsBackWhatItWrote) {
 }
 
 TEST(QuantityExpression, CalculatesAsTheServiceWritesIt) {
-  struct Case {
-    const char* text;
-    std::optional<int64_t> value;
-  };
-  const Case kCases[] = {{" 2 + 3 * 4 ", 14},
-                         {"(2+3)*4", 20},
-                         {"20-5-3", 12},
-                         {"24/4/2", 3},
-                         {"7/2", 3},
-                         {"((8))", 8},
-                         {"2-5", -3},
-                         {"", {}},
-                         {"2 3", {}},
-                         {"2+", {}},
-                         {"+2", {}},
-                         {"(2", {}},
-                         {"2)", {}},
-                         {"()", {}},
-                         {"2(3)", {}},
-                         {"1/0", {}},
-                         {"1.5", {}},
-                         {"9223372036854775807", INT64_MAX},
-                         {"9223372036854775808", {}},
-                         {"9223372036854775807+1", {}},
-                         {"4294967296*4294967296", {}},
-                         {"(0-9223372036854775807-1)/(0-1)", {}}};
-  for (const Case& c : kCases) EXPECT_EQ(EvaluateQuantity(c.text), c.value) << c.text;
+  const std::pair<const char*, int64_t> kCases[] = {
+      {" 2 + 3 * 4 ", 14}, {"(2+3)*4", 20}, {"20-5-3", 12}, {"24/4/2", 3},
+      {"7/2", 3},          {"((8))", 8},    {"2-5", -3},    {"9223372036854775807", INT64_MAX}};
+  for (const auto& [text, value] : kCases) EXPECT_EQ(EvaluateQuantity(text), value) << text;
+  for (const char* text :
+       {"", "2 3", "2+", "+2", "(2", "2)", "()", "2(3)", "1/0", "1.5", "9223372036854775808",
+        "9223372036854775807+1", "4294967296*4294967296", "(0-9223372036854775807-1)/(0-1)"}) {
+    EXPECT_EQ(EvaluateQuantity(text), std::nullopt) << text;
+  }
 }
 
 }  // namespace

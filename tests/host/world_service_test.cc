@@ -40,13 +40,10 @@ TEST_F(WorldService, LeavesOutDefinitionsThatTheCallerHolds) {
 }
 
 TEST_F(WorldService, RedeemGivesTheThingAndTakesTheItem) {
-  struct Case {
-    const char* why;
-    const char* lootName;
-    const char* status;
+  const struct {
+    const char *why, *lootName, *status;
     const char* changed;  // collections, in the order of their events
-  };
-  const Case kCases[] = {
+  } kCases[] = {
       // one after the other
       {"a skin of an owned champion, told of it too", "SKIN_1001", "OK", "skins champions "},
       {"the second of it", "SKIN_1001", "ALREADY_OWNED", ""},
@@ -63,7 +60,7 @@ TEST_F(WorldService, RedeemGivesTheThingAndTakesTheItem) {
       {"held only with a reference id", "CHAMPION_TOKEN_star", "MISSING_LOOT", ""},
       {"no name", "", "INVALID_REQUEST", ""},
   };
-  for (const Case& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(std::string(c.why) + ": " + c.lootName);
     auto expected = Inventory();
     const JsonValue result = Parse(Redeem(c.lootName));
