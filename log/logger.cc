@@ -174,7 +174,7 @@ void Logger::ResetForTests() {
 
 void Logger::Dispatch(Level level, GroupMask groups, const char* format, ArgumentList& arguments) {
   if (insideDispatch) {
-    if (LogFilter::Passes(level, groups)) Count(level);
+    if (LogFilter::Passes(level, groups)) Count(level);  // this thread holds the lock
     return;
   }
   const DispatchScope scope;
@@ -220,8 +220,8 @@ void Logger::WriteToTargets(LogRecord& record) {
 }
 
 void Logger::Count(Level level) {
-  if (level == Level::kWarning) warnings_.fetch_add(1, kRelaxed);
-  if (level == Level::kError) errors_.fetch_add(1, kRelaxed);
+  if (level == Level::kWarning) warnings_.store(warnings_.load(kRelaxed) + 1, kRelaxed);
+  if (level == Level::kError) errors_.store(errors_.load(kRelaxed) + 1, kRelaxed);
 }
 
 }  // namespace Kest

@@ -136,6 +136,7 @@ class Logger {
       KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
   void WriteToTargets(LogRecord& record) KEST_EXCLUDES(mutex_);
   LocalTime LocalTimeLocked() KEST_REQUIRES(mutex_);
+  // Only ever under the lock; the counters are atomic for those who read them.
   void Count(Level level);
   // Takes `target` off the list. False: the lock is busy, try again.
   bool TryRemove(LogTarget& target) KEST_EXCLUDES(mutex_);
