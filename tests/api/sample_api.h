@@ -24,8 +24,11 @@ class Functions {
                         std::optional<Slot> slot, std::optional<int32_t> n, bool flag) {
     BindingProperty answer = BindingProperty::Structure();
     if (o) answer.TakeMember("o") = *o;
-    if (list) AddSlots(*list, &answer.TakeMember("list"));
-    if (slot) AddSlots({*slot}, &answer.TakeMember("slot"));
+    if (slot) list.emplace().push_back(*slot);
+    if (list) answer.TakeMember("list").SetCollection();
+    for (const Slot& s : list.value_or(std::vector<Slot>())) {
+      answer.TakeMember("list").Append().SetString(s.name + "*" + std::to_string(s.count));
+    }
     if (n) answer.TakeMember("n").SetSigned(*n);
     if (flag) answer.TakeMember("flag").SetBool(flag);
     return answer;
@@ -56,13 +59,6 @@ class Functions {
   }
 
  private:
-  static void AddSlots(const std::vector<Slot>& slots, BindingProperty* list) {
-    list->SetCollection();
-    for (const Slot& slot : slots) {
-      list->Append().SetString(slot.name + "*" + std::to_string(slot.count));
-    }
-  }
-
   std::vector<Slot> held_ = {{"first", 1}, {"second", 2}};
 };
 
@@ -76,12 +72,8 @@ class Api {
     DefineStruct<Slot>(registry_, "Slot")
         .Field<&Slot::name>("name", kRequired)
         .Field<&Slot::count>("count");
-    route("/query", "Query", &Functions::Query)
-        .Query("o")
-        .Query("list")
-        .Query("slot")
-        .Query("n")
-        .Query("flag");
+    auto query = route("/query", "Query", &Functions::Query).Query("o").Query("list");
+    query.Query("slot").Query("n").Query("flag");
     route("/path/{id}/{number}", "Path", &Functions::Path).Path("id").Path("number");
     route("/rest/{+name}", "Rest", &Functions::Header).Any("name").Any("any");
     route("/stray}/{name}", "Stray", &Functions::Header).Path("name").Query("any");
@@ -100,8 +92,9 @@ class Api {
 
   const Dispatcher& dispatcher() const { return dispatcher_; }
 
-  Response Get(std::string_view url) const {
-    return dispatcher_.Handle({"GET", url, {}, {}, {}, {}});
+  Response Get(std::string_view url, std::string_view contentType = {},
+               std::string_view body = {}) const {
+    return dispatcher_.Handle({"GET", url, contentType, body, {}, {}});
   }
 
  private:
@@ -116,20 +109,13 @@ inline std::string Summary(const Response& response) {
 }
 
 struct UrlCase {
-  const char* why;
-  const char* url;
-  const char* answer;
-  const char* contentType = "";
-  const char* body = "";
+  const char *why, *url, *answer, *contentType = "", *body = "";
 };
 
 inline void ExpectAnswers(std::initializer_list<UrlCase> cases, const std::string& prefix = {}) {
   const Api api;
   for (const UrlCase& c : cases) {
-    SCOPED_TRACE(c.why);
-    const std::string url = prefix + c.url;
-    EXPECT_EQ(Summary(api.dispatcher().Handle({"GET", url, c.contentType, c.body, {}, {}})),
-              c.answer);
+    EXPECT_EQ(Summary(api.Get(prefix + c.url, c.contentType, c.body)), c.answer) << c.why;
   }
 }
 
