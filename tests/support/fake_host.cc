@@ -321,10 +321,8 @@ std::vector<std::string> FakeHost::Published(std::string_view path) const {
 }
 
 std::vector<FakeRequest> FakeHost::RequestsTo(std::string_view path) const {
-  std::vector<FakeRequest> found;
-  for (const FakeRequest& request : requests_) {
-    if (request.Path() == path) found.push_back(request);
-  }
+  std::vector<FakeRequest> found = requests_;
+  std::erase_if(found, [path](const FakeRequest& request) { return request.Path() != path; });
   return found;
 }
 
