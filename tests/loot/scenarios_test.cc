@@ -253,43 +253,5 @@ TEST_P(ScenarioTest, WhatIsPublishedAddsUpToWhatIsAnswered) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, ScenarioTest, ::testing::Range(301, 341));
 
-// The service's answer may come before the host has named the request, long after, and twice.
-TEST_F(LootPluginTest, AnswersCountOnceWheneverTheyCome) {
-  StartWithLoot("[]");
-  int crafts = 0;
-  host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests", [&](const auto&) {
-    return Testing::FakeAnswer{200, "\"c" + std::to_string(++crafts) + "\"", "", "application/json",
-                               true};
-  });
-  const auto start = [&] {
-    auto reply = host_.StartRequest("POST", "/tav-loot/v1/recipes/a/craft", "[]");
-    host_.RunUntilIdle();
-    return reply;
-  };
-  const auto deliver = [&](int craft) {
-    host_.DeliverEvent("OnServiceProxyUuidEvent",
-                       R"({"uuid":"c)" + std::to_string(craft) +
-                           R"(","payload":"{\"status\":\"OK\",\"added\":[)" +
-                           R"({\"lootName\":\"ODD\",\"count\":1}]}"})");
-    host_.RunUntilIdle();
-  };
-  const auto early = start();
-  deliver(1);
-  deliver(1);
-  EXPECT_EQ(Item("ODD").count, -1) << "nobody knows yet whose answer it is";
-  host_.ReleaseHeld();
-  EXPECT_EQ(early->status, 200);
-  EXPECT_EQ(Item("ODD").count, 1);
-  const auto late = start();
-  const auto later = start();
-  host_.ReleaseHeld();
-  host_.AdvanceSeconds(600);
-  deliver(3);
-  EXPECT_TRUE(later->done && !late->done);
-  for (int i = 0; i < 3; ++i) deliver(2);
-  EXPECT_TRUE(late->done);
-  EXPECT_EQ(Item("ODD").count, 3) << "one for each craft";
-}
-
 }  // namespace
 }  // namespace Kest::Client::Loot
