@@ -14,7 +14,6 @@ namespace Kest {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 // Does what it is told with each line and flush.
 struct CallTarget : LogTarget {
@@ -25,12 +24,12 @@ struct CallTarget : LogTarget {
   std::function<void()> onUse;
 };
 
+Logger& logger = Logger::Instance();
 constexpr GroupMask kLateGroup = GroupMask{1} << 40;
 constexpr LogRecord kRecord = {.message = "direct"};
 
 // Which of the built-in targets a call reaches with the defaults.
 TEST(LoggerDefaults, ConsoleAndDebuggerTakeWarningsOfNoGroupOrOfDebug) {
-  Logger& logger = Logger::Instance();
   logger.ResetForTests();
   const struct {
     const char* why;
@@ -61,7 +60,6 @@ TEST(LoggerDefaults, ConsoleAndDebuggerTakeWarningsOfNoGroupOrOfDebug) {
 // By default okay and extra are dropped. Counted is what passes, whoever takes it.
 TEST(Logger, CountsWhatPassesTheGlobalFilter) {
   LogCapture log;
-  Logger& logger = Logger::Instance();
   logger.SetMinimumLevel(Level::kWarning);
   LogOkay("quiet");
   Log(Level::kError, kGroupExtra | kGroupDebug, "extra and debug");
@@ -80,7 +78,6 @@ TEST(Logger, CountsWhatPassesTheGlobalFilter) {
 }
 
 TEST(Logger, ConsoleLinesArriveWhole) {
-  Logger& logger = Logger::Instance();
   logger.ResetForTests();
   logger.Attach(logger.StandardOutput());
   ::testing::internal::CaptureStderr();
@@ -104,8 +101,8 @@ TEST(LogTarget, EntriesDriveTheTargetInMaskHalves) {
   EXPECT_EQ(entries.getExcludedMask(&log), uint64_t{0x80000000} << 32 | 2);
   EXPECT_TRUE(entries.getEnabled(&log));
   log.Detach();
-  EXPECT_FALSE(entries.getEnabled(&log));
   log.Detach();
+  EXPECT_FALSE(entries.getEnabled(&log));
   LogError("unheard");
   entries.write(&log, &kRecord);
   EXPECT_THAT(log.Lines(), ElementsAre("  OKAY|| direct"));
@@ -115,38 +112,34 @@ TEST(Logger, TargetsAreServedInOrderOfAttachmentOnce) {
   LogCapture log;
   std::string journal;
   CallTarget first([&] { journal += 'a'; }), second([&] { journal += 'b'; });
-  Logger::Instance().Attach(second);
-  Logger::Instance().Attach(first);
-  Logger::Instance().Attach(second);
+  logger.Attach(second);
+  logger.Attach(first);
+  logger.Attach(second);
   LogError("line");
-  EXPECT_EQ(Logger::Instance().FindTarget("CallTarget"), &second);
+  EXPECT_EQ(logger.FindTarget("CallTarget"), &second);
   first.Detach();
   LogError("line");
   second.Detach();
   EXPECT_EQ(journal, "bab");
 }
 
-struct HookCalls {
-  std::vector<std::string> lines;
-  bool logsItself = false;
-};
+using HookCalls = std::vector<std::string>;
 
+// Notes what a hook is given and logs a line of its own, which no target sees.
 void Record(void* context, int32_t level, uint32_t low, uint32_t high, const char* format,
             va_list arguments) {
-  auto* calls = static_cast<HookCalls*>(context);
   char text[64];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
   std::vsnprintf(text, sizeof(text), format, arguments);
 #pragma GCC diagnostic pop
-  calls->lines.push_back(Format("%1 %2 %3 %4", level, low, high, text));
-  if (calls->logsItself) LogError("from the hook");
+  static_cast<HookCalls*>(context)->push_back(Format("%1 %2 %3 %4", level, low, high, text));
+  LogError("from the hook");
 }
 
 TEST(ForwardHook, SeesEveryCallAndLeavesTheArgumentsAlone) {
   LogCapture log;
   HookCalls calls;
-  Logger& logger = Logger::Instance();
   logger.SetMinimumLevel(Level::kWarning);
   logger.SetForwardHook(Record, &calls);
   LogOkay("%s %d", "filtered", 1);
@@ -155,15 +148,13 @@ TEST(ForwardHook, SeesEveryCallAndLeavesTheArgumentsAlone) {
   LogWarning("disabled");
   logger.SetForwardHook(nullptr, nullptr);
   LogWarning("after");
-  EXPECT_THAT(calls.lines, ElementsAre("0 0 0 filtered 1", "2 1 256 kept 2 0.5", "1 0 0 disabled"));
+  EXPECT_THAT(calls, ElementsAre("0 0 0 filtered 1", "2 1 256 kept 2 0.5", "1 0 0 disabled"));
   EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|DBG;???| kept 2 0.5"));
 }
 
 TEST(Nested, LinesFromAHookOrSinkAreCountedAndDropped) {
   LogCapture log;
-  Logger& logger = Logger::Instance();
   HookCalls calls;
-  calls.logsItself = true;
   logger.SetForwardHook(Record, &calls);
   CallTarget echo([&] {
     LogWarning("from the sink");
@@ -175,7 +166,7 @@ TEST(Nested, LinesFromAHookOrSinkAreCountedAndDropped) {
   echo.Detach();
   logger.SetForwardHook(nullptr, nullptr);
   EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|| outer", " ERROR|| outer again"));
-  EXPECT_EQ(calls.lines.size(), 2u);
+  EXPECT_EQ(calls.size(), 2u);
   EXPECT_EQ(logger.WarningCount(), 2u);
   EXPECT_EQ(logger.ErrorCount(), 4u);
 }
@@ -184,11 +175,11 @@ TEST(Nested, AThrowingSinkLosesOnlyItsOwnLine) {
   LogCapture log;
   log.Detach();
   CallTarget thrower([] { throw std::bad_alloc(); });
-  Logger::Instance().Attach(thrower);
-  Logger::Instance().Attach(log);
+  logger.Attach(thrower);
+  logger.Attach(log);
   LogError("one");
   LogError("two");
-  Logger::Instance().Flush();
+  logger.Flush();
   LogTarget::Entries().write(&thrower, &kRecord);
   LogTarget::Entries().flush(&thrower);
   thrower.Detach();
@@ -210,7 +201,7 @@ TEST(LoggerThreads, ManyThreadsLogWhileTargetsComeAndGo) {
   for (int round = 0; round < 50; ++round) {
     std::atomic<bool> attached = true;
     CallTarget target([&] { EXPECT_TRUE(attached); });
-    Logger::Instance().Attach(target);
+    logger.Attach(target);
     target.SetMasks(kGroupDebug, kNoGroups);
     target.Detach();
     attached = false;
@@ -224,7 +215,7 @@ TEST(LoggerThreads, ManyThreadsLogWhileTargetsComeAndGo) {
     ASSERT_EQ(line, std::to_string(thread) + ":" + std::to_string(next[thread]++));
   }
   EXPECT_THAT(next, ::testing::Each(kLines));
-  EXPECT_EQ(Logger::Instance().WarningCount(), static_cast<uint32_t>(kThreads * kLines));
+  EXPECT_EQ(logger.WarningCount(), static_cast<uint32_t>(kThreads * kLines));
 }
 
 }  // namespace
