@@ -38,11 +38,12 @@ DevelopmentHost::~DevelopmentHost() {
 
 // Runs `work` as a task and waits for its result; nothing when it takes too long.
 template <typename Result>
-std::optional<Result> DevelopmentHost::RunTask(std::string name, std::function<Result()> work) {
+std::optional<Result> DevelopmentHost::RunTask(const std::string& name,
+                                               std::function<Result()> work) {
   auto promise = std::make_shared<std::promise<Result>>();
   std::future<Result> result = promise->get_future();
-  scheduler_.Post({.name = std::move(name),
-                   .work = [promise, work = std::move(work)] { promise->set_value(work()); }});
+  scheduler_.Post(
+      {.name = name, .work = [promise, work = std::move(work)] { promise->set_value(work()); }});
   if (result.wait_for(kTaskLimit) != std::future_status::ready) return std::nullopt;
   return result.get();
 }
@@ -55,11 +56,10 @@ Maybe<Nothing> DevelopmentHost::Start() {
   const auto started = RunTask<Maybe<Nothing>>("start", [this] { return keeper_.Start(); });
   if (!started) return Failure{"The plugin did not start in time.", kTooLate};
   if (!*started) return started->GetFailure();
-  server_->Serve({.refuse = [this](const HttpRequest& request) { return guard_.Refuse(request); },
-                  .handle =
-                      [this](HttpRequest request, Respond respond) {
-                        router_.Handle(std::move(request), std::move(respond));
-                      }});
+  server_->Serve(
+      {.refuse = [this](const HttpRequest& request) { return guard_.Refuse(request); },
+       .handle = [this](HttpRequest request,
+                        Respond respond) { router_.Handle(std::move(request), respond); }});
   return Nothing{};
 }
 

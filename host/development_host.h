@@ -49,7 +49,7 @@ class DevelopmentHost {
 
  private:
   template <typename Result>
-  std::optional<Result> RunTask(std::string name, std::function<Result()> work);
+  std::optional<Result> RunTask(const std::string& name, std::function<Result()> work);
 
   const HostOptions options_;
   EventStream stream_;

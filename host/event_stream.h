@@ -20,7 +20,7 @@ class EventStream {
  public:
   struct Limits {
     size_t events = 8192;
-    size_t bytes = 32 * 1024 * 1024;
+    size_t bytes = size_t{32} * 1024 * 1024;
   };
   struct Range {
     uint64_t first = 1;  // oldest id that is held; last + 1 when none is

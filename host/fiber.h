@@ -13,7 +13,7 @@ namespace Kest::Host {
 class Fiber {
  public:
   // What a plugin may count on; only the pages that were touched take memory.
-  static constexpr size_t kStackBytes = 1024 * 1024;
+  static constexpr size_t kStackBytes = size_t{1024} * 1024;
 
   // Throws std::bad_alloc when there is no stack to be had.
   Fiber();

@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view kPluginPrefix = "/tav-loot/";
 constexpr std::string_view kHostPrefix = "/_host/";
 constexpr std::string_view kEventsPath = "/_host/events";
-constexpr size_t kStreamPieceBytes = 64 * 1024;
+constexpr size_t kStreamPieceBytes = size_t{64} * 1024;
 
 constexpr std::string_view kPluginMethods[] = {"DELETE", "GET",  "HEAD", "OPTIONS",
                                                "PATCH",  "POST", "PUT"};
@@ -46,25 +46,24 @@ RequestRouter::RequestRouter(Scheduler* scheduler, SessionKeeper* keeper, HostCo
                              EventStream* stream)
     : scheduler_(scheduler), keeper_(keeper), control_(control), stream_(stream) {}
 
-void RequestRouter::Handle(HttpRequest request, Respond respond) {
+void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
   const std::string path(RequestTarget::Split(request.target).path);
   if (path.starts_with(kPluginPrefix)) {
     if (!IsPluginMethod(request.method)) return respond(MethodProblem(kAllPluginMethods));
-    return RunTask(std::move(request), std::move(respond),
+    return RunTask(std::move(request), respond,
                    [this](const HttpRequest& asked) { return AskPlugin(asked); });
   }
   if (path == kEventsPath) return respond(FollowEvents(request));
   if (path.starts_with(kHostPrefix)) {
-    return RunTask(std::move(request), std::move(respond),
+    return RunTask(std::move(request), respond,
                    [this](const HttpRequest& asked) { return control_->Handle(asked); });
   }
   if (path != "/") return respond(ProblemAnswer(404, "Nothing is served at " + path));
   if (request.method != "GET") return respond(MethodProblem("GET"));
-  RunTask(std::move(request), std::move(respond),
-          [this](const HttpRequest&) { return control_->Index(); });
+  RunTask(std::move(request), respond, [this](const HttpRequest&) { return control_->Index(); });
 }
 
-void RequestRouter::RunTask(HttpRequest request, Respond respond, Answer answer) {
+void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Answer answer) {
   std::string name = request.method + " " + request.target;
   auto work = [request = std::move(request), respond, answer = std::move(answer)] {
     HttpAnswer result;

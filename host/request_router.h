@@ -20,12 +20,12 @@ class RequestRouter {
   RequestRouter(Scheduler* scheduler, SessionKeeper* keeper, HostControl* control,
                 EventStream* stream);
 
-  void Handle(HttpRequest request, Respond respond);
+  void Handle(HttpRequest request, const Respond& respond);
 
  private:
   using Answer = std::function<HttpAnswer(const HttpRequest&)>;
 
-  void RunTask(HttpRequest request, Respond respond, Answer answer);
+  void RunTask(HttpRequest request, const Respond& respond, Answer answer);
   HttpAnswer AskPlugin(const HttpRequest& request);
   HttpAnswer FollowEvents(const HttpRequest& request);
 

@@ -14,7 +14,7 @@ FieldReader::FieldReader(const JsonValue& value, IssueReport& report)
 std::string FieldReader::Text(std::string_view name) {
   const JsonValue* value = FindRequired(name);
   if (value == nullptr) return "";
-  const std::string text = TextOr(name, "");
+  std::string text = TextOr(name, "");
   if (text.empty()) report_.Add(value->position(), QuoteJson(name) + " must not be empty");
   return text;
 }

@@ -17,7 +17,8 @@ struct LootKey {
   std::string refId;
 
   std::string LootId() const { return refId.empty() ? lootName : lootName + "-" + refId; }
-  friend auto operator<=>(const LootKey&, const LootKey&) = default;
+  friend auto operator<=>(const LootKey&,
+                          const LootKey&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct LootRecord {

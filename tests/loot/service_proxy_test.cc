@@ -105,6 +105,7 @@ TEST_F(ServiceProxyTest, OneMethodBasedCallAtATimeAlsoWhileItIsBeingSent) {
             R"({"serviceName":"loot","methodName":"m","requestKey":"key","flag":true,"args":[]})");
   host_.ReleaseHeld();
   EXPECT_EQ(failure_, "");
+  EXPECT_EQ(CallByMethod(), "Request already in flight") << "until its answer has come";
   EXPECT_THAT(log_.Lines(), Contains(" ERROR|| vwm-be-test: Could not invoke service proxy as "
                                      "request is already in flight"));
   Respond("OnServiceProxyMethodEvent", "", "by method");
