@@ -59,7 +59,7 @@ Maybe<Nothing> DevelopmentHost::Start() {
   server_->Serve(
       {.refuse = [this](const HttpRequest& request) { return guard_.Refuse(request); },
        .handle = [this](HttpRequest request,
-                        Respond respond) { router_.Handle(std::move(request), respond); }});
+                        const Respond& respond) { router_.Handle(std::move(request), respond); }});
   return Nothing{};
 }
 

@@ -8,7 +8,7 @@
 namespace Kest::Host {
 namespace {
 
-constexpr uintmax_t kLargestFile = 64 * 1024 * 1024;
+constexpr uintmax_t kLargestFile = uintmax_t{64} * 1024 * 1024;
 
 }  // namespace
 

@@ -44,7 +44,7 @@ JsonValue ToJson(const std::vector<std::string>& texts) {
 // A text that must be one of `words`; the first is the default.
 std::string WordOr(FieldReader& fields, IssueReport& report, std::string_view name,
                    std::initializer_list<std::string_view> words) {
-  const std::string word = fields.TextOr(name, *words.begin());
+  std::string word = fields.TextOr(name, *words.begin());
   if (std::find(words.begin(), words.end(), word) == words.end()) {
     std::string text = QuoteJson(word) + " is none of";
     for (const std::string_view known : words) text.append(" ").append(QuoteJson(known));
