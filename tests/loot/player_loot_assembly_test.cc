@@ -93,6 +93,7 @@ TEST(CollectionStatusTest, EachTypeFollowsItsCollection) {
       {"EMOTE", 13, "", "- - - - F F77 R"},
       {"EMOTE", 14, "", "- - - - O F77 O"},
       {"EMOTE", 15, "", "- - - - N F77 R"},
+      {"EMOTE_RENTAL", 15, "", "- - - - N F77 r"},
       {"SUMMONERICON", 21, "", "- icon21.png icon21.png - O F77 O"},
       {"SUMMONERICON", 22, "", "-   - O F77 O"},
       {"SUMMONERICON", 23, "", "- icon23.png icon23.png - N F77 R"},
