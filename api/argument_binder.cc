@@ -85,8 +85,9 @@ void ArgumentBinder::BindBody(std::string_view contentType, std::string_view bod
   if (!context_.Ok() || body.empty() || !argument) return;
   const std::optional<ValueFormat> format = ChooseBodyFormat(contentType);
   if (!format) return context_.Fail(kUnsupportedContentType);
-  DecodeValue(context_, {function_.Arguments()[*argument].name, function_.Name()}, *format, body,
-              &values_[*argument]);
+  const ValueOwner owner = {function_.Arguments()[*argument].name, function_.Name(),
+                            /*isBody=*/true};
+  DecodeValue(context_, owner, *format, body, &values_[*argument]);
 }
 
 void ArgumentBinder::BindList(std::span<const NamedValue> list) {

@@ -1,5 +1,7 @@
 #include "api/argument_value.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 #include <span>
 #include <string>
@@ -7,6 +9,7 @@
 
 #include "api/http_names.h"
 #include "binding/json_adapter.h"
+#include "binding/msgpack_reader.h"
 #include "log/positional_format.h"
 
 namespace Kest {
@@ -16,6 +19,9 @@ constexpr std::string_view kBlanks = " \t\r\n";
 
 // A decoder's words for the one failure that says nothing about the text.
 constexpr std::string_view kOutOfMemory = "Out of memory";
+
+// Bytes behind the first value. Misspelled for good: callers know it so.
+constexpr std::string_view kExtraBodyData = "Extra MessgePack data found in body";
 
 // A MessagePack map or array begins with such a byte, a JSON text never.
 bool BeginsMessagePack(std::string_view text) {
@@ -34,16 +40,32 @@ std::span<const uint8_t> BytesOf(std::string_view text) {
 
 // A tree from text of one format; failures are in the decoder's own words.
 struct Decoder {
+  ValueFormat format;
   std::string_view name;
   BindingProperty (*decode)(ConversionContext& context, std::string_view text);
 };
 
+BindingProperty DecodeJson(ConversionContext& context, std::string_view text) {
+  return ReadJson(context, text);
+}
+
+BindingProperty DecodeMessagePack(ConversionContext& context, std::string_view text) {
+  size_t consumed = text.size();
+  BindingProperty tree = ReadMessagePack(context, BytesOf(text), &consumed);
+  if (consumed < text.size()) context.Fail(kExtraBodyData);
+  return tree;
+}
+
 // The formats that need decoding. Whatever is missing here is refused as unsupported.
+constexpr Decoder kDecoders[] = {
+    {ValueFormat::kJson, "JSON", &DecodeJson},
+    {ValueFormat::kMessagePack, "MessagePack", &DecodeMessagePack},
+};
+
 const Decoder* FindDecoder(ValueFormat format) {
-  static constexpr Decoder kJson = {"JSON", [](ConversionContext& context, std::string_view text) {
-                                      return ReadJson(context, text);
-                                    }};
-  return format == ValueFormat::kJson ? &kJson : nullptr;
+  const auto found = std::find_if(std::begin(kDecoders), std::end(kDecoders),
+                                  [format](const Decoder& d) { return d.format == format; });
+  return found != std::end(kDecoders) ? found : nullptr;
 }
 
 }  // namespace
@@ -87,6 +109,7 @@ void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueForma
   }
   const std::string error = decoding.ErrorText();
   if (error == kOutOfMemory) throw std::bad_alloc();
+  if (owner.isBody && error == kExtraBodyData) return context.Fail(error);
   context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4", decoder->name,
                       owner.argument, owner.function, error));
 }

@@ -1,4 +1,4 @@
-// What a piece of outside text is - JSON, plain text, bytes - and its decoding.
+// What a piece of outside text is - JSON, MessagePack, plain text, bytes - and its decoding.
 #pragma once
 
 #include <cstdint>
@@ -23,10 +23,14 @@ std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType);
 struct ValueOwner {
   std::string_view argument;
   std::string_view function;
+  bool isBody = false;
 };
 
 // Decodes `text` and replaces `*target` by it. Failures:
-//   "Couldn't deserialize JSON value for parameter '%1' of '%2': %3" (%3 the decoder's words)
+//   "Couldn't deserialize JSON value for parameter '%1' of '%2': %3" (%3 the decoder's words), so
+//     for each format by its name
+//   "Extra MessgePack data found in body" for bytes behind its value; bare for a body, otherwise as
+//     the decoder's words
 //   "Unsupported body content type" for a format that has no decoder
 // Throws std::bad_alloc when memory ends.
 void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,

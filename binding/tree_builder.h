@@ -43,11 +43,15 @@ class TreeBuilder final : public ValueWriter {
   bool EndCollection() override;
   std::string_view ErrorText() const override;
 
-  // Memory of the tree for text that String and Member shall not copy; null past the bound.
+  // Memory of the tree for text and bytes that shall not be copied; null past the bound.
   char* TryReserveText(size_t bytes) { return static_cast<char*>(arena_->TryAllocate(bytes)); }
-  // For text inside such memory.
+  // For text and bytes inside such memory.
   bool StoredString(std::string_view text) {
     return Add(TreeNodes::Text(BindingKind::kString, text));
+  }
+  bool StoredBlob(std::span<const uint8_t> bytes) {
+    return Add(TreeNodes::Text(BindingKind::kBlob,
+                               {reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
   }
   bool StoredMember(std::string_view name) { return SetKey(name, /*isStored=*/true); }
 

@@ -47,8 +47,10 @@ expect_problem "a body of the wrong shape is refused" 400 "Bad Request" \
 request POST "$craft" '["CHEST_lantern"'
 expect_problem "so is broken JSON" 400 "Bad Request" \
   "Couldn't deserialize JSON value for parameter 'playerLootList' of 'CraftRecipe': Missing a comma or ']' after an array element."
-request POST "$craft" $'\x91\xadCHEST_lantern' application/x-msgpack
-expect_problem "and a body that is no JSON" 400 "Bad Request" "Unsupported body content type"
+request POST "$craft" $'\x91\xadCHEST_lantern\xc3' application/x-msgpack
+expect_problem "and MessagePack with something behind it" 400 "Bad Request" "Extra MessgePack data found in body"
+request POST "$craft" CHEST_lantern text/plain
+expect_problem "and a body of plain text" 400 "Bad Request" "Unsupported body content type"
 request POST "$craft?repeat=often" '["CHEST_lantern"]'
 expect_problem "a number must be one" 400 "Bad Request" "Value often for 'repeat' of type int32 is in an incorrect format"
 request POST "$craft?times=2" '["CHEST_lantern"]'
