@@ -4,6 +4,7 @@
 #include <chrono>
 #include <string>
 
+#include "host/api_pages.h"
 #include "host/c_views.h"
 #include "host/http_answers.h"
 #include "host/json_text.h"
@@ -84,6 +85,8 @@ const HostControl::Endpoint HostControl::kEndpoints[] = {
     {"/_host/idle", "POST", &HostControl::Idle},
     {"/_host/reset", "POST", &HostControl::Reset},
     {"/_host/log", "GET", &HostControl::Log},
+    {"/_host/help", "GET", &HostControl::Help},
+    {"/_host/openapi.json", "GET", &HostControl::OpenApi},
 };
 
 HostControl::HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
@@ -159,6 +162,16 @@ HttpAnswer HostControl::Log(std::string_view) {
   return JsonAnswer(json.EndArray().Take());
 }
 
+HttpAnswer HostControl::Help(std::string_view query) {
+  PluginSession* const session = keeper_->Current();
+  return session != nullptr ? HelpPage(*session, query) : ProblemAnswer(503, kNotRunning);
+}
+
+HttpAnswer HostControl::OpenApi(std::string_view) {
+  PluginSession* const session = keeper_->Current();
+  return session != nullptr ? OpenApiPage(*session) : ProblemAnswer(503, kNotRunning);
+}
+
 HttpAnswer HostControl::Index() {
   PluginSession* const session = keeper_->Current();
   if (session == nullptr) return ProblemAnswer(503, kNotRunning);
@@ -166,6 +179,7 @@ HttpAnswer HostControl::Index() {
   json.BeginObject().Key("plugin").Text(session->FullName());
   json.Key("version").Text(session->Version());
   json.Key("events").Text("/_host/events").Key("health").Text("/_host/health");
+  json.Key("help").Text("/_host/help").Key("openapi").Text("/_host/openapi.json");
   WriteEndpoints(session->Api(), &json);
   return JsonAnswer(json.EndObject().Take());
 }

@@ -1,5 +1,6 @@
-// The host's own control endpoints below "/_host": health, idle, reset, log, the list of everything
-// that is served. What they do not know they leave to the world.
+// The host's own control endpoints below "/_host": health, idle, reset, log, the pages about the
+// plugin's API, the list of everything that is served. What they do not know they leave to the
+// world.
 //
 // Threads: [task] on the scheduler's tasks.
 #pragma once
@@ -31,6 +32,8 @@ class HostControl {
   HttpAnswer Idle(std::string_view query);
   HttpAnswer Reset(std::string_view query);
   HttpAnswer Log(std::string_view query);
+  HttpAnswer Help(std::string_view query);
+  HttpAnswer OpenApi(std::string_view query);
   HttpAnswer AskWorld(const HttpRequest& request, std::string_view path);
 
   struct Endpoint;

@@ -79,11 +79,22 @@ HttpAnswer PluginSession::Request(const HttpRequest& request) {
                              Text(request.contentType),
                              Bytes(request.body),
                              Text(wantsMessagePack ? kMessagePack : kJson)};
+  return TakeAnswer(block.api->request(block.context, &asked));
+}
+
+HttpAnswer PluginSession::Invoke(std::string_view function, std::span<const KestValue> arguments) {
+  const KestHandshakeBlock& block = library_->Block();
+  return TakeAnswer(
+      block.api->invoke(block.context, Text(function), arguments.data(), arguments.size()));
+}
+
+// Copies what the plugin answered and gives it back.
+HttpAnswer PluginSession::TakeAnswer(const KestResponse* answered) {
+  const KestHandshakeBlock& block = library_->Block();
   const auto giveBack = [&block](const KestResponse* response) {
     block.api->release(block.context, response);
   };
-  const std::unique_ptr<const KestResponse, decltype(giveBack)> response(
-      block.api->request(block.context, &asked), giveBack);
+  const std::unique_ptr<const KestResponse, decltype(giveBack)> response(answered, giveBack);
   if (!response) return ProblemAnswer(500, "Out of memory");
   return ToAnswer(response->status, View(response->message), View(response->contentType),
                   View(response->body));

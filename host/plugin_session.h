@@ -6,7 +6,9 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "base/maybe_type.h"
 #include "host/host_services.h"
@@ -39,6 +41,8 @@ class PluginSession {
 
   // Hands a request to the plugin; answers its body, or a problem document for a failure.
   HttpAnswer Request(const HttpRequest& request);
+  // Calls a function of the plugin by its name. Answers as Request.
+  HttpAnswer Invoke(std::string_view function, std::span<const KestValue> arguments);
   // Hands a control request to the world and delivers what it causes.
   HttpAnswer Control(const HttpRequest& request, std::string_view path);
 
@@ -52,6 +56,7 @@ class PluginSession {
   PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
                 const Surroundings& surroundings);
 
+  HttpAnswer TakeAnswer(const KestResponse* answered);
   void Leave();
 
   const std::unique_ptr<PluginLibrary> library_;

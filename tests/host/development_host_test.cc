@@ -89,6 +89,11 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
       {Simple("GET /"), "200 ", R"("endpoints":[]})"},
       {Simple("GET /_host/health"), "200 ", "}"},
       {Simple("GET /_host/log"), "200 ", "\r\n\r\n[]"},
+      {Simple("GET /_host/help"), "200 ", R"({"types":[{"name":"Echo"}]})"},
+      {Simple("GET /_host/help?format=Epytext"), "200 ", "\r\n\r\nEcho\r\n"},
+      {Simple("GET /_host/help?format=x"), "400 ", R"("detail":"no such format"})"},
+      {Simple("GET /_host/openapi.json"), "200 ", R"("x-events":{}})"},
+      {Simple("POST /_host/openapi.json"), "405 ", "}"},
       {Simple("GET /_host/nothing"), "404 ", "}"},
       {WithBody(kBody, "text/plain", "x"), "415 ", "}"},
       {WithBody(kBody, "application/json; charset=utf-8", R"({"phase":"Lobby"})"), "200 ", "}"},
@@ -101,7 +106,8 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
     EXPECT_THAT(answer, StartsWith(std::string("HTTP/1.1 ") + c.status));
     EXPECT_THAT(answer, EndsWith(c.ending));
     const bool isFailure = answer[9] >= '4';
-    EXPECT_EQ(answer.find("application/problem+json") != std::string::npos, isFailure);
+    EXPECT_EQ(answer.find("Content-Type: application/problem+json") != std::string::npos,
+              isFailure);
   }
 }
 

@@ -81,10 +81,27 @@ static const KestResponse* KEST_ABI OnRequest(void* context, const KestRequest* 
   return &answer->response;
 }
 
+/* Knows Help, in its default form and as a text. */
 static const KestResponse* KEST_ABI OnInvoke(void* context, KestText name,
                                              const KestValue* arguments, size_t count) {
-  (void)context, (void)name, (void)arguments, (void)count;
-  return NULL;
+  (void)context;
+  if (!Is(name, "$builtin.Help")) return NULL;
+  struct Answer* answer = calloc(1, sizeof(*answer));
+  if (answer == NULL) return NULL;
+  const KestText format = {count == 0 ? "Full" : (const char*)arguments->bytes.data,
+                           count == 0 ? strlen("Full") : arguments->bytes.size};
+  answer->response.status = 200;
+  if (Is(format, "Full")) {
+    strcpy(answer->body, "{\"types\":[{\"name\":\"Echo\"}]}");
+  } else if (Is(format, "Epytext")) {
+    strcpy(answer->body, "\"Echo\\r\\n\"");
+  } else {
+    Fail(answer, 400, "no such format");
+  }
+  answer->response.contentType = Text("application/json");
+  answer->response.body.data = (const uint8_t*)answer->body;
+  answer->response.body.size = strlen(answer->body);
+  return &answer->response;
 }
 
 static void KEST_ABI OnRelease(void* context, const KestResponse* response) {

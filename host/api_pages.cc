@@ -1,0 +1,49 @@
+#include "host/api_pages.h"
+
+#include <string>
+#include <utility>
+
+#include "host/c_views.h"
+#include "host/http_answers.h"
+#include "host/openapi/openapi_document.h"
+#include "host/request_target.h"
+#include "host/world/json_reader.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kHelp = "$builtin.Help";
+constexpr std::string_view kFormat = "format";
+constexpr std::string_view kFullFormat = "Full";
+
+HttpAnswer AskHelp(PluginSession& session, std::string_view format) {
+  const KestValue argument = {Text(kFormat), {}, Bytes(format)};
+  return session.Invoke(kHelp, {&argument, 1});
+}
+
+}  // namespace
+
+HttpAnswer HelpPage(PluginSession& session, std::string_view query) {
+  const auto format = RequestTarget{{}, query}.Parameter(kFormat);
+  HttpAnswer answer = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
+  if (answer.status != 200 || !answer.body.starts_with('"')) return answer;
+  auto text = ReadJson(answer.body);
+  if (!text || text.GetValue().AsText() == nullptr) return answer;
+  return {.status = 200,
+          .contentType = "text/plain; charset=utf-8",
+          .body = *text.GetValue().AsText(),
+          .allow = {}};
+}
+
+HttpAnswer OpenApiPage(PluginSession& session) {
+  HttpAnswer help = AskHelp(session, kFullFormat);
+  if (help.status != 200) return help;
+  auto document = MakeOpenApiDocument({.name = session.FullName(),
+                                       .version = session.Version(),
+                                       .api = &session.Api(),
+                                       .help = help.body});
+  return document ? JsonAnswer(std::move(document.GetValue()))
+                  : ProblemAnswer(500, document.GetFailure().text);
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,21 @@
+// The pages that tell about the plugin's API: "/_host/help" and "/_host/openapi.json".
+//
+// Threads: [task] on the scheduler's tasks.
+#pragma once
+
+#include <string_view>
+
+#include "host/http_message.h"
+#include "host/plugin_session.h"
+
+namespace Kest::Host {
+
+// What the plugin's Help answers, in the form that `query` asks for ("format=Epytext"), or in its
+// default form. A text is served as "text/plain; charset=utf-8", everything else as it comes. A
+// format the plugin does not know is refused in its own words.
+HttpAnswer HelpPage(PluginSession& session, std::string_view query);
+
+// The OpenAPI document of the plugin and this host.
+HttpAnswer OpenApiPage(PluginSession& session);
+
+}  // namespace Kest::Host

@@ -1,0 +1,18 @@
+// Schemas of the events a plugin sends and knows.
+#pragma once
+
+#include "host/openapi/api_help.h"
+#include "host/world/json_value.h"
+#include "plugin/host_interface.h"
+
+namespace Kest::Host {
+
+// What the event stream tells of the plugin's resources: one schema for each resource that can be
+// read, named after the function that reads it ("GetEnabledEvent"), and last "ResourceEvent", any
+// one of them.
+JsonValue::Object ResourceEventSchemas(const KestApiDescriptor& api);
+
+// By name, the events the plugin's API names, with their descriptions and payload schemas.
+JsonValue::Object NamedEvents(const ApiHelp& help);
+
+}  // namespace Kest::Host
