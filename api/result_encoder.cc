@@ -1,8 +1,10 @@
 #include "api/result_encoder.h"
 
+#include "api/accept.h"
 #include "api/http_names.h"
 #include "binding/conversion_context.h"
 #include "binding/json_writer.h"
+#include "binding/msgpack_writer.h"
 #include "log/positional_format.h"
 
 namespace Kest {
@@ -11,22 +13,13 @@ namespace {
 constexpr std::string_view kNoConversion =
     "Failed to convert type {type} to BindingProperty for serialization";
 
-void WriteJsonBody(ConversionContext& context, const FunctionCall& call, const NativeResult& result,
-                   Response* response) {
-  response->contentType = kContentTypeJson;
-  JsonWriter writer(&response->body);
+// Appends the value to the body through a `Writer`.
+template <typename Writer>
+void WriteBody(ConversionContext& context, const FunctionCall& call, const NativeResult& result,
+               Response* response) {
+  Writer writer(&response->body);
   result.accessor.Read(context, result.value, call.function.Record().returns, writer);
   writer.Finish(context);
-}
-
-// One encoding for bodies, its content type included.
-using BodyEncoder = void (*)(ConversionContext&, const FunctionCall&, const NativeResult&,
-                             Response*);
-
-// The one place that looks at what the caller accepts. JSON is the only encoding so far, and
-// the answer to every other wish.
-BodyEncoder ChooseEncoder(std::string_view) {
-  return &WriteJsonBody;
 }
 
 }  // namespace
@@ -34,7 +27,16 @@ BodyEncoder ChooseEncoder(std::string_view) {
 Response EncodeResult(const FunctionCall& call, const NativeResult& result) {
   ConversionContext context(call.registry);
   Response response;
-  ChooseEncoder(call.accept)(context, call, result, &response);
+  switch (ChooseResultFormat(call.accept)) {
+    case ResultFormat::kJson:
+      response.contentType = kContentTypeJson;
+      WriteBody<JsonWriter>(context, call, result, &response);
+      break;
+    case ResultFormat::kMessagePack:
+      response.contentType = kContentTypeMessagePack;
+      WriteBody<MessagePackWriter>(context, call, result, &response);
+      break;
+  }
   if (context.Ok()) return response;
   return InternalServerError(FormatNamed(kNoConversion, {{"type", result.typeName}}));
 }

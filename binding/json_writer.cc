@@ -62,20 +62,9 @@ char EscapeLetter(char c) {
 
 }  // namespace
 
-// Space for `bytes` more. Whoever fills it moves next_ once, at the end.
-inline char* JsonWriter::Room(size_t bytes) {
-  if (static_cast<size_t>(block_.data() + kBlockBytes - next_) < bytes) Flush();
-  return next_;
-}
-
-void JsonWriter::Flush() {
-  out_->append(block_.data(), static_cast<size_t>(next_ - block_.data()));
-  next_ = block_.data();
-}
-
 // Space for a value of `bytes`, behind the comma it may need.
 inline char* JsonWriter::BeginValue(size_t bytes) {
-  char* to = Room(bytes + 1);
+  char* to = block_.Room(bytes + 1);
   if (needsComma_) *to++ = ',';
   needsComma_ = true;
   return to;
@@ -84,7 +73,7 @@ inline char* JsonWriter::BeginValue(size_t bytes) {
 inline bool JsonWriter::Word(std::string_view word) {
   char* to = BeginValue(word.size());
   std::memcpy(to, word.data(), word.size());
-  next_ = to + word.size();
+  block_.FilledTo(to + word.size());
   return true;
 }
 
@@ -98,7 +87,7 @@ bool JsonWriter::Bool(bool value) {
 template <typename Integer>
 bool JsonWriter::Number(Integer value) {
   char* to = BeginValue(kMaxInteger);
-  next_ = std::to_chars(to, to + kMaxInteger, value).ptr;
+  block_.FilledTo(std::to_chars(to, to + kMaxInteger, value).ptr);
   return true;
 }
 
@@ -115,12 +104,12 @@ bool JsonWriter::Float(double value) {
     return false;
   }
   char* to = BeginValue(kMaxJsonFloat);
-  next_ = to + WriteJsonFloat(value, to);
+  block_.FilledTo(to + WriteJsonFloat(value, to));
   return true;
 }
 
 bool JsonWriter::String(std::string_view text) {
-  next_ = Quote(text);
+  block_.FilledTo(Quote(text));
   return true;
 }
 
@@ -141,15 +130,15 @@ bool JsonWriter::Enum(const TypeRecord& type, int32_t value) {
 inline bool JsonWriter::Open(char bracket) {
   char* to = BeginValue(1);
   *to = bracket;
-  next_ = to + 1;
+  block_.FilledTo(to + 1);
   needsComma_ = false;
   return true;
 }
 
 inline bool JsonWriter::Close(char bracket) {
-  char* to = Room(1);
+  char* to = block_.Room(1);
   *to = bracket;
-  next_ = to + 1;
+  block_.FilledTo(to + 1);
   needsComma_ = true;
   return true;
 }
@@ -170,16 +159,16 @@ bool JsonWriter::EndCollection() {
 bool JsonWriter::Member(std::string_view name) {
   char* to = Quote(name);
   *to = ':';
-  next_ = to + 1;
+  block_.FilledTo(to + 1);
   needsComma_ = false;
   return true;
 }
 
 // Writes a text in quotes, behind the comma it may need. Answers where it ends; one byte more fits.
 inline char* JsonWriter::Quote(std::string_view text) {
-  char* to = BeginValue(std::min(text.size(), kBlockBytes / 2) + kQuoteSlack);
+  char* to = BeginValue(std::min(text.size(), OutputBlock::kBytes / 2) + kQuoteSlack);
   *to++ = '"';
-  if (text.size() <= kBlockBytes / 2) {
+  if (text.size() <= OutputBlock::kBytes / 2) {
     const size_t plain = CopyPlain(text, to);
     to += plain;
     if (plain == text.size()) {
@@ -188,20 +177,21 @@ inline char* JsonWriter::Quote(std::string_view text) {
     }
     text.remove_prefix(plain);
   }
-  next_ = to;
+  block_.FilledTo(to);
   return QuoteRest(text);
 }
 
 // Writes the rest of a text, part by part, and its closing quote.
 char* JsonWriter::QuoteRest(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view part = text.substr(0, kBlockBytes / 2);
-    const size_t plain = CopyPlain(part, Room(part.size() + kQuoteSlack));
-    next_ += plain;
+    const std::string_view part = text.substr(0, OutputBlock::kBytes / 2);
+    char* to = block_.Room(part.size() + kQuoteSlack);
+    const size_t plain = CopyPlain(part, to);
+    block_.FilledTo(to + plain);
     text.remove_prefix(plain);
     if (plain < part.size()) Escape(&text);
   }
-  char* to = Room(kQuoteSlack);
+  char* to = block_.Room(kQuoteSlack);
   *to = '"';
   return to + 1;
 }
@@ -210,13 +200,13 @@ char* JsonWriter::QuoteRest(std::string_view text) {
 // its UTF-8 bytes, or as the replacement of a byte that is none.
 void JsonWriter::Escape(std::string_view* text) {
   constexpr char kHexDigits[] = "0123456789ABCDEF";
-  char* const to = Room(kMaxEscape);
+  char* const to = block_.Room(kMaxEscape);
   const char c = text->front();
   if (static_cast<uint8_t>(c) >= 0x80) {
     const size_t size = Utf8CharacterSize(*text);
     const std::string_view shown = size > 0 ? text->substr(0, size) : kReplacement;
     std::memcpy(to, shown.data(), shown.size());
-    next_ = to + shown.size();
+    block_.FilledTo(to + shown.size());
     if (size == 0) ++replacedBytes_;
     text->remove_prefix(std::max<size_t>(size, 1));
     return;
@@ -224,22 +214,18 @@ void JsonWriter::Escape(std::string_view* text) {
   text->remove_prefix(1);
   to[0] = '\\';
   to[1] = EscapeLetter(c);
-  next_ = to + 2;
+  block_.FilledTo(to + 2);
   if (to[1] == 'u') {
     to[2] = to[3] = '0';
     to[4] = kHexDigits[c >> 4];
     to[5] = kHexDigits[c & 15];
-    next_ = to + kMaxEscape;
+    block_.FilledTo(to + kMaxEscape);
   }
 }
 
 void JsonWriter::Finish(const ConversionContext& context) {
-  if (!context.Ok()) {
-    out_->resize(start_);
-    return;
-  }
-  Flush();
-  if (replacedBytes_ > 0) {
+  block_.Finish(context.Ok());
+  if (context.Ok() && replacedBytes_ > 0) {
     LogWarning("JSON text: %zu bytes that are not UTF-8 were replaced", replacedBytes_);
   }
 }

@@ -1,11 +1,11 @@
 // Writes values as compact JSON text.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "binding/output_block.h"
 #include "binding/value_writer.h"
 
 namespace Kest {
@@ -17,15 +17,12 @@ class ConversionContext;
 // written by name, by number where they have none; a byte that is no UTF-8 as U+FFFD. NaN,
 // infinities and blobs that are no UTF-8 cannot be written.
 //
-// It gathers in a block of its own, so the text grows in large steps and nothing is allocated when
-// it has room. Finish ends it: before, the text is incomplete.
+// It allocates nothing when the text has room. Finish ends it: before, the text is incomplete.
 // Threads: one.
 class JsonWriter final : public ValueWriter {
  public:
   // `out` is borrowed until Finish.
-  explicit JsonWriter(std::string* out) : out_(out), start_(out->size()) {}
-  JsonWriter(const JsonWriter&) = delete;
-  JsonWriter& operator=(const JsonWriter&) = delete;
+  explicit JsonWriter(std::string* out) : block_(out) {}
 
   bool Null() override;
   bool Bool(bool value) override;
@@ -47,8 +44,6 @@ class JsonWriter final : public ValueWriter {
   void Finish(const ConversionContext& context);
 
  private:
-  char* Room(size_t bytes);
-  void Flush();
   char* BeginValue(size_t bytes);
   char* Quote(std::string_view text);
   char* QuoteRest(std::string_view text);
@@ -59,14 +54,10 @@ class JsonWriter final : public ValueWriter {
   bool Open(char bracket);
   bool Close(char bracket);
 
-  static constexpr size_t kBlockBytes = 8192;
-  std::string* out_;
-  size_t start_;  // size of *out_ before this value
+  OutputBlock block_;
   std::string_view error_;
   size_t replacedBytes_ = 0;
   bool needsComma_ = false;  // a value ended last
-  std::array<char, kBlockBytes> block_;
-  char* next_ = block_.data();
 };
 
 }  // namespace Kest

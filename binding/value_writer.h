@@ -1,5 +1,6 @@
 // The one way values leave: whoever walks a native value or a tree tells a ValueWriter what it
-// meets. Writers exist for trees (TreeBuilder) and JSON text (JsonWriter).
+// meets. Writers exist for trees (TreeBuilder), JSON text (JsonWriter) and MessagePack
+// (MessagePackWriter).
 #pragma once
 
 #include <cstddef>

@@ -27,6 +27,12 @@ TEST(Dispatcher, AnswersEachResultWithItsStatus) {
   for (const char* method : {"POST", "get"}) {
     EXPECT_EQ(api.dispatcher().Handle({method, "/held", {}, {}, {}, {}}).status, 404);
   }
+  const auto packed = [&api](std::string_view url) {
+    return api.dispatcher().Handle({"GET", url, {}, {}, "application/x-msgpack", {}});
+  };
+  EXPECT_EQ(packed("/no-slot"), (Response{200, "", "application/x-msgpack", "\xC0"}));
+  EXPECT_EQ(packed("/no-number").body, std::string("\xCA\x7F\xC0\0\0", 5));
+  EXPECT_EQ(packed("/no-type").contentType, "") << "failures have no encoding";
 
   const LogCapture log;
   EXPECT_EQ(Summary(api.Get("/throw/memory")), "500 Out of memory");

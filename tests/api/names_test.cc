@@ -1,3 +1,4 @@
+#include "api/accept.h"
 #include "api/argument_value.h"
 #include "api/http_names.h"
 #include "api/query_text.h"
@@ -52,6 +53,36 @@ TEST(QueryText, SplitsFirstAndDecodesOnce) {
   EXPECT_EQ(PercentDecode("a+b%2Bc", PlusSign::kIsPlus), "a+b+c");
   EXPECT_EQ(SplitUrl("/a?b?c").query, "b?c");
   EXPECT_EQ(SplitUrl("/a").path, "/a");
+}
+
+TEST(Accept, MessagePackMustBeNamedAndWantedMore) {
+  ExpectEach<std::string, std::string>(
+      {{"nothing", "", "JSON"},
+       {"by name, whatever the case", " Application/X-MsgPack ", "MessagePack"},
+       {"its relative is another type", "application/x-msgpack-ext", "JSON"},
+       {"wildcards do not name it", "*/*, application/json;q=0", "JSON"},
+       {"a tie", "application/x-msgpack, application/json", "JSON"},
+       {"a tie below the best", "application/json;q=0.50,application/x-msgpack;q=0.5", "JSON"},
+       {"a name against a wildcard", "*/*, application/x-msgpack", "MessagePack"},
+       {"wanted less", "application/x-msgpack;q=0.9, application/json;q=0.901", "JSON"},
+       {"wanted less than a wildcard", "application/x-msgpack;q=0.3, application/*;q=0.4", "JSON"},
+       {"wanted more", "application/json;q=0.9;a=b, application/x-msgpack;v=1", "MessagePack"},
+       {"the closest range of JSON counts",
+        "application/json;q=0.1, */*, application/*, application/x-msgpack;q=0.2", "MessagePack"},
+       {"the best of a type counts", "application/x-msgpack;q=0.1, application/x-msgpack, text/*",
+        "MessagePack"},
+       {"excluded", "application/x-msgpack;q=0.000", "JSON"},
+       {"neither", "text/html", "JSON"},
+       {"JSON excluded", "application/json;q=0, application/x-msgpack;q=0.001", "MessagePack"},
+       {"no quality", "application/x-msgpack;q=2", "JSON"},
+       {"nor this", "application/x-msgpack;q=0,5", "JSON"},
+       {"nor that, and the rest counts", "application/x-msgpack;Q=a, application/x-msgpack;q=1.000",
+        "MessagePack"},
+       {"separators in quotes", "text/x;a=\",application/x-msgpack;\\\"\"", "JSON"},
+       {"empty parts, open quote", ",;, application/x-msgpack; q = 1 ;a=\"", "MessagePack"}},
+      [](const std::string& accept) {
+        return ChooseResultFormat(accept) == ResultFormat::kMessagePack ? "MessagePack" : "JSON";
+      });
 }
 
 TEST(ValueFormat, ContentTypeDecidesBeforeTheFirstCharacters) {

@@ -1,6 +1,8 @@
 #include <cmath>
+#include <random>
 
 #include "binding/msgpack_reader.h"
+#include "binding/msgpack_writer.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest {
@@ -115,6 +117,141 @@ TEST(ReadMessagePack, FailuresNameTheItemTheyBeginAt) {
     EXPECT_TRUE(ReadMessagePack(context, BytesOf(c.bytes), &consumed) == BindingProperty());
     EXPECT_EQ(context.ErrorText(), c.failure) << c.why;
     EXPECT_EQ(consumed, 77u) << c.why;
+  }
+}
+
+std::string Packed(const BindingProperty& tree) {
+  ConversionContext context(Registry());
+  std::string bytes;
+  MessagePackWriter writer(&bytes);
+  EXPECT_TRUE(WriteTree(tree, writer));
+  writer.Finish(context);
+  return bytes;
+}
+
+TEST(MessagePackWriter, TakesTheShortestFormOfTheKind) {
+  const auto filled = [](size_t size) { return std::string(size, 'z'); };
+  const struct {
+    const char* why;
+    BindingProperty tree;
+    std::string start;
+    size_t size;
+  } cases[] = {
+      {"unsigned", Unsigned(127), "\x7F", 1},
+      {"just no fixint", Unsigned(128), "\xCC\x80", 2},
+      {"16 bits", Unsigned(256), "\xCD\x01\0"s, 3},
+      {"32 bits", Unsigned(65536), "\xCE\0\x01"s, 5},
+      {"64 bits", Unsigned(uint64_t{1} << 32), "\xCF\0\0\0\x01"s, 9},
+      {"signed", Signed(127), "\x7F", 1},
+      {"signed stays so", Signed(128), "\xD1\0\x80"s, 3},
+      {"lowest fixint", Signed(-32), "\xE0", 1},
+      {"just no fixint", Signed(-33), "\xD0\xDF", 2},
+      {"lowest of 8 bits", Signed(-128), "\xD0\x80", 2},
+      {"16 bits", Signed(-129), "\xD1\xFF\x7F", 3},
+      {"32 bits", Signed(-32769), "\xD2\xFF\xFF\x7F\xFF", 5},
+      {"64 bits", Signed(INT64_MIN), "\xD3\x80", 9},
+      {"nothing is lost in 32 bits", Float(-0.0), "\xCA\x80", 5},
+      {"largest of 32 bits", Float(3.4028234663852886e38), "\xCA\x7F\x7F\xFF\xFF", 5},
+      {"not exact there", Float(0.1), "\xCB\x3F\xB9", 9},
+      {"too large there", Float(1e39), "\xCB\x48", 9},
+      {"not a number", Float(NAN), "\xCA\x7F\xC0", 5},
+      {"infinity", Float(-INFINITY), "\xCA\xFF\x80", 5},
+      {"by name", Enum(-4),
+       "\xA6"
+       "Fabled",
+       7},
+      {"nameless", Enum(77), "\x4D", 1},
+      {"fixstr", Text(filled(31)), "\xBFz", 32},
+      {"str 8", Text(filled(32)), "\xD9\x20z", 34},
+      {"str 16", Text(filled(256)), "\xDA\x01\0z"s, 259},
+      {"str 32, above one block", Text(filled(65536)), "\xDB\0\x01\0\0z"s, 65541},
+      {"bin 8", Blob("\xFF"), "\xC4\x01\xFF", 3},
+      {"bin 16", Blob(filled(65535)), "\xC5\xFF\xFFz", 65538},
+      {"fixarray", Tree("[[],{}]"), "\x92\x90\x80", 3},
+      {"fixmap", Tree(R"({"a":null})"),
+       "\x81\xA1"
+       "a\xC0",
+       4},
+  };
+  for (const auto& c : cases) {
+    const std::string bytes = Packed(c.tree);
+    EXPECT_EQ(bytes.substr(0, c.start.size()), c.start) << c.why;
+    EXPECT_EQ(bytes.size(), c.size) << c.why;
+  }
+  BindingProperty list;
+  list.TakeElement(15);
+  EXPECT_EQ(Packed(list).substr(0, 4), "\xDC\0\x10\xC0"s);
+  list.TakeElement(65535);
+  EXPECT_EQ(Packed(list).substr(0, 6), "\xDD\0\x01\0\0\xC0"s);
+}
+
+TEST(MessagePackWriter, SizesAbove32BitsLeaveNothingBehind) {
+  if constexpr (sizeof(size_t) > 4) {
+    const auto size = static_cast<size_t>(uint64_t{1} << 32);
+    for (int form = 0; form < 4; ++form) {
+      std::string bytes = "kept";
+      MessagePackWriter writer(&bytes);
+      ConversionContext context(Registry());
+      writer.BeginCollection(1);
+      const bool isWritten = form == 0   ? writer.BeginCollection(size)
+                             : form == 1 ? writer.BeginStructure(size)
+                             : form == 2 ? writer.String({"", size})
+                                         : writer.Blob({BytesOf("").data(), size});
+      CheckWritten(context, isWritten, writer);
+      writer.Finish(context);
+      EXPECT_EQ(context.ErrorText(), "A size above 4294967295 cannot be written as MessagePack.");
+      EXPECT_EQ(bytes, "kept");
+    }
+  }
+}
+
+BindingProperty RandomTree(std::mt19937_64& engine, int depth) {
+  const auto below = [&engine](uint64_t end) { return engine() % end; };
+  const uint64_t bits = engine() >> below(64);
+  const std::string text(below(9) == 0 ? below(70'000) : below(40), static_cast<char>(bits));
+  BindingProperty tree;
+  switch (below(depth > 0 ? 9 : 7)) {
+    case 0:
+      return tree;
+    case 1:
+      return Bool(bits % 2 == 0);
+    case 2:
+      return Signed(static_cast<int64_t>(below(2) == 0 ? bits : 0 - bits));
+    case 3:  // below, the form is that of signed numbers
+      return Unsigned(bits | 128);
+    case 4:
+      return Float(static_cast<double>(static_cast<int64_t>(bits)) / 1024);
+    case 5:
+      return Text(text);
+    case 6:
+      return Blob(text);
+    case 7:
+      tree.SetCollection();
+      for (uint64_t i = below(20); i > 0; --i) tree.Append() = RandomTree(engine, depth - 1);
+      return tree;
+    default:
+      tree.SetStructure();
+      for (uint64_t i = below(20); i > 0; --i) {
+        tree.TakeMember(text + std::to_string(below(99))) = RandomTree(engine, depth - 1);
+      }
+      return tree;
+  }
+}
+
+TEST(MessagePackWriter, WhatIsWrittenReadsBackEqual) {
+  std::mt19937_64 engine(301);
+  for (int round = 0; round < 1000; ++round) {
+    const BindingProperty tree = RandomTree(engine, 3);
+    const std::string bytes = Packed(tree);
+    ConversionContext context(Registry());
+    size_t consumed = 0;
+    ASSERT_TRUE(ReadMessagePack(context, BytesOf(bytes), &consumed) == tree) << "round " << round;
+    ASSERT_EQ(consumed, bytes.size());
+    // No part of it is whole.
+    if (const size_t cut = engine() % bytes.size(); cut > 0 || bytes.size() == 1) {
+      ReadMessagePack(context, BytesOf(bytes).first(cut), &consumed);
+      ASSERT_FALSE(context.Ok()) << "round " << round;
+    }
   }
 }
 
