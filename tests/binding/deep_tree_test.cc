@@ -1,8 +1,9 @@
 // A million nested values on a stack of 256 KiB: no walk of a tree may recurse.
-#include <pthread.h>
-
 #include "binding/binding_property.h"
+#include "binding/msgpack_reader.h"
+#include "binding/msgpack_writer.h"
 #include "tests/binding/binding_samples.h"
+#include "tests/support/small_stack.h"
 
 namespace Kest {
 namespace {
@@ -11,41 +12,65 @@ using namespace Samples;
 
 constexpr size_t kDepth = 1'000'000;
 
-void RunOnSmallStack(void* (*work)(void*)) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, work, nullptr), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
+struct Format {
+  const char* why;
+  BindingProperty (*read)(ConversionContext& context, std::string_view text);
+  void (*write)(ConversionContext& context, const BindingProperty& tree, std::string* out);
+  std::string open, innermost, close;
+  const char* unclosed;  // why the opening half alone is refused
+};
+
+BindingProperty ReadPacked(ConversionContext& context, std::string_view text) {
+  size_t consumed = 0;
+  return ReadMessagePack(context, {reinterpret_cast<const uint8_t*>(text.data()), text.size()},
+                         &consumed);
 }
 
-void WalkEveryWay(std::string_view open, std::string_view close) {
+void WritePacked(ConversionContext& context, const BindingProperty& tree, std::string* out) {
+  MessagePackWriter writer(out);
+  CheckWritten(context, WriteTree(tree, writer), writer);
+  writer.Finish(context);
+}
+
+BindingProperty ReadText(ConversionContext& context, std::string_view text) {
+  return ReadJson(context, text);
+}
+
+void WalkEveryWay(const Format& format) {
   std::string text;
-  for (size_t i = 0; i < kDepth; ++i) text += open;
-  text += "null";
-  for (size_t i = 0; i < kDepth; ++i) text += close;
+  for (size_t i = 0; i < kDepth; ++i) text += format.open;
+  ConversionContext refused(Registry());
+  format.read(refused, text);
+  EXPECT_EQ(refused.ErrorText(), format.unclosed);
+  text += format.innermost;
+  for (size_t i = 0; i < kDepth; ++i) text += format.close;
+  ConversionContext context(Registry());
   BindingProperty copy;
   {
-    const BindingProperty tree = Tree(text);
-    ConversionContext context(Registry());
+    const BindingProperty tree = format.read(context, text);
     Assign(context, "p", tree, &copy);
     EXPECT_TRUE(copy == tree);
     EXPECT_TRUE(ToProperty(context, tree) == tree);
   }
-  EXPECT_TRUE(Json(copy) == text);
+  std::string written;
+  format.write(context, copy, &written);
+  EXPECT_TRUE(context.Ok()) << context.ErrorText();
+  EXPECT_TRUE(written == text);
 }
 
 TEST(DeepTree, AMillionNestedValuesNeedNoDeepStack) {
-  RunOnSmallStack([](void*) -> void* {
-    WalkEveryWay("[", "]");
-    WalkEveryWay("{\"a\":", "}");
-    ConversionContext context(Registry());
-    ReadJson(context, std::string(kDepth, '['));
-    EXPECT_EQ(context.ErrorText(), "Invalid value.");
-    return nullptr;
-  });
+  const Format formats[] = {
+      {"JSON lists", &ReadText, &WriteJson, "[", "null", "]", "Invalid value."},
+      {"JSON objects", &ReadText, &WriteJson, "{\"a\":", "null", "}", "Invalid value."},
+      {"MessagePack arrays", &ReadPacked, &WritePacked, "\x91", "\xC0", "",
+       "Invalid MessagePack data. 8-bit integer value at position 1000000 is truncated."},
+      {"MessagePack maps", &ReadPacked, &WritePacked, "\x81\xA1m", "\xC0", "",
+       "Invalid MessagePack data. 8-bit integer value at position 3000000 is truncated."},
+  };
+  for (const Format& format : formats) {
+    SCOPED_TRACE(format.why);
+    Testing::RunOnSmallStack([&format] { WalkEveryWay(format); });
+  }
 }
 
 }  // namespace
