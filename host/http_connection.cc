@@ -44,6 +44,18 @@ std::string FieldOf(const Fields& fields, http::field name) {
   return Copy(fields[name]);
 }
 
+// A list that may stand in several fields.
+template <typename Fields>
+std::string ListOf(const Fields& fields, http::field name) {
+  std::string list;
+  const auto [first, last] = fields.equal_range(name);
+  for (auto field = first; field != last; ++field) {
+    if (!list.empty()) list += ", ";
+    list += Copy(field->value());
+  }
+  return list;
+}
+
 // "http://name:port/path" as sent to proxies: its name stands for the Host header.
 void SplitAbsoluteTarget(HttpRequest* request) {
   constexpr std::string_view kScheme = "http://";
@@ -156,7 +168,7 @@ HttpRequest HttpConnection::TakeRequest() {
   request.host = FieldOf(message, http::field::host);
   request.origin = FieldOf(message, http::field::origin);
   request.contentType = FieldOf(message, http::field::content_type);
-  request.accept = FieldOf(message, http::field::accept);
+  request.accept = ListOf(message, http::field::accept);
   request.lastEventId = Copy(message["Last-Event-ID"]);
   request.body = std::move(message.body());
   SplitAbsoluteTarget(&request);
@@ -204,6 +216,7 @@ void HttpConnection::Send(HttpAnswer answer, bool andClose) {
   response_.set(http::field::cache_control, "no-store");
   response_.set("X-Content-Type-Options", "nosniff");
   if (!answer.allow.empty()) response_.set(http::field::allow, answer.allow);
+  if (answer.variesByAccept) response_.set(http::field::vary, "Accept");
   if (!answer.contentType.empty()) response_.set(http::field::content_type, answer.contentType);
   if (answer.status != 204) response_.content_length(answer.body.size());
   response_.keep_alive(!closeAfter_);

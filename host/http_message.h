@@ -13,7 +13,7 @@ struct HttpRequest {
   std::string host;         // the Host header; empty when there is none
   std::string origin;       // the Origin header; empty when there is none
   std::string contentType;  // of `body`
-  std::string accept;
+  std::string accept;       // the Accept headers, as one list
   std::string lastEventId;  // the Last-Event-ID header
   std::string body;
 };
@@ -31,6 +31,7 @@ struct HttpAnswer {
   std::string contentType;  // empty without a body
   std::string body;
   std::string allow;                             // the methods a 405 names
+  bool variesByAccept = false;                   // what was accepted decided about the body
   std::unique_ptr<HttpStream> stream = nullptr;  // instead of `body`
 };
 

@@ -8,13 +8,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr std::string_view kJson = "application/json";
-constexpr std::string_view kMessagePack = "application/x-msgpack";
-
-bool Names(std::string_view header, std::string_view contentType) {
-  return header.find(contentType) != std::string_view::npos;
-}
-
 HttpAnswer ToAnswer(int status, std::string_view message, std::string_view contentType,
                     std::string_view body) {
   if (status < 200 || status > 599) {
@@ -70,15 +63,11 @@ void PluginSession::Leave() {
 
 HttpAnswer PluginSession::Request(const HttpRequest& request) {
   const KestHandshakeBlock& block = library_->Block();
-  // Ordinary headers stay here: the plugin takes header pairs for arguments of its functions.
-  const bool wantsMessagePack = Names(request.accept, kMessagePack);
-  const KestRequest asked = {Text(request.method),
-                             Text(request.target),
-                             nullptr,
-                             0,
-                             Text(request.contentType),
-                             Bytes(request.body),
-                             Text(wantsMessagePack ? kMessagePack : kJson)};
+  // Ordinary headers stay here: the plugin takes header pairs for arguments of its functions. What
+  // the client accepts has a place of its own.
+  const KestRequest asked = {
+      Text(request.method), Text(request.target), nullptr, 0, Text(request.contentType),
+      Bytes(request.body),  Text(request.accept)};
   return TakeAnswer(block.api->request(block.context, &asked));
 }
 
@@ -96,8 +85,10 @@ HttpAnswer PluginSession::TakeAnswer(const KestResponse* answered) {
   };
   const std::unique_ptr<const KestResponse, decltype(giveBack)> response(answered, giveBack);
   if (!response) return ProblemAnswer(500, "Out of memory");
-  return ToAnswer(response->status, View(response->message), View(response->contentType),
-                  View(response->body));
+  HttpAnswer answer = ToAnswer(response->status, View(response->message),
+                               View(response->contentType), View(response->body));
+  answer.variesByAccept = answer.status == 200;
+  return answer;
 }
 
 HttpAnswer PluginSession::Control(const HttpRequest& request, std::string_view path) {

@@ -79,7 +79,7 @@ typedef struct KestRequest {
   size_t headerCount;
   KestText contentType; /* of `body`; empty without a body */
   KestBytes body;       /* no bytes: no body. At most 64 MiB */
-  KestText accept;      /* content type wanted for the answer's body; empty: "application/json" */
+  KestText accept;      /* an HTTP Accept header for the answer's body; empty: "application/json" */
 } KestRequest;
 
 typedef struct KestResponse {

@@ -35,6 +35,10 @@ expect_answer "the new player's chest was asked for at sign-in" true
 request POST /tav-loot/v1/new-player-check-done/true
 expect_answer "saying so again asks nothing" '"NOT_DONE"'
 
+title "MessagePack instead of JSON"
+request_packed /tav-loot/v1/currency-configuration
+expect_packed "an answer, where it is preferred" '\x81\xb9currenciesUsingCapWallets\x91\xb2CURRENCY_moonstone'
+
 title "What goes wrong says why"
 settle
 craft=/tav-loot/v1/recipes/CHEST_lantern_OPEN/craft
@@ -61,6 +65,8 @@ request PUT /_host/configuration/PxhEnabled false
 settle
 request POST "$craft" '["CHEST_lantern"]'
 expect_problem "nothing is crafted while loot is disabled" 500 "Internal Server Error" "Loot disabled."
+request POST "$craft" $'\x91\xadCHEST_lantern' application/x-msgpack
+expect_problem "whatever the format of the body" 500 "Internal Server Error" "Loot disabled."
 request PUT /_host/configuration/PxhEnabled true
 events
 expect_events "all that changed was the switch, twice" \

@@ -18,7 +18,8 @@ request POST /tav-loot/v1/recipes/initial-item/MATERIAL_key_fragment
 expect_answer "POST answers the same" "$recipes"
 request GET /tav-loot/v1/player-loot/MATERIAL_key_fragment/context-menu
 expect_answer "seven fragments are enough" "[$forge]"
-request POST '/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft?repeat=2' '["MATERIAL_key_fragment"]'
+printf '\x91\xda\x00\x15MATERIAL_key_fragment' >"$work/list" # the list in MessagePack
+request POST '/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft?repeat=2' "@$work/list" application/x-msgpack
 expect "six of them become two keys" 200 \
   'map_values(map([.deltaCount, .playerLoot.lootId, .playerLoot.count])) == {
      added: [[2, "MATERIAL_key", 7]], removed: [[6, "MATERIAL_key_fragment", 1]], redeemed: []}'

@@ -62,15 +62,24 @@ digest='
 title() { printf '\n\033[1m%s\033[0m\n' "$*"; }
 short() { if [ "${#1}" -gt 220 ]; then printf '%s ... (%d characters)' "${1:0:200}" "${#1}"; else printf '%s' "$1"; fi; }
 
-# request METHOD PATH [BODY [TYPE]]: sends it (a body is JSON unless its type is given), prints both
-# sides, leaves $status and $body.
+# request METHOD PATH [BODY [TYPE]]: sends it (a body is JSON unless its type is given; "@FILE" sends a
+# file), prints both sides, leaves $status and $body.
 request() {
   local arguments=(-s -o "$work/body" -w '%{http_code}' -X "$1")
-  if [ $# -gt 2 ]; then arguments+=(-H "Content-Type: ${4:-application/json}" -d "$3"); fi
-  printf '  > %s %s %s\n' "$1" "$2" "${4:+($4)}${3+${4:+ }}$(tr -dc '[:print:]' <<<"${3:-}")"
+  if [ $# -gt 2 ]; then arguments+=(-H "Content-Type: ${4:-application/json}" --data-binary "$3"); fi
+  local sent=${3:-}
+  [ "${sent:0:1}" = @ ] && sent="$(wc -c <"${sent:1}") bytes"
+  printf '  > %s %s %s\n' "$1" "$2" "${4:+($4)}${3+${4:+ }}$(tr -dc '[:print:]' <<<"$sent")"
   status=$(curl "${arguments[@]}" "$url$2")
   body=$(cat "$work/body")
   printf '  < %s %s\n' "$status" "$(short "$(jq -r "$digest" <<<"$body" 2>/dev/null || echo "$body")")"
+}
+
+# request_packed PATH: reads it as MessagePack, shows the bytes, leaves $status and the files head and body.
+request_packed() {
+  printf '  > GET %s (Accept: application/x-msgpack)\n' "$1"
+  status=$(curl -s -o "$work/body" -D "$work/head" -w '%{http_code}' -H 'Accept: application/x-msgpack' "$url$1")
+  printf '  < %s %s\n' "$status" "$(short "$(od -An -v -tx1 "$work/body" | tr -d '\n')")"
 }
 
 # settle: waits until the host has nothing left to do.
@@ -109,6 +118,17 @@ expect() {
 
 # expect_answer TEXT JSON: the last answer is a success with exactly this body.
 expect_answer() { expect "$1" 200 '. == $wanted' --argjson wanted "$2"; }
+
+# expect_packed TEXT BYTES: the last answer is MessagePack with exactly these bytes (a format of printf).
+expect_packed() {
+  # shellcheck disable=SC2059
+  if [ "$status" = 200 ] && printf "$2" | cmp -s - "$work/body" &&
+    grep -qi '^content-type: application/x-msgpack' "$work/head" && grep -qi '^vary: accept' "$work/head"; then
+    passed "$1"
+  else
+    failed "$1 (status $status, wanted $2)"
+  fi
+}
 
 # expect_nothing TEXT: the last answer is a success without a body.
 expect_nothing() { expect "$1" 204 ''; }

@@ -73,11 +73,11 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
   const std::string kBody = "PUT /_host/gameflow";
   const Case kCases[] = {
       {Head("GET /tav-loot/v1/a%2Fb?x=1") + "X-Other: 1\r\nConnection: close\r\n\r\n", "200 OK",
-       R"({"GET":"/tav-loot/v1/a%2Fb?x=1||application/json|0|0"})"},
+       R"({"GET":"/tav-loot/v1/a%2Fb?x=1|||0|0"})"},
       {Head("PATCH /tav-loot/v1/p") +
-           "Accept: application/x-msgpack, */*\r\nContent-Type: text/x\r\n"
+           "Accept: application/x-msgpack;q=0.5\r\nContent-Type: text/x\r\nAccept: */*\r\n"
            "Content-Length: 2\r\nConnection: close\r\n\r\nab",
-       "200 OK", R"({"PATCH":"/tav-loot/v1/p|text/x|application/x-msgpack|2|0"})"},
+       "200 OK", R"({"PATCH":"/tav-loot/v1/p|text/x|application/x-msgpack;q=0.5, */*|2|0"})"},
       {Simple("GET /tav-loot/v1/none"), "204 No Content", "\r\n\r\n"},
       {Simple("GET /tav-loot/v1/fail"), "500 Internal Server Error",
        "{\"status\":500,\"title\":\"Internal Server Error\",\"detail\":\"no "
@@ -109,6 +109,16 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
     EXPECT_EQ(answer.find("Content-Type: application/problem+json") != std::string::npos,
               isFailure);
   }
+}
+
+TEST_F(DevelopmentHostTest, BytesGoBothWaysAsTheyAre) {
+  const std::string bytes("\x81\0\xFF\r\n\0", 6);
+  const std::string answer =
+      Ask(WithBody("POST /tav-loot/v1/bytes", "application/x-msgpack", bytes));
+  EXPECT_THAT(answer, HasSubstr("\r\nVary: Accept\r\n"));
+  EXPECT_THAT(answer, HasSubstr("\r\nContent-Type: application/x-msgpack\r\n"));
+  EXPECT_THAT(answer, EndsWith("\r\n\r\n" + bytes));
+  EXPECT_EQ(Ask(Simple("GET /tav-loot/v1/fail")).find("Vary"), std::string::npos);
 }
 
 TEST_F(DevelopmentHostTest, AWaitingRequestLeavesOthersRunningAndTheHostBusy) {

@@ -71,6 +71,11 @@ static const KestResponse* KEST_ABI OnRequest(void* context, const KestRequest* 
     WaitForRelease(answer);
   } else if (Is(request->url, "/tav-loot/v1/release")) {
     released = 1;
+  } else if (Is(request->url, "/tav-loot/v1/bytes") && request->body.size <= sizeof(answer->body)) {
+    memcpy(answer->body, request->body.data, request->body.size);
+    answer->response.contentType = Text("application/x-msgpack");
+    answer->response.body.data = (const uint8_t*)answer->body;
+    answer->response.body.size = request->body.size;
   } else if (Is(request->url, "/tav-loot/v1/runs")) {
     answer->response.body.size = (size_t)sprintf(answer->body, "%u", runs);
     answer->response.body.data = (const uint8_t*)answer->body;
