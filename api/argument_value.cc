@@ -10,6 +10,7 @@
 #include "api/http_names.h"
 #include "binding/json_adapter.h"
 #include "binding/msgpack_reader.h"
+#include "binding/yaml_adapter.h"
 #include "log/positional_format.h"
 
 namespace Kest {
@@ -56,16 +57,16 @@ BindingProperty DecodeMessagePack(ConversionContext& context, std::string_view t
   return tree;
 }
 
-// The formats that need decoding. Whatever is missing here is refused as unsupported.
+// The formats that need decoding: all but texts and bytes.
 constexpr Decoder kDecoders[] = {
     {ValueFormat::kJson, "JSON", &DecodeJson},
     {ValueFormat::kMessagePack, "MessagePack", &DecodeMessagePack},
+    {ValueFormat::kYaml, "YAML", &ReadYaml},
 };
 
-const Decoder* FindDecoder(ValueFormat format) {
-  const auto found = std::find_if(std::begin(kDecoders), std::end(kDecoders),
-                                  [format](const Decoder& d) { return d.format == format; });
-  return found != std::end(kDecoders) ? found : nullptr;
+const Decoder& FindDecoder(ValueFormat format) {
+  return *std::find_if(std::begin(kDecoders), std::end(kDecoders),
+                       [format](const Decoder& d) { return d.format == format; });
 }
 
 }  // namespace
@@ -99,10 +100,9 @@ void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueForma
                  std::string_view text, BindingProperty* target) {
   if (format == ValueFormat::kText) return target->SetString(text);
   if (format == ValueFormat::kBytes) return target->SetBlob(BytesOf(text));
-  const Decoder* decoder = FindDecoder(format);
-  if (decoder == nullptr) return context.Fail(kUnsupportedContentType);
+  const Decoder& decoder = FindDecoder(format);
   ConversionContext decoding(context.registry());
-  BindingProperty tree = decoder->decode(decoding, text);
+  BindingProperty tree = decoder.decode(decoding, text);
   if (decoding.Ok()) {
     *target = std::move(tree);
     return;
@@ -110,7 +110,7 @@ void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueForma
   const std::string error = decoding.ErrorText();
   if (error == kOutOfMemory) throw std::bad_alloc();
   if (owner.isBody && error == kExtraBodyData) return context.Fail(error);
-  context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4", decoder->name,
+  context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4", decoder.name,
                       owner.argument, owner.function, error));
 }
 

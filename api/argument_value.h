@@ -31,7 +31,6 @@ struct ValueOwner {
 //     for each format by its name
 //   "Extra MessgePack data found in body" for bytes behind its value; bare for a body, otherwise as
 //     the decoder's words
-//   "Unsupported body content type" for a format that has no decoder
 // Throws std::bad_alloc when memory ends.
 void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,
                  std::string_view text, BindingProperty* target);

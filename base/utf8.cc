@@ -51,6 +51,11 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  constexpr std::string_view kMark = "\xef\xbb\xbf";
+  return text.substr(text.starts_with(kMark) ? kMark.size() : 0);
+}
+
 std::string RepairUtf8(std::string_view text) {
   std::string repaired;
   repaired.reserve(text.size() + 8);

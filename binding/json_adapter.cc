@@ -9,6 +9,7 @@
 #include <cstring>
 #include <new>
 
+#include "base/utf8.h"
 #include "binding/json_handler.h"
 #include "binding/json_text_stream.h"
 #include "binding/tree_builder.h"
@@ -18,8 +19,6 @@ namespace {
 
 // Enough for most small bodies.
 constexpr size_t kSmallTree = 512;
-
-constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 
 // Numbers stay texts because the reader's own conversions are neither exact nor safe.
 constexpr unsigned kReadFlags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
@@ -94,8 +93,7 @@ ReadFailure ReadChecked(TreeBuilder& builder, std::string_view text) {
 
 BindingProperty ReadDocument(ConversionContext& context, std::string_view text,
                              size_t* errorOffset) {
-  const bool isMarked = text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
-  const std::string_view document = text.substr(isMarked ? kByteOrderMark.size() : 0);
+  const std::string_view document = WithoutByteOrderMark(text);
   // Nodes take about as much room as the text.
   const size_t expectedBytes = std::min(2 * document.size() + kSmallTree, kMaxTreeBytes);
   {

@@ -7,26 +7,6 @@
 #include "binding/number_text.h"
 
 namespace Kest {
-namespace {
-
-// The value of a text of digits alone; false when it holds anything else or needs more than 64
-// bits.
-bool TryParseDigits(std::string_view text, uint64_t* value) {
-  constexpr size_t kAlwaysFits = 19;
-  if (text.size() > kAlwaysFits + 1) return false;
-  uint64_t number = 0;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto digit = static_cast<uint64_t>(static_cast<uint8_t>(text[i] - '0'));
-    if (digit > 9) return false;
-    if (i == kAlwaysFits && number > (UINT64_MAX - digit) / 10) return false;
-    number = number * 10 + digit;
-  }
-  *value = number;
-  return true;
-}
-
-}  // namespace
-
 // The reader has checked the grammar; the number stays where it was.
 bool JsonHandler::RawNumber(const char* chars, uint32_t size, bool) {
   const std::string_view text(pass_ == Pass::kFast ? chars - size : chars, size);

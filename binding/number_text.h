@@ -20,6 +20,22 @@ NumberTextOutcome ParseIntegerText(std::string_view text, uint64_t* value);
 // the infinities and NaN by name; one too small is a tiny value or zero.
 NumberTextOutcome ParseFloatText(std::string_view text, double* value);
 
+// The value of a text of digits alone; false when it holds anything else or needs more than 64
+// bits.
+inline bool TryParseDigits(std::string_view text, uint64_t* value) {
+  constexpr size_t kAlwaysFits = 19;
+  if (text.size() > kAlwaysFits + 1) return false;
+  uint64_t number = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto digit = static_cast<uint64_t>(static_cast<uint8_t>(text[i] - '0'));
+    if (digit > 9) return false;
+    if (i == kAlwaysFits && number > (UINT64_MAX - digit) / 10) return false;
+    number = number * 10 + digit;
+  }
+  *value = number;
+  return true;
+}
+
 // The double nearest to a decimal number: an optional "-", digits, an optional fraction, an
 // optional exponent. Infinite when it is too large, zero when it is too small. Answers how many
 // characters were read: 0 when there is no number.

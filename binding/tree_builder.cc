@@ -3,6 +3,8 @@
 #include <cassert>
 #include <utility>
 
+#include "binding/tree_copy.h"
+
 namespace Kest {
 namespace {
 
@@ -29,6 +31,13 @@ bool TreeBuilder::Blob(std::span<const uint8_t> bytes) {
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   const char* copy = arena_->TryCopy(text);
   return copy != nullptr && Add(TreeNodes::Text(BindingKind::kBlob, {copy, text.size()}));
+}
+
+bool TreeBuilder::Repeat(TreeNodes::Bits value, size_t values) {
+  TreeNodes::Bits copy;
+  if (!arena_->TryCount(values) || !TryCopyTree(value, *arena_, &copy)) return false;
+  children_.emplace_back(copy, key_);
+  return true;
 }
 
 bool TreeBuilder::SetKey(std::string_view name, bool isStored) {

@@ -55,6 +55,11 @@ class TreeBuilder final : public ValueWriter {
   }
   bool StoredMember(std::string_view name) { return SetKey(name, /*isStored=*/true); }
 
+  // The value that was finished last. REQUIRES: nothing was begun or ended since.
+  TreeNodes::Bits LastValue() const { return children_.back().bits; }
+  // Adds a copy of a finished value, which holds so many values (tree_copy.h).
+  bool Repeat(TreeNodes::Bits value, size_t values);
+
   // The finished tree. REQUIRES: exactly one whole value was written, and no call failed.
   BindingProperty Take();
   TreeNodes::Bits TakeBits();

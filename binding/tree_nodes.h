@@ -75,6 +75,8 @@ struct TreeNodes {
     return root;
   }
 
+  static Bits BitsOf(const BindingProperty& node) { return node.bits_; }
+
   // Entries the array of a container has room for.
   static size_t Room(Bits bits) {
     return bits.RoomBits() == 0 ? bits.Size() : size_t{1} << bits.RoomBits();

@@ -28,7 +28,7 @@ TEST(BindQuery, ReachesEveryArgumentOrSaysWhyNot) {
        {"bytes behind it", "o=%81%A1z%C3%C3",
         "400 Couldn't deserialize MessagePack value for parameter 'o' of 'Query': Extra MessgePack "
         "data found in body"},
-       {"no decoder", "o=---", "400 Unsupported body content type"},
+       {"YAML", "o=---+{a:+1}", "200 {\"o\":{\"a\":1}}"},
        {"members", "o.a.b=1&o.a.c=[2]", "200 {\"o\":{\"a\":{\"b\":\"1\",\"c\":\"[2]\"}}}"},
        {"empty member name", "o..a=", "200 {\"o\":{\"\":{\"a\":\"\"}}}"},
        {"a point alone is no path", "n.=5", "200 {\"n\":5}"},
@@ -106,6 +106,11 @@ TEST(BindBody, IsReadByItsContentType) {
         "application/x-msgpack", "\x91\xA2z"},
        {"followed by more", "/body", "400 Extra MessgePack data found in body",
         "application/x-msgpack", "\x91\xA1z\x90"},
+       {"YAML", "/body", "200 [\"a\",\"b\"]", "application/x-yaml", "- a\n- b"},
+       {"two documents", "/body",
+        "400 Couldn't deserialize YAML value for parameter 'items' of 'Body': Multi-document YAML "
+        "is not supported.",
+        "application/x-yaml", "[]\n---\n[]"},
        {"plain text", "/body", kNoDecoder, "text/plain", "[]"},
        {"no type", "/body", kNoDecoder, "", "[]"},
        {"type of values only", "/body", kNoDecoder, "text/x-yaml", "[]"},

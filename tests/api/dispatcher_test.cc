@@ -65,7 +65,7 @@ TEST(Dispatcher, InvokesByNameWithNamedAndPlacedArguments) {
       {"unknown", "SetFlag", {named("x", "1")}, "400 Unknown argument 'x' for 'SetFlag'."},
       {"member path", "Body", {named("items.1", "b"), named("items.0", "a")}, "200 [\"a\",\"b\"]"},
       {"content type", "SetFlag", {placed("true", "application/json")}, "200 true"},
-      {"no decoder", "SetFlag", {placed("1", "text/x-yaml")}, "400 Unsupported body content type"},
+      {"YAML by its content type", "SetFlag", {placed("True", "text/x-yaml")}, "200 true"},
       {"bool starts as false", "SetFlag", {}, "200 false"},
       {"missing", "Path", {placed("a")}, "400 A value for 'number' is required."},
       {"unknown function", "path", {}, "404 Invalid function"},

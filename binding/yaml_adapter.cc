@@ -1,0 +1,53 @@
+#include "binding/yaml_adapter.h"
+
+#include <new>
+
+#include "base/utf8.h"
+#include "binding/tree_builder.h"
+#include "binding/yaml_mark.h"
+#include "binding/yaml_parser.h"
+#include "binding/yaml_texts.h"
+#include "binding/yaml_tree_reader.h"
+#include "log/positional_format.h"
+
+namespace Kest {
+namespace {
+
+// Enough for most small texts.
+constexpr size_t kSmallTree = 512;
+
+BindingProperty ReadStream(ConversionContext& context, std::string_view text) {
+  TreeBuilder builder(2 * text.size() + kSmallTree);
+  YamlTreeReader reader(context, builder);
+  YamlParser parser(text);
+  while (const yaml_event_t* event = parser.Next(context)) {
+    reader.Take(*event);
+    if (!context.Ok()) break;
+  }
+  return context.Ok() && reader.HasDocument() ? builder.Take() : BindingProperty();
+}
+
+}  // namespace
+
+BindingProperty ReadYaml(ConversionContext& context, std::string_view text) {
+  if (!context.Ok()) return {};
+  if (text.size() > kMaxYamlBytes) {
+    context.Fail(kYamlTooLarge);
+    return {};
+  }
+  text = WithoutByteOrderMark(text);
+  if (text.empty()) return {};  // libyaml takes no null for a text
+  if (const auto offset = FindDirectiveBeyond(text, kMaxYamlDirectives)) {
+    const YamlMark mark = MarkAt(text, *offset);
+    context.Fail(Format(kYamlTooManyDirectives, mark.line, mark.column));
+    return {};
+  }
+  try {
+    return ReadStream(context, text);
+  } catch (const std::bad_alloc&) {
+    context.Fail("Out of memory");
+    return {};
+  }
+}
+
+}  // namespace Kest

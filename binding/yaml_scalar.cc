@@ -1,0 +1,138 @@
+#include "binding/yaml_scalar.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "binding/assign_scalar.h"
+#include "binding/conversion_texts.h"
+#include "binding/number_text.h"
+#include "binding/yaml_texts.h"
+#include "log/positional_format.h"
+
+namespace Kest {
+namespace {
+
+// What messages call the values of a text.
+constexpr std::string_view kPath = "yaml";
+
+constexpr std::string_view kStringTag = "tag:yaml.org,2002:str";
+constexpr std::string_view kIntegerTag = "tag:yaml.org,2002:int";
+constexpr std::string_view kFloatTag = "tag:yaml.org,2002:float";
+constexpr std::string_view kBoolTag = "tag:yaml.org,2002:bool";
+
+bool IsTrue(std::string_view text) {
+  return text == "true" || text == "True" || text == "TRUE";
+}
+bool IsFalse(std::string_view text) {
+  return text == "false" || text == "False" || text == "FALSE";
+}
+bool IsNull(std::string_view text) {
+  return text.empty() || text == "~" || text == "null" || text == "Null" || text == "NULL";
+}
+
+// Cuts the digits at the front of `text`; false when there is none.
+bool TakeDigits(std::string_view* text) {
+  const size_t count = std::min(text->find_first_not_of("0123456789"), text->size());
+  text->remove_prefix(count);
+  return count > 0;
+}
+
+// Whether the text is a number of JSON with a fraction or an exponent.
+bool IsJsonFloat(std::string_view text) {
+  if (text.starts_with('-')) text.remove_prefix(1);
+  const bool hasLeadingZero = text.size() > 1 && text[0] == '0' && text[1] >= '0' && text[1] <= '9';
+  if (hasLeadingZero || !TakeDigits(&text) || text.empty()) return false;
+  if (text.front() == '.') {
+    text.remove_prefix(1);
+    if (!TakeDigits(&text)) return false;
+  }
+  if (text.empty()) return true;
+  if (text.front() != 'e' && text.front() != 'E') return false;
+  text.remove_prefix(1);
+  if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
+  return TakeDigits(&text) && text.empty();
+}
+
+// Fails unless the number was read.
+bool CheckNumber(ConversionContext& context, NumberTextOutcome outcome, std::string_view text,
+                 std::string_view type) {
+  if (outcome == NumberTextOutcome::kOk) return true;
+  const bool isMalformed = outcome == NumberTextOutcome::kMalformed;
+  context.Fail(Format(isMalformed ? kNumberFormat : kOutOfRange, text, kPath, type));
+  return false;
+}
+
+bool AddFloat(ConversionContext& context, std::string_view text, TreeBuilder& builder) {
+  double value = 0;
+  return CheckNumber(context, ParseFloatText(text, &value), text, "double") && builder.Float(value);
+}
+
+// `digits` are the text without its sign.
+bool AddWhole(ConversionContext& context, std::string_view text, std::string_view digits,
+              TreeBuilder& builder) {
+  const bool isNegative = text.front() == '-';
+  digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
+  uint64_t magnitude = 0;
+  if (TryParseDigits(digits, &magnitude)) {
+    if (!isNegative) return builder.Unsigned(magnitude);
+    if (magnitude <= uint64_t{1} << 63) return builder.Signed(static_cast<int64_t>(0 - magnitude));
+  }
+  return AddFloat(context, text, builder);
+}
+
+bool AddPlain(ConversionContext& context, std::string_view text, TreeBuilder& builder) {
+  if (IsNull(text)) return builder.Null();
+  const char first = text.front();
+  const bool hasSign = first == '-' || first == '+';
+  if (hasSign || (first >= '0' && first <= '9')) {
+    const std::string_view digits = text.substr(hasSign ? 1 : 0);
+    std::string_view rest = digits;
+    if (TakeDigits(&rest) && rest.empty()) return AddWhole(context, text, digits, builder);
+    if (IsJsonFloat(text)) return AddFloat(context, text, builder);
+  } else if (IsTrue(text) || IsFalse(text)) {
+    return builder.Bool(IsTrue(text));
+  }
+  return builder.String(text);
+}
+
+bool AddInteger(ConversionContext& context, std::string_view text, TreeBuilder& builder) {
+  if (text.starts_with('-')) {
+    int64_t value = 0;
+    return CheckNumber(context, ParseIntegerText(text, &value), text, "int64_t") &&
+           builder.Signed(value);
+  }
+  uint64_t value = 0;
+  return CheckNumber(context, ParseIntegerText(text, &value), text, "uint64_t") &&
+         builder.Unsigned(value);
+}
+
+bool AddBool(ConversionContext& context, std::string_view text, TreeBuilder& builder) {
+  bool value = IsTrue(text);
+  if (!value && !IsFalse(text)) {
+    AssignScalar(context, kPath, BindingProperty::FromString(text), &value);
+  }
+  return context.Ok() && builder.Bool(value);
+}
+
+}  // namespace
+
+bool AddYamlScalar(ConversionContext& context, const YamlScalar& scalar, TreeBuilder& builder) {
+  if (scalar.tag == nullptr) {
+    return scalar.isPlain ? AddPlain(context, scalar.text, builder) : builder.String(scalar.text);
+  }
+  const std::string_view tag = scalar.tag;
+  if (tag == kStringTag) return builder.String(scalar.text);
+  if (tag == kIntegerTag) return AddInteger(context, scalar.text, builder);
+  if (tag == kFloatTag) return AddFloat(context, scalar.text, builder);
+  if (tag == kBoolTag) return AddBool(context, scalar.text, builder);
+  context.Fail(Format(kYamlUnsupportedTag, tag));
+  return false;
+}
+
+bool IsYamlKey(const YamlScalar& scalar) {
+  if (scalar.tag != nullptr) return scalar.tag == kStringTag;
+  if (!scalar.isPlain) return true;
+  return !IsNull(scalar.text) && !IsTrue(scalar.text) && !IsFalse(scalar.text);
+}
+
+}  // namespace Kest
