@@ -45,6 +45,17 @@ Schema WideIntegerSchema(const IntegerRange& range) {
   return schema;
 }
 
+// Puts `text` before what the schema says already.
+void Describe(std::string_view text, Schema* schema) {
+  if (text.empty()) return;
+  for (JsonValue::Member& member : *schema) {
+    if (member.name != "description") continue;
+    member.value = std::string(text) + ". " + *member.value.AsText();
+    return;
+  }
+  schema->push_back({"description", text});
+}
+
 Schema SimpleSchema(std::string_view type) {
   for (const IntegerRange& range : NarrowIntegers()) {
     if (range.name == type) return IntegerSchema(range);
@@ -55,8 +66,7 @@ Schema SimpleSchema(std::string_view type) {
   if (type == "blob") {
     return {{"type", "string"}, {"description", "Bytes; in JSON a text made of them."}};
   }
-  if (type == "object" || type == "callback" || type.empty())
-    return {{"description", "Any value."}};
+  if (type == "object" || type == "callback" || type.empty()) return {};  // any value
   return {{"$ref", "#/components/schemas/" + std::string(type)}};
 }
 
@@ -71,7 +81,7 @@ Schema StructureSchema(const TypeHelp& type) {
   JsonValue::Array names;
   for (const FieldHelp& field : type.fields) {
     Schema schema = ValueSchema(field.type.name, field.type.element);
-    if (!field.description.empty()) schema.push_back({"description", field.description});
+    Describe(field.description, &schema);
     properties.push_back({field.name, std::move(schema)});
     names.push_back(field.name);
   }
@@ -104,9 +114,7 @@ JsonValue::Object TypeSchemas(const ApiHelp& help) {
                     {"uint64", WideIntegerSchema(RangeOf<uint64_t>("uint64"))}};
   for (const TypeHelp& type : help.types) {
     Schema schema = type.enumerators.empty() ? StructureSchema(type) : EnumerationSchema(type);
-    if (std::string text = DescriptionOf(type); !text.empty()) {
-      schema.push_back({"description", std::move(text)});
-    }
+    Describe(DescriptionOf(type), &schema);
     if (!type.nameSpace.empty()) schema.push_back({"x-nameSpace", type.nameSpace});
     schemas.push_back({type.name, std::move(schema)});
   }

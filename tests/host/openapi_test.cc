@@ -1,6 +1,5 @@
 #include "host/openapi/openapi_document.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "host/c_views.h"
@@ -12,8 +11,6 @@
 
 namespace Kest::Host {
 namespace {
-
-using testing::HasSubstr;
 
 KestArgument Argument(const char* name, const char* type, const char* element, int32_t location,
                       bool optional) {
@@ -47,7 +44,9 @@ constexpr std::string_view kHelp = R"({"functions":[{"name":"Find"}],"types":[
   {"name":"Boat","nameSpace":"","description":"","values":[],"fields":[
    {"name":"rig","description":"Its sails","type":{"type":"Rig","elementType":""},"optional":true},
    {"name":"at","description":"","type":{"type":"uint64","elementType":""},"optional":false},
-   {"name":"crew","description":"","type":{"type":"vector","elementType":"int8"},"optional":true}]}],
+   {"name":"crew","description":"","type":{"type":"vector","elementType":"int8"},"optional":true},
+   {"name":"log","description":"Its log","type":{"type":"blob","elementType":""},"optional":true},
+   {"name":"any","description":"","type":{"type":"object","elementType":""},"optional":true}]}],
   "events":[{"name":"OnSail","description":"D","type":{"type":"Boat","elementType":""}}]})";
 
 std::string Made(std::string_view name, std::string_view help) {
@@ -95,7 +94,8 @@ TEST(OpenApi, TypesAndEventsBecomeSchemas) {
        R"("Rig":{"type":"string","enum":["Sloop","None"],"description":"Sails.","x-nameSpace":"N"},)",
        R"("Boat":{"type":"object","properties":{"rig":{"$ref":"#/components/schemas/Rig","description":"Its sails"},)"
        R"("at":{"$ref":"#/components/schemas/uint64"},"crew":{"type":"array","items":{"type":"integer",)"
-       R"("format":"int8","minimum":-128,"maximum":127}}},"required":["rig","at","crew"],)"
+       R"("format":"int8","minimum":-128,"maximum":127}},"log":{"type":"string","description":"Its log. Bytes; in JSON a text made of them."},"any":{}},)"
+       R"("required":["rig","at","crew","log","any"],)"
        R"("description":"When it is sent, these members must be there: at."})",
        R"("uri":{"type":"string","pattern":"^/b\\.c/[^/]*/.*$"})",
        R"("uri":{"type":"string","const":"/all"})",
@@ -103,7 +103,7 @@ TEST(OpenApi, TypesAndEventsBecomeSchemas) {
        R"([{"$ref":"#/components/schemas/FindEvent"},{"$ref":"#/components/schemas/AllEvent"}]})",
        R"("x-events":{"OnSail":{"description":"D","payload":{"$ref":"#/components/schemas/Boat"}}})",
        R"("/_host/events":{"get":{)", R"("Problem":{"type":"object")"}) {
-    EXPECT_THAT(document, HasSubstr(part));
+    EXPECT_NE(document.find(part), std::string::npos) << part;
   }
 }
 

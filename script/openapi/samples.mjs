@@ -1,0 +1,42 @@
+// What each operation of the document is called with, against the sample world. An operation that is not
+// named here is called without anything. `first` ones come before all others.
+const json = (body) => ({ body: JSON.stringify(body), type: "application/json" });
+
+export const first = ["Reset", "SignIn", "AwaitIdle", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
+
+export const samples = {
+  GetPlayerLootById: { path: { lootId: "CHAMPION_RENTAL_13" } },
+  SetNewPlayerCheckDone: { path: { newValue: "true" } },
+  GetInitialItemRecipes: { path: { lootId: "CHEST_lantern" } },
+  PostInitialItemRecipes: { path: { lootId: "MATERIAL_key_fragment" } },
+  CraftRecipe: { path: { recipeName: "CHEST_lantern_OPEN" }, query: { repeat: 1 }, ...json(["CHEST_lantern"]) },
+  RedeemPlayerLoot: { path: { lootName: "CHAMPION_RENTAL_13" } },
+  DismissLootGrant: { path: { id: "0" } },
+  GetContextMenu: { path: { lootId: "CHEST_lantern" } },
+  PostContextMenu: { path: { lootId: "SKIN_RENTAL_11001" } },
+  DismissNewNotification: { path: { lootId: "CURRENCY_cosmetic" } },
+  AcknowledgePlayerLootNotification: { path: { id: "CHEST_new_player" } },
+  GetHelp: { query: { format: "Full" } },
+  AwaitIdle: { query: { timeoutMilliseconds: 20000 } },
+  SetSummoner: json({ summonerLevel: 30 }),
+  SetGameflow: json({ phase: null }),
+  SetConfiguration: { path: { name: "PxhEnabled" }, ...json(true) },
+  RemoveConfiguration: { path: { name: "PxhEnabled" } },
+  SetOwnership: { path: { collection: "skins", id: "11001" }, ...json({ owned: true }) },
+  ChangeInventory: json({ lootName: "CHEST_lantern", delta: 1 }),
+  PushMessage: json({ name: "mastery chest" }),
+  SetLoginPacket: json({ simpleMessages: [{ msgId: "m1", params: ["{}"] }] }),
+  SetToken: json({ token: null }),
+  OverrideService: { path: { method: "redeemPlayerLoot" }, ...json({ latency: 1 }) },
+  ResetService: { path: { method: "redeemPlayerLoot" } },
+};
+
+// Requests that fail: the status each answers.
+export const refusals = [
+  { status: 404, method: "GET", path: "/tav-loot/v1/player-loot/CHEST_unknown" },
+  { status: 400, method: "DELETE", path: "/tav-loot/v1/loot-grants/many" },
+  { status: 404, method: "GET", path: "/tav-loot/v1/nothing-here" },
+  { status: 400, method: "GET", path: "/_host/help?format=Papyrus" },
+  { status: 405, method: "POST", path: "/_host/openapi.json" },
+  { status: 404, method: "PUT", path: "/_host/collections/hats/1" },
+];
