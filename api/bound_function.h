@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,6 +52,10 @@ class BoundFunction {
   void DeclareArgument(ArgumentLocation location, std::string_view name,
                        std::string_view description);
   void SetDescription(std::string_view description) { record_.description = description; }
+  void SetNameSpace(std::string_view nameSpace) { record_.nameSpace = nameSpace; }
+  void SetTags(std::initializer_list<std::string_view> tags) {
+    record_.tags.assign(tags.begin(), tags.end());
+  }
 
   const FunctionRecord& Record() const { return record_; }
   const std::string& Name() const { return record_.name; }

@@ -12,7 +12,7 @@
 namespace Kest {
 namespace {
 
-constexpr std::string_view kBuiltinNameSpace = "$builtin";
+constexpr std::string_view kBuiltinPrefix = "$builtin.";
 constexpr size_t kMaxLoggedName = 200;
 
 // Runs `answer`; exceptions become answers. `name` says in the log what was asked for.
@@ -44,6 +44,9 @@ Response BadRequest(const ConversionContext& context) {
 
 }  // namespace
 
+Dispatcher::Dispatcher(TypeRegistry& registry)
+    : registry_(registry), builtins_(registry, [this] { return FunctionRecords(); }) {}
+
 BoundFunction& Dispatcher::Add(HttpMethod method, std::string_view pathTemplate,
                                BoundFunction function) {
   Endpoint& endpoint =
@@ -65,6 +68,23 @@ Response Dispatcher::Handle(const Request& request) const noexcept {
 Response Dispatcher::Invoke(std::string_view functionName,
                             std::span<const NamedValue> arguments) const noexcept {
   return AnswerSafely(functionName, [&] { return AnswerInvocation(functionName, arguments); });
+}
+
+Response Dispatcher::Invoke(std::string_view nameSpace, std::string_view name,
+                            std::span<const NamedValue> arguments) const noexcept {
+  return AnswerSafely(name, [&] { return AnswerInvocation(FullName(nameSpace, name), arguments); });
+}
+
+std::vector<const FunctionRecord*> Dispatcher::FunctionRecords() const {
+  std::vector<const FunctionRecord*> records;
+  records.reserve(endpoints_.size());
+  for (const Endpoint& endpoint : endpoints_) records.push_back(&endpoint.function.Record());
+  return records;
+}
+
+const BoundFunction* Dispatcher::FindRegistered(std::string_view functionName) const {
+  const auto found = functions_.find(functionName);
+  return found != functions_.end() ? found->second : nullptr;
 }
 
 Response Dispatcher::AnswerRequest(const Request& request) const {
@@ -89,12 +109,14 @@ Response Dispatcher::AnswerRequest(const Request& request) const {
 
 Response Dispatcher::AnswerInvocation(std::string_view functionName,
                                       std::span<const NamedValue> arguments) const {
-  if (functionName.starts_with(kBuiltinNameSpace)) {
-    return NotFound("Unsupported builtin function");
+  const bool isBuiltin = functionName.starts_with(kBuiltinPrefix);
+  const BoundFunction* const found =
+      isBuiltin ? builtins_.Find(functionName.substr(kBuiltinPrefix.size()))
+                : FindRegistered(functionName);
+  if (found == nullptr) {
+    return NotFound(isBuiltin ? "Unsupported builtin function" : "Invalid function");
   }
-  const auto found = functions_.find(functionName);
-  if (found == functions_.end()) return NotFound("Invalid function");
-  const BoundFunction& function = *found->second;
+  const BoundFunction& function = *found;
   ConversionContext context(registry_);
   ArgumentBinder binder(function, context);
   binder.BindList(arguments);

@@ -14,9 +14,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "api/bind_handler.h"
 #include "api/bound_function.h"
+#include "api/builtin_functions.h"
 #include "api/http_names.h"
 #include "api/request.h"
 #include "api/response.h"
@@ -95,8 +97,8 @@ class [[nodiscard(
 // line) when memory ends. Nothing is thrown.
 class Dispatcher {
  public:
-  // The registry outlives the dispatcher.
-  explicit Dispatcher(TypeRegistry& registry) : registry_(registry) {}
+  // Registers the types and events of the built-in functions. The registry outlives the dispatcher.
+  explicit Dispatcher(TypeRegistry& registry);
   Dispatcher(const Dispatcher&) = delete;
   Dispatcher& operator=(const Dispatcher&) = delete;
 
@@ -115,7 +117,11 @@ class Dispatcher {
   }
 
   Response Handle(const Request& request) const noexcept;
+  // `functionName` is "GetPlayerLoot", or "$builtin.Help" for a built-in function.
   Response Invoke(std::string_view functionName,
+                  std::span<const NamedValue> arguments) const noexcept;
+  // The same for a name and its namespace apart: "$builtin" and "Help".
+  Response Invoke(std::string_view nameSpace, std::string_view name,
                   std::span<const NamedValue> arguments) const noexcept;
 
   // In the order of their registration.
@@ -136,11 +142,14 @@ class Dispatcher {
   }
 
   BoundFunction& Add(HttpMethod method, std::string_view pathTemplate, BoundFunction function);
+  std::vector<const FunctionRecord*> FunctionRecords() const;
+  const BoundFunction* FindRegistered(std::string_view functionName) const;
   Response AnswerRequest(const Request& request) const;
   Response AnswerInvocation(std::string_view functionName,
                             std::span<const NamedValue> arguments) const;
 
   TypeRegistry& registry_;
+  const BuiltinFunctions builtins_;
   std::deque<Endpoint> endpoints_;
   RouteTable routes_;
   std::map<std::string, const BoundFunction*, std::less<>> functions_;

@@ -89,4 +89,11 @@ struct FunctionRecord {
   std::vector<std::string> tags;
 };
 
+// "int32", "vector", or the registered name of an enumeration or structure; of a vector's or map's
+// element: TypeName(type.Element()). Empty for no type.
+std::string_view TypeName(const TypeIdentifier& type);
+
+// What a function is invoked by: "$builtin.Help", or the bare name outside of any namespace.
+std::string FullName(std::string_view nameSpace, std::string_view name);
+
 }  // namespace Kest

@@ -31,20 +31,6 @@ std::vector<const Record*> Pointers(const std::deque<Record>& records) {
 
 }  // namespace
 
-const EnumeratorRecord* TypeRecord::FindEnumerator(int32_t value) const {
-  for (const EnumeratorRecord& enumerator : enumerators) {
-    if (enumerator.value == value) return &enumerator;
-  }
-  return nullptr;
-}
-
-const EnumeratorRecord* TypeRecord::FindEnumerator(std::string_view enumeratorName) const {
-  for (const EnumeratorRecord& enumerator : enumerators) {
-    if (enumerator.name == enumeratorName) return &enumerator;
-  }
-  return nullptr;
-}
-
 // Whether the next call of the chain may act; `condition` false is a failure.
 bool TypeBuilder::Requires(bool condition) {
   if (state_ == State::kOpen && !condition) state_ = State::kFailed;

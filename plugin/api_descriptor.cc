@@ -7,14 +7,6 @@
 
 namespace Kest {
 
-namespace {
-
-std::string_view NameOf(TypeId id, const TypeRecord* record) {
-  return record != nullptr ? std::string_view(record->name) : TypeIdName(id);
-}
-
-}  // namespace
-
 ApiDescriptor::ApiDescriptor() {
   table_.size = sizeof table_;
   table_.request = &AnswerRequest;
@@ -27,9 +19,7 @@ KestText ApiDescriptor::Keep(std::string_view text) {
 }
 
 KestTypeName ApiDescriptor::Name(const TypeIdentifier& type) {
-  if (type.id == TypeId::kNone) return {};
-  if (type.elementId == TypeId::kNone) return {Keep(NameOf(type.id, type.record)), {}};
-  return {Keep(TypeIdName(type.id)), Keep(NameOf(type.elementId, type.record))};
+  return {Keep(TypeName(type)), Keep(TypeName(type.Element()))};
 }
 
 void ApiDescriptor::Build(const Dispatcher& dispatcher, const TypeRegistry& registry) {

@@ -239,7 +239,7 @@ typedef struct KestApiDescriptor {
 
   const KestEndpoint* endpoints; /* in order of registration; the first match answers a request */
   size_t endpointCount;
-  const KestText* eventNames; /* the event names this plugin knows, "OnJsonApiEvent" first */
+  const KestText* eventNames; /* the event names this plugin knows, "OnCallback" first */
   size_t eventNameCount;
 
   /* [module task] Answers a request, possibly after yielding. Never null, except when no memory is

@@ -1,6 +1,7 @@
 #include "plugin/plugin_events.h"
 
 #include "binding/define_struct.h"
+#include "binding/help_types.h"
 #include "binding/type_registry.h"
 
 namespace Kest {
@@ -10,32 +11,39 @@ namespace {
 void RegisterTypes(TypeRegistry& registry) {
   DefineEnum<PluginManagerState>(registry, "PluginManagerState", "Kest")
       .Enumerator("NotReady", PluginManagerState::kNotReady)
-      .Enumerator("PluginsInitialized", PluginManagerState::kPluginsInitialized);
+      .Enumerator("PluginsInitialized", PluginManagerState::kPluginsInitialized)
+      .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginManagerResource>(registry, "PluginManagerResource", "Kest")
-      .Field<&PluginManagerResource::state>("state");
+      .Field<&PluginManagerResource::state>("state")
+      .Tags({kBuiltinTag, kPluginTag});
   DefineEnum<ResourceEventType>(registry, "PluginResourceEventType", "Kest")
       .Enumerator("Create", ResourceEventType::kCreate)
       .Enumerator("Update", ResourceEventType::kUpdate)
-      .Enumerator("Delete", ResourceEventType::kDelete);
+      .Enumerator("Delete", ResourceEventType::kDelete)
+      .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginResourceEvent>(registry, "PluginResourceEvent", "Kest")
       .Field<&PluginResourceEvent::uri>("uri")
       .Field<&PluginResourceEvent::eventType>("eventType")
-      .Field<&PluginResourceEvent::data>("data");
+      .Field<&PluginResourceEvent::data>("data")
+      .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginSvdsEvent>(registry, "PluginSvdsEvent", "Kest")
       .Field<&PluginSvdsEvent::clientId>("clientId")
       .Field<&PluginSvdsEvent::subtopic>("subtopic")
       .Field<&PluginSvdsEvent::typeName>("typeName")
-      .Field<&PluginSvdsEvent::body>("body");
+      .Field<&PluginSvdsEvent::body>("body")
+      .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginSvdsResponse>(registry, "PluginSvdsResponse", "Kest")
       .Field<&PluginSvdsResponse::typeName>("typeName")
-      .Field<&PluginSvdsResponse::body>("body");
+      .Field<&PluginSvdsResponse::body>("body")
+      .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginServiceProxyResponse>(registry, "PluginServiceProxyResponse", "Kest")
       .Field<&PluginServiceProxyResponse::uuid>("uuid")
       .Field<&PluginServiceProxyResponse::serviceName>("serviceName")
       .Field<&PluginServiceProxyResponse::methodName>("methodName")
       .Field<&PluginServiceProxyResponse::payload>("payload")
       .Field<&PluginServiceProxyResponse::status>("status")
-      .Field<&PluginServiceProxyResponse::error>("error");
+      .Field<&PluginServiceProxyResponse::error>("error")
+      .Tags({kBuiltinTag, kPluginTag});
 }
 
 void RegisterEvents(TypeRegistry& registry) {

@@ -1,5 +1,6 @@
 #include "api/dispatcher.h"
 
+#include "binding/json_adapter.h"
 #include "tests/api/sample_api.h"
 #include "tests/support/log_capture.h"
 
@@ -69,11 +70,46 @@ TEST(Dispatcher, InvokesByNameWithNamedAndPlacedArguments) {
       {"bool starts as false", "SetFlag", {}, "200 false"},
       {"missing", "Path", {placed("a")}, "400 A value for 'number' is required."},
       {"unknown function", "path", {}, "404 Invalid function"},
-      {"built in", "$builtin.Help", {}, "404 Unsupported builtin function"},
+      {"unknown built-in", "$builtin.help", {}, "404 Unsupported builtin function"},
+      {"namespace alone", "$builtin", {}, "404 Invalid function"},
+      {"built-in argument",
+       "$builtin.Help",
+       {named("as", "Full")},
+       "400 Unknown argument 'as' for 'Help'."},
   };
   const Api api;
   for (const auto& c : kCases) {
     EXPECT_EQ(Summary(api.dispatcher().Invoke(c.function, c.arguments)), c.answer) << c.why;
+  }
+}
+
+TEST(Dispatcher, AnswersHelpInBothFormatsAndUnderBothNames) {
+  const Api api;
+  const auto help = [&api](const char* format) {
+    const NamedValue value = {"format", {}, format, nullptr};
+    return api.dispatcher().Invoke("$builtin.Help", {&value, 1});
+  };
+  const Response full = api.dispatcher().Invoke("$builtin.Help", {});
+  EXPECT_EQ(help("Full"), full);
+  EXPECT_EQ(api.dispatcher().Invoke("$builtin", "Help", {}), full);
+  EXPECT_EQ(full.contentType, "application/json");
+  EXPECT_EQ(help("0").status, 400) << "no such format";
+  ConversionContext context(TypeRegistry::Process());
+  const BindingProperty tree = ReadJson(context, full.body);
+  const BindingProperty& functions = tree.MemberValue(0);
+  ASSERT_EQ(functions.Size(), api.dispatcher().Endpoints().size() + 1);
+  EXPECT_EQ(functions.Element(0).FindMember("name")->AsString(), "Query");
+  EXPECT_EQ(functions.Element(15).FindMember("nameSpace")->AsString(), "$builtin");
+  EXPECT_EQ(tree.FindMember("types")->Element(15).FindMember("name")->AsString(), "Slot");
+
+  const std::string text = help("2").body;
+  for (const char* item :
+       {"\"function Query\\r\\n@param o: (optional) \\r\\n@type o: object\\r\\n",
+        "function $builtin.Help\\r\\nDescribes the API: E{lb}functions, types, eventsE{rb}, or all "
+        "of it as epytext\\r\\n@param format: (optional) Full when absent\\r\\n@type format: "
+        "L{BindingHelpFormat}\\r\\n@rtype: object\\r\\n@tags: $builtin, help\\r\\n\\r\\nenum B",
+        "struct Slot\\r\\n", "event OnCallback: L{BindingCallbackEvent}\\r\\n"}) {
+    EXPECT_THAT(text, testing::HasSubstr(item));
   }
 }
 

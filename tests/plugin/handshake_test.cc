@@ -11,6 +11,7 @@
 namespace Kest::Testing {
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -73,9 +74,18 @@ TEST_F(HandshakeTest, RegistersTheBuiltInsThenThePluginsOwnAndDescribesAll) {
   };
   const KestHandshakeBlock block = Greet({18, 0, 0});
   EXPECT_THAT(typesBefore,
-              ElementsAre("PluginManagerState", "PluginManagerResource", "PluginResourceEventType",
+              ElementsAre("BindingHelpFormat", "BindingFullTypeIdentifier",
+                          "BindingFullArgumentHelp", "BindingFullFunctionHelp",
+                          "BindingFullEnumValueHelp", "BindingFullFieldHelp", "BindingFullTypeHelp",
+                          "BindingFullEventHelp", "BindingFullApiHelp", "BindingAsyncState",
+                          "BindingGenericEvent", "BindingCallbackEvent", "BindingGenericAsyncEvent",
+                          "BindingAsyncFailureEvent", "BindingAsyncCancelEvent",
+                          "PluginManagerState", "PluginManagerResource", "PluginResourceEventType",
                           "PluginResourceEvent", "PluginSvdsEvent", "PluginSvdsResponse",
                           "PluginServiceProxyResponse"));
+  for (const TypeRecord* type : TypeRegistry::Process().Types()) {
+    EXPECT_THAT(type->tags, ElementsAre("$builtin", AnyOf("help", "async", "plugin")));
+  }
   EXPECT_THAT(log.Lines(), ElementsAre("ALWAYS|| vwm-be-test api registered"));
   const EventRecord* event = TypeRegistry::Process().FindEvent("OnServiceProxyAsyncEvent");
   ASSERT_NE(event, nullptr);
@@ -87,8 +97,9 @@ TEST_F(HandshakeTest, RegistersTheBuiltInsThenThePluginsOwnAndDescribesAll) {
   for (size_t i = 0; i < block.api->eventNameCount; ++i) {
     events.push_back(ToView(block.api->eventNames[i]));
   }
-  EXPECT_THAT(events, ElementsAre("OnJsonApiEvent", "OnSvdsEvent", "OnServiceProxyUuidEvent",
-                                  "OnServiceProxyMethodEvent", "OnServiceProxyAsyncEvent"));
+  EXPECT_THAT(events, ElementsAre("OnCallback", "OnJsonApiEvent", "OnSvdsEvent",
+                                  "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent",
+                                  "OnServiceProxyAsyncEvent"));
   ASSERT_EQ(block.api->size, sizeof(KestApiDescriptor));
   ASSERT_EQ(block.api->endpointCount, 1u);
   const KestEndpoint& endpoint = block.api->endpoints[0];

@@ -1,0 +1,48 @@
+// The functions every plugin answers without registering them. They stand in the namespace
+// "$builtin" and are invoked by name; no route leads to them.
+//
+//   "$builtin.Help"   Describes the functions, types and events of the API. Its argument "format"
+//   is
+//                     a BindingHelpFormat: "Full", also when absent, answers a BindingFullApiHelp
+//                     (binding/help_types.h), "Epytext" a text (binding/epytext_writer.h).
+//                     The functions come in the order of their registration, then the built-in
+//                     ones, Help itself among them: they are called like any other.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "api/bound_function.h"
+#include "base/maybe_type.h"
+#include "binding/help_types.h"
+#include "binding/type_registry.h"
+
+namespace Kest {
+
+// Threads:  any, once the API is registered.
+// Lifetime: the registry outlives it.
+class BuiltinFunctions {
+ public:
+  // Answers the registered functions at the time of the call.
+  using RegisteredFunctions = std::function<std::vector<const FunctionRecord*>()>;
+
+  // Registers the types of Help.
+  BuiltinFunctions(TypeRegistry& registry, RegisteredFunctions registered);
+  BuiltinFunctions(const BuiltinFunctions&) = delete;
+  BuiltinFunctions& operator=(const BuiltinFunctions&) = delete;
+
+  // By the name without the namespace; null when there is none.
+  const BoundFunction* Find(std::string_view name) const;
+
+ private:
+  // The description is made anew at each call: nobody asks often, and loading stays cheap.
+  Maybe<BindingProperty> Help(std::optional<BindingHelpFormat> format) const;
+
+  const TypeRegistry& registry_;
+  RegisteredFunctions registered_;
+  std::vector<BoundFunction> functions_;
+};
+
+}  // namespace Kest
