@@ -4,6 +4,15 @@
 #include <cassert>
 
 namespace Kest {
+namespace {
+
+// What callers of a function with a body would otherwise learn from a refusal.
+constexpr std::string_view kBodyHelp =
+    "The body is JSON (application/json), YAML (application/x-yaml) or MessagePack "
+    "(application/x-msgpack). In YAML a character beyond U+FFFF is written as itself or as "
+    "\\UXXXXXXXX: a pair of \\uXXXX, as JSON takes it, is refused.";
+
+}  // namespace
 
 BoundFunction::BoundFunction(std::string_view name, std::vector<ArgumentRecord> parameters,
                              TypeIdentifier returns, Handler handler)
@@ -22,6 +31,7 @@ void BoundFunction::DeclareArgument(ArgumentLocation location, std::string_view 
   argument.name = name;
   argument.description = description;
   locations_.push_back(location);
+  if (location == ArgumentLocation::kBody) record_.help = kBodyHelp;
 }
 
 // Functions have a handful of arguments: looking at each beats any index.

@@ -48,7 +48,8 @@ class BoundFunction {
   BoundFunction(std::string_view name, std::vector<ArgumentRecord> parameters,
                 TypeIdentifier returns, Handler handler);
 
-  // Names the next parameter. REQUIRES: one is left, the name is new, and no second body argument.
+  // Names the next parameter; a body argument makes the help text tell of the formats of a body.
+  // REQUIRES: one is left, the name is new, and no second body argument.
   void DeclareArgument(ArgumentLocation location, std::string_view name,
                        std::string_view description);
   void SetDescription(std::string_view description) { record_.description = description; }

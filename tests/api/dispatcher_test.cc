@@ -123,6 +123,8 @@ TEST(Dispatcher, DescribesItsEndpointsInOrder) {
   EXPECT_EQ(endpoints[9].function.Record().description, "What is held");
   EXPECT_EQ(endpoints[9].function.Record().returns.elementId, TypeId::kStruct);
   EXPECT_EQ(endpoints[8].function.Record().returns.id, TypeId::kNone);
+  EXPECT_THAT(endpoints[6].function.Record().help, testing::HasSubstr("a pair of \\uXXXX"));
+  EXPECT_EQ(endpoints[7].function.Record().help, "") << "no body";
   const auto& arguments = endpoints[6].function.Arguments();
   ASSERT_EQ(arguments.size(), 2u);
   EXPECT_EQ(endpoints[6].function.LocationOf(0), ArgumentLocation::kBody);
