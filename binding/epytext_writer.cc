@@ -27,7 +27,7 @@ std::string Escape(std::string_view text) {
 }
 
 std::string ShowType(const TypeIdentifier& type) {
-  const std::string name(TypeName(type));
+  std::string name(TypeName(type));
   switch (type.id) {
     case TypeId::kBlob:
       return "bytearray";

@@ -115,7 +115,13 @@ constexpr std::string_view kFull = R"({"functions":[
 
 std::string WithLineEnds(std::string_view text, std::string_view lineEnd) {
   std::string changed;
-  for (const char c : text) c == '\n' ? changed += lineEnd : changed += c;
+  for (const char c : text) {
+    if (c == '\n') {
+      changed += lineEnd;
+    } else {
+      changed += c;
+    }
+  }
   return changed;
 }
 
