@@ -38,7 +38,7 @@ void LootPlugin::RegisterInventoryRoutes() {
   api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot/{lootId}", "GetPlayerLootById", this,
             &P::GetPlayerLootById)
       .Describe("One item of the player's loot")
-      .Path("lootId");
+      .Path("lootId", "An item's loot id");
   api.Route(HttpMethod::kGet, "/tav-loot/v1/player-display-categories",
             "GetPlayerDisplayCategories", this, &P::GetPlayerDisplayCategories)
       .Describe("The display categories of all loot definitions");
@@ -53,7 +53,7 @@ void LootPlugin::RegisterRecipeRoutes() {
   api.Route(HttpMethod::kPost, "/tav-loot/v1/new-player-check-done/{newValue}",
             "SetNewPlayerCheckDone", this, &P::SetNewPlayerCheckDone)
       .Describe("Sets whether the new-player chest was asked for; false asks again at once")
-      .Path("newValue");
+      .Path("newValue", "Whether it counts as asked for");
   api.Route(HttpMethod::kGet, "/tav-loot/v1/recipes/configuration", "GetRecipeConfiguration", this,
             &P::GetRecipeConfiguration)
       .Describe("The settings of the recipe menu");
@@ -63,21 +63,21 @@ void LootPlugin::RegisterRecipeRoutes() {
   api.Route(HttpMethod::kGet, "/tav-loot/v1/recipes/initial-item/{lootId}", "GetInitialItemRecipes",
             this, &P::GetInitialItemRecipes)
       .Describe("The recipes that take the item first")
-      .Path("lootId");
+      .Path("lootId", "An item's loot id");
   api.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/initial-item/{lootId}",
             "PostInitialItemRecipes", this, &P::GetInitialItemRecipes)
       .Describe("The recipes that take the item first, as GetInitialItemRecipes")
-      .Path("lootId");
+      .Path("lootId", "An item's loot id");
   api.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/{recipeName}/craft", "CraftRecipe", this,
             &P::CraftRecipe)
       .Describe("Runs a recipe on items of the player's loot and answers what changed")
-      .Path("recipeName")
+      .Path("recipeName", "The recipe to run")
       .Body("playerLootList", "Loot ids of the items the recipe takes")
       .Query("repeat", "How many times to run it; once when absent");
   api.Route(HttpMethod::kPost, "/tav-loot/v1/player-loot/{lootName}/redeem", "RedeemPlayerLoot",
             this, &P::RedeemPlayerLoot)
       .Describe("Unlocks what an item stands for and answers what changed")
-      .Path("lootName");
+      .Path("lootName", "The loot name of an item that can be redeemed");
 }
 
 void LootPlugin::RegisterNotificationRoutes() {
@@ -88,19 +88,19 @@ void LootPlugin::RegisterNotificationRoutes() {
   api.Route(HttpMethod::kDelete, "/tav-loot/v1/loot-grants/{id}", "DismissLootGrant", this,
             &P::DismissLootGrant)
       .Describe("Takes a loot grant off the list")
-      .Path("id");
+      .Path("id", "The grant's id");
   api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot/{lootId}/context-menu", "GetContextMenu",
             this, &P::GetContextMenu)
       .Describe("What can be done with the item")
-      .Path("lootId");
+      .Path("lootId", "An item's loot id");
   api.Route(HttpMethod::kPost, "/tav-loot/v1/player-loot/{lootId}/context-menu", "PostContextMenu",
             this, &P::GetContextMenu)
       .Describe("What can be done with the item, as GetContextMenu")
-      .Path("lootId");
+      .Path("lootId", "An item's loot id");
   api.Route(HttpMethod::kDelete, "/tav-loot/v1/player-loot/{lootId}/new-notification",
             "DismissNewNotification", this, &P::DismissNewNotification)
       .Describe("Takes the mark of a new item off")
-      .Path("lootId");
+      .Path("lootId", "An item's loot id");
   api.Route(HttpMethod::kGet, "/tav-loot/v1/loot-items", "GetLootItems", this, &P::GetLootItems)
       .Describe("Every loot definition");
   api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot-notifications",
@@ -109,7 +109,7 @@ void LootPlugin::RegisterNotificationRoutes() {
   api.Route(HttpMethod::kPost, "/tav-loot/v1/player-loot-notifications/{id}/acknowledge",
             "AcknowledgePlayerLootNotification", this, &P::AcknowledgePlayerLootNotification)
       .Describe("Marks a notification as seen; answers ACKNOWLEDGED or NOT_FOUND")
-      .Path("id");
+      .Path("id", "The notification's id: the loot id of its chest");
 }
 
 Maybe<Nothing> LootPlugin::RetrieveBeforeFirstRead() {
