@@ -43,14 +43,23 @@ async function callEverything() {
 }
 
 async function callInVain() {
-  for (const { status, method, path } of refusals) {
-    const response = await fetch(`${url}${path}`, { method });
+  for (const { status, method, path, type, body } of refusals) {
+    const response = await fetch(`${url}${path}`, { method, headers: type ? { "Content-Type": type } : {}, body });
     const problem = await response.json();
-    check(response.status === status && problem.status === status, `${method} ${path} answers ${status}`);
+    const both = response.status === status && problem.status === status;
+    check(both, `${method} ${path} ${type ?? ""} answers ${status}`, JSON.stringify(problem));
     check(response.headers.get("content-type") === "application/problem+json", `${method} ${path}: a problem`);
     const wrong = misfit(["components", "schemas", "Problem"], problem);
     check(wrong === "", `${method} ${path} answers a Problem`, wrong);
   }
+}
+
+// The other content type that the document promises for every result of the plugin.
+async function askForMessagePack() {
+  const accept = "application/x-msgpack";
+  const response = await fetch(`${url}/tav-loot/v1/enabled`, { headers: { Accept: accept } });
+  const bytes = Buffer.from(await response.arrayBuffer()).toString("hex");
+  check(response.headers.get("content-type") === accept && bytes === "c3", "true comes as MessagePack", bytes);
 }
 
 // The messages that are held behind an id, as a browser would hand them out.
@@ -102,5 +111,6 @@ async function followEvents() {
 
 await callEverything();
 await callInVain();
+await askForMessagePack();
 await followEvents();
 finish("The answers");

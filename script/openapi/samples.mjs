@@ -32,6 +32,7 @@ export const samples = {
 };
 
 // Requests that fail: the status each answers.
+const craft = { method: "POST", path: "/tav-loot/v1/recipes/NOTHING_known/craft" };
 export const refusals = [
   { status: 404, method: "GET", path: "/tav-loot/v1/player-loot/CHEST_unknown" },
   { status: 400, method: "DELETE", path: "/tav-loot/v1/loot-grants/many" },
@@ -39,4 +40,9 @@ export const refusals = [
   { status: 400, method: "GET", path: "/_host/help?format=Papyrus" },
   { status: 405, method: "POST", path: "/_host/openapi.json" },
   { status: 404, method: "PUT", path: "/_host/collections/hats/1" },
+  { status: 400, ...craft, type: "text/plain", body: "CHEST_lantern" },
+  // Each body is read; it is the platform that does not know the recipe.
+  { status: 500, ...craft, type: "application/json", body: '["CHEST_lantern"]' },
+  { status: 500, ...craft, type: "application/x-yaml", body: "- CHEST_lantern" },
+  { status: 500, ...craft, type: "application/x-msgpack", body: Buffer.from("\x91\xadCHEST_lantern", "latin1") },
 ];
