@@ -20,19 +20,33 @@ constexpr std::string_view kIntegerTag = "tag:yaml.org,2002:int";
 constexpr std::string_view kFloatTag = "tag:yaml.org,2002:float";
 constexpr std::string_view kBoolTag = "tag:yaml.org,2002:bool";
 
-bool IsTrue(std::string_view text) {
-  return text == "true" || text == "True" || text == "TRUE";
+// The words that a plain scalar may be.
+enum class Word { kNone, kNull, kTrue, kFalse };
+
+Word FindWord(std::string_view text) {
+  switch (text.size()) {
+    case 0:
+      return Word::kNull;
+    case 1:
+      return text == "~" ? Word::kNull : Word::kNone;
+    case 4:
+      if (text == "true" || text == "True" || text == "TRUE") return Word::kTrue;
+      return text == "null" || text == "Null" || text == "NULL" ? Word::kNull : Word::kNone;
+    case 5:
+      return text == "false" || text == "False" || text == "FALSE" ? Word::kFalse : Word::kNone;
+    default:
+      return Word::kNone;
+  }
 }
-bool IsFalse(std::string_view text) {
-  return text == "false" || text == "False" || text == "FALSE";
-}
-bool IsNull(std::string_view text) {
-  return text.empty() || text == "~" || text == "null" || text == "Null" || text == "NULL";
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
 }
 
 // Cuts the digits at the front of `text`; false when there is none.
 bool TakeDigits(std::string_view* text) {
-  const size_t count = std::min(text->find_first_not_of("0123456789"), text->size());
+  size_t count = 0;
+  while (count < text->size() && IsDigit((*text)[count])) ++count;
   text->remove_prefix(count);
   return count > 0;
 }
@@ -40,7 +54,7 @@ bool TakeDigits(std::string_view* text) {
 // Whether the text is a number of JSON with a fraction or an exponent.
 bool IsJsonFloat(std::string_view text) {
   if (text.starts_with('-')) text.remove_prefix(1);
-  const bool hasLeadingZero = text.size() > 1 && text[0] == '0' && text[1] >= '0' && text[1] <= '9';
+  const bool hasLeadingZero = text.size() > 1 && text[0] == '0' && IsDigit(text[1]);
   if (hasLeadingZero || !TakeDigits(&text) || text.empty()) return false;
   if (text.front() == '.') {
     text.remove_prefix(1);
@@ -81,16 +95,16 @@ bool AddWhole(ConversionContext& context, std::string_view text, std::string_vie
 }
 
 bool AddPlain(ConversionContext& context, std::string_view text, TreeBuilder& builder) {
-  if (IsNull(text)) return builder.Null();
+  const Word word = FindWord(text);
+  if (word == Word::kNull) return builder.Null();
+  if (word != Word::kNone) return builder.Bool(word == Word::kTrue);
   const char first = text.front();
   const bool hasSign = first == '-' || first == '+';
-  if (hasSign || (first >= '0' && first <= '9')) {
+  if (hasSign || IsDigit(first)) {
     const std::string_view digits = text.substr(hasSign ? 1 : 0);
     std::string_view rest = digits;
     if (TakeDigits(&rest) && rest.empty()) return AddWhole(context, text, digits, builder);
     if (IsJsonFloat(text)) return AddFloat(context, text, builder);
-  } else if (IsTrue(text) || IsFalse(text)) {
-    return builder.Bool(IsTrue(text));
   }
   return builder.String(text);
 }
@@ -107,8 +121,9 @@ bool AddInteger(ConversionContext& context, std::string_view text, TreeBuilder& 
 }
 
 bool AddBool(ConversionContext& context, std::string_view text, TreeBuilder& builder) {
-  bool value = IsTrue(text);
-  if (!value && !IsFalse(text)) {
+  const Word word = FindWord(text);
+  bool value = word == Word::kTrue;
+  if (!value && word != Word::kFalse) {
     AssignScalar(context, kPath, BindingProperty::FromString(text), &value);
   }
   return context.Ok() && builder.Bool(value);
@@ -116,23 +131,20 @@ bool AddBool(ConversionContext& context, std::string_view text, TreeBuilder& bui
 
 }  // namespace
 
-bool AddYamlScalar(ConversionContext& context, const YamlScalar& scalar, TreeBuilder& builder) {
-  if (scalar.tag == nullptr) {
-    return scalar.isPlain ? AddPlain(context, scalar.text, builder) : builder.String(scalar.text);
-  }
-  const std::string_view tag = scalar.tag;
-  if (tag == kStringTag) return builder.String(scalar.text);
-  if (tag == kIntegerTag) return AddInteger(context, scalar.text, builder);
-  if (tag == kFloatTag) return AddFloat(context, scalar.text, builder);
-  if (tag == kBoolTag) return AddBool(context, scalar.text, builder);
+bool AddYamlScalar(ConversionContext& context, std::string_view text, const char* tag, bool isPlain,
+                   TreeBuilder& builder) {
+  if (tag == nullptr) return isPlain ? AddPlain(context, text, builder) : builder.String(text);
+  if (tag == kStringTag) return builder.String(text);
+  if (tag == kIntegerTag) return AddInteger(context, text, builder);
+  if (tag == kFloatTag) return AddFloat(context, text, builder);
+  if (tag == kBoolTag) return AddBool(context, text, builder);
   context.Fail(Format(kYamlUnsupportedTag, tag));
   return false;
 }
 
-bool IsYamlKey(const YamlScalar& scalar) {
-  if (scalar.tag != nullptr) return scalar.tag == kStringTag;
-  if (!scalar.isPlain) return true;
-  return !IsNull(scalar.text) && !IsTrue(scalar.text) && !IsFalse(scalar.text);
+bool IsYamlKey(std::string_view text, const char* tag, bool isPlain) {
+  if (tag != nullptr) return tag == kStringTag;
+  return !isPlain || FindWord(text) == Word::kNone;
 }
 
 }  // namespace Kest

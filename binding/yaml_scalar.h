@@ -8,11 +8,8 @@
 
 namespace Kest {
 
-struct YamlScalar {
-  std::string_view text;
-  const char* tag;  // the whole name of an explicit tag, else null
-  bool isPlain;     // not quoted, no block
-};
+// In both, `tag` is the whole name of an explicit tag, else null; a plain scalar is neither quoted
+// nor a block.
 
 // Adds the scalar's value. False: `context` has failed, or the builder is at its bounds.
 //
@@ -27,9 +24,10 @@ struct YamlScalar {
 //                                                                 a float beyond 64 bits
 //   a number as JSON writes it, with a fraction or an exponent    a float
 // A number that fits no double fails as out of range.
-bool AddYamlScalar(ConversionContext& context, const YamlScalar& scalar, TreeBuilder& builder);
+bool AddYamlScalar(ConversionContext& context, std::string_view text, const char* tag, bool isPlain,
+                   TreeBuilder& builder);
 
 // Whether the scalar may name a member: a string, or a plain number, whose text is the name.
-bool IsYamlKey(const YamlScalar& scalar);
+bool IsYamlKey(std::string_view text, const char* tag, bool isPlain);
 
 }  // namespace Kest

@@ -4,6 +4,7 @@
 
 #include "binding/tree_copy.h"
 #include "binding/yaml_adapter.h"
+#include "binding/yaml_scalar.h"
 #include "binding/yaml_texts.h"
 #include "log/positional_format.h"
 
@@ -23,12 +24,11 @@ YamlTreeReader::YamlTreeReader(ConversionContext& context, TreeBuilder& builder)
 }
 
 void YamlTreeReader::Take(const yaml_event_t& event) {
+  if (event.type == YAML_SCALAR_EVENT) return TakeScalar(event);
   const yaml_mark_t& mark = event.start_mark;
   switch (event.type) {
     case YAML_DOCUMENT_START_EVENT:
       return BeginDocument();
-    case YAML_SCALAR_EVENT:
-      return TakeScalar(event);
     case YAML_ALIAS_EVENT:
       return TakeAlias(View(event.data.alias.anchor), mark);
     case YAML_SEQUENCE_START_EVENT:
@@ -56,7 +56,7 @@ void YamlTreeReader::Begin(Due due, const unsigned char* anchorName, const yaml_
   }
   if (Depth() == kMaxYamlDepth) return FailAt(kYamlTooDeep, mark);
   Anchor* anchor = nullptr;
-  if (!Remember(anchorName, mark, &anchor)) return;
+  if (anchorName != nullptr && !Remember(anchorName, mark, &anchor)) return;
   const bool isDone = isSequence ? builder_.BeginCollection(0) : builder_.BeginStructure(0);
   if (!isDone) return FailAt(kYamlTooManyValues, mark);
   open_.push_back({due, anchor});
@@ -70,18 +70,18 @@ void YamlTreeReader::End(bool isDone, const yaml_mark_t& mark) {
 
 void YamlTreeReader::TakeScalar(const yaml_event_t& event) {
   const auto& data = event.data.scalar;
+  const yaml_mark_t& mark = event.start_mark;
   Anchor* anchor = nullptr;
-  if (!Remember(data.anchor, event.start_mark, &anchor)) return;
-  const YamlScalar scalar = {{reinterpret_cast<const char*>(data.value), data.length},
-                             reinterpret_cast<const char*>(data.tag),
-                             data.style == YAML_PLAIN_SCALAR_STYLE};
-  if (open_.back().due == Due::kKey) return TakeKey(scalar, anchor, event.start_mark);
-  Finish(AddYamlScalar(context_, scalar, builder_), anchor, event.start_mark);
-}
-
-void YamlTreeReader::TakeKey(const YamlScalar& scalar, Anchor* anchor, const yaml_mark_t& mark) {
-  if (!IsYamlKey(scalar)) return FailAt(kYamlInvalidKey, mark);
-  if (!AddKey(scalar.text, anchor)) return FailAt(kYamlTooManyValues, mark);
+  if (data.anchor != nullptr && !Remember(data.anchor, mark, &anchor)) return;
+  // One by one: loaded as pairs they would wait for libyaml's single stores.
+  const std::string_view text(reinterpret_cast<const char*>(data.value), data.length);
+  const auto* tag = reinterpret_cast<const char*>(data.tag);
+  const bool isPlain = data.style == YAML_PLAIN_SCALAR_STYLE;
+  if (open_.back().due != Due::kKey) {
+    return Finish(AddYamlScalar(context_, text, tag, isPlain, builder_), anchor, mark);
+  }
+  if (!IsYamlKey(text, tag, isPlain)) return FailAt(kYamlInvalidKey, mark);
+  if (!AddKey(text, anchor)) return FailAt(kYamlTooManyValues, mark);
   open_.back().due = Due::kValue;
 }
 
@@ -108,10 +108,9 @@ void YamlTreeReader::TakeAlias(std::string_view name, const yaml_mark_t& mark) {
   Finish(builder_.Repeat(*value, extent.values), nullptr, mark);
 }
 
-// Sets `*anchor` for a node with an anchor. False: the name is taken.
+// Sets `*anchor` for a node that has one. False: the name is taken.
 bool YamlTreeReader::Remember(const unsigned char* anchorName, const yaml_mark_t& mark,
                               Anchor** anchor) {
-  if (anchorName == nullptr) return true;
   const auto [entry, isNew] = anchors_.try_emplace(std::string(View(anchorName)));
   if (!isNew) FailAt(kYamlDuplicateAnchor, entry->first, mark);
   *anchor = &entry->second;

@@ -13,7 +13,6 @@
 #include "binding/conversion_context.h"
 #include "binding/seeded_hash.h"
 #include "binding/tree_builder.h"
-#include "binding/yaml_scalar.h"
 
 namespace Kest {
 
@@ -49,7 +48,6 @@ class YamlTreeReader {
   void Begin(Due due, const unsigned char* anchorName, const yaml_mark_t& mark);
   void End(bool isDone, const yaml_mark_t& mark);
   void TakeScalar(const yaml_event_t& event);
-  void TakeKey(const YamlScalar& scalar, Anchor* anchor, const yaml_mark_t& mark);
   void TakeAlias(std::string_view name, const yaml_mark_t& mark);
   bool AddKey(std::string_view name, Anchor* anchor);
   bool Remember(const unsigned char* anchorName, const yaml_mark_t& mark, Anchor** anchor);
