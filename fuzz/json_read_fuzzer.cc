@@ -1,0 +1,67 @@
+// Any text as a JSON document. A text that is read is one for a strict reader too, and reads the
+// same when it is written again; one that is not read fails with a listed text, and for a reason
+// when the strict reader takes it.
+#include <algorithm>
+
+#include "binding/json_adapter.h"
+#include "fuzz/described_tree.h"
+#include "fuzz/failure_texts.h"
+#include "fuzz/fuzz_support.h"
+#include "fuzz/strict_json.h"
+
+namespace Kest::Fuzz {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// What the strict reader does not look at.
+constexpr std::string_view kStricterFailures[] = {
+    "The surrogate pair in string is invalid.",
+    "Number too big to be stored in double.",
+    "Too many values.",
+};
+
+BindingProperty Read(ConversionContext& context, std::string_view text, size_t* offset) {
+  const DecoderBounds bounds;
+  return ReadJson(context, text, offset);
+}
+
+void CheckWrittenAgain(const BindingProperty& tree) {
+  ConversionContext context;
+  std::string text;
+  WriteJson(context, tree, &text);
+  Require(context.Ok(), "what was read can be written", context.ErrorText());
+  Require(IsStrictJson(text), "what was written is JSON", text);
+  size_t offset = 0;
+  const BindingProperty again = Read(context, text, &offset);
+  Require(context.Ok(), "what was written is read", context.ErrorText());
+  RequireSame(DescribeTree(tree, TreeView::kJson).text, ExactTree(again), "written and read again");
+}
+
+void CheckText(std::string_view text) {
+  ConversionContext context;
+  size_t offset = 0;
+  const BindingProperty tree = Read(context, text, &offset);
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  const bool isStrict = IsStrictJson(text);
+  if (context.Ok()) {
+    Require(isStrict, "a text that is read is strict JSON", text);
+    CheckWrittenAgain(tree);
+    Require(BindingProperty(tree) == tree, "a copy equals its tree", text);
+    return;
+  }
+  const std::string failure = context.ErrorText();
+  RequireListed(failure, {kJsonFailures});
+  if (isStrict) RequireListed(failure, {kStricterFailures});
+  Require(tree.IsEmpty(), "a failure answers nothing", failure);
+  Require(offset <= text.size() + kByteOrderMark.size(), "the failure lies in the text", failure);
+}
+
+}  // namespace
+}  // namespace Kest::Fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using namespace Kest::Fuzz;
+  CheckText(Stretched(TextOf(data, size), '\x01'));
+  return 0;
+}

@@ -1,0 +1,39 @@
+// Any tree as JSON text and back: what returns is the tree but for the losses that JSON means
+// (described_tree.h), or nothing is written, for the reason that is due.
+#include "binding/json_adapter.h"
+#include "fuzz/described_tree.h"
+#include "fuzz/fuzz_support.h"
+#include "fuzz/samples.h"
+#include "fuzz/strict_json.h"
+#include "fuzz/tree_notation.h"
+
+namespace Kest::Fuzz {
+namespace {
+
+void CheckTree(const BindingProperty& tree) {
+  const TreeDescription expected = DescribeTree(tree, TreeView::kJson);
+  ConversionContext context;
+  std::string text = "kept";
+  WriteJson(context, tree, &text);
+  RequireSame(expected.failure, context.ErrorText(), "writing fails for the reason due");
+  Require(text.starts_with("kept"), "what stood there stays", text);
+  if (!context.Ok()) {
+    Require(text == "kept", "a failure writes nothing", text);
+    return;
+  }
+  text.erase(0, 4);
+  Require(IsStrictJson(text), "what was written is JSON", text);
+  const BindingProperty read = ReadJson(context, text);
+  Require(context.Ok(), "what was written is read", context.ErrorText() + "\n" + text);
+  RequireSame(expected.text, ExactTree(read), "written and read");
+}
+
+}  // namespace
+}  // namespace Kest::Fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using namespace Kest;
+  std::string_view text = Fuzz::TextOf(data, size);
+  Fuzz::CheckTree(Fuzz::TakeTree(&text, Samples::GradeRecord()));
+  return 0;
+}

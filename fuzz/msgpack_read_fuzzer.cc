@@ -1,0 +1,73 @@
+// Any bytes as MessagePack. A value that is read reads the same from its own bytes alone and when
+// it is written again, which takes no more bytes; it is truncated when one byte is missing. What is
+// not read fails with a listed text.
+#include "binding/msgpack_reader.h"
+#include "binding/msgpack_writer.h"
+#include "binding/read_value.h"
+#include "fuzz/described_tree.h"
+#include "fuzz/failure_texts.h"
+#include "fuzz/fuzz_support.h"
+
+namespace Kest::Fuzz {
+namespace {
+
+constexpr size_t kUntouched = SIZE_MAX;
+
+struct Reading {
+  BindingProperty tree;
+  std::string failure;
+  size_t consumed = kUntouched;
+};
+
+Reading Read(std::string_view bytes) {
+  const DecoderBounds bounds;
+  ConversionContext context;
+  Reading reading;
+  reading.tree = ReadMessagePack(
+      context, {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}, &reading.consumed);
+  reading.failure = context.ErrorText();
+  return reading;
+}
+
+std::string Write(const BindingProperty& tree) {
+  ConversionContext context;
+  std::string bytes;
+  MessagePackWriter writer(&bytes);
+  CheckWritten(context, WriteTree(tree, writer), writer);
+  writer.Finish(context);
+  Require(context.Ok(), "every tree can be written", context.ErrorText());
+  return bytes;
+}
+
+void CheckBytes(std::string_view bytes) {
+  const Reading whole = Read(bytes);
+  if (!whole.failure.empty()) {
+    RequireListed(whole.failure, {kMessagePackFailures, kMessagePackTruncations});
+    Require(whole.tree.IsEmpty(), "a failure answers nothing", whole.failure);
+    Require(whole.consumed == kUntouched, "a failure consumes nothing", whole.failure);
+    return;
+  }
+  Require(whole.consumed >= 1 && whole.consumed <= bytes.size(), "a value has bytes of its own");
+  const std::string description = ExactTree(whole.tree);
+  const Reading alone = Read(bytes.substr(0, whole.consumed));
+  Require(alone.consumed == whole.consumed, "what lies behind does not matter", alone.failure);
+  RequireSame(description, ExactTree(alone.tree), "what lies behind does not matter");
+  RequireListed(Read(bytes.substr(0, whole.consumed - 1)).failure, {kMessagePackTruncations});
+
+  const std::string written = Write(whole.tree);
+  Require(written.size() <= whole.consumed, "the shortest forms are written", description);
+  const Reading again = Read(written);
+  Require(again.failure.empty(), "what was written is read", again.failure);
+  Require(again.consumed == written.size(), "one value was written", description);
+  RequireSame(DescribeTree(whole.tree, TreeView::kMessagePack).text, ExactTree(again.tree),
+              "written and read again");
+}
+
+}  // namespace
+}  // namespace Kest::Fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using namespace Kest::Fuzz;
+  CheckBytes(Stretched(TextOf(data, size), '\xC1'));
+  return 0;
+}
