@@ -1,12 +1,11 @@
 // The functions every plugin answers without registering them. They stand in the namespace
 // "$builtin" and are invoked by name; no route leads to them.
 //
-//   "$builtin.Help"   Describes the functions, types and events of the API. Its argument "format"
-//   is
-//                     a BindingHelpFormat: "Full", also when absent, answers a BindingFullApiHelp
-//                     (binding/help_types.h), "Epytext" a text (binding/epytext_writer.h).
-//                     The functions come in the order of their registration, then the built-in
-//                     ones, Help itself among them: they are called like any other.
+//   "$builtin.Help"  describes the functions, types and events of the API. Its argument "format",
+//                    a BindingHelpFormat: "Full", also when absent, answers a BindingFullApiHelp
+//                    (binding/help_types.h), "Epytext" a text (binding/epytext_writer.h).
+//                    The functions come in the order of their registration, then the built-in
+//                    ones, Help itself among them: they are called like any other.
 #pragma once
 
 #include <functional>

@@ -1,26 +1,28 @@
 #include "binding/epytext_writer.h"
 
-#include <algorithm>
+#include <initializer_list>
 #include <string_view>
+#include <utility>
 
 namespace Kest {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
+// A line break would end a field, an empty line the whole item: text stays on one line.
 std::string Escape(std::string_view text) {
   std::string escaped;
-  if (text.starts_with('-')) {
-    escaped = "E{-}";
-    text.remove_prefix(1);
-  }
   for (const char c : text) {
-    if (c == '{') {
+    if (c == '-' && escaped.empty()) {
+      escaped += "E{-}";
+    } else if (c == '{') {
       escaped += "E{lb}";
     } else if (c == '}') {
       escaped += "E{rb}";
-    } else {
+    } else if (c != '\r' && c != '\n') {
       escaped += c;
+    } else if (!escaped.empty() && !escaped.ends_with(' ')) {
+      escaped += ' ';
     }
   }
   return escaped;

@@ -16,7 +16,8 @@ namespace Kest {
 //   "@cvar NAME: (VALUE) DESCRIPTION" for each enumerator
 //   "@rtype: TYPE", "@threadsafe: true", "@async: TYPE", "@size: BYTES", "@tags: TAG, TAG"
 // without the lines that do not apply. What follows the heading is an epytext docstring as
-// documentation tools read it. In descriptions a leading "-" and all braces are escaped.
+// documentation tools read it. In descriptions a leading "-" and all braces are escaped; a
+// line break becomes a blank.
 // Types: the names of binding/type_id.h, but "bytearray", "list[TYPE]", "dict[TYPE]", and the link
 // "L{NAME}" for a registered type.
 std::string WriteEpytext(const ApiRecords& api);

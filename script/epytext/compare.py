@@ -12,6 +12,11 @@ import sys
 from pydoctor.epydoc.markup import epytext
 
 
+def flowed(text):
+    """Epytext takes any white space inside a text as one blank."""
+    return " ".join(text.split())
+
+
 def shown(parsed):
     """The text of a parsed docstring; a link is "->NAME", any other mark-up stands out as "<tag>"."""
     def walk(node):
@@ -21,7 +26,7 @@ def shown(parsed):
             return "->" + walk(node.children[0])
         inner = "".join(walk(child) for child in node.children)
         return inner if node.tag in ("epytext", "para", "name") else f"<{node.tag}>{inner}"
-    return " ".join(walk(parsed._tree).split()) if parsed._tree else ""
+    return flowed(walk(parsed._tree)) if parsed._tree else ""
 
 
 def read_item(item, complaints):
@@ -47,7 +52,7 @@ def expected_items(full):
     def fields_of(tag, entries):
         for entry in entries:
             optional = "(optional) " if tag == "param" and entry["optional"] else ""
-            yield tag, entry["name"], (optional + entry["description"]).strip()
+            yield tag, entry["name"], flowed(optional + entry["description"])
             yield "type", entry["name"], show(entry["type"]["type"], entry["type"]["elementType"])
 
     def tags_of(entry):
@@ -62,17 +67,17 @@ def expected_items(full):
         if function["async"]:
             fields.append(("async", None, show(function["async"])))
         name = ".".join(filter(None, (function["nameSpace"], function["name"])))
-        yield "function " + name, function["description"], fields + tags_of(function)
+        yield "function " + name, flowed(function["description"]), fields + tags_of(function)
     for described in full["types"]:
         fields = list(fields_of("ivar", described["fields"]))
         for value in described["values"]:
-            fields.append(("cvar", value["name"], f"({value['value']}) {value['description']}".strip()))
+            fields.append(("cvar", value["name"], flowed(f"({value['value']}) {value['description']}")))
         fields.append(("size", None, str(described["size"])))
         kind = "enum " if described["values"] else "struct "
-        yield kind + described["name"], described["description"], fields + tags_of(described)
+        yield kind + described["name"], flowed(described["description"]), fields + tags_of(described)
     for event in full["events"]:
         payload = ": " + show(*event["type"].values()) if event["type"]["type"] else ""
-        yield "event " + event["name"] + payload, event["description"], tags_of(event)
+        yield "event " + event["name"] + payload, flowed(event["description"]), tags_of(event)
 
 
 def complaints_about(text, full):
