@@ -26,33 +26,38 @@ void StoreBigEndian(Unsigned value, char* to) {
   std::memcpy(to, &value, sizeof(value));
 }
 
-// Reads bytes from front to back. A read that finds too few answers false and moves nothing.
+template <typename Unsigned>
+Unsigned LoadBigEndian(const uint8_t* from) {
+  Unsigned value;
+  std::memcpy(&value, from, sizeof(value));
+  return SwapToBigEndian(value);
+}
+
+// A place in bytes that are read from front to back.
 // Lifetime: borrows the bytes.
 class ByteCursor {
  public:
-  explicit ByteCursor(std::span<const uint8_t> bytes) : bytes_(bytes) {}
+  explicit ByteCursor(std::span<const uint8_t> bytes)
+      : next_(bytes.data()), end_(bytes.data() + bytes.size()) {}
 
-  size_t Position() const { return position_; }
+  const uint8_t* Next() const { return next_; }
+  bool Has(size_t count) const { return count <= static_cast<size_t>(end_ - next_); }
 
-  template <typename Unsigned>
-  bool Read(Unsigned* value) {
-    if (sizeof(Unsigned) > bytes_.size() - position_) return false;
-    std::memcpy(value, bytes_.data() + position_, sizeof(Unsigned));
-    *value = SwapToBigEndian(*value);
-    position_ += sizeof(Unsigned);
-    return true;
+  // The next bytes, and goes behind them. REQUIRES: Has(count).
+  const uint8_t* Take(size_t count) {
+    const uint8_t* taken = next_;
+    next_ += count;
+    return taken;
   }
-
-  bool ReadBytes(uint64_t count, std::span<const uint8_t>* bytes) {
-    if (count > bytes_.size() - position_) return false;
-    *bytes = bytes_.subspan(position_, static_cast<size_t>(count));
-    position_ += bytes->size();
-    return true;
+  // The same as a number. REQUIRES: Has(sizeof(Unsigned)).
+  template <typename Unsigned>
+  Unsigned Take() {
+    return LoadBigEndian<Unsigned>(Take(sizeof(Unsigned)));
   }
 
  private:
-  std::span<const uint8_t> bytes_;
-  size_t position_ = 0;
+  const uint8_t* next_;
+  const uint8_t* end_;
 };
 
 }  // namespace Kest

@@ -6,21 +6,14 @@
 
 namespace Kest {
 
-bool KeyTable::TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
-  if (!entries_.empty()) {
-    const uint32_t guess = entries_[previous_].successor;
-    if (entries_[guess].key->Is(name)) {
-      *number = previous_ = guess;
-      return true;
-    }
-  }
-  if (!TryFind(name, isStored, arena, number)) return false;
-  entries_[previous_].successor = *number;
-  previous_ = *number;
+bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
+  if (!TryFindNumber(name, isStored, arena, number)) return false;
+  entries_[previous_].next[place_] = *number;
+  GoTo(*number, kBehind);
   return true;
 }
 
-bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
+bool KeyTable::TryFindNumber(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
   if (2 * entries_.size() >= slots_.size()) Grow();
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
   const uint32_t hash = SeededHash(name);
@@ -35,7 +28,7 @@ bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint3
   const MemberKey* key = TreeNodes::TryMakeKey(arena, name, hash, isStored);
   if (key == nullptr) return false;
   *number = static_cast<uint32_t>(entries_.size());
-  entries_.push_back({key, *number, 0, 0});
+  entries_.push_back({key->chars, key, key->size, {*number, *number}, 0, 0});
   slots_[slot] = *number + 1;
   return true;
 }

@@ -10,15 +10,32 @@
 namespace Kest {
 
 // Numbers the distinct names. Structures of one type come with the same names in the same order, so
-// the table first compares with the name that followed the previous one last time; only when that
-// misses is the name hashed.
+// the table first compares with the name that came last time at the same place: behind the previous
+// one, or first inside a member's value. Only when that misses is the name hashed.
 // Threads: one.
 class KeyTable {
  public:
   // Sets `*number` to that of `name`, which is copied into `arena` when new unless `isStored` says
   // it lies there. False past the arena's bound.
-  bool TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
+  bool TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
+    if (!entries_.empty()) {
+      const uint32_t guess = entries_[previous_].next[place_];
+      if (entries_[guess].Is(name)) {
+        *number = guess;
+        GoTo(guess, kBehind);
+        return true;
+      }
+    }
+    return TryFind(name, isStored, arena, number);
+  }
   const MemberKey& Key(uint32_t number) const { return *entries_[number].key; }
+
+  // Where the next name will stand: the place by which it is guessed.
+  enum Place : uint32_t { kBehind, kInside };
+  void GoTo(uint32_t number, Place place) {
+    previous_ = number;
+    place_ = place;
+  }
 
   // Forgets the places of all names.
   void BeginPlaces() { ++round_; }
@@ -33,18 +50,26 @@ class KeyTable {
 
  private:
   struct Entry {
+    const char* chars;  // as the key has them: a comparison need not go there
     const MemberKey* key;
-    uint32_t successor;  // the name that came next last time
-    uint32_t round;      // in which `place` was set
+    uint32_t size;
+    uint32_t next[2];  // the names that came last time behind it and inside it
+    uint32_t round;    // in which `place` was set
     uint32_t place;
+
+    bool Is(std::string_view name) const {
+      return name.size() == size && EqualBytes(name.data(), chars, size);
+    }
   };
 
   bool TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
+  bool TryFindNumber(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
   void Grow();
 
   std::vector<Entry> entries_;
   std::vector<uint32_t> slots_;  // open hash table of numbers + 1; a power of two of them
   uint32_t previous_ = 0;
+  Place place_ = kInside;
   uint32_t round_ = 0;
 };
 

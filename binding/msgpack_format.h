@@ -6,25 +6,36 @@
 
 namespace Kest::MessagePack {
 
+// What a first byte says. The names are the format's own; a number behind them is the width of the
+// number that follows the byte: the value itself, or the length of what comes behind.
 enum class Form : uint8_t {
   kRefused,  // never used, or an extension
+  kFixint,
+  kFixmap,
+  kFixarray,
+  kFixstr,
   kNil,
   kBool,
-  kSigned,
-  kUnsigned,
-  kFloat,
-  kString,
-  kBlob,
-  kArray,
-  kMap,
-};
-
-// What a first byte says. `width` bytes of a number follow it: the value itself, or the length of
-// what comes behind. Without any, `value` is that number.
-struct Lead {
-  Form form = Form::kRefused;
-  uint8_t width = 0;
-  uint8_t value = 0;
+  kBin8,
+  kBin16,
+  kBin32,
+  kFloat32,
+  kFloat64,
+  kUint8,
+  kUint16,
+  kUint32,
+  kUint64,
+  kInt8,
+  kInt16,
+  kInt32,
+  kInt64,
+  kStr8,
+  kStr16,
+  kStr32,
+  kArray16,
+  kArray32,
+  kMap16,
+  kMap32,
 };
 
 // First bytes, and the lowest ones of those that hold a number of their own.
@@ -54,35 +65,30 @@ inline constexpr uint32_t kNegativeFixints = 32;
 inline constexpr uint32_t kFixContainers = 16;
 inline constexpr uint32_t kFixstrs = 32;
 
-constexpr std::array<Lead, 256> MakeLeads() {
-  std::array<Lead, 256> leads{};
-  const auto fix = [&leads](uint8_t first, uint32_t count, Form form) {
-    for (uint32_t i = 0; i < count; ++i) leads[first + i] = {form, 0, static_cast<uint8_t>(i)};
+constexpr std::array<Form, 256> MakeForms() {
+  std::array<Form, 256> forms{};
+  const auto fill = [&forms](uint32_t first, uint32_t count, Form form) {
+    for (uint32_t i = 0; i < count; ++i) forms[first + i] = form;
   };
-  // A family of byte codes in a row, each with twice the width of the one before.
-  const auto family = [&leads](uint8_t first, uint8_t width, uint8_t last, Form form) {
-    for (; width <= last; width = static_cast<uint8_t>(width * 2))
-      leads[first++] = {form, width, 0};
+  // Byte codes in a row whose forms stand in a row.
+  const auto row = [&forms](uint32_t first, Form from, Form to) {
+    for (auto form = static_cast<uint32_t>(from); form <= static_cast<uint32_t>(to); ++form) {
+      forms[first++] = static_cast<Form>(form);
+    }
   };
-  fix(kPositiveFixint, kPositiveFixints, Form::kSigned);
-  fix(kFixmap, kFixContainers, Form::kMap);
-  fix(kFixarray, kFixContainers, Form::kArray);
-  fix(kFixstr, kFixstrs, Form::kString);
-  fix(kNil, 1, Form::kNil);
-  fix(kFalse, 2, Form::kBool);
-  family(kBin8, 1, 4, Form::kBlob);
-  family(kFloat32, 4, 8, Form::kFloat);
-  family(kUint8, 1, 8, Form::kUnsigned);
-  family(kInt8, 1, 8, Form::kSigned);
-  family(kStr8, 1, 4, Form::kString);
-  family(kArray16, 2, 4, Form::kArray);
-  family(kMap16, 2, 4, Form::kMap);
-  for (uint32_t lead = kNegativeFixint; lead < leads.size(); ++lead) {
-    leads[lead] = {Form::kSigned, 0, static_cast<uint8_t>(lead)};
-  }
-  return leads;
+  fill(kPositiveFixint, kPositiveFixints, Form::kFixint);
+  fill(kNegativeFixint, kNegativeFixints, Form::kFixint);
+  fill(kFixmap, kFixContainers, Form::kFixmap);
+  fill(kFixarray, kFixContainers, Form::kFixarray);
+  fill(kFixstr, kFixstrs, Form::kFixstr);
+  fill(kNil, 1, Form::kNil);
+  fill(kFalse, 2, Form::kBool);
+  row(kBin8, Form::kBin8, Form::kBin32);
+  row(kFloat32, Form::kFloat32, Form::kInt64);
+  row(kStr8, Form::kStr8, Form::kMap32);
+  return forms;
 }
 
-inline constexpr std::array<Lead, 256> kLeads = MakeLeads();
+inline constexpr std::array<Form, 256> kForms = MakeForms();
 
 }  // namespace Kest::MessagePack

@@ -15,190 +15,259 @@
 namespace Kest {
 namespace {
 
-using MessagePack::Form;
-using MessagePack::kLeads;
-using MessagePack::Lead;
+using namespace MessagePack;
 
 // Enough for most small bodies.
 constexpr size_t kSmallTree = 512;
 
+constexpr std::string_view kString =
+    "Invalid MessagePack data. String of size %1 at position %2 is truncated.";
+constexpr std::string_view kRawBytes =
+    "Invalid MessagePack data. Raw bytes of size %1 at position %2 are truncated.";
+
+constexpr bool IsFixstr(uint8_t lead) {
+  return lead / kFixstrs == kFixstr / kFixstrs;
+}
+
+std::string_view TextOf(const uint8_t* bytes, uint64_t size) {
+  return {reinterpret_cast<const char*>(bytes), static_cast<size_t>(size)};
+}
+
+// For what runs once or more for each item: the place in the bytes stays in a register only when
+// nothing that takes it by reference is called.
+#define KEST_PER_ITEM [[gnu::always_inline]] inline
+
 // Feeds the builder with one value. The bytes lie in the builder's own memory: texts stay there.
 class Reader {
  public:
-  Reader(TreeBuilder& builder, std::span<const uint8_t> bytes)
-      : builder_(builder), cursor_(bytes) {}
+  Reader(TreeBuilder& builder, std::span<const uint8_t> bytes) : builder_(builder), bytes_(bytes) {}
 
   // False: `failure` says why.
   bool Read();
-  size_t Consumed() const { return cursor_.Position(); }
+  size_t consumed() const { return consumed_; }
   const std::string& failure() const { return failure_; }
 
  private:
   // A container that is not complete. A map's keys are read together with their values.
-  struct Open {
+  struct Container {
+    Container(uint32_t entries, bool map) : entriesLeft(entries), isMap(map) {}
     uint32_t entriesLeft;
     bool isMap;
   };
 
-  bool ReadKey();
-  bool ReadValue();
-  bool ReadScalar(Form form, uint8_t width, uint64_t number);
-  bool ReadBlob(uint64_t size);
-  bool ReadLead(Lead* lead);
-  bool ReadNumber(const Lead& lead, uint64_t* number);
+  bool ReadKey(ByteCursor& in);
+  bool ReadValue(ByteCursor& in);
   template <typename Unsigned>
-  bool ReadWidth(uint64_t* number);
-  bool ReadText(uint64_t size, std::string_view* text);
-  bool BeginContainer(bool isMap, uint64_t size);
+  bool ReadUnsigned(ByteCursor& in, const uint8_t* item);
+  template <typename Unsigned>
+  bool ReadSigned(ByteCursor& in, const uint8_t* item);
+  template <typename Floating, typename Unsigned>
+  bool ReadFloat(ByteCursor& in, const uint8_t* item);
+  // `add` takes what has the size.
+  template <typename Unsigned, auto add>
+  bool ReadSized(ByteCursor& in, const uint8_t* item);
+  bool AddString(ByteCursor& in, const uint8_t* item, size_t size);
+  bool AddKey(ByteCursor& in, const uint8_t* item, size_t size);
+  bool AddBlob(ByteCursor& in, const uint8_t* item, size_t size);
+  bool BeginArray(ByteCursor& in, const uint8_t* item, size_t size);
+  bool BeginMap(ByteCursor& in, const uint8_t* item, size_t size);
+  void Open(bool isMap, size_t size);
   bool EndContainer();
 
-  bool Check(bool isDone) { return isDone || FailAt(builder_.ErrorText()); }
-  bool FailAt(std::string_view reason);
-  bool FailTruncated(size_t bits);
+  bool Check(bool isDone, const uint8_t* item) {
+    return isDone || FailAt(item, builder_.ErrorText());
+  }
+  size_t PositionOf(const uint8_t* item) const { return static_cast<size_t>(item - bytes_.data()); }
+  bool FailAt(const uint8_t* item, std::string_view reason = {});
+  bool FailTruncated(const uint8_t* item, size_t width);
+  bool FailTruncated(const uint8_t* item, std::string_view text, size_t size);
 
   TreeBuilder& builder_;
-  ByteCursor cursor_;
-  size_t item_ = 0;         // where the item at hand begins
-  Open current_{1, false};  // at first the place of the whole value
-  std::vector<Open> open_;  // around it
+  std::span<const uint8_t> bytes_;
+  Container current_{1, false};  // at first the place of the whole value
+  std::vector<Container> open_;  // around it
+  size_t consumed_ = 0;
   std::string failure_;
 };
 
-bool Reader::Read() {
-  for (;;) {
-    while (current_.entriesLeft == 0) {
-      if (open_.empty()) return true;
-      if (!EndContainer()) return false;
-    }
-    --current_.entriesLeft;
-    if (current_.isMap && !ReadKey()) return false;
-    if (!ReadValue()) return false;
-  }
-}
-
-bool Reader::ReadKey() {
-  Lead lead;
-  if (!ReadLead(&lead)) return false;
-  if (lead.form != Form::kString) return FailAt("Map keys must be strings.");
-  uint64_t size = 0;
-  std::string_view name;
-  return ReadNumber(lead, &size) && ReadText(size, &name) && Check(builder_.StoredMember(name));
-}
-
-bool Reader::ReadValue() {
-  Lead lead;
-  uint64_t number = 0;
-  if (!ReadLead(&lead) || !ReadNumber(lead, &number)) return false;
-  switch (lead.form) {
-    case Form::kString: {
-      std::string_view text;
-      return ReadText(number, &text) && Check(builder_.StoredString(text));
-    }
-    case Form::kArray:
-      return BeginContainer(/*isMap=*/false, number);
-    case Form::kMap:
-      return BeginContainer(/*isMap=*/true, number);
-    default:
-      return ReadScalar(lead.form, lead.width, number);
-  }
-}
-
-bool Reader::ReadScalar(Form form, uint8_t width, uint64_t number) {
-  switch (form) {
-    case Form::kNil:
-      return Check(builder_.Null());
-    case Form::kBool:
-      return Check(builder_.Bool(number != 0));
-    case Form::kSigned: {
-      const int unused = 64 - 8 * std::max<int>(width, 1);
-      return Check(builder_.Signed(static_cast<int64_t>(number << unused) >> unused));
-    }
-    case Form::kUnsigned:
-      return Check(builder_.Unsigned(number));
-    case Form::kFloat:
-      if (width == 8) return Check(builder_.Float(std::bit_cast<double>(number)));
-      return Check(builder_.Float(std::bit_cast<float>(static_cast<uint32_t>(number))));
-    case Form::kBlob:
-      return ReadBlob(number);
-    default:
-      return FailAt({});
-  }
-}
-
-bool Reader::ReadBlob(uint64_t size) {
-  std::span<const uint8_t> bytes;
-  if (cursor_.ReadBytes(size, &bytes)) return Check(builder_.StoredBlob(bytes));
-  failure_ = Format("Invalid MessagePack data. Raw bytes of size %1 at position %2 are truncated.",
-                    size, item_);
-  return false;
-}
-
-bool Reader::ReadLead(Lead* lead) {
-  item_ = cursor_.Position();
-  uint8_t byte = 0;
-  if (!cursor_.Read(&byte)) return FailTruncated(8);
-  *lead = kLeads[byte];
-  return true;
-}
-
-bool Reader::ReadNumber(const Lead& lead, uint64_t* number) {
-  switch (lead.width) {
-    case 0:
-      *number = lead.value;
-      return true;
-    case 1:
-      return ReadWidth<uint8_t>(number);
-    case 2:
-      return ReadWidth<uint16_t>(number);
-    case 4:
-      return ReadWidth<uint32_t>(number);
-    default:
-      return ReadWidth<uint64_t>(number);
-  }
+template <typename Unsigned>
+KEST_PER_ITEM bool Reader::ReadUnsigned(ByteCursor& in, const uint8_t* item) {
+  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
+  return Check(builder_.Unsigned(in.Take<Unsigned>()), item);
 }
 
 template <typename Unsigned>
-bool Reader::ReadWidth(uint64_t* number) {
-  Unsigned value = 0;
-  if (!cursor_.Read(&value)) return FailTruncated(8 * sizeof(Unsigned));
-  *number = value;
-  return true;
+KEST_PER_ITEM bool Reader::ReadSigned(ByteCursor& in, const uint8_t* item) {
+  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
+  return Check(builder_.Signed(static_cast<std::make_signed_t<Unsigned>>(in.Take<Unsigned>())),
+               item);
 }
 
-bool Reader::ReadText(uint64_t size, std::string_view* text) {
-  std::span<const uint8_t> bytes;
-  if (cursor_.ReadBytes(size, &bytes)) {
-    *text = {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-    return true;
+template <typename Floating, typename Unsigned>
+KEST_PER_ITEM bool Reader::ReadFloat(ByteCursor& in, const uint8_t* item) {
+  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
+  return Check(builder_.Float(std::bit_cast<Floating>(in.Take<Unsigned>())), item);
+}
+
+template <typename Unsigned, auto add>
+KEST_PER_ITEM bool Reader::ReadSized(ByteCursor& in, const uint8_t* item) {
+  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
+  return (this->*add)(in, item, in.Take<Unsigned>());
+}
+
+KEST_PER_ITEM bool Reader::AddString(ByteCursor& in, const uint8_t* item, size_t size) {
+  if (!in.Has(size)) return FailTruncated(item, kString, size);
+  return Check(builder_.StoredString(TextOf(in.Take(size), size)), item);
+}
+
+KEST_PER_ITEM bool Reader::AddKey(ByteCursor& in, const uint8_t* item, size_t size) {
+  if (!in.Has(size)) return FailTruncated(item, kString, size);
+  return Check(builder_.StoredMember(TextOf(in.Take(size), size)), item);
+}
+
+KEST_PER_ITEM bool Reader::AddBlob(ByteCursor& in, const uint8_t* item, size_t size) {
+  if (!in.Has(size)) return FailTruncated(item, kRawBytes, size);
+  return Check(builder_.StoredBlob({in.Take(size), size}), item);
+}
+
+// The builder is told no size: it grows with what really comes.
+KEST_PER_ITEM bool Reader::BeginArray(ByteCursor&, const uint8_t* item, size_t size) {
+  Open(/*isMap=*/false, size);
+  return Check(builder_.BeginCollection(0), item);
+}
+
+KEST_PER_ITEM bool Reader::BeginMap(ByteCursor&, const uint8_t* item, size_t size) {
+  Open(/*isMap=*/true, size);
+  return Check(builder_.BeginStructure(0), item);
+}
+
+void Reader::Open(bool isMap, size_t size) {
+  // Member by member: a copy of the whole would wait for the parts just written.
+  open_.emplace_back(current_.entriesLeft, current_.isMap);
+  current_.entriesLeft = static_cast<uint32_t>(size);
+  current_.isMap = isMap;
+}
+
+// Forms are told apart by branches, not by computed widths: those are guessed right most of the
+// time, so the next item is looked at before this one is done.
+KEST_PER_ITEM bool Reader::ReadKey(ByteCursor& in) {
+  const uint8_t* const item = in.Next();
+  if (!in.Has(1)) return FailTruncated(item, 1);
+  const uint8_t lead = *in.Take(1);
+  if (IsFixstr(lead)) return AddKey(in, item, lead - kFixstr);
+  switch (kForms[lead]) {
+    case Form::kStr8:
+      return ReadSized<uint8_t, &Reader::AddKey>(in, item);
+    case Form::kStr16:
+      return ReadSized<uint16_t, &Reader::AddKey>(in, item);
+    case Form::kStr32:
+      return ReadSized<uint32_t, &Reader::AddKey>(in, item);
+    default:
+      return FailAt(item, "Map keys must be strings.");
   }
-  failure_ = Format("Invalid MessagePack data. String of size %1 at position %2 is truncated.",
-                    size, item_);
-  return false;
 }
 
-bool Reader::BeginContainer(bool isMap, uint64_t size) {
-  open_.push_back(current_);
-  current_ = {static_cast<uint32_t>(size), isMap};
-  // The builder is told no size: it grows with what really comes.
-  return Check(isMap ? builder_.BeginStructure(0) : builder_.BeginCollection(0));
+KEST_PER_ITEM bool Reader::ReadValue(ByteCursor& in) {
+  const uint8_t* const item = in.Next();
+  if (!in.Has(1)) return FailTruncated(item, 1);
+  const uint8_t lead = *in.Take(1);
+  if (IsFixstr(lead)) return AddString(in, item, lead - kFixstr);
+  switch (kForms[lead]) {
+    case Form::kFixint:
+      return Check(builder_.Signed(static_cast<int8_t>(lead)), item);
+    case Form::kFixmap:
+      return BeginMap(in, item, lead - kFixmap);
+    case Form::kFixarray:
+      return BeginArray(in, item, lead - kFixarray);
+    case Form::kNil:
+      return Check(builder_.Null(), item);
+    case Form::kBool:
+      return Check(builder_.Bool(lead == kTrue), item);
+    case Form::kBin8:
+      return ReadSized<uint8_t, &Reader::AddBlob>(in, item);
+    case Form::kBin16:
+      return ReadSized<uint16_t, &Reader::AddBlob>(in, item);
+    case Form::kBin32:
+      return ReadSized<uint32_t, &Reader::AddBlob>(in, item);
+    case Form::kFloat32:
+      return ReadFloat<float, uint32_t>(in, item);
+    case Form::kFloat64:
+      return ReadFloat<double, uint64_t>(in, item);
+    case Form::kUint8:
+      return ReadUnsigned<uint8_t>(in, item);
+    case Form::kUint16:
+      return ReadUnsigned<uint16_t>(in, item);
+    case Form::kUint32:
+      return ReadUnsigned<uint32_t>(in, item);
+    case Form::kUint64:
+      return ReadUnsigned<uint64_t>(in, item);
+    case Form::kInt8:
+      return ReadSigned<uint8_t>(in, item);
+    case Form::kInt16:
+      return ReadSigned<uint16_t>(in, item);
+    case Form::kInt32:
+      return ReadSigned<uint32_t>(in, item);
+    case Form::kInt64:
+      return ReadSigned<uint64_t>(in, item);
+    case Form::kStr8:
+      return ReadSized<uint8_t, &Reader::AddString>(in, item);
+    case Form::kStr16:
+      return ReadSized<uint16_t, &Reader::AddString>(in, item);
+    case Form::kStr32:
+      return ReadSized<uint32_t, &Reader::AddString>(in, item);
+    case Form::kArray16:
+      return ReadSized<uint16_t, &Reader::BeginArray>(in, item);
+    case Form::kArray32:
+      return ReadSized<uint32_t, &Reader::BeginArray>(in, item);
+    case Form::kMap16:
+      return ReadSized<uint16_t, &Reader::BeginMap>(in, item);
+    case Form::kMap32:
+      return ReadSized<uint32_t, &Reader::BeginMap>(in, item);
+    default:
+      return FailAt(item);
+  }
+}
+
+bool Reader::Read() {
+  ByteCursor in(bytes_);
+  const uint8_t* item = in.Next();
+  for (;;) {
+    while (current_.entriesLeft == 0) {
+      if (open_.empty()) {
+        consumed_ = PositionOf(in.Next());
+        return true;
+      }
+      if (!Check(EndContainer(), item)) return false;
+    }
+    --current_.entriesLeft;
+    if (current_.isMap && !ReadKey(in)) return false;
+    item = in.Next();
+    if (!ReadValue(in)) return false;
+  }
 }
 
 bool Reader::EndContainer() {
-  const bool isDone = current_.isMap ? builder_.EndStructure() : builder_.EndCollection();
-  current_ = open_.back();
+  const bool isMap = current_.isMap;
+  current_.entriesLeft = open_.back().entriesLeft;
+  current_.isMap = open_.back().isMap;
   open_.pop_back();
-  return Check(isDone);
+  return isMap ? builder_.EndStructure() : builder_.EndCollection();
 }
 
-bool Reader::FailAt(std::string_view reason) {
-  failure_ = Format("Invalid MessagePack data at position %1.", item_);
+bool Reader::FailAt(const uint8_t* item, std::string_view reason) {
+  failure_ = Format("Invalid MessagePack data at position %1.", PositionOf(item));
   if (!reason.empty()) failure_.append(" ").append(reason);
   return false;
 }
 
-bool Reader::FailTruncated(size_t bits) {
+bool Reader::FailTruncated(const uint8_t* item, size_t width) {
   failure_ = Format("Invalid MessagePack data. %1-bit integer value at position %2 is truncated.",
-                    bits, item_);
+                    8 * width, PositionOf(item));
+  return false;
+}
+
+bool Reader::FailTruncated(const uint8_t* item, std::string_view text, size_t size) {
+  failure_ = Format(text, size, PositionOf(item));
   return false;
 }
 
@@ -217,9 +286,11 @@ BindingProperty ReadTree(ConversionContext& context, std::span<const uint8_t> by
     context.Fail(reader.failure());
     return {};
   }
-  *consumed = reader.Consumed();
+  *consumed = reader.consumed();
   return builder.Take();
 }
+
+#undef KEST_PER_ITEM
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "binding/tree_builder.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -40,10 +41,6 @@ bool TreeBuilder::Repeat(TreeNodes::Bits value, size_t values) {
   return true;
 }
 
-bool TreeBuilder::SetKey(std::string_view name, bool isStored) {
-  return keys_.TryIntern(name, isStored, *arena_, &key_);
-}
-
 bool TreeBuilder::Begin() {
   if (!arena_->TryCount(1)) return false;
   if (children_.capacity() == 0) {
@@ -51,16 +48,18 @@ bool TreeBuilder::Begin() {
     open_.reserve(kFirstDepth);
   }
   open_.emplace_back(children_.size(), key_);
+  keys_.GoTo(key_, KeyTable::kInside);
   return true;
 }
 
 // Replaces the children of the innermost container by the container.
 void TreeBuilder::End(TreeNodes::Bits bits) {
   const size_t first = open_.back().first;
-  const auto key = static_cast<uint32_t>(open_.back().key);
+  key_ = static_cast<uint32_t>(open_.back().key);
   open_.pop_back();
-  children_.resize(first);
-  children_.emplace_back(bits, key);
+  children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(first), children_.end());
+  children_.emplace_back(bits, key_);
+  keys_.GoTo(key_, KeyTable::kBehind);
 }
 
 bool TreeBuilder::EndCollection() {
@@ -91,13 +90,16 @@ bool TreeBuilder::EndStructure() {
 // Gives each repeated name the value of its last and the place of its first member; answers how
 // many members stay.
 size_t TreeBuilder::MergeRepeatedMembers(size_t first) {
-  keys_.BeginPlaces();
   Child* children = children_.data() + first;
   const size_t count = children_.size() - first;
+  // Names are numbered as they come, so those of most structures rise: then none is repeated.
+  const auto isNoRise = [](const Child& left, const Child& right) { return left.key >= right.key; };
+  if (std::adjacent_find(children, children + count, isNoRise) == children + count) return count;
+  keys_.BeginPlaces();
   uint32_t kept = 0;
   for (size_t i = 0; i < count; ++i) {
     const uint32_t place = keys_.PlaceOf(children[i].key, kept);
-    children[place] = children[i];
+    if (place != i) children[place] = children[i];
     if (place == kept) ++kept;
   }
   return kept;

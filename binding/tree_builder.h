@@ -79,12 +79,14 @@ class TreeBuilder final : public ValueWriter {
 
   bool Add(TreeNodes::Bits bits) {
     if (!arena_->TryCount(1)) return false;
-    children_.push_back({bits, key_});
+    children_.emplace_back(bits, key_);
     return true;
   }
   bool Begin();
   void End(TreeNodes::Bits bits);
-  bool SetKey(std::string_view name, bool isStored);
+  bool SetKey(std::string_view name, bool isStored) {
+    return keys_.TryIntern(name, isStored, *arena_, &key_);
+  }
   size_t MergeRepeatedMembers(size_t first);
 
   Arena* arena_;
