@@ -27,6 +27,8 @@ BindingProperty Read(ConversionContext& context, std::string_view text, size_t* 
 }
 
 void CheckWrittenAgain(const BindingProperty& tree) {
+  const TreeDescription expected = DescribeTree(tree, TreeView::kJson);
+  Require(!expected.repaired, "what was read is UTF-8", expected.text);
   ConversionContext context;
   std::string text;
   WriteJson(context, tree, &text);
@@ -35,7 +37,7 @@ void CheckWrittenAgain(const BindingProperty& tree) {
   size_t offset = 0;
   const BindingProperty again = Read(context, text, &offset);
   Require(context.Ok(), "what was written is read", context.ErrorText());
-  RequireSame(DescribeTree(tree, TreeView::kJson).text, ExactTree(again), "written and read again");
+  RequireSame(expected.text, ExactTree(again), "written and read again");
 }
 
 void CheckText(std::string_view text) {
