@@ -24,7 +24,7 @@ struct Request {
   std::string_view url;          // raw path, then "?" and the query if any; percent-encoded
   std::string_view contentType;  // of `body`
   std::string_view body;         // no bytes: no body
-  std::string_view accept;       // wanted content type of the answer; empty: "application/json"
+  std::string_view accept;       // an Accept header, for the answer; empty: "application/json"
   std::span<const HeaderPair> headers;  // only pairs meant as arguments: any other is refused
 };
 

@@ -6,10 +6,12 @@
 // whatever the process's locale.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "binding/binding_property.h"
@@ -32,6 +34,29 @@ void AssignScalar(ConversionContext&, std::string_view path, const BindingProper
 // Any kind, copied.
 void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
                   BindingProperty* target);
+
+// What AssignScalar does with most values, small enough to be inlined: a bool, a whole number
+// within the range of `*target`, a floating number. False: AssignScalar has to look.
+template <typename T>
+requires std::is_arithmetic_v<T>
+bool TryAssignSimple(const BindingProperty& input, T* target) {
+  if constexpr (std::is_same_v<T, bool>) {
+    if (input.kind() != BindingKind::kBool) return false;
+    *target = input.AsBool();
+    return true;
+  } else if constexpr (std::is_integral_v<T>) {
+    const bool fits =
+        (input.kind() == BindingKind::kSigned && std::in_range<T>(input.AsSigned())) ||
+        (input.kind() == BindingKind::kUnsigned && std::in_range<T>(input.AsUnsigned()));
+    if (fits) *target = static_cast<T>(input.AsUnsigned());
+    return fits;
+  } else {
+    const bool fits = std::is_same_v<T, double> && input.kind() == BindingKind::kFloat &&
+                      std::isfinite(input.AsFloat());
+    if (fits) *target = static_cast<T>(input.AsFloat());
+    return fits;
+  }
+}
 
 // The value must be one of the enumerators of `type`; null is an unregistered type.
 void AssignEnumeration(ConversionContext&, std::string_view path, const BindingProperty&,

@@ -31,6 +31,9 @@ requires(IdOf<T>() != TypeId::kVector && IdOf<T>() != TypeId::kMap &&
       AssignEnumeration(context, path, input, type.record, &value);
       if (context.Ok()) *static_cast<T*>(target) = static_cast<T>(value);
     } else {
+      if constexpr (std::is_arithmetic_v<T>) {
+        if (TryAssignSimple(input, static_cast<T*>(target))) return;
+      }
       AssignScalar(context, path, input, static_cast<T*>(target));
     }
   }

@@ -1,0 +1,163 @@
+// Each kind of input into a typical native type, against peers that check their input as well. One
+// iteration converts 1,000 values. The peers know both types when they are compiled and become a
+// compare and a move; ours goes through the type's converter, which works for types registered at
+// run time and says what failed and where. So the limits of single values lie below 1.
+#include <benchmark/benchmark.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bench/comparison.h"
+#include "binding/convert.h"
+#include "binding/define_struct.h"
+
+namespace Kest::Bench {
+namespace {
+
+constexpr int32_t kValues = 1000;
+
+struct Item {
+  std::string name;
+  int32_t count = 0;
+  double chance = 0;
+  bool isNew = false;
+};
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Item, name, count, chance, isNew)
+
+const TypeRegistry& Registry() {
+  static const TypeRegistry& registry = []() -> TypeRegistry& {
+    static TypeRegistry types;
+    DefineStruct<Item>(types, "Item", "Kest::Bench")
+        .Field<&Item::name>("name")
+        .Field<&Item::count>("count")
+        .Field<&Item::chance>("chance")
+        .Field<&Item::isNew>("isNew");
+    return types;
+  }();
+  return registry;
+}
+
+const Item kItem = {"MATERIAL_lantern_glass", 12, 0.375, true};
+
+// The native values, drawn once; both sides get the same.
+bool MakeBool(int32_t i) {
+  return i % 3 == 0;
+}
+int32_t MakeSigned(int32_t i) {
+  return i * -7919;
+}
+uint32_t MakeUnsigned(int32_t i) {
+  return static_cast<uint32_t>(i) * 104729;
+}
+double MakeFloat(int32_t i) {
+  return i * 0.123456789;
+}
+std::string MakeString(int32_t i) {
+  return std::to_string(i * 0.123456789) + "e3";
+}
+std::vector<uint8_t> MakeBlob(int32_t i) {
+  return std::vector<uint8_t>(static_cast<size_t>(i % 100), 0xA5);
+}
+std::vector<int32_t> MakeCollection(int32_t i) {
+  return std::vector<int32_t>(20, i);
+}
+Item MakeStructure(int32_t i) {
+  Item item = kItem;
+  item.count = i;
+  return item;
+}
+
+using Inputs = std::vector<BindingProperty>;
+
+template <typename T>
+Inputs MakeInputs(T (*make)(int32_t)) {
+  ConversionContext context(Registry());
+  Inputs inputs;
+  for (int32_t i = 0; i < kValues; ++i) inputs.push_back(ToProperty(context, make(i)));
+  return inputs;
+}
+
+template <typename Target>
+void Convert(benchmark::State& state, const Inputs& inputs) {
+  for (auto _ : state) {
+    ConversionContext context(Registry());
+    for (const BindingProperty& input : inputs) {
+      Target target{};
+      Assign(context, "value", input, &target);
+      benchmark::DoNotOptimize(target);
+    }
+    if (!context.Ok()) return state.SkipWithError(context.ErrorText().c_str());
+  }
+  state.SetItemsProcessed(state.iterations() * kValues);
+}
+
+template <typename T>
+nlohmann::json PeerInput(const T& value) {
+  if constexpr (std::is_same_v<T, std::vector<uint8_t>>) {
+    return nlohmann::json::binary(value);
+  } else {
+    return value;
+  }
+}
+
+// What one would write by hand for a text.
+double ParseByHand(const std::string& text) {
+  char* end = nullptr;
+  errno = 0;
+  const double value = std::strtod(text.c_str(), &end);
+  if (text.empty() || end != text.c_str() + text.size() || errno == ERANGE) {
+    throw std::range_error("no number");
+  }
+  return value;
+}
+
+template <typename Target>
+void ConvertByPeer(benchmark::State& state, const std::vector<nlohmann::json>& inputs) {
+  for (auto _ : state) {
+    for (const nlohmann::json& input : inputs) {
+      Target target{};
+      if constexpr (std::is_same_v<Target, std::vector<uint8_t>>) {
+        target = input.get_binary();
+      } else if (std::is_same_v<Target, double> && input.is_string()) {
+        if constexpr (std::is_same_v<Target, double>) {
+          target = ParseByHand(input.get_ref<const std::string&>());
+        }
+      } else {
+        input.get_to(target);
+      }
+      benchmark::DoNotOptimize(target);
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * kValues);
+}
+
+// Adds both sides for inputs that `make` draws, converted to `Target`.
+template <typename Target, typename T>
+bool Compare(const std::string& what, T (*make)(int32_t), double aim) {
+  std::vector<nlohmann::json> peerInputs;
+  for (int32_t i = 0; i < kValues; ++i) peerInputs.push_back(PeerInput(make(i)));
+  benchmark::RegisterBenchmark(
+      what.c_str(), [inputs = MakeInputs(make)](auto& state) { Convert<Target>(state, inputs); });
+  benchmark::RegisterBenchmark(
+      (what + ", by hand").c_str(),
+      [inputs = std::move(peerInputs)](auto& state) { ConvertByPeer<Target>(state, inputs); });
+  return CompareWithPeer(what + " / by hand", what, what + ", by hand", aim);
+}
+
+const bool promised[] = {
+    Compare<bool>("bool to bool", &MakeBool, 0.2),
+    Compare<int32_t>("signed to int32", &MakeSigned, 0.2),
+    Compare<uint32_t>("unsigned to uint32", &MakeUnsigned, 0.2),
+    Compare<double>("float to double", &MakeFloat, 0.2),
+    Compare<double>("string to double", &MakeString, 1.2),
+    Compare<std::vector<uint8_t>>("blob to blob", &MakeBlob, 0.8),
+    Compare<std::vector<int32_t>>("collection to vector", &MakeCollection, 0.6),
+    Compare<Item>("structure to structure", &MakeStructure, 0.65),
+};
+
+}  // namespace
+}  // namespace Kest::Bench
