@@ -41,7 +41,8 @@ void CheckNumber(const BindingProperty& input, bool converted, T value) {
 // Maps without an order of their own may change theirs; the comparison of trees overlooks that, but
 // also knows no NaN that equals itself.
 void CheckSame(const BindingProperty& first, const BindingProperty& second) {
-  if (!(first == second)) RequireSame(ExactTree(first), ExactTree(second), "assigned again");
+  if (!(first == second))
+    RequireSame(ExactTree(first), ExactTree(second), "two values are the same");
 }
 
 template <typename T>
@@ -67,6 +68,23 @@ void CheckTarget(const BindingProperty& input) {
   }
 }
 
+// An empty member counts as a missing one.
+template <typename T>
+void CheckEmptyMembers(const BindingProperty& input) {
+  if (input.kind() != BindingKind::kStructure) return;
+  BindingProperty filled = BindingProperty::Structure();
+  for (size_t i = 0; i < input.Size(); ++i) {
+    const BindingProperty& value = input.MemberValue(i);
+    if (!value.IsEmpty()) filled.TakeMember(input.MemberName(i)) = value;
+  }
+  ConversionContext first(Samples::Registry()), second(Samples::Registry());
+  T fromInput, fromFilled;
+  Assign(first, "<input>", input, &fromInput);
+  Assign(second, "<input>", filled, &fromFilled);
+  RequireSame(second.ErrorText(), first.ErrorText(), "empty counts as missing");
+  if (first.Ok()) CheckSame(ToProperty(first, fromInput), ToProperty(second, fromFilled));
+}
+
 template <typename... Targets>
 void CheckTargets(const BindingProperty& input) {
   (CheckTarget<Targets>(input), ...);
@@ -85,5 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                      std::vector<int32_t>, std::map<std::string, Samples::Part>,
                      std::unordered_map<std::string, double>, std::shared_ptr<const Samples::Part>>(
       input);
+  Fuzz::CheckEmptyMembers<Samples::Part>(input);
+  Fuzz::CheckEmptyMembers<Samples::Whole>(input);
   return 0;
 }

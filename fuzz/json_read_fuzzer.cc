@@ -1,6 +1,6 @@
-// Any text as a JSON document. A text that is read is one for a strict reader too, and reads the
-// same when it is written again; one that is not read fails with a listed text, and for a reason
-// when the strict reader takes it.
+// Any text as a JSON document. A text that is read means the same to a strict reader, and when it
+// is written and read again; one that is not read fails with a listed text, and for a reason when
+// the strict reader takes it.
 #include <algorithm>
 
 #include "binding/json_adapter.h"
@@ -45,16 +45,17 @@ void CheckText(std::string_view text) {
   size_t offset = 0;
   const BindingProperty tree = Read(context, text, &offset);
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  const bool isStrict = IsStrictJson(text);
+  const auto strict = ReadStrictJson(text);
   if (context.Ok()) {
-    Require(isStrict, "a text that is read is strict JSON", text);
+    Require(strict.has_value(), "a text that is read is strict JSON", text);
+    RequireSame(ExactTree(*strict), ExactTree(tree), "two readers read the same");
     CheckWrittenAgain(tree);
     Require(BindingProperty(tree) == tree, "a copy equals its tree", text);
     return;
   }
   const std::string failure = context.ErrorText();
   RequireListed(failure, {kJsonFailures});
-  if (isStrict) RequireListed(failure, {kStricterFailures});
+  if (strict) RequireListed(failure, {kStricterFailures});
   Require(tree.IsEmpty(), "a failure answers nothing", failure);
   Require(offset <= text.size() + kByteOrderMark.size(), "the failure lies in the text", failure);
 }

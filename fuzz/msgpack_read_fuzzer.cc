@@ -1,12 +1,13 @@
-// Any bytes as MessagePack. A value that is read reads the same from its own bytes alone and when
-// it is written again, which takes no more bytes; it is truncated when one byte is missing. What is
-// not read fails with a listed text.
+// Any bytes as MessagePack. A value that is read means the same to a plain reader, from its own
+// bytes alone, and when it is written again, which takes no more bytes; it is truncated when one
+// byte is missing. What is not read fails with a listed text, and is none to the plain reader.
 #include "binding/msgpack_reader.h"
 #include "binding/msgpack_writer.h"
 #include "binding/read_value.h"
 #include "fuzz/described_tree.h"
 #include "fuzz/failure_texts.h"
 #include "fuzz/fuzz_support.h"
+#include "fuzz/plain_msgpack.h"
 
 namespace Kest::Fuzz {
 namespace {
@@ -41,14 +42,17 @@ std::string Write(const BindingProperty& tree) {
 
 void CheckBytes(std::string_view bytes) {
   const Reading whole = Read(bytes);
+  const auto plain = ReadPlainMessagePack(bytes);
   if (!whole.failure.empty()) {
     RequireListed(whole.failure, {kMessagePackFailures, kMessagePackTruncations});
+    Require(!plain, "what is not read is no value", whole.failure);
     Require(whole.tree.IsEmpty(), "a failure answers nothing", whole.failure);
     Require(whole.consumed == kUntouched, "a failure consumes nothing", whole.failure);
     return;
   }
   Require(whole.consumed >= 1 && whole.consumed <= bytes.size(), "a value has bytes of its own");
   const std::string description = ExactTree(whole.tree);
+  if (plain) RequireSame(ExactTree(*plain), description, "two readers read the same");
   const Reading alone = Read(bytes.substr(0, whole.consumed));
   Require(alone.consumed == whole.consumed, "what lies behind does not matter", alone.failure);
   RequireSame(description, ExactTree(alone.tree), "what lies behind does not matter");

@@ -1,0 +1,57 @@
+#include "fuzz/strict_json.h"
+
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+#include "binding/tree_builder.h"
+
+namespace Kest::Fuzz {
+namespace {
+
+struct Handler : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Handler> {
+  TreeBuilder tree;
+
+  bool Null() { return tree.Null(); }
+  bool Bool(bool value) { return tree.Bool(value); }
+  bool RawNumber(const char* chars, uint32_t size, bool) {
+    const std::string text(chars, size);
+    errno = 0;
+    if (text.find_first_of(".eE") == std::string::npos) {
+      if (text[0] == '-') {
+        const int64_t value = std::strtoll(text.c_str(), nullptr, 10);
+        if (errno == 0) return tree.Signed(value);
+      } else {
+        const uint64_t value = std::strtoull(text.c_str(), nullptr, 10);
+        if (errno == 0) return tree.Unsigned(value);
+      }
+    }
+    return tree.Float(std::strtod(text.c_str(), nullptr));
+  }
+  bool String(const char* chars, uint32_t size, bool) { return tree.String({chars, size}); }
+  bool StartObject() { return tree.BeginStructure(0); }
+  bool Key(const char* chars, uint32_t size, bool) { return tree.Member({chars, size}); }
+  bool EndObject(uint32_t) { return tree.EndStructure(); }
+  bool StartArray() { return tree.BeginCollection(0); }
+  bool EndArray(uint32_t) { return tree.EndCollection(); }
+};
+
+}  // namespace
+
+std::optional<BindingProperty> ReadStrictJson(std::string_view text) {
+  // Numbers stay texts, as the reader's own conversions are not safe.
+  constexpr unsigned kFlags = rapidjson::kParseIterativeFlag |
+                              rapidjson::kParseNumbersAsStringsFlag |
+                              rapidjson::kParseValidateEncodingFlag;
+  rapidjson::Reader reader;
+  rapidjson::MemoryStream stream(text.data(), text.size());
+  Handler handler;
+  const bool isRead = !reader.Parse<kFlags>(stream, handler).IsError();
+  if (!isRead || stream.Tell() != text.size()) return std::nullopt;
+  return handler.tree.Take();
+}
+
+}  // namespace Kest::Fuzz
