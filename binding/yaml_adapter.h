@@ -16,6 +16,9 @@ inline constexpr size_t kMaxYamlBytes = size_t{1} << 20;
 inline constexpr size_t kMaxYamlDepth = 128;
 // Lines that begin with "%", wherever they stand.
 inline constexpr size_t kMaxYamlDirectives = 64;
+// Of the tags of all containers, each written out with what its directive puts in front of it, as
+// libyaml does; more count as too large a text.
+inline constexpr size_t kMaxYamlTagBytes = 16 * kMaxYamlBytes;
 
 // Reads a stream of one document, or of none, which gives an empty value. Mappings become
 // structures (of members of one name the last value counts, in the place of the first; "<<" is a

@@ -1,7 +1,6 @@
 #include "binding/yaml_scalar.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "binding/assign_scalar.h"
 #include "binding/conversion_texts.h"

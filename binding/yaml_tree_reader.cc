@@ -32,11 +32,12 @@ void YamlTreeReader::Take(const yaml_event_t& event) {
     case YAML_ALIAS_EVENT:
       return TakeAlias(View(event.data.alias.anchor), mark);
     case YAML_SEQUENCE_START_EVENT:
-      return Begin(Due::kElement, event.data.sequence_start.anchor, mark);
+      return Begin(Due::kElement, event.data.sequence_start.anchor, event.data.sequence_start.tag,
+                   mark);
     case YAML_SEQUENCE_END_EVENT:
       return End(builder_.EndCollection(), mark);
     case YAML_MAPPING_START_EVENT:
-      return Begin(Due::kKey, event.data.mapping_start.anchor, mark);
+      return Begin(Due::kKey, event.data.mapping_start.anchor, event.data.mapping_start.tag, mark);
     case YAML_MAPPING_END_EVENT:
       return End(builder_.EndStructure(), mark);
     default:  // beginnings and ends that say nothing about values
@@ -49,12 +50,16 @@ void YamlTreeReader::BeginDocument() {
   hasDocument_ = true;
 }
 
-void YamlTreeReader::Begin(Due due, const unsigned char* anchorName, const yaml_mark_t& mark) {
+void YamlTreeReader::Begin(Due due, const unsigned char* anchorName, const unsigned char* tag,
+                           const yaml_mark_t& mark) {
   const bool isSequence = due == Due::kElement;
   if (open_.back().due == Due::kKey) {
     return FailAt(isSequence ? kYamlSequenceKey : kYamlMappingKey, mark);
   }
   if (Depth() == kMaxYamlDepth) return FailAt(kYamlTooDeep, mark);
+  // A directive may give thousands of short tags half a text each.
+  if (tag != nullptr) tagBytes_ += View(tag).size();
+  if (tagBytes_ > kMaxYamlTagBytes) return context_.Fail(kYamlTooLarge);
   Anchor* anchor = nullptr;
   if (anchorName != nullptr && !Remember(anchorName, mark, &anchor)) return;
   const bool isDone = isSequence ? builder_.BeginCollection(0) : builder_.BeginStructure(0);

@@ -45,7 +45,8 @@ class YamlTreeReader {
   };
 
   void BeginDocument();
-  void Begin(Due due, const unsigned char* anchorName, const yaml_mark_t& mark);
+  void Begin(Due due, const unsigned char* anchorName, const unsigned char* tag,
+             const yaml_mark_t& mark);
   void End(bool isDone, const yaml_mark_t& mark);
   void TakeScalar(const yaml_event_t& event);
   void TakeAlias(std::string_view name, const yaml_mark_t& mark);
@@ -59,6 +60,7 @@ class YamlTreeReader {
   ConversionContext& context_;
   TreeBuilder& builder_;
   bool hasDocument_ = false;
+  size_t tagBytes_ = 0;  // of the containers so far
   std::vector<Container> open_;
   std::unordered_map<std::string, Anchor, HashName, std::equal_to<>> anchors_;
 };

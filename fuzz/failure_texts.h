@@ -61,6 +61,7 @@ inline constexpr std::string_view kBindingFailures[] = {
 
 // A tag "int" or "float" parses its text as one of these three types.
 inline constexpr std::string_view kYamlFailures[] = {
+    "YAML text is too large.",
     "Multi-document YAML is not supported.",
     "YAML parser error: %1. At line: %2 col: %3",
     "Invalid mapping key. Only string scalar keys are allowed. At line: %1 col: %2",

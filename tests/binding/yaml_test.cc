@@ -143,6 +143,7 @@ TEST(ReadYaml, OddTextsKeepTheirMeaning) {
 TEST(ReadYaml, BoundsAreKept) {
   const std::string outer = Repeated("[", kMaxYamlDepth - 2);
   const std::string end = Repeated("]", kMaxYamlDepth - 2);
+  const std::string longTags = "%TAG ! " + std::string(kMaxYamlTagBytes / 32, 't') + "\n--- [";
   const std::string sixty = Repeated("#\xe2\x80\xa9%\r%\n\xc2\x85%", 20);
   std::string bomb = "- &a0 [1]\n";
   for (char i = '1'; i <= '9'; ++i) {
@@ -162,6 +163,8 @@ TEST(ReadYaml, BoundsAreKept) {
        "YAML parser error: could not find expected directive name. At line: 1 col: 1"},
       {"65 directives", sixty + "\n%\n%\n%\n%\n \n%",
        "Too many YAML directives. At line: 86 col: 0"},
+      {"long tags", longTags + Repeated("!a [],", 31) + "]", "[[]" + Repeated(",[]", 30) + "]"},
+      {"too many of them", longTags + Repeated("!a {},", 32) + "]", "YAML text is too large."},
       {"aliases of aliases", bomb, "Too many values. At line: 7 col: 15"},
   });
 }
