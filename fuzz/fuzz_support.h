@@ -33,9 +33,9 @@ inline std::string_view TextOf(const uint8_t* data, size_t size) {
 std::string_view TakeUntil(char end, std::string_view* text);
 
 // Holds what a decoder promises for any text within its limit to what it does while the object
-// lives: at most a second of processor time and 256 MiB on the heap at any moment. Processor time,
-// because other programs of the machine must not fail a run; an endless loop ends by -timeout.
-// The program is several times slower than a release, which makes the bound stricter, not weaker.
+// lives: a second of processor time and 256 MiB on the heap at any moment. Processor time, because
+// other programs of the machine must not fail a run; three seconds of it, because the sanitizers
+// slow the code down by more than that. An endless loop ends by libFuzzer's -timeout.
 // Threads: one, and one object at a time.
 class DecoderBounds {
  public:
@@ -48,10 +48,10 @@ class DecoderBounds {
   int64_t start_;  // processor time, nanoseconds
 };
 
-// A text within a decoder's limit that is long where the input is short, for what grows faster than
-// the text does: when `input` begins with `mark`, which no good text does, its parts between marks
-// are a head, a unit that is repeated up to about 32 KiB, and a tail. Any other input stays as it
-// is.
-std::string Stretched(std::string_view input, char mark);
+// A text that is long where the input is short, for what grows faster than the text does: when
+// `input` begins with `mark`, which no good text does, its parts between marks are a head, a unit
+// that is repeated up to `size` bytes, and a tail. In the unit the byte behind `mark` stands for
+// the number of the repetition. Any other input stays as it is.
+std::string Stretched(std::string_view input, char mark, size_t size = size_t{32} << 10);
 
 }  // namespace Kest::Fuzz
