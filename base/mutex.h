@@ -1,7 +1,9 @@
 // Mutex and its annotations. Clang checks them (-Wthread-safety); other compilers ignore them.
 #pragma once
 
+#if !defined(_WIN32)
 #include <mutex>
+#endif
 
 #if defined(__clang__)
 #define KEST_THREAD_ATTRIBUTE(x) __attribute__((x))
@@ -23,19 +25,38 @@
 
 namespace Kest {
 
-// A plain mutex: not recursive, never locked in a static initialiser or a destructor at exit.
+// A plain mutex: never taken twice by one thread, never locked in a static initialiser or in a
+// destructor at exit. On Windows it is a critical section: it counts no thread-local slot, and
+// memory that goes away with the library leaves nothing behind in the process.
 class KEST_CAPABILITY("mutex") Mutex {
  public:
+#if defined(_WIN32)
+  Mutex();  // in base/platform_windows.cc, as all five
+  ~Mutex();
+  void Lock() KEST_ACQUIRE();
+  void Unlock() KEST_RELEASE();
+  bool TryLock() KEST_TRY_ACQUIRE(true);
+#else
   Mutex() = default;
+  void Lock() KEST_ACQUIRE() {
+    mutex_.lock();
+  }
+  void Unlock() KEST_RELEASE() {
+    mutex_.unlock();
+  }
+  bool TryLock() KEST_TRY_ACQUIRE(true) {
+    return mutex_.try_lock();
+  }
+#endif
   Mutex(const Mutex&) = delete;
   Mutex& operator=(const Mutex&) = delete;
 
-  void Lock() KEST_ACQUIRE() { mutex_.lock(); }
-  void Unlock() KEST_RELEASE() { mutex_.unlock(); }
-  bool TryLock() KEST_TRY_ACQUIRE(true) { return mutex_.try_lock(); }
-
  private:
+#if defined(_WIN32)
+  alignas(void*) unsigned char section_[6 * sizeof(void*)];
+#else
   std::mutex mutex_;
+#endif
 };
 
 // Holds a Mutex for a scope.

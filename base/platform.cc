@@ -31,7 +31,7 @@ int64_t WallClockMilliseconds() {
 }
 
 int64_t WallClockSeconds() {
-  return WallClockMilliseconds() / 1000;
+  return clockStopped ? stoppedWall / 1000 : SystemWallClockSeconds();
 }
 
 LocalTime LocalTimeAt(int64_t wallMilliseconds) {

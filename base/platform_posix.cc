@@ -21,6 +21,9 @@ int64_t ReadClock(clockid_t clock) {
 int64_t SystemWallClockMilliseconds() {
   return ReadClock(CLOCK_REALTIME_COARSE);
 }
+int64_t SystemWallClockSeconds() {
+  return SystemWallClockMilliseconds() / 1000;
+}
 int64_t SystemMonotonicMilliseconds() {
   return ReadClock(CLOCK_MONOTONIC);
 }

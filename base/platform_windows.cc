@@ -8,15 +8,17 @@
 // rpc.h needs windows.h before it.
 #include <rpc.h>
 
+#include <time.h>
+
 #include <cstring>
 
+#include "base/mutex.h"
 #include "base/platform_system.h"
 
 namespace Kest {
 namespace {
 
 // File times count 100 ns from 1601-01-01.
-constexpr int64_t kTicksPerSecond = 10'000'000;
 constexpr int64_t kTicksPerMillisecond = 10'000;
 constexpr int64_t kEpochTicks = 116'444'736'000'000'000;
 
@@ -25,11 +27,8 @@ int64_t ToTicks(const FILETIME& time) {
                               time.dwLowDateTime);
 }
 
-FILETIME ToFileTime(int64_t ticks) {
-  FILETIME time;
-  time.dwLowDateTime = static_cast<DWORD>(ticks & 0xffffffff);
-  time.dwHighDateTime = static_cast<DWORD>(ticks >> 32);
-  return time;
+CRITICAL_SECTION* SectionIn(unsigned char* storage) {
+  return reinterpret_cast<CRITICAL_SECTION*>(storage);
 }
 
 }  // namespace
@@ -40,22 +39,26 @@ int64_t SystemWallClockMilliseconds() {
   return (ToTicks(now) - kEpochTicks) / kTicksPerMillisecond;
 }
 
+int64_t SystemWallClockSeconds() {
+  return _time64(nullptr);
+}
+
 int64_t SystemMonotonicMilliseconds() {
   return static_cast<int64_t>(GetTickCount64());
 }
 
-int64_t SystemZoneOffset(int64_t seconds) {
-  const int64_t ticks = seconds * kTicksPerSecond + kEpochTicks;
-  const FILETIME moment = ToFileTime(ticks);
-  SYSTEMTIME utc;
+// The system tells the present local time. What is asked for is the present too, but for the
+// instant between two readings of the clock; zones differ by whole minutes.
+int64_t SystemZoneOffset(int64_t) {
   SYSTEMTIME local;
-  FILETIME localMoment;
-  if (!FileTimeToSystemTime(&moment, &utc) ||
-      !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) ||
-      !SystemTimeToFileTime(&local, &localMoment)) {
-    return 0;
-  }
-  return (ToTicks(localMoment) - ticks) / kTicksPerSecond;
+  FILETIME localTime;
+  const int64_t utc = SystemWallClockMilliseconds();
+  GetLocalTime(&local);
+  if (!SystemTimeToFileTime(&local, &localTime)) return 0;
+  const int64_t difference = (ToTicks(localTime) - kEpochTicks) / kTicksPerMillisecond - utc;
+  constexpr int64_t kMinute = 60'000;
+  const int64_t half = difference < 0 ? -kMinute / 2 : kMinute / 2;
+  return (difference + half) / kMinute * 60;
 }
 
 void SystemReloadZone() {}  // the system call above reads the zone each time
@@ -92,6 +95,33 @@ void WriteToDebugger(const char* line) {
 
 uint32_t LastSystemError() {
   return GetLastError();
+}
+
+static_assert(sizeof(Mutex) >= sizeof(CRITICAL_SECTION));
+static_assert(alignof(Mutex) >= alignof(CRITICAL_SECTION));
+
+Mutex::Mutex() {
+  // Without the debug record, which would outlive a mutex that is never destroyed. Cannot fail.
+  InitializeCriticalSectionEx(SectionIn(section_), 0, CRITICAL_SECTION_NO_DEBUG_INFO);
+}
+
+Mutex::~Mutex() {
+  DeleteCriticalSection(SectionIn(section_));
+}
+
+void Mutex::Lock() {
+  EnterCriticalSection(SectionIn(section_));
+}
+
+void Mutex::Unlock() {
+  LeaveCriticalSection(SectionIn(section_));
+}
+
+bool Mutex::TryLock() {
+  CRITICAL_SECTION* const section = SectionIn(section_);
+  // The system lets the owner in again; this mutex does not.
+  const HANDLE self = ULongToHandle(GetCurrentThreadId());
+  return section->OwningThread != self && TryEnterCriticalSection(section) != FALSE;
 }
 
 }  // namespace Kest

@@ -11,10 +11,11 @@ set(CMAKE_RC_COMPILER i686-w64-mingw32-windres)
 set(KEST_TARGET_FLAGS "-msse2 -mfpmath=sse -D_WIN32_WINNT=0x0601")
 set(CMAKE_C_FLAGS_INIT "${KEST_TARGET_FLAGS}")
 set(CMAKE_CXX_FLAGS_INIT "${KEST_TARGET_FLAGS}")
-# The client's folder holds no runtime libraries of this compiler.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
-set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
-set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
+# The client's folder holds no runtime libraries of this compiler. Without the time of the link, the same
+# sources give the same bytes.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
+set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
 
 get_filename_component(KEST_TARGET_LIBRARIES "${CMAKE_CURRENT_LIST_DIR}/../build/libraries/windows" ABSOLUTE)
 set(CMAKE_FIND_ROOT_PATH "${KEST_TARGET_LIBRARIES}")

@@ -8,14 +8,36 @@
 #include <set>
 #include <thread>
 
+#include "base/mutex.h"
+#include "tests/support/pattern.h"
+
 namespace Kest {
 namespace {
 
-using ::testing::MatchesRegex;
+using Testing::MatchesPattern;
+
+#if defined(_WIN32)
+constexpr char kThisProgram[] = "base_test.exe";
+constexpr char kFolder[] = "folder\\";
+// As stored: the third group is a number, its low byte first.
+constexpr char kRandomUuid[] =
+    "[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{2}4[0-9a-f]-[89ab][0-9a-f]{3}-[0-9a-f]{12}";
+#else
+constexpr char kThisProgram[] = "base_test";
+constexpr char kFolder[] = "folder/";
+constexpr char kRandomUuid[] =
+    "[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}";
+#endif
 
 class ClockTest : public ::testing::Test {
  protected:
-  ~ClockTest() override { SetZone("UTC"); }
+  ~ClockTest() override { ResetClockForTests(); }
+};
+
+#if !defined(_WIN32)  // Windows has one zone for the machine, and answers for the present only
+class ZoneTest : public ClockTest {
+ protected:
+  ~ZoneTest() override { SetZone("UTC"); }
 
   static void SetZone(const char* zone) {
     setenv("TZ", zone, 1);
@@ -23,7 +45,7 @@ class ClockTest : public ::testing::Test {
   }
 };
 
-TEST_F(ClockTest, LocalTimeFollowsTheZone) {
+TEST_F(ZoneTest, LocalTimeFollowsTheZone) {
   const struct {
     const char* why;
     const char* zone;
@@ -51,6 +73,19 @@ TEST_F(ClockTest, LocalTimeFollowsTheZone) {
     EXPECT_EQ(now, c.expected) << now.year << "-" << now.month << "-" << now.day << " " << now.hour
                                << ":" << now.minute << ":" << now.second;
   }
+}
+#endif
+
+TEST_F(ClockTest, LocalTimeIsTheCLibrarysToo) {
+  LocalTime ours;
+  time_t now = 0;
+  do {  // until no second has passed between the two
+    now = time(nullptr);
+    ours = LocalTimeAt(int64_t{now} * 1000);
+  } while (time(nullptr) != now);
+  const tm* const theirs = localtime(&now);
+  EXPECT_EQ(ours, (LocalTime{theirs->tm_year + 1900, theirs->tm_mon + 1, theirs->tm_mday,
+                             theirs->tm_hour, theirs->tm_min, theirs->tm_sec, 0}));
 }
 
 TEST_F(ClockTest, StoppedClocksMoveOnlyWhenAdvanced) {
@@ -86,8 +121,7 @@ TEST(Uuid, FreshOnesDifferAndAreRandomOnes) {
     UuidBytes bytes{};
     ASSERT_TRUE(CreateUuid(&bytes));
     const std::string text = FormatUuid(bytes);
-    EXPECT_THAT(text, MatchesRegex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-"
-                                   "[0-9a-f]{12}"));
+    EXPECT_THAT(text, MatchesPattern(kRandomUuid));
     EXPECT_TRUE(seen.insert(text).second);
   }
 }
@@ -110,9 +144,26 @@ TEST(Process, ThreadIdsTellThreadsApart) {
 }
 
 TEST(Process, ModuleIsThisProgram) {
-  EXPECT_EQ(FileNameOf(ModulePath()), "base_test");
+  EXPECT_EQ(FileNameOf(ModulePath()), kThisProgram);
   EXPECT_EQ(FileNameOf("plain"), "plain");
-  EXPECT_EQ(FileNameOf("folder/"), "");
+  EXPECT_EQ(FileNameOf(kFolder), "");
+}
+
+TEST(Mutex, LetsOneThreadInOnce) {
+  Mutex mutex;
+  int count = 0;
+  const auto add = [&] {
+    for (int i = 0; i < 20000; ++i) {
+      const MutexLock hold(mutex);
+      ++count;
+    }
+  };
+  std::thread other(add);
+  add();
+  other.join();
+  EXPECT_EQ(count, 40000);
+  const MutexLock hold(mutex);
+  EXPECT_FALSE(mutex.TryLock()) << "its owner neither";
 }
 
 }  // namespace

@@ -82,7 +82,7 @@ TEST(BindingProperty, ATreeHasBoundsThatReplacingValuesCannotHide) {
   EXPECT_THROW(value.TakeElement(SIZE_MAX), std::bad_alloc);
   EXPECT_EQ(value.Size(), 0u);
   BindingProperty& child = value.Append();
-  child.TakeElement(kMaxTreeValues / 2);
+  child.TakeElement(kMaxTreeValues / 2 - 1);
   EXPECT_THROW(child.TakeMember("a").TakeElement(kMaxTreeValues / 2), std::bad_alloc);
 
   BindingProperty other;

@@ -153,9 +153,11 @@ TEST(ReadJson, BoundsAreKept) {
   ReadJson(large, std::string(kMaxJsonBytes + 1, ' '));
   EXPECT_EQ(large.ErrorText(), "Body is too large");
 
+  // Where addresses have 32 bits, the bytes of a tree come to their bound first.
+  constexpr size_t kFitting = sizeof(void*) == 8 ? kMaxTreeValues - 1 : kMaxTreeValues / 4 * 3;
   std::string text = "[";
   for (size_t i = 1; i < kMaxTreeValues; ++i) text += "1,";
-  EXPECT_EQ(Tree(text.substr(0, text.size() - 1) + "]").Size(), kMaxTreeValues - 1);
+  EXPECT_EQ(Tree(text.substr(0, 2 * kFitting) + "]").Size(), kFitting);
   ConversionContext tooMany(Registry());
   ReadJson(tooMany, text + "1]");
   EXPECT_EQ(tooMany.ErrorText(), "Too many values.");

@@ -1,12 +1,13 @@
 // A plain client for tests: sends bytes as they stand and reads what comes back.
 #pragma once
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <sys/time.h>
-#include <unistd.h>
+#include <utility>  // Asio of this age needs it ahead
 
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/write.hpp>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -15,39 +16,26 @@ namespace Kest::Host {
 
 class LoopbackClient {
  public:
-  explicit LoopbackClient(uint16_t port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-    const timeval limit{10, 0};
-    setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    connected_ = connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+  explicit LoopbackClient(uint16_t port) {
+    Error error;
+    socket_.connect({boost::asio::ip::address_v4::loopback(), port}, error);
+    connected_ = !error;
   }
-  ~LoopbackClient() { close(socket_); }
-  LoopbackClient(const LoopbackClient&) = delete;
-  LoopbackClient& operator=(const LoopbackClient&) = delete;
 
   bool Connected() const { return connected_; }
 
   // False: the other side no longer takes it.
   bool Send(std::string_view bytes) {
-    while (!bytes.empty()) {
-      const ssize_t sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-      if (sent <= 0) return false;
-      bytes.remove_prefix(static_cast<size_t>(sent));
-    }
-    return true;
+    Error error;
+    boost::asio::write(socket_, boost::asio::buffer(bytes), error);
+    return !error;
   }
   // Reads until `mark` has come and takes everything up to it; with an empty mark up to the end of
   // the connection. What came is answered also when the mark did not.
   std::string ReadUpTo(std::string_view mark) {
     size_t end = std::string::npos;
     while (mark.empty() || (end = arrived_.find(mark)) == std::string::npos) {
-      char piece[65536];
-      const ssize_t count = recv(socket_, piece, sizeof(piece), 0);
-      if (count <= 0) break;
-      arrived_.append(piece, static_cast<size_t>(count));
+      if (!ReadSome()) break;
     }
     std::string text = arrived_.substr(0, end == std::string::npos ? end : end + mark.size());
     arrived_.erase(0, text.size());
@@ -56,7 +44,26 @@ class LoopbackClient {
   std::string ReadToEnd() { return ReadUpTo({}); }
 
  private:
-  const int socket_;
+  using Error = boost::system::error_code;
+
+  // False: the connection has ended, or nothing came for a long time.
+  bool ReadSome() {
+    char piece[65536];
+    size_t count = 0;
+    socket_.async_read_some(boost::asio::buffer(piece),
+                            [&count](const Error&, size_t size) { count = size; });
+    io_.restart();
+    io_.run_for(std::chrono::seconds(10));
+    if (!io_.stopped()) {
+      socket_.cancel();
+      io_.run();
+    }
+    arrived_.append(piece, count);
+    return count > 0;
+  }
+
+  boost::asio::io_context io_{1};
+  boost::asio::ip::tcp::socket socket_{io_};
   bool connected_ = false;
   std::string arrived_;
 };

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -97,12 +98,18 @@ class WorldTest : public testing::Test {
     world_ = std::move(world.GetValue());
   }
 
+  // Cuts the text up to the first blank off, and the blank.
+  static std::string_view TakeWord(std::string_view& text) {
+    const auto end = std::find(text.begin(), text.end(), ' ');
+    const std::string_view word(text.begin(), end);
+    text.remove_prefix(std::min(word.size() + 1, text.size()));
+    return word;
+  }
   // "METHOD /path body"; the body may be left out.
   std::string Control(std::string_view call) {
-    const std::string_view method = call.substr(0, call.find(' '));
-    call.remove_prefix(method.size() + 1);
-    const std::string_view path = call.substr(0, call.find(' '));
-    const std::string_view body = call.substr(std::min(path.size() + 1, call.size()));
+    const std::string_view method = TakeWord(call);
+    const std::string_view path = TakeWord(call);
+    const std::string_view body = call;
     const WorldAnswer answer = world_->Control(method, path, body);
     return answer.status == 200 ? answer.body
                                 : std::to_string(answer.status) + " " + answer.message;

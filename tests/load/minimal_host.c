@@ -1,15 +1,16 @@
 /* The smallest host: one thread, one queue. It loads the plugin named on its command line, starts
- * it, asks it two things, stops and unloads it, and does all of that a second time from a clean
- * state. It ends with status 0 when every step came out as expected.
+ * it, asks it two things, lets it hear an event on a thread of its own, stops and unloads it, and
+ * does all of that a second time from a clean state. It ends with status 0 when every step came out
+ * as expected.
  *
  * A waiting task is served in the simplest way there is: `yield` takes the next piece of work from
  * the queue and runs it on the stack of the task that yields. */
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "plugin/host_interface.h"
+#include "tests/load/system.h"
 
 /* ---- The queue: everything the host owes the plugin, in order ----------------------------------
  */
@@ -30,6 +31,9 @@ struct Host {
   struct Work* first;
   struct Work** end;
   int stopping;
+  KestDelivery answers; /* of the platform service; may come on any thread */
+  void* answersContext;
+  int linesLogged;
 };
 
 static char* Copy(KestText text) {
@@ -108,6 +112,8 @@ static bool SendRequest(const KestHostServices* self, const KestRequest* request
   return true;
 }
 
+static const char kAnswers[] = "OnServiceProxyUuidEvent";
+
 static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery delivery,
                       void* context) {
   /* The two resources that switch loot on exist here; they are delivered as every resource that
@@ -116,6 +122,10 @@ static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery 
   static const char kPayload[] = "{\"uri\":\"\",\"eventType\":\"Create\",\"data\":true}";
   struct Host* host = HostOf(self);
   char* copy = Copy(name);
+  if (strcmp(copy, kAnswers) == 0) {
+    host->answers = delivery;
+    host->answersContext = context;
+  }
   if (strncmp(copy, kConfig, sizeof(kConfig) - 1) == 0) {
     const char* value = copy + sizeof(kConfig) - 1;
     if (strcmp(value, "Enabled") == 0 || strcmp(value, "PxhEnabled") == 0) {
@@ -172,7 +182,8 @@ static void Yield(const KestHostServices* self) {
 }
 
 static void WriteLog(const KestHostServices* self, int32_t level, KestText line) {
-  (void)self, (void)level;
+  (void)level;
+  ++HostOf(self)->linesLogged;
   fwrite(line.data, 1, line.size, stderr);
 }
 
@@ -196,6 +207,9 @@ static void InitHost(struct Host* host) {
   host->first = NULL;
   host->end = &host->first;
   host->stopping = 0;
+  host->answers = NULL;
+  host->answersContext = NULL;
+  host->linesLogged = 0;
 }
 
 /* ---- The walk ---------------------------------------------------------------------------------
@@ -221,14 +235,19 @@ static void ExpectAnswer(const KestHandshakeBlock* block, const char* url, int32
   block->api->release(block->context, response);
 }
 
+/* On a thread of its own: an answer that is no answer, which the plugin logs. */
+static void DeliverNonsense(void* context) {
+  struct Host* host = context;
+  static const char kNonsense[] = "[";
+  KestBytes body = {(const uint8_t*)kNonsense, sizeof(kNonsense) - 1};
+  host->answers(host->answersContext, Text(kAnswers), Text("application/json"), body);
+}
+
 static void Walk(const char* path) {
-  void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-  if (library == NULL) {
-    fprintf(stderr, "%s\n", dlerror());
-    exit(EXIT_FAILURE);
-  }
+  void* library = OpenLibrary(path);
+  if (library == NULL) exit(EXIT_FAILURE);
   KestLoadFunction load;
-  *(void**)&load = dlsym(library, "load_tav_loot");
+  *(void**)&load = FindEntry(library, "load_tav_loot");
   Expect(load != NULL, "the library has its entry");
   if (load == NULL) exit(EXIT_FAILURE);
 
@@ -248,6 +267,13 @@ static void Walk(const char* path) {
   ExpectAnswer(&block, "/tav-loot/v1/no-such-route", 404, "Not found");
   RunAll(&host);
 
+  Expect(host.answers != NULL, "answers of the platform service are subscribed to");
+  if (host.answers == NULL) exit(EXIT_FAILURE);
+  const int logged = host.linesLogged;
+  struct Thread* thread = StartThread(DeliverNonsense, &host);
+  AwaitWork(thread);
+  Expect(host.linesLogged > logged, "another thread logged inside the plugin");
+
   KestStatistics statistics;
   block.callbacks->statistics(block.context, &statistics);
   Expect(statistics.requestsAnswered[0] == 2 && statistics.requestsFailed[0] == 1,
@@ -256,8 +282,9 @@ static void Walk(const char* path) {
   block.callbacks->stop(block.context);
   host.stopping = 1;
   for (struct Work* work; (work = TakeFirst(&host)) != NULL;) Release(work);
-  dlclose(library);
-  Expect(dlopen(path, RTLD_NOW | RTLD_NOLOAD) == NULL, "the library is gone from the process");
+  CloseLibrary(library);
+  Expect(!IsLoaded(path), "the library is gone from the process");
+  Expect(EndThread(thread), "the thread that was inside it ends afterwards");
 }
 
 int main(int argc, char** argv) {

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <limits>
 #include <random>
+#include <sstream>
 
 #include "log/positional_format.h"
+#include "log/printf_attribute.h"
 #include "log/printf_format.h"
 #include "tests/support/cases.h"
 
@@ -16,7 +18,7 @@ using namespace std::string_literals;
 using Testing::ExpectEach;
 
 // printf is the reference for what a conversion prints.
-[[gnu::format(printf, 1, 2)]] std::string Printed(const char* format, ...) {
+KEST_PRINTF(1, 2) std::string Printed(const char* format, ...) {
   char buffer[8192];
   va_list arguments;
   va_start(arguments, format);
@@ -25,7 +27,7 @@ using Testing::ExpectEach;
   return buffer;
 }
 
-[[gnu::format(printf, 1, 2)]] std::string Logged(const char* format, ...) {
+KEST_PRINTF(1, 2) std::string Logged(const char* format, ...) {
   char buffer[4095];
   FixedText text(buffer, sizeof(buffer));
   ArgumentList arguments;
@@ -33,6 +35,12 @@ using Testing::ExpectEach;
   AppendPrintf(text, format, arguments);
   va_end(arguments.list);
   return std::string(text.View());
+}
+
+std::string Address(const void* memory) {
+  std::ostringstream text;
+  text << "0x" << std::hex << reinterpret_cast<uintptr_t>(memory);
+  return text.str();
 }
 
 std::string Repeated(size_t times, char character) {
@@ -50,7 +58,7 @@ TEST(Format, DefaultForms) {
             "-7 200 -9223372036854775808 18446744073709551615");
   EXPECT_EQ(Format("%1 %2 %3", true, false, Colour::kGreen), "true false 65");
   EXPECT_EQ(Format("%1 %2 %3", 1.5f, 1e20, 0.1), "1.5 1e+20 0.1");
-  EXPECT_EQ(Format("%1", &object), Printed("%p", static_cast<void*>(&object)));
+  EXPECT_EQ(Format("%1", &object), Address(&object));
   EXPECT_EQ(Format("%1 %2", nullptr, static_cast<const char*>(nullptr)), "(nil) (null)");
   EXPECT_EQ(Format("[%1]", "a\0b"s), "[a\0b]"s);
 }
@@ -120,9 +128,9 @@ TEST(Format, TypesDecideNotLetters) {
 // Every flag, width, precision and letter, on numbers that are hard to print.
 TEST(Conversion, PrintsWhatPrintfPrints) {
   const int64_t kWholes[] = {0, 1, -1, 42, -12345, INT64_MAX, INT64_MIN};
-  const double kFloats[] = {0.0,  -0.0,    0.5,     1.0,     123456789.0, 1e-5,     1e-4, 99999.95,
-                            1e15, 9.5e-10, DBL_MAX, DBL_MIN, -2.5,        INFINITY, 0.1,  1e6,
-                            -NAN, 5e-324,  999999,  1e100,   100000,      1234.5};
+  const double kFloats[] = {0.0,      -0.0, 0.5,     1.0,     123456789.0, 1e-5,   1e-4,
+                            99999.95, 1e15, 9.5e-10, DBL_MAX, DBL_MIN,     -2.5,   INFINITY,
+                            0.1,      1e6,  5e-324,  999999,  1e100,       100000, 1234.5};
   const char* const kFields[] = {"", "2", "12", ".", ".0", ".1", ".7", "20.3", "9.12"};
   for (int flags = 0; flags < 32; ++flags) {
     std::string head = "%";
@@ -151,6 +159,12 @@ TEST(Conversion, PrintsWhatPrintfPrints) {
     }
 #pragma GCC diagnostic pop
   }
+}
+
+// Not every C library prints the sign of what is no number.
+TEST(Conversion, NoNumberKeepsItsSign) {
+  EXPECT_EQ(Format("%f|%G|%+e|%07.1f|%-6g|", -NAN, -NAN, NAN, -NAN, NAN),
+            "-nan|-NAN|+nan|   -nan|nan   |");
 }
 
 TEST(LogMessage, ReadsEachArgumentByItsLength) {

@@ -9,6 +9,7 @@
 
 #include "log/positional_format.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/pattern.h"
 
 namespace Kest {
 namespace {
@@ -86,7 +87,7 @@ TEST(Logger, ConsoleLinesArriveWhole) {
   Log(Level::kError, kGroupGeneral, "second");
   logger.Flush();
   EXPECT_THAT(::testing::internal::GetCapturedStderr(),
-              ::testing::MatchesRegex("log_test\\([0-9A-F]{8}\\):  ERROR\\| first\n"));
+              Testing::MatchesPattern("log_test(\\.exe)?\\([0-9A-F]{8}\\):  ERROR\\| first\n"));
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "first\nsecond\n");
   logger.ResetForTests();
 }
