@@ -4,7 +4,7 @@
 
 #include "base/utf8.h"
 #include "binding/tree_builder.h"
-#include "binding/yaml_mark.h"
+#include "binding/yaml_directives.h"
 #include "binding/yaml_parser.h"
 #include "binding/yaml_texts.h"
 #include "binding/yaml_tree_reader.h"
@@ -37,9 +37,8 @@ BindingProperty ReadYaml(ConversionContext& context, std::string_view text) {
   }
   text = WithoutByteOrderMark(text);
   if (text.empty()) return {};  // libyaml takes no null for a text
-  if (const auto offset = FindDirectiveBeyond(text, kMaxYamlDirectives)) {
-    const YamlMark mark = MarkAt(text, *offset);
-    context.Fail(Format(kYamlTooManyDirectives, mark.line, mark.column));
+  if (const auto line = FindDirectiveBeyond(text, kMaxYamlDirectives)) {
+    context.Fail(Format(kYamlTooManyDirectives, *line, 0));
     return {};
   }
   try {

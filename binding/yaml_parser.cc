@@ -2,13 +2,12 @@
 
 #include <new>
 
-#include "binding/yaml_mark.h"
 #include "binding/yaml_texts.h"
 #include "log/positional_format.h"
 
 namespace Kest {
 
-YamlParser::YamlParser(std::string_view text) : text_(text) {
+YamlParser::YamlParser(std::string_view text) {
   if (yaml_parser_initialize(&parser_) == 0) throw std::bad_alloc();
   yaml_parser_set_encoding(&parser_, YAML_UTF8_ENCODING);
   yaml_parser_set_input_string(&parser_, reinterpret_cast<const unsigned char*>(text.data()),
@@ -32,9 +31,8 @@ const yaml_event_t* YamlParser::Next(ConversionContext& context) {
 void YamlParser::Fail(ConversionContext& context) const {
   // libyaml has no words for the end of memory.
   if (parser_.problem == nullptr) throw std::bad_alloc();
-  YamlMark mark = {parser_.problem_mark.line, parser_.problem_mark.column};
-  // What is wrong with a byte is found before lines are counted.
-  if (parser_.error == YAML_READER_ERROR) mark = MarkAt(text_, parser_.problem_offset);
+  // Bytes that are no character are found before lines are counted: their mark is 0, 0.
+  const yaml_mark_t& mark = parser_.problem_mark;
   context.Fail(Format(kYamlParserError, parser_.problem, mark.line, mark.column));
 }
 

@@ -26,7 +26,6 @@ class YamlParser {
  private:
   void Fail(ConversionContext& context) const;
 
-  std::string_view text_;
   yaml_parser_t parser_;
   yaml_event_t event_ = {};
 };
