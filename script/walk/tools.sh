@@ -19,9 +19,9 @@ stop_all() {
 trap stop_all EXIT
 trap 'exit 130' INT TERM
 
-# start_host PORT: starts the development host, waits for its ready line, follows its live events.
+# start_host PORT: starts the development host (the command in $host_command), waits for its ready line, follows its live events.
 start_host() {
-  build/release/bin/tav-loot-host --port "$1" --seed 7 >"$work/ready" 2>"$work/log" &
+  "${host_command[@]}" --port "$1" --seed 7 >"$work/ready" 2>"$work/log" &
   host_pid=$!
   for _ in $(seq 100); do
     [ -s "$work/ready" ] && break

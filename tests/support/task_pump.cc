@@ -2,15 +2,35 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <semaphore>
 
 namespace Kest::Testing {
+
+// What passes between the pump and one task's thread: whoever holds it runs. (std::binary_semaphore
+// loses wake-ups where the C++ library builds it on condition variables.)
+class TaskPump::Baton {
+ public:
+  void Give(bool toTask) {
+    {
+      const std::lock_guard hold(mutex_);
+      isTasks_ = toTask;
+    }
+    changed_.notify_one();
+  }
+  void Await(bool byTask) {
+    std::unique_lock hold(mutex_);
+    changed_.wait(hold, [&] { return isTasks_ == byTask; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool isTasks_ = false;
+};
 
 struct TaskPump::Task {
   std::function<void()> work;
   std::thread thread;
-  std::binary_semaphore turn{0};  // the baton comes here,
-  std::binary_semaphore back{0};  // and goes back to the pump
+  Baton baton;
   bool done = false;
 };
 
@@ -65,15 +85,15 @@ void TaskPump::RunTurn(std::unique_ptr<Task> task) {
   if (!running->thread.joinable()) {
     running->thread = std::thread([running] {
       currentTask = running;
-      running->turn.acquire();
+      running->baton.Await(/*byTask=*/true);
       running->work();
       running->work = nullptr;
       running->done = true;
-      running->back.release();
+      running->baton.Give(/*toTask=*/false);
     });
   }
-  running->turn.release();
-  running->back.acquire();
+  running->baton.Give(/*toTask=*/true);
+  running->baton.Await(/*byTask=*/false);
   if (!running->done) {
     yielded_.push_back(std::move(task));
     return;
@@ -117,8 +137,8 @@ void TaskPump::Yield() {
     return;
   }
   auto* const task = static_cast<Task*>(currentTask);
-  task->back.release();
-  task->turn.acquire();
+  task->baton.Give(/*toTask=*/false);
+  task->baton.Await(/*byTask=*/true);
 }
 
 }  // namespace Kest::Testing

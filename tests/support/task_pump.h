@@ -33,6 +33,7 @@ class TaskPump {
   void Yield();
 
  private:
+  class Baton;
   struct Task;
 
   // Every task that waits gets one turn; then the new ones begin.
