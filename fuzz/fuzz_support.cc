@@ -120,9 +120,10 @@ DecoderBounds::~DecoderBounds() {
           std::to_string(heap.peak) + " bytes");
 }
 
-std::string Stretched(std::string_view input, char mark, size_t size) {
-  if (!input.starts_with(mark)) return std::string(input);
-  input.remove_prefix(1);
+std::string Stretched(std::string_view input, char mark, size_t limit) {
+  if (input.size() < 2 || input.front() != mark) return std::string(input);
+  const size_t size = std::min(size_t{1024} << (static_cast<uint8_t>(input[1]) & 15u), limit);
+  input.remove_prefix(2);
   std::string text(TakeUntil(mark, &input));
   const std::string_view unit = TakeUntil(mark, &input);
   const char counter = static_cast<char>(mark + 1);

@@ -48,10 +48,11 @@ class DecoderBounds {
   int64_t start_;  // processor time, nanoseconds
 };
 
-// A text that is long where the input is short, for what grows faster than the text does: when
-// `input` begins with `mark`, which no good text does, its parts between marks are a head, a unit
-// that is repeated up to `size` bytes, and a tail. In the unit the byte behind `mark` stands for
-// the number of the repetition. Any other input stays as it is.
-std::string Stretched(std::string_view input, char mark, size_t size = size_t{32} << 10);
+// A text that is long where the input is short, for what grows faster than the text does. When
+// `input` begins with `mark`, which no good text does, a byte follows whose low half says how long:
+// '5' is 32 KiB, each step above doubles that, but never beyond `limit`. Then come, between marks,
+// a head, a unit that is repeated up to that size, and a tail; in the unit the byte behind `mark`
+// stands for the number of the repetition. Any other input stays as it is.
+std::string Stretched(std::string_view input, char mark, size_t limit = size_t{64} << 10);
 
 }  // namespace Kest::Fuzz
