@@ -1,0 +1,110 @@
+# shellcheck shell=bash disable=SC2154
+# Puts the files of each archive into a folder. Sourced by script/package, which sets version, commit and stage.
+
+put() { install -D -m "${3:-644}" "$1" "$2"; } # put FILE TARGET [MODE]
+
+note() { install -d "$(dirname "$2")" && sed "s/@VERSION@/$version/g" "$1" >"$2"; } # note TEMPLATE TARGET
+
+# license_text PACKAGE[:NAME]: the text as the package has it, of one licence when it is named.
+license_text() {
+  local file=/usr/share/doc/${1%%:*}/copyright
+  case "$1" in
+    # The paragraph that holds the text, not those that only name the licence.
+    *:*) awk -v name="${1#*:}" 'BEGIN { RS = "" } $1 == "License:" && $2 == name && NF > 20' "$file" ;;
+    *) cat "$file" ;;
+  esac
+}
+
+# components ARCHIVE: its lines of the list as name|licence|where|package.
+components() { sed -n "s/^$1 *| *//p" packaging/components | sed 's/ *| */|/g'; }
+
+# licenses ARCHIVE TARGET: the list of what is inside, and every text.
+licenses() {
+  local archive=$1 target=$2 name license where package text
+  {
+    printf 'vwm-be-tav-loot %s contains parts of these projects:\n\n' "$version"
+    while IFS='|' read -r name license where package; do
+      printf '  %s (Debian %s)\n    licence: %s\n    %s\n' "$name" \
+        "$(dpkg-query -W -f='${source:Package} ${source:Version}' "${package%%:*}")" "$license" "$where"
+    done < <(components "$archive")
+    printf '\nThe texts follow, as Debian distributes them with these packages, then the GPL that GCC names.\n'
+    while IFS='|' read -r name license where package; do
+      text=$(license_text "$package")
+      [ -n "$text" ] || { echo "script/package: no licence text for $name" >&2; exit 1; }
+      printf '\n==== %s %s\n\n%s\n' "$name" "$(printf '=%.0s' {1..60})" "$text"
+    done < <(components "$archive")
+    printf '\n==== GPL-3 %s\n\n' "$(printf '=%.0s' {1..60})"
+    cat /usr/share/common-licenses/GPL-3
+  } >"$target"
+}
+
+# build_note ARCHIVE TARGET COMPILER-PACKAGE: what the bytes come from; the same of all of it gives the same bytes.
+build_note() {
+  local packages
+  mapfile -t packages < <({ printf '%s\n' "$3" cmake; components "$1" | sed 's/.*|//; s/:.*//'; } | sort -u)
+  {
+    printf 'version %s\ncommit %s\n\nBuilt with these packages:\n' "$version" "$commit"
+    dpkg-query -W -f='${Package} ${Version}\n' "${packages[@]}"
+  } >"$2"
+}
+
+# sums TOOL FOLDER TARGET: checksums of every file of the folder, DEBIAN/ apart.
+sums() {
+  (cd "$2" && find . -path ./DEBIAN -prune -o -type f ! -name SHA256SUMS -printf '%P\0' | sort -z | xargs -0 "$1") >"$3"
+}
+
+assemble_windows() {
+  local root=$1 file
+  put build/package-windows/plugin/vwm-be-tav-loot.dll "$root/vwm-be-tav-loot.dll" 755
+  put plugin/host_interface.h "$root/include/plugin/host_interface.h"
+  put docs/host-interface.md "$root/doc/host-interface.md"
+  for file in minimal_host.c system.h system_windows.c; do put "tests/load/$file" "$root/example/tests/load/$file"; done
+  note packaging/windows.md "$root/README.md"
+  licenses windows "$root/LICENSES.txt"
+  build_note windows "$root/BUILD.txt" g++-mingw-w64-i686-posix
+  sums sha256sum "$root" "$root/SHA256SUMS"
+}
+
+assemble_linux() {
+  local root=$1 file
+  local place=$root/usr/lib/x86_64-linux-gnu/tav-loot doc=$root/usr/share/doc/vwm-be-tav-loot
+  put build/package-linux/bin/vwm-be-tav-loot.so "$place/vwm-be-tav-loot.so"
+  put build/package-linux/bin/tav-loot-host "$place/tav-loot-host" 755
+  install -d "$root/usr/bin"
+  # The program looks for the library beside itself, and sees through the link.
+  ln -s ../lib/x86_64-linux-gnu/tav-loot/tav-loot-host "$root/usr/bin/tav-loot-host"
+  put plugin/host_interface.h "$root/usr/include/tav-loot/plugin/host_interface.h"
+  for file in host-interface api development-host worlds; do put "docs/$file.md" "$doc/$file.md"; done
+  for file in minimal_host.c system.h system_posix.c; do put "tests/load/$file" "$doc/examples/tests/load/$file"; done
+  note packaging/linux.md "$doc/README.md"
+  licenses linux "$doc/copyright"
+  build_note linux "$doc/BUILD.txt" g++
+  install -d "$root/DEBIAN"
+  control "$root" >"$root/DEBIAN/control"
+  sums md5sum "$root" "$root/DEBIAN/md5sums"
+  sums sha256sum "$root" "$root/DEBIAN/SHA256SUMS"
+}
+
+# control ROOT: what dpkg-deb needs to make a package of the folder.
+control() {
+  local binaries depends scratch
+  binaries=$(realpath "$1/usr/lib/x86_64-linux-gnu/tav-loot")
+  scratch=$stage/shlibdeps
+  install -d "$scratch/debian"
+  printf 'Source: vwm-be-tav-loot\n\nPackage: vwm-be-tav-loot\nArchitecture: amd64\n' >"$scratch/debian/control"
+  depends=$(cd "$scratch" && dpkg-shlibdeps -O "$binaries/vwm-be-tav-loot.so" -e "$binaries/tav-loot-host" 2>/dev/null)
+  cat <<EOF
+Package: vwm-be-tav-loot
+Version: $version
+Architecture: amd64
+Maintainer: $(git log -1 --format='%an <%ae>')
+Installed-Size: $(($(find "$1/usr" -type f -printf '%s\n' | awk '{ bytes += $1 } END { print bytes }') / 1024))
+Depends: ${depends#shlibs:Depends=}
+Section: libs
+Priority: optional
+Description: loot back end of the game client
+ A plugin library that owns the signed-in player's loot and its recipes, the
+ header for hosts that load it, and a development host that serves it over HTTP
+ with a sample world.
+EOF
+}

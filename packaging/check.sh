@@ -1,0 +1,111 @@
+# shellcheck shell=bash disable=SC2154
+# Checks the finished archives in a folder of their own, so that nothing is taken from the build by accident.
+# Sourced by script/package.
+
+unpacked=$PWD/build/package-check
+
+fail() { echo "script/package: $*" >&2; exit 1; }
+
+# Every file is as its checksum says, and every file has one.
+check_sums() {
+  local root=$1 sums=$2 listed files
+  (cd "$root" && sha256sum --quiet --strict -c "$sums") || fail "checksums of $root"
+  listed=$(sed 's/^[0-9a-f]*  //' "$root/$sums")
+  files=$(cd "$root" && find . -path ./DEBIAN -prune -o -type f ! -name SHA256SUMS -printf '%P\n' | sort)
+  [ "$listed" = "$files" ] || fail "files without a checksum in $root"
+}
+
+# check_header COMPILER C++-COMPILER FOLDER: alone, by its packed path, and without a remark.
+check_header() {
+  local source='#include "plugin/host_interface.h"' strict=(-Wall -Wextra -Wpedantic -Wshadow -Werror -fsyntax-only)
+  "$1" -std=c11 "${strict[@]}" -I "$3" -x c - <<<"$source" || fail "the header is no C11 for $1"
+  "$2" -std=c++20 "${strict[@]}" -I "$3" -x c++ - <<<"$source" || fail "the header is no C++20 for $2"
+}
+
+# No binary tells where it was built.
+check_paths() {
+  local binary place
+  for binary in "$@"; do
+    for place in "$PWD" "$HOME/" "${TMPDIR:-/tmp}/"; do
+      # The root folder alone would match anything.
+      [ "${#place}" -lt 4 ] || ! strings -a "$binary" | grep -m 5 -F -- "$place" || fail "a build path in $binary"
+    done
+  done
+}
+
+# Nothing but the C and C++ run times.
+check_needs() {
+  local binary foreign
+  for binary in "$@"; do
+    foreign=$(objdump -p "$binary" | awk '$1 == "NEEDED" { print $2 }' |
+      grep -vxE '(libstdc\+\+\.so\.6|libgcc_s\.so\.1|libm\.so\.6|libc\.so\.6|ld-linux-x86-64\.so\.2)' || true)
+    [ -z "$foreign" ] || fail "$binary needs $foreign"
+  done
+}
+
+check_contents() {
+  rm -rf "$unpacked"
+  mkdir -p "$unpacked"
+  unzip -q "$windows_archive" -d "$unpacked"
+  tar -C "$unpacked" -xf "$linux_archive"
+  (cd "$archives" && sha256sum --quiet --strict -c SHA256SUMS) || fail "checksums of the archives"
+
+  local dll=$unpacked/$windows/vwm-be-tav-loot.dll place=$unpacked/$linux/usr/lib/x86_64-linux-gnu/tav-loot
+  check_sums "$unpacked/$windows" SHA256SUMS
+  check_sums "$unpacked/$linux" DEBIAN/SHA256SUMS
+  (cd "$unpacked/$linux" && md5sum --quiet --strict -c DEBIAN/md5sums) || fail "md5sums"
+  cmake -DOBJDUMP="$(command -v i686-w64-mingw32-objdump)" -DLIBRARY="$dll" -P tests/load/check_dll.cmake
+  cmake -DNM="$(command -v nm)" -DLIBRARY="$place/vwm-be-tav-loot.so" -P tests/load/check_exports.cmake
+  check_needs "$place"/*
+  check_paths "$dll" "$place"/*
+  check_header gcc g++ "$unpacked/$linux/usr/include/tav-loot"
+  check_header i686-w64-mingw32-gcc-posix i686-w64-mingw32-g++-posix "$unpacked/$windows/include"
+  dpkg-deb --root-owner-group --build "$unpacked/$linux" "$unpacked/package.deb" >/dev/null
+  echo "Checked: checksums, one export, system libraries alone, no build path, the header as C11 and C++20"
+}
+
+# compile_example COMPILER HEADERS EXAMPLE SYSTEM-SOURCE PROGRAM [options]: the packed C host, packed header alone.
+compile_example() {
+  local compiler=$1 headers=$2 example=$3/tests/load system=$4 program=$5
+  shift 5
+  "$compiler" -std=c11 -Wall -Wextra -Werror -I "$headers" -I "$example/../.." "$example/minimal_host.c" \
+    "$example/$system" -o "$program" "$@"
+}
+
+run_example() { # run_example WHAT COMMAND...
+  local what=$1 log=$unpacked/example.log
+  shift
+  timeout 120 "$@" >"$log" 2>&1 || { tail -n 40 "$log"; fail "$what did not run through the C host"; }
+  echo "Proved: $what, $(grep -c 'as expected' "$log") steps of the C host as expected"
+}
+
+# The packed development host, started through its link, signs its player in and answers with an inventory.
+check_development_host() {
+  local url items pid ready=$unpacked/ready
+  "$unpacked/$linux/usr/bin/tav-loot-host" --port 0 >"$ready" 2>"$unpacked/host.log" &
+  pid=$!
+  for _ in {1..100}; do [ -s "$ready" ] && break; sleep 0.1; done
+  url=$(jq -r '.url | rtrimstr("/")' "$ready") || true
+  items=$(curl -sf --max-time 30 -X POST "$url/_host/login" >/dev/null &&
+    curl -sf --max-time 30 "$url/tav-loot/v2/player-loot-map" | jq '.playerLoot | length') || true
+  kill "$pid"
+  wait "$pid" || fail "the development host ended with a failure"
+  [ "${items:-0}" -gt 0 ] || { tail -n 20 "$unpacked/host.log"; fail "the development host gave no inventory"; }
+  echo "Proved: the development host, an inventory of $items items"
+}
+
+check_running() {
+  local usr=$unpacked/$linux/usr dll_root=$unpacked/$windows
+  compile_example gcc "$usr/include/tav-loot" "$usr/share/doc/vwm-be-tav-loot/examples" system_posix.c \
+    "$unpacked/minimal_host" -pthread -ldl
+  run_example "the library for Linux" "$unpacked/minimal_host" "$usr/lib/x86_64-linux-gnu/tav-loot/vwm-be-tav-loot.so"
+  check_development_host
+
+  compile_example i686-w64-mingw32-gcc-posix "$dll_root/include" "$dll_root/example" system_windows.c \
+    "$dll_root/minimal_host.exe" -static
+  if script/wine --prepare; then
+    (cd "$dll_root" && run_example "the DLL for Windows" "$OLDPWD/script/wine" ./minimal_host.exe vwm-be-tav-loot.dll)
+  else
+    echo "SKIPPED: the DLL was built and inspected, but not loaded: Wine cannot be had on this machine"
+  fi
+}
