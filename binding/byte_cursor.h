@@ -26,11 +26,16 @@ void StoreBigEndian(Unsigned value, char* to) {
   std::memcpy(to, &value, sizeof(value));
 }
 
-template <typename Unsigned>
-Unsigned LoadBigEndian(const uint8_t* from) {
-  Unsigned value;
-  std::memcpy(&value, from, sizeof(value));
-  return SwapToBigEndian(value);
+// Any number; a negative or floating one is read by its bits.
+template <typename Number>
+Number LoadBigEndian(const uint8_t* from) {
+  using Bits = std::conditional_t<
+      sizeof(Number) == 8, uint64_t,
+      std::conditional_t<sizeof(Number) == 4, uint32_t,
+                         std::conditional_t<sizeof(Number) == 2, uint16_t, uint8_t>>>;
+  Bits bits;
+  std::memcpy(&bits, from, sizeof(bits));
+  return std::bit_cast<Number>(SwapToBigEndian(bits));
 }
 
 // A place in bytes that are read from front to back.
@@ -49,10 +54,10 @@ class ByteCursor {
     next_ += count;
     return taken;
   }
-  // The same as a number. REQUIRES: Has(sizeof(Unsigned)).
-  template <typename Unsigned>
-  Unsigned Take() {
-    return LoadBigEndian<Unsigned>(Take(sizeof(Unsigned)));
+  // The same as a number. REQUIRES: Has(sizeof(Number)).
+  template <typename Number>
+  Number Take() {
+    return LoadBigEndian<Number>(Take(sizeof(Number)));
   }
 
  private:

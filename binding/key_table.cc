@@ -1,6 +1,7 @@
 #include "binding/key_table.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "binding/seeded_hash.h"
 
@@ -18,10 +19,9 @@ bool KeyTable::TryFindNumber(std::string_view name, bool isStored, Arena& arena,
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
   const uint32_t hash = SeededHash(name);
   uint32_t slot = hash & mask;
-  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
-    const MemberKey& key = *entries_[slots_[slot] - 1].key;
-    if (key.hash == hash && key.Is(name)) {
-      *number = slots_[slot] - 1;
+  for (; slots_[slot].entry != 0; slot = (slot + 1) & mask) {
+    if (slots_[slot].hash == hash && entries_[slots_[slot].entry - 1].Is(name)) {
+      *number = slots_[slot].entry - 1;
       return true;
     }
   }
@@ -29,19 +29,21 @@ bool KeyTable::TryFindNumber(std::string_view name, bool isStored, Arena& arena,
   if (key == nullptr) return false;
   *number = static_cast<uint32_t>(entries_.size());
   entries_.push_back({key->chars, key, key->size, {*number, *number}, 0, 0});
-  slots_[slot] = *number + 1;
+  slots_[slot] = {*number + 1, hash};
   return true;
 }
 
 void KeyTable::Grow() {
   constexpr size_t kFirstSlots = 64;
   if (slots_.empty()) entries_.reserve(kFirstSlots / 2);
-  slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), 0);
+  const std::vector<Slot> old = std::move(slots_);
+  slots_.assign(std::max(kFirstSlots, 2 * old.size()), {});
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
-  for (uint32_t number = 0; number < entries_.size(); ++number) {
-    uint32_t slot = entries_[number].key->hash & mask;
-    while (slots_[slot] != 0) slot = (slot + 1) & mask;
-    slots_[slot] = number + 1;
+  for (const Slot& moved : old) {
+    if (moved.entry == 0) continue;
+    uint32_t slot = moved.hash & mask;
+    while (slots_[slot].entry != 0) slot = (slot + 1) & mask;
+    slots_[slot] = moved;
   }
 }
 

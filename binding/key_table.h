@@ -62,12 +62,18 @@ class KeyTable {
     }
   };
 
+  // The hash stands here, too: names that differ are told apart without going to the entry.
+  struct Slot {
+    uint32_t entry = 0;  // its number + 1; 0: the slot is free
+    uint32_t hash = 0;
+  };
+
   bool TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
   bool TryFindNumber(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
   void Grow();
 
   std::vector<Entry> entries_;
-  std::vector<uint32_t> slots_;  // open hash table of numbers + 1; a power of two of them
+  std::vector<Slot> slots_;  // open hash table; a power of two of them
   uint32_t previous_ = 0;
   Place place_ = kInside;
   uint32_t round_ = 0;

@@ -1,10 +1,10 @@
 #include "binding/msgpack_reader.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <new>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "binding/byte_cursor.h"
@@ -57,12 +57,9 @@ class Reader {
 
   bool ReadKey(ByteCursor& in);
   bool ReadValue(ByteCursor& in);
-  template <typename Unsigned>
-  bool ReadUnsigned(ByteCursor& in, const uint8_t* item);
-  template <typename Unsigned>
-  bool ReadSigned(ByteCursor& in, const uint8_t* item);
-  template <typename Floating, typename Unsigned>
-  bool ReadFloat(ByteCursor& in, const uint8_t* item);
+  bool ReadNumberOf(Form form, ByteCursor& in, const uint8_t* item);
+  template <typename Number>
+  bool ReadNumber(ByteCursor& in, const uint8_t* item);
   // `add` takes what has the size.
   template <typename Unsigned, auto add>
   bool ReadSized(ByteCursor& in, const uint8_t* item);
@@ -90,23 +87,17 @@ class Reader {
   std::string failure_;
 };
 
-template <typename Unsigned>
-KEST_PER_ITEM bool Reader::ReadUnsigned(ByteCursor& in, const uint8_t* item) {
-  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
-  return Check(builder_.Unsigned(in.Take<Unsigned>()), item);
-}
-
-template <typename Unsigned>
-KEST_PER_ITEM bool Reader::ReadSigned(ByteCursor& in, const uint8_t* item) {
-  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
-  return Check(builder_.Signed(static_cast<std::make_signed_t<Unsigned>>(in.Take<Unsigned>())),
-               item);
-}
-
-template <typename Floating, typename Unsigned>
-KEST_PER_ITEM bool Reader::ReadFloat(ByteCursor& in, const uint8_t* item) {
-  if (!in.Has(sizeof(Unsigned))) return FailTruncated(item, sizeof(Unsigned));
-  return Check(builder_.Float(std::bit_cast<Floating>(in.Take<Unsigned>())), item);
+template <typename Number>
+KEST_PER_ITEM bool Reader::ReadNumber(ByteCursor& in, const uint8_t* item) {
+  if (!in.Has(sizeof(Number))) return FailTruncated(item, sizeof(Number));
+  const auto number = in.Take<Number>();
+  if constexpr (std::is_floating_point_v<Number>) {
+    return Check(builder_.Float(number), item);
+  } else if constexpr (std::is_signed_v<Number>) {
+    return Check(builder_.Signed(number), item);
+  } else {
+    return Check(builder_.Unsigned(number), item);
+  }
 }
 
 template <typename Unsigned, auto add>
@@ -167,12 +158,41 @@ KEST_PER_ITEM bool Reader::ReadKey(ByteCursor& in) {
   }
 }
 
+// The forms of one number, and those that are refused.
+KEST_PER_ITEM bool Reader::ReadNumberOf(Form form, ByteCursor& in, const uint8_t* item) {
+  switch (form) {
+    case Form::kFloat32:
+      return ReadNumber<float>(in, item);
+    case Form::kFloat64:
+      return ReadNumber<double>(in, item);
+    case Form::kUint8:
+      return ReadNumber<uint8_t>(in, item);
+    case Form::kUint16:
+      return ReadNumber<uint16_t>(in, item);
+    case Form::kUint32:
+      return ReadNumber<uint32_t>(in, item);
+    case Form::kUint64:
+      return ReadNumber<uint64_t>(in, item);
+    case Form::kInt8:
+      return ReadNumber<int8_t>(in, item);
+    case Form::kInt16:
+      return ReadNumber<int16_t>(in, item);
+    case Form::kInt32:
+      return ReadNumber<int32_t>(in, item);
+    case Form::kInt64:
+      return ReadNumber<int64_t>(in, item);
+    default:
+      return FailAt(item);
+  }
+}
+
 KEST_PER_ITEM bool Reader::ReadValue(ByteCursor& in) {
   const uint8_t* const item = in.Next();
   if (!in.Has(1)) return FailTruncated(item, 1);
   const uint8_t lead = *in.Take(1);
   if (IsFixstr(lead)) return AddString(in, item, lead - kFixstr);
-  switch (kForms[lead]) {
+  const Form form = kForms[lead];
+  switch (form) {
     case Form::kFixint:
       return Check(builder_.Signed(static_cast<int8_t>(lead)), item);
     case Form::kFixmap:
@@ -189,26 +209,6 @@ KEST_PER_ITEM bool Reader::ReadValue(ByteCursor& in) {
       return ReadSized<uint16_t, &Reader::AddBlob>(in, item);
     case Form::kBin32:
       return ReadSized<uint32_t, &Reader::AddBlob>(in, item);
-    case Form::kFloat32:
-      return ReadFloat<float, uint32_t>(in, item);
-    case Form::kFloat64:
-      return ReadFloat<double, uint64_t>(in, item);
-    case Form::kUint8:
-      return ReadUnsigned<uint8_t>(in, item);
-    case Form::kUint16:
-      return ReadUnsigned<uint16_t>(in, item);
-    case Form::kUint32:
-      return ReadUnsigned<uint32_t>(in, item);
-    case Form::kUint64:
-      return ReadUnsigned<uint64_t>(in, item);
-    case Form::kInt8:
-      return ReadSigned<uint8_t>(in, item);
-    case Form::kInt16:
-      return ReadSigned<uint16_t>(in, item);
-    case Form::kInt32:
-      return ReadSigned<uint32_t>(in, item);
-    case Form::kInt64:
-      return ReadSigned<uint64_t>(in, item);
     case Form::kStr8:
       return ReadSized<uint8_t, &Reader::AddString>(in, item);
     case Form::kStr16:
@@ -224,7 +224,7 @@ KEST_PER_ITEM bool Reader::ReadValue(ByteCursor& in) {
     case Form::kMap32:
       return ReadSized<uint32_t, &Reader::BeginMap>(in, item);
     default:
-      return FailAt(item);
+      return ReadNumberOf(form, in, item);
   }
 }
 
