@@ -109,27 +109,50 @@ bool TrySmallDecimal(uint64_t significand, int64_t exponent, double* value) {
   return true;
 }
 
-// Reads a number of at most 18 digits and a short exponent; 0 characters when it is none.
-size_t ParseSmallDecimal(std::string_view text, double* value) {
-  uint64_t significand = 0;
+// Reads digits with at most one point among them; 0 characters when there is no digit, or when more
+// than 18 of them count.
+size_t ParseSignificand(std::string_view text, uint64_t* significand, int64_t* exponent) {
   int digits = 0;
-  int64_t exponent = 0;
+  size_t points = 0;
   size_t i = 0;
-  bool hasPoint = false;
   for (; i < text.size(); ++i) {
     const char c = text[i];
-    if (c == '.' && !hasPoint) {
-      hasPoint = true;
+    if (c == '.' && points == 0) {
+      points = 1;
       continue;
     }
     if (c < '0' || c > '9') break;
-    significand = significand * 10 + static_cast<uint64_t>(c - '0');
-    if (hasPoint) --exponent;
-    if (++digits > 18) return 0;
+    *significand = *significand * 10 + static_cast<uint64_t>(c - '0');
+    *exponent -= static_cast<int64_t>(points);
+    if (*significand != 0 && ++digits > 18) return 0;
   }
-  if (digits == 0) return 0;
-  if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) return 0;
-  return TrySmallDecimal(significand, exponent, value) ? i : 0;
+  return i > points ? i : 0;
+}
+
+// Reads "e", an optional sign and digits, if they come next; 0 characters when they do not.
+size_t ParseExponent(std::string_view text, int64_t* exponent) {
+  if (text.empty() || Lower(text[0]) != 'e') return 0;
+  const bool isNegative = text.size() > 1 && text[1] == '-';
+  const size_t first = isNegative || (text.size() > 1 && text[1] == '+') ? 2 : 1;
+  constexpr int64_t kHuge = 1'000'000;  // beyond any power that counts
+  int64_t power = 0;
+  size_t i = first;
+  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+    power = std::min(power * 10 + (text[i] - '0'), kHuge);
+  }
+  if (i == first) return 0;
+  *exponent += isNegative ? -power : power;
+  return i;
+}
+
+// Reads a number that TrySmallDecimal takes, of whatever form; 0 characters when it is none.
+size_t ParseSmallDecimal(std::string_view text, double* value) {
+  uint64_t significand = 0;
+  int64_t exponent = 0;
+  size_t length = ParseSignificand(text, &significand, &exponent);
+  if (length == 0) return 0;
+  length += ParseExponent(text.substr(length), &exponent);
+  return TrySmallDecimal(significand, exponent, value) ? length : 0;
 }
 
 size_t ParseUnsignedFloat(std::string_view digits, bool isHex, double* value) {
