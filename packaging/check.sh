@@ -15,9 +15,10 @@ check_sums() {
   [ "$listed" = "$files" ] || fail "files without a checksum in $root"
 }
 
-# check_header COMPILER C++-COMPILER FOLDER: alone, by its packed path, and without a remark.
+# check_header COMPILER C++-COMPILER FOLDER: alone and without a remark. In angle brackets, as the other form would
+# find the checkout's own header first.
 check_header() {
-  local source='#include "plugin/host_interface.h"' strict=(-Wall -Wextra -Wpedantic -Wshadow -Werror -fsyntax-only)
+  local source='#include <plugin/host_interface.h>' strict=(-Wall -Wextra -Wpedantic -Wshadow -Werror -fsyntax-only)
   "$1" -std=c11 "${strict[@]}" -I "$3" -x c - <<<"$source" || fail "the header is no C11 for $1"
   "$2" -std=c++20 "${strict[@]}" -I "$3" -x c++ - <<<"$source" || fail "the header is no C++20 for $2"
 }
