@@ -37,7 +37,7 @@ HttpAnswer HelpPage(PluginSession& session, std::string_view query) {
 
 HttpAnswer OpenApiPage(PluginSession& session) {
   HttpAnswer help = AskHelp(session, kFullFormat);
-  if (help.status != 200) return help;
+  if (help.status >= 400) return help;
   auto document = MakeOpenApiDocument({.name = session.FullName(),
                                        .version = session.Version(),
                                        .api = &session.Api(),

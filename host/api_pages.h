@@ -15,7 +15,8 @@ namespace Kest::Host {
 // format the plugin does not know is refused in its own words.
 HttpAnswer HelpPage(PluginSession& session, std::string_view query);
 
-// The OpenAPI document of the plugin and this host.
+// The OpenAPI document of the plugin and this host. A plugin without a Help gives no document: its
+// own refusal is the answer, and 500 when what it tells cannot be read.
 HttpAnswer OpenApiPage(PluginSession& session);
 
 }  // namespace Kest::Host

@@ -1,5 +1,6 @@
 #include "host/openapi/api_help.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "host/world/field_reader.h"
@@ -53,6 +54,12 @@ EventHelp ReadEvent(const JsonValue& value, IssueReport& report) {
 }
 
 }  // namespace
+
+const TypeHelp* ApiHelp::FindType(std::string_view name) const {
+  const auto found = std::find_if(types.begin(), types.end(),
+                                  [name](const TypeHelp& type) { return type.name == name; });
+  return found == types.end() ? nullptr : &*found;
+}
 
 Maybe<ApiHelp> ReadApiHelp(std::string_view json) {
   const auto value = ReadJson(json);

@@ -29,6 +29,8 @@ struct TypeHelp {
   std::string description;
   std::vector<FieldHelp> fields;
   std::vector<std::string> enumerators;  // names; none for a structure
+
+  bool IsEnumeration() const { return !enumerators.empty(); }
 };
 
 struct EventHelp {
@@ -40,6 +42,9 @@ struct EventHelp {
 struct ApiHelp {
   std::vector<TypeHelp> types;  // in order of registration, as the events
   std::vector<EventHelp> events;
+
+  // Null when no type has that name.
+  const TypeHelp* FindType(std::string_view name) const;
 };
 
 // Reads the "Full" form. A failure names the place in the text.

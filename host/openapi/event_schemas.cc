@@ -22,13 +22,13 @@ Object UriSchema(const std::string& pathTemplate) {
   return {{"type", "string"}, {"pattern", PathPattern(pathTemplate)}};
 }
 
-Object EventSchema(const KestEndpoint& endpoint) {
+Object EventSchema(const KestEndpoint& endpoint, const ApiHelp& help) {
   const std::string path = RepairUtf8(View(endpoint.pathTemplate));
   Object type = {{"type", "string"}, {"enum", JsonValue::Array{"Create", "Update", "Delete"}}};
   Object properties = {
       {"uri", UriSchema(path)},
       {"eventType", std::move(type)},
-      {"data", ValueSchema(View(endpoint.result.name), View(endpoint.result.element))}};
+      {"data", ValueSchema(help, View(endpoint.result.name), View(endpoint.result.element))}};
   return {{"type", "object"},
           {"description", "A change of " + DocumentPath(path) + ". A deletion has no data."},
           {"properties", std::move(properties)},
@@ -37,15 +37,15 @@ Object EventSchema(const KestEndpoint& endpoint) {
 
 }  // namespace
 
-JsonValue::Object ResourceEventSchemas(const KestApiDescriptor& api) {
+JsonValue::Object ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& help) {
   Object schemas;
   JsonValue::Array all;
   for (size_t i = 0; i < api.endpointCount; ++i) {
     const KestEndpoint& endpoint = api.endpoints[i];
     if (endpoint.methodId != kGet || endpoint.result.name.size == 0) continue;
-    std::string name = RepairUtf8(View(endpoint.functionName)) + "Event";
+    std::string name = SchemaName(View(endpoint.functionName)) + "Event";
     all.push_back(Object{{"$ref", "#/components/schemas/" + name}});
-    schemas.push_back({std::move(name), EventSchema(endpoint)});
+    schemas.push_back({std::move(name), EventSchema(endpoint, help)});
   }
   Object any = {{"description", "What an event of the kind \"resource\" tells."}};
   if (!all.empty()) any.push_back({"anyOf", std::move(all)});
@@ -58,7 +58,7 @@ JsonValue::Object NamedEvents(const ApiHelp& help) {
   for (const EventHelp& event : help.events) {
     events.push_back(
         {event.name, Object{{"description", event.description},
-                            {"payload", ValueSchema(event.type.name, event.type.element)}}});
+                            {"payload", ValueSchema(help, event.type.name, event.type.element)}}});
   }
   return events;
 }

@@ -10,7 +10,7 @@ namespace Kest::Host {
 // What the event stream tells of the plugin's resources: one schema for each resource that can be
 // read, named after the function that reads it ("GetEnabledEvent"), and last "ResourceEvent", any
 // one of them.
-JsonValue::Object ResourceEventSchemas(const KestApiDescriptor& api);
+JsonValue::Object ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& help);
 
 // By name, the events the plugin's API names, with their descriptions and payload schemas.
 JsonValue::Object NamedEvents(const ApiHelp& help);

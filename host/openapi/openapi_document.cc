@@ -58,27 +58,29 @@ Maybe<std::string> MakeOpenApiDocument(const DescribedPlugin& plugin) {
 
   const std::string name = RepairUtf8(plugin.name);
   Object schemas = TypeSchemas(help.GetValue());
-  JsonValue events = ResourceEventSchemas(*plugin.api);
+  JsonValue events = ResourceEventSchemas(*plugin.api, help.GetValue());
   Append(&events, &schemas);
   Append(FindIn(host, "schemas"), &schemas);
   if (const std::string twice = RepeatedName(schemas); !twice.empty()) {
     return Failure{"Two schemas are named " + twice + "."};
   }
-  Object paths = PluginPaths(*plugin.api, name);
+  Object paths = PluginPaths(*plugin.api, help.GetValue(), name);
   Append(FindIn(host, "paths"), &paths);
 
   JsonValue::Array tags = {Object{{"name", name}, {"description", "The plugin's endpoints"}}};
   tags.push_back(std::move(*FindIn(host, "tag")));
-  return WriteJson(Object{
-      {"openapi", "3.1.0"},
-      {"info", Object{{"title", name}, {"version", plugin.version}, {"description", kDescription}}},
-      {"servers", JsonValue::Array{Object{{"url", "/"}}}},
-      {"security", JsonValue::Array()},
-      {"tags", std::move(tags)},
-      {"paths", std::move(paths)},
-      {"components", Object{{"schemas", std::move(schemas)},
-                            {"responses", std::move(*FindIn(host, "responses"))}}},
-      {"x-events", NamedEvents(help.GetValue())}});
+  return WriteJson(
+      Object{{"openapi", "3.1.0"},
+             {"info", Object{{"title", name},
+                             {"version", RepairUtf8(plugin.version)},
+                             {"description", kDescription}}},
+             {"servers", JsonValue::Array{Object{{"url", "/"}}}},
+             {"security", JsonValue::Array()},
+             {"tags", std::move(tags)},
+             {"paths", std::move(paths)},
+             {"components", Object{{"schemas", std::move(schemas)},
+                                   {"responses", std::move(*FindIn(host, "responses"))}}},
+             {"x-events", NamedEvents(help.GetValue())}});
 }
 
 }  // namespace Kest::Host

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/utf8.h"
 #include "host/c_views.h"
@@ -18,17 +20,29 @@ using Object = JsonValue::Object;
 // By method id.
 constexpr std::string_view kMethods[] = {"",        "delete", "get",  "head",
                                          "options", "patch",  "post", "put"};
-constexpr std::string_view kBodyTypes[] = {"application/json", "application/x-yaml",
-                                           "application/x-msgpack"};
+constexpr std::string_view kBodyTypes[] = {"application/json", "application/vnd.api+json",
+                                           "application/x-yaml", "application/x-msgpack"};
 constexpr std::string_view kAnswerTypes[] = {"application/json", "application/x-msgpack"};
 
 std::string Words(KestText text) {
   return RepairUtf8(View(text));
 }
 
-Object SchemaOf(const KestTypeName& type) {
-  return ValueSchema(View(type.name), View(type.element));
-}
+// An endpoint and what is known around it.
+struct Described {
+  const KestEndpoint& endpoint;
+  const ApiHelp& help;
+  std::vector<PathParameter> pathParameters;
+
+  const PathParameter* FindPathParameter(std::string_view name) const {
+    const auto found = std::find_if(pathParameters.begin(), pathParameters.end(),
+                                    [name](const auto& known) { return known.name == name; });
+    return found == pathParameters.end() ? nullptr : &*found;
+  }
+  Object Schema(const KestTypeName& type) const {
+    return ValueSchema(help, View(type.name), View(type.element));
+  }
+};
 
 // The same schema in each of the content types.
 template <size_t Count>
@@ -41,7 +55,7 @@ Object Contents(const std::string_view (&types)[Count], const Object& schema) {
 }
 
 // Where an argument stands in a request; one that may stand anywhere is shown where it fits.
-std::string_view PlaceOf(const KestEndpoint& endpoint, const KestArgument& argument) {
+std::string_view PlaceOf(const Described& route, const KestArgument& argument) {
   switch (argument.location) {
     case KEST_LOCATION_PATH:
       return "path";
@@ -52,19 +66,14 @@ std::string_view PlaceOf(const KestEndpoint& endpoint, const KestArgument& argum
     case KEST_LOCATION_QUERY:
       return "query";
     default:
-      return HasParameter(View(endpoint.pathTemplate), View(argument.name)) ? "path" : "query";
+      return route.FindPathParameter(View(argument.name)) != nullptr ? "path" : "query";
   }
 }
 
-// Outside a body, lists and free values are written as JSON text.
-bool IsWrittenAsJson(std::string_view type) {
-  return type == "vector" || type == "map" || type == "object";
-}
-
-Object ParameterOf(const KestEndpoint& endpoint, const KestArgument& argument,
-                   std::string_view place) {
+Object ParameterOf(const Described& route, const KestArgument& argument, std::string_view place) {
   std::string description = Words(argument.description);
-  if (IsRestParameter(View(endpoint.pathTemplate), View(argument.name))) {
+  const PathParameter* const inPath = route.FindPathParameter(View(argument.name));
+  if (inPath != nullptr && inPath->isRest) {
     description += (description.empty() ? "" : ". ") + std::string("May hold slashes.");
   }
   // A bool that is not given is false.
@@ -72,8 +81,9 @@ Object ParameterOf(const KestEndpoint& endpoint, const KestArgument& argument,
       place == "path" || !(argument.optional || View(argument.type.name) == "bool");
   Object parameter = {{"name", Words(argument.name)}, {"in", place}, {"required", required}};
   if (!description.empty()) parameter.push_back({"description", std::move(description)});
-  Object schema = SchemaOf(argument.type);
-  if (IsWrittenAsJson(View(argument.type.name))) {
+  Object schema = route.Schema(argument.type);
+  // Outside a body such a value is written as JSON text.
+  if (IsComposite(route.help, View(argument.type.name))) {
     parameter.push_back(
         {"content", Object{{"application/json", Object{{"schema", std::move(schema)}}}}});
   } else {
@@ -82,21 +92,53 @@ Object ParameterOf(const KestEndpoint& endpoint, const KestArgument& argument,
   return parameter;
 }
 
-Object BodyOf(const KestArgument& argument) {
+Object BodyOf(const Described& route, const KestArgument& argument) {
   Object body = {{"required", !argument.optional},
-                 {"content", Contents(kBodyTypes, SchemaOf(argument.type))}};
+                 {"content", Contents(kBodyTypes, route.Schema(argument.type))}};
   if (argument.description.size > 0) {
     body.push_back({"description", Words(argument.description)});
   }
   return body;
 }
 
-Object ResponsesOf(const KestEndpoint& endpoint) {
+// What the arguments of `route` say of its request. Each parameter of the path is described, and
+// only those: an argument for a place the path does not have cannot be given.
+struct RequestParts {
+  JsonValue::Array parameters;
+  Object body;
+};
+
+RequestParts RequestOf(const Described& route) {
+  RequestParts request;
+  std::set<std::string_view> described;
+  for (size_t i = 0; i < route.endpoint.argumentCount; ++i) {
+    const KestArgument& argument = route.endpoint.arguments[i];
+    const std::string_view place = PlaceOf(route, argument);
+    if (place == "body") {
+      request.body = BodyOf(route, argument);
+    } else if (place != "path") {
+      request.parameters.push_back(ParameterOf(route, argument, place));
+    } else if (route.FindPathParameter(View(argument.name)) != nullptr) {
+      described.insert(View(argument.name));
+      request.parameters.push_back(ParameterOf(route, argument, place));
+    }
+  }
+  for (const PathParameter& parameter : route.pathParameters) {
+    if (!described.insert(parameter.name).second) continue;
+    request.parameters.push_back(Object{{"name", RepairUtf8(parameter.name)},
+                                        {"in", "path"},
+                                        {"required", true},
+                                        {"schema", Object{{"type", "string"}}}});
+  }
+  return request;
+}
+
+Object ResponsesOf(const Described& route) {
   Object responses;
-  if (endpoint.result.name.size > 0) {
+  if (route.endpoint.result.name.size > 0) {
     responses.push_back(
         {"200", Object{{"description", "The result"},
-                       {"content", Contents(kAnswerTypes, SchemaOf(endpoint.result))}}});
+                       {"content", Contents(kAnswerTypes, route.Schema(route.endpoint.result))}}});
   } else {
     responses.push_back({"204", Object{{"description", "Done; there is no result"}}});
   }
@@ -104,26 +146,18 @@ Object ResponsesOf(const KestEndpoint& endpoint) {
   return responses;
 }
 
-Object OperationOf(const KestEndpoint& endpoint, std::string_view tag) {
-  Object operation = {{"operationId", Words(endpoint.functionName)},
+Object OperationOf(const Described& route, std::string_view tag) {
+  Object operation = {{"operationId", Words(route.endpoint.functionName)},
                       {"tags", JsonValue::Array{tag}}};
-  if (endpoint.description.size > 0) {
-    operation.push_back({"summary", Words(endpoint.description)});
+  if (route.endpoint.description.size > 0) {
+    operation.push_back({"summary", Words(route.endpoint.description)});
   }
-  JsonValue::Array parameters;
-  Object body;
-  for (size_t i = 0; i < endpoint.argumentCount; ++i) {
-    const KestArgument& argument = endpoint.arguments[i];
-    const std::string_view place = PlaceOf(endpoint, argument);
-    if (place == "body") {
-      body = BodyOf(argument);
-    } else {
-      parameters.push_back(ParameterOf(endpoint, argument, place));
-    }
+  RequestParts request = RequestOf(route);
+  if (!request.parameters.empty()) {
+    operation.push_back({"parameters", std::move(request.parameters)});
   }
-  if (!parameters.empty()) operation.push_back({"parameters", std::move(parameters)});
-  if (!body.empty()) operation.push_back({"requestBody", std::move(body)});
-  operation.push_back({"responses", ResponsesOf(endpoint)});
+  if (!request.body.empty()) operation.push_back({"requestBody", std::move(request.body)});
+  operation.push_back({"responses", ResponsesOf(route)});
   return operation;
 }
 
@@ -137,15 +171,18 @@ JsonValue& MemberOf(Object& object, const std::string& name) {
 
 }  // namespace
 
-JsonValue::Object PluginPaths(const KestApiDescriptor& api, std::string_view tag) {
+JsonValue::Object PluginPaths(const KestApiDescriptor& api, const ApiHelp& help,
+                              std::string_view tag) {
   Object paths;
   for (size_t i = 0; i < api.endpointCount; ++i) {
     const KestEndpoint& endpoint = api.endpoints[i];
     const auto method = static_cast<size_t>(endpoint.methodId);
     if (method == 0 || method >= std::size(kMethods)) continue;
+    const Described route{endpoint, help, PathParameters(View(endpoint.pathTemplate))};
+    if (route.FindPathParameter("") != nullptr) continue;
     JsonValue& path = MemberOf(paths, DocumentPath(Words(endpoint.pathTemplate)));
     if (path.Find(kMethods[method]) != nullptr) continue;
-    path.AsObject()->push_back({std::string(kMethods[method]), OperationOf(endpoint, tag)});
+    path.AsObject()->push_back({std::string(kMethods[method]), OperationOf(route, tag)});
   }
   return paths;
 }

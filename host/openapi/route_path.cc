@@ -1,46 +1,71 @@
 #include "host/openapi/route_path.h"
 
+#include <utility>
+
 namespace Kest::Host {
 namespace {
 
-bool Has(std::string_view pathTemplate, std::string_view opening, std::string_view name) {
-  const std::string parameter = std::string(opening).append(name) + "}";
-  return pathTemplate.find(parameter) != std::string_view::npos;
-}
+// A parameter as it is written: `form` is '+', '#' or, for one segment, '{'; 0 when nothing opens
+// it.
+struct WrittenParameter {
+  char form = 0;
+  std::string name;
+};
 
-// Calls `literal(character)` and `parameter(form, name)` for the parts of a template in order.
-// `form` is '+', '#' or, for one segment, '{'.
+// Calls `literal(character)` and `parameter(WrittenParameter)` for the parts of a template in
+// order.
 template <typename Literal, typename Parameter>
 void WalkTemplate(std::string_view pathTemplate, Literal literal, Parameter parameter) {
-  size_t place = 0;
-  while (place < pathTemplate.size()) {
-    const char c = pathTemplate[place++];
-    const size_t end = pathTemplate.find('}', place);
-    if (c != '{' || end == std::string_view::npos) {
+  WrittenParameter open;
+  for (const char c : pathTemplate) {
+    if (c == '{') {
+      open = {c, {}};
+    } else if (c == '}') {
+      parameter(std::exchange(open, {}));
+    } else if (open.form == 0) {
       literal(c);
-      continue;
+    } else if (open.name.empty() && (c == '+' || c == '#')) {
+      open.form = c;
+    } else {
+      open.name += c;
     }
-    std::string_view name = pathTemplate.substr(place, end - place);
-    char form = '{';
-    if (name.starts_with('+') || name.starts_with('#')) {
-      form = name.front();
-      name.remove_prefix(1);
-    }
-    parameter(form, name);
-    place = end + 1;
+  }
+}
+
+std::string_view GroupPattern(char form) {
+  switch (form) {
+    case '{':
+      return "[^/]*";
+    case '+':
+      return ".*";
+    case '#':
+      return "#.*";
+    default:
+      return "";
   }
 }
 
 }  // namespace
 
+std::vector<PathParameter> PathParameters(std::string_view pathTemplate) {
+  std::vector<PathParameter> parameters;
+  WalkTemplate(
+      pathTemplate, [](char) {},
+      [&](WrittenParameter parameter) {
+        parameters.push_back({std::move(parameter.name), parameter.form != '{'});
+      });
+  return parameters;
+}
+
 std::string DocumentPath(std::string_view pathTemplate) {
   std::string path;
   WalkTemplate(
       pathTemplate, [&](char c) { path += c; },
-      [&](char form, std::string_view name) {
-        path.append(form == '#' ? "#{" : "{").append(name).append("}");
+      [&](const WrittenParameter& parameter) {
+        if (parameter.form == 0) return;
+        path.append(parameter.form == '#' ? "#{" : "{").append(parameter.name).append("}");
       });
-  return path;
+  return path.starts_with('/') ? path : "/" + path;
 }
 
 std::string PathPattern(std::string_view pathTemplate) {
@@ -51,19 +76,8 @@ std::string PathPattern(std::string_view pathTemplate) {
         if (std::string_view("^$.*+?()[]{}|\\").find(c) != std::string_view::npos) pattern += '\\';
         pattern += c;
       },
-      [&](char form, std::string_view) {
-        pattern.append(form == '{' ? "[^/]*" : form == '+' ? ".*" : "#.*");
-      });
+      [&](const WrittenParameter& parameter) { pattern.append(GroupPattern(parameter.form)); });
   return pattern + "$";
-}
-
-bool HasParameter(std::string_view pathTemplate, std::string_view name) {
-  return Has(pathTemplate, "{", name) || IsRestParameter(pathTemplate, name) ||
-         Has(pathTemplate, "{#", name);
-}
-
-bool IsRestParameter(std::string_view pathTemplate, std::string_view name) {
-  return Has(pathTemplate, "{+", name);
 }
 
 }  // namespace Kest::Host

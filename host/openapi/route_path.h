@@ -3,18 +3,24 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kest::Host {
 
+// A "{name}" of a template. Read as the plugin does: a "+" or "#" in front is no part of the name,
+// an opening brace that is never closed hides all behind it, and a closing one that was never
+// opened is a parameter without a name.
+struct PathParameter {
+  std::string name;
+  bool isRest = false;  // "{+name}" or "{#name}": slashes included
+};
+std::vector<PathParameter> PathParameters(std::string_view pathTemplate);
+
 // "/a/{id}/{+rest}" with plain parameters: "/a/{id}/{rest}". A fragment, "{#name}", keeps its "#".
+// Always begins with "/".
 std::string DocumentPath(std::string_view pathTemplate);
 
 // The pattern of the paths a template stands for: "^/a/[^/]*/.*$".
 std::string PathPattern(std::string_view pathTemplate);
-
-// Whether the template has a parameter of that name, of any form.
-bool HasParameter(std::string_view pathTemplate, std::string_view name);
-// Whether that one takes the rest of the path, slashes included.
-bool IsRestParameter(std::string_view pathTemplate, std::string_view name);
 
 }  // namespace Kest::Host

@@ -56,7 +56,11 @@ void Describe(std::string_view text, Schema* schema) {
   schema->push_back({"description", text});
 }
 
-Schema SimpleSchema(std::string_view type) {
+Schema Reference(std::string_view type) {
+  return {{"$ref", "#/components/schemas/" + SchemaName(type)}};
+}
+
+Schema SimpleSchema(const ApiHelp& help, std::string_view type) {
   for (const IntegerRange& range : NarrowIntegers()) {
     if (range.name == type) return IntegerSchema(range);
   }
@@ -66,8 +70,11 @@ Schema SimpleSchema(std::string_view type) {
   if (type == "blob") {
     return {{"type", "string"}, {"description", "Bytes; in JSON a text made of them."}};
   }
-  if (type == "object" || type == "callback" || type.empty()) return {};  // any value
-  return {{"$ref", "#/components/schemas/" + std::string(type)}};
+  // Of elements that are lists or maps themselves, theirs are not told.
+  if (type == "vector") return {{"type", "array"}, {"items", Schema()}};
+  if (type == "map") return {{"type", "object"}};
+  if (type == "int64" || type == "uint64" || help.FindType(type) != nullptr) return Reference(type);
+  return {};  // any value
 }
 
 Schema EnumerationSchema(const TypeHelp& type) {
@@ -76,11 +83,11 @@ Schema EnumerationSchema(const TypeHelp& type) {
   return {{"type", "string"}, {"enum", std::move(names)}};
 }
 
-Schema StructureSchema(const TypeHelp& type) {
+Schema StructureSchema(const ApiHelp& help, const TypeHelp& type) {
   Schema properties;
   JsonValue::Array names;
   for (const FieldHelp& field : type.fields) {
-    Schema schema = ValueSchema(field.type.name, field.type.element);
+    Schema schema = ValueSchema(help, field.type.name, field.type.element);
     Describe(field.description, &schema);
     properties.push_back({field.name, std::move(schema)});
     names.push_back(field.name);
@@ -103,20 +110,39 @@ std::string DescriptionOf(const TypeHelp& type) {
 
 }  // namespace
 
-JsonValue::Object ValueSchema(std::string_view type, std::string_view element) {
-  if (type == "vector") return {{"type", "array"}, {"items", SimpleSchema(element)}};
-  if (type == "map") return {{"type", "object"}, {"additionalProperties", SimpleSchema(element)}};
-  return SimpleSchema(type);
+JsonValue::Object ValueSchema(const ApiHelp& help, std::string_view type,
+                              std::string_view element) {
+  if (type == "vector") return {{"type", "array"}, {"items", SimpleSchema(help, element)}};
+  if (type == "map") {
+    return {{"type", "object"}, {"additionalProperties", SimpleSchema(help, element)}};
+  }
+  return SimpleSchema(help, type);
+}
+
+bool IsComposite(const ApiHelp& help, std::string_view type) {
+  if (type == "vector" || type == "map" || type == "object") return true;
+  const TypeHelp* const registered = help.FindType(type);
+  return registered != nullptr && !registered->IsEnumeration();
+}
+
+std::string SchemaName(std::string_view name) {
+  constexpr std::string_view kKept =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
+  std::string kept(name);
+  for (char& c : kept) {
+    if (kKept.find(c) == std::string_view::npos) c = '_';
+  }
+  return kept;
 }
 
 JsonValue::Object TypeSchemas(const ApiHelp& help) {
   Schema schemas = {{"int64", WideIntegerSchema(RangeOf<int64_t>("int64"))},
                     {"uint64", WideIntegerSchema(RangeOf<uint64_t>("uint64"))}};
   for (const TypeHelp& type : help.types) {
-    Schema schema = type.enumerators.empty() ? StructureSchema(type) : EnumerationSchema(type);
+    Schema schema = type.IsEnumeration() ? EnumerationSchema(type) : StructureSchema(help, type);
     Describe(DescriptionOf(type), &schema);
     if (!type.nameSpace.empty()) schema.push_back({"x-nameSpace", type.nameSpace});
-    schemas.push_back({type.name, std::move(schema)});
+    schemas.push_back({SchemaName(type.name), std::move(schema)});
   }
   return schemas;
 }

@@ -1,6 +1,7 @@
 // JSON schemas of the plugin's values: the form in which the plugin answers them.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "host/openapi/api_help.h"
@@ -8,9 +9,16 @@
 
 namespace Kest::Host {
 
-// The schema of a value of that type; a registered type is referred to, and so are the 64-bit
-// numbers, which are too wide for the numbers of JavaScript. `element`: of "vector" and "map".
-JsonValue::Object ValueSchema(std::string_view type, std::string_view element);
+// The schema of a value of that type; a type of `help` is referred to, and so are the 64-bit
+// numbers, which are too wide for the numbers of JavaScript. What `help` does not tell may be
+// anything. `element`: of "vector" and "map".
+JsonValue::Object ValueSchema(const ApiHelp& help, std::string_view type, std::string_view element);
+
+// Whether that type is a list, a map, a free value or a structure: of several parts.
+bool IsComposite(const ApiHelp& help, std::string_view type);
+
+// The name of a schema: letters, digits and "._-" stay, "_" stands for all else.
+std::string SchemaName(std::string_view name);
 
 // The named schemas: the 64-bit numbers, then every type of `help`.
 JsonValue::Object TypeSchemas(const ApiHelp& help);

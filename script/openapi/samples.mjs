@@ -43,6 +43,7 @@ export const refusals = [
   { status: 400, ...craft, type: "text/plain", body: "CHEST_lantern" },
   // Each body is read; it is the platform that does not know the recipe.
   { status: 500, ...craft, type: "application/json", body: '["CHEST_lantern"]' },
+  { status: 500, ...craft, type: "application/vnd.api+json", body: '["CHEST_lantern"]' },
   { status: 500, ...craft, type: "application/x-yaml", body: "- CHEST_lantern" },
   { status: 500, ...craft, type: "application/x-msgpack", body: Buffer.from("\x91\xadCHEST_lantern", "latin1") },
 ];

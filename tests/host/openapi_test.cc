@@ -24,11 +24,23 @@ const KestArgument kFindArguments[] = {
     Argument("rest", "string", "", KEST_LOCATION_ANY, false),
     Argument("tags", "vector", "string", KEST_LOCATION_ANY, true)};
 const KestArgument kPutArguments[] = {Argument("boat", "Boat", "", KEST_LOCATION_BODY, false)};
+const KestArgument kOddArguments[] = {Argument("named", "string", "", KEST_LOCATION_PATH, false),
+                                      Argument("rig", "Rig", "", KEST_LOCATION_QUERY, true),
+                                      Argument("boat", "Boat", "", KEST_LOCATION_QUERY, true)};
 const KestEndpoint kEndpoints[] = {
     {2, Text("/b.c/{id}/{+rest}"), Text("Find"), {}, kFindArguments, 4, {Text("Boat"), {}}},
     {7, Text("/b.c/{id}/{+rest}"), Text("Put"), Text("Stores \xff"), kPutArguments, 1, {}},
     {7, Text("/b.c/{id}/{+rest}"), Text("Never"), {}, nullptr, 0, {}},
-    {2, Text("/all"), Text("All"), {}, nullptr, 0, {Text("map"), Text("Boat")}}};
+    {2, Text("/all"), Text("All"), {}, nullptr, 0, {Text("map"), Text("Boat")}},
+    {2,
+     Text("/un{named"),
+     Text("No \"more\""),
+     {},
+     kOddArguments,
+     3,
+     {Text("vector"), Text("map")}},
+    {2, Text("/}"), Text("Nameless"), {}, nullptr, 0, {}},
+    {3, Text("{+x}"), Text("Head"), {}, nullptr, 0, {Text("Un\"told"), {}}}};
 const KestApiDescriptor kApi = {.size = sizeof(KestApiDescriptor),
                                 .endpoints = kEndpoints,
                                 .endpointCount = std::size(kEndpoints),
@@ -57,7 +69,7 @@ std::string Made(std::string_view name, std::string_view help) {
 
 TEST(OpenApi, EndpointsBecomeOperationsWithTheirParametersByPlace) {
   EXPECT_EQ(
-      WriteJson(PluginPaths(kApi, "t")),
+      WriteJson(PluginPaths(kApi, ReadApiHelp(kHelp).GetValue(), "t")),
       R"({"/b.c/{id}/{rest}":{"get":{"operationId":"Find","tags":["t"],"parameters":[)"
       R"({"name":"id","in":"path","required":true,"schema":{"$ref":"#/components/schemas/int64"}},)"
       R"({"name":"deep","in":"query","required":false,"schema":{"type":"boolean"}},)"
@@ -71,8 +83,11 @@ TEST(OpenApi, EndpointsBecomeOperationsWithTheirParametersByPlace) {
       R"("default":{"$ref":"#/components/responses/Problem"}}},)"
       R"("put":{"operationId":"Put","tags":["t"],"summary":"Stores )"
       "\xEF\xBF\xBD"
-      R"(","requestBody":{"required":true,"content":{)"
+      R"(","parameters":[{"name":"id","in":"path","required":true,"schema":{"type":"string"}},)"
+      R"({"name":"rest","in":"path","required":true,"schema":{"type":"string"}}],)"
+      R"("requestBody":{"required":true,"content":{)"
       R"("application/json":{"schema":{"$ref":"#/components/schemas/Boat"}},)"
+      R"("application/vnd.api+json":{"schema":{"$ref":"#/components/schemas/Boat"}},)"
       R"("application/x-yaml":{"schema":{"$ref":"#/components/schemas/Boat"}},)"
       R"("application/x-msgpack":{"schema":{"$ref":"#/components/schemas/Boat"}}}},)"
       R"("responses":{"204":{"description":"Done; there is no result"},)"
@@ -81,6 +96,20 @@ TEST(OpenApi, EndpointsBecomeOperationsWithTheirParametersByPlace) {
       R"("content":{"application/json":{"schema":{"type":"object","additionalProperties":)"
       R"({"$ref":"#/components/schemas/Boat"}}},"application/x-msgpack":{"schema":{"type":"object",)"
       R"("additionalProperties":{"$ref":"#/components/schemas/Boat"}}}}},)"
+      R"("default":{"$ref":"#/components/responses/Problem"}}}},)"
+      // A path cannot hold "named" as nothing closes it; texts and a boat can stand in a query.
+      R"("/un":{"get":{"operationId":"No \"more\"","tags":["t"],"parameters":[)"
+      R"({"name":"rig","in":"query","required":false,"schema":{"$ref":"#/components/schemas/Rig"}},)"
+      R"({"name":"boat","in":"query","required":false,"content":{"application/json":{"schema":)"
+      R"({"$ref":"#/components/schemas/Boat"}}}}],"responses":{"200":{"description":"The result",)"
+      R"("content":{"application/json":{"schema":{"type":"array","items":{"type":"object"}}},)"
+      R"("application/x-msgpack":{"schema":{"type":"array","items":{"type":"object"}}}}},)"
+      R"("default":{"$ref":"#/components/responses/Problem"}}}},)"
+      // What Help does not tell may be anything.
+      R"("/{x}":{"head":{"operationId":"Head","tags":["t"],"parameters":[)"
+      R"({"name":"x","in":"path","required":true,"schema":{"type":"string"}}],)"
+      R"("responses":{"200":{"description":"The result","content":{"application/json":{"schema":{}},)"
+      R"("application/x-msgpack":{"schema":{}}}},)"
       R"("default":{"$ref":"#/components/responses/Problem"}}}}})");
 }
 
@@ -100,7 +129,8 @@ TEST(OpenApi, TypesAndEventsBecomeSchemas) {
        R"("uri":{"type":"string","pattern":"^/b\\.c/[^/]*/.*$"})",
        R"("uri":{"type":"string","const":"/all"})",
        R"("ResourceEvent":{"description":"What an event of the kind \"resource\" tells.","anyOf":)"
-       R"([{"$ref":"#/components/schemas/FindEvent"},{"$ref":"#/components/schemas/AllEvent"}]})",
+       R"([{"$ref":"#/components/schemas/FindEvent"},{"$ref":"#/components/schemas/AllEvent"},)"
+       R"({"$ref":"#/components/schemas/No__more_Event"}]})",
        R"("x-events":{"OnSail":{"description":"D","payload":{"$ref":"#/components/schemas/Boat"}}})",
        R"("/_host/events":{"get":{)", R"("Problem":{"type":"object")"}) {
     EXPECT_NE(document.find(part), std::string::npos) << part;
@@ -120,7 +150,12 @@ TEST(OpenApi, TemplatesBecomePathsAndPatterns) {
   };
   const Case kCases[] = {{"a fragment keeps its mark", "/a{#f}", "/a#{f}", "^/a#.*$"},
                          {"a plus inside a name is part of it", "/{a+b}", "/{a+b}", "^/[^/]*$"},
-                         {"what is not closed is literal", "/{a", "/{a", "^/\\{a$"}};
+                         {"so is a mark behind it", "/{a+b}{c#}", "/{a+b}{c#}", "^/[^/]*[^/]*$"},
+                         {"the last opening brace counts", "/{a{+b}", "/{b}", "^/.*$"},
+                         {"what is not closed is nothing", "/{a", "/", "^/$"},
+                         {"nor is what is not opened", "/a}", "/a", "^/a$"},
+                         {"a path begins with a slash", "{+a}", "/{a}", "^.*$"},
+                         {"all else is literal", "/a.$", "/a.$", "^/a\\.\\$$"}};
   for (const Case& c : kCases) {
     EXPECT_EQ(DocumentPath(c.pathTemplate), c.path) << c.why;
     EXPECT_EQ(PathPattern(c.pathTemplate), c.pattern) << c.why;
