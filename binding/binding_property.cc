@@ -4,6 +4,7 @@
 #include <bit>
 #include <cassert>
 #include <new>
+#include <string>
 #include <utility>
 
 #include "binding/arena.h"
@@ -229,7 +230,11 @@ BindingProperty& BindingProperty::Append() {
 }
 
 BindingProperty& BindingProperty::TakeMember(std::string_view name) {
-  if (kind() != BindingKind::kStructure) SetStructure();
+  if (kind() != BindingKind::kStructure) {
+    const std::string kept(name);  // it may lie in what is replaced
+    SetStructure();
+    return TakeMember(kept);
+  }
   const size_t size = bits_.Size();
   const size_t position = TreeNodes::FindPosition(Members(), size, TreeNodes::Room(bits_), name);
   if (position < size) return Members()[position].value;

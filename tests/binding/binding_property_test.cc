@@ -44,6 +44,8 @@ TEST(BindingProperty, ValuesCanBeAssignedIntoTheirOwnTree) {
   value = *value.FindElement(0)->FindElement(1);  // the child over its parent
   value.SetString(value.FindMember("c")->AsString());
   EXPECT_EQ(value.AsString(), "text");
+  value.TakeMember(value.AsString()).SetBool(true);  // a text as a name where it stood
+  EXPECT_EQ(Json(value), R"({"text":true})");
 }
 
 TEST(BindingProperty, CopiesAreIndependentAndMovesOfRootsKeepTheStorage) {
