@@ -81,6 +81,7 @@ HttpConnection::HttpConnection(net::ip::tcp::socket socket, HttpConnectionOwner*
     : owner_(owner),
       stream_(std::move(socket)),
       silence_(stream_.get_executor()),
+      writing_(stream_.get_executor()),
       buffer_(owner->Limits().headBytes) {}
 
 void HttpConnection::Start() {
@@ -103,6 +104,8 @@ void HttpConnection::Close() {
   if (phase_ == Phase::kClosed) return;
   phase_ = Phase::kClosed;
   silence_.cancel();
+  StopClock();
+  stream_.cancel();  // Wine leaves a write to a closed socket open
   stream_.close();
   owner_->Closed(this);
 }
@@ -221,11 +224,12 @@ void HttpConnection::Send(HttpAnswer answer, bool andClose) {
   if (answer.status != 204) response_.content_length(answer.body.size());
   response_.keep_alive(!closeAfter_);
   if (!onlyHead && answer.status != 204) response_.body() = std::move(answer.body);
-  stream_.expires_after(owner_->Limits().write);
+  LimitWrite();
   http::async_write(stream_, response_, Bind(&HttpConnection::OnSent));
 }
 
 void HttpConnection::OnSent(Error error) {
+  StopClock();
   if (error) return Close();
   response_ = Response();
   if (closeAfter_) return Linger();
@@ -247,6 +251,22 @@ void HttpConnection::Discard() {
     if (self->phase_ == Phase::kClosed) return;
     error ? self->Close() : self->Discard();
   });
+}
+
+// ---- Time to write -----------------------------------------------------------------------------
+
+// The stream's own clock would close the socket without Close.
+void HttpConnection::LimitWrite() {
+  stream_.expires_never();
+  writing_.expires_after(owner_->Limits().write);
+  writing_.async_wait([self = shared_from_this()](Error error) {
+    // An earlier write's end may stand in the queue when the next one has begun.
+    if (!error && self->writing_.expiry() <= net::steady_timer::clock_type::now()) self->Close();
+  });
+}
+
+void HttpConnection::StopClock() {
+  writing_.expires_at(net::steady_timer::time_point::max());
 }
 
 // ---- Streams -----------------------------------------------------------------------------------
@@ -280,9 +300,10 @@ void HttpConnection::Pump() {
 
 void HttpConnection::WritePiece() {
   silence_.cancel();
-  stream_.expires_after(owner_->Limits().write);
+  LimitWrite();
   net::async_write(stream_, net::buffer(piece_), [self = shared_from_this()](Error error, size_t) {
     if (self->phase_ == Phase::kClosed) return;
+    self->StopClock();
     self->piece_.clear();
     error ? self->Close() : self->Pump();
   });

@@ -75,6 +75,10 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void WritePiece();
   void AwaitComment();
 
+  // The write that begins has its time; StopClock when it has ended.
+  void LimitWrite();
+  void StopClock();
+
   // Wraps a completion: it holds this object and is dropped once the connection is closed.
   template <typename Member>
   auto Bind(Member member);
@@ -82,6 +86,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   HttpConnectionOwner* const owner_;
   boost::beast::tcp_stream stream_;
   boost::asio::steady_timer silence_;
+  boost::asio::steady_timer writing_;
   boost::beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
   Response response_;
