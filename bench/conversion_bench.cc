@@ -159,8 +159,8 @@ bool Compare(const std::string& what, T (*make)(int32_t), double aim) {
 const bool promised[] = {
     Compare<bool>("bool to bool", &MakeBool, 0.8),
     Compare<int32_t>("signed to int32", &MakeSigned, 0.6),
-    Compare<uint32_t>("unsigned to uint32", &MakeUnsigned, 0.7),
-    Compare<double>("float to double", &MakeFloat, 0.7),
+    Compare<uint32_t>("unsigned to uint32", &MakeUnsigned, 0.6),
+    Compare<double>("float to double", &MakeFloat, 0.6),
     Compare<double>("string to double", &MakeString, 1.7),
     Compare<std::vector<uint8_t>>("blob to blob", &MakeBlob, 0.8),
     Compare<std::vector<int32_t>>("collection to vector", &MakeCollection, 0.6),
