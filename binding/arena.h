@@ -43,6 +43,14 @@ class alignas(8) Arena {
   }
   void Count(size_t count);
 
+  // Counts memory elsewhere that building the tree takes; false past the bound.
+  bool TryHold(size_t bytes) {
+    if (bytes > kMaxTreeBytes - bytes_) return false;
+    bytes_ += bytes;
+    return true;
+  }
+  void Release(size_t bytes) { bytes_ -= bytes; }
+
  private:
   static constexpr size_t kAlignment = 8;
   struct Block {
@@ -55,7 +63,7 @@ class alignas(8) Arena {
   char* next_ = nullptr;
   char* end_ = nullptr;
   Block* last_ = nullptr;  // the newest block behind the first, which holds the arena itself
-  size_t bytes_;           // of all blocks
+  size_t bytes_;           // of all blocks, and held
   size_t values_ = 0;
 };
 

@@ -16,8 +16,9 @@ class Arena;
 struct MemberNode;
 
 // The most values one tree may ever have made (copies and replaced ones count), and the most bytes
-// its arena may ever have handed out. TakeElement, TakeMember, setters and copies throw
-// std::bad_alloc beyond; whoever reads outside input stops before, with a failure text.
+// its arena may ever have handed out; while a tree is read, the table of its distinct names counts.
+// TakeElement, TakeMember, setters and copies throw std::bad_alloc beyond; whoever reads outside
+// input stops before, with a failure text.
 inline constexpr size_t kMaxTreeValues = 4'194'304;
 inline constexpr size_t kMaxTreeBytes = size_t{sizeof(void*) == 8 ? 256 : 96} << 20;
 

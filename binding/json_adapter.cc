@@ -17,9 +17,6 @@
 namespace Kest {
 namespace {
 
-// Enough for most small bodies.
-constexpr size_t kSmallTree = 512;
-
 // Numbers stay texts because the reader's own conversions are neither exact nor safe.
 constexpr unsigned kReadFlags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
                                 rapidjson::kParseNumbersAsStringsFlag;
@@ -94,13 +91,11 @@ ReadFailure ReadChecked(TreeBuilder& builder, std::string_view text) {
 BindingProperty ReadDocument(ConversionContext& context, std::string_view text,
                              size_t* errorOffset) {
   const std::string_view document = WithoutByteOrderMark(text);
-  // Nodes take about as much room as the text.
-  const size_t expectedBytes = std::min(2 * document.size() + kSmallTree, kMaxTreeBytes);
   {
-    TreeBuilder builder(expectedBytes);
+    TreeBuilder builder(document.size());
     if (TryReadFast(builder, document)) return builder.Take();
   }
-  TreeBuilder builder(expectedBytes);
+  TreeBuilder builder(document.size());
   const ReadFailure failure = ReadChecked(builder, document);
   if (failure.text.empty()) return builder.Take();
   context.Fail(failure.text);

@@ -15,7 +15,7 @@ bool KeyTable::TryFind(std::string_view name, bool isStored, Arena& arena, uint3
 }
 
 bool KeyTable::TryFindNumber(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
-  if (2 * entries_.size() >= slots_.size()) Grow();
+  if (2 * entries_.size() >= slots_.size() && !TryGrow(arena)) return false;
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
   const uint32_t hash = SeededHash(name);
   uint32_t slot = hash & mask;
@@ -33,11 +33,16 @@ bool KeyTable::TryFindNumber(std::string_view name, bool isStored, Arena& arena,
   return true;
 }
 
-void KeyTable::Grow() {
+bool KeyTable::TryGrow(Arena& arena) {
   constexpr size_t kFirstSlots = 64;
+  constexpr size_t kValueBytes = 24;  // of the value that waits for its place with the builder
+  constexpr size_t kBytesForTwoSlots = 2 * sizeof(Slot) + sizeof(Entry) + kValueBytes;
+  const size_t size = std::max(kFirstSlots, 2 * slots_.size());
+  const size_t bytes = (size - slots_.size()) / 2 * kBytesForTwoSlots;
+  if (!arena.TryHold(bytes)) return false;
+  heldBytes_ += bytes;
   if (slots_.empty()) entries_.reserve(kFirstSlots / 2);
-  const std::vector<Slot> old = std::move(slots_);
-  slots_.assign(std::max(kFirstSlots, 2 * old.size()), {});
+  const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(size));
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
   for (const Slot& moved : old) {
     if (moved.entry == 0) continue;
@@ -45,6 +50,7 @@ void KeyTable::Grow() {
     while (slots_[slot].entry != 0) slot = (slot + 1) & mask;
     slots_[slot] = moved;
   }
+  return true;
 }
 
 }  // namespace Kest

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "binding/tree_nodes.h"
@@ -16,7 +17,7 @@ namespace Kest {
 class KeyTable {
  public:
   // Sets `*number` to that of `name`, which is copied into `arena` when new unless `isStored` says
-  // it lies there. False past the arena's bound.
+  // it lies there. False past the arena's bound, against which the table counts until Release.
   bool TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
     if (!entries_.empty()) {
       const uint32_t guess = entries_[previous_].next[place_];
@@ -28,6 +29,7 @@ class KeyTable {
     }
     return TryFind(name, isStored, arena, number);
   }
+  void Release(Arena& arena) { arena.Release(std::exchange(heldBytes_, 0)); }
   const MemberKey& Key(uint32_t number) const { return *entries_[number].key; }
 
   // Where the next name will stand: the place by which it is guessed.
@@ -70,13 +72,14 @@ class KeyTable {
 
   bool TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
   bool TryFindNumber(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
-  void Grow();
+  bool TryGrow(Arena& arena);
 
   std::vector<Entry> entries_;
   std::vector<Slot> slots_;  // open hash table; a power of two of them
   uint32_t previous_ = 0;
   Place place_ = kInside;
   uint32_t round_ = 0;
+  size_t heldBytes_ = 0;
 };
 
 }  // namespace Kest

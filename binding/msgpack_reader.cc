@@ -1,6 +1,5 @@
 #include "binding/msgpack_reader.h"
 
-#include <algorithm>
 #include <cstring>
 #include <new>
 #include <string>
@@ -16,9 +15,6 @@ namespace Kest {
 namespace {
 
 using namespace MessagePack;
-
-// Enough for most small bodies.
-constexpr size_t kSmallTree = 512;
 
 constexpr std::string_view kString =
     "Invalid MessagePack data. String of size %1 at position %2 is truncated.";
@@ -273,8 +269,7 @@ bool Reader::FailTruncated(const uint8_t* item, std::string_view text, size_t si
 
 BindingProperty ReadTree(ConversionContext& context, std::span<const uint8_t> bytes,
                          size_t* consumed) {
-  // Nodes take about twice the room of the bytes.
-  TreeBuilder builder(std::min(3 * bytes.size() + kSmallTree, kMaxTreeBytes));
+  TreeBuilder builder(bytes.size(), /*nodesPerByte=*/2);
   char* const copy = builder.TryReserveText(bytes.size());
   if (copy == nullptr) {
     context.Fail(builder.ErrorText());

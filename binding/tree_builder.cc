@@ -12,10 +12,18 @@ namespace {
 constexpr size_t kFirstChildren = 32;
 constexpr size_t kFirstDepth = 16;
 
+// Room for the text itself, and for its nodes while that is no great waste.
+size_t FirstBytes(size_t textBytes, size_t nodesPerByte) {
+  constexpr size_t kSmallTree = 512;
+  constexpr size_t kMostNodeBytes = size_t{16} << 20;
+  return std::min(textBytes + std::min(nodesPerByte * textBytes + kSmallTree, kMostNodeBytes),
+                  kMaxTreeBytes);
+}
+
 }  // namespace
 
-TreeBuilder::TreeBuilder(size_t expectedBytes)
-    : arena_(Arena::Create(expectedBytes)), ownsArena_(true) {}
+TreeBuilder::TreeBuilder(size_t textBytes, size_t nodesPerByte)
+    : arena_(Arena::Create(FirstBytes(textBytes, nodesPerByte))), ownsArena_(true) {}
 
 TreeBuilder::TreeBuilder(Arena& arena) : arena_(&arena), ownsArena_(false) {}
 
@@ -55,7 +63,7 @@ bool TreeBuilder::Begin() {
 // Replaces the children of the innermost container by the container.
 void TreeBuilder::End(TreeNodes::Bits bits) {
   const size_t first = open_.back().first;
-  key_ = static_cast<uint32_t>(open_.back().key);
+  key_ = open_.back().key;
   open_.pop_back();
   children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(first), children_.end());
   children_.emplace_back(bits, key_);
@@ -111,6 +119,7 @@ std::string_view TreeBuilder::ErrorText() const {
 
 TreeNodes::Bits TreeBuilder::TakeBits() {
   assert(open_.empty() && children_.size() == 1);
+  keys_.Release(*arena_);
   return children_.front().bits;
 }
 

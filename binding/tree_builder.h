@@ -18,8 +18,8 @@ namespace Kest {
 // Threads: one.
 class TreeBuilder final : public ValueWriter {
  public:
-  // `expectedBytes` sizes the first block of the tree's storage.
-  explicit TreeBuilder(size_t expectedBytes = 0);
+  // The size of what is read, and how many bytes of nodes each of its bytes is likely to give.
+  explicit TreeBuilder(size_t textBytes = 0, size_t nodesPerByte = 1);
   // Builds a part of the tree that `arena` stores; ends with TakeBits.
   explicit TreeBuilder(Arena& arena);
   ~TreeBuilder() override;
@@ -72,9 +72,10 @@ class TreeBuilder final : public ValueWriter {
     uint32_t key = 0;  // in keys_; of an element: any
   };
   struct Container {
-    Container(size_t firstChild, size_t ownKey) : first(firstChild), key(ownKey) {}
-    size_t first;  // of its children in children_
-    size_t key;    // its own name
+    Container(size_t firstChild, uint32_t ownKey)
+        : first(static_cast<uint32_t>(firstChild)), key(ownKey) {}
+    uint32_t first;  // of its children in children_; kMaxTreeValues bounds them
+    uint32_t key;    // its own name
   };
 
   bool Add(TreeNodes::Bits bits) {

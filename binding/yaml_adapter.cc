@@ -13,11 +13,8 @@
 namespace Kest {
 namespace {
 
-// Enough for most small texts.
-constexpr size_t kSmallTree = 512;
-
 BindingProperty ReadStream(ConversionContext& context, std::string_view text) {
-  TreeBuilder builder(2 * text.size() + kSmallTree);
+  TreeBuilder builder(text.size());
   YamlTreeReader reader(context, builder);
   YamlParser parser(text);
   while (const yaml_event_t* event = parser.Next(context)) {

@@ -111,6 +111,14 @@ TEST(TreeBuilder, StopsAtTheBoundOfATree) {
   ConversionContext context(Registry());
   EXPECT_TRUE(ToProperty(context, std::vector<int8_t>(kMaxTreeValues)).IsEmpty());
   EXPECT_EQ(context.ErrorText(), "Too many values.");
+
+  // The names take room of their own while they are gathered.
+  TreeBuilder builder;
+  builder.BeginStructure(0);
+  size_t names = 0;
+  while (names < kMaxTreeValues && builder.Member(std::to_string(names)) && builder.Null()) ++names;
+  EXPECT_LT(names, kMaxTreeBytes / 100);
+  EXPECT_GT(names, kMaxTreeBytes / 300);
 }
 
 }  // namespace
