@@ -27,8 +27,10 @@ BindingProperty Read(ConversionContext& context, std::string_view text) {
 
 bool HasLongKey(std::string_view json) {
   size_t run = 0;
-  for (const char c : json) {
-    run = c == '"' ? 0 : run + 1;
+  for (size_t i = 0; i < json.size(); ++i) {
+    const bool isEscape = json[i] == '\\';
+    run = json[i] == '"' ? 0 : run + 1;
+    if (isEscape) ++i, ++run;
     if (run > kMaxKey) return true;
   }
   return false;
