@@ -32,6 +32,8 @@ if(KEST_SANITIZE)
   target_compile_options(kest_options INTERFACE
     -fsanitize=${KEST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kest_options INTERFACE -fsanitize=${KEST_SANITIZE})
+  # The checks that are put in confuse the compiler's own analysis, the standard library's code included.
+  target_compile_options(kest_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 # kest_library(name DEPENDS a b SOURCES x.cc y.cc LIBRARIES ext): the static library kest_<name>.
