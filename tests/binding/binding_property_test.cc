@@ -117,7 +117,7 @@ TEST(TreeBuilder, StopsAtTheBoundOfATree) {
   builder.BeginStructure(0);
   size_t names = 0;
   while (names < kMaxTreeValues && builder.Member(std::to_string(names)) && builder.Null()) ++names;
-  EXPECT_LT(names, kMaxTreeBytes / 100);
+  EXPECT_LT(names, kMaxTreeBytes / 80);
   EXPECT_GT(names, kMaxTreeBytes / 300);
 }
 
