@@ -4,6 +4,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/nearest_float.h"
 #include "binding/conversion_texts.h"
 #include "binding/native_type.h"
 #include "binding/number_text.h"
@@ -67,10 +68,12 @@ auto Shown(V value) {
 
 template <typename T, typename V>
 void AssignInRange(ConversionContext& context, std::string_view path, V value, T* target) {
-  if (Fits<T>(value)) {
-    *target = static_cast<T>(value);
-  } else {
+  if (!Fits<T>(value)) {
     context.Fail(Format(kOutOfRange, Shown(value), path, NameOf<T>()));
+  } else if constexpr (std::is_floating_point_v<T> && std::is_same_v<V, uint64_t>) {
+    *target = NearestFloat<T>(value);
+  } else {
+    *target = static_cast<T>(value);
   }
 }
 

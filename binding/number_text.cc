@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/nearest_float.h"
+
 namespace Kest {
 namespace {
 
@@ -103,7 +105,7 @@ bool TrySmallDecimal(uint64_t significand, int64_t exponent, double* value) {
                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   if (significand > (uint64_t{1} << 53) || exponent < -22 || exponent > 22) return false;
-  const auto number = static_cast<double>(significand);
+  const auto number = NearestFloat<double>(significand);
   *value = exponent < 0 ? number / kPowers[static_cast<size_t>(-exponent)]
                         : number * kPowers[static_cast<size_t>(exponent)];
   return true;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "base/nearest_float.h"
+
 namespace Kest {
 namespace {
 
@@ -219,7 +221,7 @@ void RenderAsText(Conversion conversion, const FormatArgument& argument, FixedTe
 double ToDouble(const FormatArgument& argument) {
   return argument.GetKind() == FormatArgument::Kind::kSigned
              ? static_cast<double>(argument.Signed())
-             : static_cast<double>(argument.Unsigned());
+             : NearestFloat<double>(argument.Unsigned());
 }
 
 }  // namespace
