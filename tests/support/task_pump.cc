@@ -3,39 +3,19 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tests/support/baton.h"
+
 namespace Kest::Testing {
 
-// What passes between the pump and one task's thread: whoever holds it runs. (std::binary_semaphore
-// loses wake-ups where the C++ library builds it on condition variables.)
-class TaskPump::Baton {
- public:
-  void Give(bool toTask) {
-    {
-      const std::lock_guard hold(mutex_);
-      isTasks_ = toTask;
-    }
-    changed_.notify_one();
-  }
-  void Await(bool byTask) {
-    std::unique_lock hold(mutex_);
-    changed_.wait(hold, [&] { return isTasks_ == byTask; });
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool isTasks_ = false;
-};
-
-struct TaskPump::Task {
-  std::function<void()> work;
-  std::thread thread;
+// Does one task after the other: threads are dear on some systems, and most tasks are short.
+struct TaskPump::Worker {
+  std::function<void()> work;  // none: the task has ended
   Baton baton;
-  bool done = false;
+  std::thread thread;
 };
 
 namespace {
-thread_local void* currentTask = nullptr;  // the TaskPump::Task this thread belongs to
+thread_local void* currentWorker = nullptr;  // the TaskPump::Worker this thread belongs to
 }  // namespace
 
 TaskPump::TaskPump() : freeThread_([this] { RunFreeThread(); }) {}
@@ -47,16 +27,19 @@ TaskPump::~TaskPump() {
   }
   changed_.notify_all();
   freeThread_.join();
-  if (yielded_.empty()) return;
-  std::fprintf(stderr, "%zu module tasks still wait at the end of the test\n", yielded_.size());
-  std::abort();
+  if (!yielded_.empty()) {
+    std::fprintf(stderr, "%zu module tasks still wait at the end of the test\n", yielded_.size());
+    std::abort();
+  }
+  for (const auto& worker : idle_) {
+    worker->baton.Give(/*toTask=*/true);
+    worker->thread.join();
+  }
 }
 
 void TaskPump::Post(std::function<void()> work) {
-  auto task = std::make_unique<Task>();
-  task->work = std::move(work);
   const std::lock_guard hold(mutex_);
-  fresh_.push_back(std::move(task));
+  fresh_.push_back(std::move(work));
 }
 
 void TaskPump::PostOnThread(std::function<void()> work) {
@@ -80,41 +63,52 @@ void TaskPump::RunFreeThread() {
   }
 }
 
-void TaskPump::RunTurn(std::unique_ptr<Task> task) {
-  Task* const running = task.get();
-  if (!running->thread.joinable()) {
-    running->thread = std::thread([running] {
-      currentTask = running;
-      running->baton.Await(/*byTask=*/true);
-      running->work();
-      running->work = nullptr;
-      running->done = true;
-      running->baton.Give(/*toTask=*/false);
-    });
+std::unique_ptr<TaskPump::Worker> TaskPump::TakeWorker() {
+  if (!idle_.empty()) {
+    auto worker = std::move(idle_.back());
+    idle_.pop_back();
+    return worker;
   }
-  running->baton.Give(/*toTask=*/true);
-  running->baton.Await(/*byTask=*/false);
-  if (!running->done) {
-    yielded_.push_back(std::move(task));
+  auto worker = std::make_unique<Worker>();
+  worker->thread = std::thread([self = worker.get()] {
+    currentWorker = self;
+    for (;;) {
+      self->baton.Await(/*byTask=*/true);
+      if (!self->work) return;
+      self->work();
+      self->work = nullptr;
+      self->baton.Give(/*toTask=*/false);
+    }
+  });
+  return worker;
+}
+
+void TaskPump::RunTurn(std::unique_ptr<Worker> worker) {
+  worker->baton.Give(/*toTask=*/true);
+  worker->baton.Await(/*byTask=*/false);
+  if (worker->work) {
+    yielded_.push_back(std::move(worker));
     return;
   }
-  running->thread.join();
+  idle_.push_back(std::move(worker));
   const std::lock_guard hold(mutex_);
   ++done_;
 }
 
 void TaskPump::RunRound() {
   for (size_t turns = yielded_.size(); turns > 0 && !yielded_.empty(); --turns) {
-    std::unique_ptr<Task> task = std::move(yielded_.front());
+    std::unique_ptr<Worker> worker = std::move(yielded_.front());
     yielded_.pop_front();
-    RunTurn(std::move(task));
+    RunTurn(std::move(worker));
   }
   std::unique_lock hold(mutex_);
   while (!fresh_.empty()) {
-    std::unique_ptr<Task> task = std::move(fresh_.front());
+    std::function<void()> work = std::move(fresh_.front());
     fresh_.pop_front();
     hold.unlock();
-    RunTurn(std::move(task));
+    std::unique_ptr<Worker> worker = TakeWorker();
+    worker->work = std::move(work);
+    RunTurn(std::move(worker));
     hold.lock();
   }
 }
@@ -132,13 +126,13 @@ void TaskPump::RunUntilIdle() {
 }
 
 void TaskPump::Yield() {
-  if (currentTask == nullptr) {
+  if (currentWorker == nullptr) {
     RunRound();
     return;
   }
-  auto* const task = static_cast<Task*>(currentTask);
-  task->baton.Give(/*toTask=*/false);
-  task->baton.Await(/*byTask=*/true);
+  auto* const worker = static_cast<Worker*>(currentWorker);
+  worker->baton.Give(/*toTask=*/false);
+  worker->baton.Await(/*byTask=*/true);
 }
 
 }  // namespace Kest::Testing

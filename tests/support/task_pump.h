@@ -1,4 +1,4 @@
-// TaskPump runs cooperative tasks for the fake host. Each task has a thread of its own and one
+// TaskPump runs cooperative tasks for the fake host. Each task has a thread to itself and one
 // baton goes round, so exactly one task runs at a time and one that yields keeps its stack. Beside
 // the tasks there is one free thread, for what a host delivers from outside its scheduler.
 //
@@ -13,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace Kest::Testing {
 
@@ -33,19 +34,20 @@ class TaskPump {
   void Yield();
 
  private:
-  class Baton;
-  struct Task;
+  struct Worker;
 
   // Every task that waits gets one turn; then the new ones begin.
   void RunRound();
-  void RunTurn(std::unique_ptr<Task> task);
+  std::unique_ptr<Worker> TakeWorker();
+  void RunTurn(std::unique_ptr<Worker> worker);
   void RunFreeThread();
 
-  std::deque<std::unique_ptr<Task>> yielded_;
+  std::deque<std::unique_ptr<Worker>> yielded_;
+  std::vector<std::unique_ptr<Worker>> idle_;
 
   std::mutex mutex_;  // over what follows
   std::condition_variable changed_;
-  std::deque<std::unique_ptr<Task>> fresh_;
+  std::deque<std::function<void()>> fresh_;
   std::deque<std::function<void()>> threadWork_;  // the first one is being done
   uint64_t done_ = 0;                             // tasks that ended and work of the free thread
   bool ending_ = false;
