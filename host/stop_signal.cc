@@ -10,7 +10,12 @@ namespace Kest::Host {
 
 struct StopSignal::State {
   boost::asio::io_context io{1};
+#if defined(_WIN32)
+  // Ctrl-Break, which is all that a program which started this one in a group of its own can send.
+  boost::asio::signal_set signals{io, SIGINT, SIGTERM, SIGBREAK};
+#else
   boost::asio::signal_set signals{io, SIGINT, SIGTERM};
+#endif
 };
 
 StopSignal::StopSignal() : state_(std::make_unique<State>()) {

@@ -1,4 +1,4 @@
-// The request to end the program: SIGINT or SIGTERM.
+// The request to end the program: SIGINT or SIGTERM; on Windows Ctrl-C or Ctrl-Break.
 #pragma once
 
 #include <memory>
