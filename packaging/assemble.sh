@@ -5,9 +5,11 @@ put() { install -D -m "${3:-644}" "$1" "$2"; } # put FILE TARGET [MODE]
 
 note() { install -d "$(dirname "$2")" && sed "s/@VERSION@/$version/g" "$1" >"$2"; } # note TEMPLATE TARGET
 
-# license_text PACKAGE[:NAME]: the text as the package has it, of one licence when it is named.
+# license_text PACKAGE[:NAME]: the text as the package has it, of one licence when it is named; of a part that the
+# package's file leaves out, as packaging/licenses/NAME has it.
 license_text() {
   local file=/usr/share/doc/${1%%:*}/copyright
+  [ ! -f "packaging/licenses/${1#*:}" ] || { cat "packaging/licenses/${1#*:}"; return; }
   case "$1" in
     # The paragraph that holds the text, not those that only name the licence.
     *:*) awk -v name="${1#*:}" 'BEGIN { RS = "" } $1 == "License:" && $2 == name && NF > 20' "$file" ;;
@@ -27,7 +29,7 @@ licenses() {
       printf '  %s (Debian %s)\n    licence: %s\n    %s\n' "$name" \
         "$(dpkg-query -W -f='${source:Package} ${source:Version}' "${package%%:*}")" "$license" "$where"
     done < <(components "$archive")
-    printf '\nThe texts follow, as Debian distributes them with these packages, then the GPL that GCC names.\n'
+    printf '\nThe texts follow, as Debian or the project itself distributes them, then the GPL that GCC names.\n'
     while IFS='|' read -r name license where package; do
       text=$(license_text "$package")
       [ -n "$text" ] || { echo "script/package: no licence text for $name" >&2; exit 1; }
