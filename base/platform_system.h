@@ -1,5 +1,5 @@
 // What each operating system answers itself; the rest of platform.h is built on it in platform.cc.
-// For base/platform*.cc only.
+// For base/platform*.cc and their test only.
 #pragma once
 
 #include <cstdint>
@@ -19,5 +19,12 @@ int64_t SystemZoneOffset(int64_t seconds);
 void SystemReloadZone();
 
 bool SystemCreateUuid(UuidBytes* uuid);
+// Whether a status of Windows' UuidCreate comes with an id: success, and "unique on this machine
+// only", which is all that a request id needs.
+constexpr bool IsUuidStatus(int32_t status) {
+  constexpr int32_t kOk = 0;
+  constexpr int32_t kLocalOnly = 1824;
+  return status == kOk || status == kLocalOnly;
+}
 
 }  // namespace Kest

@@ -66,8 +66,8 @@ void SystemReloadZone() {}  // the system call above reads the zone each time
 bool SystemCreateUuid(UuidBytes* uuid) {
   UUID fresh;
   const RPC_STATUS status = UuidCreate(&fresh);
-  // A local-only id is unique on this machine, which is all that a request id needs.
-  if (status != RPC_S_OK && status != RPC_S_UUID_LOCAL_ONLY) return false;
+  static_assert(IsUuidStatus(RPC_S_OK) && IsUuidStatus(RPC_S_UUID_LOCAL_ONLY));
+  if (!IsUuidStatus(status)) return false;
   static_assert(sizeof(fresh) == sizeof(*uuid));
   std::memcpy(uuid->data(), &fresh, sizeof(fresh));
   return true;

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "base/mutex.h"
+#include "base/platform_system.h"
 #include "tests/support/pattern.h"
 
 namespace Kest {
@@ -127,6 +128,9 @@ TEST(Uuid, FreshOnesDifferAndAreRandomOnes) {
 }
 
 TEST(Uuid, SourceCanFail) {
+  constexpr int32_t kNoNetworkAddress = 1739;
+  EXPECT_TRUE(IsUuidStatus(0) && IsUuidStatus(1824));
+  EXPECT_FALSE(IsUuidStatus(kNoNetworkAddress) || IsUuidStatus(-1));
   SetUuidSourceForTests([](UuidBytes*) { return false; });
   UuidBytes bytes{};
   EXPECT_FALSE(CreateUuid(&bytes));
