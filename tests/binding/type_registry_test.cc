@@ -79,7 +79,8 @@ TEST(TypeRegistry, FirstRegistrationOfANameWins) {
 TEST(TypeRegistry, AnotherNameForAKeyLeavesTheKeyToTheFirst) {
   TypeRegistry types;
   types.RegisterType("First", 1, 42, TypeKind::kStructure);
-  [[maybe_unused]] const TypeBuilder second = types.RegisterType("Second", 1, 42, TypeKind::kStructure);
+  [[maybe_unused]] const TypeBuilder second =
+      types.RegisterType("Second", 1, 42, TypeKind::kStructure);
   EXPECT_EQ(types.FindByKey(42)->name, "First");
 #ifndef NDEBUG
   EXPECT_TRUE(second.HasFailed());
