@@ -39,7 +39,9 @@ bool KeyTable::TryGrow(Arena& arena) {
   constexpr size_t kBytesForTwoSlots = 2 * sizeof(Slot) + sizeof(Entry) + kValueBytes;
   const size_t size = std::max(kFirstSlots, 2 * slots_.size());
   const size_t bytes = (size - slots_.size()) / 2 * kBytesForTwoSlots;
-  if (!arena.TryHold(bytes)) return false;
+  // While everything moves to twice the room, the old room is still there.
+  if (!arena.TryHold(bytes + heldBytes_)) return false;
+  arena.Release(heldBytes_);
   heldBytes_ += bytes;
   if (slots_.empty()) entries_.reserve(kFirstSlots / 2);
   const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(size));
