@@ -17,7 +17,7 @@ struct Range {
 };
 
 // The quality of a type that no range names.
-struct Wish {
+struct MediaRangeMatch {
   uint32_t quality = 0;
   uint32_t closeness = 0;  // of the range it comes from
 
@@ -85,8 +85,8 @@ ResultFormat ChooseResultFormat(std::string_view accept) {
   constexpr uint32_t kAnything = 1;
   constexpr uint32_t kAnyApplication = 2;
   constexpr uint32_t kByName = 3;
-  Wish json;
-  Wish messagePack;
+  MediaRangeMatch json;
+  MediaRangeMatch messagePack;
   while (!accept.empty()) {
     const std::optional<Range> range = ParseRange(TakePart(&accept, ','));
     if (!range) continue;

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "api/argument_value.h"
-#include "api/query_text.h"
+#include "api/query_string.h"
 #include "log/positional_format.h"
 
 namespace Kest {
@@ -168,7 +168,7 @@ BindingProperty* ArgumentBinder::WalkPath(BindingProperty* target, std::string_v
     const size_t dot = path.find('.', begin);
     const std::string_view segment = path.substr(begin, dot - begin);
     const bool isIndex = !segment.empty() && segment.front() >= '0' && segment.front() <= '9';
-    target = isIndex ? TakeIndexed(target, segment) : &target->TakeMember(segment);
+    target = isIndex ? TakeIndexed(target, segment) : &target->GetOrAddMember(segment);
     begin = dot == std::string_view::npos ? dot : dot + 1;
   }
   return target;
@@ -187,7 +187,7 @@ BindingProperty* ArgumentBinder::TakeIndexed(BindingProperty* target, std::strin
     return nullptr;
   }
   elementsLeft_ -= static_cast<size_t>(created);
-  return &target->TakeElement(static_cast<size_t>(index));
+  return &target->GetOrAddElement(static_cast<size_t>(index));
 }
 
 }  // namespace Kest

@@ -23,7 +23,7 @@
 #include "api/bound_function.h"
 #include "api/request.h"
 #include "api/route_template.h"
-#include "binding/conversion_context.h"
+#include "binding/convert/conversion_context.h"
 
 namespace Kest {
 

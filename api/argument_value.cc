@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "api/http_names.h"
-#include "binding/json_adapter.h"
-#include "binding/msgpack_reader.h"
-#include "binding/yaml_adapter.h"
+#include "binding/json/json_adapter.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "binding/yaml/yaml_adapter.h"
 #include "log/positional_format.h"
 
 namespace Kest {

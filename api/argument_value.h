@@ -5,8 +5,8 @@
 #include <optional>
 #include <string_view>
 
-#include "binding/binding_property.h"
-#include "binding/conversion_context.h"
+#include "binding/convert/conversion_context.h"
+#include "binding/tree/binding_property.h"
 
 namespace Kest {
 

@@ -2,8 +2,8 @@
 // and turns its result into a Response. Only the types live here; the work is done by the accessors
 // of binding and by EncodeResult.
 //
-// A parameter T is required and T must be bindable (binding/native_type.h); std::optional<T> may be
-// absent. References must be const. Results:
+// A parameter T is required and T must be bindable (binding/convert/native_type.h);
+// std::optional<T> may be absent. References must be const. Results:
 //   T                                      200 with the value
 //   Nothing, void                          204
 //   std::reference_wrapper<const T>        200 with the value, read before anything else runs
@@ -20,8 +20,8 @@
 #include "api/http_names.h"
 #include "api/result_encoder.h"
 #include "base/maybe_type.h"
-#include "binding/native_accessor.h"
-#include "binding/native_type.h"
+#include "binding/convert/native_accessor.h"
+#include "binding/convert/native_type.h"
 
 namespace Kest {
 

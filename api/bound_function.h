@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "api/response.h"
-#include "binding/binding_property.h"
-#include "binding/type_record.h"
+#include "binding/tree/binding_property.h"
+#include "binding/types/type_record.h"
 
 namespace Kest {
 

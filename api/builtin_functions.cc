@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "api/bind_handler.h"
-#include "binding/convert.h"
-#include "binding/epytext_writer.h"
+#include "binding/convert/convert.h"
+#include "binding/help/epytext_writer.h"
 
 namespace Kest {
 

@@ -3,7 +3,7 @@
 //
 //   "$builtin.Help"  describes the functions, types and events of the API. Its argument "format",
 //                    a BindingHelpFormat: "Full", also when absent, answers a BindingFullApiHelp
-//                    (binding/help_types.h), "Epytext" a text (binding/epytext_writer.h).
+//                    (binding/help/help_types.h), "Epytext" a text (binding/help/epytext_writer.h).
 //                    The functions come in the order of their registration, then the built-in
 //                    ones, Help itself among them: they are called like any other.
 #pragma once
@@ -15,8 +15,8 @@
 
 #include "api/bound_function.h"
 #include "base/maybe_type.h"
-#include "binding/help_types.h"
-#include "binding/type_registry.h"
+#include "binding/help/help_types.h"
+#include "binding/types/type_registry.h"
 
 namespace Kest {
 

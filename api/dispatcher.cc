@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "api/argument_binder.h"
-#include "api/query_text.h"
+#include "api/query_string.h"
 #include "log/logger.h"
 
 namespace Kest {

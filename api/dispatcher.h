@@ -24,7 +24,7 @@
 #include "api/response.h"
 #include "api/route_table.h"
 #include "api/route_template.h"
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 
 namespace Kest {
 

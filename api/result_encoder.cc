@@ -2,9 +2,9 @@
 
 #include "api/accept.h"
 #include "api/http_names.h"
-#include "binding/conversion_context.h"
-#include "binding/json_writer.h"
-#include "binding/msgpack_writer.h"
+#include "binding/convert/conversion_context.h"
+#include "binding/json/json_writer.h"
+#include "binding/msgpack/msgpack_writer.h"
 #include "log/positional_format.h"
 
 namespace Kest {

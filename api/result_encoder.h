@@ -5,7 +5,7 @@
 
 #include "api/bound_function.h"
 #include "api/response.h"
-#include "binding/value_accessor.h"
+#include "binding/convert/value_accessor.h"
 
 namespace Kest {
 

@@ -24,7 +24,7 @@ bool Takes(bool isRest, char c) {
   return isRest ? c != '\n' && c != '\r' : c != '/';
 }
 
-bool TakesAll(bool isRest, std::string_view text) {
+bool MatchesRemainder(bool isRest, std::string_view text) {
   const std::string_view refused = isRest ? "\n\r" : "/";
   return text.find_first_of(refused) == std::string_view::npos;
 }
@@ -95,7 +95,7 @@ bool RouteTemplate::MatchLast(std::string_view rest, RouteCaptures* captures) co
   const Group& last = groups_.back();
   if (!rest.ends_with(last.literal)) return false;
   const std::string_view capture = rest.substr(0, rest.size() - last.literal.size());
-  if (!TakesAll(last.isRest, capture)) return false;
+  if (!MatchesRemainder(last.isRest, capture)) return false;
   captures->Append(capture);
   return true;
 }

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "bench/comparison.h"
-#include "binding/convert.h"
-#include "binding/define_struct.h"
+#include "binding/convert/convert.h"
+#include "binding/convert/define_struct.h"
 
 namespace Kest::Bench {
 namespace {

@@ -16,7 +16,7 @@
 #include "bench/comparison.h"
 #include "bench/json_data.h"
 #include "bench/json_peers.h"
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 
 namespace Kest::Bench {
 namespace {

@@ -4,9 +4,9 @@
 #include <random>
 #include <string_view>
 
-#include "binding/json_adapter.h"
-#include "loot/model/dto_class_names.h"
-#include "loot/model/register_resources.h"
+#include "binding/json/json_adapter.h"
+#include "loot/wire/dto_class_names.h"
+#include "loot/wire/register_resources.h"
 
 namespace Kest::Bench {
 namespace {
@@ -109,7 +109,7 @@ Definitions MakeDefinitions() {
   all.recipeList.lastUpdate = 1700000000456;
   for (int i = 0; i < 300; ++i) {
     BindingProperty& names =
-        all.queryResult.queryToLootNames.TakeMember("tag == " + draw.Sentence(2));
+        all.queryResult.queryToLootNames.GetOrAddMember("tag == " + draw.Sentence(2));
     for (int n = 0; n < 10; ++n) names.Append().SetString(draw.LootName());
   }
   for (size_t i = 0; i < kItems; ++i) {

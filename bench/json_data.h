@@ -4,9 +4,9 @@
 #include <string>
 #include <unordered_map>
 
-#include "binding/type_registry.h"
-#include "loot/model/loot_dtos.h"
-#include "loot/model/loot_resources.h"
+#include "binding/types/type_registry.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/loot_resources.h"
 
 namespace Kest::Bench {
 

@@ -10,9 +10,9 @@
 #include "bench/allocation_counter.h"
 #include "bench/comparison.h"
 #include "bench/json_data.h"
-#include "binding/json_adapter.h"
-#include "binding/msgpack_reader.h"
-#include "binding/msgpack_writer.h"
+#include "binding/json/json_adapter.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "binding/msgpack/msgpack_writer.h"
 
 namespace Kest::Bench {
 namespace {

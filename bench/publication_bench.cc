@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "bench/comparison.h"
-#include "loot/player_loot_store.h"
+#include "loot/state/player_loot_store.h"
 
 namespace Kest::Client::Loot {
 namespace {

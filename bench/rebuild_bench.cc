@@ -7,7 +7,7 @@
 
 #include "bench/comparison.h"
 #include "bench/json_data.h"
-#include "loot/loot_inventory.h"
+#include "loot/state/loot_inventory.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -23,7 +23,7 @@ std::string QueryText(size_t number) {
 BindingProperty MakeQueryResults(const std::vector<SVDS::LootItemClientDTO>& items) {
   BindingProperty results = BindingProperty::Structure();
   for (size_t i = 0; i < kQueries; ++i) {
-    BindingProperty& names = results.TakeMember(QueryText(i));
+    BindingProperty& names = results.GetOrAddMember(QueryText(i));
     for (size_t n = 0; n < kNamesPerQuery; ++n) {
       names.Append().SetString(items[(i * kNamesPerQuery + n) % items.size()].lootName);
     }

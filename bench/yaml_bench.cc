@@ -8,8 +8,8 @@
 #include "bench/allocation_counter.h"
 #include "bench/comparison.h"
 #include "bench/json_data.h"
-#include "binding/json_adapter.h"
-#include "binding/yaml_adapter.h"
+#include "binding/json/json_adapter.h"
+#include "binding/yaml/yaml_adapter.h"
 
 namespace Kest::Bench {
 namespace {

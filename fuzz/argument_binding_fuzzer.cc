@@ -10,8 +10,8 @@
 //   {"x":1}              the body
 #include <vector>
 
-#include "binding/msgpack_reader.h"
-#include "fuzz/failure_texts.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
 #include "fuzz/samples.h"
 #include "fuzz/strict_json.h"

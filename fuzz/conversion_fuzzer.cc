@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "fuzz/described_tree.h"
-#include "fuzz/failure_texts.h"
+#include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
 #include "fuzz/samples.h"
 #include "fuzz/tree_notation.h"
@@ -75,7 +75,7 @@ void CheckEmptyMembers(const BindingProperty& input) {
   BindingProperty filled = BindingProperty::Structure();
   for (size_t i = 0; i < input.Size(); ++i) {
     const BindingProperty& value = input.MemberValue(i);
-    if (!value.IsEmpty()) filled.TakeMember(input.MemberName(i)) = value;
+    if (!value.IsEmpty()) filled.GetOrAddMember(input.MemberName(i)) = value;
   }
   ConversionContext first(Samples::Registry()), second(Samples::Registry());
   T fromInput, fromFilled;

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "binding/type_record.h"
-#include "binding/value_writer.h"
+#include "binding/tree/value_writer.h"
+#include "binding/types/type_record.h"
 
 namespace Kest::Fuzz {
 namespace {

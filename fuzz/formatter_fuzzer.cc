@@ -22,7 +22,7 @@ constexpr size_t kMaxLogTemplate = 60;
 
 std::string Logged(const char* format, ...) {
   char buffer[kMaxText];
-  FixedText out(buffer, sizeof(buffer));
+  FixedBuffer out(buffer, sizeof(buffer));
   ArgumentList arguments;
   va_start(arguments.list, format);
   AppendPrintf(out, format, arguments);

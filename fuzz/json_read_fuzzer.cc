@@ -3,9 +3,9 @@
 // the strict reader takes it.
 #include <algorithm>
 
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "fuzz/described_tree.h"
-#include "fuzz/failure_texts.h"
+#include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
 #include "fuzz/strict_json.h"
 

@@ -1,6 +1,6 @@
 // Any tree as JSON text and back: what returns is the tree but for the losses that JSON means
 // (described_tree.h), or nothing is written, for the reason that is due.
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "fuzz/described_tree.h"
 #include "fuzz/fuzz_support.h"
 #include "fuzz/samples.h"

@@ -1,11 +1,11 @@
 // Any bytes as MessagePack. A value that is read means the same to a plain reader, from its own
 // bytes alone, and when it is written again, which takes no more bytes; it is truncated when one
 // byte is missing. What is not read fails with a listed text, and is none to the plain reader.
-#include "binding/msgpack_reader.h"
-#include "binding/msgpack_writer.h"
-#include "binding/read_value.h"
+#include "binding/convert/read_value.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "binding/msgpack/msgpack_writer.h"
 #include "fuzz/described_tree.h"
-#include "fuzz/failure_texts.h"
+#include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
 #include "fuzz/plain_msgpack.h"
 

@@ -3,7 +3,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "binding/tree_builder.h"
+#include "binding/tree/tree_builder.h"
 
 namespace Kest::Fuzz {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "binding/binding_property.h"
+#include "binding/tree/binding_property.h"
 
 namespace Kest::Fuzz {
 

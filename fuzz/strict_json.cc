@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "binding/tree_builder.h"
+#include "binding/tree/tree_builder.h"
 
 namespace Kest::Fuzz {
 namespace {

@@ -1,10 +1,10 @@
 // Any text as a signed token, and as the payload of one that is in order. No error leaves but as a
 // listed text inside the token, and a token that loads is the same when it is encoded again.
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "fuzz/described_tree.h"
-#include "fuzz/failure_texts.h"
+#include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
-#include "loot/calls/signed_token.h"
+#include "loot/token/signed_token.h"
 #include "tests/loot/token_text.h"
 
 namespace Kest::Fuzz {

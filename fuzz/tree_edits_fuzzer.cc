@@ -127,8 +127,8 @@ class Editor {
         place->steps.resize(i);
         break;
       }
-      node.value = node.model->leaf == "[" ? &node.value->TakeElement(step)
-                                           : &node.value->TakeMember(node.model->names[step]);
+      node.value = node.model->leaf == "[" ? &node.value->GetOrAddElement(step)
+                                           : &node.value->GetOrAddMember(node.model->names[step]);
       node.model = &node.model->children[step];
     }
     return node;
@@ -145,12 +145,12 @@ class Editor {
     if (edit == 'i' || edit == 'a') {
       const size_t size = node.model->leaf == "[" ? node.model->children.size() : 0;
       const size_t index = edit == 'a' ? size : static_cast<uint8_t>(Take(text)) % 16u;
-      const BindingProperty& taken = edit == 'a' ? value.Append() : value.TakeElement(index);
+      const BindingProperty& taken = edit == 'a' ? value.Append() : value.GetOrAddElement(index);
       node.model->Element(index);
       Require(value.FindElement(index) == &taken, "an element is found where it was taken");
     } else if (edit == 'm') {
       const std::string name(1, Take(text));
-      const BindingProperty& taken = value.TakeMember(name);
+      const BindingProperty& taken = value.GetOrAddMember(name);
       node.model->Member(name);
       Require(value.FindMember(name) == &taken, "a member is found where it was taken");
     } else if (edit == 'C' || edit == 'T') {

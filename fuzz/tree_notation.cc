@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "binding/tree_builder.h"
+#include "binding/tree/tree_builder.h"
 
 namespace Kest::Fuzz {
 namespace {

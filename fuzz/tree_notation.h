@@ -15,7 +15,7 @@
 
 #include <string_view>
 
-#include "binding/binding_property.h"
+#include "binding/tree/binding_property.h"
 
 namespace Kest::Fuzz {
 

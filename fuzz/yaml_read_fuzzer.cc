@@ -3,11 +3,11 @@
 // fails with a listed text.
 #include <algorithm>
 
-#include "binding/convert.h"
-#include "binding/json_adapter.h"
-#include "binding/yaml_adapter.h"
+#include "binding/convert/convert.h"
+#include "binding/json/json_adapter.h"
+#include "binding/yaml/yaml_adapter.h"
 #include "fuzz/described_tree.h"
-#include "fuzz/failure_texts.h"
+#include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
 
 namespace Kest::Fuzz {

@@ -3,11 +3,11 @@
 #include <string>
 #include <utility>
 
-#include "host/c_views.h"
-#include "host/http_answers.h"
+#include "host/http/http_responses.h"
+#include "host/http/request_target.h"
+#include "host/library/c_views.h"
 #include "host/openapi/openapi_document.h"
-#include "host/request_target.h"
-#include "host/world/json_reader.h"
+#include "host/world/json/json_reader.h"
 
 namespace Kest::Host {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <string_view>
 
-#include "host/http_message.h"
-#include "host/plugin_session.h"
+#include "host/http/http_message.h"
+#include "host/session/plugin_session.h"
 
 namespace Kest::Host {
 

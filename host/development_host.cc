@@ -5,7 +5,7 @@
 #include <future>
 #include <utility>
 
-#include "host/json_text.h"
+#include "host/http/json_text.h"
 #include "host/world_source.h"
 
 namespace Kest::Host {
@@ -19,8 +19,8 @@ constexpr auto kFarewell = std::chrono::seconds(2);
 DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
     : options_(std::move(options)),
       scheduler_([log](std::string_view task, std::string_view text) {
-        log->Say(LogLevel::kError,
-                 "Task \"" + std::string(task) + "\" failed: " + std::string(text));
+        log->Write(LogLevel::kError,
+                   "Task \"" + std::string(task) + "\" failed: " + std::string(text));
       }),
       serviceEvents_([this](const ServiceEvents::Event& event) {
         keeper_.DeliverServiceEvent(event);

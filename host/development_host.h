@@ -9,15 +9,15 @@
 #include <string>
 
 #include "base/maybe_type.h"
-#include "host/event_stream.h"
 #include "host/host_control.h"
-#include "host/host_log.h"
-#include "host/http_server.h"
-#include "host/request_guard.h"
+#include "host/http/http_server.h"
+#include "host/http/request_guard.h"
 #include "host/request_router.h"
-#include "host/scheduler.h"
-#include "host/service_events.h"
-#include "host/session_keeper.h"
+#include "host/session/event_stream.h"
+#include "host/session/host_log.h"
+#include "host/session/service_events.h"
+#include "host/session/session_manager.h"
+#include "host/tasks/scheduler.h"
 
 namespace Kest::Host {
 
@@ -56,7 +56,7 @@ class DevelopmentHost {
   std::unique_ptr<HttpServer> server_;  // outlives the tasks, which hold its Responds
   Scheduler scheduler_;
   ServiceEvents serviceEvents_;
-  SessionKeeper keeper_;
+  SessionManager keeper_;
   HostControl control_;
   RequestGuard guard_;
   RequestRouter router_;

@@ -5,10 +5,10 @@
 #include <string>
 
 #include "host/api_pages.h"
-#include "host/c_views.h"
-#include "host/http_answers.h"
-#include "host/json_text.h"
-#include "host/request_target.h"
+#include "host/http/http_responses.h"
+#include "host/http/json_text.h"
+#include "host/http/request_target.h"
+#include "host/library/c_views.h"
 
 namespace Kest::Host {
 namespace {
@@ -43,7 +43,7 @@ void WriteTasks(const Scheduler::Report& report, JsonWriter* json) {
   json->Key("queued").Number(uint64_t{report.queued});
   json->Key("delayed").Number(uint64_t{report.delayed});
   json->Key("running").BeginArray();
-  for (const Scheduler::RunningTask& task : report.running) {
+  for (const Scheduler::TaskReport& task : report.running) {
     json->BeginObject().Key("name").Text(task.name);
     if (!task.waitLabel.empty()) json->Key("waitsFor").Text(task.waitLabel);
     json->EndObject();
@@ -90,7 +90,7 @@ const HostControl::Endpoint HostControl::kEndpoints[] = {
 };
 
 HostControl::HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
-                         SessionKeeper* keeper, const HostLog* log)
+                         SessionManager* keeper, const HostLog* log)
     : scheduler_(scheduler),
       serviceEvents_(serviceEvents),
       stream_(stream),

@@ -7,12 +7,12 @@
 
 #include <string_view>
 
-#include "host/event_stream.h"
-#include "host/host_log.h"
-#include "host/http_message.h"
-#include "host/scheduler.h"
-#include "host/service_events.h"
-#include "host/session_keeper.h"
+#include "host/http/http_message.h"
+#include "host/session/event_stream.h"
+#include "host/session/host_log.h"
+#include "host/session/service_events.h"
+#include "host/session/session_manager.h"
+#include "host/tasks/scheduler.h"
 
 namespace Kest::Host {
 
@@ -20,7 +20,7 @@ class HostControl {
  public:
   // The parts outlive the control.
   HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
-              SessionKeeper* keeper, const HostLog* log);
+              SessionManager* keeper, const HostLog* log);
 
   // Answers a request of which the path begins with "/_host/".
   HttpAnswer Handle(const HttpRequest& request);
@@ -42,7 +42,7 @@ class HostControl {
   Scheduler* const scheduler_;
   ServiceEvents* const serviceEvents_;
   EventStream* const stream_;
-  SessionKeeper* const keeper_;
+  SessionManager* const keeper_;
   const HostLog* const log_;
 };
 

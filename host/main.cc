@@ -6,7 +6,7 @@
 #include "base/platform.h"
 #include "host/command_line.h"
 #include "host/development_host.h"
-#include "host/host_log.h"
+#include "host/session/host_log.h"
 #include "host/stop_signal.h"
 
 namespace {

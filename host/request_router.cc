@@ -7,8 +7,8 @@
 #include <new>
 #include <utility>
 
-#include "host/http_answers.h"
-#include "host/request_target.h"
+#include "host/http/http_responses.h"
+#include "host/http/request_target.h"
 
 namespace Kest::Host {
 namespace {
@@ -42,7 +42,7 @@ class EventReader : public HttpStream {
 
 }  // namespace
 
-RequestRouter::RequestRouter(Scheduler* scheduler, SessionKeeper* keeper, HostControl* control,
+RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* keeper, HostControl* control,
                              EventStream* stream)
     : scheduler_(scheduler), keeper_(keeper), control_(control), stream_(stream) {}
 

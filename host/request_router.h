@@ -6,18 +6,18 @@
 #include <functional>
 #include <string>
 
-#include "host/event_stream.h"
 #include "host/host_control.h"
-#include "host/http_message.h"
-#include "host/scheduler.h"
-#include "host/session_keeper.h"
+#include "host/http/http_message.h"
+#include "host/session/event_stream.h"
+#include "host/session/session_manager.h"
+#include "host/tasks/scheduler.h"
 
 namespace Kest::Host {
 
 class RequestRouter {
  public:
   // The parts outlive the router and every task it posts.
-  RequestRouter(Scheduler* scheduler, SessionKeeper* keeper, HostControl* control,
+  RequestRouter(Scheduler* scheduler, SessionManager* keeper, HostControl* control,
                 EventStream* stream);
 
   void Handle(HttpRequest request, const Respond& respond);
@@ -30,7 +30,7 @@ class RequestRouter {
   HttpAnswer FollowEvents(const HttpRequest& request);
 
   Scheduler* const scheduler_;
-  SessionKeeper* const keeper_;
+  SessionManager* const keeper_;
   HostControl* const control_;
   EventStream* const stream_;
 };

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "base/nearest_float.h"
+#include "base/round_to_nearest.h"
 
 namespace Kest {
 namespace {
@@ -14,13 +14,13 @@ namespace {
 constexpr size_t kFloatCapacity = 4608;
 
 constexpr LetterSet kSignedLetters("di");
-constexpr LetterSet kWholeLetters("diouxX");
+constexpr LetterSet kIntegerLetters("diouxX");
 constexpr LetterSet kHexLetters("xXp");
 constexpr LetterSet kNoFloatLetters("cp");
 
 // Writes prefix, zeros and body, padded to the width with blanks, or with zeros behind the prefix.
 void Pad(const Conversion& conversion, bool zeroFill, std::string_view prefix, size_t zeros,
-         std::string_view body, FixedText& out) {
+         std::string_view body, FixedBuffer& out) {
   const size_t size = prefix.size() + zeros + body.size();
   const size_t width = static_cast<size_t>(conversion.width);
   const size_t fill = width > size ? width - size : 0;
@@ -42,18 +42,18 @@ void ToUpper(char* first, char* last) {
   }
 }
 
-void RenderText(const Conversion& conversion, std::string_view text, FixedText& out) {
+void RenderText(const Conversion& conversion, std::string_view text, FixedBuffer& out) {
   if (conversion.precision >= 0) text = text.substr(0, static_cast<size_t>(conversion.precision));
   Pad(conversion, false, "", 0, text, out);
 }
 
 // The value as its own type sees it: sign and amount for "d" and "i", the bare bits for the others.
-struct Whole {
+struct IntegerArgument {
   bool negative = false;
   uint64_t amount = 0;
 };
 
-Whole ToWhole(const FormatArgument& argument, bool isSigned) {
+IntegerArgument ToInteger(const FormatArgument& argument, bool isSigned) {
   if (argument.GetKind() != FormatArgument::Kind::kSigned) return {false, argument.Unsigned()};
   const uint64_t bits = static_cast<uint64_t>(argument.Signed());
   if (argument.Signed() >= 0) return {false, bits};
@@ -62,7 +62,7 @@ Whole ToWhole(const FormatArgument& argument, bool isSigned) {
 }
 
 // Written in place where there is room.
-void RenderPlainDecimal(const Whole& value, FixedText& out) {
+void RenderPlainDecimal(const IntegerArgument& value, FixedBuffer& out) {
   constexpr size_t kDigits = 20;
   if (value.negative) out.Append('-');
   char digits[kDigits];
@@ -79,7 +79,7 @@ void RenderPlainDecimal(const Whole& value, FixedText& out) {
 
 // The short way for texts and decimal numbers without flags, width and precision, which are nearly
 // all there is. False, with nothing written: not one of them.
-bool RenderPlain(char letter, const FormatArgument& argument, FixedText& out) {
+bool RenderPlain(char letter, const FormatArgument& argument, FixedBuffer& out) {
   const FormatArgument::Kind kind = argument.GetKind();
   if (kind == FormatArgument::Kind::kText && letter == 's') {
     out.Append(argument.Text());
@@ -88,15 +88,15 @@ bool RenderPlain(char letter, const FormatArgument& argument, FixedText& out) {
   if (kind != FormatArgument::Kind::kSigned && kind != FormatArgument::Kind::kUnsigned)
     return false;
   if (letter != 'd' && letter != 'u' && letter != 's') return false;
-  RenderPlainDecimal(ToWhole(argument, letter != 'u'), out);
+  RenderPlainDecimal(ToInteger(argument, letter != 'u'), out);
   return true;
 }
 
-void RenderWhole(const Conversion& conversion, const FormatArgument& argument, FixedText& out) {
+void FormatInteger(const Conversion& conversion, const FormatArgument& argument, FixedBuffer& out) {
   const bool isSigned = kSignedLetters.Has(conversion.letter);
   const bool isHex = kHexLetters.Has(conversion.letter);
   const int base = isHex ? 16 : conversion.letter == 'o' ? 8 : 10;
-  const Whole value = ToWhole(argument, isSigned);
+  const IntegerArgument value = ToInteger(argument, isSigned);
 
   char digits[24];
   char* end = digits;
@@ -151,7 +151,7 @@ char* EnsurePoint(char letter, char* first, char* end) {
   return end + 1;
 }
 
-void RenderFloat(const Conversion& conversion, double value, FixedText& out) {
+void RenderFloat(const Conversion& conversion, double value, FixedBuffer& out) {
   char letter = conversion.letter;
   const bool isUpper = letter >= 'A' && letter <= 'Z';
   if (isUpper) letter = static_cast<char>(letter - 'A' + 'a');
@@ -172,23 +172,23 @@ void RenderFloat(const Conversion& conversion, double value, FixedText& out) {
   if (isUpper) ToUpper(buffer, end);
 
   char prefix[4];
-  FixedText prefixText(prefix, sizeof(prefix));
+  FixedBuffer prefixText(prefix, sizeof(prefix));
   prefixText.Append(sign);
   if (letter == 'a') prefixText.Append(isUpper ? "0X" : "0x");
   Pad(conversion, conversion.zeros, prefixText.View(), 0,
       {buffer, static_cast<size_t>(end - buffer)}, out);
 }
 
-void RenderPointer(const Conversion& conversion, const FormatArgument& argument, FixedText& out) {
+void RenderPointer(const Conversion& conversion, const FormatArgument& argument, FixedBuffer& out) {
   if (argument.Unsigned() == 0 && argument.GetKind() == FormatArgument::Kind::kPointer) {
     Pad(conversion, false, "", 0, "(nil)", out);
   } else {
-    RenderWhole(conversion, argument, out);
+    FormatInteger(conversion, argument, out);
   }
 }
 
 // The default form with the width of "%s".
-void RenderAsText(Conversion conversion, const FormatArgument& argument, FixedText& out) {
+void RenderAsText(Conversion conversion, const FormatArgument& argument, FixedBuffer& out) {
   using Kind = FormatArgument::Kind;
   switch (argument.GetKind()) {
     case Kind::kBool:
@@ -213,7 +213,7 @@ void RenderAsText(Conversion conversion, const FormatArgument& argument, FixedTe
     case Kind::kSigned:
     case Kind::kUnsigned:
       conversion.letter = 'd';
-      RenderWhole(conversion, argument, out);
+      FormatInteger(conversion, argument, out);
       return;
   }
 }
@@ -221,12 +221,12 @@ void RenderAsText(Conversion conversion, const FormatArgument& argument, FixedTe
 double ToDouble(const FormatArgument& argument) {
   return argument.GetKind() == FormatArgument::Kind::kSigned
              ? static_cast<double>(argument.Signed())
-             : NearestFloat<double>(argument.Unsigned());
+             : RoundToNearest<double>(argument.Unsigned());
 }
 
 }  // namespace
 
-bool Render(const Conversion& conversion, const FormatArgument& argument, FixedText& out) {
+bool Render(const Conversion& conversion, const FormatArgument& argument, FixedBuffer& out) {
   using Kind = FormatArgument::Kind;
   const char letter = conversion.letter;
   if (conversion.isPlain && RenderPlain(letter, argument, out)) return true;
@@ -239,7 +239,7 @@ bool Render(const Conversion& conversion, const FormatArgument& argument, FixedT
       return false;
     case Kind::kFloat:
       if (kNoFloatLetters.Has(letter)) return false;
-      if (kWholeLetters.Has(letter)) {
+      if (kIntegerLetters.Has(letter)) {
         RenderAsText(conversion, argument, out);
       } else {
         RenderFloat(conversion, argument.Float(), out);
@@ -249,19 +249,19 @@ bool Render(const Conversion& conversion, const FormatArgument& argument, FixedT
       break;
   }
   if (letter == 'c') {
-    const char character = static_cast<char>(ToWhole(argument, false).amount);
+    const char character = static_cast<char>(ToInteger(argument, false).amount);
     Pad(conversion, false, "", 0, {&character, 1}, out);
   } else if (letter == 'p') {
     RenderPointer(conversion, argument, out);
-  } else if (kWholeLetters.Has(letter)) {
-    RenderWhole(conversion, argument, out);
+  } else if (kIntegerLetters.Has(letter)) {
+    FormatInteger(conversion, argument, out);
   } else {
     RenderFloat(conversion, ToDouble(argument), out);
   }
   return true;
 }
 
-void RenderDefault(const FormatArgument& argument, FixedText& out) {
+void RenderDefault(const FormatArgument& argument, FixedBuffer& out) {
   Render(Conversion{}, argument, out);
 }
 

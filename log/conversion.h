@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "log/fixed_text.h"
+#include "log/fixed_buffer.h"
 #include "log/format_argument.h"
 
 namespace Kest {
@@ -80,9 +80,9 @@ bool ReadConversion(std::string_view text, ConversionText* result);
 uint64_t ReadPosition(std::string_view text, size_t* position);
 
 // Writes `argument` by `conversion`. False, with nothing written: the letter cannot show that type.
-bool Render(const Conversion& conversion, const FormatArgument& argument, FixedText& out);
+bool Render(const Conversion& conversion, const FormatArgument& argument, FixedBuffer& out);
 
 // Writes `argument` in its default form.
-void RenderDefault(const FormatArgument& argument, FixedText& out);
+void RenderDefault(const FormatArgument& argument, FixedBuffer& out);
 
 }  // namespace Kest

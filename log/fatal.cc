@@ -17,7 +17,7 @@ bool IsGiven(const char* text) {
   return text != nullptr && *text != '\0';
 }
 
-void AppendEntry(std::string_view title, const char* text, std::string_view end, FixedText& out) {
+void AppendEntry(std::string_view title, const char* text, std::string_view end, FixedBuffer& out) {
   out.Append(title);
   out.Append(std::string_view(text));
   out.Append(end);
@@ -34,7 +34,7 @@ void AppendEntry(std::string_view title, const char* text, std::string_view end,
 
 }  // namespace
 
-void AppendAssertionReport(const Assertion& assertion, FixedText& out) {
+void AppendAssertionReport(const Assertion& assertion, FixedBuffer& out) {
   out.Append("Assertion failed!\n\n");
   if (IsGiven(assertion.file)) AppendEntry("File: ", assertion.file, "\n", out);
   if (assertion.line != 0) {
@@ -52,7 +52,7 @@ void AppendAssertionReport(const Assertion& assertion, FixedText& out) {
 void FailAssertion(const Assertion& assertion) noexcept {
   const uint32_t systemError = LastSystemError();
   char buffer[kReportCapacity];
-  FixedText report(buffer, sizeof(buffer) - 1);
+  FixedBuffer report(buffer, sizeof(buffer) - 1);
   AppendAssertionReport(assertion, report);
   buffer[report.View().size()] = '\0';
   Log(Level::kError, kGroupDebug, "%s", buffer);

@@ -1,7 +1,7 @@
 // Conditions that end the process: the report, its codes and the end.
 #pragma once
 
-#include "log/fixed_text.h"
+#include "log/fixed_buffer.h"
 
 namespace Kest {
 
@@ -20,7 +20,7 @@ struct Assertion {
 };
 
 // "Assertion failed!", then file, line, function, expression and description, one paragraph each.
-void AppendAssertionReport(const Assertion& assertion, FixedText& out);
+void AppendAssertionReport(const Assertion& assertion, FixedBuffer& out);
 
 // Logs the report at level error in group "DBG", flushes the targets and ends the process with an
 // access violation that carries the thread's last system error, or else by abort.

@@ -7,7 +7,7 @@ namespace Kest {
 namespace {
 
 // Decimal with leading zeros up to `digits`; not for negative numbers.
-void AppendPadded(uint64_t value, size_t digits, FixedText& out) {
+void AppendPadded(uint64_t value, size_t digits, FixedBuffer& out) {
   char buffer[24];
   const char* end = std::to_chars(buffer, buffer + sizeof(buffer), value).ptr;
   const size_t size = static_cast<size_t>(end - buffer);
@@ -15,12 +15,12 @@ void AppendPadded(uint64_t value, size_t digits, FixedText& out) {
   out.Append({buffer, size});
 }
 
-void AppendPadded(int32_t value, size_t digits, FixedText& out) {
+void AppendPadded(int32_t value, size_t digits, FixedBuffer& out) {
   AppendPadded(static_cast<uint64_t>(value), digits, out);
 }
 
 // "2024-05-06T07:08:09" with `separator` between the parts of the time.
-void AppendDateAndTime(const LocalTime& time, char separator, FixedText& out) {
+void AppendDateAndTime(const LocalTime& time, char separator, FixedBuffer& out) {
   AppendPadded(time.year, 4, out);
   out.Append('-');
   AppendPadded(time.month, 2, out);
@@ -34,27 +34,27 @@ void AppendDateAndTime(const LocalTime& time, char separator, FixedText& out) {
   AppendPadded(time.second, 2, out);
 }
 
-void AppendGroups(GroupMask groups, FixedText& out) {
+void AppendGroups(GroupMask groups, FixedBuffer& out) {
   for (bool first = true; groups != 0; groups &= groups - 1, first = false) {
     if (!first) out.Append(';');
     out.Append(GroupName(static_cast<uint32_t>(std::countr_zero(groups))));
   }
 }
 
-void AppendElapsed(FixedText& out) {
+void AppendElapsed(FixedBuffer& out) {
   const auto elapsed = static_cast<uint64_t>(MillisecondsSinceFirstUse());
   AppendPadded(elapsed / 1000, 6, out);
   out.Append('.');
   AppendPadded(elapsed % 1000, 3, out);
 }
 
-void AppendThreadId(FixedText& out) {
+void AppendThreadId(FixedBuffer& out) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   const uint32_t id = CurrentThreadId();
   for (int shift = 28; shift >= 0; shift -= 4) out.Append(kDigits[(id >> shift) & 15]);
 }
 
-void AppendField(char field, const LogRecord& record, FixedText& out) {
+void AppendField(char field, const LogRecord& record, FixedBuffer& out) {
   switch (field) {
     case 'D':
       AppendTimestamp(record.time, out);
@@ -88,7 +88,7 @@ void AppendField(char field, const LogRecord& record, FixedText& out) {
 std::string_view FormatLine(std::string_view lineTemplate, const LogRecord& record,
                             char (&buffer)[kLineCapacity]) {
   constexpr size_t kEnd = 2;  // line feed and NUL
-  FixedText out(buffer, sizeof(buffer) - kEnd);
+  FixedBuffer out(buffer, sizeof(buffer) - kEnd);
   while (!lineTemplate.empty() && !out.IsFull()) {
     lineTemplate.remove_prefix(out.AppendUntil('#', lineTemplate));
     if (lineTemplate.size() < 2) break;  // a "#" at the very end prints nothing
@@ -101,13 +101,13 @@ std::string_view FormatLine(std::string_view lineTemplate, const LogRecord& reco
   return {buffer, size};
 }
 
-void AppendTimestamp(const LocalTime& time, FixedText& out) {
+void AppendTimestamp(const LocalTime& time, FixedBuffer& out) {
   AppendDateAndTime(time, ':', out);
   out.Append('.');
   AppendPadded(time.millisecond, 3, out);
 }
 
-void AppendFileNameTimestamp(const LocalTime& time, FixedText& out) {
+void AppendFileNameTimestamp(const LocalTime& time, FixedBuffer& out) {
   AppendDateAndTime(time, '-', out);
 }
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/platform.h"
-#include "log/fixed_text.h"
+#include "log/fixed_buffer.h"
 #include "log/log_names.h"
 
 namespace Kest {
@@ -32,8 +32,8 @@ std::string_view FormatLine(std::string_view lineTemplate, const LogRecord& reco
                             char (&buffer)[kLineCapacity]);
 
 // "2024-05-06T07:08:09.010"
-void AppendTimestamp(const LocalTime& time, FixedText& out);
+void AppendTimestamp(const LocalTime& time, FixedBuffer& out);
 // "2024-05-06T07-08-09": fit for a file name.
-void AppendFileNameTimestamp(const LocalTime& time, FixedText& out);
+void AppendFileNameTimestamp(const LocalTime& time, FixedBuffer& out);
 
 }  // namespace Kest

@@ -181,7 +181,7 @@ void Logger::Dispatch(Level level, GroupMask groups, const char* format, Argumen
   if (LogFilter::hooked.load(kRelaxed)) Forward(level, groups, format, arguments);
   if (!LogFilter::Passes(level, groups)) return;
   char buffer[kMessageCapacity];
-  FixedText message(buffer, sizeof(buffer));
+  FixedBuffer message(buffer, sizeof(buffer));
   AppendPrintf(message, format, arguments);
   LogRecord record = {
       .level = level, .groups = groups, .message = message.View(), .executable = executable_};

@@ -12,7 +12,7 @@ constexpr size_t kMaximumSpecification = 60;  // bytes behind the "%", the lette
 // One run over a template. Each step answers how the text goes on, false where formatting ends.
 class PatternRun {
  public:
-  PatternRun(std::span<const FormatArgument> arguments, FixedText& out)
+  PatternRun(std::span<const FormatArgument> arguments, FixedBuffer& out)
       : arguments_(arguments), out_(out) {}
 
   // Writes the conversion at the start of `text`, which follows a "%"; `*size` is its length.
@@ -71,7 +71,7 @@ class PatternRun {
   }
 
   std::span<const FormatArgument> arguments_;
-  FixedText& out_;
+  FixedBuffer& out_;
   uint64_t next_ = 1;
 };
 
@@ -85,7 +85,7 @@ const NamedField* FindField(std::initializer_list<NamedField> fields, std::strin
 
 std::string FormatList(std::string_view pattern, std::span<const FormatArgument> arguments) {
   char buffer[kFormatCapacity];
-  FixedText out(buffer, sizeof(buffer));
+  FixedBuffer out(buffer, sizeof(buffer));
   PatternRun run(arguments, out);
   while (!pattern.empty() && !out.IsFull()) {
     pattern.remove_prefix(out.AppendUntil('%', pattern));

@@ -92,7 +92,7 @@ bool IsWide(const Conversion& conversion) {
 }
 
 // The conversion at the start of `text`. False: formatting ends.
-bool Convert(std::string_view text, ArgumentList& arguments, FixedText& out, size_t* size) {
+bool Convert(std::string_view text, ArgumentList& arguments, FixedBuffer& out, size_t* size) {
   ConversionText read;
   if (!ReadConversion(text, &read) || IsWide(read.conversion)) return false;
   if (read.width.present) read.conversion.SetWidth(va_arg(arguments.list, int));
@@ -103,7 +103,7 @@ bool Convert(std::string_view text, ArgumentList& arguments, FixedText& out, siz
 
 }  // namespace
 
-void AppendPrintf(FixedText& out, const char* format, ArgumentList& arguments) {
+void AppendPrintf(FixedBuffer& out, const char* format, ArgumentList& arguments) {
   std::string_view rest(format);
   while (!rest.empty() && !out.IsFull()) {
     rest.remove_prefix(out.AppendUntil('%', rest));

@@ -4,7 +4,7 @@
 #include <cstdarg>
 #include <string_view>
 
-#include "log/fixed_text.h"
+#include "log/fixed_buffer.h"
 #include "log/printf_attribute.h"
 
 namespace Kest {
@@ -17,6 +17,6 @@ struct ArgumentList {
 // Writes the text that vsnprintf would write in the "C" locale; a long double counts as a double.
 // Not offered: "%n" and wide texts; formatting ends there, as it does at a malformed conversion.
 // Consumes `arguments`.
-void AppendPrintf(FixedText& out, const char* format, ArgumentList& arguments) KEST_PRINTF(2, 0);
+void AppendPrintf(FixedBuffer& out, const char* format, ArgumentList& arguments) KEST_PRINTF(2, 0);
 
 }  // namespace Kest

@@ -2,10 +2,10 @@
 // path, the first registered answers.
 #include <utility>
 
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 #include "loot/loot_plugin.h"
-#include "loot/model/loot_words.h"
-#include "loot/model/register_resources.h"
+#include "loot/model/loot_constants.h"
+#include "loot/wire/register_resources.h"
 
 namespace Kest::Client::Loot {
 

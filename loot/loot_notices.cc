@@ -4,7 +4,7 @@
 
 #include "log/logger.h"
 #include "loot/loot_plugin.h"
-#include "loot/notice_paths.h"
+#include "loot/state/notice_paths.h"
 
 namespace Kest::Client::Loot {
 

@@ -47,7 +47,7 @@ void LootPlugin::PostRetrieval() {
 }
 
 void LootPlugin::OnSourceAnswered(uint8_t readinessBits) {
-  inventory_.Reenrich();
+  inventory_.ReassembleAll();
   publisher_.Request();
   SetReadiness(readinessBits, state_.readiness.goal());
 }

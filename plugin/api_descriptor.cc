@@ -1,7 +1,7 @@
 #include "plugin/api_descriptor.h"
 
 #include "api/dispatcher.h"
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 #include "plugin/callbacks.h"
 #include "plugin/text_view.h"
 

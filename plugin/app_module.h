@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "base/maybe_type.h"
-#include "binding/static_type.h"
+#include "binding/types/static_type.h"
 #include "plugin/host_services.h"
 
 namespace Kest {

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 #include "log/fatal.h"
 #include "log/logger.h"
 #include "log/positional_format.h"

@@ -24,7 +24,7 @@ Response CopyResponse(const KestResponse& response) {
 
 }  // namespace
 
-struct HostServices::Ticket {
+struct HostServices::PendingRequest {
   HostServices* host = nullptr;
   Completion completion;      // of a request, or
   std::function<void()> run;  // of a task; none of both once it was cancelled
@@ -39,20 +39,22 @@ void HostServices::Attach(const KestHostServices* services) {
   services_ = services;
 }
 
-HostServices::Ticket* HostServices::AddTicket(std::unique_ptr<Ticket> ticket) {
-  Ticket* added = ticket.get();
+HostServices::PendingRequest* HostServices::AddPendingRequest(
+    std::unique_ptr<PendingRequest> ticket) {
+  PendingRequest* added = ticket.get();
   added->host = this;
   MutexLock hold(mutex_);
-  tickets_.emplace(added, std::move(ticket));
+  pendingRequests_.emplace(added, std::move(ticket));
   return added;
 }
 
-std::unique_ptr<HostServices::Ticket> HostServices::TakeTicket(const Ticket* ticket) {
+std::unique_ptr<HostServices::PendingRequest> HostServices::TakePendingRequest(
+    const PendingRequest* ticket) {
   MutexLock hold(mutex_);
-  const auto found = tickets_.find(ticket);
-  if (found == tickets_.end()) return nullptr;
-  std::unique_ptr<Ticket> taken = std::move(found->second);
-  tickets_.erase(found);
+  const auto found = pendingRequests_.find(ticket);
+  if (found == pendingRequests_.end()) return nullptr;
+  std::unique_ptr<PendingRequest> taken = std::move(found->second);
+  pendingRequests_.erase(found);
   return taken;
 }
 
@@ -66,19 +68,19 @@ void HostServices::Request(const HostRequest& request, Completion completion) {
   sent.url = ToText(request.url);
   sent.contentType = ToText(request.contentType);
   sent.body = ToBytes(request.body);
-  auto owned = std::make_unique<Ticket>();
+  auto owned = std::make_unique<PendingRequest>();
   owned->completion = std::move(completion);
-  Ticket* ticket = AddTicket(std::move(owned));
+  PendingRequest* ticket = AddPendingRequest(std::move(owned));
   if (services_->request(services_, &sent, &OnCompletion, ticket)) return;
-  const std::unique_ptr<Ticket> refused = TakeTicket(ticket);
+  const std::unique_ptr<PendingRequest> refused = TakePendingRequest(ticket);
   if (refused != nullptr) refused->completion(Failure{std::string(kNotSent)});
 }
 
 void HostServices::OnCompletion(void* context, const KestResponse* response) noexcept {
-  auto* const ticket = static_cast<Ticket*>(context);
+  auto* const ticket = static_cast<PendingRequest*>(context);
   HostServices* const self = ticket->host;
   const GateEntry entry(self->gate_);
-  const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
+  const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(ticket);
   if (!entry || taken == nullptr || !taken->completion) return;
   RunAndLog("Request completion",
             [&taken, response] { taken->completion(CopyResponse(*response)); });
@@ -137,20 +139,20 @@ bool HostServices::Publish(std::string_view path, ResourceEventType type, std::s
 
 TaskPosting HostServices::PostTask(std::string_view name, std::function<void()> run) {
   if (services_ == nullptr || IsStopping()) return TaskPosting::kRefused;
-  auto owned = std::make_unique<Ticket>();
+  auto owned = std::make_unique<PendingRequest>();
   owned->run = std::move(run);
-  Ticket* ticket = AddTicket(std::move(owned));
+  PendingRequest* ticket = AddPendingRequest(std::move(owned));
   const int32_t answer = services_->postTask(services_, ToText(name), &OnTask, ticket);
   if (answer == KEST_TASK_QUEUED) return TaskPosting::kQueued;
-  TakeTicket(ticket);
+  TakePendingRequest(ticket);
   return answer == KEST_TASK_MERGED ? TaskPosting::kMerged : TaskPosting::kRefused;
 }
 
 void HostServices::OnTask(void* context) noexcept {
-  auto* const ticket = static_cast<Ticket*>(context);
+  auto* const ticket = static_cast<PendingRequest*>(context);
   HostServices* const self = ticket->host;
   const GateEntry entry(self->gate_);
-  const std::unique_ptr<Ticket> taken = self->TakeTicket(ticket);
+  const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(ticket);
   if (entry && taken != nullptr && taken->run) RunAndLog("Task", taken->run);
 }
 
@@ -181,16 +183,16 @@ void HostServices::CancelAll() {
     handlers.swap(handlers_);
   }
   for (const auto& [name, handler] : handlers) services_->unsubscribe(services_, ToText(name));
-  std::vector<Ticket> cancelled;
+  std::vector<PendingRequest> cancelled;
   {
     MutexLock hold(mutex_);
-    for (auto& [key, ticket] : tickets_) {
+    for (auto& [key, ticket] : pendingRequests_) {
       if (!ticket->completion && !ticket->run) continue;
       cancelled.push_back(
           {this, std::exchange(ticket->completion, nullptr), std::exchange(ticket->run, nullptr)});
     }
   }
-  for (const Ticket& ticket : cancelled) {
+  for (const PendingRequest& ticket : cancelled) {
     if (!ticket.completion) continue;
     RunAndLog("Request completion",
               [&ticket] { ticket.completion(Failure{std::string(kFinalizing)}); });
@@ -198,9 +200,9 @@ void HostServices::CancelAll() {
 }
 
 void HostServices::Release() {
-  TicketMap late;
+  PendingRequestMap late;
   MutexLock hold(mutex_);
-  late.swap(tickets_);
+  late.swap(pendingRequests_);
   services_ = nullptr;
 }
 

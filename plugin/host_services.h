@@ -86,23 +86,24 @@ class HostServices {
  private:
   // What the host hands back with a completion or a task. It stays until the host has used it or
   // Release, so that a late call finds it.
-  struct Ticket;
-  using TicketMap = std::map<const Ticket*, std::unique_ptr<Ticket>>;
+  struct PendingRequest;
+  using PendingRequestMap = std::map<const PendingRequest*, std::unique_ptr<PendingRequest>>;
   using HandlerMap = std::map<std::string, std::shared_ptr<const EventHandler>, std::less<>>;
 
   static void KEST_ABI OnCompletion(void* context, const KestResponse* response) noexcept;
   static void KEST_ABI OnTask(void* context) noexcept;
   static void KEST_ABI OnDelivery(void* context, KestText name, KestText contentType,
                                   KestBytes body) noexcept;
-  Ticket* AddTicket(std::unique_ptr<Ticket> ticket) KEST_EXCLUDES(mutex_);
-  std::unique_ptr<Ticket> TakeTicket(const Ticket* ticket) KEST_EXCLUDES(mutex_);
+  PendingRequest* AddPendingRequest(std::unique_ptr<PendingRequest> ticket) KEST_EXCLUDES(mutex_);
+  std::unique_ptr<PendingRequest> TakePendingRequest(const PendingRequest* ticket)
+      KEST_EXCLUDES(mutex_);
 
   EntryGate& gate_;
   RuntimeCounters& counters_;
   const KestHostServices* services_ = nullptr;
 
   Mutex mutex_;  // never held while the host or a handler is called
-  TicketMap tickets_ KEST_GUARDED_BY(mutex_);
+  PendingRequestMap pendingRequests_ KEST_GUARDED_BY(mutex_);
   HandlerMap handlers_ KEST_GUARDED_BY(mutex_);
 };
 

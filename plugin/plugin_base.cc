@@ -1,6 +1,6 @@
 #include "plugin/plugin_base.h"
 
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 
 namespace Kest {
 

@@ -1,8 +1,8 @@
 #include "plugin/plugin_events.h"
 
-#include "binding/define_struct.h"
-#include "binding/help_types.h"
-#include "binding/type_registry.h"
+#include "binding/convert/define_struct.h"
+#include "binding/help/help_types.h"
+#include "binding/types/type_registry.h"
 
 namespace Kest {
 

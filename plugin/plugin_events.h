@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "binding/binding_property.h"
+#include "binding/tree/binding_property.h"
 
 namespace Kest {
 

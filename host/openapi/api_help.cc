@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/world/field_reader.h"
-#include "host/world/json_reader.h"
+#include "host/world/json/field_reader.h"
+#include "host/world/json/json_reader.h"
 
 namespace Kest::Host {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/openapi/api_help.h"
-#include "host/world/json_value.h"
+#include "host/world/json/json_value.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {

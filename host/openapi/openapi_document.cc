@@ -10,8 +10,8 @@
 #include "host/openapi/event_schemas.h"
 #include "host/openapi/operations.h"
 #include "host/openapi/type_schemas.h"
-#include "host/world/json_reader.h"
-#include "host/world/json_value.h"
+#include "host/world/json/json_reader.h"
+#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/utf8.h"
-#include "host/c_views.h"
+#include "host/library/c_views.h"
 #include "host/openapi/route_path.h"
 #include "host/openapi/type_schemas.h"
 

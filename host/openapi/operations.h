@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "host/openapi/api_help.h"
-#include "host/world/json_value.h"
+#include "host/world/json/json_value.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "host/openapi/api_help.h"
-#include "host/world/json_value.h"
+#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
 

@@ -1,29 +1,29 @@
 #include "host/world/world.h"
 
-#include "host/world/controls.h"
-#include "host/world/field_reader.h"
-#include "host/world/platform.h"
-#include "host/world/platform_words.h"
-#include "host/world/sample_world.h"
-#include "host/world/signed_token.h"
-#include "host/world/url_text.h"
-#include "host/world/world_file.h"
+#include "host/world/controls/controls.h"
+#include "host/world/controls/platform.h"
+#include "host/world/data/platform_constants.h"
+#include "host/world/file/sample_world.h"
+#include "host/world/file/world_file.h"
+#include "host/world/json/field_reader.h"
+#include "host/world/json/url_text.h"
+#include "host/world/platform/signed_token.h"
 
 namespace Kest::Host {
 namespace {
 
 constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
 
-WorldAnswer Refuse(int status, std::string text) {
+WorldResponse Refuse(int status, std::string text) {
   return {status, "", "", std::move(text)};
 }
 
-WorldAnswer JsonAnswer(std::string body) {
+WorldResponse JsonAnswer(std::string body) {
   return {200, "application/json", std::move(body), ""};
 }
 
 // A token for each inventory type asked for that this platform has: {"TOURNAMENT_LOGO": "..."}.
-WorldAnswer SignedInventory(const Platform& platform, std::string_view url) {
+WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
   const auto types = ReadJson(QueryArgument(url, "inventoryTypes").value_or(""));
   if (!types || types.GetValue().AsArray() == nullptr) {
     return Refuse(400, "\"inventoryTypes\" must be a list of inventory types as JSON");
@@ -44,7 +44,7 @@ WorldAnswer SignedInventory(const Platform& platform, std::string_view url) {
   return JsonAnswer(WriteJson(tokens));
 }
 
-WorldAnswer Read(const Platform& platform, std::string_view url) {
+WorldResponse Read(const Platform& platform, std::string_view url) {
   const std::string_view path = UrlPath(url);
   if (path == kSignedInventoryPath) return SignedInventory(platform, url);
   if (const std::string* text = platform.board.Find(path)) return JsonAnswer(*text);
@@ -74,8 +74,8 @@ std::string_view World::SampleText() {
   return kSampleWorldText;
 }
 
-WorldAnswer World::Request(std::string_view method, std::string_view url, std::string_view,
-                           std::string_view body) {
+WorldResponse World::Request(std::string_view method, std::string_view url, std::string_view,
+                             std::string_view body) {
   Platform& platform = state_->platform;
   if (method == "GET") return Read(platform, url);
   if (method == "POST") {
@@ -89,7 +89,8 @@ std::optional<std::string> World::Resource(std::string_view path) const {
   return text == nullptr ? std::nullopt : std::optional<std::string>(*text);
 }
 
-WorldAnswer World::Control(std::string_view method, std::string_view path, std::string_view body) {
+WorldResponse World::Control(std::string_view method, std::string_view path,
+                             std::string_view body) {
   return AnswerControl(state_->platform, method, path, body);
 }
 

@@ -15,24 +15,9 @@
 #include <vector>
 
 #include "base/maybe_type.h"
+#include "host/world/data/world_events.h"
 
 namespace Kest::Host {
-
-struct WorldEvent {
-  enum class Channel { kResource, kService };
-
-  Channel channel = Channel::kResource;
-  std::string name;     // as in plugin/host_interface.h: "OnJsonApiEvent_/tav-login/v1/session"
-  std::string payload;  // JSON
-  int delayMilliseconds = 0;
-};
-
-struct WorldAnswer {
-  int status = 200;
-  std::string contentType;
-  std::string body;
-  std::string message;  // failure text of a status of 400 or above
-};
 
 class World {
  public:
@@ -45,13 +30,13 @@ class World {
   ~World();
 
   // Answers a request of the plugin to a sibling plugin or to a host endpoint.
-  WorldAnswer Request(std::string_view method, std::string_view url, std::string_view contentType,
-                      std::string_view body);
+  WorldResponse Request(std::string_view method, std::string_view url, std::string_view contentType,
+                        std::string_view body);
   // Present value of a followed resource as JSON, or nothing. The host delivers it as "Create"
   // right after a subscription.
   std::optional<std::string> Resource(std::string_view path) const;
   // Answers a control endpoint. `path` stands below "/_host": "/world", "/login", "/logout", ...
-  WorldAnswer Control(std::string_view method, std::string_view path, std::string_view body);
+  WorldResponse Control(std::string_view method, std::string_view path, std::string_view body);
   // Takes the events caused since the last call.
   std::vector<WorldEvent> TakeEvents();
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <utility>
 
+#include "client/service_proxy.h"
+#include "client/sibling_client.h"
 #include "log/logger.h"
-#include "loot/calls/service_proxy.h"
-#include "loot/calls/sibling_client.h"
-#include "loot/model/loot_words.h"
+#include "loot/model/loot_constants.h"
 
 namespace Kest::Client::Loot {
 namespace {

@@ -4,13 +4,15 @@
 #pragma once
 
 #include "base/maybe_type.h"
-#include "loot/model/loot_dtos.h"
-#include "loot/model/recipe_resources.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/recipe_resources.h"
 
-namespace Kest::Client::Loot {
-
+namespace Kest::Client {
 class ServiceProxy;
 class SiblingClient;
+}  // namespace Kest::Client
+
+namespace Kest::Client::Loot {
 
 class ClientConfiguration {
  public:

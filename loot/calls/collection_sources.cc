@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "log/logger.h"
-#include "loot/readiness.h"
+#include "loot/state/readiness.h"
 
 namespace Kest::Client::Loot {
 

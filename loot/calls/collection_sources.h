@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "loot/calls/sibling_client.h"
-#include "loot/loot_actions.h"
+#include "client/sibling_client.h"
+#include "loot/calls/loot_actions.h"
 #include "loot/model/collections.h"
 
 namespace Kest::Client::Loot {

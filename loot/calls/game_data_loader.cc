@@ -3,8 +3,8 @@
 #include <utility>
 #include <vector>
 
+#include "client/sibling_client.h"
 #include "log/logger.h"
-#include "loot/calls/sibling_client.h"
 
 namespace Kest::Client::Loot {
 namespace {

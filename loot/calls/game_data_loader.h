@@ -7,9 +7,11 @@
 
 #include "loot/model/game_data.h"
 
-namespace Kest::Client::Loot {
-
+namespace Kest::Client {
 class SiblingClient;
+}  // namespace Kest::Client
+
+namespace Kest::Client::Loot {
 
 class GameDataLoader {
  public:

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
+#include "client/find_value.h"
 #include "log/logger.h"
-#include "loot/calls/find_value.h"
-#include "loot/model/loot_dtos.h"
+#include "loot/wire/loot_dtos.h"
 
 namespace Kest::Client::Loot {
 namespace {

@@ -8,9 +8,9 @@
 #include <string_view>
 
 #include "base/maybe_type.h"
-#include "loot/calls/service_proxy.h"
-#include "loot/loot_actions.h"
-#include "loot/model/sibling_resources.h"
+#include "client/service_proxy.h"
+#include "loot/calls/loot_actions.h"
+#include "loot/wire/sibling_resources.h"
 #include "plugin/plugin_events.h"
 
 namespace Kest::Client::Loot {

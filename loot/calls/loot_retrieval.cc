@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "base/platform.h"
+#include "client/service_proxy.h"
 #include "log/logger.h"
 #include "log/positional_format.h"
-#include "loot/calls/service_proxy.h"
-#include "loot/model/loot_words.h"
+#include "loot/model/loot_constants.h"
 
 namespace Kest::Client::Loot {
 namespace {

@@ -6,13 +6,15 @@
 #include <string>
 
 #include "base/maybe_type.h"
-#include "loot/loot_actions.h"
-#include "loot/loot_inventory.h"
-#include "loot/loot_state.h"
+#include "loot/calls/loot_actions.h"
+#include "loot/state/loot_inventory.h"
+#include "loot/state/loot_state.h"
+
+namespace Kest::Client {
+class ServiceProxy;
+}  // namespace Kest::Client
 
 namespace Kest::Client::Loot {
-
-class ServiceProxy;
 
 class LootRetrieval {
  public:

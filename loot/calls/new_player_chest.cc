@@ -4,10 +4,10 @@
 #include <string>
 
 #include "base/platform.h"
+#include "client/service_proxy.h"
 #include "log/logger.h"
 #include "log/trace.h"
-#include "loot/calls/service_proxy.h"
-#include "loot/model/loot_words.h"
+#include "loot/model/loot_constants.h"
 #include "plugin/app_module.h"
 
 namespace Kest::Client::Loot {

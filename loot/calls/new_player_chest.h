@@ -5,17 +5,19 @@
 #include <string_view>
 
 #include "base/maybe_type.h"
-#include "loot/loot_actions.h"
-#include "loot/loot_status.h"
-#include "loot/model/loot_dtos.h"
+#include "loot/calls/loot_actions.h"
+#include "loot/state/loot_status.h"
+#include "loot/wire/loot_dtos.h"
 
 namespace Kest {
 class AppModule;
 }
 
-namespace Kest::Client::Loot {
-
+namespace Kest::Client {
 class ServiceProxy;
+}  // namespace Kest::Client
+
+namespace Kest::Client::Loot {
 
 class NewPlayerChest {
  public:

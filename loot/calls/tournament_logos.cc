@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "client/find_value.h"
 #include "log/logger.h"
 #include "log/trace.h"
-#include "loot/calls/find_value.h"
-#include "loot/calls/json_reader.h"
-#include "loot/calls/signed_token.h"
-#include "loot/model/decimal_text.h"
-#include "loot/model/loot_words.h"
-#include "loot/readiness.h"
+#include "loot/model/decimal_string.h"
+#include "loot/model/loot_constants.h"
+#include "loot/state/readiness.h"
+#include "loot/token/json_reader.h"
+#include "loot/token/signed_token.h"
 
 namespace Kest::Client::Loot {
 namespace {

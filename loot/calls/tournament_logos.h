@@ -5,9 +5,9 @@
 
 #include <string_view>
 
-#include "binding/binding_property.h"
-#include "loot/calls/sibling_client.h"
-#include "loot/loot_actions.h"
+#include "binding/tree/binding_property.h"
+#include "client/sibling_client.h"
+#include "loot/calls/loot_actions.h"
 #include "loot/model/collections.h"
 
 namespace Kest::Client::Loot {

@@ -4,13 +4,13 @@
 #include <utility>
 
 #include "base/platform.h"
-#include "binding/conversion_context.h"
-#include "binding/json_adapter.h"
+#include "binding/convert/conversion_context.h"
+#include "binding/json/json_adapter.h"
+#include "client/service_proxy.h"
 #include "log/positional_format.h"
 #include "log/trace.h"
-#include "loot/calls/service_proxy.h"
+#include "loot/model/loot_constants.h"
 #include "loot/model/loot_id.h"
-#include "loot/model/loot_words.h"
 
 namespace Kest::Client::Loot {
 namespace {

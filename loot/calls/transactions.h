@@ -12,15 +12,17 @@
 #include <vector>
 
 #include "base/maybe_type.h"
-#include "loot/loot_actions.h"
-#include "loot/loot_inventory.h"
-#include "loot/loot_status.h"
-#include "loot/model/loot_dtos.h"
-#include "loot/model/loot_resources.h"
+#include "loot/calls/loot_actions.h"
+#include "loot/state/loot_inventory.h"
+#include "loot/state/loot_status.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/loot_resources.h"
+
+namespace Kest::Client {
+class ServiceProxy;
+}  // namespace Kest::Client
 
 namespace Kest::Client::Loot {
-
-class ServiceProxy;
 
 class Transactions {
  public:

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "loot/model/decimal_text.h"
-#include "loot/model/loot_words.h"
+#include "loot/model/decimal_string.h"
+#include "loot/model/loot_constants.h"
 #include "loot/model/ownership_rules.h"
 
 namespace Kest::Client::Loot {

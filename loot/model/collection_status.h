@@ -2,14 +2,14 @@
 // display text of the thing it stands for and, from these, whether it can be redeemed.
 // An item whose tables are not filled yet mostly keeps what it had and is applied again when they
 // arrive. Items are never created or removed here.
-// Threads: no lock; handlers and scheduled tasks only.
+// Threads: no lock; handlers and module tasks only.
 #pragma once
 
 #include <cstdint>
 
 #include "loot/model/collections.h"
 #include "loot/model/game_data.h"
-#include "loot/model/loot_resources.h"
+#include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
 

@@ -1,7 +1,7 @@
 // What the sibling plugins report about the player's collection. Each table is replaced whole by an
 // answer of its source and stays empty until the first one. The two tables of game data that
 // assembly also reads, icon paths and emotes, are in game_data.h.
-// Threads: no lock; handlers and scheduled tasks only.
+// Threads: no lock; handlers and module tasks only.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "loot/model/id_table.h"
-#include "loot/model/sibling_resources.h"
+#include "loot/wire/sibling_resources.h"
 
 namespace Kest::Client::Loot {
 

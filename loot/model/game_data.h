@@ -1,6 +1,6 @@
 // Names, descriptions and artwork out of the game data: the loot definition file, the summoner icon
 // paths and the emotes. Everything is empty until its load succeeds; a later load replaces it
-// whole. Threads: no lock; handlers and scheduled tasks only. Lifetime: what a look-up answers is
+// whole. Threads: no lock; handlers and module tasks only. Lifetime: what a look-up answers is
 // valid until the next replacement.
 #pragma once
 
@@ -11,7 +11,7 @@
 
 #include "loot/model/id_table.h"
 #include "loot/model/keyed_list.h"
-#include "loot/model/sibling_resources.h"
+#include "loot/wire/sibling_resources.h"
 
 namespace Kest::Client::Loot {
 

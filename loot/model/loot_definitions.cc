@@ -3,7 +3,7 @@
 #include <set>
 #include <utility>
 
-#include "loot/model/loot_words.h"
+#include "loot/model/loot_constants.h"
 
 namespace Kest::Client::Loot {
 namespace {

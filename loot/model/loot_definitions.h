@@ -1,6 +1,6 @@
 // LootDefinitions holds what the service defines: loot items, recipes and query results, each
 // replaced whole. When to replace (the versions) is the retrieval's business.
-// Threads:  no lock; handlers and scheduled tasks only.
+// Threads:  no lock; handlers and module tasks only.
 // Lifetime: pointers and references are valid until the next replacement of any of the three.
 #pragma once
 
@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "loot/model/loot_dtos.h"
-#include "loot/model/loot_resources.h"
 #include "loot/model/recipe_index.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
 

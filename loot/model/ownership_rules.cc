@@ -1,7 +1,7 @@
 #include "loot/model/ownership_rules.h"
 
-#include "loot/model/decimal_text.h"
-#include "loot/model/loot_words.h"
+#include "loot/model/decimal_string.h"
+#include "loot/model/loot_constants.h"
 
 namespace Kest::Client::Loot {
 
@@ -40,7 +40,7 @@ RedeemableStatus RedeemableStatusOf(const Api::PlayerLoot& item) {
 }
 
 void MarkRedeemed(Api::PlayerLoot* item) {
-  if (!IsOneOf(kOwnableTypes, item->type)) return;
+  if (!Contains(kOwnableTypes, item->type)) return;
   const bool rental = IsRentalType(item->type);
   item->itemStatus = rental ? ItemOwnershipStatus::kRental : ItemOwnershipStatus::kOwned;
   item->redeemableStatus =
@@ -49,7 +49,7 @@ void MarkRedeemed(Api::PlayerLoot* item) {
 
 bool IsValidRecord(const SVDS::PlayerLootDTO& record, const SVDS::LootItemClientDTO* definition) {
   if (definition == nullptr) return false;
-  if (!IsOneOf(kChampionTokenTypes, definition->type)) return true;
+  if (!Contains(kChampionTokenTypes, definition->type)) return true;
   return !record.refId.empty() && IsAllDigits(record.refId);
 }
 

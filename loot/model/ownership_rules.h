@@ -1,9 +1,9 @@
 // How ownership, redeemability and validity of one item follow from its fields and records.
 #pragma once
 
-#include "loot/model/loot_dtos.h"
-#include "loot/model/loot_resources.h"
-#include "loot/model/sibling_resources.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/loot_resources.h"
+#include "loot/wire/sibling_resources.h"
 
 namespace Kest::Client::Loot {
 

@@ -1,8 +1,8 @@
 #include "loot/model/player_loot_assembly.h"
 
 #include "log/logger.h"
+#include "loot/model/loot_constants.h"
 #include "loot/model/loot_id.h"
-#include "loot/model/loot_words.h"
 
 namespace Kest::Client::Loot {
 namespace {

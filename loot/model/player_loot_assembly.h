@@ -1,14 +1,14 @@
 // PlayerLootAssembly makes the published item out of the player's record, its definition, the
 // recipes that take it, the player's collection and the game data.
-// Threads: no lock; handlers and scheduled tasks only.
+// Threads: no lock; handlers and module tasks only.
 #pragma once
 
 #include "loot/model/collection_status.h"
 #include "loot/model/collections.h"
 #include "loot/model/game_data.h"
 #include "loot/model/loot_definitions.h"
-#include "loot/model/loot_dtos.h"
-#include "loot/model/loot_resources.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
 

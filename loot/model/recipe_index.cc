@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "log/logger.h"
-#include "loot/model/loot_words.h"
+#include "loot/model/loot_constants.h"
 #include "loot/model/quantity_expression.h"
 
 namespace Kest::Client::Loot {
@@ -75,7 +75,7 @@ RecipeIndex::Query& RecipeIndex::TakeQuery(std::string_view text,
   if (!isNew) return query;
   query.lootNames = FindLootNames(text, queryToLootNames, items);
   for (const std::string& name : query.lootNames) {
-    if (IsOneOf(kCurrencyLootIds, name)) query.lastCurrencyId = name;
+    if (Contains(kCurrencyLootIds, name)) query.lastCurrencyId = name;
     auto& asking = queriesByLootName_[name];
     if (asking.empty() || asking.back() != &query) asking.push_back(&query);
   }

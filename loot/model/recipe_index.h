@@ -4,7 +4,7 @@
 // A recipe takes an item when one of its slots lists the item's loot name or its loot id. A slot
 // lists the names that the query results hold under its query, else the query itself when it names
 // a definition, else none.
-// Threads:  no lock; handlers and scheduled tasks only.
+// Threads:  no lock; handlers and module tasks only.
 // Lifetime: it points into the recipes it was built from, and what it answers is valid until the
 //           next Rebuild.
 #pragma once
@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "loot/model/keyed_list.h"
-#include "loot/model/loot_dtos.h"
+#include "loot/wire/loot_dtos.h"
 
 namespace Kest::Client::Loot {
 

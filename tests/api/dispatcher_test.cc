@@ -1,6 +1,6 @@
 #include "api/dispatcher.h"
 
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "tests/api/sample_api.h"
 #include "tests/support/log_capture.h"
 

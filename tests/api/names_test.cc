@@ -1,7 +1,7 @@
 #include "api/accept.h"
 #include "api/argument_value.h"
 #include "api/http_names.h"
-#include "api/query_text.h"
+#include "api/query_string.h"
 #include "api/response.h"
 #include "tests/support/cases.h"
 

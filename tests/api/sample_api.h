@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "api/dispatcher.h"
-#include "binding/define_struct.h"
+#include "binding/convert/define_struct.h"
 
 namespace Kest::Sample {
 
@@ -23,14 +23,14 @@ class Functions {
   BindingProperty Query(std::optional<BindingProperty> o, std::optional<std::vector<Slot>> list,
                         std::optional<Slot> slot, std::optional<int32_t> n, bool flag) {
     BindingProperty answer = BindingProperty::Structure();
-    if (o) answer.TakeMember("o") = *o;
+    if (o) answer.GetOrAddMember("o") = *o;
     if (slot) list.emplace().push_back(*slot);
-    if (list) answer.TakeMember("list").SetCollection();
+    if (list) answer.GetOrAddMember("list").SetCollection();
     for (const Slot& s : list.value_or(std::vector<Slot>())) {
-      answer.TakeMember("list").Append().SetString(s.name + "*" + std::to_string(s.count));
+      answer.GetOrAddMember("list").Append().SetString(s.name + "*" + std::to_string(s.count));
     }
-    if (n) answer.TakeMember("n").SetSigned(*n);
-    if (flag) answer.TakeMember("flag").SetBool(flag);
+    if (n) answer.GetOrAddMember("n").SetSigned(*n);
+    if (flag) answer.GetOrAddMember("flag").SetBool(flag);
     return answer;
   }
   Maybe<std::string> Path(const std::string& id, int64_t number) const {

@@ -1,4 +1,4 @@
-#include "binding/assign_composite.h"
+#include "binding/convert/assign_composite.h"
 
 #include "log/positional_format.h"
 #include "tests/binding/binding_samples.h"

@@ -1,4 +1,4 @@
-#include "binding/assign_scalar.h"
+#include "binding/convert/assign_scalar.h"
 
 #include <cfloat>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "binding/binding_property.h"
+#include "binding/tree/binding_property.h"
 
 #include <new>
 
-#include "binding/tree_builder.h"
+#include "binding/tree/tree_builder.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest {
@@ -12,13 +12,13 @@ using namespace Samples;
 
 TEST(BindingProperty, TakingAndSettingReplaceOtherKinds) {
   BindingProperty value = Text("text");
-  value.TakeElement(2).SetBool(true);
+  value.GetOrAddElement(2).SetBool(true);
   EXPECT_EQ(Json(value), "[null,null,true]");
-  value.TakeMember("a").Append().SetFloat(2);
-  value.TakeMember("a").Append().TakeMember("").SetSigned(-1);
-  value.TakeMember("b").SetString("x");
+  value.GetOrAddMember("a").Append().SetFloat(2);
+  value.GetOrAddMember("a").Append().GetOrAddMember("").SetSigned(-1);
+  value.GetOrAddMember("b").SetString("x");
   EXPECT_EQ(Json(value), R"({"a":[2.0,{"":-1}],"b":"x"})");
-  value.TakeMember("a").SetCollection();  // a full one
+  value.GetOrAddMember("a").SetCollection();  // a full one
   EXPECT_EQ(Json(value), R"({"a":[],"b":"x"})") << "a member keeps its place";
 }
 
@@ -37,14 +37,14 @@ TEST(BindingProperty, FindingNeverChangesAnythingAndAHintOnlySavesTime) {
 
 TEST(BindingProperty, ValuesCanBeAssignedIntoTheirOwnTree) {
   BindingProperty value = Tree(R"([1,{"c":"text"}])");
-  value.TakeElement(0) = value;  // the parent into its child
-  value.TakeElement(2);
+  value.GetOrAddElement(0) = value;  // the parent into its child
+  value.GetOrAddElement(2);
   value.Append() = *value.FindElement(1);  // an element beside itself, as the array grows
   EXPECT_EQ(Json(value), R"([[1,{"c":"text"}],{"c":"text"},null,{"c":"text"}])");
   value = *value.FindElement(0)->FindElement(1);  // the child over its parent
   value.SetString(value.FindMember("c")->AsString());
   EXPECT_EQ(value.AsString(), "text");
-  value.TakeMember(value.AsString()).SetBool(true);  // a text as a name where it stood
+  value.GetOrAddMember(value.AsString()).SetBool(true);  // a text as a name where it stood
   EXPECT_EQ(Json(value), R"({"text":true})");
 }
 
@@ -55,11 +55,11 @@ TEST(BindingProperty, CopiesAreIndependentAndMovesOfRootsKeepTheStorage) {
   BindingProperty moved = std::move(first);
   EXPECT_EQ(moved.FindMember("name")->AsString().data(), chars);
   EXPECT_TRUE(first.IsEmpty());  // NOLINT: that is the promise
-  moved.TakeMember("name").SetBool(false);
+  moved.GetOrAddMember("name").SetBool(false);
   EXPECT_EQ(Json(copy), R"({"name":"a long text that is stored apart"})");
-  BindingProperty part = std::move(copy.TakeMember("name"));
+  BindingProperty part = std::move(copy.GetOrAddMember("name"));
   EXPECT_EQ(part.AsString(), copy.FindMember("name")->AsString());
-  copy.TakeMember("other") = std::move(moved);
+  copy.GetOrAddMember("other") = std::move(moved);
   EXPECT_EQ(Json(copy), R"({"name":"a long text that is stored apart","other":{"name":false}})");
 }
 
@@ -80,15 +80,15 @@ TEST(BindingProperty, EqualityLooksAtKindsAndNames) {
 
 TEST(BindingProperty, ATreeHasBoundsThatReplacingValuesCannotHide) {
   BindingProperty value;
-  EXPECT_THROW(value.TakeElement(kMaxTreeValues), std::bad_alloc);
-  EXPECT_THROW(value.TakeElement(SIZE_MAX), std::bad_alloc);
+  EXPECT_THROW(value.GetOrAddElement(kMaxTreeValues), std::bad_alloc);
+  EXPECT_THROW(value.GetOrAddElement(SIZE_MAX), std::bad_alloc);
   EXPECT_EQ(value.Size(), 0u);
   BindingProperty& child = value.Append();
-  child.TakeElement(kMaxTreeValues / 2 - 1);
-  EXPECT_THROW(child.TakeMember("a").TakeElement(kMaxTreeValues / 2), std::bad_alloc);
+  child.GetOrAddElement(kMaxTreeValues / 2 - 1);
+  EXPECT_THROW(child.GetOrAddMember("a").GetOrAddElement(kMaxTreeValues / 2), std::bad_alloc);
 
   BindingProperty other;
-  BindingProperty& node = other.TakeMember("x");
+  BindingProperty& node = other.GetOrAddMember("x");
   const std::string text(1 << 20, 'x');
   size_t flips = 0;
   const auto flip = [&] {

@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "binding/define_struct.h"
-#include "binding/json_adapter.h"
+#include "binding/convert/define_struct.h"
+#include "binding/json/json_adapter.h"
 
 namespace Kest::Samples {
 

@@ -1,7 +1,7 @@
 // A million nested values on a stack of 256 KiB: no walk of a tree may recurse.
-#include "binding/binding_property.h"
-#include "binding/msgpack_reader.h"
-#include "binding/msgpack_writer.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "binding/msgpack/msgpack_writer.h"
+#include "binding/tree/binding_property.h"
 #include "tests/binding/binding_samples.h"
 #include "tests/support/small_stack.h"
 

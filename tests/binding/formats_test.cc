@@ -2,8 +2,8 @@
 #include <charconv>
 #include <sstream>
 
-#include "binding/msgpack_reader.h"
-#include "binding/yaml_adapter.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "binding/yaml/yaml_adapter.h"
 #include "tests/binding/tree_text.h"
 
 namespace Kest {

@@ -1,13 +1,13 @@
 // One made-up API, described in both forms to the letter.
-#include "binding/help_builder.h"
+#include "binding/help/help_builder.h"
 
 #include <gtest/gtest.h>
 
 #include <span>
 
-#include "binding/epytext_writer.h"
-#include "binding/json_adapter.h"
-#include "binding/type_registry.h"
+#include "binding/help/epytext_writer.h"
+#include "binding/json/json_adapter.h"
+#include "binding/types/type_registry.h"
 
 namespace Kest {
 namespace {

@@ -1,7 +1,7 @@
 #include <cmath>
 #include <random>
 
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest {

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "tests/binding/binding_samples.h"
 #include "tests/support/log_capture.h"
 

@@ -1,8 +1,8 @@
 #include <cmath>
 #include <random>
 
-#include "binding/msgpack_reader.h"
-#include "binding/msgpack_writer.h"
+#include "binding/msgpack/msgpack_reader.h"
+#include "binding/msgpack/msgpack_writer.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest {
@@ -179,9 +179,9 @@ TEST(MessagePackWriter, TakesTheShortestFormOfTheKind) {
     EXPECT_EQ(bytes.size(), c.size) << c.why;
   }
   BindingProperty list;
-  list.TakeElement(15);
+  list.GetOrAddElement(15);
   EXPECT_EQ(Packed(list).substr(0, 4), "\xDC\0\x10\xC0"s);
-  list.TakeElement(65535);
+  list.GetOrAddElement(65535);
   EXPECT_EQ(Packed(list).substr(0, 6), "\xDD\0\x01\0\0\xC0"s);
 }
 
@@ -232,7 +232,7 @@ BindingProperty RandomTree(std::mt19937_64& engine, int depth) {
     default:
       tree.SetStructure();
       for (uint64_t i = below(20); i > 0; --i) {
-        tree.TakeMember(text + std::to_string(below(99))) = RandomTree(engine, depth - 1);
+        tree.GetOrAddMember(text + std::to_string(below(99))) = RandomTree(engine, depth - 1);
       }
       return tree;
   }

@@ -7,9 +7,9 @@
 #include <random>
 #include <string>
 
-#include "binding/assign_scalar.h"
-#include "binding/json_float.h"
-#include "binding/number_text.h"
+#include "base/number_string.h"
+#include "binding/convert/assign_scalar.h"
+#include "binding/json/json_float.h"
 #include "tests/binding/binding_samples.h"
 #include "tests/support/text_hash.h"
 
@@ -103,11 +103,11 @@ TEST_F(NumberBits, AMillionNumbersBecomeTheSameTextsInEveryBuildAndReadBack) {
       ASSERT_EQ(ParseDecimal(text, &back), text.size()) << text;
       ASSERT_EQ(std::bit_cast<uint64_t>(back), bits) << text;
       all.Add(text);
-      all.Add(ExactText(value));
+      all.Add(RoundTripString(value));
     }
     int64_t whole = 0;
     const std::string text = std::to_string(static_cast<int64_t>(bits) >> (bits & 63));
-    ASSERT_EQ(ParseIntegerText(text, &whole), NumberTextOutcome::kOk) << text;
+    ASSERT_EQ(ParseIntegerText(text, &whole), NumberParseStatus::kOk) << text;
     all.Add(static_cast<uint64_t>(whole));
     for (const auto& input : {BindingProperty::FromUnsigned(bits),
                               BindingProperty::FromSigned(static_cast<int64_t>(bits))}) {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <random>
 
-#include "binding/binding_property.h"
+#include "binding/tree/binding_property.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest {
@@ -80,7 +80,7 @@ class Editor {
     const size_t index = Below(6);
     const std::string name = "m" + std::to_string(Below(40));
     const bool isList = Below(3) == 0;
-    BindingProperty& child = isList ? node_->TakeElement(index) : node_->TakeMember(name);
+    BindingProperty& child = isList ? node_->GetOrAddElement(index) : node_->GetOrAddMember(name);
     Model& childModel = isList ? at_->Element(index) : at_->Member(name);
     if (!deeper) return;
     node_ = &child;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "binding/json_writer.h"
+#include "binding/json/json_writer.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest::Samples {

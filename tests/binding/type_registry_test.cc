@@ -1,4 +1,4 @@
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 
 #include <thread>
 

@@ -1,4 +1,4 @@
-#include "binding/yaml_adapter.h"
+#include "binding/yaml/yaml_adapter.h"
 #include "tests/binding/tree_text.h"
 
 namespace Kest {
@@ -101,8 +101,8 @@ TEST(ReadYaml, AliasesAreCopiesOfWhatTheirAnchorsName) {
   ConversionContext context(Registry());
   BindingProperty tree = ReadYaml(context, yaml + "}, *x]");
   EXPECT_TRUE(tree.Element(0) == tree.Element(1));
-  tree.TakeElement(0).TakeMember("a").Append();
-  tree.TakeElement(1).TakeMember("z").SetBool(true);
+  tree.GetOrAddElement(0).GetOrAddMember("a").Append();
+  tree.GetOrAddElement(1).GetOrAddMember("z").SetBool(true);
   EXPECT_EQ(tree.Element(1).FindMember("a")->Size(), 1u);
   EXPECT_TRUE(*tree.Element(0).FindMember("z") == Unsigned(0));
 }

@@ -1,4 +1,4 @@
-#include "host/event_stream.h"
+#include "host/session/event_stream.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "host/host_services.h"
+#include "host/session/host_services.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include <future>
 #include <thread>
 
-#include "host/c_views.h"
+#include "host/library/c_views.h"
 
 namespace Kest::Host {
 namespace {
@@ -152,7 +152,7 @@ TEST_F(HostServicesTest, AServiceEventComesOnAnotherThread) {
   onScheduler_ = true;
   OnTask([&] {
     ASSERT_TRUE(Subscribe("OnSvdsEvent_some.topic"));
-    const WorldAnswer pushed = world_->Control(
+    const WorldResponse pushed = world_->Control(
         "POST", "/messages", R"({"subtopic":"some.topic","typeName":"t","body":{"a":1}})");
     ASSERT_EQ(pushed.status, 200) << pushed.message;
     services_->DispatchWorldEvents();

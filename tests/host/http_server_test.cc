@@ -1,4 +1,4 @@
-#include "host/http_server.h"
+#include "host/http/http_server.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <mutex>
 #include <thread>
 
-#include "host/http_answers.h"
+#include "host/http/http_responses.h"
 #include "tests/host/loopback_client.h"
 
 namespace Kest::Host {

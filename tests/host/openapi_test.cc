@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "host/c_views.h"
+#include "host/library/c_views.h"
 #include "host/openapi/event_schemas.h"
 #include "host/openapi/operations.h"
 #include "host/openapi/route_path.h"
 #include "host/openapi/type_schemas.h"
-#include "host/world/json_value.h"
+#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
 namespace {

@@ -1,9 +1,9 @@
-#include "host/request_guard.h"
+#include "host/http/request_guard.h"
 
 #include <gtest/gtest.h>
 
-#include "host/http_answers.h"
-#include "host/json_text.h"
+#include "host/http/http_responses.h"
+#include "host/http/json_text.h"
 
 namespace Kest::Host {
 namespace {

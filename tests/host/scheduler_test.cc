@@ -1,4 +1,4 @@
-#include "host/scheduler.h"
+#include "host/tasks/scheduler.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

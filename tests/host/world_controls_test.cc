@@ -144,7 +144,7 @@ TEST_F(WorldControls, AMessageIsPushedAsObjectOrAsText) {
 TEST_F(WorldControls, TheSignedInventoryAnswersItsTokenOrTheOneThatWasSet) {
   SignIn();
   const auto ask = [&](std::string_view query) {
-    const WorldAnswer answer =
+    const WorldResponse answer =
         world_->Request("GET", "/tav-inventory/v1/signedInventory" + std::string(query), "", "");
     return answer.status == 200 ? answer.body : std::to_string(answer.status);
   };

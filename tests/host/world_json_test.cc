@@ -1,6 +1,6 @@
 #include <random>
 
-#include "host/world/quantity_expression.h"
+#include "host/world/file/quantity_expression.h"
 #include "tests/host/world_testing.h"
 
 namespace Kest::Host {

@@ -9,7 +9,7 @@ class WorldService : public WorldTest {
     WorldTest::SetUp();
     SignIn();
   }
-  WorldAnswer Post(std::string_view endpoint, std::string_view body) {
+  WorldResponse Post(std::string_view endpoint, std::string_view body) {
     return world_->Request("POST", "/tav-login/v1/" + std::string(endpoint), "application/json",
                            body);
   }
@@ -91,7 +91,7 @@ TEST_F(WorldService, AnswersRequestsByEventsAfterTheLatency) {
   const char* kRedeem =
       R"({"serviceName": "loot", "methodName": "redeemPlayerLoot", "requestKey": "k",
       "flag": false, "args": ["id", "{\"lootName\": \"SKIN_1001\"}"]})";
-  const WorldAnswer first = Post("service-proxy-uuid-requests", kRedeem);
+  const WorldResponse first = Post("service-proxy-uuid-requests", kRedeem);
   const std::vector<WorldEvent> events = world_->TakeEvents();
   ASSERT_EQ(events.size(), 3u) << "two collections, then the answer";
   const JsonValue response = Parse(events[2].payload);
@@ -128,7 +128,7 @@ TEST_F(WorldService, SaysWhatIsWrongWithACall) {
        "400 unknown command eat"},
   };
   for (const auto& [body, expected] : kCases) {
-    const WorldAnswer answer = Post("session/invoke", body);
+    const WorldResponse answer = Post("session/invoke", body);
     EXPECT_EQ(std::to_string(answer.status) + " " + answer.message, expected) << body;
   }
   Post("service-proxy-uuid-requests", kCases[5].first);

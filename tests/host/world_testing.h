@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/world/json_reader.h"
+#include "host/world/json/json_reader.h"
 #include "host/world/world.h"
 
 namespace Kest::Host {
@@ -110,7 +110,7 @@ class WorldTest : public testing::Test {
     const std::string_view method = TakeWord(call);
     const std::string_view path = TakeWord(call);
     const std::string_view body = call;
-    const WorldAnswer answer = world_->Control(method, path, body);
+    const WorldResponse answer = world_->Control(method, path, body);
     return answer.status == 200 ? answer.body
                                 : std::to_string(answer.status) + " " + answer.message;
   }
@@ -132,8 +132,8 @@ class WorldTest : public testing::Test {
     }
     return lines;
   }
-  WorldAnswer Invoke(std::string_view method, const JsonValue::Array& arguments,
-                     std::string_view service = "loot") {
+  WorldResponse Invoke(std::string_view method, const JsonValue::Array& arguments,
+                       std::string_view service = "loot") {
     const JsonValue body =
         JsonValue::Object{{"serviceName", service}, {"methodName", method}, {"args", arguments}};
     return world_->Request("POST", "/tav-login/v1/session/invoke", "application/json",

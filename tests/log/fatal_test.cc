@@ -15,7 +15,7 @@ using ::testing::StartsWith;
 TEST(AssertionReport, LeavesOutWhatIsNotGiven) {
   char buffer[4096];
   const auto report = [&buffer](const Assertion& assertion) {
-    FixedText text(buffer, sizeof(buffer));
+    FixedBuffer text(buffer, sizeof(buffer));
     AppendAssertionReport(assertion, text);
     return text.View();
   };

@@ -30,7 +30,7 @@ using Testing::ExpectEach;
 
 KEST_PRINTF(1, 2) std::string Logged(const char* format, ...) {
   char buffer[4095];
-  FixedText text(buffer, sizeof(buffer));
+  FixedBuffer text(buffer, sizeof(buffer));
   ArgumentList arguments;
   va_start(arguments.list, format);
   AppendPrintf(text, format, arguments);

@@ -71,7 +71,7 @@ TEST(LineTemplate, ThreadIdAndFileNameTimestamp) {
   char buffer[32];
   std::snprintf(buffer, sizeof(buffer), "%08X\n", CurrentThreadId());
   EXPECT_EQ(Line("#T"), buffer);
-  FixedText text(buffer, sizeof(buffer));
+  FixedBuffer text(buffer, sizeof(buffer));
   AppendFileNameTimestamp(kRecord.time, text);
   EXPECT_EQ(text.View(), "2024-05-06T07-08-09");
 }

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "binding/define_struct.h"
-#include "loot/calls/service_proxy.h"
-#include "loot/calls/sibling_client.h"
+#include "binding/convert/define_struct.h"
+#include "client/service_proxy.h"
+#include "client/sibling_client.h"
 #include "plugin/app_module.h"
 #include "plugin/host_services.h"
 #include "plugin/plugin_events.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "loot/loot_plugin.h"
 #include "plugin/handshake.h"
 #include "tests/support/fake_host.h"

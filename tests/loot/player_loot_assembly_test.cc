@@ -193,7 +193,7 @@ class CreateTest : public ::testing::Test {
     upgrade.type = "UPGRADE";
     upgrade.slots = {{1, "SHARD", "1"}, {2, "q", "12"}};
     BindingProperty queries;
-    queries.TakeMember("q").SetString("CURRENCY_cosmetic");
+    queries.GetOrAddMember("q").SetString("CURRENCY_cosmetic");
     definitions_.ReplaceQueryResults(std::move(queries));
     definitions_.ReplaceRecipes({recipe, upgrade});
   }

@@ -1,4 +1,4 @@
-#include "loot/player_loot_store.h"
+#include "loot/state/player_loot_store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

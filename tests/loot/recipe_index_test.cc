@@ -47,16 +47,16 @@ class RecipeIndexTest : public ::testing::Test {
   RecipeIndexTest() {
     definitions_.ReplaceItems(Items({"CHEST_a", "CURRENCY_champion"}));
     BindingProperty queries = BindingProperty::Structure();
-    BindingProperty& shards = queries.TakeMember("shards");
+    BindingProperty& shards = queries.GetOrAddMember("shards");
     for (const char* name : {"SHARD_1", "SHARD_2", "SHARD_1", "TOKEN-42"}) {
       shards.Append().SetString(name);
     }
     shards.Append().SetSigned(5);
-    queries.TakeMember("one").SetString("SHARD_2");
-    queries.TakeMember("essences").Append().SetString("CURRENCY_champion");
-    queries.TakeMember("essences").Append().SetString("CURRENCY_cosmetic");
-    queries.TakeMember("none").SetCollection();
-    queries.TakeMember("CHEST_a").SetSigned(1);
+    queries.GetOrAddMember("one").SetString("SHARD_2");
+    queries.GetOrAddMember("essences").Append().SetString("CURRENCY_champion");
+    queries.GetOrAddMember("essences").Append().SetString("CURRENCY_cosmetic");
+    queries.GetOrAddMember("none").SetCollection();
+    queries.GetOrAddMember("CHEST_a").SetSigned(1);
     definitions_.ReplaceQueryResults(std::move(queries));
   }
   const RecipeIndex& Index(const std::string& recipes) {
@@ -132,7 +132,7 @@ TEST_F(RecipeIndexTest, FollowsEveryReplacement) {
   definitions_.ReplaceItems(Items({"CHEST_b"}));
   EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b"), "r ");
   BindingProperty queries;
-  queries.TakeMember("CHEST_b").SetString("CHEST_c");
+  queries.GetOrAddMember("CHEST_b").SetString("CHEST_c");
   definitions_.ReplaceQueryResults(std::move(queries));
   EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b") + TakingFirst("CHEST_c", "CHEST_c"), "r ");
 }

@@ -1,5 +1,5 @@
 // Recipe lists and context menus, read and watched.
-#include "loot/model/register_resources.h"
+#include "loot/wire/register_resources.h"
 #include "tests/loot/calls_fixture.h"
 #include "tests/loot/loot_plugin_fixture.h"
 

@@ -1,4 +1,4 @@
-#include "loot/calls/service_proxy.h"
+#include "client/service_proxy.h"
 
 #include <thread>
 

@@ -1,4 +1,4 @@
-#include "loot/calls/sibling_client.h"
+#include "client/sibling_client.h"
 
 #include <limits>
 

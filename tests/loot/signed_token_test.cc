@@ -1,5 +1,5 @@
 // The token decoder and its JSON reader.
-#include "loot/calls/signed_token.h"
+#include "loot/token/signed_token.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,8 +7,8 @@
 #include <random>
 #include <typeinfo>
 
-#include "binding/json_adapter.h"
-#include "loot/calls/json_reader.h"
+#include "binding/json/json_adapter.h"
+#include "loot/token/json_reader.h"
 #include "tests/loot/token_text.h"
 #include "tests/support/small_stack.h"
 

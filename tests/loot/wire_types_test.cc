@@ -6,11 +6,11 @@
 #include <map>
 #include <string>
 
-#include "binding/type_registry.h"
-#include "loot/model/dto_class_names.h"
-#include "loot/model/loot_dtos.h"
-#include "loot/model/loot_resources.h"
-#include "loot/model/register_resources.h"
+#include "binding/types/type_registry.h"
+#include "loot/wire/dto_class_names.h"
+#include "loot/wire/loot_dtos.h"
+#include "loot/wire/loot_resources.h"
+#include "loot/wire/register_resources.h"
 
 namespace Kest::Client::Loot {
 namespace {

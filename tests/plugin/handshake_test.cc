@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "binding/type_registry.h"
+#include "binding/types/type_registry.h"
 #include "plugin/text_view.h"
 #include "tests/plugin/scripted_plugin.h"
 #include "tests/support/log_capture.h"

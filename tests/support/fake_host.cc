@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "base/platform.h"
-#include "binding/json_adapter.h"
+#include "binding/json/json_adapter.h"
 #include "plugin/text_view.h"
 
 namespace Kest::Testing {

@@ -1,0 +1,65 @@
+// Assigns a BindingProperty to a bool, number, text, blob, enumeration or free-form value.
+//
+// In all of them `path` names the argument or field in failure texts. They do nothing once
+// `context` has failed; on failure they set `context` and leave `*target` alone. Texts are read as
+// numbers whole: blanks before, a sign, then decimal, "0x" hexadecimal or "0" octal digits,
+// whatever the process's locale.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "binding/convert/conversion_context.h"
+#include "binding/tree/binding_property.h"
+
+namespace Kest {
+
+template <typename T>
+concept BoundNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool>;
+
+void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&, bool* target);
+// int8_t to uint64_t, float and double.
+template <BoundNumber T>
+void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&, T* target);
+void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
+                  std::string* target);
+// A blob, or the bytes of a text.
+void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
+                  std::vector<uint8_t>* target);
+// Any kind, copied.
+void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
+                  BindingProperty* target);
+
+// What AssignScalar does with most values, small enough to be inlined: a bool, a whole number
+// within the range of `*target`, a floating number. False: AssignScalar has to look.
+template <typename T>
+requires std::is_arithmetic_v<T>
+bool TryAssignSimple(const BindingProperty& input, T* target) {
+  if constexpr (std::is_same_v<T, bool>) {
+    if (input.kind() != BindingKind::kBool) return false;
+    *target = input.AsBool();
+    return true;
+  } else if constexpr (std::is_integral_v<T>) {
+    const bool fits =
+        (input.kind() == BindingKind::kSigned && std::in_range<T>(input.AsSigned())) ||
+        (input.kind() == BindingKind::kUnsigned && std::in_range<T>(input.AsUnsigned()));
+    if (fits) *target = static_cast<T>(input.AsUnsigned());
+    return fits;
+  } else {
+    const bool fits = std::is_same_v<T, double> && input.kind() == BindingKind::kFloat &&
+                      std::isfinite(input.AsFloat());
+    if (fits) *target = static_cast<T>(input.AsFloat());
+    return fits;
+  }
+}
+
+// The value must be one of the enumerators of `type`; null is an unregistered type.
+void AssignEnumeration(ConversionContext&, std::string_view path, const BindingProperty&,
+                       const TypeRecord* type, int32_t* target);
+
+}  // namespace Kest

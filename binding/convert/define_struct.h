@@ -1,0 +1,146 @@
+// Registration of native structures and enumerations, as chains that read like the type:
+//
+//   DefineStruct<PlayerLoot>(registry, "PlayerLoot", "Kest::Client::Loot::Api")
+//       .Field<&PlayerLoot::lootName>("lootName")
+//       .Field<&PlayerLoot::count>("count", kRequired)
+//       .Tag("inventory");
+//   DefineEnum<LootRarity>(registry, "LootRarity", "Kest::Client::Loot::Api")
+//       .Enumerator("Default", LootRarity::kDefault);
+//
+// Field order is wire order. Register enumerations first, then structures before those that hold
+// them. Members need initialisers: a member the input lacks keeps what the target holds.
+// Threads: one thread, before routes and events are bound.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "binding/convert/native_accessor.h"
+#include "binding/convert/native_type.h"
+#include "binding/types/static_type.h"
+#include "binding/types/type_registry.h"
+
+namespace Kest {
+
+namespace Native {
+
+template <typename M>
+struct MemberOf;
+template <typename C, typename V>
+struct MemberOf<V C::*> {
+  using Class = C;
+  using Value = V;
+};
+
+// Where `member` lies in an Object. Nothing is read or written: only addresses are compared.
+template <typename Object, typename Value, typename Class>
+size_t OffsetOf(Value Class::*member) {
+  alignas(Object) static const char kStorage[sizeof(Object)] = {};
+  const auto* object = reinterpret_cast<const Object*>(kStorage);
+  return static_cast<size_t>(reinterpret_cast<const char*>(&(object->*member)) - kStorage);
+}
+
+// Whether Value holds an Object, directly or as an element.
+template <typename Object, typename Value>
+constexpr bool Holds() {
+  if constexpr (requires { typename ElementOf<Value>::Type; }) {
+    return std::is_same_v<typename ElementOf<Value>::Type, Object>;
+  } else {
+    return std::is_same_v<typename Shown<Value>::Type, Object>;
+  }
+}
+
+}  // namespace Native
+
+template <typename T>
+class DefineStruct {
+  static_assert(std::is_class_v<T>, "DefineStruct takes a structure; enumerations use DefineEnum");
+
+ public:
+  DefineStruct(TypeRegistry& registry, std::string_view name, std::string_view nameSpace = {})
+      : registry_(registry),
+        builder_(
+            registry.RegisterType(name, sizeof(T), StaticType::Key<T>(), TypeKind::kStructure)) {
+    builder_.SetNameSpace(nameSpace);
+  }
+
+  // Adds the next member in wire order.
+  template <auto member>
+  DefineStruct& Field(std::string_view name, FieldPresence presence = kOptional,
+                      std::string_view description = {},
+                      std::initializer_list<std::string_view> tags = {}) {
+    static_assert(std::is_member_object_pointer_v<decltype(member)>,
+                  "Field takes a data member: .Field<&Type::member>(\"member\")");
+    using Value = typename Native::MemberOf<decltype(member)>::Value;
+    static_assert(std::is_base_of_v<typename Native::MemberOf<decltype(member)>::Class, T>,
+                  "the member belongs to another structure");
+    static_assert(!Native::Holds<T, Value>(),
+                  "a structure cannot hold itself: make the member a BindingProperty");
+    FieldRecord field;
+    field.name = name;
+    field.description = description;
+    field.offset = Native::OffsetOf<T>(member);
+    field.staticKey = StaticType::Key<typename Native::Shown<Value>::Type>();
+    field.type = IdentifyType<Value>(registry_);
+    field.tags.assign(tags.begin(), tags.end());
+    field.optional = presence == kOptional;
+    field.accessor = &NativeAccessor<Value>();
+    builder_.AddField(std::move(field));
+    return *this;
+  }
+
+  DefineStruct& Description(std::string_view text) {
+    builder_.SetDescription(text);
+    return *this;
+  }
+  DefineStruct& Tag(std::string_view tag) {
+    builder_.AddTag(tag);
+    return *this;
+  }
+  DefineStruct& Tags(std::initializer_list<std::string_view> tags) {
+    builder_.AddTags(tags);
+    return *this;
+  }
+
+ private:
+  TypeRegistry& registry_;
+  TypeBuilder builder_;
+};
+
+template <typename T>
+class DefineEnum {
+  static_assert(std::is_enum_v<T> && std::is_same_v<std::underlying_type_t<T>, int32_t>,
+                "declare the enumeration as `enum class X : int32_t`");
+
+ public:
+  DefineEnum(TypeRegistry& registry, std::string_view name, std::string_view nameSpace = {})
+      : builder_(
+            registry.RegisterType(name, sizeof(T), StaticType::Key<T>(), TypeKind::kEnumeration)) {
+    builder_.SetNameSpace(nameSpace);
+  }
+
+  DefineEnum& Enumerator(std::string_view name, T value, std::string_view description = {}) {
+    builder_.AddEnumerator(name, static_cast<int32_t>(value), description);
+    return *this;
+  }
+  DefineEnum& Description(std::string_view text) {
+    builder_.SetDescription(text);
+    return *this;
+  }
+  DefineEnum& Tag(std::string_view tag) {
+    builder_.AddTag(tag);
+    return *this;
+  }
+  DefineEnum& Tags(std::initializer_list<std::string_view> tags) {
+    builder_.AddTags(tags);
+    return *this;
+  }
+
+ private:
+  TypeBuilder builder_;
+};
+
+}  // namespace Kest

@@ -1,0 +1,160 @@
+// The constant accessor object of each native type.
+#pragma once
+
+#include "binding/convert/assign_composite.h"
+#include "binding/convert/assign_scalar.h"
+#include "binding/convert/native_type.h"
+#include "binding/convert/read_value.h"
+#include "binding/convert/value_accessor.h"
+
+namespace Kest {
+
+// The converter of T; it lives as long as the program.
+template <typename T>
+const ValueAccessor& NativeAccessor();
+
+namespace Native {
+
+template <typename T>
+class Accessor;
+
+// bool, numbers, std::string, blobs, enumerations and BindingProperty: one overload each.
+template <typename T>
+requires(IdOf<T>() != TypeId::kVector && IdOf<T>() != TypeId::kMap &&
+         IdOf<T>() != TypeId::kStruct) class Accessor<T> final : public ValueAccessor {
+ public:
+  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
+              const TypeIdentifier& type, void* target) const override {
+    if (!context.Ok()) return;
+    if constexpr (std::is_enum_v<T>) {
+      int32_t value = 0;
+      AssignEnumeration(context, path, input, type.record, &value);
+      if (context.Ok()) *static_cast<T*>(target) = static_cast<T>(value);
+    } else {
+      if constexpr (std::is_arithmetic_v<T>) {
+        if (TryAssignSimple(input, static_cast<T*>(target))) return;
+      }
+      AssignScalar(context, path, input, static_cast<T*>(target));
+    }
+  }
+  void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
+            ValueWriter& writer) const override {
+    if (!context.Ok()) return;
+    if constexpr (std::is_enum_v<T>) {
+      ReadEnumeration(context, static_cast<int32_t>(*static_cast<const T*>(value)), type.record,
+                      writer);
+    } else {
+      ReadScalar(context, *static_cast<const T*>(value), writer);
+    }
+  }
+};
+
+// A registered structure: its record says what to do.
+template <typename T>
+requires(IdOf<T>() == TypeId::kStruct && !IsShared<T>::value) class Accessor<T> final
+    : public ValueAccessor {
+ public:
+  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
+              const TypeIdentifier& type, void* target) const override {
+    AssignStructure(context, path, input, type.record, target);
+  }
+  void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
+            ValueWriter& writer) const override {
+    ReadStructure(context, value, type.record, writer);
+  }
+};
+
+// A shared item. It is assigned as a fresh one; none at all reads as the empty kind.
+template <typename T>
+class Accessor<std::shared_ptr<const T>> final : public ValueAccessor {
+ public:
+  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
+              const TypeIdentifier& type, void* target) const override {
+    auto item = std::make_shared<T>();
+    NativeAccessor<T>().Assign(context, path, input, type, item.get());
+    if (context.Ok()) *static_cast<std::shared_ptr<const T>*>(target) = std::move(item);
+  }
+  void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
+            ValueWriter& writer) const override {
+    const auto& item = *static_cast<const std::shared_ptr<const T>*>(value);
+    if (item != nullptr) {
+      NativeAccessor<T>().Read(context, item.get(), type, writer);
+    } else if (context.Ok() && !writer.Null()) {
+      context.Fail(writer.ErrorText());
+    }
+  }
+};
+
+template <typename T>
+requires(IdOf<T>() == TypeId::kVector) class Accessor<T> final : public ValueAccessor {
+  using Item = typename T::value_type;
+  static_assert(!std::is_same_v<Item, bool>, "std::vector<bool> has no elements to point at");
+
+ public:
+  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
+              const TypeIdentifier& type, void* target) const override {
+    if (!context.Ok()) return;
+    T& items = *static_cast<T*>(target);
+    items.clear();
+    if (!ExpectCollection(context, path, input)) return;
+    items.resize(input.Size());
+    const TypeIdentifier element = type.Element();
+    for (size_t i = 0; i < items.size() && context.Ok(); ++i) {
+      NativeAccessor<Item>().Assign(context, path, input.Element(i), element, &items[i]);
+    }
+  }
+  void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
+            ValueWriter& writer) const override {
+    if (!context.Ok()) return;
+    const T& items = *static_cast<const T*>(value);
+    if (!writer.BeginCollection(items.size())) return context.Fail(writer.ErrorText());
+    const TypeIdentifier element = type.Element();
+    for (const Item& item : items) {
+      NativeAccessor<Item>().Read(context, &item, element, writer);
+      if (!context.Ok()) return;
+    }
+    if (!writer.EndCollection()) context.Fail(writer.ErrorText());
+  }
+};
+
+template <typename T>
+requires(IdOf<T>() == TypeId::kMap) class Accessor<T> final : public ValueAccessor {
+  using Item = typename T::mapped_type;
+
+ public:
+  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
+              const TypeIdentifier& type, void* target) const override {
+    if (!context.Ok()) return;
+    T& items = *static_cast<T*>(target);
+    items.clear();
+    if (!ExpectMap(context, path, input)) return;
+    const TypeIdentifier element = type.Element();
+    for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
+      Item& item = items[std::string(input.MemberName(i))];
+      NativeAccessor<Item>().Assign(context, path, input.MemberValue(i), element, &item);
+    }
+  }
+  void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
+            ValueWriter& writer) const override {
+    if (!context.Ok()) return;
+    const T& items = *static_cast<const T*>(value);
+    if (!writer.BeginStructure(items.size())) return context.Fail(writer.ErrorText());
+    const TypeIdentifier element = type.Element();
+    for (const auto& [key, item] : items) {
+      if (!writer.Member(key)) return context.Fail(writer.ErrorText());
+      NativeAccessor<Item>().Read(context, &item, element, writer);
+      if (!context.Ok()) return;
+    }
+    if (!writer.EndStructure()) context.Fail(writer.ErrorText());
+  }
+};
+
+}  // namespace Native
+
+template <typename T>
+const ValueAccessor& NativeAccessor() {
+  static constinit const Native::Accessor<T> kAccessor;
+  return kAccessor;
+}
+
+}  // namespace Kest

@@ -1,0 +1,233 @@
+#include "binding/json/json_writer.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+#include "base/utf8.h"
+#include "base/word_scan.h"
+#include "binding/convert/conversion_context.h"
+#include "binding/json/json_float.h"
+#include "binding/types/type_record.h"
+#include "log/logger.h"
+
+namespace Kest {
+namespace {
+
+constexpr size_t kMaxInteger = 20;
+constexpr size_t kMaxEscape = 6;
+// Two quotes, a colon, and the seven bytes that CopyPlain may write too much.
+constexpr size_t kQuoteSlack = 10;
+constexpr std::string_view kReplacement = "\xef\xbf\xbd";
+
+// Copies bytes that stand for themselves up to the first that does not; answers how many. Up to
+// seven bytes of no meaning are written behind them.
+size_t CopyPlain(std::string_view text, char* to) {
+  const char* from = text.data();
+  const size_t size = text.size();
+  size_t done = 0;
+  for (; done + 8 <= size; done += 8) {
+    const uint64_t word = LoadWord(from + done);
+    std::memcpy(to + done, &word, 8);
+    if (const uint64_t marks = EscapeMask(word)) return done + IndexOfFirstSetByte(marks);
+  }
+  if (done == size) return size;
+  const uint64_t word = LoadPartialWord(from + done, size - done);
+  std::memcpy(to + done, &word, 8);
+  const uint64_t marks = EscapeMask(word);
+  return marks != 0 ? done + IndexOfFirstSetByte(marks) : size;
+}
+
+// The letter behind the backslash, or 'u'.
+char EscapeLetter(char c) {
+  switch (c) {
+    case '"':
+    case '\\':
+      return c;
+    case '\b':
+      return 'b';
+    case '\f':
+      return 'f';
+    case '\n':
+      return 'n';
+    case '\r':
+      return 'r';
+    case '\t':
+      return 't';
+    default:
+      return 'u';
+  }
+}
+
+}  // namespace
+
+// Space for a value of `bytes`, behind the comma it may need.
+inline char* JsonWriter::BeginValue(size_t bytes) {
+  char* to = block_.Room(bytes + 1);
+  if (needsComma_) *to++ = ',';
+  needsComma_ = true;
+  return to;
+}
+
+inline bool JsonWriter::Word(std::string_view word) {
+  char* to = BeginValue(word.size());
+  std::memcpy(to, word.data(), word.size());
+  block_.FilledTo(to + word.size());
+  return true;
+}
+
+bool JsonWriter::Null() {
+  return Word("null");
+}
+bool JsonWriter::Bool(bool value) {
+  return value ? Word("true") : Word("false");
+}
+
+template <typename Integer>
+bool JsonWriter::Number(Integer value) {
+  char* to = BeginValue(kMaxInteger);
+  block_.FilledTo(std::to_chars(to, to + kMaxInteger, value).ptr);
+  return true;
+}
+
+bool JsonWriter::Signed(int64_t value) {
+  return Number(value);
+}
+bool JsonWriter::Unsigned(uint64_t value) {
+  return Number(value);
+}
+
+bool JsonWriter::Float(double value) {
+  if (!std::isfinite(value)) {
+    error_ = "A number that is not finite cannot be written as JSON.";
+    return false;
+  }
+  char* to = BeginValue(kMaxJsonFloat);
+  block_.FilledTo(to + WriteJsonFloat(value, to));
+  return true;
+}
+
+bool JsonWriter::String(std::string_view text) {
+  block_.FilledTo(Quote(text));
+  return true;
+}
+
+bool JsonWriter::Blob(std::span<const uint8_t> bytes) {
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  if (!IsValidUtf8(text)) {
+    error_ = "A blob that is not UTF-8 cannot be written as JSON.";
+    return false;
+  }
+  return String(text);
+}
+
+bool JsonWriter::Enum(const TypeRecord& type, int32_t value) {
+  const EnumeratorRecord* named = type.FindEnumerator(value);
+  return named != nullptr ? String(named->name) : Number(value);
+}
+
+inline bool JsonWriter::Open(char bracket) {
+  char* to = BeginValue(1);
+  *to = bracket;
+  block_.FilledTo(to + 1);
+  needsComma_ = false;
+  return true;
+}
+
+inline bool JsonWriter::Close(char bracket) {
+  char* to = block_.Room(1);
+  *to = bracket;
+  block_.FilledTo(to + 1);
+  needsComma_ = true;
+  return true;
+}
+
+bool JsonWriter::BeginStructure(size_t) {
+  return Open('{');
+}
+bool JsonWriter::EndStructure() {
+  return Close('}');
+}
+bool JsonWriter::BeginCollection(size_t) {
+  return Open('[');
+}
+bool JsonWriter::EndCollection() {
+  return Close(']');
+}
+
+bool JsonWriter::Member(std::string_view name) {
+  char* to = Quote(name);
+  *to = ':';
+  block_.FilledTo(to + 1);
+  needsComma_ = false;
+  return true;
+}
+
+// Writes a text in quotes, behind the comma it may need. Answers where it ends; one byte more fits.
+inline char* JsonWriter::Quote(std::string_view text) {
+  char* to = BeginValue(std::min(text.size(), OutputBlock::kBytes / 2) + kQuoteSlack);
+  *to++ = '"';
+  if (text.size() <= OutputBlock::kBytes / 2) {
+    const size_t plain = CopyPlain(text, to);
+    to += plain;
+    if (plain == text.size()) {
+      *to++ = '"';
+      return to;
+    }
+    text.remove_prefix(plain);
+  }
+  block_.FilledTo(to);
+  return QuoteRest(text);
+}
+
+// Writes the rest of a text, part by part, and its closing quote.
+char* JsonWriter::QuoteRest(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view part = text.substr(0, OutputBlock::kBytes / 2);
+    char* to = block_.Room(part.size() + kQuoteSlack);
+    const size_t plain = CopyPlain(part, to);
+    block_.FilledTo(to + plain);
+    text.remove_prefix(plain);
+    if (plain < part.size()) Escape(&text);
+  }
+  char* to = block_.Room(kQuoteSlack);
+  *to = '"';
+  return to + 1;
+}
+
+// Writes the character at the front of `*text`, which is not plain, and takes it off: escaped, as
+// its UTF-8 bytes, or as the replacement of a byte that is none.
+void JsonWriter::Escape(std::string_view* text) {
+  constexpr char kHexDigits[] = "0123456789ABCDEF";
+  char* const to = block_.Room(kMaxEscape);
+  const char c = text->front();
+  if (static_cast<uint8_t>(c) >= 0x80) {
+    const size_t size = Utf8CharacterSize(*text);
+    const std::string_view shown = size > 0 ? text->substr(0, size) : kReplacement;
+    std::memcpy(to, shown.data(), shown.size());
+    block_.FilledTo(to + shown.size());
+    if (size == 0) ++replacedBytes_;
+    text->remove_prefix(std::max<size_t>(size, 1));
+    return;
+  }
+  text->remove_prefix(1);
+  to[0] = '\\';
+  to[1] = EscapeLetter(c);
+  block_.FilledTo(to + 2);
+  if (to[1] == 'u') {
+    to[2] = to[3] = '0';
+    to[4] = kHexDigits[c >> 4];
+    to[5] = kHexDigits[c & 15];
+    block_.FilledTo(to + kMaxEscape);
+  }
+}
+
+void JsonWriter::Finish(const ConversionContext& context) {
+  block_.Finish(context.Ok());
+  if (context.Ok() && replacedBytes_ > 0) {
+    LogWarning("JSON text: %zu bytes that are not UTF-8 were replaced", replacedBytes_);
+  }
+}
+
+}  // namespace Kest

@@ -1,0 +1,70 @@
+// The storage of one tree.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "binding/tree/binding_property.h"
+
+namespace Kest {
+
+// Hands out memory that lives until the whole arena goes; nothing is freed before. Blocks double in
+// size up to 1 MiB in all, then grow by a quarter, so a tree costs few allocations and little
+// slack. It counts every byte and every value ever made and stops at kMaxTreeBytes and
+// kMaxTreeValues. Threads: one writer.
+class alignas(8) Arena {
+ public:
+  // `firstBytes` fit the first block. Throws std::bad_alloc.
+  static Arena* Create(size_t firstBytes);
+  static void Destroy(Arena* arena) noexcept;
+  Arena(const Arena&) = delete;
+  Arena& operator=(const Arena&) = delete;
+
+  // Memory for any object of the tree. TryAllocate answers null past the bound; both throw
+  // std::bad_alloc when the system has no memory, Allocate past the bound as well.
+  void* TryAllocate(size_t bytes) {
+    bytes = (bytes + kAlignment - 1) & ~(kAlignment - 1);
+    if (bytes > static_cast<size_t>(end_ - next_)) return AllocateBlock(bytes);
+    char* memory = next_;
+    next_ += bytes;
+    return memory;
+  }
+  void* Allocate(size_t bytes);
+  // Null past the bound. An empty text needs no memory, but its copy is never null.
+  const char* TryCopy(std::string_view text);
+  const char* Copy(std::string_view text);
+
+  // Notes that `count` values are made; false, or std::bad_alloc, past the bound.
+  bool TryCount(size_t count) {
+    if (count > kMaxTreeValues - values_) return false;
+    values_ += count;
+    return true;
+  }
+  void Count(size_t count);
+
+  // Counts memory elsewhere that building the tree takes; false past the bound.
+  bool TryCharge(size_t bytes) {
+    if (bytes > kMaxTreeBytes - bytes_) return false;
+    bytes_ += bytes;
+    return true;
+  }
+  void Release(size_t bytes) { bytes_ -= bytes; }
+
+ private:
+  static constexpr size_t kAlignment = 8;
+  struct Block {
+    Block* previous;
+  };
+
+  explicit Arena(size_t bytes) : bytes_(bytes) {}
+  void* AllocateBlock(size_t bytes);
+
+  char* next_ = nullptr;
+  char* end_ = nullptr;
+  Block* last_ = nullptr;  // the newest block behind the first, which holds the arena itself
+  size_t bytes_;           // of all blocks, and held
+  size_t values_ = 0;
+};
+
+}  // namespace Kest

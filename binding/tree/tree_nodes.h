@@ -1,0 +1,111 @@
+// The storage layout of trees, shared by the files that build and walk them.
+//
+// A container's entries are one array in the arena. A structure with room for more than
+// kLinearMembers has an index in front of the array; smaller ones are searched from end to end.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <string_view>
+
+#include "base/word_scan.h"
+#include "binding/tree/arena.h"
+#include "binding/tree/binding_property.h"
+
+namespace Kest {
+
+// A member's name. One key may serve many structures of its tree.
+struct MemberKey {
+  const char* chars;
+  uint32_t size;
+  uint32_t hash;  // SeededHash of the name
+
+  std::string_view Name() const { return {chars, size}; }
+  bool Is(std::string_view name) const {
+    return name.size() == size && EqualBytes(name.data(), chars, size);
+  }
+};
+
+struct MemberNode {
+  BindingProperty value;
+  const MemberKey* key;
+};
+
+inline constexpr size_t kLinearMembers = 16;
+
+struct TreeNodes {
+  using Bits = BindingProperty::Bits;
+
+  // The bits of each kind. Texts and entries must be stored in the tree's arena.
+  static Bits Bool(bool value) { return Of(BindingKind::kBool, value); }
+  static Bits Signed(int64_t value) {
+    return Of(BindingKind::kSigned, static_cast<uint64_t>(value));
+  }
+  static Bits Unsigned(uint64_t value) { return Of(BindingKind::kUnsigned, value); }
+  static Bits Float(double value) {
+    return Of(BindingKind::kFloat, std::bit_cast<uint64_t>(value));
+  }
+  static Bits Text(BindingKind kind, std::string_view text) {
+    return Of(kind, Address(text.data()), text.size());
+  }
+  static Bits Enum(const TypeRecord& type, int32_t value) {
+    return Of(BindingKind::kEnum, Address(&type), static_cast<uint32_t>(value));
+  }
+  // `roomBits` 0: room for exactly these.
+  static Bits Elements(const BindingProperty* elements, size_t size, size_t roomBits = 0) {
+    return Of(BindingKind::kCollection, Address(elements), size, roomBits);
+  }
+  static Bits Members(const MemberNode* members, size_t size, size_t roomBits = 0) {
+    return Of(BindingKind::kStructure, Address(members), size, roomBits);
+  }
+
+  // Makes a node of a tree at `at`. Nodes are never destroyed: they own nothing.
+  static void Place(BindingProperty* at, Bits bits, Arena& arena) {
+    auto* node = new (at) BindingProperty();
+    node->bits_ = bits;
+    node->arena_ = reinterpret_cast<uintptr_t>(&arena);
+  }
+  // A root that owns the arena.
+  static BindingProperty Root(Bits bits, Arena* arena) {
+    BindingProperty root;
+    root.bits_ = bits;
+    root.arena_ = reinterpret_cast<uintptr_t>(arena) | BindingProperty::kOwns;
+    return root;
+  }
+
+  static Bits BitsOf(const BindingProperty& node) { return node.bits_; }
+
+  // Entries the array of a container has room for.
+  static size_t Room(Bits bits) {
+    return bits.RoomBits() == 0 ? bits.Size() : size_t{1} << bits.RoomBits();
+  }
+
+  // A key for `name`, copied unless `isStored` says the arena keeps it; null past the arena's
+  // bound.
+  static const MemberKey* TryMakeKey(Arena& arena, std::string_view name, uint32_t hash,
+                                     bool isStored);
+  // An array for `room` members with an empty index where one is due; null past the arena's bound.
+  static MemberNode* TryAllocateMembers(Arena& arena, size_t room);
+  // Makes member `position` of an array with that room, and enters it into the index.
+  // REQUIRES: `key` is stored in the arena and names no other member of the array.
+  static void PlaceMember(MemberNode* members, size_t position, size_t room, Bits bits,
+                          const MemberKey& key, Arena& arena) {
+    Place(&members[position].value, bits, arena);
+    members[position].key = &key;
+    if (room > kLinearMembers) Enter(members, position, key);
+  }
+  // The position of the member of that name, or `count`.
+  static size_t FindPosition(const MemberNode* members, size_t count, size_t room,
+                             std::string_view name);
+
+ private:
+  static Bits Of(BindingKind kind, uint64_t payload, uint64_t size = 0, uint64_t roomBits = 0) {
+    return {payload, size | static_cast<uint64_t>(kind) << 32 | roomBits << 40};
+  }
+  static uint64_t Address(const void* memory) { return reinterpret_cast<uintptr_t>(memory); }
+  static void Enter(MemberNode* members, size_t position, const MemberKey& key);
+};
+
+}  // namespace Kest

@@ -1,0 +1,99 @@
+// What the registry knows about types, events and functions. Help is written from these records.
+// Threads:  a record is built by one registration chain and immutable afterwards; registration ends
+//           before routes and events are bound, so readers need no lock.
+// Lifetime: as long as the registry that owns it (for the process's own: for ever).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "binding/types/type_id.h"
+
+namespace Kest {
+
+class TypeRegistry;
+class ValueAccessor;
+
+enum class TypeKind : uint8_t { kStructure = 0, kEnumeration = 1 };
+
+// Whether a member may be absent from the input. Absent optional members keep what the target
+// holds.
+enum class FieldPresence : uint8_t { kOptional, kRequired };
+inline constexpr FieldPresence kOptional = FieldPresence::kOptional;
+inline constexpr FieldPresence kRequired = FieldPresence::kRequired;
+
+// One member of a structure, in wire order.
+struct FieldRecord {
+  std::string name;
+  std::string description;
+  size_t offset = 0;       // of the member inside the native structure
+  uint32_t staticKey = 0;  // of the member's native type
+  TypeIdentifier type;
+  std::vector<std::string> tags;
+  bool optional = true;
+  const ValueAccessor* accessor = nullptr;  // constant object, lives as long as the program
+};
+
+struct EnumeratorRecord {
+  std::string name;
+  std::string description;
+  int32_t value = 0;
+};
+
+// A registered structure (has fields) or enumeration (has enumerators).
+struct TypeRecord {
+  TypeKind kind = TypeKind::kStructure;
+  size_t size = 0;   // of the native type, in bytes
+  std::string name;  // as it stands on the wire and in messages, without namespace
+  uint32_t staticKey = 0;
+  std::string staticKeyText;  // "#%08X"
+  std::string nameSpace;
+  std::string description;
+  std::vector<std::string> tags;
+  std::vector<FieldRecord> fields;
+  std::vector<EnumeratorRecord> enumerators;
+  const TypeRegistry* registry = nullptr;
+
+  // Null when there is none; where several share a value, the first.
+  const EnumeratorRecord* FindEnumerator(int32_t value) const;
+  const EnumeratorRecord* FindEnumerator(std::string_view enumeratorName) const;
+};
+
+struct EventRecord {
+  std::string name;
+  std::string nameSpace;
+  std::string description;
+  TypeIdentifier payload;
+  std::vector<std::string> tags;
+};
+
+struct ArgumentRecord {
+  std::string name;
+  std::string description;
+  TypeIdentifier type;
+  bool optional = false;
+};
+
+struct FunctionRecord {
+  std::string name;
+  std::string nameSpace;
+  std::string description;
+  std::string help;
+  std::vector<ArgumentRecord> arguments;
+  TypeIdentifier returns;
+  bool threadSafe = false;
+  TypeIdentifier async;  // what an asynchronous function delivers later; kNone for all others
+  std::vector<std::string> tags;
+};
+
+// "int32", "vector", or the registered name of an enumeration or structure; of a vector's or map's
+// element: TypeName(type.Element()). Empty for no type.
+std::string_view TypeName(const TypeIdentifier& type);
+
+// What a function is invoked by: "$builtin.Help", or the bare name outside of any namespace.
+std::string FullName(std::string_view nameSpace, std::string_view name);
+
+}  // namespace Kest

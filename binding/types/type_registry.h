@@ -1,0 +1,88 @@
+// The registry of native types and events, and the untyped builder behind DefineStruct and
+// DefineEnum (binding/convert/define_struct.h), which is what registration code uses.
+#pragma once
+
+#include <deque>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "base/mutex.h"
+#include "binding/types/type_record.h"
+
+namespace Kest {
+
+// Fills one record. Each call returns the builder, so a registration reads as one chain. Calls do
+// nothing when the name was registered before or when an earlier call of the chain failed. A call
+// fails, changing nothing, for a field of an enumeration, an enumerator of a structure, or a second
+// field or enumerator of the same name.
+// Threads: one builder is used by one thread.
+class TypeBuilder {
+ public:
+  TypeBuilder& AddField(FieldRecord field);
+  TypeBuilder& AddEnumerator(std::string_view name, int32_t value,
+                             std::string_view description = {});
+  TypeBuilder& SetNameSpace(std::string_view nameSpace);
+  TypeBuilder& SetDescription(std::string_view description);
+  TypeBuilder& AddTag(std::string_view tag);
+  TypeBuilder& AddTags(std::initializer_list<std::string_view> tags);
+
+  bool IsRepeat() const { return state_ == State::kRepeat; }
+  bool HasFailed() const { return state_ == State::kFailed; }
+
+ private:
+  friend class TypeRegistry;
+  enum class State : uint8_t { kOpen, kRepeat, kFailed };
+  TypeBuilder(TypeRecord* record, State state) : record_(record), state_(state) {}
+  bool Requires(bool condition);
+
+  TypeRecord* record_;
+  State state_;
+};
+
+// Knows every registered type by name and by static key, and every event, in registration order.
+// Nothing is ever removed.
+// Threads: any; registration and look-up take the registry's lock.
+class TypeRegistry {
+ public:
+  TypeRegistry();
+  ~TypeRegistry();
+  TypeRegistry(const TypeRegistry&) = delete;
+  TypeRegistry& operator=(const TypeRegistry&) = delete;
+
+  // The registry of the process. It is never destroyed.
+  static TypeRegistry& Process();
+  // Gives the process an empty registry; records of the former one stay valid. REQUIRES: no other
+  // thread uses the registry meanwhile.
+  static void ResetProcessForTests();
+
+  // The first registration of a name wins: a repeat answers a builder that does nothing. A new name
+  // for a key that is taken is refused in debug builds (the builder has failed); otherwise the
+  // first record keeps the key.
+  TypeBuilder RegisterType(std::string_view name, size_t size, uint32_t key, TypeKind kind)
+      KEST_EXCLUDES(mutex_);
+  // Null when unknown.
+  const TypeRecord* FindByName(std::string_view name) const KEST_EXCLUDES(mutex_);
+  const TypeRecord* FindByKey(uint32_t key) const KEST_EXCLUDES(mutex_);
+  std::vector<const TypeRecord*> Types() const KEST_EXCLUDES(mutex_);
+
+  // The first registration of a name wins.
+  void RegisterEvent(EventRecord event) KEST_EXCLUDES(mutex_);
+  void RegisterEvent(std::string_view name, std::string_view description, TypeIdentifier payload)
+      KEST_EXCLUDES(mutex_);
+  const EventRecord* FindEvent(std::string_view name) const KEST_EXCLUDES(mutex_);
+  std::vector<const EventRecord*> Events() const KEST_EXCLUDES(mutex_);
+
+ private:
+  mutable Mutex mutex_;
+  // Deques: pointers to records stay valid.
+  std::deque<TypeRecord> types_ KEST_GUARDED_BY(mutex_);
+  std::deque<EventRecord> events_ KEST_GUARDED_BY(mutex_);
+  std::map<std::string, TypeRecord*, std::less<>> byName_ KEST_GUARDED_BY(mutex_);
+  std::unordered_map<uint32_t, TypeRecord*> byKey_ KEST_GUARDED_BY(mutex_);
+};
+
+}  // namespace Kest

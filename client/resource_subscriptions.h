@@ -1,0 +1,68 @@
+// ResourceSubscriptions follows other plugins' resources: it counts the uses of each host event
+// name, so that one name is registered once, and delivers each event to the handlers of its url.
+//
+// A url with "*" is a pattern: it is served by "OnJsonApiEvent", the event of all resources, and
+// sorted out here. Any other url is served by "OnJsonApiEvent_" + url.
+//
+// Threads: module tasks only. Handlers may subscribe and unsubscribe; one that is removed while its
+//          event is under way is not called any more.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "binding/tree/binding_property.h"
+#include "plugin/host_services.h"
+#include "plugin/plugin_events.h"
+
+namespace Kest::Client {
+
+enum class ResourceDelivery { kTaken, kUnconvertible };
+
+class ResourceSubscriptions {
+ public:
+  // `data` is null on kDelete, otherwise lent for the call.
+  using Handler = std::function<ResourceDelivery(const BindingProperty* data, ResourceEventType)>;
+
+  ResourceSubscriptions(HostServices& host, const std::string& pluginName)
+      : host_(host), pluginName_(pluginName) {}
+  ~ResourceSubscriptions() { RemoveAll(); }
+  ResourceSubscriptions(const ResourceSubscriptions&) = delete;
+  ResourceSubscriptions& operator=(const ResourceSubscriptions&) = delete;
+
+  // `typeName` names the handler's type in traces. A subscription that the host refuses is logged
+  // and not kept.
+  void Add(std::string_view url, Handler handler, std::string_view typeName);
+  // Removes the youngest handler of the url.
+  void Remove(std::string_view url);
+  void RemoveAll();
+
+ private:
+  struct Entry {
+    std::string typeName;
+    Handler handler;
+    bool active = true;
+  };
+  using EntryList = std::vector<std::shared_ptr<Entry>>;
+  using Table = std::map<std::string, EntryList, std::less<>>;
+
+  // An exact `url` is the one subscribed; an empty one stands for the event of all resources.
+  void OnEvent(std::string_view url, std::string_view body);
+  EntryList HandlersOf(std::string_view url, std::string_view uri) const;
+
+  HostServices& host_;
+  const std::string& pluginName_;
+  std::map<std::string, int32_t, std::less<>> uses_;  // by event name
+  Table exact_;                                       // by url
+  Table patterns_;
+};
+
+// True when `text` fits `pattern`, "*" standing for any characters, also none.
+bool MatchesPattern(std::string_view pattern, std::string_view text);
+
+}  // namespace Kest::Client

@@ -1,0 +1,151 @@
+// ServiceProxy calls methods of the platform's services through the host and matches each later
+// response event to the request that waits for it.
+//
+// Two kinds of asynchronous request: with an empty request key each call gets a uuid from the host
+// and any number may run side by side; with a request key the call is keyed "service.method" and
+// only one may run at a time. No time-out ends a request; stop does.
+//
+// Failure texts: "Finalizing" (also for requests that were pending when the plugin stopped),
+//   "Failed to convert type {type} to BindingProperty for serialization", "Request already in
+//   flight", "Couldn't convert SVDS call parameters: {error}", a request's own text (see
+//   SiblingClient), the response's `error`, and the decoder's text for an unreadable `payload`.
+//
+// Threads: Invoke... and Subscribe... on module tasks; each Invoke waits, InvokeAsync only until
+// the
+//          host has taken the request. Response events come on any thread. Completions and
+//          asynchronous handlers run under the lock: they may set a promise or post a task, and
+//          must not call the proxy.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <future>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "base/maybe_type.h"
+#include "base/mutex.h"
+#include "binding/convert/convert.h"
+#include "binding/types/static_type.h"
+#include "client/response_table.h"
+#include "client/service_call.h"
+#include "client/sibling_client.h"
+#include "plugin/app_module.h"
+#include "plugin/host_services.h"
+#include "plugin/once_promise.h"
+#include "plugin/plugin_events.h"
+
+namespace Kest::Client {
+
+class ServiceProxy {
+ public:
+  using Completion = ResponseTable::Completion;
+
+  // All outlive the proxy. `pluginName` stands in front of log lines.
+  ServiceProxy(HostServices& host, AppModule& module, SiblingClient& client,
+               const std::string& pluginName);
+
+  // Subscribes to the three response events.
+  void Start();
+  // Ends every pending request with "Finalizing" and refuses new ones. Does not wait.
+  void Finalise();
+
+  // Calls the method with a uuid-based request and waits for its result.
+  template <class R, class... A>
+  Maybe<R> InvokeAndWait(std::string_view service, std::string_view method, const A&... arguments) {
+    auto promise = std::make_shared<OncePromise<PluginServiceProxyResponse>>();
+    auto future = promise->GetFuture();
+    const std::string failure =
+        Invoke({service, method, {}, false}, CallArguments(arguments...),
+               [promise = std::move(promise)](PluginServiceProxyResponse response) {
+                 promise->Set(std::move(response));
+               });
+    if (!failure.empty()) return Failure{failure};
+    Maybe<PluginServiceProxyResponse> response = module_.Await(std::move(future));
+    if (!response) return response.GetFailure();
+    return Decode<R>(response.GetValue());
+  }
+
+  // Starts the call and answers an empty text, or why it could not be started; `onDone` is then
+  // dropped unused. `onDone(result)` runs later as a task of its own; not any more once the plugin
+  // stops.
+  template <class R, class... A>
+  std::string InvokeAsync(std::string_view service, std::string_view method,
+                          std::string_view requestKey, bool flag,
+                          std::function<void(Maybe<R>)> onDone, const A&... arguments) {
+    return Invoke(
+        {service, method, requestKey, flag}, CallArguments(arguments...),
+        [this, onDone = std::move(onDone)](PluginServiceProxyResponse response) {
+          PostWork([this, onDone, response = std::move(response)] { onDone(Decode<R>(response)); });
+        });
+  }
+
+  // Calls the method through the session's synchronous endpoint and waits for its result.
+  template <class R, class... A>
+  Maybe<R> InvokeSession(std::string_view service, std::string_view method, const A&... arguments) {
+    OutgoingRequest request(HttpMethod::kPost, kSessionInvokePath);
+    Maybe<Response> answer =
+        SendToSession({service, method, {}, false}, CallArguments(arguments...), &request);
+    if (!answer) return answer.GetFailure();
+    Maybe<R> result = SiblingClient::ReadAnswer<R>(request, answer.GetValue());
+    if (!result) LogUnreadable(StaticType::Name<R>(), answer.GetValue().body);
+    return result;
+  }
+
+  // The untyped call behind the others. `completion` runs under the lock.
+  std::string Invoke(const ServiceCall& call, const CallArguments& arguments,
+                     Completion completion);
+
+  // Handles the responses that come without a request. `handler` runs under the lock.
+  void SubscribeAsync(std::string_view service, std::string_view method, Completion handler);
+
+  // Hands the platform messages of a subtopic to `handler`, which runs as a task of its own.
+  void SubscribeSvds(std::string_view subtopic,
+                     std::function<void(const PluginSvdsEvent& event)> handler);
+
+ private:
+  template <class R>
+  Maybe<R> Decode(const PluginServiceProxyResponse& response) {
+    if (!response.error.empty()) return Failure{response.error};
+    R result{};
+    if constexpr (!std::is_same_v<R, Nothing>) {
+      ConversionContext context;
+      ReadJsonValue(context, "<result>", response.payload, &result);
+      if (!context.Ok()) {
+        LogUnreadable(StaticType::Name<R>(), response.payload);
+        return Failure{context.ErrorText()};
+      }
+    }
+    return result;
+  }
+
+  bool IsFinalising() const { return host_.IsStopping() || responses_.IsFinalising(); }
+  // Both answer the request's key.
+  Maybe<std::string> SendByUuid(const ServiceCall& call, const CallArguments& arguments);
+  Maybe<std::string> SendByMethod(const ServiceCall& call, const CallArguments& arguments);
+  Maybe<Response> SendToSession(const ServiceCall& call, const CallArguments& arguments,
+                                OutgoingRequest* request);
+  // Subscribes; each event is read on the thread it comes on and handed to `handle`.
+  template <class Event>
+  void Follow(const std::string& name, void (ServiceProxy::*handle)(Event event));
+  void OnUuidResponse(PluginServiceProxyResponse response);
+  void OnMethodResponse(PluginServiceProxyResponse response);
+  void OnAsyncResponse(PluginServiceProxyResponse response);
+  void OnSvdsEvent(PluginSvdsEvent event);
+  void PostWork(std::function<void()> run);
+  void LogUnreadable(std::string_view typeName, std::string_view text);
+
+  HostServices& host_;
+  AppModule& module_;
+  SiblingClient& client_;
+  const std::string& pluginName_;
+  std::atomic<uint64_t> nextTask_{0};  // keeps task names apart, so that none is merged away
+  ResponseTable responses_;
+  std::map<std::string, std::function<void(const PluginSvdsEvent&)>> svdsHandlers_;  // by subtopic
+};
+
+}  // namespace Kest::Client

@@ -1,0 +1,132 @@
+// SiblingClient is the typed side of the traffic with other plugins and the host: requests,
+// resource subscriptions and the publication of this plugin's own resources.
+//
+// A request's arguments:
+//   Query("inventoryTypes", list)  goes into the url's query under that name: a text as it stands,
+//                                  anything else as its JSON; percent-encoded
+//   a plain value                  is the JSON body; a request takes at most one
+// Failure texts of a request ({error} is the reason):
+//   400 "Request not sent: Error converting parameters for {method} {url}: {error}"
+//   the answer's status "Error response for {method} {url}: {error}"
+//   "Error reading streamed response for {method} {url}: {error}"   body too large or not JSON
+//   "Error converting response for {method} {url}: {error}"
+//   "Finalizing" when the plugin stops before the answer has come
+//
+// Threads: module tasks only. Request waits, so other tasks run during the call; Subscribe and
+//          Publish do not. Handlers run on module tasks, in the order of the events of one url.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "api/http_names.h"
+#include "api/response.h"
+#include "base/maybe_type.h"
+#include "binding/convert/convert.h"
+#include "binding/json/json_adapter.h"
+#include "binding/types/static_type.h"
+#include "client/outgoing_request.h"
+#include "client/resource_subscriptions.h"
+#include "plugin/app_module.h"
+#include "plugin/host_services.h"
+#include "plugin/plugin_events.h"
+
+namespace Kest::Client {
+
+class SiblingClient {
+ public:
+  // The three outlive the client. `pluginName` stands in front of log lines.
+  SiblingClient(HostServices& host, AppModule& module, const std::string& pluginName);
+
+  // Sends the request and waits for the typed answer. R may be Nothing (the body is not read) and
+  // BindingProperty (the body as it is).
+  template <class R, class... A>
+  Maybe<R> Request(HttpMethod method, std::string_view url, const A&... arguments) {
+    static_assert((0 + ... + (IsQuery<A> ? 0 : 1)) <= 1,
+                  "only one argument can be the body; wrap the others in Query(name, value)");
+    OutgoingRequest request(method, url);
+    (request.Add(arguments), ...);
+    Maybe<Response> answer = Send(request);
+    if (!answer) return answer.GetFailure();
+    return ReadAnswer<R>(request, answer.GetValue());
+  }
+
+  // The untyped halves of Request, for callers that read the body themselves.
+  Maybe<Response> Send(const OutgoingRequest& request);
+  template <class R>
+  static Maybe<R> ReadAnswer(const OutgoingRequest& request, const Response& answer) {
+    R result{};
+    if constexpr (!std::is_same_v<R, Nothing>) {
+      const std::string_view unreadable = WhyUnreadable(answer);
+      if (!unreadable.empty()) return request.Fail(RequestStep::kBody, unreadable);
+      ConversionContext context;
+      // No body is no value, which some types accept; an empty text is no JSON.
+      const BindingProperty tree =
+          answer.body.empty() ? BindingProperty() : ReadJson(context, answer.body);
+      Assign(context, "<result>", tree, &result);
+      if (!context.Ok()) return request.Fail(RequestStep::kConversion, context.ErrorText());
+    }
+    return result;
+  }
+
+  // Calls `handler(value, type)` for each event of the resource, `value` null on kDelete and lent
+  // for the call otherwise. The first subscription of a url gets the resource's present value as
+  // one kCreate, when it exists. An event that does not convert is dropped. A url with "*" follows
+  // every resource it matches, "*" standing for any characters. Several handlers may follow one
+  // url.
+  template <class T>
+  void Subscribe(std::string_view url,
+                 std::function<void(const T* value, ResourceEventType type)> handler) {
+    subscriptions_.Add(
+        url,
+        [handler = std::move(handler)](const BindingProperty* data, ResourceEventType type) {
+          if (data == nullptr) {
+            handler(nullptr, type);
+            return ResourceDelivery::kTaken;
+          }
+          T value{};
+          ConversionContext context;
+          Assign(context, "<value>", *data, &value);
+          if (!context.Ok()) return ResourceDelivery::kUnconvertible;
+          handler(&value, type);
+          return ResourceDelivery::kTaken;
+        },
+        StaticType::Name<T>());
+  }
+  // Ends the youngest subscription of the url. Without one it logs a warning and does nothing else.
+  void Unsubscribe(std::string_view url) { subscriptions_.Remove(url); }
+  void UnsubscribeAll() { subscriptions_.RemoveAll(); }
+
+  // Announces a change of one of this plugin's resources. A value that does not convert is logged
+  // and not announced.
+  template <class T>
+  void Publish(std::string_view path, ResourceEventType type, const T& value) {
+    ConversionContext context;
+    json_.clear();
+    WriteJsonValue(context, value, &json_);
+    if (context.Ok()) {
+      host_.Publish(path, type, json_);
+    } else {
+      LogUnpublished(StaticType::Name<T>(), path);
+    }
+  }
+  void PublishDelete(std::string_view path);
+
+ private:
+  // Why the body cannot be read as JSON at all; empty when it can.
+  static std::string_view WhyUnreadable(const Response& answer);
+  void LogUnpublished(std::string_view typeName, std::string_view path);
+
+  HostServices& host_;
+  AppModule& module_;
+  const std::string& pluginName_;
+  ResourceSubscriptions subscriptions_;
+  std::string json_;  // kept between publications, so that a warm one allocates nothing
+};
+
+}  // namespace Kest::Client

@@ -1,0 +1,321 @@
+#include "host/http/http_connection.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/error.hpp>
+#include <boost/beast/http/field.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/rfc7230.hpp>
+#include <boost/beast/http/write.hpp>
+#include <new>
+#include <string_view>
+
+#include "host/http/http_responses.h"
+
+namespace Kest::Host {
+namespace {
+
+namespace net = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+
+// What a client may still be sending when it was refused is read for this long, so that it meets
+// the answer and not a reset connection.
+constexpr auto kLingerTime = std::chrono::seconds(5);
+
+constexpr std::string_view kServerName = "tav-loot-host";
+constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
+constexpr std::string_view kStreamHead =
+    "HTTP/1.1 200 OK\r\n"
+    "Server: tav-loot-host\r\n"
+    "Content-Type: text/event-stream\r\n"
+    "Cache-Control: no-store\r\n"
+    "X-Content-Type-Options: nosniff\r\n"
+    "Connection: close\r\n\r\n";
+constexpr std::string_view kComment = ": keep-alive\n\n";
+
+std::string Copy(beast::string_view text) {
+  return {text.data(), text.size()};
+}
+
+template <typename Fields>
+std::string FieldOf(const Fields& fields, http::field name) {
+  return Copy(fields[name]);
+}
+
+// A list that may stand in several fields.
+template <typename Fields>
+std::string ListOf(const Fields& fields, http::field name) {
+  std::string list;
+  const auto [first, last] = fields.equal_range(name);
+  for (auto field = first; field != last; ++field) {
+    if (!list.empty()) list += ", ";
+    list += Copy(field->value());
+  }
+  return list;
+}
+
+// "http://name:port/path" as sent to proxies: its name stands for the Host header.
+void SplitAbsoluteTarget(HttpRequest* request) {
+  constexpr std::string_view kScheme = "http://";
+  if (!request->target.starts_with(kScheme)) return;
+  const size_t path = request->target.find('/', kScheme.size());
+  const size_t nameEnd = path == std::string::npos ? request->target.size() : path;
+  request->host = request->target.substr(kScheme.size(), nameEnd - kScheme.size());
+  request->target = path == std::string::npos ? "/" : request->target.substr(path);
+}
+
+}  // namespace
+
+template <typename Member>
+auto HttpConnection::Bind(Member member) {
+  return [self = shared_from_this(), member](Error error, size_t = 0) {
+    if (self->phase_ != Phase::kClosed) (self.get()->*member)(error);
+  };
+}
+
+// What a reader of heads, chunk sizes and trailers has to hold at once is bounded by the buffer;
+// the parser's own limit leaves trailers out, and its fields throw for what they cannot hold.
+HttpConnection::HttpConnection(net::ip::tcp::socket socket, HttpConnectionOwner* owner)
+    : owner_(owner),
+      stream_(std::move(socket)),
+      silence_(stream_.get_executor()),
+      writing_(stream_.get_executor()),
+      buffer_(owner->Limits().headBytes) {}
+
+void HttpConnection::Start() {
+  Error ignored;
+  stream_.socket().set_option(net::ip::tcp::no_delay(true), ignored);
+  ReadHead();
+}
+
+void HttpConnection::Finish() {
+  finishing_ = true;
+  if (phase_ != Phase::kHandling && phase_ != Phase::kWriting) Close();
+}
+
+bool HttpConnection::Abandoned() const {
+  // The owner holds one reference, a pending operation another.
+  return phase_ != Phase::kHandling && weak_from_this().use_count() == 1;
+}
+
+void HttpConnection::Close() {
+  if (phase_ == Phase::kClosed) return;
+  phase_ = Phase::kClosed;
+  silence_.cancel();
+  StopClock();
+  stream_.cancel();  // Wine leaves a write to a closed socket open
+  stream_.close();
+  owner_->Closed(this);
+}
+
+// ---- Reading -----------------------------------------------------------------------------------
+
+void HttpConnection::ReadHead() {
+  phase_ = Phase::kReading;
+  parser_.emplace();
+  parser_->header_limit(owner_->Limits().headBytes);
+  parser_->body_limit(owner_->Limits().bodyBytes);
+  stream_.expires_after(owner_->Limits().idle);
+  http::async_read_header(stream_, buffer_, *parser_, Bind(&HttpConnection::OnHead));
+}
+
+void HttpConnection::OnHead(Error error) {
+  if (error) return OnReadFailure(error);
+  const auto& head = parser_->get();
+  HttpRequest request;
+  request.method = Copy(head.method_string());
+  request.host = head.count(http::field::host) == 1 ? FieldOf(head, http::field::host) : "";
+  request.target = Copy(head.target());
+  request.origin = FieldOf(head, http::field::origin);
+  SplitAbsoluteTarget(&request);
+  if (auto answer = owner_->Handlers().refuse(request)) return Send(std::move(*answer), true);
+  if (head.count(http::field::transfer_encoding) != 0 && !head.chunked()) {
+    return Send(ProblemAnswer(501, "Of the transfer encodings only \"chunked\" is read."), true);
+  }
+  if (beast::iequals(head[http::field::expect], "100-continue")) return Continue100();
+  ReadBody();
+}
+
+void HttpConnection::Continue100() {
+  net::async_write(stream_, net::buffer(kContinue),
+                   [self = shared_from_this()](Error error, size_t) {
+                     if (self->phase_ == Phase::kClosed) return;
+                     error ? self->Close() : self->ReadBody();
+                   });
+}
+
+void HttpConnection::ReadBody() {
+  http::async_read(stream_, buffer_, *parser_, Bind(&HttpConnection::OnBody));
+}
+
+void HttpConnection::OnBody(Error error) {
+  if (error) return OnReadFailure(error);
+  stream_.expires_never();
+  closeAfter_ = !parser_->get().keep_alive();
+  HttpRequest request = TakeRequest();
+  phase_ = Phase::kHandling;
+  try {
+    owner_->Handlers().handle(std::move(request), MakeRespond());
+  } catch (const std::bad_alloc&) {
+    Send(ProblemAnswer(500, "Out of memory"), true);
+  }
+}
+
+HttpRequest HttpConnection::TakeRequest() {
+  auto& message = parser_->get();
+  HttpRequest request;
+  request.method = Copy(message.method_string());
+  request.target = Copy(message.target());
+  request.host = FieldOf(message, http::field::host);
+  request.origin = FieldOf(message, http::field::origin);
+  request.contentType = FieldOf(message, http::field::content_type);
+  request.accept = ListOf(message, http::field::accept);
+  request.lastEventId = Copy(message["Last-Event-ID"]);
+  request.body = std::move(message.body());
+  SplitAbsoluteTarget(&request);
+  return request;
+}
+
+void HttpConnection::OnReadFailure(Error error) {
+  if (error == http::error::body_limit) return Send(ProblemAnswer(413, "Body is too large"), true);
+  if (error == http::error::header_limit || error == http::error::buffer_overflow) {
+    return Send(ProblemAnswer(431, "The head or the trailer of the request is too large."), true);
+  }
+  const bool unreadable = error.category() == make_error_code(http::error::bad_method).category() &&
+                          error != http::error::end_of_stream &&
+                          error != http::error::partial_message;
+  if (!unreadable) return Close();
+  Send(ProblemAnswer(400, "The request cannot be read: " + error.message() + "."), true);
+}
+
+// ---- Answering ---------------------------------------------------------------------------------
+
+Respond HttpConnection::MakeRespond() {
+  return [weak = weak_from_this()](HttpAnswer answer) {
+    auto self = weak.lock();
+    if (!self) return;
+    const auto executor = self->stream_.get_executor();
+    // The last reference must go on the server's thread, so it travels with the answer.
+    net::post(executor, [self = std::move(self), answer = std::move(answer)]() mutable {
+      if (self->phase_ != Phase::kHandling) return;
+      if (answer.stream) return self->BeginStream(std::move(answer.stream));
+      self->Send(std::move(answer), self->closeAfter_);
+    });
+  };
+}
+
+void HttpConnection::Send(HttpAnswer answer, bool andClose) {
+  phase_ = Phase::kWriting;
+  closeAfter_ = andClose || finishing_;
+  const auto& request = parser_->get();
+  const bool onlyHead = request.method() == http::verb::head;
+  response_ = Response();
+  response_.version(request.version() == 10 ? 10 : 11);
+  response_.result(static_cast<unsigned>(answer.status));
+  response_.reason(std::string(ReasonPhrase(answer.status)));
+  response_.set(http::field::server, beast::string_view(kServerName.data(), kServerName.size()));
+  response_.set(http::field::cache_control, "no-store");
+  response_.set("X-Content-Type-Options", "nosniff");
+  if (!answer.allow.empty()) response_.set(http::field::allow, answer.allow);
+  if (answer.variesByAccept) response_.set(http::field::vary, "Accept");
+  if (!answer.contentType.empty()) response_.set(http::field::content_type, answer.contentType);
+  if (answer.status != 204) response_.content_length(answer.body.size());
+  response_.keep_alive(!closeAfter_);
+  if (!onlyHead && answer.status != 204) response_.body() = std::move(answer.body);
+  LimitWrite();
+  http::async_write(stream_, response_, Bind(&HttpConnection::OnSent));
+}
+
+void HttpConnection::OnSent(Error error) {
+  StopClock();
+  if (error) return Close();
+  response_ = Response();
+  if (closeAfter_) return Linger();
+  if (finishing_) return Close();
+  ReadHead();
+}
+
+void HttpConnection::Linger() {
+  if (finishing_) return Close();
+  phase_ = Phase::kLingering;
+  Error ignored;
+  stream_.socket().shutdown(net::ip::tcp::socket::shutdown_send, ignored);
+  stream_.expires_after(kLingerTime);
+  Discard();
+}
+
+void HttpConnection::Discard() {
+  stream_.async_read_some(net::buffer(ignored_), [self = shared_from_this()](Error error, size_t) {
+    if (self->phase_ == Phase::kClosed) return;
+    error ? self->Close() : self->Discard();
+  });
+}
+
+// ---- Time to write -----------------------------------------------------------------------------
+
+// The stream's own clock would close the socket without Close.
+void HttpConnection::LimitWrite() {
+  stream_.expires_never();
+  writing_.expires_after(owner_->Limits().write);
+  writing_.async_wait([self = shared_from_this()](Error error) {
+    // An earlier write's end may stand in the queue when the next one has begun.
+    if (!error && self->writing_.expiry() <= net::steady_timer::clock_type::now()) self->Close();
+  });
+}
+
+void HttpConnection::StopClock() {
+  writing_.expires_at(net::steady_timer::time_point::max());
+}
+
+// ---- Streams -----------------------------------------------------------------------------------
+
+void HttpConnection::BeginStream(std::unique_ptr<HttpStream> source) {
+  if (finishing_) return Close();
+  phase_ = Phase::kStreaming;
+  source_ = std::move(source);
+  piece_ = kStreamHead;
+  stream_.expires_never();
+  WatchForEnd();
+  WritePiece();
+}
+
+// A reader that leaves is noticed by the end of what it sends.
+void HttpConnection::WatchForEnd() {
+  stream_.async_read_some(net::buffer(ignored_), [self = shared_from_this()](Error error, size_t) {
+    if (self->phase_ == Phase::kClosed) return;
+    error ? self->Close() : self->WatchForEnd();
+  });
+}
+
+void HttpConnection::Wake() {
+  if (phase_ == Phase::kStreaming && piece_.empty()) Pump();
+}
+
+void HttpConnection::Pump() {
+  piece_ = source_->Next();
+  piece_.empty() ? AwaitComment() : WritePiece();
+}
+
+void HttpConnection::WritePiece() {
+  silence_.cancel();
+  LimitWrite();
+  net::async_write(stream_, net::buffer(piece_), [self = shared_from_this()](Error error, size_t) {
+    if (self->phase_ == Phase::kClosed) return;
+    self->StopClock();
+    self->piece_.clear();
+    error ? self->Close() : self->Pump();
+  });
+}
+
+void HttpConnection::AwaitComment() {
+  silence_.expires_after(owner_->Limits().comment);
+  silence_.async_wait([self = shared_from_this()](Error error) {
+    if (error || self->phase_ == Phase::kClosed || !self->piece_.empty()) return;
+    self->piece_ = kComment;
+    self->WritePiece();
+  });
+}
+
+}  // namespace Kest::Host

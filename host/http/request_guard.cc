@@ -1,0 +1,60 @@
+#include "host/http/request_guard.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "host/http/http_responses.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kLoopbackNames[] = {"localhost", "127.0.0.1", "[::1]"};
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+    return std::tolower(x) == std::tolower(y);
+  });
+}
+
+// "name:port" without its port; the text as it stands when what follows the colon is no port.
+std::string_view WithoutPort(std::string_view hostAndPort) {
+  const size_t colon = hostAndPort.rfind(':');
+  if (colon == std::string_view::npos) return hostAndPort;
+  const std::string_view port = hostAndPort.substr(colon + 1);
+  const bool isPort =
+      !port.empty() && port.size() <= 5 &&
+      std::all_of(port.begin(), port.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+  return isPort ? hostAndPort.substr(0, colon) : hostAndPort;
+}
+
+bool OnlyReads(std::string_view method) {
+  return method == "GET" || method == "HEAD";
+}
+
+}  // namespace
+
+bool RequestGuard::NamesThisMachine(std::string_view hostAndPort) const {
+  const std::string_view name = WithoutPort(hostAndPort);
+  const auto isName = [name](std::string_view other) { return EqualIgnoringCase(name, other); };
+  if (std::any_of(std::begin(kLoopbackNames), std::end(kLoopbackNames), isName)) return true;
+  const bool isIpv6 = address_.find(':') != std::string::npos;
+  return isName(isIpv6 ? "[" + address_ + "]" : address_);
+}
+
+std::optional<HttpAnswer> RequestGuard::Refuse(const HttpRequest& request) const {
+  if (request.host.empty()) return ProblemAnswer(400, "A Host header is required.");
+  if (!NamesThisMachine(request.host)) {
+    return ProblemAnswer(403, "The Host header must name this machine: localhost or 127.0.0.1.");
+  }
+  if (request.origin.empty() || OnlyReads(request.method)) return std::nullopt;
+  constexpr std::string_view kSchemes[] = {"http://", "https://"};
+  for (const std::string_view scheme : kSchemes) {
+    if (request.origin.starts_with(scheme) &&
+        NamesThisMachine(std::string_view(request.origin).substr(scheme.size()))) {
+      return std::nullopt;
+    }
+  }
+  return ProblemAnswer(403, "Pages of another origin may not change anything here.");
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,38 @@
+#include "host/http/request_target.h"
+
+#include <charconv>
+
+namespace Kest::Host {
+namespace {
+
+// Cuts `*text` behind the first `separator` and answers what stood before it.
+std::string_view TakeUpTo(char separator, std::string_view* text) {
+  const size_t end = text->find(separator);
+  const std::string_view head = text->substr(0, end);
+  text->remove_prefix(end == std::string_view::npos ? text->size() : end + 1);
+  return head;
+}
+
+}  // namespace
+
+RequestTarget RequestTarget::Split(std::string_view target) {
+  const std::string_view path = TakeUpTo('?', &target);
+  return {path, target};
+}
+
+std::optional<std::string_view> RequestTarget::Parameter(std::string_view name) const {
+  for (std::string_view rest = query; !rest.empty();) {
+    std::string_view value = TakeUpTo('&', &rest);
+    if (TakeUpTo('=', &value) == name) return value;
+  }
+  return std::nullopt;
+}
+
+std::optional<uint64_t> ParseNumber(std::string_view text) {
+  uint64_t number = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+}  // namespace Kest::Host

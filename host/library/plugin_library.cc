@@ -1,0 +1,37 @@
+#include "host/library/plugin_library.h"
+
+#include "host/library/shared_library.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr char kEntryName[] = "load_tav_loot";
+
+}  // namespace
+
+Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& path) {
+  std::string reason;
+  void* const handle = OpenSharedLibrary(path, &reason);
+  if (handle == nullptr) return Failure{"Cannot load the plugin " + path + ": " + reason};
+  std::unique_ptr<PluginLibrary> library(new PluginLibrary(handle));
+  const auto entry = reinterpret_cast<KestLoadFunction>(FindSymbol(handle, kEntryName));
+  if (entry == nullptr) {
+    return Failure{"Cannot load the plugin " + path + ": it has no entry " + kEntryName};
+  }
+  KestHandshakeBlock& block = library->block_;
+  block.major = kApiMajor;
+  block.minor = kApiMinor;
+  block.patch = kApiPatch;
+  entry(&block);
+  if (block.callbacks == nullptr || block.context == nullptr || block.fullName == nullptr ||
+      block.api == nullptr || block.api->size < sizeof(KestApiDescriptor)) {
+    return Failure{"Cannot load the plugin " + path + ": its handshake is incomplete"};
+  }
+  return library;
+}
+
+PluginLibrary::~PluginLibrary() {
+  CloseSharedLibrary(handle_);
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,79 @@
+#include "host/session/event_stream.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/http/json_text.h"
+
+namespace Kest::Host {
+namespace {
+
+// JSON holds raw line ends only between its tokens; the stream's own lines end there.
+void AppendOnOneLine(std::string* text, std::string_view json) {
+  for (const char c : json) text->push_back(c == '\n' || c == '\r' ? ' ' : c);
+}
+
+std::string MakeFrame(uint64_t id, std::string_view uri, std::string_view eventType,
+                      std::string_view json) {
+  JsonWriter head;
+  head.BeginObject().Key("uri").Text(uri).Key("eventType").Text(eventType).EndObject();
+  std::string frame = "id: " + std::to_string(id) + "\nevent: resource\ndata: ";
+  frame.append(head.Take());
+  if (!json.empty()) {
+    frame.pop_back();
+    frame.append(",\"data\":");
+    AppendOnOneLine(&frame, json);
+    frame.push_back('}');
+  }
+  return frame.append("\n\n");
+}
+
+// Events `from` to `to` are lost to the reader. The id lets it come back behind them.
+std::string MakeGap(uint64_t from, uint64_t to, bool restarted) {
+  JsonWriter data;
+  data.BeginObject().Key("from").Number(from).Key("to").Number(to);
+  data.Key("restarted").Bool(restarted).EndObject();
+  return "id: " + std::to_string(to) + "\nevent: gap\ndata: " + data.Take() + "\n\n";
+}
+
+}  // namespace
+
+void EventStream::Append(std::string_view uri, std::string_view eventType, std::string_view json) {
+  {
+    const std::lock_guard lock(mutex_);
+    frames_.push_back(MakeFrame(last_ + 1, uri, eventType, json));
+    bytes_ += frames_.back().size();
+    ++last_;
+    while (frames_.size() > limits_.events || (bytes_ > limits_.bytes && frames_.size() > 1)) {
+      bytes_ -= frames_.front().size();
+      frames_.pop_front();
+    }
+  }
+  if (listener_) listener_();
+}
+
+std::string EventStream::Read(uint64_t* position, size_t atMost) const {
+  const std::lock_guard lock(mutex_);
+  const uint64_t first = last_ - frames_.size() + 1;
+  std::string text;
+  if (*position > last_) {
+    *position = first - 1;
+    text = MakeGap(std::min<uint64_t>(1, *position), *position, true);
+  } else if (*position + 1 < first) {
+    text = MakeGap(*position + 1, first - 1, false);
+    *position = first - 1;
+  }
+  for (; *position < last_; ++*position) {
+    const std::string& frame = frames_[*position + 1 - first];
+    if (!text.empty() && text.size() + frame.size() > atMost) break;
+    text.append(frame);
+  }
+  return text;
+}
+
+EventStream::Range EventStream::Held() const {
+  const std::lock_guard lock(mutex_);
+  return {last_ - frames_.size() + 1, last_};
+}
+
+}  // namespace Kest::Host

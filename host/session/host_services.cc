@@ -1,0 +1,248 @@
+#include "host/session/host_services.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "host/http/json_text.h"
+#include "host/library/c_views.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
+constexpr std::string_view kEventTypes[] = {"Create", "Update", "Delete"};  // by KEST_EVENT_...
+
+std::string PresentValuePayload(std::string_view path, std::string_view value) {
+  JsonWriter json;
+  json.BeginObject().Key("uri").Text(path).Key("eventType").Text("Create");
+  json.Key("data").Raw(value).EndObject();
+  return json.Take();
+}
+
+}  // namespace
+
+struct HostServices::Sent {
+  std::string method;
+  std::string url;
+  std::string contentType;
+  std::string body;
+  KestCompletion completion;
+  void* context;
+};
+
+// No exception leaves an entry: what runs out of memory answers as refused.
+struct HostServices::Entries {
+  static HostServices& Of(const KestHostServices* self) {
+    return *reinterpret_cast<const OwnedTable*>(self)->services;
+  }
+
+  template <typename Result, typename Call>
+  static Result Guarded(const KestHostServices* self, Result refused, Call call) noexcept {
+    try {
+      return call(Of(self));
+    } catch (const std::exception& failure) {
+      Of(self).wiring_.log->Write(LogLevel::kError, failure.what());
+    } catch (...) {
+      Of(self).wiring_.log->Write(LogLevel::kError, "Unknown exception in a host service");
+    }
+    return refused;
+  }
+  // For an entry that answers nothing and belongs on a task.
+  template <typename Call>
+  static void OnTask(const KestHostServices* self, std::string_view entry, Call call) noexcept {
+    Guarded(self, false, [&](HostServices& services) {
+      if (services.CheckTask(entry)) call(services);
+      return true;
+    });
+  }
+
+  static bool Request(const KestHostServices* self, const KestRequest* request,
+                      KestCompletion completion, void* context) {
+    return Guarded(self, false, [&](HostServices& services) {
+      return services.CheckTask("request") && request != nullptr && completion != nullptr &&
+             services.Request(*request, completion, context);
+    });
+  }
+  static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery delivery,
+                        void* context) {
+    return Guarded(self, false, [&](HostServices& services) {
+      return services.CheckTask("subscribe") && delivery != nullptr &&
+             services.Subscribe(View(name), delivery, context);
+    });
+  }
+  static void Unsubscribe(const KestHostServices* self, KestText name) {
+    OnTask(self, "unsubscribe",
+           [&](HostServices& services) { services.subscriptions_.Remove(View(name)); });
+  }
+  static bool Publish(const KestHostServices* self, KestText path, int32_t eventType,
+                      KestBytes json) {
+    return Guarded(self, false, [&](HostServices& services) {
+      return services.CheckTask("publish") && services.Publish(View(path), eventType, View(json));
+    });
+  }
+  static int32_t PostTask(const KestHostServices* self, KestText name, KestTask run,
+                          void* context) {
+    return Guarded(self, int32_t{KEST_TASK_REFUSED}, [&](HostServices& services) {
+      return services.PostTask(View(name), run, context);
+    });
+  }
+  static void WaitBegin(const KestHostServices* self, KestText label) {
+    OnTask(self, "waitBegin",
+           [&](HostServices& services) { services.wiring_.scheduler->WaitBegin(View(label)); });
+  }
+  static void WaitEnd(const KestHostServices* self) {
+    OnTask(self, "waitEnd", [](HostServices& services) { services.wiring_.scheduler->WaitEnd(); });
+  }
+  static void Yield(const KestHostServices* self) {
+    OnTask(self, "yield", [](HostServices& services) { services.wiring_.scheduler->Yield(); });
+  }
+  static void Log(const KestHostServices* self, int32_t, KestText line) {
+    Guarded(self, false, [&](HostServices& services) {
+      services.wiring_.log->Keep(View(line));
+      return true;
+    });
+  }
+  static void Telemetry(const KestHostServices* self, KestText name, KestBytes json) {
+    OnTask(self, "telemetry", [&](HostServices& services) {
+      std::string line = "/telemetry/v1/events/";
+      line.append(View(name)).append(" ").append(View(json));
+      services.wiring_.log->Write(LogLevel::kOkay, line);
+    });
+  }
+  static void Identify(const KestHostServices* self, KestText, KestText userAgent) {
+    OnTask(self, "identify",
+           [&](HostServices& services) { services.userAgent_ = View(userAgent); });
+  }
+};
+
+HostServices::HostServices(Wiring wiring)
+    : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler) {
+  table_.services = this;
+  table_.entries = {
+      sizeof(KestHostServices), Entries::Request,  Entries::Subscribe, Entries::Unsubscribe,
+      Entries::Publish,         Entries::PostTask, Entries::WaitBegin, Entries::WaitEnd,
+      Entries::Yield,           Entries::Log,      Entries::Telemetry, Entries::Identify};
+}
+
+HostServices::~HostServices() {
+  Close();
+}
+
+void HostServices::Close() {
+  subscriptions_.Clear();
+  wiring_.scheduler->Drop(this);
+}
+
+bool HostServices::CheckTask(std::string_view entry) const {
+  if (wiring_.scheduler->OnTask()) return true;
+  wiring_.log->Write(
+      LogLevel::kError,
+      std::string("The plugin called ").append(entry).append(" outside a module task; refused."));
+  return false;
+}
+
+// ---- Requests of the plugin --------------------------------------------------------------------
+
+bool HostServices::Request(const KestRequest& request, KestCompletion completion, void* context) {
+  Sent sent{std::string(View(request.method)),
+            std::string(View(request.url)),
+            std::string(View(request.contentType)),
+            std::string(View(request.body)),
+            completion,
+            context};
+  const std::string name = "request " + sent.method + " " + sent.url;
+  const auto posted = wiring_.scheduler->Post(
+      {.name = name, .work = [this, sent = std::move(sent)] { Complete(sent); }, .owner = this});
+  return posted != Scheduler::Posted::kRefused;
+}
+
+void HostServices::Complete(const Sent& sent) {
+  WorldResponse answer;
+  try {
+    answer = wiring_.world->Request(sent.method, sent.url, sent.contentType, sent.body);
+    DispatchWorldEvents();
+  } catch (const std::bad_alloc&) {  // a completion that never came would be waited for
+    answer = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
+  }
+  const KestResponse response = {answer.status, Text(answer.message), Text(answer.contentType),
+                                 Bytes(answer.body)};
+  sent.completion(sent.context, &response);
+}
+
+// ---- Events to the plugin ----------------------------------------------------------------------
+
+bool HostServices::Subscribe(std::string_view name, KestDelivery delivery, void* context) {
+  if (!Subscriptions::IsKnown(name)) return false;
+  subscriptions_.Add(name, delivery, context);
+  if (!name.starts_with(kResourcePrefix)) return true;
+  const std::string_view path = name.substr(kResourcePrefix.size());
+  if (const auto value = wiring_.world->Resource(path)) {
+    subscriptions_.QueueResourceEvent(name, PresentValuePayload(path, *value));
+  }
+  return true;
+}
+
+void HostServices::QueueResourceEvent(std::string_view name, std::string_view payload) {
+  subscriptions_.QueueResourceEvent(name, payload);
+  const std::string_view kind = Subscriptions::KindOf(name);
+  if (kind != name) subscriptions_.QueueResourceEvent(kind, payload);
+}
+
+void HostServices::DispatchWorldEvents() {
+  for (WorldEvent& event : wiring_.world->TakeEvents()) {
+    const std::chrono::milliseconds delay(std::max(0, event.delayMilliseconds));
+    if (event.channel == WorldEvent::Channel::kService) {
+      wiring_.serviceEvents->Post(delay, {std::move(event.name), std::move(event.payload)});
+    } else if (delay.count() == 0) {
+      QueueResourceEvent(event.name, event.payload);
+    } else {
+      auto deliver = [this, event = std::move(event)] {
+        QueueResourceEvent(event.name, event.payload);
+      };
+      wiring_.scheduler->PostAfter(
+          delay, {.name = "delayed event", .work = std::move(deliver), .owner = this});
+    }
+  }
+}
+
+void HostServices::DeliverServiceEvent(const ServiceEvents::Event& event) {
+  bool followed = subscriptions_.DeliverServiceEvent(event.name, event.payload);
+  const std::string_view kind = Subscriptions::KindOf(event.name);
+  if (kind != event.name) followed |= subscriptions_.DeliverServiceEvent(kind, event.payload);
+  if (!followed) wiring_.log->Write(LogLevel::kWarning, "No one follows " + event.name);
+}
+
+// ---- Publication and tasks ---------------------------------------------------------------------
+
+bool HostServices::Publish(std::string_view path, int32_t eventType, std::string_view json) {
+  if (path.empty() || eventType < KEST_EVENT_CREATE || eventType > KEST_EVENT_DELETE) return false;
+  const bool deleted = eventType == KEST_EVENT_DELETE;
+  if (deleted ? !json.empty() : !IsJson(json)) {
+    wiring_.log->Write(LogLevel::kError,
+                       std::string("Not published, the value is no JSON: ").append(path));
+    return false;
+  }
+  wiring_.stream->Append(path, kEventTypes[eventType], json);
+  return true;
+}
+
+int32_t HostServices::PostTask(std::string_view name, KestTask run, void* context) {
+  if (run == nullptr) return KEST_TASK_REFUSED;
+  const auto posted = wiring_.scheduler->Post({.name = std::string(name),
+                                               .work = [run, context] { run(context); },
+                                               .owner = this,
+                                               .merge = !name.empty()});
+  switch (posted) {
+    case Scheduler::Posted::kQueued:
+      return KEST_TASK_QUEUED;
+    case Scheduler::Posted::kMerged:
+      return KEST_TASK_MERGED;
+    case Scheduler::Posted::kRefused:
+      break;
+  }
+  return KEST_TASK_REFUSED;
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,77 @@
+// The host's side of the C interface: the service table one run of the plugin is given, and the
+// delivery of what its world causes.
+//
+// Threads:  [task] on the scheduler's tasks, except where a function says otherwise.
+// Rules:    an entry that the plugin calls on a wrong thread, or with an argument the interface
+//           forbids, is refused and told in the log; the host goes on.
+// Lifetime: the table is valid from construction to destruction. After Close nothing of the plugin
+//           is called through it any more.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/session/event_stream.h"
+#include "host/session/host_log.h"
+#include "host/session/service_events.h"
+#include "host/session/subscriptions.h"
+#include "host/tasks/scheduler.h"
+#include "host/world/world.h"
+#include "plugin/host_interface.h"
+
+namespace Kest::Host {
+
+class HostServices {
+ public:
+  // What the table's entries work on. Everything outlives the services.
+  struct Wiring {
+    Scheduler* scheduler;
+    ServiceEvents* serviceEvents;
+    EventStream* stream;
+    HostLog* log;
+    World* world;
+  };
+
+  explicit HostServices(Wiring wiring);
+  ~HostServices();
+  HostServices(const HostServices&) = delete;
+  HostServices& operator=(const HostServices&) = delete;
+
+  const KestHostServices* Table() const { return &table_.entries; }
+
+  // Passes on what the world has caused since the last call: resource events as tasks, service
+  // events to their thread.
+  void DispatchWorldEvents();
+  // [any thread] Calls the follower of a service event, on the calling thread.
+  void DeliverServiceEvent(const ServiceEvents::Event& event);
+
+  // Drops the subscriptions and the tasks and completions that have not begun.
+  void Close();
+
+  std::vector<std::string> SubscribedNames() const { return subscriptions_.Names(); }
+  const std::string& UserAgent() const { return userAgent_; }
+
+ private:
+  struct OwnedTable {
+    KestHostServices entries;  // first: an entry finds its services by the table's address
+    HostServices* services;
+  };
+  struct Entries;  // the functions behind the table
+  struct Sent;     // a request on its way
+
+  bool CheckTask(std::string_view entry) const;
+  bool Request(const KestRequest& request, KestCompletion completion, void* context);
+  void Complete(const Sent& sent);
+  bool Subscribe(std::string_view name, KestDelivery delivery, void* context);
+  bool Publish(std::string_view path, int32_t eventType, std::string_view json);
+  int32_t PostTask(std::string_view name, KestTask run, void* context);
+  void QueueResourceEvent(std::string_view name, std::string_view payload);
+
+  const Wiring wiring_;
+  OwnedTable table_;
+  Subscriptions subscriptions_;
+  std::string userAgent_;
+};
+
+}  // namespace Kest::Host

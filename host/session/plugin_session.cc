@@ -1,0 +1,113 @@
+#include "host/session/plugin_session.h"
+
+#include <utility>
+
+#include "host/http/http_responses.h"
+#include "host/library/c_views.h"
+
+namespace Kest::Host {
+namespace {
+
+HttpAnswer ToAnswer(int status, std::string_view message, std::string_view contentType,
+                    std::string_view body) {
+  if (status < 200 || status > 599) {
+    return ProblemAnswer(502, "Answered with the status " + std::to_string(status) + ".");
+  }
+  if (status >= 400) return ProblemAnswer(status, message);
+  return {.status = status,
+          .contentType = std::string(contentType),
+          .body = std::string(body),
+          .allow = {}};
+}
+
+}  // namespace
+
+PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
+                             const Surroundings& surroundings)
+    : library_(std::move(library)),
+      world_(std::move(world)),
+      serviceEvents_(surroundings.serviceEvents),
+      services_({surroundings.scheduler, surroundings.serviceEvents, surroundings.stream,
+                 surroundings.log, world_.get()}) {}
+
+Maybe<std::unique_ptr<PluginSession>> PluginSession::Open(const std::string& libraryPath,
+                                                          std::unique_ptr<World> world,
+                                                          const Surroundings& surroundings) {
+  auto library = PluginLibrary::Open(libraryPath);
+  if (!library) return library.GetFailure();
+  return std::unique_ptr<PluginSession>(
+      new PluginSession(std::move(library.GetValue()), std::move(world), surroundings));
+}
+
+bool PluginSession::Start() {
+  const KestHandshakeBlock& block = library_->Block();
+  serviceEvents_->Resume();
+  started_ = block.callbacks->start(block.context, services_.Table());
+  if (!started_) Leave();
+  return started_;
+}
+
+void PluginSession::Stop() {
+  if (!std::exchange(started_, false)) return;
+  // An event that is being delivered on the other thread must not meet a plugin that has gone.
+  serviceEvents_->Pause();
+  const KestHandshakeBlock& block = library_->Block();
+  block.callbacks->stop(block.context);
+  Leave();
+}
+
+void PluginSession::Leave() {
+  serviceEvents_->Pause();
+  services_.Close();
+}
+
+HttpAnswer PluginSession::Request(const HttpRequest& request) {
+  const KestHandshakeBlock& block = library_->Block();
+  // Ordinary headers stay here: the plugin takes header pairs for arguments of its functions. What
+  // the client accepts has a place of its own.
+  const KestRequest asked = {
+      Text(request.method), Text(request.target), nullptr, 0, Text(request.contentType),
+      Bytes(request.body),  Text(request.accept)};
+  return TakeAnswer(block.api->request(block.context, &asked));
+}
+
+HttpAnswer PluginSession::Invoke(std::string_view function, std::span<const KestValue> arguments) {
+  const KestHandshakeBlock& block = library_->Block();
+  return TakeAnswer(
+      block.api->invoke(block.context, Text(function), arguments.data(), arguments.size()));
+}
+
+// Copies what the plugin answered and gives it back.
+HttpAnswer PluginSession::TakeAnswer(const KestResponse* answered) {
+  const KestHandshakeBlock& block = library_->Block();
+  const auto giveBack = [&block](const KestResponse* response) {
+    block.api->release(block.context, response);
+  };
+  const std::unique_ptr<const KestResponse, decltype(giveBack)> response(answered, giveBack);
+  if (!response) return ProblemAnswer(500, "Out of memory");
+  HttpAnswer answer = ToAnswer(response->status, View(response->message),
+                               View(response->contentType), View(response->body));
+  answer.variesByAccept = answer.status == 200;
+  return answer;
+}
+
+HttpAnswer PluginSession::Control(const HttpRequest& request, std::string_view path) {
+  const WorldResponse answer = world_->Control(request.method, path, request.body);
+  services_.DispatchWorldEvents();
+  return ToAnswer(answer.status, answer.message, answer.contentType, answer.body);
+}
+
+std::string PluginSession::Version() const {
+  const KestHandshakeBlock& block = library_->Block();
+  return std::to_string(block.major) + "." + std::to_string(block.minor) + "." +
+         std::to_string(block.patch);
+}
+
+KestStatistics PluginSession::Statistics() const {
+  const KestHandshakeBlock& block = library_->Block();
+  KestStatistics statistics = {};
+  block.callbacks->statistics(block.context, &statistics);
+  return statistics;
+}
+
+}  // namespace Kest::Host

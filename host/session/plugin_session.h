@@ -1,0 +1,69 @@
+// One run of the plugin in one run of its world, from loading the library to closing it.
+//
+// Threads:  [task] on the scheduler's tasks, except Open and the destructor: there no task of the
+//           plugin may run.
+// Lifetime: Open, Start once, requests, Stop once, destruction.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "base/maybe_type.h"
+#include "host/http/http_message.h"
+#include "host/library/plugin_library.h"
+#include "host/session/host_services.h"
+#include "host/world/world.h"
+
+namespace Kest::Host {
+
+class PluginSession {
+ public:
+  // The host's parts that outlive every session.
+  struct Surroundings {
+    Scheduler* scheduler;
+    ServiceEvents* serviceEvents;
+    EventStream* stream;
+    HostLog* log;
+  };
+
+  // Loads the library. A failure text is fit to be shown.
+  static Maybe<std::unique_ptr<PluginSession>> Open(const std::string& libraryPath,
+                                                    std::unique_ptr<World> world,
+                                                    const Surroundings& surroundings);
+
+  // False: the plugin did not start.
+  bool Start();
+  // Returns when the plugin has stopped; nothing of it is called any more. A second call and one
+  // without a successful Start do nothing.
+  void Stop();
+
+  // Hands a request to the plugin; answers its body, or a problem document for a failure.
+  HttpAnswer Request(const HttpRequest& request);
+  // Calls a function of the plugin by its name. Answers as Request.
+  HttpAnswer Invoke(std::string_view function, std::span<const KestValue> arguments);
+  // Hands a control request to the world and delivers what it causes.
+  HttpAnswer Control(const HttpRequest& request, std::string_view path);
+
+  const KestApiDescriptor& Api() const { return *library_->Block().api; }
+  std::string FullName() const { return library_->Block().fullName; }
+  std::string Version() const;
+  KestStatistics Statistics() const;
+  HostServices& Services() { return services_; }
+
+ private:
+  PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
+                const Surroundings& surroundings);
+
+  HttpAnswer TakeAnswer(const KestResponse* answered);
+  void Leave();
+
+  const std::unique_ptr<PluginLibrary> library_;
+  const std::unique_ptr<World> world_;
+  ServiceEvents* const serviceEvents_;
+  HostServices services_;
+  bool started_ = false;
+};
+
+}  // namespace Kest::Host

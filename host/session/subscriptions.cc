@@ -1,0 +1,102 @@
+#include "host/session/subscriptions.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "host/library/c_views.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kContentType = "application/json";
+
+// Events of which a name may continue with "_" and the path or subtopic it is about.
+constexpr std::string_view kKinds[] = {"OnJsonApiEvent", "OnSvdsEvent"};
+constexpr std::string_view kServiceProxyEvents[] = {
+    "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent", "OnServiceProxyAsyncEvent"};
+
+}  // namespace
+
+std::string_view Subscriptions::KindOf(std::string_view name) {
+  for (const std::string_view kind : kKinds) {
+    if (name.starts_with(kind) && name.size() > kind.size() + 1 && name[kind.size()] == '_') {
+      return kind;
+    }
+  }
+  return name;
+}
+
+bool Subscriptions::IsKnown(std::string_view name) {
+  const auto holds = [](const auto& names, std::string_view wanted) {
+    return std::find(std::begin(names), std::end(names), wanted) != std::end(names);
+  };
+  return holds(kKinds, KindOf(name)) || holds(kServiceProxyEvents, name);
+}
+
+void Subscriptions::Add(std::string_view name, KestDelivery delivery, void* context) {
+  Remove(name);
+  auto subscription = std::make_shared<Subscription>();
+  subscription->name = name;
+  subscription->delivery = delivery;
+  subscription->context = context;
+  const std::lock_guard lock(mutex_);
+  byName_.emplace(name, std::move(subscription));
+}
+
+void Subscriptions::Remove(std::string_view name) {
+  const std::lock_guard lock(mutex_);
+  const auto place = byName_.find(name);
+  if (place == byName_.end()) return;
+  place->second->ended = true;
+  byName_.erase(place);
+}
+
+void Subscriptions::Clear() {
+  const std::lock_guard lock(mutex_);
+  for (const auto& entry : byName_) entry.second->ended = true;
+  byName_.clear();
+}
+
+std::vector<std::string> Subscriptions::Names() const {
+  const std::lock_guard lock(mutex_);
+  std::vector<std::string> names;
+  for (const auto& entry : byName_) names.push_back(entry.first);
+  return names;
+}
+
+Subscriptions::Shared Subscriptions::Find(std::string_view name) const {
+  const std::lock_guard lock(mutex_);
+  const auto place = byName_.find(name);
+  return place == byName_.end() ? nullptr : place->second;
+}
+
+void Subscriptions::QueueResourceEvent(std::string_view name, std::string_view payload) {
+  const Shared subscription = Find(name);
+  if (!subscription) return;
+  subscription->queued.emplace_back(payload);
+  if (subscription->delivering) return;
+  subscription->delivering = true;
+  scheduler_->Post(
+      {.name = subscription->name, .work = [subscription] { DeliverQueued(subscription); }});
+}
+
+void Subscriptions::DeliverQueued(const Shared& subscription) {
+  while (!subscription->queued.empty() && !subscription->ended) {
+    const std::string payload = std::move(subscription->queued.front());
+    subscription->queued.pop_front();
+    subscription->delivery(subscription->context, Text(subscription->name), Text(kContentType),
+                           Bytes(payload));
+  }
+  subscription->delivering = false;
+}
+
+bool Subscriptions::DeliverServiceEvent(std::string_view name, std::string_view payload) {
+  const Shared subscription = Find(name);
+  if (!subscription || subscription->ended) return false;
+  subscription->delivery(subscription->context, Text(subscription->name), Text(kContentType),
+                         Bytes(payload));
+  return true;
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,257 @@
+#include "host/tasks/scheduler.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace Kest::Host {
+namespace {
+
+constexpr auto kPollPace = std::chrono::milliseconds(1);
+constexpr auto kFarewell = std::chrono::seconds(5);
+constexpr size_t kSpareFibers = 32;
+
+thread_local const Scheduler* runningScheduler = nullptr;
+
+}  // namespace
+
+struct Scheduler::RunningTask {
+  Task task;
+  std::string waitLabel;
+  std::unique_ptr<Fiber> fiber;
+};
+
+Scheduler::Scheduler(FailureHandler onFailure)
+    : onFailure_(std::move(onFailure)), thread_([this] { Run(); }) {}
+
+Scheduler::~Scheduler() {
+  End();
+}
+
+bool Scheduler::End() {
+  Close();
+  {
+    const std::lock_guard lock(mutex_);
+    giveUp_ = Clock::now() + kFarewell;
+  }
+  changed_.notify_all();
+  if (thread_.joinable()) thread_.join();
+  return !leftBehind_;
+}
+
+Scheduler::Posted Scheduler::Post(Task task) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (closed_) return Posted::kRefused;
+    const auto standsFor = [&](const Task& other) {
+      return other.merge && other.owner == task.owner && other.name == task.name;
+    };
+    if (task.merge && std::any_of(queued_.begin(), queued_.end(), standsFor)) {
+      return Posted::kMerged;
+    }
+    queued_.push_back(std::move(task));
+  }
+  changed_.notify_all();
+  return Posted::kQueued;
+}
+
+bool Scheduler::PostAfter(std::chrono::milliseconds delay, Task task) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (closed_) return false;
+    delayed_.Put(Clock::now() + delay, std::move(task));
+  }
+  changed_.notify_all();
+  return true;
+}
+
+void Scheduler::Wake() {
+  {
+    const std::lock_guard lock(mutex_);
+    wake_ = true;
+  }
+  changed_.notify_all();
+}
+
+void Scheduler::Drop(const void* owner) {
+  const auto isOwned = [owner](const Task& task) { return task.owner == owner; };
+  const std::lock_guard lock(mutex_);
+  std::erase_if(queued_, isOwned);
+  delayed_.DropIf(isOwned);
+}
+
+void Scheduler::Close() {
+  {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    delayed_.Clear();
+  }
+  changed_.notify_all();
+}
+
+bool Scheduler::OnTask() const {
+  return runningScheduler == this && current_ != nullptr;
+}
+
+void Scheduler::Yield() {
+  current_->fiber->Suspend();
+}
+
+void Scheduler::WaitBegin(std::string_view label) {
+  current_->waitLabel = label;
+}
+
+void Scheduler::WaitEnd() {
+  current_->waitLabel.clear();
+}
+
+bool Scheduler::WaitUntilQuiet(std::chrono::milliseconds limit,
+                               const std::function<bool()>& alsoQuiet) {
+  const Clock::time_point end = Clock::now() + limit;
+  ++watchers_;
+  bool quiet = false;
+  // What feeds the queue from outside is asked first: once it is quiet it queues nothing more.
+  while (!(quiet = alsoQuiet() && OthersQuiet()) && Clock::now() < end && !Closed()) {
+    Yield();
+  }
+  --watchers_;
+  return quiet;
+}
+
+bool Scheduler::Closed() const {
+  const std::lock_guard lock(mutex_);
+  return closed_;
+}
+
+bool Scheduler::OthersQuiet() const {
+  const std::lock_guard lock(mutex_);
+  return queued_.empty() && delayed_.Empty() && started_.size() == watchers_;
+}
+
+Scheduler::Report Scheduler::Describe() const {
+  Report report;
+  {
+    const std::lock_guard lock(mutex_);
+    report.queued = queued_.size();
+    report.delayed = delayed_.Size();
+  }
+  for (const auto& running : started_) {
+    report.running.push_back({running->task.name, running->waitLabel});
+  }
+  return report;
+}
+
+void Scheduler::Run() {
+  runningScheduler = this;
+  bool progress = true;
+  while (!Finished()) {
+    if (!progress) Sleep(!started_.empty());
+    progress = StartDueTasks() > 0;
+    progress |= TakeWake();
+    progress |= ResumeYielded() > 0;
+  }
+  leftBehind_ = !started_.empty();
+  for (auto& running : started_) static_cast<void>(running.release());
+}
+
+bool Scheduler::Finished() {
+  const std::lock_guard lock(mutex_);
+  if (!closed_ || giveUp_ == Clock::time_point::max()) return false;
+  return (queued_.empty() && started_.empty()) || Clock::now() >= giveUp_;
+}
+
+// Waits until there may be something to do; with yielded tasks not longer than their pace.
+void Scheduler::Sleep(bool hasYielded) {
+  std::unique_lock lock(mutex_);
+  const bool ending = giveUp_ != Clock::time_point::max();
+  if (!queued_.empty() || wake_ || (ending && !hasYielded)) return;
+  const auto nextDue = delayed_.NextDue();
+  if (hasYielded) {
+    changed_.wait_until(lock, std::min(Clock::now() + kPollPace, nextDue.value_or(giveUp_)));
+  } else if (nextDue) {
+    changed_.wait_until(lock, *nextDue);
+  } else {
+    changed_.wait(lock);
+  }
+}
+
+void Scheduler::MoveDelayedLocked() {
+  while (auto task = delayed_.Take(Clock::now())) queued_.push_back(std::move(*task));
+}
+
+bool Scheduler::TakeWake() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(wake_, false);
+}
+
+bool Scheduler::TakeNext(Task* task) {
+  const std::lock_guard lock(mutex_);
+  if (queued_.empty()) return false;
+  *task = std::move(queued_.front());
+  queued_.pop_front();
+  return true;
+}
+
+// Starts what is queued now; what these tasks queue waits for the next round, after the yielded.
+size_t Scheduler::StartDueTasks() {
+  size_t count = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    MoveDelayedLocked();
+    count = queued_.size();
+  }
+  Task task;
+  size_t begun = 0;
+  for (; begun < count && TakeNext(&task); ++begun) Start(std::move(task));
+  return begun;
+}
+
+void Scheduler::Start(Task task) {
+  const std::string name = task.name;
+  try {
+    auto running = std::make_unique<RunningTask>();
+    if (spare_.empty()) spare_.push_back(std::make_unique<Fiber>());
+    running->fiber = std::move(spare_.back());
+    spare_.pop_back();
+    running->task = std::move(task);
+    running->fiber->Assign([this, raw = running.get()] { RunGuarded(raw->task); });
+    started_.push_back(std::move(running));
+  } catch (const std::bad_alloc&) {
+    onFailure_(name, "Out of memory");
+    return;
+  }
+  Continue(started_.back().get());
+}
+
+// Answers how many of the yielded tasks ended.
+size_t Scheduler::ResumeYielded() {
+  std::vector<RunningTask*> yielded;
+  for (const auto& running : started_) yielded.push_back(running.get());
+  const size_t before = started_.size();
+  for (RunningTask* running : yielded) Continue(running);
+  return before - started_.size();
+}
+
+void Scheduler::Continue(RunningTask* running) {
+  current_ = running;
+  running->fiber->Resume();
+  current_ = nullptr;
+  if (running->fiber->HasWork()) return;
+  const auto place = std::find_if(
+      started_.begin(), started_.end(),
+      [running](const std::unique_ptr<RunningTask>& other) { return other.get() == running; });
+  if (spare_.size() < kSpareFibers) spare_.push_back(std::move(running->fiber));
+  started_.erase(place);
+}
+
+void Scheduler::RunGuarded(const Task& task) const {
+  try {
+    task.work();
+  } catch (const std::exception& failure) {
+    onFailure_(task.name, failure.what());
+  } catch (...) {
+    onFailure_(task.name, "Unknown exception");
+  }
+}
+
+}  // namespace Kest::Host

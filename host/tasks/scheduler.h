@@ -1,0 +1,126 @@
+// The cooperative scheduler of module tasks. One task runs at a time, on the scheduler's own
+// thread, until it ends or yields; a task that waits leaves its fiber and lets the others run.
+//
+// Threads:  tagged at each function. [task] means: from inside a task of this scheduler.
+// Waiting:  a yielded task is taken up again after any other task ran, after Wake, and otherwise
+//           once a millisecond, so a host full of waiting tasks leaves the processor alone.
+// Failure:  a task that lets an exception out ends; the failure handler learns its name and text.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "host/tasks/due_queue.h"
+#include "host/tasks/fiber.h"
+
+namespace Kest::Host {
+
+class Scheduler {
+ public:
+  using Work = std::function<void()>;
+  using FailureHandler = std::function<void(std::string_view task, std::string_view text)>;
+  using Clock = std::chrono::steady_clock;
+
+  enum class Posted { kRefused, kQueued, kMerged };
+
+  struct Task {
+    std::string name;
+    Work work;
+    const void* owner = nullptr;  // Drop(owner) takes its tasks back
+    bool merge = false;           // one waiting task of this owner and name stands for all
+  };
+  struct TaskReport {
+    std::string name;
+    std::string waitLabel;  // empty: it does not wait
+  };
+  struct Report {
+    size_t queued = 0;
+    size_t delayed = 0;
+    std::vector<TaskReport> running;
+  };
+
+  explicit Scheduler(FailureHandler onFailure);
+  // Ends.
+  ~Scheduler();
+  Scheduler(const Scheduler&) = delete;
+  Scheduler& operator=(const Scheduler&) = delete;
+
+  // [any thread] Queues a task behind those already queued.
+  Posted Post(Task task);
+  // [any thread] The same, due after `delay`; never merged. False: refused.
+  bool PostAfter(std::chrono::milliseconds delay, Task task);
+  // [any thread] Takes up the yielded tasks soon: something they may wait for has happened.
+  void Wake();
+  // [any thread] Forgets the tasks of `owner` that have not begun. What they capture is destroyed
+  // under the scheduler's lock and must not call back.
+  void Drop(const void* owner);
+  // [any thread] Refuses tasks from now on, forgets the delayed ones; the queued ones still run.
+  void Close();
+  // [the owner's thread] Closes, and gives the tasks that run up to five seconds to end. False:
+  // some still wait. They are left behind with their fibers: a stack belongs to code that cannot be
+  // asked to leave it. What they use must not be taken from under them. A second call answers the
+  // same.
+  bool End();
+
+  // [any thread] Whether the caller is a task of this scheduler.
+  bool OnTask() const;
+
+  // [task] Lets the others run; returns when it is this task's turn again.
+  void Yield();
+  // [task] What this task waits for, for display only.
+  void WaitBegin(std::string_view label);
+  void WaitEnd();
+  // [task] Waits until every other task has ended, none is queued and `alsoQuiet()` holds. False:
+  // `limit` passed or the scheduler was closed first. Tasks that wait here do not keep each other
+  // busy.
+  bool WaitUntilQuiet(std::chrono::milliseconds limit, const std::function<bool()>& alsoQuiet);
+  // [task] What is queued and running. The caller is part of it.
+  Report Describe() const;
+
+ private:
+  struct RunningTask;  // a fiber and the task on it
+
+  void Run();
+  size_t StartDueTasks();
+  void Start(Task task);
+  size_t ResumeYielded();
+  void Continue(RunningTask* running);
+  void RunGuarded(const Task& task) const;
+  void Sleep(bool hasYielded);
+  bool TakeNext(Task* task);
+  void MoveDelayedLocked();
+  bool TakeWake();
+  bool Finished();
+  bool Closed() const;
+  bool OthersQuiet() const;
+
+  const FailureHandler onFailure_;
+
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<Task> queued_;  // guarded by mutex_, as are the next four
+  DueQueue<Task> delayed_;
+  bool wake_ = false;
+  bool closed_ = false;
+  Clock::time_point giveUp_ = Clock::time_point::max();
+
+  // Touched on the scheduler's thread only.
+  std::vector<std::unique_ptr<RunningTask>> started_;  // in order of their start
+  std::vector<std::unique_ptr<Fiber>> spare_;
+  RunningTask* current_ = nullptr;
+  size_t watchers_ = 0;  // tasks inside WaitUntilQuiet
+  bool leftBehind_ = false;
+
+  std::thread thread_;
+};
+
+}  // namespace Kest::Host

@@ -1,0 +1,42 @@
+// One call of a control, and the functions that answer the calls.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/world/controls/platform.h"
+#include "host/world/json/field_reader.h"
+
+namespace Kest::Host {
+
+struct ControlCall {
+  std::vector<std::string> parts;  // of the path, decoded: "collections", "skins", "11002"
+  JsonValue body;                  // an empty object when there was none
+};
+
+using ControlResult = Maybe<JsonValue>;
+using ControlFunction = ControlResult (*)(Platform& platform, const ControlCall& call);
+
+// The report as a failure of status 400. REQUIRES: report.failed().
+Failure BadBody(const IssueReport& report);
+
+// controls_player.cc: who plays, and what the player owns.
+ControlResult ShowWorld(Platform& platform, const ControlCall& call);
+ControlResult SignIn(Platform& platform, const ControlCall& call);
+ControlResult SignOut(Platform& platform, const ControlCall& call);
+ControlResult SetSummoner(Platform& platform, const ControlCall& call);
+ControlResult SetGameflow(Platform& platform, const ControlCall& call);
+ControlResult SetOwnership(Platform& platform, const ControlCall& call);
+ControlResult ChangeInventory(Platform& platform, const ControlCall& call);
+
+// controls_platform.cc: configuration, messages, token, service.
+ControlResult SetConfiguration(Platform& platform, const ControlCall& call);
+ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call);
+ControlResult PushMessage(Platform& platform, const ControlCall& call);
+ControlResult SetLoginPacket(Platform& platform, const ControlCall& call);
+ControlResult SetToken(Platform& platform, const ControlCall& call);
+ControlResult ResetToken(Platform& platform, const ControlCall& call);
+ControlResult OverrideService(Platform& platform, const ControlCall& call);
+ControlResult ResetService(Platform& platform, const ControlCall& call);
+
+}  // namespace Kest::Host

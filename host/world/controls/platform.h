@@ -1,0 +1,47 @@
+// All parts of the emulated platform of one world, wired together.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "host/world/data/collections.h"
+#include "host/world/data/world_data.h"
+#include "host/world/loot/loot_service.h"
+#include "host/world/platform/platform_session.h"
+#include "host/world/platform/resource_board.h"
+#include "host/world/platform/service_proxy.h"
+
+namespace Kest::Host {
+
+// What the signed inventory answers instead of its own token.
+struct TokenOverride {
+  std::optional<std::string> token;  // nothing: the answer has no token
+};
+
+struct Platform {
+  Platform(WorldData worldData, uint64_t seed)
+      : data(std::move(worldData)),
+        inventory(data.inventory),
+        collections(data.collections),
+        board(outbox),
+        session(data, collections, board),
+        loot(data, inventory, collections, seed),
+        proxy(data, loot, session, outbox, ~seed) {
+    outbox.clear();  // nobody can have followed anything yet
+  }
+  Platform(const Platform&) = delete;
+  Platform& operator=(const Platform&) = delete;
+
+  // In order of construction: later parts refer to earlier ones.
+  const WorldData data;
+  std::vector<WorldEvent> outbox;
+  Inventory inventory;
+  Collections collections;
+  ResourceBoard board;
+  PlatformSession session;
+  LootService loot;
+  ServiceProxy proxy;
+  std::optional<TokenOverride> tokenOverride;
+};
+
+}  // namespace Kest::Host

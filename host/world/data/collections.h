@@ -1,0 +1,86 @@
+// What the player owns outside the loot inventory, and the resources in which sibling plugins tell
+// about it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/world/json/json_value.h"
+
+namespace Kest::Host {
+
+enum class Collection {
+  kChampions,
+  kSkins,
+  kChromas,  // told by no resource; kept so that one cannot be redeemed twice
+  kWardSkins,
+  kSummonerIcons,
+  kEmotes,
+  kTournamentLogos
+};
+constexpr size_t kCollectionCount = 7;
+
+struct Ownership {
+  bool owned = false;
+  bool rented = false;
+  bool freeToPlayReward = false;
+
+  friend bool operator==(const Ownership&, const Ownership&) = default;
+};
+
+struct Collectible {
+  std::string name;
+  std::string description;
+  std::string tilePath;    // its picture: tile, ward, icon
+  std::string splashPath;  // the large picture of a skin
+  std::string shadowPath;  // the shadow of a ward skin
+  Ownership ownership;
+};
+
+class Collections {
+ public:
+  using Table = std::map<int64_t, Collectible>;
+
+  Table& operator[](Collection collection) { return tables_[static_cast<size_t>(collection)]; }
+  const Table& operator[](Collection collection) const {
+    return tables_[static_cast<size_t>(collection)];
+  }
+  // The entry of that id, or null.
+  const Collectible* Find(Collection collection, int64_t id) const;
+
+ private:
+  std::array<Table, kCollectionCount> tables_;
+};
+
+// The collection's name in control paths: "champions", "ward-skins", ...
+std::string_view CollectionName(Collection collection);
+std::optional<Collection> CollectionByName(std::string_view name);
+// Whether things of that collection can be had for a time, or only for good.
+bool CanBeRented(Collection collection);
+
+// The collection whose members loot of that type turns into ("SKIN_RENTAL": skins), or nothing.
+std::optional<Collection> CollectionOfLootType(std::string_view type);
+// A skin's champion.
+constexpr int64_t ChampionOfSkin(int64_t skinId) {
+  return skinId / 1000;
+}
+
+// "OWNED", "RENTED", "F2P", or "NONE".
+std::string_view OwnershipWord(const Ownership& ownership);
+JsonValue OwnershipJson(const Ownership& ownership);
+
+// The resources of the signed-in player, path and value, in an order fit for publication: what is
+// only read stands before what is followed.
+std::vector<std::pair<std::string, JsonValue>> CollectionResources(const Collections& collections,
+                                                                   uint64_t summonerId);
+// The game-data lists of all icons and emotes.
+JsonValue ProfileIconsJson(const Collections& collections);
+JsonValue SummonerEmotesJson(const Collections& collections);
+
+}  // namespace Kest::Host

@@ -1,0 +1,133 @@
+// What a world file says, checked and ready to use. Constant once loaded: what changes while the
+// world runs starts as a copy of the parts here.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "host/world/data/collections.h"
+#include "host/world/data/inventory.h"
+#include "host/world/json/json_value.h"
+
+namespace Kest::Host {
+
+struct LootDefinition {
+  std::string lootName;
+  std::string asset;
+  std::string type;
+  std::string rarity;
+  int64_t value = 0;
+  int64_t storeItemId = -1;
+  std::string upgradeLootName;
+  int64_t expiryTime = -1;
+  std::string tags;
+  std::string displayCategories;
+  int64_t rentalSeconds = 0;
+  int64_t rentalGames = 0;
+};
+
+struct RecipeSlot {
+  int64_t slotNumber = 0;
+  std::string query;
+  std::string quantityExpression;
+  int64_t quantity = 1;
+  std::unordered_set<std::string> accepted;  // loot names and loot ids
+};
+
+struct RecipeOutput {
+  std::string lootName;  // a definition or an odds table
+  std::string quantityExpression;
+  int64_t quantity = 1;
+  double probability = 1;
+  bool allowDuplicates = true;
+};
+
+struct Recipe {
+  std::string recipeName;
+  std::string type;
+  std::string displayCategories;
+  std::string crafterName;
+  std::vector<RecipeSlot> slots;  // by rising slot number
+  std::vector<RecipeOutput> outputs;
+  JsonValue metadata;
+};
+
+struct OddsEntry {
+  std::string lootName;
+  int64_t weight = 1;
+  int64_t quantity = 1;
+};
+
+// A message that waits in the login data packet.
+struct LoginMessage {
+  std::string msgId;
+  std::string type;
+  std::vector<std::string> params;
+};
+
+// A message the platform can push, by the name a control gives.
+struct PreparedMessage {
+  std::string clientId;
+  std::string subtopic;
+  std::string typeName;
+  JsonValue body;
+};
+
+struct Player {
+  uint64_t summonerId = 0;
+  uint64_t accountId = 0;
+  int64_t summonerLevel = 1;
+  std::string displayName;
+};
+
+struct DefinitionVersions {
+  int64_t lootItems = 1;
+  int64_t recipes = 1;
+  int64_t queries = 1;
+};
+
+struct WorldData {
+  std::string name;
+  int64_t latency = 0;                       // milliseconds until a service answers
+  std::map<std::string, int64_t> latencies;  // by method, where it differs
+  Player player;
+  Inventory inventory;
+  Collections collections;
+  std::map<std::string, JsonValue> configuration;
+  JsonValue clientConfiguration;  // as the service answers it
+  std::string newPlayerChest;     // empty: this platform has none
+  DefinitionVersions versions;
+
+  std::vector<LootDefinition> definitions;
+  std::unordered_map<std::string, size_t> definitionIndex;
+  JsonValue::Object queries;  // query text to loot names, as the service answers them
+  std::vector<Recipe> recipes;
+  std::unordered_map<std::string, size_t> recipeIndex;
+  std::unordered_map<std::string, std::vector<OddsEntry>> odds;
+
+  JsonValue lootData;  // the game-data file of names and pictures
+  std::vector<LoginMessage> loginMessages;
+  std::map<std::string, PreparedMessage> messages;
+
+  const LootDefinition* FindDefinition(const std::string& lootName) const {
+    const auto found = definitionIndex.find(lootName);
+    return found == definitionIndex.end() ? nullptr : &definitions[found->second];
+  }
+  const Recipe* FindRecipe(const std::string& recipeName) const {
+    const auto found = recipeIndex.find(recipeName);
+    return found == recipeIndex.end() ? nullptr : &recipes[found->second];
+  }
+};
+
+// A reference id that can stand in a loot id and in a path.
+bool IsLootRefId(std::string_view text);
+// What keeps `key` from being an item of this world, in words; empty when nothing does.
+std::string LootKeyFault(const WorldData& data, const LootKey& key);
+
+}  // namespace Kest::Host

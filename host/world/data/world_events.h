@@ -1,0 +1,24 @@
+// What the emulated platform hands to the host: events to deliver, and responses.
+#pragma once
+
+#include <string>
+
+namespace Kest::Host {
+
+struct WorldEvent {
+  enum class Channel { kResource, kService };
+
+  Channel channel = Channel::kResource;
+  std::string name;     // as in plugin/host_interface.h: "OnJsonApiEvent_/tav-login/v1/session"
+  std::string payload;  // JSON
+  int delayMilliseconds = 0;
+};
+
+struct WorldResponse {
+  int status = 200;
+  std::string contentType;
+  std::string body;
+  std::string message;  // failure text of a status of 400 or above
+};
+
+}  // namespace Kest::Host

@@ -1,0 +1,15 @@
+// Reads a world file into WorldData and checks that it holds together: every name refers to
+// something, every id stands once. docs/worlds.md describes the format.
+#pragma once
+
+#include <string_view>
+
+#include "base/maybe_type.h"
+#include "host/world/data/world_data.h"
+
+namespace Kest::Host {
+
+// The failure text is "file:line:column: message".
+Maybe<WorldData> ReadWorldFile(std::string_view text, std::string_view fileName);
+
+}  // namespace Kest::Host

@@ -1,0 +1,67 @@
+#include "host/world/loot/craft.h"
+
+#include "host/world/json/field_reader.h"
+#include "host/world/loot/ingredients.h"
+#include "host/world/loot/outputs.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr int64_t kMaxRepeat = 1000;
+
+struct CraftOrder {
+  std::string recipeName;
+  std::vector<LootKey> items;
+  int64_t repeat = 1;
+};
+
+CraftOrder ReadOrder(const JsonValue& request, IssueReport& report) {
+  FieldReader fields(request, report);
+  CraftOrder order;
+  order.recipeName = fields.Text("recipeName");
+  order.repeat = fields.WholeOr("repeat", 1, 1, kMaxRepeat);
+  for (const JsonValue& value : fields.ListOr("lootNameRefIds")) {
+    FieldReader item(value, report);
+    order.items.push_back({item.Text("lootName"), item.TextOr("refId", "")});
+  }
+  return order;
+}
+
+std::string FirstRefId(const std::vector<LootKey>& items) {
+  for (const LootKey& item : items) {
+    if (!item.refId.empty()) return item.refId;
+  }
+  return "";
+}
+
+}  // namespace
+
+Transaction Craft(const WorldData& data, const JsonValue& request, Inventory& inventory,
+                  const Collections& collections, SeededRandom& random) {
+  IssueReport report;
+  const CraftOrder order = ReadOrder(request, report);
+  if (report.failed()) return Refused("INVALID_REQUEST", DescribeIssue("request", report.issue()));
+
+  const Recipe* recipe = data.FindRecipe(order.recipeName);
+  if (recipe == nullptr) return Refused("INVALID_RECIPE", "no recipe " + order.recipeName);
+
+  const auto taken = TakeIngredients(*recipe, order.items, order.repeat);
+  if (!taken) return Refused("INVALID_INGREDIENTS", taken.GetFailure().text);
+  for (const auto& [key, count] : taken.GetValue()) {
+    if (inventory.Count(key) >= count) continue;
+    return Refused("MISSING_INGREDIENTS", "needs " + std::to_string(count) + " of " + key.LootId() +
+                                              ", has " + std::to_string(inventory.Count(key)));
+  }
+
+  Transaction transaction;
+  transaction.removed = taken.GetValue();
+  transaction.added = RollOutputs(data, *recipe, order.repeat, inventory, collections,
+                                  FirstRefId(order.items), random);
+  if (!inventory.CanApply(transaction.removed, transaction.added)) {
+    return Refused("INVENTORY_FULL", "no room for the outputs of " + order.recipeName);
+  }
+  ApplyTransaction(transaction, data, inventory);
+  return transaction;
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,13 @@
+// The answer to a retrieval: definitions, recipes, queries and inventory.
+#pragma once
+
+#include "host/world/data/world_data.h"
+
+namespace Kest::Host {
+
+// A part whose version equals the one in `known` is left out: its list is empty, its version
+// stands.
+JsonValue PlayerLootDefinitionsJson(const WorldData& data, const Inventory& inventory,
+                                    const DefinitionVersions& known);
+
+}  // namespace Kest::Host

@@ -1,0 +1,34 @@
+#include "host/world/platform/resource_board.h"
+
+namespace Kest::Host {
+
+void ResourceBoard::Set(const std::string& path, const JsonValue& value) {
+  std::string text = WriteJson(value);
+  std::string& kept = texts_[path];
+  if (kept == text) return;
+  const bool isNew = kept.empty();
+  kept = std::move(text);
+  Announce(path, isNew ? "Create" : "Update", kept);
+}
+
+void ResourceBoard::Remove(const std::string& path) {
+  const auto found = texts_.find(path);
+  if (found == texts_.end()) return;
+  texts_.erase(found);
+  Announce(path, "Delete", "");
+}
+
+const std::string* ResourceBoard::Find(std::string_view path) const {
+  const auto found = texts_.find(path);
+  return found == texts_.end() ? nullptr : &found->second;
+}
+
+void ResourceBoard::Announce(const std::string& path, std::string_view eventType,
+                             std::string_view data) {
+  std::string payload = "{\"uri\":" + QuoteJson(path) + ",\"eventType\":" + QuoteJson(eventType);
+  if (!data.empty()) payload.append(",\"data\":").append(data);
+  payload += '}';
+  outbox_.push_back({WorldEvent::Channel::kResource, "OnJsonApiEvent_" + path, std::move(payload)});
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,159 @@
+#include "host/world/platform/service_proxy.h"
+
+#include <algorithm>
+
+#include "base/platform.h"
+#include "host/world/data/platform_constants.h"
+#include "host/world/json/field_reader.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kInvokePath = "/tav-login/v1/session/invoke";
+constexpr std::string_view kUuidPath = "/tav-login/v1/service-proxy-uuid-requests";
+constexpr std::string_view kMethodPath = "/tav-login/v1/service-proxy-method-requests";
+constexpr size_t kMaxAcknowledgements = 1000;
+
+WorldResponse JsonAnswer(std::string body) {
+  return {200, "application/json", std::move(body), ""};
+}
+
+}  // namespace
+
+std::optional<WorldResponse> ServiceProxy::Post(std::string_view path, std::string_view body) {
+  if (path != kInvokePath && path != kUuidPath && path != kMethodPath) return std::nullopt;
+  const auto call = ReadCall(body);
+  if (!call) return WorldResponse{400, "", "", call.GetFailure().text};
+
+  const Reply reply = Run(call.GetValue());
+  if (path == kInvokePath) {
+    if (reply.result) return JsonAnswer(WriteJson(reply.result.GetValue()));
+    const Failure& failure = reply.result.GetFailure();
+    return WorldResponse{failure.status, "", "", failure.text};
+  }
+  if (path == kUuidPath) {
+    const std::string id = NewRequestId();
+    SendLater("OnServiceProxyUuidEvent", id, call.GetValue(), reply);
+    return JsonAnswer(QuoteJson(id));
+  }
+  SendLater("OnServiceProxyMethodEvent", call.GetValue().requestKey, call.GetValue(), reply);
+  return WorldResponse{204, "", "", ""};
+}
+
+void ServiceProxy::SetOverride(const std::string& method, std::optional<CallOverride> override) {
+  if (override) {
+    overrides_[method] = std::move(*override);
+  } else {
+    overrides_.erase(method);
+  }
+}
+
+std::vector<ServiceProxy::OutstandingCall> ServiceProxy::Outstanding() {
+  const int64_t now = MonotonicMilliseconds();
+  std::erase_if(outstanding_, [&](const OutstandingCall& call) { return call.due <= now; });
+  return outstanding_;
+}
+
+Maybe<ServiceProxy::ServiceCall> ServiceProxy::ReadCall(std::string_view body) {
+  const auto json = ReadJson(body);
+  if (!json) return Failure{DescribeIssue("body", json.GetFailure()), 400};
+  IssueReport report;
+  FieldReader fields(json.GetValue(), report);
+  ServiceCall call;
+  call.service = fields.Text("serviceName");
+  call.method = fields.Text("methodName");
+  call.requestKey = fields.TextOr("requestKey", "");
+  call.arguments = fields.ListOr("args");
+  if (report.failed()) return Failure{DescribeIssue("body", report.issue()), 400};
+  return call;
+}
+
+ServiceProxy::Reply ServiceProxy::Run(const ServiceCall& call) {
+  ++callCounts_[call.service + "." + call.method];
+  const auto latency = data_.latencies.find(call.method);
+  Reply reply{JsonValue(), latency == data_.latencies.end() ? data_.latency : latency->second};
+
+  const auto found = overrides_.find(call.method);
+  if (found == overrides_.end()) {
+    reply.result = Serve(call);
+    return reply;
+  }
+  const CallOverride override = found->second;
+  if (--found->second.times == 0) overrides_.erase(found);
+  reply.latency = override.latency.value_or(reply.latency);
+  if (!override.error.empty()) {
+    reply.result = Failure{override.error, 500};
+  } else if (!override.status.empty()) {
+    reply.result = TransactionJson(Refused(override.status, "set by a control"), data_);
+  } else {
+    reply.result = Serve(call);
+  }
+  return reply;
+}
+
+Maybe<JsonValue> ServiceProxy::Serve(const ServiceCall& call) {
+  if (call.service != kLootService && call.service != kClientFacadeService) {
+    return Failure{"there is no service " + call.service, 404};
+  }
+  if (!session_.ids()) return Failure{"nobody is signed in", 500};
+  if (call.service == kLootService) {
+    Maybe<JsonValue> result = loot_.Call(call.method, call.arguments);
+    // Before the answer's event, so that who hears of a redeemed thing finds it owned.
+    session_.PublishCollections();
+    return result;
+  }
+  if (call.method == kAcknowledgeMethod) return Acknowledge(call.arguments);
+  return Failure{"service " + call.service + " has no method " + call.method, 404};
+}
+
+Maybe<JsonValue> ServiceProxy::Acknowledge(const JsonValue::Array& arguments) {
+  if (arguments.size() != 1) return Failure{"expected one dialog message response", 400};
+  IssueReport report;
+  FieldReader fields(arguments[0], report);
+  Acknowledgement acknowledgement;
+  acknowledgement.accountId = fields.NaturalOr("accountId", 0);
+  acknowledgement.msgId = fields.Text("msgId");
+  acknowledgement.command = fields.Text("command");
+  if (report.failed()) return Failure{DescribeIssue("body", report.issue()), 400};
+  if (acknowledgement.command != "ack") {
+    return Failure{"unknown command " + acknowledgement.command, 400};
+  }
+  session_.Acknowledge(acknowledgement.msgId);
+  acknowledgements_.push_back(std::move(acknowledgement));
+  if (acknowledgements_.size() > kMaxAcknowledgements) acknowledgements_.pop_front();
+  return JsonValue();
+}
+
+void ServiceProxy::SendLater(std::string_view eventName, const std::string& key,
+                             const ServiceCall& call, const Reply& reply) {
+  const bool isGood = static_cast<bool>(reply.result);
+  const JsonValue payload = JsonValue::Object{
+      {"uuid", key},
+      {"serviceName", call.service},
+      {"methodName", call.method},
+      {"payload", isGood ? WriteJson(reply.result.GetValue()) : std::string("null")},
+      {"status", isGood ? "OK" : "ERROR"},
+      {"error", isGood ? std::string() : reply.result.GetFailure().text}};
+  outbox_.push_back({WorldEvent::Channel::kService, std::string(eventName), WriteJson(payload),
+                     static_cast<int>(reply.latency)});
+  Outstanding();  // forgets what has been answered
+  outstanding_.push_back(
+      {key, call.service + "." + call.method, MonotonicMilliseconds() + reply.latency});
+}
+
+std::string ServiceProxy::NewRequestId() {
+  constexpr std::string_view kHex = "0123456789abcdef";
+  std::string id;
+  for (const int group : {8, 4, 4, 4, 12}) {
+    if (!id.empty()) id += '-';
+    uint64_t bits = ids_.Bits();
+    for (int i = 0; i < group; ++i, bits >>= 4) id += kHex[bits & 15];
+  }
+  return id;
+}
+
+bool HasStatusWord(std::string_view method) {
+  return method == kCraftMethod || method == kRedeemMethod || method == kNewPlayerChestMethod;
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,92 @@
+// The host endpoints that reach the platform's services: calls answered in the reply, and calls
+// answered by an event after the service's latency.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/world/data/world_events.h"
+#include "host/world/loot/loot_service.h"
+#include "host/world/platform/platform_session.h"
+
+namespace Kest::Host {
+
+// What the next calls of a method do instead of what they would.
+struct CallOverride {
+  std::optional<int64_t> latency;  // milliseconds
+  std::string error;               // not empty: the call fails with it and does nothing
+  std::string status;              // not empty: a transaction is refused with this word
+  int64_t times = 1;               // how many calls it is for
+};
+
+class ServiceProxy {
+ public:
+  struct Acknowledgement {
+    uint64_t accountId = 0;
+    std::string msgId;
+    std::string command;
+  };
+  struct OutstandingCall {
+    std::string key;   // the request's id or key
+    std::string call;  // "loot.redeemPlayerLoot"
+    int64_t due = 0;   // on the monotonic clock, milliseconds
+  };
+
+  // All must outlive the proxy.
+  ServiceProxy(const WorldData& data, LootService& loot, PlatformSession& session,
+               std::vector<WorldEvent>& outbox, uint64_t seed)
+      : data_(data), loot_(loot), session_(session), outbox_(outbox), ids_(seed) {}
+
+  // Answers a host endpoint, or nothing for another path. `body` is {"serviceName", "methodName",
+  // "args"}, for method requests also "requestKey" and "flag".
+  std::optional<WorldResponse> Post(std::string_view path, std::string_view body);
+
+  // Replaces the override of a method, or removes it.
+  void SetOverride(const std::string& method, std::optional<CallOverride> override);
+
+  const std::map<std::string, CallOverride>& overrides() const { return overrides_; }
+  const std::map<std::string, int64_t>& callCounts() const { return callCounts_; }
+  // The latest 1,000.
+  const std::deque<Acknowledgement>& acknowledgements() const { return acknowledgements_; }
+  // Calls whose answer is still on its way.
+  std::vector<OutstandingCall> Outstanding();
+
+ private:
+  struct ServiceCall {
+    std::string service;
+    std::string method;
+    std::string requestKey;
+    JsonValue::Array arguments;
+  };
+  struct Reply {
+    Maybe<JsonValue> result;
+    int64_t latency;
+  };
+
+  static Maybe<ServiceCall> ReadCall(std::string_view body);
+  Reply Run(const ServiceCall& call);
+  Maybe<JsonValue> Serve(const ServiceCall& call);
+  Maybe<JsonValue> Acknowledge(const JsonValue::Array& arguments);
+  void SendLater(std::string_view eventName, const std::string& key, const ServiceCall& call,
+                 const Reply& reply);
+  std::string NewRequestId();
+
+  const WorldData& data_;
+  LootService& loot_;
+  PlatformSession& session_;
+  std::vector<WorldEvent>& outbox_;
+  SeededRandom ids_;
+  std::map<std::string, CallOverride> overrides_;
+  std::map<std::string, int64_t> callCounts_;  // by "service.method"
+  std::deque<Acknowledgement> acknowledgements_;
+  std::vector<OutstandingCall> outstanding_;
+};
+
+// Whether the method's result has a status word that an override can set.
+bool HasStatusWord(std::string_view method);
+
+}  // namespace Kest::Host

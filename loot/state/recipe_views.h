@@ -1,0 +1,30 @@
+// RecipeViews shows the service's recipes as the front end sees them: with texts and images from
+// the game data and with slots that name what they take. Threads: no lock; handlers and module
+// tasks only. Makes no calls.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "loot/state/loot_state.h"
+#include "loot/wire/recipe_resources.h"
+
+namespace Kest::Client::Loot {
+
+class RecipeViews {
+ public:
+  // Borrows the state, which outlives it.
+  explicit RecipeViews(const LootState& state) : state_(state) {}
+
+  // The indexed recipes that take the item as their first ingredient, in the definitions' order. An
+  // item that is not stored is known by its id alone. Valid until the definitions change.
+  std::vector<const IndexedRecipe*> FindInitialItemRecipes(const std::string& lootId) const;
+
+  // The same, in full.
+  std::vector<Api::Recipe> InitialItemRecipes(const std::string& lootId) const;
+
+ private:
+  const LootState& state_;
+};
+
+}  // namespace Kest::Client::Loot
