@@ -1,0 +1,19 @@
+// Texts that are kept in files, to hold the code to what it did before.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace Kest::Testing {
+
+// Whether `text` is what the file holds; `path` starts at the root of the sources. A difference is
+// shown as the lines that differ, so give each line what identifies it. `script/test --update`
+// (KEST_UPDATE_GOLDEN in the environment) writes the files again: read the change before it is
+// committed.
+//
+//   EXPECT_TRUE(GoldenText("tests/loot/wire_types.txt", text));
+testing::AssertionResult GoldenText(const std::string& path, std::string_view text);
+
+}  // namespace Kest::Testing
