@@ -1,59 +1,21 @@
 #include "fuzz/fuzz_support.h"
 
-#include <sanitizer/allocator_interface.h>
-#include <sys/resource.h>
-#include <time.h>
-
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-
-#include "log/logger.h"
 
 namespace Kest::Fuzz {
 namespace {
 
-constexpr int64_t kMaxNanoseconds = 3'000'000'000;
-constexpr int64_t kMaxHeapBytes = int64_t{256} << 20;
 constexpr size_t kFormatCapacity = 4096;
 
-// The heap since a DecoderBounds began; only counted while there is one.
-struct Heap {
-  bool isWatched = false;
-  int64_t bytes = 0;
-  int64_t peak = 0;
-};
-Heap heap;
-
-void OnAllocate(const volatile void*, size_t size) {
-  if (!heap.isWatched) return;
-  heap.bytes += static_cast<int64_t>(size);
-  heap.peak = std::max(heap.peak, heap.bytes);
-}
-
-void OnFree(const volatile void* memory) {
-  if (!heap.isWatched || memory == nullptr) return;
-  heap.bytes -=
-      static_cast<int64_t>(__sanitizer_get_allocated_size(const_cast<const void*>(memory)));
-}
-
-int64_t ProcessorTime() {
-  timespec time = {};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-[[noreturn]] void EndWithFinding(std::string_view rule, std::string_view detail) {
-  std::fprintf(stderr, "FINDING: %.*s\n%.*s\n", static_cast<int>(rule.size()), rule.data(),
-               static_cast<int>(std::min<size_t>(detail.size(), 20000)), detail.data());
-  std::abort();
+[[noreturn]] void Throw(std::string_view rule, std::string_view detail) {
+  throw Finding(std::string(rule).append("\n").append(detail));
 }
 
 bool IsPlace(std::string_view pattern) {
   return pattern.size() >= 2 && pattern[0] == '%' && pattern[1] >= '1' && pattern[1] <= '9';
 }
 
-// The bytes ahead of the next place.
+// The bytes before the next place.
 std::string_view LiteralOf(std::string_view pattern) {
   size_t end = 0;
   while (end < pattern.size() && !IsPlace(pattern.substr(end))) ++end;
@@ -63,41 +25,41 @@ std::string_view LiteralOf(std::string_view pattern) {
 }  // namespace
 
 void Require(bool holds, std::string_view rule, std::string_view detail) {
-  if (!holds) EndWithFinding(rule, detail);
+  if (!holds) Throw(rule, detail);
 }
 
 void RequireSame(std::string_view expected, std::string_view actual, std::string_view rule) {
   if (expected == actual) return;
   std::string detail = "expected: ";
   detail.append(expected).append("\nactual:   ").append(actual);
-  EndWithFinding(rule, detail);
+  Throw(rule, detail);
 }
 
-bool IsMadeFrom(std::string_view pattern, std::string_view text) {
-  const bool mayBeCut = text.size() == kFormatCapacity;
+bool IsMadeFrom(std::string_view pattern, std::string_view message) {
+  const bool mayBeTruncated = message.size() == kFormatCapacity;
   std::string_view literal = LiteralOf(pattern);
-  if (!text.starts_with(literal)) return false;
+  if (!message.starts_with(literal)) return false;
   pattern.remove_prefix(literal.size());
-  text.remove_prefix(literal.size());
+  message.remove_prefix(literal.size());
   while (IsPlace(pattern)) {
     pattern.remove_prefix(2);
     literal = LiteralOf(pattern);
     pattern.remove_prefix(literal.size());
-    if (pattern.empty()) return mayBeCut || text.ends_with(literal);
-    const size_t found = text.find(literal);
-    if (found == std::string_view::npos) return mayBeCut;
-    text.remove_prefix(found + literal.size());
+    if (pattern.empty()) return mayBeTruncated || message.ends_with(literal);
+    const size_t found = message.find(literal);
+    if (found == std::string_view::npos) return mayBeTruncated;
+    message.remove_prefix(found + literal.size());
   }
-  return text.empty();
+  return message.empty();
 }
 
-void RequireListed(std::string_view failure, std::initializer_list<FailureList> lists) {
-  for (const FailureList& list : lists) {
+void RequireListed(std::string_view message, std::initializer_list<MessageList> lists) {
+  for (const MessageList& list : lists) {
     for (const std::string_view pattern : list) {
-      if (IsMadeFrom(pattern, failure)) return;
+      if (IsMadeFrom(pattern, message)) return;
     }
   }
-  EndWithFinding("this failure text is not listed", failure);
+  Throw("this failure message is not listed", message);
 }
 
 std::string_view TakeUntil(char end, std::string_view* text) {
@@ -105,19 +67,6 @@ std::string_view TakeUntil(char end, std::string_view* text) {
   const std::string_view taken = text->substr(0, size);
   text->remove_prefix(std::min(size + 1, text->size()));
   return taken;
-}
-
-DecoderBounds::DecoderBounds() : start_(ProcessorTime()) {
-  heap = {true, 0, 0};
-}
-
-DecoderBounds::~DecoderBounds() {
-  const int64_t taken = ProcessorTime() - start_;
-  heap.isWatched = false;
-  Require(taken <= kMaxNanoseconds, "a decoder ends within its time",
-          std::to_string(taken / 1'000'000) + " ms");
-  Require(heap.peak <= kMaxHeapBytes, "a decoder needs at most 256 MiB",
-          std::to_string(heap.peak) + " bytes");
 }
 
 std::string Stretched(std::string_view input, char mark, size_t limit) {
@@ -137,10 +86,3 @@ std::string Stretched(std::string_view input, char mark, size_t limit) {
 }
 
 }  // namespace Kest::Fuzz
-
-// Called by libFuzzer before the first input.
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  Kest::Logger::Instance().SetDisabled(true);
-  __sanitizer_install_malloc_and_free_hooks(Kest::Fuzz::OnAllocate, Kest::Fuzz::OnFree);
-  return 0;
-}

@@ -13,6 +13,7 @@
 #include "binding/msgpack/msgpack_reader.h"
 #include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
+#include "fuzz/properties.h"
 #include "fuzz/samples.h"
 #include "fuzz/strict_json.h"
 #include "tests/api/sample_api.h"
@@ -76,7 +77,7 @@ Response Answer(const Sample::Api& api, const Call& call) {
 std::vector<std::string> DecodingTexts(const Dispatcher& dispatcher) {
   const struct {
     std::string_view format;
-    FailureList list;
+    MessageList list;
   } kDecoders[] = {
       {"JSON", kJsonFailures},
       {"YAML", kYamlFailures},
@@ -142,18 +143,17 @@ void CheckFailure(std::string_view target, const Response& response) {
 }
 
 }  // namespace
-}  // namespace Kest::Fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace Kest;
+void CheckArgumentBinding(std::string_view input) {
   static const Sample::Api kApi;
-  const Fuzz::Call call = Fuzz::ReadCall(Fuzz::TextOf(data, size));
-  const Response response = Fuzz::Answer(kApi, call);
-  Fuzz::Require(response == Fuzz::Answer(kApi, call), "the same request has the same answer");
+  const Call call = ReadCall(input);
+  const Response response = Answer(kApi, call);
+  Require(response == Answer(kApi, call), "the same request has the same answer");
   if (response.status < 300) {
-    Fuzz::CheckSuccess(response);
+    CheckSuccess(response);
   } else {
-    Fuzz::CheckFailure(call.target, response);
+    CheckFailure(call.target, response);
   }
-  return 0;
 }
+
+}  // namespace Kest::Fuzz

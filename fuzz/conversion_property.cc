@@ -6,6 +6,7 @@
 #include "fuzz/described_tree.h"
 #include "fuzz/failure_messages.h"
 #include "fuzz/fuzz_support.h"
+#include "fuzz/properties.h"
 #include "fuzz/samples.h"
 #include "fuzz/tree_notation.h"
 
@@ -31,8 +32,8 @@ void CheckNumber(const BindingProperty& input, bool converted, T value) {
   Require(converted == fits, "a number converts when it is in range", ExactTree(input));
   if (!converted) return;
   if constexpr (std::is_integral_v<T>) {
-    Require(static_cast<long double>(value) == std::trunc(number), "a number is cut towards zero",
-            ExactTree(input));
+    Require(static_cast<long double>(value) == std::trunc(number),
+            "a number is truncated toward zero", ExactTree(input));
   } else {
     Require(value == static_cast<T>(number), "a number is rounded once", ExactTree(input));
   }
@@ -91,19 +92,16 @@ void CheckTargets(const BindingProperty& input) {
 }
 
 }  // namespace
-}  // namespace Kest::Fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace Kest;
-  std::string_view text = Fuzz::TextOf(data, size);
-  const BindingProperty input = Fuzz::TakeTree(&text, Samples::GradeRecord());
-  Fuzz::CheckTargets<bool, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t, uint64_t,
-                     float, double, std::string, std::vector<uint8_t>, BindingProperty>(input);
-  Fuzz::CheckTargets<Samples::Grade, Samples::Part, Samples::Whole, std::vector<Samples::Part>,
-                     std::vector<int32_t>, std::map<std::string, Samples::Part>,
-                     std::unordered_map<std::string, double>, std::shared_ptr<const Samples::Part>>(
-      input);
-  Fuzz::CheckEmptyMembers<Samples::Part>(input);
-  Fuzz::CheckEmptyMembers<Samples::Whole>(input);
-  return 0;
+void CheckConversion(std::string_view input) {
+  const BindingProperty tree = TakeTree(&input, Samples::GradeRecord());
+  CheckTargets<bool, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t, uint64_t,
+               float, double, std::string, std::vector<uint8_t>, BindingProperty>(tree);
+  CheckTargets<Samples::Grade, Samples::Part, Samples::Whole, std::vector<Samples::Part>,
+               std::vector<int32_t>, std::map<std::string, Samples::Part>,
+               std::unordered_map<std::string, double>, std::shared_ptr<const Samples::Part>>(tree);
+  CheckEmptyMembers<Samples::Part>(tree);
+  CheckEmptyMembers<Samples::Whole>(tree);
 }
+
+}  // namespace Kest::Fuzz

@@ -3,6 +3,7 @@
 #include "binding/json/json_adapter.h"
 #include "fuzz/described_tree.h"
 #include "fuzz/fuzz_support.h"
+#include "fuzz/properties.h"
 #include "fuzz/samples.h"
 #include "fuzz/strict_json.h"
 #include "fuzz/tree_notation.h"
@@ -29,11 +30,9 @@ void CheckTree(const BindingProperty& tree) {
 }
 
 }  // namespace
-}  // namespace Kest::Fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace Kest;
-  std::string_view text = Fuzz::TextOf(data, size);
-  Fuzz::CheckTree(Fuzz::TakeTree(&text, Samples::GradeRecord()));
-  return 0;
+void CheckJsonWriteRead(std::string_view input) {
+  CheckTree(TakeTree(&input, Samples::GradeRecord()));
 }
+
+}  // namespace Kest::Fuzz

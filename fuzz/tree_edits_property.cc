@@ -14,6 +14,7 @@
 
 #include "fuzz/described_tree.h"
 #include "fuzz/fuzz_support.h"
+#include "fuzz/properties.h"
 #include "fuzz/samples.h"
 
 namespace Kest::Fuzz {
@@ -216,15 +217,13 @@ class Editor {
 };
 
 }  // namespace
-}  // namespace Kest::Fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace Kest::Fuzz;
-  std::string_view text = TextOf(data, size);
+void CheckTreeEdits(std::string_view input) {
   Editor editor;
-  while (!text.empty()) {
-    editor.Edit(&text);
+  while (!input.empty()) {
+    editor.Edit(&input);
     editor.Check();
   }
-  return 0;
 }
+
+}  // namespace Kest::Fuzz
