@@ -16,16 +16,16 @@ constexpr std::string_view kHelp = "$builtin.Help";
 constexpr std::string_view kFormat = "format";
 constexpr std::string_view kFullFormat = "Full";
 
-HttpAnswer AskHelp(PluginSession& session, std::string_view format) {
+HttpResponse AskHelp(PluginSession& session, std::string_view format) {
   const KestValue argument = {Text(kFormat), {}, Bytes(format)};
   return session.Invoke(kHelp, {&argument, 1});
 }
 
 }  // namespace
 
-HttpAnswer HelpPage(PluginSession& session, std::string_view query) {
+HttpResponse HelpPage(PluginSession& session, std::string_view query) {
   const auto format = RequestTarget{{}, query}.Parameter(kFormat);
-  HttpAnswer answer = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
+  HttpResponse answer = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
   if (answer.status != 200 || !answer.body.starts_with('"')) return answer;
   auto text = ReadJson(answer.body);
   if (!text || text.GetValue().AsText() == nullptr) return answer;
@@ -35,15 +35,15 @@ HttpAnswer HelpPage(PluginSession& session, std::string_view query) {
           .allow = {}};
 }
 
-HttpAnswer OpenApiPage(PluginSession& session) {
-  HttpAnswer help = AskHelp(session, kFullFormat);
+HttpResponse OpenApiPage(PluginSession& session) {
+  HttpResponse help = AskHelp(session, kFullFormat);
   if (help.status >= 400) return help;
   auto document = MakeOpenApiDocument({.name = session.FullName(),
                                        .version = session.Version(),
                                        .api = &session.Api(),
                                        .help = help.body});
-  return document ? JsonAnswer(std::move(document.GetValue()))
-                  : ProblemAnswer(500, document.GetFailure().text);
+  return document ? JsonResponse(std::move(document.GetValue()))
+                  : ProblemResponse(500, document.GetFailure().text);
 }
 
 }  // namespace Kest::Host

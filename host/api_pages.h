@@ -13,10 +13,10 @@ namespace Kest::Host {
 // What the plugin's Help answers, in the form that `query` asks for ("format=Epytext"), or in its
 // default form. A text is served as "text/plain; charset=utf-8", everything else as it comes. A
 // format the plugin does not know is refused in its own words.
-HttpAnswer HelpPage(PluginSession& session, std::string_view query);
+HttpResponse HelpPage(PluginSession& session, std::string_view query);
 
 // The OpenAPI document of the plugin and this host. A plugin without a Help gives no document: its
 // own refusal is the answer, and 500 when what it tells cannot be read.
-HttpAnswer OpenApiPage(PluginSession& session);
+HttpResponse OpenApiPage(PluginSession& session);
 
 }  // namespace Kest::Host

@@ -41,7 +41,6 @@ CommandLine ReadCommandLine(int argc, const char* const* argv,
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    line.ends = true;
     line.exitCode = app.exit(error) == EXIT_SUCCESS ? EXIT_SUCCESS : EXIT_FAILURE;
   }
   return line;

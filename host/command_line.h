@@ -1,18 +1,18 @@
 // The program's options.
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "host/development_host.h"
+#include "host/host_options.h"
 
 namespace Kest::Host {
 
 struct CommandLine {
   HostOptions options;
-  // Set when the program ends here: help was asked for, or an option was wrong (its text has been
-  // written).
-  bool ends = false;
-  int exitCode = 0;
+  // The exit code when the program ends here: help was asked for, or an option was wrong (its
+  // message has been written).
+  std::optional<int> exitCode;
 };
 
 // Reads the options. `besideExecutable` is the folder of the running program; the plugin is looked

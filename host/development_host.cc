@@ -22,15 +22,16 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
         log->Write(LogLevel::kError,
                    "Task \"" + std::string(task) + "\" failed: " + std::string(text));
       }),
-      serviceEvents_([this](const ServiceEvents::Event& event) {
-        keeper_.DeliverServiceEvent(event);
+      serviceEvents_([this](const ServiceEventThread::Event& event) {
+        sessions_.DeliverServiceEvent(event);
         scheduler_.Wake();
       }),
-      keeper_(options_.pluginPath, [this] { return LoadWorld(options_.worldPath, options_.seed); },
-              {&scheduler_, &serviceEvents_, &stream_, log}),
-      control_(&scheduler_, &serviceEvents_, &stream_, &keeper_, log),
+      sessions_(options_.pluginPath,
+                [this] { return LoadWorld(options_.worldPath, options_.seed); },
+                {&scheduler_, &serviceEvents_, &stream_, log}),
+      control_(&scheduler_, &serviceEvents_, &stream_, &sessions_, log),
       guard_(options_.address),
-      router_(&scheduler_, &keeper_, &control_, &stream_) {}
+      router_(&scheduler_, &sessions_, &control_, &stream_) {}
 
 DevelopmentHost::~DevelopmentHost() {
   scheduler_.End();  // before what its tasks use
@@ -53,7 +54,7 @@ Maybe<Nothing> DevelopmentHost::Start() {
   if (!server) return server.GetFailure();
   server_ = std::move(server.GetValue());
   stream_.SetListener([this] { server_->WakeStreams(); });
-  const auto started = RunTask<Maybe<Nothing>>("start", [this] { return keeper_.Start(); });
+  const auto started = RunTask<Maybe<Nothing>>("start", [this] { return sessions_.Start(); });
   if (!started) return Failure{"The plugin did not start in time.", kTooLate};
   if (!*started) return started->GetFailure();
   server_->Serve(
@@ -65,7 +66,7 @@ Maybe<Nothing> DevelopmentHost::Start() {
 
 Maybe<Nothing> DevelopmentHost::Stop() {
   const auto stopped = RunTask<bool>("stop", [this] {
-    keeper_.Stop();
+    sessions_.Stop();
     return true;
   });
   scheduler_.Close();

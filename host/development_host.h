@@ -10,25 +10,17 @@
 
 #include "base/maybe_type.h"
 #include "host/host_control.h"
+#include "host/host_options.h"
 #include "host/http/http_server.h"
 #include "host/http/request_guard.h"
 #include "host/request_router.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
-#include "host/session/service_events.h"
+#include "host/session/service_event_thread.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
 
 namespace Kest::Host {
-
-struct HostOptions {
-  std::string pluginPath;
-  std::string worldPath;  // empty: the sample world
-  std::string address = "127.0.0.1";
-  uint16_t port = 8510;  // 0: any free one
-  uint64_t seed = 1;
-  LogLevel logLevel = LogLevel::kOkay;
-};
 
 class DevelopmentHost {
  public:
@@ -55,8 +47,8 @@ class DevelopmentHost {
   EventStream stream_;
   std::unique_ptr<HttpServer> server_;  // outlives the tasks, which hold its Responds
   Scheduler scheduler_;
-  ServiceEvents serviceEvents_;
-  SessionManager keeper_;
+  ServiceEventThread serviceEvents_;
+  SessionManager sessions_;
   HostControl control_;
   RequestGuard guard_;
   RequestRouter router_;

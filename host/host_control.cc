@@ -77,7 +77,7 @@ bool MayBeJson(std::string_view contentType) {
 struct HostControl::Endpoint {
   std::string_view path;
   std::string_view method;
-  HttpAnswer (HostControl::*answer)(std::string_view query);
+  HttpResponse (HostControl::*answer)(std::string_view query);
 };
 
 const HostControl::Endpoint HostControl::kEndpoints[] = {
@@ -89,15 +89,15 @@ const HostControl::Endpoint HostControl::kEndpoints[] = {
     {"/_host/openapi.json", "GET", &HostControl::OpenApi},
 };
 
-HostControl::HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
-                         SessionManager* keeper, const HostLog* log)
+HostControl::HostControl(Scheduler* scheduler, ServiceEventThread* serviceEvents,
+                         EventStream* stream, SessionManager* sessions, const HostLog* log)
     : scheduler_(scheduler),
       serviceEvents_(serviceEvents),
       stream_(stream),
-      keeper_(keeper),
+      sessions_(sessions),
       log_(log) {}
 
-HttpAnswer HostControl::Handle(const HttpRequest& request) {
+HttpResponse HostControl::Handle(const HttpRequest& request) {
   const RequestTarget target = RequestTarget::Split(request.target);
   for (const Endpoint& endpoint : kEndpoints) {
     if (endpoint.path != target.path) continue;
@@ -107,16 +107,16 @@ HttpAnswer HostControl::Handle(const HttpRequest& request) {
   return AskWorld(request, target.path.substr(kPrefix.size()));
 }
 
-HttpAnswer HostControl::AskWorld(const HttpRequest& request, std::string_view path) {
+HttpResponse HostControl::AskWorld(const HttpRequest& request, std::string_view path) {
   if (!request.body.empty() && !MayBeJson(request.contentType)) {
-    return ProblemAnswer(415, "Send the body as application/json.");
+    return ProblemResponse(415, "Send the body as application/json.");
   }
-  PluginSession* const session = keeper_->Current();
-  return session != nullptr ? session->Control(request, path) : ProblemAnswer(503, kNotRunning);
+  PluginSession* const session = sessions_->Current();
+  return session != nullptr ? session->Control(request, path) : ProblemResponse(503, kNotRunning);
 }
 
-HttpAnswer HostControl::Health(std::string_view) {
-  PluginSession* const session = keeper_->Current();
+HttpResponse HostControl::Health(std::string_view) {
+  PluginSession* const session = sessions_->Current();
   const EventStream::Range held = stream_->Held();
   JsonWriter json;
   json.BeginObject().Key("status").Text(session != nullptr ? "running" : "stopped");
@@ -131,57 +131,57 @@ HttpAnswer HostControl::Health(std::string_view) {
     json.EndArray();
     WriteStatistics(session->Statistics(), &json);
   }
-  return JsonAnswer(json.EndObject().Take());
+  return JsonResponse(json.EndObject().Take());
 }
 
-HttpAnswer HostControl::Idle(std::string_view query) {
+HttpResponse HostControl::Idle(std::string_view query) {
   uint64_t limit = kDefaultIdleTimeout;
   if (const auto text = RequestTarget{{}, query}.Parameter(kTimeoutName)) {
     const auto number = ParseNumber(*text);
     if (!number || *number > kLongestIdleTimeout) {
-      return ProblemAnswer(400, std::string(kTimeoutName) + " must be a number up to " +
-                                    std::to_string(kLongestIdleTimeout) + ".");
+      return ProblemResponse(400, std::string(kTimeoutName) + " must be a number up to " +
+                                      std::to_string(kLongestIdleTimeout) + ".");
     }
     limit = *number;
   }
   const bool quiet = scheduler_->WaitUntilQuiet(std::chrono::milliseconds(limit),
                                                 [this] { return serviceEvents_->Quiet(); });
-  if (quiet) return JsonAnswer(R"({"idle":true})");
-  return ProblemAnswer(504, "Still busy after " + std::to_string(limit) + " ms.");
+  if (quiet) return JsonResponse(R"({"idle":true})");
+  return ProblemResponse(504, "Still busy after " + std::to_string(limit) + " ms.");
 }
 
-HttpAnswer HostControl::Reset(std::string_view) {
-  const auto done = keeper_->Reset();
-  return done ? JsonAnswer(R"({"reset":true})") : ProblemAnswer(500, done.GetFailure().text);
+HttpResponse HostControl::Reset(std::string_view) {
+  const auto done = sessions_->Reset();
+  return done ? JsonResponse(R"({"reset":true})") : ProblemResponse(500, done.GetFailure().text);
 }
 
-HttpAnswer HostControl::Log(std::string_view) {
+HttpResponse HostControl::Log(std::string_view) {
   JsonWriter json;
   json.BeginArray();
   for (const std::string& line : log_->Kept()) json.Text(line);
-  return JsonAnswer(json.EndArray().Take());
+  return JsonResponse(json.EndArray().Take());
 }
 
-HttpAnswer HostControl::Help(std::string_view query) {
-  PluginSession* const session = keeper_->Current();
-  return session != nullptr ? HelpPage(*session, query) : ProblemAnswer(503, kNotRunning);
+HttpResponse HostControl::Help(std::string_view query) {
+  PluginSession* const session = sessions_->Current();
+  return session != nullptr ? HelpPage(*session, query) : ProblemResponse(503, kNotRunning);
 }
 
-HttpAnswer HostControl::OpenApi(std::string_view) {
-  PluginSession* const session = keeper_->Current();
-  return session != nullptr ? OpenApiPage(*session) : ProblemAnswer(503, kNotRunning);
+HttpResponse HostControl::OpenApi(std::string_view) {
+  PluginSession* const session = sessions_->Current();
+  return session != nullptr ? OpenApiPage(*session) : ProblemResponse(503, kNotRunning);
 }
 
-HttpAnswer HostControl::Index() {
-  PluginSession* const session = keeper_->Current();
-  if (session == nullptr) return ProblemAnswer(503, kNotRunning);
+HttpResponse HostControl::Index() {
+  PluginSession* const session = sessions_->Current();
+  if (session == nullptr) return ProblemResponse(503, kNotRunning);
   JsonWriter json;
   json.BeginObject().Key("plugin").Text(session->FullName());
   json.Key("version").Text(session->Version());
   json.Key("events").Text("/_host/events").Key("health").Text("/_host/health");
   json.Key("help").Text("/_host/help").Key("openapi").Text("/_host/openapi.json");
   WriteEndpoints(session->Api(), &json);
-  return JsonAnswer(json.EndObject().Take());
+  return JsonResponse(json.EndObject().Take());
 }
 
 }  // namespace Kest::Host

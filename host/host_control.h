@@ -10,7 +10,7 @@
 #include "host/http/http_message.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
-#include "host/session/service_events.h"
+#include "host/session/service_event_thread.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
 
@@ -19,30 +19,30 @@ namespace Kest::Host {
 class HostControl {
  public:
   // The parts outlive the control.
-  HostControl(Scheduler* scheduler, ServiceEvents* serviceEvents, EventStream* stream,
-              SessionManager* keeper, const HostLog* log);
+  HostControl(Scheduler* scheduler, ServiceEventThread* serviceEvents, EventStream* stream,
+              SessionManager* sessions, const HostLog* log);
 
   // Answers a request of which the path begins with "/_host/".
-  HttpAnswer Handle(const HttpRequest& request);
+  HttpResponse Handle(const HttpRequest& request);
   // Answers "/": what is served here.
-  HttpAnswer Index();
+  HttpResponse Index();
 
  private:
-  HttpAnswer Health(std::string_view query);
-  HttpAnswer Idle(std::string_view query);
-  HttpAnswer Reset(std::string_view query);
-  HttpAnswer Log(std::string_view query);
-  HttpAnswer Help(std::string_view query);
-  HttpAnswer OpenApi(std::string_view query);
-  HttpAnswer AskWorld(const HttpRequest& request, std::string_view path);
+  HttpResponse Health(std::string_view query);
+  HttpResponse Idle(std::string_view query);
+  HttpResponse Reset(std::string_view query);
+  HttpResponse Log(std::string_view query);
+  HttpResponse Help(std::string_view query);
+  HttpResponse OpenApi(std::string_view query);
+  HttpResponse AskWorld(const HttpRequest& request, std::string_view path);
 
   struct Endpoint;
   static const Endpoint kEndpoints[];
 
   Scheduler* const scheduler_;
-  ServiceEvents* const serviceEvents_;
+  ServiceEventThread* const serviceEvents_;
   EventStream* const stream_;
-  SessionManager* const keeper_;
+  SessionManager* const sessions_;
   const HostLog* const log_;
 };
 

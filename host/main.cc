@@ -42,5 +42,5 @@ int RunHost(const HostOptions& options) {
 
 int main(int argc, char** argv) {
   const CommandLine line = ReadCommandLine(argc, argv, FolderOfThisProgram());
-  return line.ends ? line.exitCode : RunHost(line.options);
+  return line.exitCode ? *line.exitCode : RunHost(line.options);
 }

@@ -42,9 +42,9 @@ class EventReader : public HttpStream {
 
 }  // namespace
 
-RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* keeper, HostControl* control,
+RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
                              EventStream* stream)
-    : scheduler_(scheduler), keeper_(keeper), control_(control), stream_(stream) {}
+    : scheduler_(scheduler), sessions_(sessions), control_(control), stream_(stream) {}
 
 void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
   const std::string path(RequestTarget::Split(request.target).path);
@@ -58,7 +58,7 @@ void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
     return RunTask(std::move(request), respond,
                    [this](const HttpRequest& asked) { return control_->Handle(asked); });
   }
-  if (path != "/") return respond(ProblemAnswer(404, "Nothing is served at " + path));
+  if (path != "/") return respond(ProblemResponse(404, "Nothing is served at " + path));
   if (request.method != "GET") return respond(MethodProblem("GET"));
   RunTask(std::move(request), respond, [this](const HttpRequest&) { return control_->Index(); });
 }
@@ -66,27 +66,27 @@ void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
 void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Answer answer) {
   std::string name = request.method + " " + request.target;
   auto work = [request = std::move(request), respond, answer = std::move(answer)] {
-    HttpAnswer result;
+    HttpResponse result;
     try {
       result = answer(request);
     } catch (const std::bad_alloc&) {
-      result = ProblemAnswer(500, "Out of memory");
+      result = ProblemResponse(500, "Out of memory");
     } catch (const std::exception&) {
-      result = ProblemAnswer(500, "Internal server error");
+      result = ProblemResponse(500, "Internal server error");
     }
     respond(std::move(result));
   };
   const auto posted = scheduler_->Post({.name = std::move(name), .work = std::move(work)});
-  if (posted == Scheduler::Posted::kRefused) respond(ProblemAnswer(503, "The host is stopping."));
+  if (posted == Scheduler::Posted::kRefused) respond(ProblemResponse(503, "The host is stopping."));
 }
 
-HttpAnswer RequestRouter::AskPlugin(const HttpRequest& request) {
-  PluginSession* const session = keeper_->Current();
-  if (session == nullptr) return ProblemAnswer(503, "The plugin is not running.");
+HttpResponse RequestRouter::AskPlugin(const HttpRequest& request) {
+  PluginSession* const session = sessions_->Current();
+  if (session == nullptr) return ProblemResponse(503, "The plugin is not running.");
   return session->Request(request);
 }
 
-HttpAnswer RequestRouter::FollowEvents(const HttpRequest& request) {
+HttpResponse RequestRouter::FollowEvents(const HttpRequest& request) {
   if (request.method != "GET") return MethodProblem("GET");
   uint64_t position = stream_->Held().last;  // without a place to go on from: what is new
   std::string_view last = request.lastEventId;
@@ -94,10 +94,10 @@ HttpAnswer RequestRouter::FollowEvents(const HttpRequest& request) {
   if (last.empty()) last = target.Parameter("lastEventId").value_or("");
   if (!last.empty()) {
     const auto number = ParseNumber(last);
-    if (!number) return ProblemAnswer(400, "The last event id must be a number.");
+    if (!number) return ProblemResponse(400, "The last event id must be a number.");
     position = *number;
   }
-  HttpAnswer answer;
+  HttpResponse answer;
   answer.stream = std::make_unique<EventReader>(stream_, position);
   return answer;
 }

@@ -17,20 +17,20 @@ namespace Kest::Host {
 class RequestRouter {
  public:
   // The parts outlive the router and every task it posts.
-  RequestRouter(Scheduler* scheduler, SessionManager* keeper, HostControl* control,
+  RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
                 EventStream* stream);
 
   void Handle(HttpRequest request, const Respond& respond);
 
  private:
-  using Answer = std::function<HttpAnswer(const HttpRequest&)>;
+  using Answer = std::function<HttpResponse(const HttpRequest&)>;
 
   void RunTask(HttpRequest request, const Respond& respond, Answer answer);
-  HttpAnswer AskPlugin(const HttpRequest& request);
-  HttpAnswer FollowEvents(const HttpRequest& request);
+  HttpResponse AskPlugin(const HttpRequest& request);
+  HttpResponse FollowEvents(const HttpRequest& request);
 
   Scheduler* const scheduler_;
-  SessionManager* const keeper_;
+  SessionManager* const sessions_;
   HostControl* const control_;
   EventStream* const stream_;
 };

@@ -132,7 +132,7 @@ void HttpConnection::OnHead(Error error) {
   SplitAbsoluteTarget(&request);
   if (auto answer = owner_->Handlers().refuse(request)) return Send(std::move(*answer), true);
   if (head.count(http::field::transfer_encoding) != 0 && !head.chunked()) {
-    return Send(ProblemAnswer(501, "Of the transfer encodings only \"chunked\" is read."), true);
+    return Send(ProblemResponse(501, "Of the transfer encodings only \"chunked\" is read."), true);
   }
   if (beast::iequals(head[http::field::expect], "100-continue")) return Continue100();
   ReadBody();
@@ -159,7 +159,7 @@ void HttpConnection::OnBody(Error error) {
   try {
     owner_->Handlers().handle(std::move(request), MakeRespond());
   } catch (const std::bad_alloc&) {
-    Send(ProblemAnswer(500, "Out of memory"), true);
+    Send(ProblemResponse(500, "Out of memory"), true);
   }
 }
 
@@ -179,21 +179,22 @@ HttpRequest HttpConnection::TakeRequest() {
 }
 
 void HttpConnection::OnReadFailure(Error error) {
-  if (error == http::error::body_limit) return Send(ProblemAnswer(413, "Body is too large"), true);
+  if (error == http::error::body_limit)
+    return Send(ProblemResponse(413, "Body is too large"), true);
   if (error == http::error::header_limit || error == http::error::buffer_overflow) {
-    return Send(ProblemAnswer(431, "The head or the trailer of the request is too large."), true);
+    return Send(ProblemResponse(431, "The head or the trailer of the request is too large."), true);
   }
   const bool unreadable = error.category() == make_error_code(http::error::bad_method).category() &&
                           error != http::error::end_of_stream &&
                           error != http::error::partial_message;
   if (!unreadable) return Close();
-  Send(ProblemAnswer(400, "The request cannot be read: " + error.message() + "."), true);
+  Send(ProblemResponse(400, "The request cannot be read: " + error.message() + "."), true);
 }
 
 // ---- Answering ---------------------------------------------------------------------------------
 
 Respond HttpConnection::MakeRespond() {
-  return [weak = weak_from_this()](HttpAnswer answer) {
+  return [weak = weak_from_this()](HttpResponse answer) {
     auto self = weak.lock();
     if (!self) return;
     const auto executor = self->stream_.get_executor();
@@ -206,7 +207,7 @@ Respond HttpConnection::MakeRespond() {
   };
 }
 
-void HttpConnection::Send(HttpAnswer answer, bool andClose) {
+void HttpConnection::Send(HttpResponse answer, bool andClose) {
   phase_ = Phase::kWriting;
   closeAfter_ = andClose || finishing_;
   const auto& request = parser_->get();

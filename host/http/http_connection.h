@@ -18,7 +18,8 @@
 #include <optional>
 #include <string>
 
-#include "host/http/http_server.h"
+#include "host/http/http_limits.h"
+#include "host/http/http_message.h"
 
 namespace Kest::Host {
 
@@ -64,7 +65,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   HttpRequest TakeRequest();
   Respond MakeRespond();
 
-  void Send(HttpAnswer answer, bool andClose);
+  void Send(HttpResponse answer, bool andClose);
   void OnSent(Error error);
   void Linger();
   void Discard();

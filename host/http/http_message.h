@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace Kest::Host {
@@ -26,7 +27,7 @@ class HttpStream {
   virtual std::string Next() = 0;
 };
 
-struct HttpAnswer {
+struct HttpResponse {
   int status = 200;
   std::string contentType;  // empty without a body
   std::string body;
@@ -36,6 +37,12 @@ struct HttpAnswer {
 };
 
 // Gives the one answer to one request. Any thread, exactly once.
-using Respond = std::function<void(HttpAnswer)>;
+using Respond = std::function<void(HttpResponse)>;
+
+struct HttpHandlers {
+  // Looks at the head of a request before its body is read; a response ends the connection.
+  std::function<std::optional<HttpResponse>(const HttpRequest&)> refuse;
+  std::function<void(HttpRequest, Respond)> handle;
+};
 
 }  // namespace Kest::Host

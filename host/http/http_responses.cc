@@ -46,11 +46,11 @@ std::string_view ReasonPhrase(int status) {
   return "Error";
 }
 
-HttpAnswer JsonAnswer(std::string json) {
+HttpResponse JsonResponse(std::string json) {
   return {.status = 200, .contentType = "application/json", .body = std::move(json), .allow = {}};
 }
 
-HttpAnswer ProblemAnswer(int status, std::string_view detail) {
+HttpResponse ProblemResponse(int status, std::string_view detail) {
   JsonWriter json;
   json.BeginObject().Key("status").Number(int64_t{status});
   json.Key("title").Text(ReasonPhrase(status)).Key("detail").Text(detail).EndObject();
@@ -60,8 +60,8 @@ HttpAnswer ProblemAnswer(int status, std::string_view detail) {
           .allow = {}};
 }
 
-HttpAnswer MethodProblem(std::string_view allowed) {
-  HttpAnswer answer = ProblemAnswer(405, std::string("Allowed here: ").append(allowed));
+HttpResponse MethodProblem(std::string_view allowed) {
+  HttpResponse answer = ProblemResponse(405, std::string("Allowed here: ").append(allowed));
   answer.allow = allowed;
   return answer;
 }

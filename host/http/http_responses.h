@@ -11,12 +11,12 @@ namespace Kest::Host {
 // The reason phrase of a status code, "Error" for one that has none here.
 std::string_view ReasonPhrase(int status);
 
-HttpAnswer JsonAnswer(std::string json);
+HttpResponse JsonResponse(std::string json);
 
 // An "application/problem+json" document with `status`, `title` (the reason phrase) and `detail`.
-HttpAnswer ProblemAnswer(int status, std::string_view detail);
+HttpResponse ProblemResponse(int status, std::string_view detail);
 
 // A 405 that names the methods which are allowed: "GET, POST".
-HttpAnswer MethodProblem(std::string_view allowed);
+HttpResponse MethodProblem(std::string_view allowed);
 
 }  // namespace Kest::Host

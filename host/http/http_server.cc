@@ -31,7 +31,7 @@ constexpr auto kAcceptRetry = std::chrono::milliseconds(100);
 
 // The whole answer to a connection beyond the limit; it never becomes an HttpConnection.
 std::string FullText() {
-  const HttpAnswer answer = ProblemAnswer(503, "Too many connections.");
+  const HttpResponse answer = ProblemResponse(503, "Too many connections.");
   return "HTTP/1.1 503 Service Unavailable\r\nConnection: close\r\nContent-Type: " +
          answer.contentType + "\r\nContent-Length: " + std::to_string(answer.body.size()) +
          "\r\n\r\n" + answer.body;

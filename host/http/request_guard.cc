@@ -41,10 +41,10 @@ bool RequestGuard::NamesThisMachine(std::string_view hostAndPort) const {
   return isName(isIpv6 ? "[" + address_ + "]" : address_);
 }
 
-std::optional<HttpAnswer> RequestGuard::Refuse(const HttpRequest& request) const {
-  if (request.host.empty()) return ProblemAnswer(400, "A Host header is required.");
+std::optional<HttpResponse> RequestGuard::Refuse(const HttpRequest& request) const {
+  if (request.host.empty()) return ProblemResponse(400, "A Host header is required.");
   if (!NamesThisMachine(request.host)) {
-    return ProblemAnswer(403, "The Host header must name this machine: localhost or 127.0.0.1.");
+    return ProblemResponse(403, "The Host header must name this machine: localhost or 127.0.0.1.");
   }
   if (request.origin.empty() || OnlyReads(request.method)) return std::nullopt;
   constexpr std::string_view kSchemes[] = {"http://", "https://"};
@@ -54,7 +54,7 @@ std::optional<HttpAnswer> RequestGuard::Refuse(const HttpRequest& request) const
       return std::nullopt;
     }
   }
-  return ProblemAnswer(403, "Pages of another origin may not change anything here.");
+  return ProblemResponse(403, "Pages of another origin may not change anything here.");
 }
 
 }  // namespace Kest::Host

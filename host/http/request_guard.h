@@ -22,7 +22,7 @@ class RequestGuard {
 
   // The 403 (or 400 without a Host header) for a request that is not let in, otherwise nothing.
   // Needs the request's head only.
-  std::optional<HttpAnswer> Refuse(const HttpRequest& request) const;
+  std::optional<HttpResponse> Refuse(const HttpRequest& request) const;
 
  private:
   bool NamesThisMachine(std::string_view hostAndPort) const;

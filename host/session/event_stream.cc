@@ -40,7 +40,7 @@ std::string MakeGap(uint64_t from, uint64_t to, bool restarted) {
 
 void EventStream::Append(std::string_view uri, std::string_view eventType, std::string_view json) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     frames_.push_back(MakeFrame(last_ + 1, uri, eventType, json));
     bytes_ += frames_.back().size();
     ++last_;
@@ -53,7 +53,7 @@ void EventStream::Append(std::string_view uri, std::string_view eventType, std::
 }
 
 std::string EventStream::Read(uint64_t* position, size_t atMost) const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   const uint64_t first = last_ - frames_.size() + 1;
   std::string text;
   if (*position > last_) {
@@ -72,7 +72,7 @@ std::string EventStream::Read(uint64_t* position, size_t atMost) const {
 }
 
 EventStream::Range EventStream::Held() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return {last_ - frames_.size() + 1, last_};
 }
 

@@ -10,9 +10,10 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <string_view>
+
+#include "base/mutex.h"
 
 namespace Kest::Host {
 
@@ -48,10 +49,10 @@ class EventStream {
  private:
   const Limits limits_;
   std::function<void()> listener_;
-  mutable std::mutex mutex_;
-  std::deque<std::string> frames_;  // guarded by mutex_, as are the next two; the last has id last_
-  size_t bytes_ = 0;
-  uint64_t last_ = 0;
+  mutable Mutex mutex_;
+  std::deque<std::string> frames_ KEST_GUARDED_BY(mutex_);  // the last has id last_
+  size_t bytes_ KEST_GUARDED_BY(mutex_) = 0;
+  uint64_t last_ KEST_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace Kest::Host

@@ -4,22 +4,22 @@ namespace Kest::Host {
 
 void HostLog::Write(LogLevel level, std::string_view text) {
   if (level < least_ || least_ == LogLevel::kNone) return;
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   std::fputs("tav-loot-host: ", stream_);
   std::fwrite(text.data(), 1, text.size(), stream_);
   std::fputc('\n', stream_);
   std::fflush(stream_);
 }
 
-void HostLog::Keep(std::string_view line) {
+void HostLog::Append(std::string_view line) {
   if (line.ends_with('\n')) line.remove_suffix(1);
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   kept_.emplace_back(line);
   if (kept_.size() > kMostKept) kept_.pop_front();
 }
 
 std::deque<std::string> HostLog::Kept() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return kept_;
 }
 

@@ -7,9 +7,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
-#include <mutex>
 #include <string>
 #include <string_view>
+
+#include "base/mutex.h"
 
 namespace Kest::Host {
 
@@ -27,15 +28,15 @@ class HostLog {
   // Writes "tav-loot-host: <text>".
   void Write(LogLevel level, std::string_view text);
   // Keeps a finished line of the plugin, without the line feed at its end.
-  void Keep(std::string_view line);
+  void Append(std::string_view line);
   // The kept lines, oldest first.
   std::deque<std::string> Kept() const;
 
  private:
   std::FILE* const stream_;
   const LogLevel least_;
-  mutable std::mutex mutex_;
-  std::deque<std::string> kept_;
+  mutable Mutex mutex_;  // also keeps own lines apart
+  std::deque<std::string> kept_ KEST_GUARDED_BY(mutex_);
 };
 
 }  // namespace Kest::Host

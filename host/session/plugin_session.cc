@@ -8,12 +8,12 @@
 namespace Kest::Host {
 namespace {
 
-HttpAnswer ToAnswer(int status, std::string_view message, std::string_view contentType,
-                    std::string_view body) {
+HttpResponse ToResponse(int status, std::string_view message, std::string_view contentType,
+                        std::string_view body) {
   if (status < 200 || status > 599) {
-    return ProblemAnswer(502, "Answered with the status " + std::to_string(status) + ".");
+    return ProblemResponse(502, "Answered with the status " + std::to_string(status) + ".");
   }
-  if (status >= 400) return ProblemAnswer(status, message);
+  if (status >= 400) return ProblemResponse(status, message);
   return {.status = status,
           .contentType = std::string(contentType),
           .body = std::string(body),
@@ -61,40 +61,41 @@ void PluginSession::Leave() {
   services_.Close();
 }
 
-HttpAnswer PluginSession::Request(const HttpRequest& request) {
+HttpResponse PluginSession::Request(const HttpRequest& request) {
   const KestHandshakeBlock& block = library_->Block();
   // Ordinary headers stay here: the plugin takes header pairs for arguments of its functions. What
   // the client accepts has a place of its own.
   const KestRequest asked = {
       Text(request.method), Text(request.target), nullptr, 0, Text(request.contentType),
       Bytes(request.body),  Text(request.accept)};
-  return TakeAnswer(block.api->request(block.context, &asked));
+  return TakeResponse(block.api->request(block.context, &asked));
 }
 
-HttpAnswer PluginSession::Invoke(std::string_view function, std::span<const KestValue> arguments) {
+HttpResponse PluginSession::Invoke(std::string_view function,
+                                   std::span<const KestValue> arguments) {
   const KestHandshakeBlock& block = library_->Block();
-  return TakeAnswer(
+  return TakeResponse(
       block.api->invoke(block.context, Text(function), arguments.data(), arguments.size()));
 }
 
 // Copies what the plugin answered and gives it back.
-HttpAnswer PluginSession::TakeAnswer(const KestResponse* answered) {
+HttpResponse PluginSession::TakeResponse(const KestResponse* answered) {
   const KestHandshakeBlock& block = library_->Block();
   const auto giveBack = [&block](const KestResponse* response) {
     block.api->release(block.context, response);
   };
   const std::unique_ptr<const KestResponse, decltype(giveBack)> response(answered, giveBack);
-  if (!response) return ProblemAnswer(500, "Out of memory");
-  HttpAnswer answer = ToAnswer(response->status, View(response->message),
-                               View(response->contentType), View(response->body));
+  if (!response) return ProblemResponse(500, "Out of memory");
+  HttpResponse answer = ToResponse(response->status, View(response->message),
+                                   View(response->contentType), View(response->body));
   answer.variesByAccept = answer.status == 200;
   return answer;
 }
 
-HttpAnswer PluginSession::Control(const HttpRequest& request, std::string_view path) {
+HttpResponse PluginSession::Control(const HttpRequest& request, std::string_view path) {
   const WorldResponse answer = world_->Control(request.method, path, request.body);
   services_.DispatchWorldEvents();
-  return ToAnswer(answer.status, answer.message, answer.contentType, answer.body);
+  return ToResponse(answer.status, answer.message, answer.contentType, answer.body);
 }
 
 std::string PluginSession::Version() const {

@@ -13,7 +13,7 @@
 #include "base/maybe_type.h"
 #include "host/http/http_message.h"
 #include "host/library/plugin_library.h"
-#include "host/session/host_services.h"
+#include "host/session/service_table.h"
 #include "host/world/world.h"
 
 namespace Kest::Host {
@@ -23,7 +23,7 @@ class PluginSession {
   // The host's parts that outlive every session.
   struct Surroundings {
     Scheduler* scheduler;
-    ServiceEvents* serviceEvents;
+    ServiceEventThread* serviceEvents;
     EventStream* stream;
     HostLog* log;
   };
@@ -40,29 +40,29 @@ class PluginSession {
   void Stop();
 
   // Hands a request to the plugin; answers its body, or a problem document for a failure.
-  HttpAnswer Request(const HttpRequest& request);
+  HttpResponse Request(const HttpRequest& request);
   // Calls a function of the plugin by its name. Answers as Request.
-  HttpAnswer Invoke(std::string_view function, std::span<const KestValue> arguments);
+  HttpResponse Invoke(std::string_view function, std::span<const KestValue> arguments);
   // Hands a control request to the world and delivers what it causes.
-  HttpAnswer Control(const HttpRequest& request, std::string_view path);
+  HttpResponse Control(const HttpRequest& request, std::string_view path);
 
   const KestApiDescriptor& Api() const { return *library_->Block().api; }
   std::string FullName() const { return library_->Block().fullName; }
   std::string Version() const;
   KestStatistics Statistics() const;
-  HostServices& Services() { return services_; }
+  ServiceTable& Services() { return services_; }
 
  private:
   PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
                 const Surroundings& surroundings);
 
-  HttpAnswer TakeAnswer(const KestResponse* answered);
+  HttpResponse TakeResponse(const KestResponse* answered);
   void Leave();
 
   const std::unique_ptr<PluginLibrary> library_;
   const std::unique_ptr<World> world_;
-  ServiceEvents* const serviceEvents_;
-  HostServices services_;
+  ServiceEventThread* const serviceEvents_;
+  ServiceTable services_;
   bool started_ = false;
 };
 

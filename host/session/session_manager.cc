@@ -36,7 +36,7 @@ PluginSession* SessionManager::Current() {
   return session_.get();
 }
 
-void SessionManager::DeliverServiceEvent(const ServiceEvents::Event& event) {
+void SessionManager::DeliverServiceEvent(const ServiceEventThread::Event& event) {
   session_->Services().DeliverServiceEvent(event);
 }
 

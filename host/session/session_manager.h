@@ -32,7 +32,7 @@ class SessionManager {
   PluginSession* Current();
 
   // [any thread] Called by the service events' thread, which is paused while sessions change.
-  void DeliverServiceEvent(const ServiceEvents::Event& event);
+  void DeliverServiceEvent(const ServiceEventThread::Event& event);
 
  private:
   void BeginChange();

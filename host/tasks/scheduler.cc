@@ -31,17 +31,17 @@ Scheduler::~Scheduler() {
 bool Scheduler::End() {
   Close();
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     giveUp_ = Clock::now() + kFarewell;
   }
-  changed_.notify_all();
+  changed_.NotifyAll();
   if (thread_.joinable()) thread_.join();
   return !leftBehind_;
 }
 
 Scheduler::Posted Scheduler::Post(Task task) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (closed_) return Posted::kRefused;
     const auto standsFor = [&](const Task& other) {
       return other.merge && other.owner == task.owner && other.name == task.name;
@@ -51,42 +51,42 @@ Scheduler::Posted Scheduler::Post(Task task) {
     }
     queued_.push_back(std::move(task));
   }
-  changed_.notify_all();
+  changed_.NotifyAll();
   return Posted::kQueued;
 }
 
 bool Scheduler::PostAfter(std::chrono::milliseconds delay, Task task) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (closed_) return false;
     delayed_.Put(Clock::now() + delay, std::move(task));
   }
-  changed_.notify_all();
+  changed_.NotifyAll();
   return true;
 }
 
 void Scheduler::Wake() {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     wake_ = true;
   }
-  changed_.notify_all();
+  changed_.NotifyAll();
 }
 
 void Scheduler::Drop(const void* owner) {
   const auto isOwned = [owner](const Task& task) { return task.owner == owner; };
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   std::erase_if(queued_, isOwned);
   delayed_.DropIf(isOwned);
 }
 
 void Scheduler::Close() {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     closed_ = true;
     delayed_.Clear();
   }
-  changed_.notify_all();
+  changed_.NotifyAll();
 }
 
 bool Scheduler::OnTask() const {
@@ -119,19 +119,19 @@ bool Scheduler::WaitUntilQuiet(std::chrono::milliseconds limit,
 }
 
 bool Scheduler::Closed() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return closed_;
 }
 
 bool Scheduler::OthersQuiet() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return queued_.empty() && delayed_.Empty() && started_.size() == watchers_;
 }
 
 Scheduler::Report Scheduler::Describe() const {
   Report report;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     report.queued = queued_.size();
     report.delayed = delayed_.Size();
   }
@@ -155,23 +155,23 @@ void Scheduler::Run() {
 }
 
 bool Scheduler::Finished() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (!closed_ || giveUp_ == Clock::time_point::max()) return false;
   return (queued_.empty() && started_.empty()) || Clock::now() >= giveUp_;
 }
 
 // Waits until there may be something to do; with yielded tasks not longer than their pace.
 void Scheduler::Sleep(bool hasYielded) {
-  std::unique_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const bool ending = giveUp_ != Clock::time_point::max();
   if (!queued_.empty() || wake_ || (ending && !hasYielded)) return;
   const auto nextDue = delayed_.NextDue();
   if (hasYielded) {
-    changed_.wait_until(lock, std::min(Clock::now() + kPollPace, nextDue.value_or(giveUp_)));
+    changed_.WaitUntil(mutex_, std::min(Clock::now() + kPollPace, nextDue.value_or(giveUp_)));
   } else if (nextDue) {
-    changed_.wait_until(lock, *nextDue);
+    changed_.WaitUntil(mutex_, *nextDue);
   } else {
-    changed_.wait(lock);
+    changed_.Wait(mutex_);
   }
 }
 
@@ -180,12 +180,12 @@ void Scheduler::MoveDelayedLocked() {
 }
 
 bool Scheduler::TakeWake() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return std::exchange(wake_, false);
 }
 
 bool Scheduler::TakeNext(Task* task) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (queued_.empty()) return false;
   *task = std::move(queued_.front());
   queued_.pop_front();
@@ -196,7 +196,7 @@ bool Scheduler::TakeNext(Task* task) {
 size_t Scheduler::StartDueTasks() {
   size_t count = 0;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     MoveDelayedLocked();
     count = queued_.size();
   }

@@ -8,17 +8,17 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
+#include "base/mutex.h"
+#include "host/tasks/condition.h"
 #include "host/tasks/due_queue.h"
 #include "host/tasks/fiber.h"
 
@@ -97,7 +97,7 @@ class Scheduler {
   void RunGuarded(const Task& task) const;
   void Sleep(bool hasYielded);
   bool TakeNext(Task* task);
-  void MoveDelayedLocked();
+  void MoveDelayedLocked() KEST_REQUIRES(mutex_);
   bool TakeWake();
   bool Finished();
   bool Closed() const;
@@ -105,13 +105,13 @@ class Scheduler {
 
   const FailureHandler onFailure_;
 
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<Task> queued_;  // guarded by mutex_, as are the next four
-  DueQueue<Task> delayed_;
-  bool wake_ = false;
-  bool closed_ = false;
-  Clock::time_point giveUp_ = Clock::time_point::max();
+  mutable Mutex mutex_;  // a leaf: no task and no handler runs under it
+  Condition changed_;
+  std::deque<Task> queued_ KEST_GUARDED_BY(mutex_);
+  DueQueue<Task> delayed_ KEST_GUARDED_BY(mutex_);
+  bool wake_ KEST_GUARDED_BY(mutex_) = false;
+  bool closed_ KEST_GUARDED_BY(mutex_) = false;
+  Clock::time_point giveUp_ KEST_GUARDED_BY(mutex_) = Clock::time_point::max();
 
   // Touched on the scheduler's thread only.
   std::vector<std::unique_ptr<RunningTask>> started_;  // in order of their start

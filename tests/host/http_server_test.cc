@@ -41,9 +41,9 @@ class HttpServerTest : public testing::Test {
     auto server = HttpServer::Listen("127.0.0.1", 0, limits);
     ASSERT_TRUE(server) << server.GetFailure().text;
     server_ = std::move(server.GetValue());
-    const auto refuse = [](const HttpRequest& request) -> std::optional<HttpAnswer> {
+    const auto refuse = [](const HttpRequest& request) -> std::optional<HttpResponse> {
       if (request.host == "here") return std::nullopt;
-      return ProblemAnswer(403, "no");
+      return ProblemResponse(403, "no");
     };
     server_->Serve({refuse, [this](HttpRequest request, Respond respond) {
                       Handle(request, std::move(respond));
@@ -54,13 +54,13 @@ class HttpServerTest : public testing::Test {
     if (request.target == "/late") {
       late_ = std::thread([respond] {
         std::this_thread::sleep_for(milliseconds(50));
-        respond(JsonAnswer("\"late\""));
-        respond(JsonAnswer("\"twice\""));  // dropped: a request has one answer
+        respond(JsonResponse("\"late\""));
+        respond(JsonResponse("\"twice\""));  // dropped: a request has one answer
       });
       return;
     }
-    HttpAnswer answer = JsonAnswer(request.method + " " + request.target + " " +
-                                   std::to_string(request.body.size()));
+    HttpResponse answer = JsonResponse(request.method + " " + request.target + " " +
+                                       std::to_string(request.body.size()));
     if (request.target == "/none")
       answer = {.status = 204, .contentType = {}, .body = {}, .allow = {}};
     if (request.target == "/stream") answer.stream = std::make_unique<TestStream>(false);

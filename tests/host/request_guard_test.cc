@@ -42,8 +42,8 @@ TEST(RequestGuard, LetsInThisMachineOnly) {
   }
 }
 
-TEST(ProblemAnswer, IsJsonWhateverTheTextHolds) {
-  const HttpAnswer answer = ProblemAnswer(404, "no \"x\xC3\"\n");
+TEST(ProblemResponse, IsJsonWhateverTheTextHolds) {
+  const HttpResponse answer = ProblemResponse(404, "no \"x\xC3\"\n");
   EXPECT_EQ(answer.body,
             "{\"status\":404,\"title\":\"Not Found\",\"detail\":\"no \\\"x\xEF\xBF\xBD\\\"\\n\"}");
   EXPECT_EQ(answer.contentType, "application/problem+json");

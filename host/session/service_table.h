@@ -14,29 +14,29 @@
 
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
-#include "host/session/service_events.h"
-#include "host/session/subscriptions.h"
+#include "host/session/plugin_subscriptions.h"
+#include "host/session/service_event_thread.h"
 #include "host/tasks/scheduler.h"
 #include "host/world/world.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {
 
-class HostServices {
+class ServiceTable {
  public:
   // What the table's entries work on. Everything outlives the services.
   struct Wiring {
     Scheduler* scheduler;
-    ServiceEvents* serviceEvents;
+    ServiceEventThread* serviceEvents;
     EventStream* stream;
     HostLog* log;
     World* world;
   };
 
-  explicit HostServices(Wiring wiring);
-  ~HostServices();
-  HostServices(const HostServices&) = delete;
-  HostServices& operator=(const HostServices&) = delete;
+  explicit ServiceTable(Wiring wiring);
+  ~ServiceTable();
+  ServiceTable(const ServiceTable&) = delete;
+  ServiceTable& operator=(const ServiceTable&) = delete;
 
   const KestHostServices* Table() const { return &table_.entries; }
 
@@ -44,7 +44,7 @@ class HostServices {
   // events to their thread.
   void DispatchWorldEvents();
   // [any thread] Calls the follower of a service event, on the calling thread.
-  void DeliverServiceEvent(const ServiceEvents::Event& event);
+  void DeliverServiceEvent(const ServiceEventThread::Event& event);
 
   // Drops the subscriptions and the tasks and completions that have not begun.
   void Close();
@@ -55,7 +55,7 @@ class HostServices {
  private:
   struct OwnedTable {
     KestHostServices entries;  // first: an entry finds its services by the table's address
-    HostServices* services;
+    ServiceTable* services;
   };
   struct Entries;  // the functions behind the table
   struct Sent;     // a request on its way
@@ -70,7 +70,7 @@ class HostServices {
 
   const Wiring wiring_;
   OwnedTable table_;
-  Subscriptions subscriptions_;
+  PluginSubscriptions subscriptions_;
   std::string userAgent_;
 };
 

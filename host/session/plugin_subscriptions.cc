@@ -1,4 +1,4 @@
-#include "host/session/subscriptions.h"
+#include "host/session/plugin_subscriptions.h"
 
 #include <algorithm>
 #include <iterator>
@@ -18,7 +18,7 @@ constexpr std::string_view kServiceProxyEvents[] = {
 
 }  // namespace
 
-std::string_view Subscriptions::KindOf(std::string_view name) {
+std::string_view PluginSubscriptions::KindOf(std::string_view name) {
   for (const std::string_view kind : kKinds) {
     if (name.starts_with(kind) && name.size() > kind.size() + 1 && name[kind.size()] == '_') {
       return kind;
@@ -27,51 +27,51 @@ std::string_view Subscriptions::KindOf(std::string_view name) {
   return name;
 }
 
-bool Subscriptions::IsKnown(std::string_view name) {
+bool PluginSubscriptions::IsKnown(std::string_view name) {
   const auto holds = [](const auto& names, std::string_view wanted) {
     return std::find(std::begin(names), std::end(names), wanted) != std::end(names);
   };
   return holds(kKinds, KindOf(name)) || holds(kServiceProxyEvents, name);
 }
 
-void Subscriptions::Add(std::string_view name, KestDelivery delivery, void* context) {
+void PluginSubscriptions::Add(std::string_view name, KestDelivery delivery, void* context) {
   Remove(name);
   auto subscription = std::make_shared<Subscription>();
   subscription->name = name;
   subscription->delivery = delivery;
   subscription->context = context;
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   byName_.emplace(name, std::move(subscription));
 }
 
-void Subscriptions::Remove(std::string_view name) {
-  const std::lock_guard lock(mutex_);
+void PluginSubscriptions::Remove(std::string_view name) {
+  const MutexLock lock(mutex_);
   const auto place = byName_.find(name);
   if (place == byName_.end()) return;
   place->second->ended = true;
   byName_.erase(place);
 }
 
-void Subscriptions::Clear() {
-  const std::lock_guard lock(mutex_);
+void PluginSubscriptions::Clear() {
+  const MutexLock lock(mutex_);
   for (const auto& entry : byName_) entry.second->ended = true;
   byName_.clear();
 }
 
-std::vector<std::string> Subscriptions::Names() const {
-  const std::lock_guard lock(mutex_);
+std::vector<std::string> PluginSubscriptions::Names() const {
+  const MutexLock lock(mutex_);
   std::vector<std::string> names;
   for (const auto& entry : byName_) names.push_back(entry.first);
   return names;
 }
 
-Subscriptions::Shared Subscriptions::Find(std::string_view name) const {
-  const std::lock_guard lock(mutex_);
+PluginSubscriptions::Shared PluginSubscriptions::Find(std::string_view name) const {
+  const MutexLock lock(mutex_);
   const auto place = byName_.find(name);
   return place == byName_.end() ? nullptr : place->second;
 }
 
-void Subscriptions::QueueResourceEvent(std::string_view name, std::string_view payload) {
+void PluginSubscriptions::QueueResourceEvent(std::string_view name, std::string_view payload) {
   const Shared subscription = Find(name);
   if (!subscription) return;
   subscription->queued.emplace_back(payload);
@@ -81,7 +81,7 @@ void Subscriptions::QueueResourceEvent(std::string_view name, std::string_view p
       {.name = subscription->name, .work = [subscription] { DeliverQueued(subscription); }});
 }
 
-void Subscriptions::DeliverQueued(const Shared& subscription) {
+void PluginSubscriptions::DeliverQueued(const Shared& subscription) {
   while (!subscription->queued.empty() && !subscription->ended) {
     const std::string payload = std::move(subscription->queued.front());
     subscription->queued.pop_front();
@@ -91,7 +91,7 @@ void Subscriptions::DeliverQueued(const Shared& subscription) {
   subscription->delivering = false;
 }
 
-bool Subscriptions::DeliverServiceEvent(std::string_view name, std::string_view payload) {
+bool PluginSubscriptions::DeliverServiceEvent(std::string_view name, std::string_view payload) {
   const Shared subscription = Find(name);
   if (!subscription || subscription->ended) return false;
   subscription->delivery(subscription->context, Text(subscription->name), Text(kContentType),

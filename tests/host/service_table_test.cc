@@ -1,4 +1,4 @@
-#include "host/session/host_services.h"
+#include "host/session/service_table.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,14 +20,14 @@ constexpr std::string_view kEnabled =
 const KestRequest kRequest = {Text("GET"), Text("/no-such/v1/thing"), nullptr, 0, {}, {}, {}};
 
 // Plays the plugin: calls the table and notes what is delivered.
-class HostServicesTest : public testing::Test {
+class ServiceTableTest : public testing::Test {
  protected:
   void SetUp() override {
     auto world = World::Load(World::SampleText(), "sample.json", 1);
     ASSERT_TRUE(world) << world.GetFailure().text;
     world_ = std::move(world.GetValue());
-    services_ = std::make_unique<HostServices>(
-        HostServices::Wiring{&scheduler_, &serviceEvents_, &stream_, &log_, world_.get()});
+    services_ = std::make_unique<ServiceTable>(
+        ServiceTable::Wiring{&scheduler_, &serviceEvents_, &stream_, &log_, world_.get()});
     table_ = services_->Table();
   }
   void TearDown() override {
@@ -55,7 +55,7 @@ class HostServicesTest : public testing::Test {
   }
 
   static void Deliver(void* context, KestText, KestText contentType, KestBytes body) {
-    auto* self = static_cast<HostServicesTest*>(context);
+    auto* self = static_cast<ServiceTableTest*>(context);
     EXPECT_EQ(View(contentType), "application/json");
     self->onScheduler_ = self->scheduler_.OnTask();
     const std::string payload(View(body));
@@ -63,12 +63,12 @@ class HostServicesTest : public testing::Test {
     self->delivered_.push_back(payload);
   }
   static void Complete(void* context, const KestResponse* response) {
-    auto* self = static_cast<HostServicesTest*>(context);
+    auto* self = static_cast<ServiceTableTest*>(context);
     self->delivered_.push_back(std::to_string(response->status) + " " +
                                std::string(View(response->message)));
   }
   static void Note(void* context) {
-    static_cast<HostServicesTest*>(context)->delivered_.push_back("task");
+    static_cast<ServiceTableTest*>(context)->delivered_.push_back("task");
   }
 
   std::FILE* const logFile_ = std::tmpfile();
@@ -76,16 +76,16 @@ class HostServicesTest : public testing::Test {
   EventStream stream_;
   std::unique_ptr<World> world_;
   Scheduler scheduler_{[](std::string_view, std::string_view text) { ADD_FAILURE() << text; }};
-  ServiceEvents serviceEvents_{
-      [this](const ServiceEvents::Event& event) { services_->DeliverServiceEvent(event); }};
-  std::unique_ptr<HostServices> services_;
+  ServiceEventThread serviceEvents_{
+      [this](const ServiceEventThread::Event& event) { services_->DeliverServiceEvent(event); }};
+  std::unique_ptr<ServiceTable> services_;
   const KestHostServices* table_ = nullptr;
   std::vector<std::string> delivered_;
   bool yieldInDelivery_ = false;
   bool onScheduler_ = false;
 };
 
-TEST_F(HostServicesTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOrder) {
+TEST_F(ServiceTableTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOrder) {
   yieldInDelivery_ = true;  // a later change must not overtake one that waits
   OnTask([&] {
     ASSERT_TRUE(Subscribe(kEnabled));
@@ -107,7 +107,7 @@ TEST_F(HostServicesTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOr
   EXPECT_THAT(delivered_, ElementsAre(HasSubstr("LootConfig/Enabled")));
 }
 
-TEST_F(HostServicesTest, LinesOfThePluginAreKeptAndNotPrintedAgain) {
+TEST_F(ServiceTableTest, LinesOfThePluginAreKeptAndNotPrintedAgain) {
   table_->log(table_, 2, Text("first\n"));
   for (size_t i = 1; i < HostLog::kMostKept; ++i) table_->log(table_, 77, Text("more"));
   EXPECT_EQ(log_.Kept().front(), "first");
@@ -118,7 +118,7 @@ TEST_F(HostServicesTest, LinesOfThePluginAreKeptAndNotPrintedAgain) {
   EXPECT_EQ(std::ftell(logFile_), 0);
 }
 
-TEST_F(HostServicesTest, NothingIsCalledForADroppedSubscriptionAndAfterClose) {
+TEST_F(ServiceTableTest, NothingIsCalledForADroppedSubscriptionAndAfterClose) {
   OnTask([&] {
     ASSERT_TRUE(Subscribe(kEnabled));
     table_->unsubscribe(table_, Text(kEnabled));
@@ -136,7 +136,7 @@ TEST_F(HostServicesTest, NothingIsCalledForADroppedSubscriptionAndAfterClose) {
   EXPECT_THAT(delivered_, ElementsAre());
 }
 
-TEST_F(HostServicesTest, KnowsItsEventNames) {
+TEST_F(ServiceTableTest, KnowsItsEventNames) {
   OnTask([&] {
     for (const char* name :
          {"OnJsonApiEvent", "OnJsonApiEvent_/x", "OnSvdsEvent_a.b", "OnServiceProxyAsyncEvent"}) {
@@ -148,7 +148,7 @@ TEST_F(HostServicesTest, KnowsItsEventNames) {
   });
 }
 
-TEST_F(HostServicesTest, AServiceEventComesOnAnotherThread) {
+TEST_F(ServiceTableTest, AServiceEventComesOnAnotherThread) {
   onScheduler_ = true;
   OnTask([&] {
     ASSERT_TRUE(Subscribe("OnSvdsEvent_some.topic"));
@@ -161,7 +161,7 @@ TEST_F(HostServicesTest, AServiceEventComesOnAnotherThread) {
   EXPECT_FALSE(onScheduler_);
 }
 
-TEST_F(HostServicesTest, ARequestIsCompletedLaterWhateverItsStatus) {
+TEST_F(ServiceTableTest, ARequestIsCompletedLaterWhateverItsStatus) {
   OnTask([&] {
     std::string url = "/no-such-plugin/v1/thing";
     KestRequest request = kRequest;
@@ -175,7 +175,7 @@ TEST_F(HostServicesTest, ARequestIsCompletedLaterWhateverItsStatus) {
   EXPECT_THAT(delivered_, ElementsAre(HasSubstr("404 there is no resource /no-such-plugin")));
 }
 
-TEST_F(HostServicesTest, NamedTasksMergeAndNamelessOnesDoNot) {
+TEST_F(ServiceTableTest, NamedTasksMergeAndNamelessOnesDoNot) {
   OnTask([&] {
     std::string posted;
     for (const char* name : {"a", "a", "b", "", ""}) {
@@ -187,7 +187,7 @@ TEST_F(HostServicesTest, NamedTasksMergeAndNamelessOnesDoNot) {
   EXPECT_THAT(delivered_, ElementsAre("task", "task", "task", "task"));
 }
 
-TEST_F(HostServicesTest, PublishesJsonOnly) {
+TEST_F(ServiceTableTest, PublishesJsonOnly) {
   OnTask([&] {
     const auto publish = [&](const char* path, int32_t type, const char* json) {
       return table_->publish(table_, Text(path), type, Bytes(json));
@@ -202,7 +202,7 @@ TEST_F(HostServicesTest, PublishesJsonOnly) {
   EXPECT_EQ(stream_.Held().last, 2u);
 }
 
-TEST_F(HostServicesTest, EntriesOfModuleTasksAreRefusedElsewhere) {
+TEST_F(ServiceTableTest, EntriesOfModuleTasksAreRefusedElsewhere) {
   EXPECT_FALSE(table_->request(table_, &kRequest, Complete, this));
   EXPECT_FALSE(Subscribe(kEnabled));
   EXPECT_FALSE(table_->publish(table_, Text("/x"), KEST_EVENT_UPDATE, Bytes("1")));

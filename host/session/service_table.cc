@@ -1,4 +1,4 @@
-#include "host/session/host_services.h"
+#include "host/session/service_table.h"
 
 #include <algorithm>
 #include <exception>
@@ -23,7 +23,7 @@ std::string PresentValuePayload(std::string_view path, std::string_view value) {
 
 }  // namespace
 
-struct HostServices::Sent {
+struct ServiceTable::Sent {
   std::string method;
   std::string url;
   std::string contentType;
@@ -33,8 +33,8 @@ struct HostServices::Sent {
 };
 
 // No exception leaves an entry: what runs out of memory answers as refused.
-struct HostServices::Entries {
-  static HostServices& Of(const KestHostServices* self) {
+struct ServiceTable::Entries {
+  static ServiceTable& Of(const KestHostServices* self) {
     return *reinterpret_cast<const OwnedTable*>(self)->services;
   }
 
@@ -52,7 +52,7 @@ struct HostServices::Entries {
   // For an entry that answers nothing and belongs on a task.
   template <typename Call>
   static void OnTask(const KestHostServices* self, std::string_view entry, Call call) noexcept {
-    Guarded(self, false, [&](HostServices& services) {
+    Guarded(self, false, [&](ServiceTable& services) {
       if (services.CheckTask(entry)) call(services);
       return true;
     });
@@ -60,52 +60,52 @@ struct HostServices::Entries {
 
   static bool Request(const KestHostServices* self, const KestRequest* request,
                       KestCompletion completion, void* context) {
-    return Guarded(self, false, [&](HostServices& services) {
+    return Guarded(self, false, [&](ServiceTable& services) {
       return services.CheckTask("request") && request != nullptr && completion != nullptr &&
              services.Request(*request, completion, context);
     });
   }
   static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery delivery,
                         void* context) {
-    return Guarded(self, false, [&](HostServices& services) {
+    return Guarded(self, false, [&](ServiceTable& services) {
       return services.CheckTask("subscribe") && delivery != nullptr &&
              services.Subscribe(View(name), delivery, context);
     });
   }
   static void Unsubscribe(const KestHostServices* self, KestText name) {
     OnTask(self, "unsubscribe",
-           [&](HostServices& services) { services.subscriptions_.Remove(View(name)); });
+           [&](ServiceTable& services) { services.subscriptions_.Remove(View(name)); });
   }
   static bool Publish(const KestHostServices* self, KestText path, int32_t eventType,
                       KestBytes json) {
-    return Guarded(self, false, [&](HostServices& services) {
+    return Guarded(self, false, [&](ServiceTable& services) {
       return services.CheckTask("publish") && services.Publish(View(path), eventType, View(json));
     });
   }
   static int32_t PostTask(const KestHostServices* self, KestText name, KestTask run,
                           void* context) {
-    return Guarded(self, int32_t{KEST_TASK_REFUSED}, [&](HostServices& services) {
+    return Guarded(self, int32_t{KEST_TASK_REFUSED}, [&](ServiceTable& services) {
       return services.PostTask(View(name), run, context);
     });
   }
   static void WaitBegin(const KestHostServices* self, KestText label) {
     OnTask(self, "waitBegin",
-           [&](HostServices& services) { services.wiring_.scheduler->WaitBegin(View(label)); });
+           [&](ServiceTable& services) { services.wiring_.scheduler->WaitBegin(View(label)); });
   }
   static void WaitEnd(const KestHostServices* self) {
-    OnTask(self, "waitEnd", [](HostServices& services) { services.wiring_.scheduler->WaitEnd(); });
+    OnTask(self, "waitEnd", [](ServiceTable& services) { services.wiring_.scheduler->WaitEnd(); });
   }
   static void Yield(const KestHostServices* self) {
-    OnTask(self, "yield", [](HostServices& services) { services.wiring_.scheduler->Yield(); });
+    OnTask(self, "yield", [](ServiceTable& services) { services.wiring_.scheduler->Yield(); });
   }
   static void Log(const KestHostServices* self, int32_t, KestText line) {
-    Guarded(self, false, [&](HostServices& services) {
-      services.wiring_.log->Keep(View(line));
+    Guarded(self, false, [&](ServiceTable& services) {
+      services.wiring_.log->Append(View(line));
       return true;
     });
   }
   static void Telemetry(const KestHostServices* self, KestText name, KestBytes json) {
-    OnTask(self, "telemetry", [&](HostServices& services) {
+    OnTask(self, "telemetry", [&](ServiceTable& services) {
       std::string line = "/telemetry/v1/events/";
       line.append(View(name)).append(" ").append(View(json));
       services.wiring_.log->Write(LogLevel::kOkay, line);
@@ -113,11 +113,11 @@ struct HostServices::Entries {
   }
   static void Identify(const KestHostServices* self, KestText, KestText userAgent) {
     OnTask(self, "identify",
-           [&](HostServices& services) { services.userAgent_ = View(userAgent); });
+           [&](ServiceTable& services) { services.userAgent_ = View(userAgent); });
   }
 };
 
-HostServices::HostServices(Wiring wiring)
+ServiceTable::ServiceTable(Wiring wiring)
     : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler) {
   table_.services = this;
   table_.entries = {
@@ -126,16 +126,16 @@ HostServices::HostServices(Wiring wiring)
       Entries::Yield,           Entries::Log,      Entries::Telemetry, Entries::Identify};
 }
 
-HostServices::~HostServices() {
+ServiceTable::~ServiceTable() {
   Close();
 }
 
-void HostServices::Close() {
+void ServiceTable::Close() {
   subscriptions_.Clear();
   wiring_.scheduler->Drop(this);
 }
 
-bool HostServices::CheckTask(std::string_view entry) const {
+bool ServiceTable::CheckTask(std::string_view entry) const {
   if (wiring_.scheduler->OnTask()) return true;
   wiring_.log->Write(
       LogLevel::kError,
@@ -145,7 +145,7 @@ bool HostServices::CheckTask(std::string_view entry) const {
 
 // ---- Requests of the plugin --------------------------------------------------------------------
 
-bool HostServices::Request(const KestRequest& request, KestCompletion completion, void* context) {
+bool ServiceTable::Request(const KestRequest& request, KestCompletion completion, void* context) {
   Sent sent{std::string(View(request.method)),
             std::string(View(request.url)),
             std::string(View(request.contentType)),
@@ -158,7 +158,7 @@ bool HostServices::Request(const KestRequest& request, KestCompletion completion
   return posted != Scheduler::Posted::kRefused;
 }
 
-void HostServices::Complete(const Sent& sent) {
+void ServiceTable::Complete(const Sent& sent) {
   WorldResponse answer;
   try {
     answer = wiring_.world->Request(sent.method, sent.url, sent.contentType, sent.body);
@@ -173,8 +173,8 @@ void HostServices::Complete(const Sent& sent) {
 
 // ---- Events to the plugin ----------------------------------------------------------------------
 
-bool HostServices::Subscribe(std::string_view name, KestDelivery delivery, void* context) {
-  if (!Subscriptions::IsKnown(name)) return false;
+bool ServiceTable::Subscribe(std::string_view name, KestDelivery delivery, void* context) {
+  if (!PluginSubscriptions::IsKnown(name)) return false;
   subscriptions_.Add(name, delivery, context);
   if (!name.starts_with(kResourcePrefix)) return true;
   const std::string_view path = name.substr(kResourcePrefix.size());
@@ -184,13 +184,13 @@ bool HostServices::Subscribe(std::string_view name, KestDelivery delivery, void*
   return true;
 }
 
-void HostServices::QueueResourceEvent(std::string_view name, std::string_view payload) {
+void ServiceTable::QueueResourceEvent(std::string_view name, std::string_view payload) {
   subscriptions_.QueueResourceEvent(name, payload);
-  const std::string_view kind = Subscriptions::KindOf(name);
+  const std::string_view kind = PluginSubscriptions::KindOf(name);
   if (kind != name) subscriptions_.QueueResourceEvent(kind, payload);
 }
 
-void HostServices::DispatchWorldEvents() {
+void ServiceTable::DispatchWorldEvents() {
   for (WorldEvent& event : wiring_.world->TakeEvents()) {
     const std::chrono::milliseconds delay(std::max(0, event.delayMilliseconds));
     if (event.channel == WorldEvent::Channel::kService) {
@@ -207,16 +207,16 @@ void HostServices::DispatchWorldEvents() {
   }
 }
 
-void HostServices::DeliverServiceEvent(const ServiceEvents::Event& event) {
+void ServiceTable::DeliverServiceEvent(const ServiceEventThread::Event& event) {
   bool followed = subscriptions_.DeliverServiceEvent(event.name, event.payload);
-  const std::string_view kind = Subscriptions::KindOf(event.name);
+  const std::string_view kind = PluginSubscriptions::KindOf(event.name);
   if (kind != event.name) followed |= subscriptions_.DeliverServiceEvent(kind, event.payload);
   if (!followed) wiring_.log->Write(LogLevel::kWarning, "No one follows " + event.name);
 }
 
 // ---- Publication and tasks ---------------------------------------------------------------------
 
-bool HostServices::Publish(std::string_view path, int32_t eventType, std::string_view json) {
+bool ServiceTable::Publish(std::string_view path, int32_t eventType, std::string_view json) {
   if (path.empty() || eventType < KEST_EVENT_CREATE || eventType > KEST_EVENT_DELETE) return false;
   const bool deleted = eventType == KEST_EVENT_DELETE;
   if (deleted ? !json.empty() : !IsJson(json)) {
@@ -228,7 +228,7 @@ bool HostServices::Publish(std::string_view path, int32_t eventType, std::string
   return true;
 }
 
-int32_t HostServices::PostTask(std::string_view name, KestTask run, void* context) {
+int32_t ServiceTable::PostTask(std::string_view name, KestTask run, void* context) {
   if (run == nullptr) return KEST_TASK_REFUSED;
   const auto posted = wiring_.scheduler->Post({.name = std::string(name),
                                                .work = [run, context] { run(context); },

@@ -5,17 +5,17 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
 
+#include "base/mutex.h"
+#include "host/tasks/condition.h"
 #include "host/tasks/due_queue.h"
 
 namespace Kest::Host {
 
-class ServiceEvents {
+class ServiceEventThread {
  public:
   struct Event {
     std::string name;
@@ -24,10 +24,10 @@ class ServiceEvents {
   // Called on the event thread, one event at a time. Lets no exception out.
   using Deliver = std::function<void(const Event&)>;
 
-  explicit ServiceEvents(Deliver deliver);
-  ~ServiceEvents();
-  ServiceEvents(const ServiceEvents&) = delete;
-  ServiceEvents& operator=(const ServiceEvents&) = delete;
+  explicit ServiceEventThread(Deliver deliver);
+  ~ServiceEventThread();
+  ServiceEventThread(const ServiceEventThread&) = delete;
+  ServiceEventThread& operator=(const ServiceEventThread&) = delete;
 
   void Post(std::chrono::milliseconds delay, Event event);
   // Forgets what waits, refuses what comes, and returns when no delivery runs any more.
@@ -42,12 +42,12 @@ class ServiceEvents {
   void Run();
 
   const Deliver deliver_;
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  DueQueue<Event> waiting_;  // guarded by mutex_, as are the next three
-  bool delivering_ = false;
-  bool paused_ = false;
-  bool ending_ = false;
+  mutable Mutex mutex_;  // a leaf: no delivery runs under it
+  Condition changed_;
+  DueQueue<Event> waiting_ KEST_GUARDED_BY(mutex_);
+  bool delivering_ KEST_GUARDED_BY(mutex_) = false;
+  bool paused_ KEST_GUARDED_BY(mutex_) = false;
+  bool ending_ KEST_GUARDED_BY(mutex_) = false;
   std::thread thread_;
 };
 

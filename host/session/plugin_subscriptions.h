@@ -13,20 +13,20 @@
 #include <deque>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/mutex.h"
 #include "host/tasks/scheduler.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {
 
-class Subscriptions {
+class PluginSubscriptions {
  public:
   // `scheduler` outlives the subscriptions.
-  explicit Subscriptions(Scheduler* scheduler) : scheduler_(scheduler) {}
+  explicit PluginSubscriptions(Scheduler* scheduler) : scheduler_(scheduler) {}
 
   // Whether the host offers events of this name.
   static bool IsKnown(std::string_view name);
@@ -62,8 +62,8 @@ class Subscriptions {
   static void DeliverQueued(const Shared& subscription);
 
   Scheduler* const scheduler_;
-  mutable std::mutex mutex_;
-  std::map<std::string, Shared, std::less<>> byName_;  // guarded by mutex_
+  mutable Mutex mutex_;  // a leaf: no delivery runs under it
+  std::map<std::string, Shared, std::less<>> byName_ KEST_GUARDED_BY(mutex_);
 };
 
 }  // namespace Kest::Host
