@@ -107,7 +107,7 @@ void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueForma
     *target = std::move(tree);
     return;
   }
-  const std::string error = decoding.ErrorText();
+  const std::string error = decoding.ErrorMessage();
   if (error == kOutOfMemory) throw std::bad_alloc();
   if (owner.isBody && error == kExtraBodyData) return context.Fail(error);
   context.Fail(Format("Couldn't deserialize %1 value for parameter '%2' of '%3': %4", decoder.name,

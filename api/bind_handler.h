@@ -109,7 +109,7 @@ Response Run(const Function& function, FunctionCall& call, std::index_sequence<i
   std::tuple<std::remove_cvref_t<Parameters>...> native{};
   ConversionContext context(call.registry);
   (Convert(context, call.function.Arguments()[i], call.values[i], &std::get<i>(native)), ...);
-  if (!context.Ok()) return FailureResponse({context.ErrorText(), kStatusBadRequest});
+  if (!context.Ok()) return FailureResponse({context.ErrorMessage(), kStatusBadRequest});
   call.values = {};  // the handler may wait for long
   if constexpr (std::is_void_v<R>) {
     function(std::move(std::get<i>(native))...);

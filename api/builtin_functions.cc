@@ -34,7 +34,7 @@ Maybe<BindingProperty> BuiltinFunctions::Help(std::optional<BindingHelpFormat> f
   if (format == BindingHelpFormat::kEpytext) return BindingProperty::FromString(WriteEpytext(api));
   ConversionContext context(registry_);
   BindingProperty help = ToProperty(context, BuildFullHelp(api));
-  if (!context.Ok()) return Failure{context.ErrorText()};
+  if (!context.Ok()) return Failure{context.ErrorMessage()};
   return help;
 }
 

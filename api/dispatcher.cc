@@ -39,7 +39,7 @@ Response AnswerSafely(std::string_view name, Answer&& answer) noexcept {
 }
 
 Response BadRequest(const ConversionContext& context) {
-  return FailureResponse({context.ErrorText(), kStatusBadRequest});
+  return FailureResponse({context.ErrorMessage(), kStatusBadRequest});
 }
 
 }  // namespace

@@ -89,7 +89,7 @@ void Convert(benchmark::State& state, const Inputs& inputs) {
       Assign(context, "value", input, &target);
       benchmark::DoNotOptimize(target);
     }
-    if (!context.Ok()) return state.SkipWithError(context.ErrorText().c_str());
+    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
   }
   state.SetItemsProcessed(state.iterations() * kValues);
 }

@@ -31,7 +31,7 @@ void TextToTree(benchmark::State& state) {
   for (auto _ : state) {
     ConversionContext context(LootRegistry());
     const BindingProperty tree = ReadJson(context, text);
-    if (!context.Ok()) return state.SkipWithError(context.ErrorText().c_str());
+    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
     benchmark::DoNotOptimize(tree);
   }
   ReportAllocations(state, scope);
@@ -65,7 +65,7 @@ void TextToStructures(benchmark::State& state) {
     ConversionContext context(LootRegistry());
     Definitions definitions;
     ReadJsonValue(context, "<value>", text, &definitions);
-    if (!context.Ok()) return state.SkipWithError(context.ErrorText().c_str());
+    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
     benchmark::DoNotOptimize(definitions);
   }
   ReportBytes(state, text.size());

@@ -52,7 +52,7 @@ void BytesToTree(benchmark::State& state) {
   for (auto _ : state) {
     ConversionContext context(LootRegistry());
     const BindingProperty tree = Unpack(context, bytes);
-    if (!context.Ok()) return state.SkipWithError(context.ErrorText().c_str());
+    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
     benchmark::DoNotOptimize(tree);
   }
   ReportAllocations(state, scope);

@@ -47,7 +47,7 @@ void OutgoingRequest::AddQuery(std::string_view name, const BindingProperty& val
 }
 
 Failure OutgoingRequest::ArgumentFailure() const {
-  return Fail(RequestStep::kArguments, context_.ErrorText(), 400);
+  return Fail(RequestStep::kArguments, context_.ErrorMessage(), 400);
 }
 
 Failure OutgoingRequest::Fail(RequestStep step, std::string_view error, int32_t status) const {

@@ -88,7 +88,7 @@ void ResourceSubscriptions::OnEvent(std::string_view url, std::string_view body)
   Assign(context, "uri", uriMember != nullptr ? *uriMember : none, &uri);
   Assign(context, "eventType", eventType != nullptr ? *eventType : none, &type);
   if (!context.Ok()) {
-    Trace("Couldn't read resource event: %s", context.ErrorText().c_str());
+    Trace("Couldn't read resource event: %s", context.ErrorMessage().c_str());
     return;
   }
   const BindingProperty* data = dataMember != nullptr ? dataMember : &none;

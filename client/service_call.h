@@ -38,9 +38,9 @@ class CallArguments {
   }
 
   // True while every argument has converted. Otherwise `FailedType` names the first one's type and
-  // `ErrorText` says why.
+  // `ErrorMessage` says why.
   bool Ok() const { return context_.Ok(); }
-  std::string ErrorText() const { return context_.ErrorText(); }
+  std::string ErrorMessage() const { return context_.ErrorMessage(); }
   const std::string& FailedType() const { return failedType_; }
 
   // {"serviceName", "methodName", "args"}, for method-based requests also "requestKey" and "flag".

@@ -58,7 +58,7 @@ Maybe<Response> ServiceProxy::SendToSession(const ServiceCall& call, const CallA
   if (IsFinalising()) return Failure{std::string(kFinalizing)};
   if (!arguments.Ok()) {
     return Failure{FormatNamed("Couldn't convert SVDS call parameters: {error}",
-                               {{"error", arguments.ErrorText()}})};
+                               {{"error", arguments.ErrorMessage()}})};
   }
   request->Add(arguments.MakeBody(call));
   return client_.Send(*request);
@@ -74,7 +74,7 @@ void ServiceProxy::Follow(const std::string& name, void (ServiceProxy::*handle)(
       (this->*handle)(std::move(event));
     } else {
       LogError("%s: Could not read %s: %s", pluginName_.c_str(), name.c_str(),
-               context.ErrorText().c_str());
+               context.ErrorMessage().c_str());
     }
   });
   if (!followed) LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());

@@ -117,7 +117,7 @@ class ServiceProxy {
       ReadJsonValue(context, "<result>", response.payload, &result);
       if (!context.Ok()) {
         LogUnreadable(StaticType::Name<R>(), response.payload);
-        return Failure{context.ErrorText()};
+        return Failure{context.ErrorMessage()};
       }
     }
     return result;

@@ -69,7 +69,7 @@ class SiblingClient {
       const BindingProperty tree =
           answer.body.empty() ? BindingProperty() : ReadJson(context, answer.body);
       Assign(context, "<result>", tree, &result);
-      if (!context.Ok()) return request.Fail(RequestStep::kConversion, context.ErrorText());
+      if (!context.Ok()) return request.Fail(RequestStep::kConversion, context.ErrorMessage());
     }
     return result;
   }

@@ -55,14 +55,14 @@ void CheckTarget(const BindingProperty& input) {
     CheckNumber(input, context.Ok(), value);
   }
   if (!context.Ok()) {
-    RequireListed(context.ErrorText(), {kConversionFailures});
+    RequireListed(context.ErrorMessage(), {kConversionFailures});
     return;
   }
   const BindingProperty read = ToProperty(context, value);
-  Require(context.Ok(), "what was assigned can be read", context.ErrorText());
+  Require(context.Ok(), "what was assigned can be read", context.ErrorMessage());
   T again{};
   Assign(context, "<input>", read, &again);
-  Require(context.Ok(), "what was read can be assigned", context.ErrorText());
+  Require(context.Ok(), "what was read can be assigned", context.ErrorMessage());
   CheckSame(read, ToProperty(context, again));
   if constexpr (std::is_same_v<T, BindingProperty>) {
     RequireSame(ExactTree(input), ExactTree(read), "a free value is taken as it is");
@@ -82,7 +82,7 @@ void CheckEmptyMembers(const BindingProperty& input) {
   T fromInput, fromFilled;
   Assign(first, "<input>", input, &fromInput);
   Assign(second, "<input>", filled, &fromFilled);
-  RequireSame(second.ErrorText(), first.ErrorText(), "empty counts as missing");
+  RequireSame(second.ErrorMessage(), first.ErrorMessage(), "empty counts as missing");
   if (first.Ok()) CheckSame(ToProperty(first, fromInput), ToProperty(second, fromFilled));
 }
 

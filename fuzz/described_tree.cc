@@ -79,7 +79,7 @@ class TreeDescriber final : public ValueWriter {
   bool EndStructure() override { return Say("}"); }
   bool BeginCollection(size_t) override { return Say("["); }
   bool EndCollection() override { return Say("]"); }
-  std::string_view ErrorText() const override { return description.failure; }
+  std::string_view ErrorMessage() const override { return description.failure; }
 
  private:
   bool Say(std::string_view text) {

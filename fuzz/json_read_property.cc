@@ -33,11 +33,11 @@ void CheckWrittenAgain(const BindingProperty& tree) {
   ConversionContext context;
   std::string text;
   WriteJson(context, tree, &text);
-  Require(context.Ok(), "what was read can be written", context.ErrorText());
+  Require(context.Ok(), "what was read can be written", context.ErrorMessage());
   Require(IsStrictJson(text), "what was written is JSON", text);
   size_t offset = 0;
   const BindingProperty again = Read(context, text, &offset);
-  Require(context.Ok(), "what was written is read", context.ErrorText());
+  Require(context.Ok(), "what was written is read", context.ErrorMessage());
   RequireSame(expected.text, ExactTree(again), "written and read again");
 }
 
@@ -54,7 +54,7 @@ void CheckText(std::string_view text) {
     Require(BindingProperty(tree) == tree, "a copy equals its tree", text);
     return;
   }
-  const std::string failure = context.ErrorText();
+  const std::string failure = context.ErrorMessage();
   RequireListed(failure, {kJsonFailures});
   if (strict) RequireListed(failure, {kStricterFailures});
   Require(tree.IsEmpty(), "a failure answers nothing", failure);

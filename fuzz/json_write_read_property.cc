@@ -16,7 +16,7 @@ void CheckTree(const BindingProperty& tree) {
   ConversionContext context;
   std::string text = "kept";
   WriteJson(context, tree, &text);
-  RequireSame(expected.failure, context.ErrorText(), "writing fails for the reason due");
+  RequireSame(expected.failure, context.ErrorMessage(), "writing fails for the reason due");
   Require(text.starts_with("kept"), "what stood there stays", text);
   if (!context.Ok()) {
     Require(text == "kept", "a failure writes nothing", text);
@@ -25,7 +25,7 @@ void CheckTree(const BindingProperty& tree) {
   text.erase(0, 4);
   Require(IsStrictJson(text), "what was written is JSON", text);
   const BindingProperty read = ReadJson(context, text);
-  Require(context.Ok(), "what was written is read", context.ErrorText() + "\n" + text);
+  Require(context.Ok(), "what was written is read", context.ErrorMessage() + "\n" + text);
   RequireSame(expected.text, ExactTree(read), "written and read");
 }
 

@@ -27,7 +27,7 @@ Reading Read(std::string_view bytes) {
   Reading reading;
   reading.tree = ReadMessagePack(
       context, {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}, &reading.consumed);
-  reading.failure = context.ErrorText();
+  reading.failure = context.ErrorMessage();
   return reading;
 }
 
@@ -37,7 +37,7 @@ std::string Write(const BindingProperty& tree) {
   MessagePackWriter writer(&bytes);
   CheckWritten(context, WriteTree(tree, writer), writer);
   writer.Finish(context);
-  Require(context.Ok(), "every tree can be written", context.ErrorText());
+  Require(context.Ok(), "every tree can be written", context.ErrorMessage());
   return bytes;
 }
 

@@ -31,7 +31,7 @@ bool TryWrite(const BindingProperty& part, std::string* text) {
   if (DescribeTree(part, TreeView::kJson).repaired) return false;
   ConversionContext context;
   WriteJson(context, part, text);
-  Require(context.Ok(), "a segment can be written", context.ErrorText());
+  Require(context.Ok(), "a segment can be written", context.ErrorMessage());
   return true;
 }
 

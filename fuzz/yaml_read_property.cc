@@ -47,16 +47,16 @@ void CheckTree(const BindingProperty& tree) {
   ConversionContext context;
   std::string json;
   WriteJson(context, tree, &json);
-  if (!context.Ok()) return RequireListed(context.ErrorText(), {kJsonWriteFailures});
+  if (!context.Ok()) return RequireListed(context.ErrorMessage(), {kJsonWriteFailures});
   if (!IsYamlToo(json)) return;
 
   BindingProperty free;
   Assign(context, "<tree>", tree, &free);
-  Require(context.Ok(), "a tree is a free value", context.ErrorText());
+  Require(context.Ok(), "a tree is a free value", context.ErrorMessage());
   RequireSame(ExactTree(tree), ExactTree(free), "a tree is a free value");
 
   const BindingProperty again = Read(context, json);
-  Require(context.Ok(), "JSON is YAML", context.ErrorText() + "\n" + json);
+  Require(context.Ok(), "JSON is YAML", context.ErrorMessage() + "\n" + json);
   RequireSame(DescribeTree(tree, TreeView::kJson).text, ExactTree(again), json);
 }
 
@@ -64,8 +64,8 @@ void CheckText(std::string_view text) {
   ConversionContext context;
   const BindingProperty tree = Read(context, text);
   if (context.Ok()) return CheckTree(tree);
-  RequireListed(context.ErrorText(), {kYamlFailures});
-  Require(tree.IsEmpty(), "a failure answers nothing", context.ErrorText());
+  RequireListed(context.ErrorMessage(), {kYamlFailures});
+  Require(tree.IsEmpty(), "a failure answers nothing", context.ErrorMessage());
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ void ConversionContext::Fail(std::string_view text) {
   property_.GetOrAddMember("error").SetString(text);
 }
 
-std::string ConversionContext::ErrorText() const {
+std::string ConversionContext::ErrorMessage() const {
   if (ok_) return {};
   const BindingProperty* error = property_.FindMember("error");
   return error != nullptr && error->kind() == BindingKind::kString ? std::string(error->AsString())

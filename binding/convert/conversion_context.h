@@ -22,7 +22,7 @@ class ConversionContext {
   // Makes the property a structure whose member "error" holds `text`. Only the first call counts.
   void Fail(std::string_view text);
   // The failure's text; empty while Ok.
-  std::string ErrorText() const;
+  std::string ErrorMessage() const;
 
   const BindingProperty& property() const { return property_; }
   BindingProperty& property() { return property_; }

@@ -80,7 +80,7 @@ class Accessor<std::shared_ptr<const T>> final : public ValueAccessor {
     if (item != nullptr) {
       NativeAccessor<T>().Read(context, item.get(), type, writer);
     } else if (context.Ok() && !writer.Null()) {
-      context.Fail(writer.ErrorText());
+      context.Fail(writer.ErrorMessage());
     }
   }
 };
@@ -107,13 +107,13 @@ requires(IdOf<T>() == TypeId::kVector) class Accessor<T> final : public ValueAcc
             ValueWriter& writer) const override {
     if (!context.Ok()) return;
     const T& items = *static_cast<const T*>(value);
-    if (!writer.BeginCollection(items.size())) return context.Fail(writer.ErrorText());
+    if (!writer.BeginCollection(items.size())) return context.Fail(writer.ErrorMessage());
     const TypeIdentifier element = type.Element();
     for (const Item& item : items) {
       NativeAccessor<Item>().Read(context, &item, element, writer);
       if (!context.Ok()) return;
     }
-    if (!writer.EndCollection()) context.Fail(writer.ErrorText());
+    if (!writer.EndCollection()) context.Fail(writer.ErrorMessage());
   }
 };
 
@@ -138,14 +138,14 @@ requires(IdOf<T>() == TypeId::kMap) class Accessor<T> final : public ValueAccess
             ValueWriter& writer) const override {
     if (!context.Ok()) return;
     const T& items = *static_cast<const T*>(value);
-    if (!writer.BeginStructure(items.size())) return context.Fail(writer.ErrorText());
+    if (!writer.BeginStructure(items.size())) return context.Fail(writer.ErrorMessage());
     const TypeIdentifier element = type.Element();
     for (const auto& [key, item] : items) {
-      if (!writer.Member(key)) return context.Fail(writer.ErrorText());
+      if (!writer.Member(key)) return context.Fail(writer.ErrorMessage());
       NativeAccessor<Item>().Read(context, &item, element, writer);
       if (!context.Ok()) return;
     }
-    if (!writer.EndStructure()) context.Fail(writer.ErrorText());
+    if (!writer.EndStructure()) context.Fail(writer.ErrorMessage());
   }
 };
 

@@ -17,7 +17,7 @@ void ReadStructure(ConversionContext& context, const void* value, const TypeReco
                    ValueWriter& writer) {
   if (!context.Ok()) return;
   if (type == nullptr || type->kind != TypeKind::kStructure) return context.Fail(kReadUnregistered);
-  if (!writer.BeginStructure(type->fields.size())) return context.Fail(writer.ErrorText());
+  if (!writer.BeginStructure(type->fields.size())) return context.Fail(writer.ErrorMessage());
   for (const FieldRecord& field : type->fields) {
     CheckWritten(context, writer.Member(field.name), writer);
     if (!context.Ok()) return;

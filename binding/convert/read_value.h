@@ -13,7 +13,7 @@
 namespace Kest {
 
 inline void CheckWritten(ConversionContext& context, bool written, const ValueWriter& writer) {
-  if (!written) context.Fail(writer.ErrorText());
+  if (!written) context.Fail(writer.ErrorMessage());
 }
 
 inline void ReadScalar(ConversionContext& context, bool value, ValueWriter& writer) {

@@ -82,7 +82,7 @@ bool TryReadFast(TreeBuilder& builder, std::string_view text) {
 // Reads any text with every check on, and so finds what is wrong first.
 ReadFailure ReadChecked(TreeBuilder& builder, std::string_view text) {
   char* copy = TryCopyText(builder, text);
-  if (copy == nullptr) return {builder.ErrorText(), 0};
+  if (copy == nullptr) return {builder.ErrorMessage(), 0};
   JsonHandler handler(builder, JsonHandler::Pass::kWithDiagnostics);
   rapidjson::InsituStringStream stream(copy);
   return RunReader<kReadFlags | rapidjson::kParseValidateEncodingFlag>(stream, text.size(),

@@ -47,7 +47,7 @@ class JsonHandler {
 
  private:
   bool Check(bool isDone) {
-    if (!isDone) failure_ = builder_.ErrorText();
+    if (!isDone) failure_ = builder_.ErrorMessage();
     return isDone;
   }
   bool CheckText(std::string_view text) {

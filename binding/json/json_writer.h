@@ -37,7 +37,7 @@ class JsonWriter final : public ValueWriter {
   bool EndStructure() override;
   bool BeginCollection(size_t size) override;
   bool EndCollection() override;
-  std::string_view ErrorText() const override { return error_; }
+  std::string_view ErrorMessage() const override { return error_; }
 
   // Completes the text; when `context` has failed, takes back everything that was appended. Logs
   // one warning when bytes were replaced.

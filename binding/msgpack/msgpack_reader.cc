@@ -68,7 +68,7 @@ class Reader {
   bool EndContainer();
 
   bool Check(bool isDone, const uint8_t* item) {
-    return isDone || FailAt(item, builder_.ErrorText());
+    return isDone || FailAt(item, builder_.ErrorMessage());
   }
   size_t PositionOf(const uint8_t* item) const { return static_cast<size_t>(item - bytes_.data()); }
   bool FailAt(const uint8_t* item, std::string_view reason = {});
@@ -272,7 +272,7 @@ BindingProperty ReadTree(ConversionContext& context, std::span<const uint8_t> by
   TreeBuilder builder(bytes.size(), /*nodesPerByte=*/2);
   char* const copy = builder.TryReserveText(bytes.size());
   if (copy == nullptr) {
-    context.Fail(builder.ErrorText());
+    context.Fail(builder.ErrorMessage());
     return {};
   }
   if (!bytes.empty()) std::memcpy(copy, bytes.data(), bytes.size());

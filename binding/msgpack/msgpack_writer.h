@@ -38,7 +38,7 @@ class MessagePackWriter final : public ValueWriter {
   bool EndStructure() override { return true; }
   bool BeginCollection(size_t size) override;
   bool EndCollection() override { return true; }
-  std::string_view ErrorText() const override { return error_; }
+  std::string_view ErrorMessage() const override { return error_; }
 
   // Completes the text; when `context` has failed, takes back everything that was appended.
   void Finish(const ConversionContext& context);

@@ -113,7 +113,7 @@ size_t TreeBuilder::MergeRepeatedMembers(size_t first) {
   return kept;
 }
 
-std::string_view TreeBuilder::ErrorText() const {
+std::string_view TreeBuilder::ErrorMessage() const {
   return "Too many values.";
 }
 

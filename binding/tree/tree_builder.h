@@ -41,7 +41,7 @@ class TreeBuilder final : public ValueWriter {
   bool EndStructure() override;
   bool BeginCollection(size_t) override { return Begin(); }
   bool EndCollection() override;
-  std::string_view ErrorText() const override;
+  std::string_view ErrorMessage() const override;
 
   // Memory of the tree for text and bytes that shall not be copied; null past the bound.
   char* TryReserveText(size_t bytes) { return static_cast<char*>(arena_->TryAllocate(bytes)); }

@@ -12,12 +12,10 @@
 
 namespace Kest {
 
-// Receives one value. Every call answers false when it cannot be done; ErrorText then says why, and
-// the walk ends there.
-// REQUIRES of callers: calls form one value. Inside a structure each value follows its Member call.
-// Texts and bytes are lent for the call. A member named twice keeps the place of the first and the
-// value of the last.
-// Threads: one writer is used by one thread.
+// Receives one value. Every call answers false when it cannot be done; ErrorMessage then says why,
+// and the walk ends there. REQUIRES of callers: calls form one value. Inside a structure each value
+// follows its Member call. Texts and bytes are lent for the call. A member named twice keeps the
+// place of the first and the value of the last. Threads: one writer is used by one thread.
 class ValueWriter {
  public:
   virtual ~ValueWriter() = default;
@@ -38,7 +36,7 @@ class ValueWriter {
   virtual bool BeginCollection(size_t size) = 0;
   virtual bool EndCollection() = 0;
 
-  virtual std::string_view ErrorText() const = 0;
+  virtual std::string_view ErrorMessage() const = 0;
 };
 
 class BindingProperty;

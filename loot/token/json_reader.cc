@@ -37,7 +37,7 @@ class Parser {
   };
 
   void Check(bool written) {
-    if (!written) throw Exception(std::string(tree_.ErrorText()));
+    if (!written) throw Exception(std::string(tree_.ErrorMessage()));
   }
 
   // One element, member or end of the innermost container.

@@ -12,7 +12,7 @@ template <typename T>
 std::string FailureOf(std::string_view json, T* target) {
   ConversionContext context(Registry());
   Assign(context, "p", Tree(json), target);
-  return context.ErrorText();
+  return context.ErrorMessage();
 }
 
 TEST(AssignStructure, FieldsAreFoundByNameInAnyOrder) {
@@ -36,7 +36,7 @@ TEST(AssignStructure, FieldsAreFoundByNameInAnyOrder) {
   EXPECT_EQ(Json(tree), text);
   Whole back;
   Assign(context, "p", tree, &back);
-  EXPECT_EQ(ToProperty(context, back), tree) << context.ErrorText();
+  EXPECT_EQ(ToProperty(context, back), tree) << context.ErrorMessage();
 }
 
 TEST(AssignStructure, FailuresNameTheFieldAndTheFirstWins) {
@@ -83,7 +83,7 @@ TEST(AssignStructure, UnregisteredTypesAreRefused) {
   EXPECT_EQ(FailureOf("[{}]", &strangers), refused);
   ConversionContext context(Registry());
   EXPECT_TRUE(ToProperty(context, stranger).IsEmpty());
-  EXPECT_EQ(context.ErrorText(),
+  EXPECT_EQ(context.ErrorMessage(),
             "Couldn't convert native value because it's an unregistered structure.");
 }
 

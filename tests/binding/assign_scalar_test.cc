@@ -27,7 +27,7 @@ std::string Into(const BindingProperty& input) {
   Assign(context, "p", input, &target);
   if (context.Ok()) return Json(ToProperty(context, target));
   EXPECT_EQ(target, before);
-  return context.ErrorText();
+  return context.ErrorMessage();
 }
 
 struct Case {
@@ -192,7 +192,7 @@ TEST(Assign, NothingHappensOnceTheContextHasFailed) {
   Assign(context, "p", Tree(R"({"name":"x"})"), &part);
   EXPECT_TRUE(ReadJson(context, "[1]").IsEmpty());
   EXPECT_TRUE(number == 1 && grade == Grade::kPlain && words.size() == 1 && part == Part());
-  EXPECT_EQ(context.ErrorText(), "first");
+  EXPECT_EQ(context.ErrorMessage(), "first");
 }
 
 }  // namespace

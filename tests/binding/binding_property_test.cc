@@ -110,7 +110,7 @@ TEST(TreeBuilder, OfRepeatedMembersTheLastValueTakesTheFirstPlace) {
 TEST(TreeBuilder, StopsAtTheBoundOfATree) {
   ConversionContext context(Registry());
   EXPECT_TRUE(ToProperty(context, std::vector<int8_t>(kMaxTreeValues)).IsEmpty());
-  EXPECT_EQ(context.ErrorText(), "Too many values.");
+  EXPECT_EQ(context.ErrorMessage(), "Too many values.");
 
   // The names take room of their own while they are gathered.
   TreeBuilder builder;

@@ -88,7 +88,7 @@ inline BindingProperty Enum(int32_t value) {
 inline BindingProperty Tree(std::string_view json) {
   ConversionContext context(Registry());
   BindingProperty tree = ReadJson(context, json);
-  EXPECT_EQ(context.ErrorText(), "") << json.substr(0, 100);
+  EXPECT_EQ(context.ErrorMessage(), "") << json.substr(0, 100);
   return tree;
 }
 
@@ -97,7 +97,7 @@ inline std::string Json(const BindingProperty& tree) {
   ConversionContext context(Registry());
   std::string text;
   WriteJson(context, tree, &text);
-  EXPECT_EQ(context.ErrorText(), "");
+  EXPECT_EQ(context.ErrorMessage(), "");
   return text;
 }
 

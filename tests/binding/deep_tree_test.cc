@@ -41,7 +41,7 @@ void WalkEveryWay(const Format& format) {
   for (size_t i = 0; i < kDepth; ++i) text += format.open;
   ConversionContext refused(Registry());
   format.read(refused, text);
-  EXPECT_EQ(refused.ErrorText(), format.unclosed);
+  EXPECT_EQ(refused.ErrorMessage(), format.unclosed);
   text += format.innermost;
   for (size_t i = 0; i < kDepth; ++i) text += format.close;
   ConversionContext context(Registry());
@@ -54,7 +54,7 @@ void WalkEveryWay(const Format& format) {
   }
   std::string written;
   format.write(context, copy, &written);
-  EXPECT_TRUE(context.Ok()) << context.ErrorText();
+  EXPECT_TRUE(context.Ok()) << context.ErrorMessage();
   EXPECT_TRUE(written == text);
 }
 

@@ -43,7 +43,7 @@ std::string As(const BindingProperty& tree) {
   Assign(context, "v", tree, &value);
   std::string text;
   if (context.Ok()) WriteJsonValue(context, value, &text);
-  return context.Ok() ? text : context.ErrorText();
+  return context.Ok() ? text : context.ErrorMessage();
 }
 
 TEST(Formats, OneValueReadsAlikeInEach) {
@@ -106,7 +106,7 @@ TEST(Formats, OneValueReadsAlikeInEach) {
     ConversionContext context(Registry());
     const BindingProperty trees[] = {
         ReadJson(context, c.json), ReadPacked(context, Bytes(c.packed)), ReadYaml(context, c.yaml)};
-    ASSERT_EQ(context.ErrorText(), "");
+    ASSERT_EQ(context.ErrorMessage(), "");
     for (const BindingProperty& tree : trees) {
       EXPECT_EQ(Shown(tree), c.tree);
       EXPECT_TRUE(tree == trees[0]);
@@ -136,7 +136,7 @@ TEST(Formats, WrittenJsonReadsBackAsYaml) {
   const BindingProperty tree = Tree(
       R"({"a":[1,-2,0.5,1e300,true,null,"","null","\u00e9\ud83d\ude00","x: y # z"],"b":{"":{}}})");
   ConversionContext context(Registry());
-  EXPECT_TRUE(ReadYaml(context, Json(tree)) == tree) << context.ErrorText();
+  EXPECT_TRUE(ReadYaml(context, Json(tree)) == tree) << context.ErrorMessage();
 }
 
 }  // namespace

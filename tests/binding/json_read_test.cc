@@ -87,7 +87,7 @@ TEST(ReadJson, FailuresCarryTheDecodersWordsAndTheirPlace) {
     ConversionContext context(Registry());
     size_t offset = SIZE_MAX;
     EXPECT_TRUE(ReadJson(context, c.json, &offset).IsEmpty());
-    EXPECT_EQ(context.ErrorText(), c.failure);
+    EXPECT_EQ(context.ErrorMessage(), c.failure);
     EXPECT_EQ(offset, c.offset);
   }
 }
@@ -151,7 +151,7 @@ TEST(ReadJson, StructuresOfManyMembersKeepOrderAndFindEachName) {
 TEST(ReadJson, BoundsAreKept) {
   ConversionContext large(Registry());
   ReadJson(large, std::string(kMaxJsonBytes + 1, ' '));
-  EXPECT_EQ(large.ErrorText(), "Body is too large");
+  EXPECT_EQ(large.ErrorMessage(), "Body is too large");
 
   // Where addresses have 32 bits, the bytes of a tree come to their bound first.
   constexpr size_t kFitting = sizeof(void*) == 8 ? kMaxTreeValues - 1 : kMaxTreeValues / 4 * 3;
@@ -160,7 +160,7 @@ TEST(ReadJson, BoundsAreKept) {
   EXPECT_EQ(Tree(text.substr(0, 2 * kFitting) + "]").Size(), kFitting);
   ConversionContext tooMany(Registry());
   ReadJson(tooMany, text + "1]");
-  EXPECT_EQ(tooMany.ErrorText(), "Too many values.");
+  EXPECT_EQ(tooMany.ErrorMessage(), "Too many values.");
 }
 
 TEST(ReadJson, EveryDoubleSurvivesWritingAndReading) {

@@ -54,7 +54,7 @@ TEST(WriteJson, WhatCannotBeWrittenLeavesNothingBehind) {
     ConversionContext context(Registry());
     std::string text = "kept";
     WriteJsonValue(context, items, &text);
-    EXPECT_EQ(context.ErrorText(), failure);
+    EXPECT_EQ(context.ErrorMessage(), failure);
     EXPECT_EQ(text, "kept") << failure;
     WriteJson(context, BindingProperty(), &text);
     EXPECT_EQ(text, "kept") << "a failed context writes nothing";
@@ -103,7 +103,7 @@ TEST(ReadJsonValue, FailuresAreTheDecodersOrTheConvertersOwn) {
   const auto failure = [&value](std::string_view text) {
     ConversionContext context(Registry());
     ReadJsonValue(context, "<value>", text, &value);
-    return context.ErrorText();
+    return context.ErrorMessage();
   };
   EXPECT_EQ(failure("["), "Invalid value.");
   EXPECT_EQ(failure("\"x\""), "Value x for '<value>' of type int32 is in an incorrect format");

@@ -59,7 +59,7 @@ TEST(ReadMessagePack, EachFormBecomesItsKind) {
     size_t consumed = 0;
     const std::string bytes = c.bytes + "more";
     EXPECT_TRUE(ReadMessagePack(context, BytesOf(bytes), &consumed) == c.tree) << c.why;
-    EXPECT_EQ(context.ErrorText(), "") << c.why;
+    EXPECT_EQ(context.ErrorMessage(), "") << c.why;
     EXPECT_EQ(consumed, c.bytes.size()) << c.why;
   }
 }
@@ -115,7 +115,7 @@ TEST(ReadMessagePack, FailuresNameTheItemTheyBeginAt) {
     ConversionContext context(Registry());
     size_t consumed = 77;
     EXPECT_TRUE(ReadMessagePack(context, BytesOf(c.bytes), &consumed) == BindingProperty());
-    EXPECT_EQ(context.ErrorText(), c.failure) << c.why;
+    EXPECT_EQ(context.ErrorMessage(), c.failure) << c.why;
     EXPECT_EQ(consumed, 77u) << c.why;
   }
 }
@@ -199,7 +199,8 @@ TEST(MessagePackWriter, SizesAbove32BitsLeaveNothingBehind) {
                                          : writer.Blob({BytesOf("").data(), size});
       CheckWritten(context, isWritten, writer);
       writer.Finish(context);
-      EXPECT_EQ(context.ErrorText(), "A size above 4294967295 cannot be written as MessagePack.");
+      EXPECT_EQ(context.ErrorMessage(),
+                "A size above 4294967295 cannot be written as MessagePack.");
       EXPECT_EQ(bytes, "kept");
     }
   }

@@ -37,7 +37,7 @@ inline std::string Shown(const BindingProperty& value) {
 
 // What reading made of a text: the tree, or why there is none.
 inline std::string Shown(const ConversionContext& context, const BindingProperty& tree) {
-  return context.Ok() ? Shown(tree) : context.ErrorText();
+  return context.Ok() ? Shown(tree) : context.ErrorMessage();
 }
 
 }  // namespace Kest::Samples

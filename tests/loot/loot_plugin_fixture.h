@@ -35,7 +35,7 @@ T Parse(const std::string& json) {
   ConversionContext context;
   T value{};
   ReadJsonValue(context, "<value>", json, &value);
-  EXPECT_TRUE(context.Ok()) << context.ErrorText() << " in " << json;
+  EXPECT_TRUE(context.Ok()) << context.ErrorMessage() << " in " << json;
   return value;
 }
 
