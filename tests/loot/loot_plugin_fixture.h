@@ -128,8 +128,8 @@ class LootPluginTest : public ::testing::Test {
     for (; linesSeen_ < lines.size(); ++linesSeen_) {
       const auto& [level, text] = lines[linesSeen_];
       if (level != 1 && level != 2) continue;
-      const size_t begin = text.find("| | ") + 4;  // behind the clock, the level and no group
-      troubles.push_back(std::to_string(level) + " " + text.substr(begin, text.size() - begin - 1));
+      const size_t begin = text.find("| | ") + 4;  // after the clock, the level and no group
+      troubles.push_back(std::to_string(level) + " " + text.substr(begin));
     }
     return troubles;
   }

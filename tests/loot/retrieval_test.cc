@@ -141,15 +141,16 @@ TEST_F(LootPluginTest, TheNewPlayerChestIsAskedForOnceAtTheConfiguredLevel) {
 TEST_F(LootPluginTest, ChangesScheduleARetrievalShortlyAfterTheLoginOnly) {
   StartPlugin();
   Enable();
-  EXPECT_THAT(host_.PostedTasks(), IsEmpty()) << "nobody has logged in";
+  EXPECT_THAT(host_.Printed({Testing::Action::kPost}), IsEmpty()) << "nobody has logged in";
   Login(7);
   host_.AdvanceSeconds(29);
   Config("MinSummonerLevel", "10");
-  EXPECT_THAT(host_.PostedTasks(), ElementsAre("LootPlugin.RetrievePlayerLootAndDefinitions",
-                                               "LootPlugin.RetrievePlayerLootAndDefinitions"));
+  EXPECT_THAT(host_.Printed({Testing::Action::kPost}),
+              ElementsAre("post LootPlugin.RetrievePlayerLootAndDefinitions",
+                          "post LootPlugin.RetrievePlayerLootAndDefinitions"));
   host_.AdvanceSeconds(1);
   Config("NewPlayerChestEnabled", "true");
-  EXPECT_EQ(host_.PostedTasks().size(), 2u);
+  EXPECT_EQ(host_.Printed({Testing::Action::kPost}).size(), 2u);
 }
 
 }  // namespace

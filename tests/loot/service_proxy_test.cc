@@ -20,7 +20,9 @@ constexpr const char* kUnreadable =
 
 class ServiceProxyTest : public CallsTest {
  protected:
-  ServiceProxyTest() { proxy_.Start(); }
+  ServiceProxyTest() {
+    host_.RunTask([this] { proxy_.Start(); });
+  }
 
   template <class R>
   void Note(const Maybe<R>& result) {
@@ -159,13 +161,15 @@ TEST_F(ServiceProxyTest, AnAsynchronousResponseNeedsAHandler) {
 }
 
 TEST_F(ServiceProxyTest, PlatformMessagesReachTheirSubtopicAsTasks) {
-  for (const char* subtopic : {"com.x", "com.y"}) {
-    proxy_.SubscribeSvds(subtopic, [this, subtopic](const PluginSvdsEvent& event) {
-      proxy_.SubscribeSvds(subtopic, [](const PluginSvdsEvent&) {});
-      services_.Yield();  // only tasks may
-      seen_.push_back(subtopic + std::string(event.body.FindMember("a")->AsString()));
-    });
-  }
+  host_.RunTask([this] {
+    for (const char* subtopic : {"com.x", "com.y"}) {
+      proxy_.SubscribeSvds(subtopic, [this, subtopic](const PluginSvdsEvent& event) {
+        proxy_.SubscribeSvds(subtopic, [](const PluginSvdsEvent&) {});
+        services_.Yield();  // only tasks may
+        seen_.push_back(subtopic + std::string(event.body.FindMember("a")->AsString()));
+      });
+    }
+  });
   host_.SendSvds("com.x", R"({"a":"b"})");
   host_.SendSvds("com.x", R"({"a":"replaced"})");
   EXPECT_THAT(seen_, ElementsAre("com.xb"));

@@ -24,6 +24,9 @@ class SiblingClientTest : public CallsTest {
     host_.RunTask([&] { result = client_.Request<R>(method, kUrl, arguments...); });
     return result;
   }
+  std::vector<std::string> SubscriptionLog() const {
+    return host_.Printed({Testing::Action::kSubscribe, Testing::Action::kUnsubscribe});
+  }
   void FollowNames(const std::string& tag) {
     client_.Subscribe<Names>(kUrl, [this, tag](const Names* value, ResourceEventType type) {
       seen_.push_back(tag + std::to_string(static_cast<int>(type)) + ":" +
@@ -91,8 +94,7 @@ TEST_F(SiblingClientTest, AnArgumentThatDoesNotConvertSendsNothing) {
 
 TEST_F(SiblingClientTest, EventsAreConvertedOrDroppedAndADeleteHasNoValue) {
   host_.SetResource(kUrl, R"(["present"])");
-  FollowNames("");
-  host_.RunUntilIdle();
+  host_.RunTask([this] { FollowNames(""); });
   host_.SetResource(kUrl, R"({"not":"a list"})");
   for (const char* event : {R"({"uri":"/tav-x/v1/thing","eventType":"Update"})",
                             R"({"uri":"/tav-x/v1/thing","eventType":"Never","data":[]})", "torn"}) {
@@ -104,43 +106,46 @@ TEST_F(SiblingClientTest, EventsAreConvertedOrDroppedAndADeleteHasNoValue) {
 }
 
 TEST_F(SiblingClientTest, UsesAreCountedAndTheHostHearsOfTheFirstAndTheLast) {
-  FollowNames("a");
-  FollowNames("b");
+  const std::string subscribed = std::string("subscribe ") + kEvent;
+  for (const char* tag : {"a", "b"}) host_.RunTask([=, this] { FollowNames(tag); });
   host_.SetResource(kUrl, "[]");
-  client_.Unsubscribe(kUrl);
+  const auto unsubscribe = [this] { client_.Unsubscribe(kUrl); };
+  host_.RunTask(unsubscribe);
   host_.SetResource(kUrl, "[]");
-  EXPECT_THAT(host_.SubscriptionLog(), ElementsAre(std::string("+") + kEvent));
-  client_.Unsubscribe(kUrl);
-  client_.Unsubscribe(kUrl);
+  EXPECT_THAT(SubscriptionLog(), ElementsAre(subscribed));
+  for (int i = 0; i < 2; ++i) host_.RunTask(unsubscribe);
   host_.SetResource(kUrl, "[]");
   EXPECT_THAT(seen_, ElementsAre("a0:0", "b0:0", "a1:0"));
-  EXPECT_THAT(host_.SubscriptionLog(),
-              ElementsAre(std::string("+") + kEvent, std::string("-") + kEvent));
+  EXPECT_THAT(SubscriptionLog(), ElementsAre(subscribed, "un" + subscribed));
   EXPECT_THAT(log_.Lines(), ElementsAre("  WARN|| vwm-be-test: Not subscribed to /tav-x/v1/thing"));
 }
 
 TEST_F(SiblingClientTest, HandlersMayChangeTheSubscriptionsTheyAreCalledFrom) {
-  client_.Subscribe<Names>(kUrl, [this](const Names*, ResourceEventType) {
-    seen_.push_back("first");
-    client_.Unsubscribe(kUrl);  // the youngest: the second one, whose turn would be next
-    if (seen_.size() == 1) FollowNames("new");
+  host_.RunTask([this] {
+    client_.Subscribe<Names>(kUrl, [this](const Names*, ResourceEventType) {
+      seen_.push_back("first");
+      client_.Unsubscribe(kUrl);  // the youngest: the second one, whose turn would be next
+      if (seen_.size() == 1) FollowNames("new");
+    });
+    FollowNames("second");
   });
-  FollowNames("second");
   host_.SetResource(kUrl, "[]");
   host_.SetResource(kUrl, "[]");
   EXPECT_THAT(seen_, ElementsAre("first", "first"));
 }
 
 TEST_F(SiblingClientTest, APatternFollowsWhatItMatchesThroughTheEventOfAllResources) {
-  client_.Subscribe<int32_t>("/tav-*/v1/*", [this](const int32_t* value, ResourceEventType) {
-    seen_.push_back(std::to_string(*value));
+  host_.RunTask([this] {
+    client_.Subscribe<int32_t>("/tav-*/v1/*", [this](const int32_t* value, ResourceEventType) {
+      seen_.push_back(std::to_string(*value));
+    });
   });
   host_.SetResource("/tav-a/v1/b/c", "1");
   host_.SetResource("/tav-a/v2/b", "2");
   host_.SetResource("/other/tav-a/v1/b", "3");
   EXPECT_THAT(seen_, ElementsAre("1"));
-  EXPECT_THAT(host_.SubscriptionLog(), ElementsAre("+OnJsonApiEvent"));
-  client_.UnsubscribeAll();
+  EXPECT_THAT(SubscriptionLog(), ElementsAre("subscribe OnJsonApiEvent"));
+  host_.RunTask([this] { client_.UnsubscribeAll(); });
   EXPECT_THAT(host_.Subscriptions(), IsEmpty());
 }
 
@@ -157,9 +162,11 @@ TEST(MatchesPattern, AStarTakesAnyCharactersAndBacktracks) {
 }
 
 TEST_F(SiblingClientTest, PublishesWhatConvertsAndLogsWhatDoesNot) {
-  client_.Publish("/tav-loot/v1/x", ResourceEventType::kUpdate, TestRecord{"n", 2});
-  client_.PublishDelete("/tav-loot/v1/x");
-  client_.Publish("/tav-loot/v1/y", ResourceEventType::kCreate, UnregisteredRecord{});
+  host_.RunTask([this] {
+    client_.Publish("/tav-loot/v1/x", ResourceEventType::kUpdate, TestRecord{"n", 2});
+    client_.PublishDelete("/tav-loot/v1/x");
+    client_.Publish("/tav-loot/v1/y", ResourceEventType::kCreate, UnregisteredRecord{});
+  });
   using Event = Testing::PublishedEvent;
   EXPECT_THAT(host_.PublishedEvents(),
               ElementsAre(Event{"/tav-loot/v1/x", "Update", R"({"name":"n","number":2.0})"},

@@ -75,8 +75,7 @@ TEST_F(LootPluginTest, LogosAreReplacedOnceATokenHasCome) {
     EXPECT_EQ(owned("LOGO_42"), c.owned);
     EXPECT_FALSE(owned("LOGO_7"));
   }
-  EXPECT_THAT(host_.RequestsTo("/tav-inventory/v1/signedInventory").back().url,
-              EndsWith("?inventoryTypes=%5B%22TOURNAMENT_LOGO%22%5D"));
+  EXPECT_THAT(host_.Requests().back().url, EndsWith("?inventoryTypes=%5B%22TOURNAMENT_LOGO%22%5D"));
 }
 
 TEST_F(LootPluginTest, LogosAreLoadedAgainAfterARetrievalThatNobodyWaitsFor) {
@@ -88,7 +87,8 @@ TEST_F(LootPluginTest, LogosAreLoadedAgainAfterARetrievalThatNobodyWaitsFor) {
   host_.AdvanceSeconds(3);
   host_.Post("/tav-loot/v1/refresh");
   EXPECT_TRUE(host_.HasLine("Loot not yet ready: 16/63"));
-  EXPECT_THAT(host_.PostedTasks(), Contains("LootPlugin.LoadTournamentLogoInventory"));
+  EXPECT_THAT(host_.Printed({Testing::Action::kPost}),
+              Contains("post LootPlugin.LoadTournamentLogoInventory"));
 }
 
 }  // namespace

@@ -32,15 +32,16 @@ TEST_F(AppModuleTest, OnlyAWaitIsAnnouncedAndLetsOthersRun) {
   EXPECT_EQ(module_.Await(ready.get_future()).GetValue(), 7);
   auto deferred = std::async(std::launch::deferred, [] { return Result(9); });
   EXPECT_EQ(module_.Await(std::move(deferred)).GetValue(), 9) << "run by the wait itself";
-  EXPECT_THAT(host.Waits(), ElementsAre());
+  const auto waits = [&] { return host.Printed({Action::kWait, Action::kWaitEnd}); };
+  EXPECT_THAT(waits(), ElementsAre());
   OncePromise<int32_t> promise;
   int32_t seen = 0;
   host.RunTask([&] { seen = module_.Await(promise.GetFuture()).GetValue(); });
-  EXPECT_THAT(host.Waits(), ElementsAre(StartsWith("Wait: future<Kest::MaybeType<")));
+  const auto begin = StartsWith("wait Wait: future<Kest::MaybeType<");
+  EXPECT_THAT(waits(), ElementsAre(begin));
   host.RunTask([&] { promise.Set(8); });
   EXPECT_EQ(seen, 8);
-  EXPECT_EQ(host.Waits().back(), "") << "the wait's end";
-  EXPECT_EQ(host.Waits().size(), 2u);
+  EXPECT_THAT(waits(), ElementsAre(begin, "wait over"));
 }
 
 TEST_F(AppModuleDeathTest, AFutureThatCannotGiveAValueEndsTheProcess) {

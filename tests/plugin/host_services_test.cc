@@ -16,12 +16,15 @@ using ::testing::IsEmpty;
 class HostServicesTest : public ::testing::Test {
  protected:
   HostServicesTest() { services_.Attach(host_.Services()); }
-  void Ask(std::string_view url, HostServices* services = nullptr) {
+  void Ask(std::string_view url, HostServices* services) {
     HostRequest request;
     request.url = url;
-    (services != nullptr ? services : &services_)->Request(request, [this](Maybe<Response> answer) {
+    services->Request(request, [this](Maybe<Response> answer) {
       answers_.push_back(answer ? answer.GetValue().body : answer.GetFailure().text);
     });
+  }
+  void Ask(std::string_view url) {
+    host_.RunTask([=, this] { Ask(url, &services_); });
   }
 
   LogCapture log_;
@@ -35,16 +38,16 @@ class HostServicesTest : public ::testing::Test {
 TEST_F(HostServicesTest, EachRequestEndsExactlyOnce) {
   host_.OnRequest("GET", "/now", FakeAnswer{200, "1"});
   host_.OnRequest("GET", "/later", FakeAnswer{200, "2", "", "", true});
-  Ask("/now");
+  host_.RunTask([this] {
+    Ask("/now", &services_);
+    EXPECT_THAT(answers_, IsEmpty()) << "the answer must not come from inside the call";
+  });
   Ask("/later");
-  EXPECT_THAT(answers_, IsEmpty()) << "the answer must not come from inside the call";
-  host_.RunUntilIdle();
   host_.RefuseEverything();
   Ask("/now");
   EXPECT_THAT(answers_, ElementsAre("1", "The host did not take the request"));
   gate_.Close();
-  services_.CancelAll();
-  services_.CancelAll();
+  for (int i = 0; i < 2; ++i) host_.RunTask([this] { services_.CancelAll(); });
   Ask("/now");
   host_.ReleaseHeld();  // the host answers the cancelled request after all
   EXPECT_THAT(answers_,
@@ -72,11 +75,14 @@ TEST_F(HostServicesTest, TasksRunOnceAndMergedOnesAreDropped) {
 
 TEST_F(HostServicesTest, AnEventReachesTheLatestHandlerOfItsName) {
   std::vector<std::string> seen;
-  services_.Subscribe("e", [](std::string_view) { FAIL() << "replaced"; });
-  services_.Subscribe("e", [&](std::string_view body) {
-    services_.Unsubscribe("e");  // from inside its own delivery
-    seen.emplace_back(body);
-    throw std::bad_alloc();
+  host_.RunTask([&] {
+    services_.Subscribe("g", [](std::string_view) { FAIL() << "let in through a closed gate"; });
+    services_.Subscribe("e", [](std::string_view) { FAIL() << "replaced"; });
+    services_.Subscribe("e", [&](std::string_view body) {
+      services_.Unsubscribe("e");  // from inside its own delivery
+      seen.emplace_back(body);
+      throw std::bad_alloc();
+    });
   });
   for (const char* body : {"1", "2"}) {
     host_.DeliverEvent("e", body);
@@ -85,7 +91,6 @@ TEST_F(HostServicesTest, AnEventReachesTheLatestHandlerOfItsName) {
   EXPECT_THAT(seen, ElementsAre("1"));
   EXPECT_EQ(counters_.eventsReceived, 1u);
   EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| Event delivery: Out of memory"));
-  services_.Subscribe("g", [](std::string_view) { FAIL() << "let in through a closed gate"; });
   gate_.Close();
   host_.DeliverEvent("g", "3");
   host_.RunUntilIdle();
@@ -93,9 +98,12 @@ TEST_F(HostServicesTest, AnEventReachesTheLatestHandlerOfItsName) {
 
 TEST_F(HostServicesTest, ARefusedSubscriptionLeavesNothing) {
   host_.RefuseEverything();
-  EXPECT_FALSE(services_.Subscribe("f", [](std::string_view) {}));
-  services_.Unsubscribe("f");
-  EXPECT_THAT(host_.SubscriptionLog(), ElementsAre("+f"));
+  host_.RunTask([this] {
+    EXPECT_FALSE(services_.Subscribe("f", [](std::string_view) {}));
+    services_.Unsubscribe("f");
+  });
+  EXPECT_THAT(host_.Printed({Action::kSubscribe, Action::kUnsubscribe}),
+              ElementsAre("subscribe f"));
 }
 
 TEST_F(HostServicesTest, WithoutAHostEverythingFailsQuietly) {

@@ -13,6 +13,7 @@
 namespace Kest::Testing {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 class PluginLifeTest : public ::testing::Test {
@@ -43,12 +44,13 @@ class PluginLifeTest : public ::testing::Test {
 
 TEST_F(PluginLifeTest, StartIdentifiesThePluginAndSendsTheProcesssLogToOneHost) {
   LoadAndStart();
-  EXPECT_EQ(host_.UserAgent(), "KestClient/18.0.0 (vwm-be-test)");
+  EXPECT_THAT(host_.Printed({Action::kIdentify}),
+              ElementsAre("identify vwm-be-test KestClient/18.0.3 (vwm-be-test)"));
   FakeHost second;
   second.Load(&ScriptedPlugin::Handshake);
   ASSERT_TRUE(second.Start());
   LogError("one line");
-  EXPECT_EQ(host_.CountLines("|  ERROR| | one line\n"), 1u);
+  EXPECT_EQ(host_.CountLines("|  ERROR| | one line"), 1u);
   EXPECT_EQ(host_.Lines().back().level, 2);
   EXPECT_THAT(second.Lines(), IsEmpty());
   host_.Stop();
@@ -148,15 +150,17 @@ TEST_F(PluginLifeTest, StopEndsTheWaitsInsideAndLetsNobodyElseIn) {
   const auto waiting = host_.StartRequest("GET", kUrl);
   host_.RunUntilIdle();
   ASSERT_FALSE(waiting->done);
-  host_.DeliverEvent("e", "1");
-  const auto late = host_.StartRequest("GET", kUrl);
-  host_.Block().callbacks->stop(host_.Block().context);
-  EXPECT_EQ(ScriptedPlugin::script.alive, 0);
+  std::shared_ptr<const FakeHost::Reply> late;
+  host_.RunTask([&] {
+    host_.DeliverEvent("e", "1");  // their turn comes while stop yields
+    late = host_.StartRequest("GET", kUrl);
+    host_.Block().callbacks->stop(host_.Block().context);
+    EXPECT_EQ(ScriptedPlugin::script.alive, 0);
+  });
   EXPECT_EQ(waiting->message, "Finalizing");
   EXPECT_EQ(waiting->status, 500);
   EXPECT_EQ(second, "Finalizing");
   EXPECT_THAT(host_.Subscriptions(), IsEmpty());
-  host_.RunUntilIdle();
   EXPECT_EQ(late->message, "Finalizing");
 }
 

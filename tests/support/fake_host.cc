@@ -1,7 +1,12 @@
 #include "tests/support/fake_host.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
+#include <thread>
 
 #include "base/platform.h"
 #include "binding/json/json_adapter.h"
@@ -47,14 +52,32 @@ std::string ResourceEventJson(std::string_view path, std::string_view type, std:
 
 }  // namespace
 
-FakeHost::FakeHost() {
+std::string Print(const Action& action) {
+  constexpr const char* kWords[] = {"#",     "request", "subscribe", "unsubscribe", "publish",
+                                    "post",  "run",     "wait",      "wait over",   "log",
+                                    "event", "answer",  "identify"};
+  std::string line = kWords[action.kind];
+  for (const std::string& part : {action.name, action.detail}) {
+    if (!part.empty()) line.append(" ").append(part);
+  }
+  return line;
+}
+
+FakeHost::FakeHost()
+    : scheduler_([](std::string_view, std::string_view text) {
+        ADD_FAILURE() << "An exception left a module task: " << text;
+      }),
+      serviceThread_([](std::string_view, std::string_view text) {
+        ADD_FAILURE() << "An exception left the delivery of a service event: " << text;
+      }) {
   FillTable();
   SetClockForTests(kStartOfTime * 1000);
 }
 
 FakeHost::~FakeHost() {
   if (block_.context != nullptr && !stopped_) Stop();
-  pump_.RunUntilIdle();
+  RunUntilIdle();
+  if (!scheduler_.End()) GiveUp("Module tasks still wait at the end of the test.", {});
   ResetClockForTests();
 }
 
@@ -62,17 +85,20 @@ FakeHost::~FakeHost() {
 
 void FakeHost::Load(const std::function<void(KestHandshakeBlock*)>& handshake) {
   block_ = {};
-  block_.major = 18;
+  block_.major = 18;  // newer than the plugin, to tell the two apart
+  block_.patch = 3;
   handshake(&block_);
 }
 
 bool FakeHost::Start() {
+  Step("start");
   const auto started = std::make_shared<bool>(false);  // start may go on after this call
   RunTask([this, started] { *started = block_.callbacks->start(block_.context, Services()); });
   return *started;
 }
 
 void FakeHost::Stop() {
+  Step("stop");
   RunTask([this] {
     block_.callbacks->stop(block_.context);
     stopped_ = true;
@@ -81,7 +107,111 @@ void FakeHost::Stop() {
 }
 
 void FakeHost::AdvanceSeconds(int64_t seconds) {
+  Step(std::to_string(seconds) + " s later");
   AdvanceClockForTests(seconds * 1000);
+}
+
+// ---- Tasks --------------------------------------------------------------------------------------
+
+void FakeHost::PostWork(Work work) {
+  Host::Scheduler::Task task{.name = {}, .work = [this, work = std::move(work)] {
+                               work();
+                               ++progress_;
+                             }};
+  const std::lock_guard lock(mutex_);
+  if (running_) {
+    scheduler_.Post(std::move(task));
+  } else {
+    waitingForRun_.push_back(std::move(task));
+  }
+}
+
+void FakeHost::RunTask(Work work) {
+  PostWork(std::move(work));
+  RunUntilIdle();
+}
+
+void FakeHost::RunUntilIdle() {
+  {
+    const std::lock_guard lock(mutex_);
+    running_ = true;
+    for (auto& task : std::exchange(waitingForRun_, {})) scheduler_.Post(std::move(task));
+  }
+  const auto idle = std::make_shared<std::promise<void>>();
+  scheduler_.Post({.name = {}, .work = [this, idle] {
+                     WatchUntilIdle();
+                     running_ = false;
+                     idle->set_value();
+                   }});
+  idle->get_future().wait();
+}
+
+// Returns when the others have yielded a few turns on end and nothing happened.
+void FakeHost::WatchUntilIdle() {
+  constexpr int kQuietTurns = 4;  // a task may yield a few times for no reason
+  for (int quiet = 0; quiet < kQuietTurns; ++quiet) {
+    const uint64_t before = progress_;
+    scheduler_.Wake();
+    scheduler_.Yield();
+    const bool happened = progress_ != before || eventsOnThread_ != 0;
+    if (happened || (quiet + 1 == kQuietTurns && ReleaseServiceEvent())) quiet = -1;
+  }
+}
+
+// Delivers the next event that KeepOrder holds back, while every task stands still.
+bool FakeHost::ReleaseServiceEvent() {
+  if (orderedEvents_.empty()) return false;
+  Work deliver = std::move(orderedEvents_.front());
+  orderedEvents_.pop_front();
+  PostServiceEvent(std::move(deliver));
+  while (eventsOnThread_ != 0) std::this_thread::yield();
+  return true;
+}
+
+void FakeHost::PostServiceEvent(Work deliver) {
+  ++eventsOnThread_;
+  serviceThread_.Post({.name = {}, .work = [this, deliver = std::move(deliver)] {
+                         deliver();
+                         ++progress_;
+                         --eventsOnThread_;
+                       }});
+}
+
+int32_t FakeHost::OnPostTask(std::string_view name, KestTask run, void* context) {
+  const std::string key(name);
+  {
+    const std::lock_guard lock(mutex_);
+    const bool merged = !refuse_ && waitingTasks_.contains(key);
+    RecordLocked({Action::kPost, key, refuse_ ? "refused" : merged ? "merged" : ""});
+    if (refuse_) return KEST_TASK_REFUSED;
+    if (merged) return KEST_TASK_MERGED;
+    waitingTasks_.insert(key);
+  }
+  Work task = [this, key, run, context] {
+    if (stopped_) return;
+    {
+      const std::lock_guard lock(mutex_);
+      waitingTasks_.erase(key);
+      RecordLocked({Action::kRun, key});
+    }
+    run(context);
+  };
+  if (!holdTasks_) {
+    PostWork(std::move(task));
+  } else {
+    const std::lock_guard lock(mutex_);
+    heldTasks_.push_back(std::move(task));
+  }
+  return KEST_TASK_QUEUED;
+}
+
+void FakeHost::RunHeldTasks() {
+  while (!heldTasks_.empty()) {
+    Step("run the first held task");
+    Work task = std::move(heldTasks_.front());
+    heldTasks_.pop_front();
+    RunTask(std::move(task));
+  }
 }
 
 // ---- Requests of the plugin ---------------------------------------------------------------------
@@ -102,7 +232,7 @@ void FakeHost::OnService(std::string_view service, std::string_view method,
 bool FakeHost::OnHostRequest(const KestRequest& request, KestCompletion completion, void* context) {
   const FakeRequest copy{std::string(ToView(request.method)), std::string(ToView(request.url)),
                          std::string(ToView(request.body))};
-  requests_.push_back(copy);
+  Record({Action::kRequest, copy.method + " " + copy.url, copy.body});
   if (refuse_) return false;
   const std::string path = copy.Path();
   const FakeAnswer answer = AnswerTo(copy, path);
@@ -135,14 +265,14 @@ FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request, const std::st
   if (!context.Ok()) GiveUp("A service call with a bad body:", request.body);
   const std::string service(call.FindMember("serviceName")->AsString());
   const std::string method(call.FindMember("methodName")->AsString());
-  serviceCalls_[{service, method}].push_back(request.body);
   const auto handler = services_.find({service, method});
   const bool known = handler != services_.end();
-  ServiceReply reply{{}, "Unknown method", false};
+  ServiceReply reply{{}, "Unknown method"};
   if (known) reply = handler->second(request.body);
   if (path == kInvokePath) {
-    return {reply.error.empty() ? 200 : 500, reply.payload, reply.error, "application/json",
-            reply.held};
+    const int32_t status = reply.error.empty() ? 200 : 500;
+    return {reply.status != 0 ? reply.status : status, reply.payload, reply.error,
+            "application/json", reply.held};
   }
   const bool byUuid = path == kUuidPath;
   const std::string uuid = byUuid ? Quoted("uuid-" + std::to_string(++nextUuid_)) : "\"\"";
@@ -162,10 +292,11 @@ FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request, const std::st
 
 void FakeHost::Queue(std::string_view key, bool isHeld, std::function<void()> work) {
   if (isHeld) return held_.push_back({std::string(key), std::move(work)});
-  pump_.Post(std::move(work));
+  PostWork(std::move(work));
 }
 
 void FakeHost::ReleaseHeld(std::string_view pathOrMethod) {
+  Step(std::string("release ").append(pathOrMethod));
   for (Held& held : std::exchange(held_, {})) {
     const bool due = pathOrMethod.empty() || held.key == pathOrMethod;
     Queue(held.key, !due, std::move(held.release));
@@ -201,37 +332,42 @@ void FakeHost::SendSvds(std::string_view subtopic, std::string_view bodyJson) {
 }
 
 void FakeHost::TellFollowers(std::string_view path, std::string_view type, std::string_view json) {
+  Step(std::string(type).append(" ").append(path).append(" ").append(json));
   const std::string event = ResourceEventJson(path, type, json);
   DeliverEvent(std::string(kResourceEvent).append("_").append(path), event);
   DeliverEvent(kResourceEvent, event);
   RunUntilIdle();
 }
 
+FakeHost::Subscription FakeHost::SubscriptionOf(std::string_view name) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = subscriptions_.find(name);
+  return found != subscriptions_.end() ? found->second : Subscription{};
+}
+
 void FakeHost::DeliverEvent(std::string_view name, std::string_view json) {
-  const auto subscriptionOf = [this](std::string_view key) {
-    const std::lock_guard hold(mutex_);
-    const auto found = subscriptions_.find(key);
-    return found != subscriptions_.end() ? found->second : Subscription{};
-  };
-  const uint64_t serial = subscriptionOf(name).serial;
-  auto deliver = [subscriptionOf, serial, key = std::string(name), body = std::string(json)] {
-    const Subscription subscription = subscriptionOf(key);
+  const uint64_t serial = SubscriptionOf(name).serial;
+  auto deliver = [this, serial, key = std::string(name), body = std::string(json)] {
+    const Subscription subscription = SubscriptionOf(key);
     if (subscription.delivery == nullptr || subscription.serial != serial) return;
+    Record({Action::kEvent, key, body});
     subscription.delivery(subscription.context, ToText(key), ToText("application/json"),
                           ToBytes(body));
   };
-  if (name.starts_with("OnServiceProxy") || name.starts_with("OnSvdsEvent")) {
-    pump_.PostOnThread(std::move(deliver));
+  if (!name.starts_with("OnServiceProxy") && !name.starts_with("OnSvdsEvent")) {
+    PostWork(std::move(deliver));
+  } else if (keepOrder_) {
+    orderedEvents_.push_back(std::move(deliver));
   } else {
-    pump_.Post(std::move(deliver));
+    PostServiceEvent(std::move(deliver));
   }
 }
 
 bool FakeHost::OnSubscribe(std::string_view name, KestDelivery delivery, void* context) {
-  subscriptionLog_.push_back(std::string("+").append(name));
-  if (refuse_) return false;
   {
-    const std::lock_guard hold(mutex_);
+    const std::lock_guard lock(mutex_);
+    RecordLocked({Action::kSubscribe, std::string(name)});
+    if (refuse_) return false;
     subscriptions_.insert_or_assign(std::string(name),
                                     Subscription{delivery, context, ++nextSubscription_});
   }
@@ -244,47 +380,23 @@ bool FakeHost::OnSubscribe(std::string_view name, KestDelivery delivery, void* c
   return true;
 }
 
-void FakeHost::OnUnsubscribe(std::string_view name) {
-  subscriptionLog_.push_back(std::string("-").append(name));
-  const std::lock_guard hold(mutex_);
-  subscriptions_.erase(std::string(name));
-}
-
-// ---- Tasks and requests to the plugin -----------------------------------------------------------
-
-int32_t FakeHost::OnPostTask(std::string_view name, KestTask run, void* context) {
-  if (refuse_) return KEST_TASK_REFUSED;
-  const std::string key(name);
-  const std::lock_guard hold(mutex_);
-  postedTasks_.push_back(key);
-  if (!waitingTasks_.insert(key).second) return KEST_TASK_MERGED;
-  pump_.Post([this, key, run, context] {
-    {
-      const std::lock_guard holdAgain(mutex_);
-      waitingTasks_.erase(key);
-    }
-    if (!stopped_) run(context);
-  });
-  return KEST_TASK_QUEUED;
-}
-
-void FakeHost::RunTask(std::function<void()> work) {
-  pump_.Post(std::move(work));
-  RunUntilIdle();
-}
+// ---- Requests to the plugin ---------------------------------------------------------------------
 
 std::shared_ptr<const FakeHost::Reply> FakeHost::StartRequest(std::string_view method,
                                                               std::string_view url,
                                                               std::string_view body) {
+  Step(std::string(method).append(" ").append(url).append(" ").append(body));
   auto reply = std::make_shared<Reply>();
-  pump_.Post([this, reply, verb = std::string(method), target = std::string(url),
-              content = std::string(body)] {
+  PostWork([this, reply, verb = std::string(method), target = std::string(url),
+            content = std::string(body)] {
     KestRequest request{};
     request.method = ToText(verb);
     request.url = ToText(target);
     request.contentType = ToText(content.empty() ? "" : "application/json");
     request.body = ToBytes(content);
     TakeReply(block_.api->request(block_.context, &request), reply.get());
+    Record({Action::kAnswer, verb + " " + target,
+            std::to_string(reply->status) + " " + reply->body + reply->message});
   });
   return reply;
 }
@@ -312,44 +424,90 @@ void FakeHost::TakeReply(const KestResponse* response, Reply* reply) {
 
 // ---- What the plugin did ------------------------------------------------------------------------
 
+void FakeHost::Record(Action action) {
+  const std::lock_guard lock(mutex_);
+  RecordLocked(std::move(action));
+}
+
+void FakeHost::RecordLocked(Action action) {
+  actions_.push_back(std::move(action));
+  ++progress_;
+}
+
+std::vector<Action> FakeHost::Actions(std::initializer_list<Action::Kind> kinds) const {
+  const std::lock_guard lock(mutex_);
+  std::vector<Action> chosen;
+  for (const Action& action : actions_) {
+    const bool listed = std::find(kinds.begin(), kinds.end(), action.kind) != kinds.end();
+    if (listed || kinds.size() == 0) chosen.push_back(action);
+  }
+  return chosen;
+}
+
+std::vector<std::string> FakeHost::Printed(std::initializer_list<Action::Kind> kinds) const {
+  std::vector<std::string> lines;
+  for (const Action& action : Actions(kinds)) lines.push_back(Print(action));
+  return lines;
+}
+
+std::vector<PublishedEvent> FakeHost::PublishedEvents() const {
+  std::vector<PublishedEvent> events;
+  for (const Action& action : Actions({Action::kPublish})) {
+    const size_t space = action.name.find(' ');
+    events.push_back({action.name.substr(space + 1), action.name.substr(0, space), action.detail});
+  }
+  events.erase(events.begin(), events.begin() + static_cast<std::ptrdiff_t>(publishedBefore_));
+  return events;
+}
+
+void FakeHost::ForgetPublished() {
+  publishedBefore_ = Actions({Action::kPublish}).size();
+}
+
 std::vector<std::string> FakeHost::Published(std::string_view path) const {
   std::vector<std::string> bodies;
-  for (const PublishedEvent& event : published_) {
+  for (const PublishedEvent& event : PublishedEvents()) {
     if (event.path == path) bodies.push_back(event.json);
   }
   return bodies;
 }
 
-std::vector<FakeRequest> FakeHost::RequestsTo(std::string_view path) const {
-  std::vector<FakeRequest> found = requests_;
-  std::erase_if(found, [path](const FakeRequest& request) { return request.Path() != path; });
-  return found;
+std::vector<FakeRequest> FakeHost::Requests() const {
+  std::vector<FakeRequest> requests;
+  for (const Action& action : Actions({Action::kRequest})) {
+    const size_t space = action.name.find(' ');
+    requests.push_back(
+        {action.name.substr(0, space), action.name.substr(space + 1), action.detail});
+  }
+  return requests;
 }
 
 std::vector<std::string> FakeHost::ServiceCalls(std::string_view service,
                                                 std::string_view method) const {
-  const auto found = serviceCalls_.find({std::string(service), std::string(method)});
-  return found != serviceCalls_.end() ? found->second : std::vector<std::string>();
+  const std::string begin =
+      R"({"serviceName":)" + Quoted(service) + R"(,"methodName":)" + Quoted(method);
+  std::vector<std::string> calls;
+  for (const FakeRequest& request : Requests()) {
+    if (request.body.starts_with(begin)) calls.push_back(request.body);
+  }
+  return calls;
 }
 
 std::vector<LoggedLine> FakeHost::Lines() const {
-  const std::lock_guard hold(mutex_);
-  return lines_;
+  std::vector<LoggedLine> lines;
+  for (const Action& action : Actions({Action::kLog})) lines.push_back({action.level, action.name});
+  return lines;
 }
 
 size_t FakeHost::CountLines(std::string_view part) const {
-  size_t count = 0;
-  for (const LoggedLine& line : Lines()) count += line.text.find(part) != std::string::npos;
-  return count;
-}
-
-std::vector<std::string> FakeHost::PostedTasks() const {
-  const std::lock_guard hold(mutex_);
-  return postedTasks_;
+  const std::vector<std::string> lines = Printed({Action::kLog});
+  return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
+    return line.find(part) != std::string::npos;
+  }));
 }
 
 std::vector<std::string> FakeHost::Subscriptions() const {
-  const std::lock_guard hold(mutex_);
+  const std::lock_guard lock(mutex_);
   std::vector<std::string> names;
   for (const auto& [name, subscription] : subscriptions_) names.push_back(name);
   return names;
@@ -357,39 +515,53 @@ std::vector<std::string> FakeHost::Subscriptions() const {
 
 // ---- The service table --------------------------------------------------------------------------
 
+// The host behind the table, for an entry that belongs on a module task.
+FakeHost& FakeHost::OnTask(Self self, const char* entry) {
+  FakeHost& host = *static_cast<const Table*>(self)->host;
+  EXPECT_TRUE(host.scheduler_.OnTask()) << entry << " was called outside a module task";
+  return host;
+}
+
 void FakeHost::FillTable() {
-  static constexpr auto kHostOf = [](Self self) { return static_cast<const Table*>(self)->host; };
   table_.host = this;
   table_.size = sizeof(KestHostServices);
   table_.request = [](Self self, const KestRequest* request, KestCompletion completion,
                       void* context) {
-    return kHostOf(self)->OnHostRequest(*request, completion, context);
+    return OnTask(self, "request").OnHostRequest(*request, completion, context);
   };
   table_.subscribe = [](Self self, KestText name, KestDelivery delivery, void* context) {
-    return kHostOf(self)->OnSubscribe(ToView(name), delivery, context);
+    return OnTask(self, "subscribe").OnSubscribe(ToView(name), delivery, context);
   };
-  table_.unsubscribe = [](Self self, KestText name) { kHostOf(self)->OnUnsubscribe(ToView(name)); };
+  table_.unsubscribe = [](Self self, KestText name) {
+    FakeHost& host = OnTask(self, "unsubscribe");
+    const std::lock_guard lock(host.mutex_);
+    host.RecordLocked({Action::kUnsubscribe, std::string(ToView(name))});
+    host.subscriptions_.erase(std::string(ToView(name)));
+  };
   table_.publish = [](Self self, KestText path, int32_t type, KestBytes json) {
-    constexpr const char* kTypes[] = {"Create", "Update", "Delete"};
-    kHostOf(self)->published_.push_back(
-        {std::string(ToView(path)), kTypes[type], std::string(ToView(json))});
+    constexpr const char* kTypes[] = {"Create ", "Update ", "Delete "};
+    OnTask(self, "publish")
+        .Record({Action::kPublish, std::string(kTypes[type]).append(ToView(path)),
+                 std::string(ToView(json))});
     return true;
   };
   table_.postTask = [](Self self, KestText name, KestTask run, void* context) {
-    return kHostOf(self)->OnPostTask(ToView(name), run, context);
+    return static_cast<const Table*>(self)->host->OnPostTask(ToView(name), run, context);
   };
   table_.waitBegin = [](Self self, KestText label) {
-    kHostOf(self)->waits_.emplace_back(ToView(label));
+    OnTask(self, "waitBegin").Record({Action::kWait, std::string(ToView(label))});
   };
-  table_.waitEnd = [](Self self) { kHostOf(self)->waits_.emplace_back(); };
-  table_.yield = [](Self self) { kHostOf(self)->pump_.Yield(); };
+  table_.waitEnd = [](Self self) { OnTask(self, "waitEnd").Record({Action::kWaitEnd, {}}); };
+  table_.yield = [](Self self) { OnTask(self, "yield").scheduler_.Yield(); };
   table_.log = [](Self self, int32_t level, KestText line) {
-    const std::lock_guard hold(kHostOf(self)->mutex_);
-    kHostOf(self)->lines_.push_back({level, std::string(ToView(line))});
+    std::string text(ToView(line));
+    static_cast<const Table*>(self)->host->Record(
+        {Action::kLog, text.substr(0, text.find_last_not_of('\n') + 1), {}, level});
   };
-  table_.telemetry = [](Self, KestText, KestBytes) {};
-  table_.identify = [](Self self, KestText /*fullName*/, KestText userAgent) {
-    kHostOf(self)->userAgent_ = ToView(userAgent);
+  table_.telemetry = [](Self self, KestText, KestBytes) { OnTask(self, "telemetry"); };
+  table_.identify = [](Self self, KestText fullName, KestText userAgent) {
+    OnTask(self, "identify")
+        .Record({Action::kIdentify, std::string(ToView(fullName)), std::string(ToView(userAgent))});
   };
 }
 

@@ -1,12 +1,12 @@
-// FakeHost is a plugin host for tests. It implements the whole service table, runs module tasks one
-// at a time, and records what the plugin does. Nothing happens by itself: the test says what exists
-// and pumps.
+// FakeHost is a plugin host for tests: the development host's scheduler with a scripted platform
+// behind the service table. Nothing happens by itself: the test says what exists and runs the
+// plugin.
 //
-// Tasks run on threads of their own that hand one baton around, so exactly one runs at a time, a
-// task that yields really leaves its stack standing, and race detectors see ordinary threads.
-// Service-proxy and platform-message events come on another thread still. A task posted while one
-// of its name waits to run is merged with it. The clock stands still at kStartOfTime;
-// AdvanceSeconds moves it.
+// What the plugin does is one ordered list of actions (Actions, Print); every other question is
+// answered from it. An entry of the service table that belongs on a module task fails the test when
+// it is called elsewhere. A task posted while one of its name waits to run is merged with it.
+// Service-proxy and platform-message events come on a thread of their own. The clock stands still
+// at kStartOfTime; AdvanceSeconds moves it.
 //
 //   FakeHost host;
 //   host.SetResource("/tav-summoner/v1/current-summoner", R"({"summonerLevel":30})");
@@ -21,7 +21,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -31,8 +33,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/tasks/scheduler.h"
 #include "plugin/host_interface.h"
-#include "tests/support/task_pump.h"
 
 namespace Kest::Testing {
 
@@ -56,7 +58,8 @@ struct FakeAnswer {
 struct ServiceReply {
   std::string payload = {};  // JSON
   std::string error = {};
-  bool held = false;  // answered by ReleaseHeld only
+  bool held = false;   // answered by ReleaseHeld only
+  int32_t status = 0;  // of a session invocation; 0: 200, or 500 with an error
 };
 
 struct PublishedEvent {
@@ -71,6 +74,32 @@ struct LoggedLine {
   int32_t level = 0;
   std::string text;
 };
+
+// One thing that happened; `name` and `detail` by kind.
+struct Action {
+  enum Kind {
+    kStep,         // what the test does
+    kRequest,      // "POST /url", body
+    kSubscribe,    // event name
+    kUnsubscribe,  // event name
+    kPublish,      // "Update /path", JSON
+    kPost,         // task name, "merged" or "refused" or nothing
+    kRun,          // task name: a posted task begins
+    kWait,         // label
+    kWaitEnd,
+    kLog,       // line, without its line feed
+    kEvent,     // event name, payload: it is delivered
+    kAnswer,    // "GET /url", status and body or message of what the test asked
+    kIdentify,  // full name, user agent
+  };
+  Kind kind;
+  std::string name;
+  std::string detail = {};
+  int32_t level = 0;  // of a line
+};
+
+// "publish Update /tav-loot/v1/enabled true"
+std::string Print(const Action& action);
 
 class FakeHost {
  public:
@@ -107,6 +136,13 @@ class FakeHost {
   void DeliverEvent(std::string_view name, std::string_view json);
   // Answers what was held: everything, or the requests to one path / the calls of one method.
   void ReleaseHeld(std::string_view pathOrMethod = {});
+  // From now on the tasks that the plugin posts wait for RunHeldTasks, which runs one after the
+  // other, each until idle, and those they post.
+  void HoldTasks() { holdTasks_ = true; }
+  void RunHeldTasks();
+  // From now on a service event is delivered while no task runs, so that the order of all actions
+  // is the same in every run.
+  void KeepOrder() { keepOrder_ = true; }
   // Every later postTask, request or subscribe is refused.
   void RefuseEverything() { refuse_ = true; }
   void AdvanceSeconds(int64_t seconds);
@@ -125,35 +161,33 @@ class FakeHost {
   Reply Post(std::string_view url, std::string_view body = {}) {
     return Request("POST", url, body);
   }
-  // Sends without running; the reply fills in as the test pumps.
+  // Sends without running; the reply fills in as the plugin runs.
   std::shared_ptr<const Reply> StartRequest(std::string_view method, std::string_view url,
                                             std::string_view body = {});
   Reply Invoke(std::string_view function);
   // Runs `work` as a module task, until idle.
   void RunTask(std::function<void()> work);
   // Runs tasks and deliveries until nothing can go on without the test.
-  void RunUntilIdle() { pump_.RunUntilIdle(); }
+  void RunUntilIdle();
 
   // ---- What the plugin did ----------------------------------------------------------------------
+  // Those of the given kinds, or all.
+  std::vector<Action> Actions(std::initializer_list<Action::Kind> kinds = {}) const;
+  std::vector<std::string> Printed(std::initializer_list<Action::Kind> kinds) const;
+  std::vector<PublishedEvent> PublishedEvents() const;              // since ForgetPublished
   std::vector<std::string> Published(std::string_view path) const;  // JSON, "" for a Delete
-  const std::vector<PublishedEvent>& PublishedEvents() const { return published_; }
-  void ForgetPublished() { published_.clear(); }
-  const std::vector<FakeRequest>& Requests() const { return requests_; }
-  std::vector<FakeRequest> RequestsTo(std::string_view path) const;
+  void ForgetPublished();
+  std::vector<FakeRequest> Requests() const;
   // Posted bodies of the calls of one service method, in order.
   std::vector<std::string> ServiceCalls(std::string_view service, std::string_view method) const;
   std::vector<LoggedLine> Lines() const;
   bool HasLine(std::string_view part) const { return CountLines(part) != 0; }
   size_t CountLines(std::string_view part) const;
-  std::vector<std::string> PostedTasks() const;  // names, in order, merged ones too
   std::vector<std::string> Subscriptions() const;
-  // "+name" and "-name", in order.
-  const std::vector<std::string>& SubscriptionLog() const { return subscriptionLog_; }
-  const std::vector<std::string>& Waits() const { return waits_; }  // labels, "" for an end
-  const std::string& UserAgent() const { return userAgent_; }
 
  private:
   using Name = std::pair<std::string, std::string>;  // of a method: its url or service, and itself
+  using Work = std::function<void()>;
   struct Subscription {
     KestDelivery delivery;
     void* context;
@@ -161,49 +195,60 @@ class FakeHost {
   };
   struct Held {
     std::string key;
-    std::function<void()> release;
+    Work release;
   };
   struct Table : KestHostServices {
     FakeHost* host;
   };
 
+  static FakeHost& OnTask(const KestHostServices* self, const char* entry);
   void FillTable();
   bool OnHostRequest(const KestRequest& request, KestCompletion completion, void* context);
   bool OnSubscribe(std::string_view name, KestDelivery delivery, void* context);
-  void OnUnsubscribe(std::string_view name);
   int32_t OnPostTask(std::string_view name, KestTask run, void* context);
   FakeAnswer AnswerTo(const FakeRequest& request, const std::string& path);
   FakeAnswer AnswerServiceCall(const FakeRequest& request, const std::string& path);
   void TakeReply(const KestResponse* response, Reply* reply);
-  void Queue(std::string_view key, bool isHeld, std::function<void()> work);
+  void Queue(std::string_view key, bool isHeld, Work work);
   void TellFollowers(std::string_view path, std::string_view type, std::string_view json);
+  Subscription SubscriptionOf(std::string_view name) const;
+  void PostWork(Work work);
+  void PostServiceEvent(Work deliver);
+  bool ReleaseServiceEvent();
+  void WatchUntilIdle();
+  void Record(Action action);
+  void RecordLocked(Action action);
+  void Step(std::string_view what) { Record({Action::kStep, std::string(what)}); }
 
   Table table_{};
   KestHandshakeBlock block_{};
   bool stopped_ = false;
 
   std::atomic<bool> refuse_ = false;
+  bool keepOrder_ = false;
+  std::atomic<bool> holdTasks_ = false;
+  std::atomic<bool> running_ = false;  // the test waits in RunUntilIdle
   uint64_t nextUuid_ = 0;
   uint64_t nextSubscription_ = 0;
   std::map<Name, RequestHandler> handlers_;
   std::map<Name, ServiceHandler> services_;
   std::map<std::string, std::string, std::less<>> resources_;
   std::vector<Held> held_;
-
-  std::vector<FakeRequest> requests_;
-  std::map<Name, std::vector<std::string>> serviceCalls_;
-  std::vector<PublishedEvent> published_;
-  std::vector<std::string> subscriptionLog_;
-  std::vector<std::string> waits_;
-  std::string userAgent_;
+  std::deque<Work> orderedEvents_;
+  size_t publishedBefore_ = 0;  // events that ForgetPublished hides
 
   mutable std::mutex mutex_;  // over what follows: any thread may come here
   std::map<std::string, Subscription, std::less<>> subscriptions_;
-  std::vector<LoggedLine> lines_;
-  std::vector<std::string> postedTasks_;
+  std::vector<Action> actions_;
   std::set<std::string> waitingTasks_;  // names
+  std::deque<Work> heldTasks_;
+  std::vector<Host::Scheduler::Task> waitingForRun_;
 
-  TaskPump pump_;  // last: its threads use all the above
+  std::atomic<uint64_t> progress_ = 0;        // grows with all that happens
+  std::atomic<uint64_t> eventsOnThread_ = 0;  // service events that are not delivered yet
+  // Last: their threads use all the above.
+  Host::Scheduler scheduler_;
+  Host::Scheduler serviceThread_;
 };
 
 }  // namespace Kest::Testing

@@ -1,0 +1,63 @@
+// main() of the test programs. What a test logs is kept and shown only when the test fails; with
+// KEST_TEST_LOG in the environment it goes to the console at once.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "log/logger.h"
+
+namespace Kest::Testing {
+namespace {
+
+// Stands in for the console's targets while a test runs.
+class LinesOfTheTest : public LogTarget {
+ public:
+  LinesOfTheTest() : LogTarget(kConsoleLineTemplate) {
+    for (const char* name : {"StdErrLogTarget", "DebuggerConsoleLogTarget"}) {
+      if (LogTarget* console = Logger::Instance().FindTarget(name)) console->Detach();
+    }
+    Logger::Instance().Attach(*this);
+  }
+  ~LinesOfTheTest() override { Detach(); }
+
+  const char* ClassName() const override { return "LinesOfTheTest"; }
+  void Write(const LogRecord& record) override {
+    WriteLine(record, [this](std::string_view line) {
+      lines_ += line;
+      // A death test reads what its child prints.
+      if (::testing::internal::InDeathTestChild()) std::fputs(line.data(), stderr);
+    });
+  }
+  void Flush() override {}
+  const std::string& Lines() const { return lines_; }
+
+ private:
+  std::string lines_;
+};
+
+class LogKeeper : public ::testing::EmptyTestEventListener {
+  void OnTestStart(const ::testing::TestInfo& /*test*/) override { lines_.emplace(); }
+  void OnTestEnd(const ::testing::TestInfo& test) override {
+    if (test.result()->Failed()) std::fputs(lines_->Lines().c_str(), stderr);
+    lines_.reset();
+    Logger::Instance().ResetForTests();
+  }
+
+  std::optional<LinesOfTheTest> lines_;
+};
+
+}  // namespace
+}  // namespace Kest::Testing
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleMock(&argc, argv);
+  if (std::getenv("KEST_TEST_LOG") == nullptr) {
+    ::testing::UnitTest::GetInstance()->listeners().Append(new Kest::Testing::LogKeeper);
+  }
+  return RUN_ALL_TESTS();
+}
