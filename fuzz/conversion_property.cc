@@ -1,5 +1,6 @@
-// Any tree to each family of native types. A value that converts, read out and assigned again, is
-// the same; one that does not fails with a listed text; numbers fit exactly when they lie in range.
+// Any tree, and each element of a list, to each family of native types. A value that converts, read
+// out and assigned again, is the same; one that does not fails with a listed message and leaves
+// the target alone; numbers fit exactly when they lie in range.
 #include <cmath>
 #include <limits>
 
@@ -23,6 +24,8 @@ void CheckNumber(const BindingProperty& input, bool converted, T value) {
     number = static_cast<long double>(input.AsUnsigned());
   } else if (input.kind() == BindingKind::kFloat) {
     number = static_cast<long double>(input.AsFloat());
+  } else if (input.kind() == BindingKind::kEnum) {
+    number = static_cast<long double>(input.EnumValue());
   } else {
     return;
   }
@@ -55,6 +58,7 @@ void CheckTarget(const BindingProperty& input) {
     CheckNumber(input, context.Ok(), value);
   }
   if (!context.Ok()) {
+    if constexpr (std::is_arithmetic_v<T>) Require(value == T(), "a failure leaves the target");
     RequireListed(context.ErrorMessage(), {kConversionFailures});
     return;
   }
@@ -91,15 +95,21 @@ void CheckTargets(const BindingProperty& input) {
   (CheckTarget<Targets>(input), ...);
 }
 
+void CheckScalars(const BindingProperty& input) {
+  CheckTargets<bool, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t, uint64_t,
+               float, double, std::string, std::vector<uint8_t>, Samples::Grade, BindingProperty>(
+      input);
+}
+
 }  // namespace
 
 void CheckConversion(std::string_view input) {
   const BindingProperty tree = TakeTree(&input, Samples::GradeRecord());
-  CheckTargets<bool, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t, uint64_t,
-               float, double, std::string, std::vector<uint8_t>, BindingProperty>(tree);
-  CheckTargets<Samples::Grade, Samples::Part, Samples::Whole, std::vector<Samples::Part>,
-               std::vector<int32_t>, std::map<std::string, Samples::Part>,
-               std::unordered_map<std::string, double>, std::shared_ptr<const Samples::Part>>(tree);
+  CheckScalars(tree);
+  for (size_t i = 0; tree.FindElement(i) != nullptr; ++i) CheckScalars(tree.Element(i));
+  CheckTargets<Samples::Part, Samples::Whole, std::vector<Samples::Part>, std::vector<int32_t>,
+               std::map<std::string, Samples::Part>, std::unordered_map<std::string, double>,
+               std::shared_ptr<const Samples::Part>>(tree);
   CheckEmptyMembers<Samples::Part>(tree);
   CheckEmptyMembers<Samples::Whole>(tree);
 }

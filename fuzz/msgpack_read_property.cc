@@ -1,6 +1,6 @@
 // Any bytes as MessagePack. A value that is read means the same to a plain reader, from its own
 // bytes alone, and when it is written again, which takes no more bytes; it is truncated when one
-// byte is missing. What is not read fails with a listed text, and is none to the plain reader.
+// byte is missing. What is not read fails as it does with the plain reader.
 #include "binding/convert/read_value.h"
 #include "binding/msgpack/msgpack_reader.h"
 #include "binding/msgpack/msgpack_writer.h"
@@ -43,10 +43,11 @@ std::string Write(const BindingProperty& tree) {
 
 void CheckBytes(std::string_view bytes) {
   const Reading whole = Read(bytes);
-  const auto plain = ReadPlainMessagePack(bytes);
+  const auto [plain, plainFailure] = ReadPlainMessagePack(bytes);
   if (!whole.failure.empty()) {
     RequireListed(whole.failure, {kMessagePackFailures, kMessagePackTruncations});
     Require(!plain, "what is not read is no value", whole.failure);
+    if (!plainFailure.empty()) RequireSame(plainFailure, whole.failure, "the failure is named");
     Require(whole.tree.IsEmpty(), "a failure answers nothing", whole.failure);
     Require(whole.consumed == kUntouched, "a failure consumes nothing", whole.failure);
     return;

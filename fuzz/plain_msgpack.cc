@@ -12,13 +12,14 @@ constexpr int kMaxDepth = 100;
 
 class PlainReader {
  public:
-  explicit PlainReader(std::string_view bytes) : bytes_(bytes) {}
+  explicit PlainReader(std::string_view bytes) : all_(bytes), bytes_(bytes) {}
 
   TreeBuilder tree;
+  std::string failure;
 
   bool Value(int depth) {
     uint64_t lead = 0;
-    if (depth > kMaxDepth || !Number(1, &lead)) return false;
+    if (depth > kMaxDepth || !Begin(&lead)) return false;
     if (lead <= 0x7F) return tree.Signed(static_cast<int64_t>(lead));
     if (lead <= 0x8F) return Map(lead - 0x80, depth);
     if (lead <= 0x9F) return Array(lead - 0x90, depth);
@@ -49,13 +50,28 @@ class PlainReader {
       case 0xDF:
         return Sized(lead == 0xDE ? 2 : 4, [&](uint64_t size) { return Map(size, depth); });
       default:
-        return Whole(lead);
+        return Integer(lead);
     }
   }
 
  private:
+  bool Fail(const std::string& message) {
+    failure = "Invalid MessagePack data" + message;
+    return false;
+  }
+  std::string Position() const { return " at position " + std::to_string(item_); }
+
+  // The first byte of an item, which failures name.
+  bool Begin(uint64_t* lead) {
+    item_ = all_.size() - bytes_.size();
+    return Number(1, lead);
+  }
+
   bool Number(size_t width, uint64_t* number) {
-    if (bytes_.size() < width) return false;
+    if (bytes_.size() < width) {
+      return Fail(". " + std::to_string(8 * width) + "-bit integer value" + Position() +
+                  " is truncated.");
+    }
     *number = 0;
     for (size_t i = 0; i < width; ++i) *number = *number << 8 | static_cast<uint8_t>(bytes_[i]);
     bytes_.remove_prefix(width);
@@ -68,9 +84,9 @@ class PlainReader {
     return Number(width, &size) && take(size);
   }
 
-  bool Whole(uint64_t lead) {
+  bool Integer(uint64_t lead) {
     const bool isUnsigned = lead >= 0xCC && lead <= 0xCF;
-    if (!isUnsigned && (lead < 0xD0 || lead > 0xD3)) return false;
+    if (!isUnsigned && (lead < 0xD0 || lead > 0xD3)) return Fail(Position() + ".");
     return Sized(size_t{1} << (lead & 3), [&](uint64_t number) {
       if (isUnsigned) return tree.Unsigned(number);
       if (lead == 0xD0) return tree.Signed(static_cast<int8_t>(number));
@@ -87,8 +103,12 @@ class PlainReader {
     });
   }
 
-  bool Bytes(uint64_t size, std::string_view* bytes) {
-    if (size > bytes_.size()) return false;
+  bool Bytes(std::string_view what, uint64_t size, std::string_view* bytes) {
+    if (size > bytes_.size()) {
+      const std::string of = " of size " + std::to_string(size) + Position();
+      return Fail(". " + std::string(what) + of +
+                  (what == "String" ? " is truncated." : " are truncated."));
+    }
     *bytes = bytes_.substr(0, static_cast<size_t>(size));
     bytes_.remove_prefix(bytes->size());
     return true;
@@ -96,13 +116,13 @@ class PlainReader {
 
   bool Text(uint64_t size, bool isKey) {
     std::string_view text;
-    return Bytes(size, &text) && (isKey ? tree.Member(text) : tree.String(text));
+    return Bytes("String", size, &text) && (isKey ? tree.Member(text) : tree.String(text));
   }
 
   bool Blob(size_t width) {
     return Sized(width, [&](uint64_t size) {
       std::string_view bytes;
-      return Bytes(size, &bytes) &&
+      return Bytes("Raw bytes", size, &bytes) &&
              tree.Blob({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
     });
   }
@@ -121,22 +141,24 @@ class PlainReader {
 
   bool Key() {
     uint64_t lead = 0;
-    if (!Number(1, &lead)) return false;
+    if (!Begin(&lead)) return false;
     if (lead >= 0xA0 && lead <= 0xBF) return Text(lead - 0xA0, /*isKey=*/true);
-    if (lead < 0xD9 || lead > 0xDB) return false;
+    if (lead < 0xD9 || lead > 0xDB) return Fail(Position() + ". Map keys must be strings.");
     return Sized(size_t{1} << (lead - 0xD9),
                  [&](uint64_t size) { return Text(size, /*isKey=*/true); });
   }
 
-  std::string_view bytes_;
+  std::string_view all_;
+  std::string_view bytes_;  // what is left of them
+  size_t item_ = 0;
 };
 
 }  // namespace
 
-std::optional<BindingProperty> ReadPlainMessagePack(std::string_view bytes) {
+PlainReading ReadPlainMessagePack(std::string_view bytes) {
   PlainReader reader(bytes);
-  if (!reader.Value(0)) return std::nullopt;
-  return reader.tree.Take();
+  if (!reader.Value(0)) return {std::nullopt, reader.failure};
+  return {reader.tree.Take(), {}};
 }
 
 }  // namespace Kest::Fuzz

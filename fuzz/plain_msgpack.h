@@ -2,13 +2,18 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "binding/tree/binding_property.h"
 
 namespace Kest::Fuzz {
 
-// The value that `bytes` begin with; none when they are no value, or nest too deep for recursion.
-std::optional<BindingProperty> ReadPlainMessagePack(std::string_view bytes);
+struct PlainReading {
+  std::optional<BindingProperty> tree;  // none: the bytes begin with no value
+  std::string failure;                  // why; empty when they nest too deep for recursion
+};
+
+PlainReading ReadPlainMessagePack(std::string_view bytes);
 
 }  // namespace Kest::Fuzz

@@ -1,5 +1,6 @@
 #include "fuzz/strict_json.h"
 
+#include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
 
@@ -41,17 +42,23 @@ struct Handler : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Handler> {
 
 }  // namespace
 
-std::optional<BindingProperty> ReadStrictJson(std::string_view text) {
-  // Numbers stay texts, as the reader's own conversions are not safe.
+StrictReading ReadStrictJson(std::string_view text) {
+  // Numbers stay strings, as the reader's own conversions are not safe.
   constexpr unsigned kFlags = rapidjson::kParseIterativeFlag |
                               rapidjson::kParseNumbersAsStringsFlag |
                               rapidjson::kParseValidateEncodingFlag;
   rapidjson::Reader reader;
   rapidjson::MemoryStream stream(text.data(), text.size());
   Handler handler;
-  const bool isRead = !reader.Parse<kFlags>(stream, handler).IsError();
-  if (!isRead || stream.Tell() != text.size()) return std::nullopt;
-  return handler.tree.Take();
+  const rapidjson::ParseResult result = reader.Parse<kFlags>(stream, handler);
+  if (result.IsError()) {
+    return {std::nullopt, rapidjson::GetParseError_En(result.Code()), result.Offset()};
+  }
+  if (stream.Tell() != text.size()) {  // a NUL
+    constexpr auto kCode = rapidjson::kParseErrorDocumentRootNotSingular;
+    return {std::nullopt, rapidjson::GetParseError_En(kCode), stream.Tell()};
+  }
+  return {handler.tree.Take(), {}, 0};
 }
 
 }  // namespace Kest::Fuzz

@@ -9,12 +9,18 @@
 
 namespace Kest::Fuzz {
 
-// The tree of a text; none when it is no JSON. Numbers that no double holds are infinite here, and
-// lone surrogate escapes pass.
-std::optional<BindingProperty> ReadStrictJson(std::string_view text);
+struct StrictReading {
+  // None when the text is no JSON. Numbers that no double holds are infinite here, and lone
+  // surrogate escapes pass.
+  std::optional<BindingProperty> tree;
+  std::string_view failure;  // why there is none
+  size_t offset = 0;         // where
+};
+
+StrictReading ReadStrictJson(std::string_view text);
 
 inline bool IsStrictJson(std::string_view text) {
-  return ReadStrictJson(text).has_value();
+  return ReadStrictJson(text).tree.has_value();
 }
 
 }  // namespace Kest::Fuzz

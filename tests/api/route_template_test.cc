@@ -1,8 +1,5 @@
 #include "api/route_template.h"
 
-#include <random>
-#include <regex>
-
 #include "api/route_table.h"
 #include "tests/support/cases.h"
 
@@ -35,36 +32,6 @@ TEST(RouteTemplate, CompilesToThePatternAndItsParameters) {
     EXPECT_EQ(RouteTemplate(c.text).Pattern(), c.pattern) << c.why;
     EXPECT_EQ(RouteTemplate(c.text).Parameters(), c.parameters) << c.why;
   }
-}
-
-// The matcher is compared with the regular expression that the pattern stands for.
-TEST(RouteTemplate, MatchesWhatItsPatternMatches) {
-  std::mt19937 random(301);
-  const auto pick = [&random](const auto& list) { return list[random() % std::size(list)]; };
-  const char* const kPieces[] = {"/", "/", "a", ".", "a/", "{x}", "{x}", "{+x}", "{#x}", "}", "#"};
-  const char kCharacters[] = {'/', '/', 'a', 'a', '.', '#', '\n', '\r', '\0', '\xC3'};
-  int matched = 0;
-  for (int round = 0; round < 3000; ++round) {
-    std::string text;
-    for (size_t n = random() % 8; n > 0; --n) text += pick(kPieces);
-    const RouteTemplate route(text);
-    const std::regex pattern(route.Pattern());
-    for (int i = 0; i < 20; ++i) {
-      std::string path;
-      for (size_t n = random() % 9; n > 0; --n) path += pick(kCharacters);
-      std::smatch groups;
-      RouteCaptures captures;
-      const bool expected = std::regex_match(path, groups, pattern);
-      ASSERT_EQ(route.Match(path, &captures), expected) << text << " on " << path;
-      if (!expected) continue;
-      ++matched;
-      ASSERT_EQ(captures.Size(), groups.size() - 1);
-      for (size_t g = 0; g < captures.Size(); ++g) {
-        ASSERT_EQ(captures.At(g), groups[g + 1].str()) << text << " on " << path << ", group " << g;
-      }
-    }
-  }
-  EXPECT_GT(matched, 3000);
 }
 
 TEST(RouteTemplate, KeepsEveryCaptureAndStaysLinearWhereARegularExpressionExplodes) {

@@ -1,6 +1,5 @@
 #include "binding/convert/assign_scalar.h"
 
-#include <cfloat>
 #include <cmath>
 
 #include "log/positional_format.h"
@@ -11,7 +10,7 @@ namespace {
 
 using namespace Samples;
 
-constexpr std::string_view kNeeded = "A value for 'p' is required.";
+using Bytes = std::vector<uint8_t>;
 constexpr std::string_view kRange = "Value %1 for 'p' of type %2 is out of range";
 constexpr std::string_view kMalformed = "Value %1 for 'p' of type %2 is in an incorrect format";
 constexpr std::string_view kKind =
@@ -42,7 +41,8 @@ void Check(const Case (&cases)[size]) {
   for (const Case& c : cases) EXPECT_EQ(c.into(c.input), c.outcome) << c.why;
 }
 
-TEST(AssignBool, TakesBoolsAndFourWords) {
+// Which numbers fit is compared with their value (fuzz/conversion_property.cc).
+TEST(AssignScalar, FailuresNameValueTypeAndPath) {
   const auto notABool = [](std::string_view text) {
     return Format(
         "Value %1 for 'p' of type bool is in an incorrect format. Options are \"true\", \"false\", "
@@ -50,45 +50,28 @@ TEST(AssignBool, TakesBoolsAndFourWords) {
         text);
   };
   const Case cases[] = {
-      {"bool", Into<bool>, Bool(true), "true"},
       {"one", Into<bool>, Text("1"), "true"},
-      {"word", Into<bool>, Text("true"), "true"},
       {"word", Into<bool>, Text("false"), "false"},
       {"zero", Into<bool>, Text("0"), "false"},
       {"capital letter", Into<bool>, Text("True"), notABool("True")},
-      {"leading blank", Into<bool>, Text(" true"), notABool(" true")},
-      {"empty", Into<bool>, {}, std::string(kNeeded)},
+      {"leading space", Into<bool>, Text(" true"), notABool(" true")},
       {"integer", Into<bool>, Signed(3), Format(kKind, "bool", "signed")},
-  };
-  Check(cases);
-}
-
-TEST(AssignInteger, TargetsKeepTheirBounds) {
-  const Case cases[] = {
-      {"lowest", Into<int8_t>, Signed(-128), "-128"},
-      {"below", Into<int8_t>, Signed(-129), Format(kRange, "-129", "int8")},
-      {"highest", Into<int8_t>, Unsigned(127), "127"},
-      {"above", Into<int8_t>, Unsigned(128), Format(kRange, "128", "int8")},
-      {"float cut toward zero", Into<int8_t>, Float(-3.99), "-3"},
       {"float in the last step", Into<int8_t>, Float(127.5), Format(kRange, "127.5", "int8")},
-      {"not a number", Into<int8_t>, Float(NAN), Format(kRange, "nan", "int8")},
-      {"enumerator", Into<int8_t>, Enum(-4), "-4"},
-      {"bool", Into<int8_t>, Bool(true), Format(kKind, "int8", "bool")},
       {"structure", Into<int8_t>, Tree("{}"), Format(kKind, "int8", "structure")},
-      {"empty", Into<int8_t>, {}, std::string(kNeeded)},
-      {"text above", Into<uint8_t>, Text("300"), Format(kRange, "300", "uint8")},
       {"negative enumerator", Into<uint8_t>, Enum(-4), Format(kRange, "-4", "uint8")},
       {"above", Into<uint16_t>, Float(65536), Format(kRange, "65536", "uint16")},
       {"sign is kept", Into<uint32_t>, Signed(-1), Format(kRange, "-1", "uint32")},
-      {"lowest float", Into<int64_t>, Float(-0x1p63), "-9223372036854775808"},
-      {"2^63", Into<int64_t>, Float(0x1p63), Format(kRange, "9.2233720368547758e+18", "int64")},
-      {"2^63 whole", Into<int64_t>, Unsigned(1ull << 63),
-       Format(kRange, "9223372036854775808", "int64")},
-      {"highest", Into<uint64_t>, Unsigned(UINT64_MAX), "18446744073709551615"},
+      {"not a number", Into<int64_t>, Float(NAN), Format(kRange, "nan", "int64")},
       {"2^64", Into<uint64_t>, Float(0x1p64), Format(kRange, "1.8446744073709552e+19", "uint64")},
-      {"fraction below zero", Into<uint64_t>, Float(-0.5), Format(kRange, "-0.5", "uint64")},
+      {"above", Into<float>, Float(3.5e38), Format(kRange, "3.5e+38", "float")},
+      {"infinite", Into<double>, Float(INFINITY), Format(kRange, "inf", "double")},
+      {"integer", Into<Bytes>, Signed(1), Format(kKind, "blob", "signed")},
   };
   Check(cases);
+  for (const auto into :
+       {Into<bool>, Into<int8_t>, Into<double>, Into<std::string>, Into<Bytes>, Into<Grade>}) {
+    EXPECT_EQ(into({}), "A value for 'p' is required.");
+  }
 }
 
 TEST(AssignInteger, TextsAreReadWhole) {
@@ -114,9 +97,8 @@ TEST(AssignInteger, TextsAreReadWhole) {
   }
 }
 
-TEST(AssignFloat, OnlyFiniteValuesOfTheRangePass) {
+TEST(AssignFloat, TextsAreReadWhole) {
   const Case cases[] = {
-      {"integer", Into<double>, Signed(-3), "-3.0"},
       {"decimal", Into<double>, Text("1.5e3"), "1500.0"},
       {"without leading digit", Into<double>, Text(" +.5"), "0.5"},
       {"hexadecimal", Into<double>, Text("-0x1.8p1"), "-3.0"},
@@ -124,10 +106,6 @@ TEST(AssignFloat, OnlyFiniteValuesOfTheRangePass) {
       {"tinier is zero", Into<double>, Text("1e-400"), "0.0"},
       {"tiny, huge exponent", Into<double>, Text("0.1e-99999999999999999999"), "0.0"},
       {"zero, huge exponent", Into<double>, Text("0e99999999999999999999"), "0.0"},
-      {"infinite", Into<double>, Float(INFINITY), Format(kRange, "inf", "double")},
-      {"not a number", Into<double>, Float(NAN), Format(kRange, "nan", "double")},
-      {"largest", Into<float>, Float(FLT_MAX), "3.4028234663852886e38"},
-      {"above", Into<float>, Float(3.5e38), Format(kRange, "3.5e+38", "float")},
   };
   Check(cases);
   for (const char* text : {"1e400", "1.7976931348623159e308", "-Inf", "nan"}) {
@@ -138,21 +116,14 @@ TEST(AssignFloat, OnlyFiniteValuesOfTheRangePass) {
   }
 }
 
-TEST(AssignString, TextsBlobsAndObjectsTakeTheirKinds) {
-  const std::string notAString = "Couldn't assign value to 'p' because the input is not a string.";
-  const std::string nameless = "5 is not a valid enumeration value for 'p'.";
-  using Bytes = std::vector<uint8_t>;
+TEST(AssignString, TextsAndBlobsAreTakenWhole) {
   const Case cases[] = {
       {"text", Into<std::string>, Text({"a\0b", 3}), "\"a\\u0000b\""},
       {"enumerator", Into<std::string>, Enum(1), "\"Epic\""},
-      {"nameless enumerator", Into<std::string>, Enum(5), nameless},
-      {"integer", Into<std::string>, Signed(5), notAString},
-      {"empty", Into<std::string>, {}, std::string(kNeeded)},
+      {"nameless enumerator", Into<std::string>, Enum(5),
+       "5 is not a valid enumeration value for 'p'."},
       {"blob", Into<Bytes>, Blob({"\0z", 2}), "\"\\u0000z\""},
-      {"text", Into<Bytes>, Text("ab"), "\"ab\""},
-      {"integer", Into<Bytes>, Signed(1), Format(kKind, "blob", "signed")},
-      {"object from empty", Into<BindingProperty>, {}, "null"},
-      {"object from a tree", Into<BindingProperty>, Tree("[1,{\"a\":null}]"), "[1,{\"a\":null}]"},
+      {"text", Into<Bytes>, Text({"\0ab", 3}), "\"\\u0000ab\""},
   };
   Check(cases);
 }
@@ -160,16 +131,13 @@ TEST(AssignString, TextsBlobsAndObjectsTakeTheirKinds) {
 TEST(AssignEnumeration, TakesNamesAndValuesOfItsEnumerators) {
   constexpr std::string_view kInvalid = "%1 is not a valid Grade enumeration value for 'p'.";
   const Case cases[] = {
-      {"name", Into<Grade>, Text("Fabled"), "\"Fabled\""},
       {"number as text", Into<Grade>, Text("0x1"), "\"Epic\""},
-      {"signed", Into<Grade>, Signed(-4), "\"Fabled\""},
       {"unsigned", Into<Grade>, Unsigned(1), "\"Epic\""},
       {"enumerator", Into<Grade>, Enum(1), "\"Epic\""},
       {"other letters", Into<Grade>, Text("epic"), Format(kInvalid, "epic")},
       {"neither name nor number", Into<Grade>, Text("7x"), Format(kInvalid, "7x")},
       {"beyond 32 bits", Into<Grade>, Unsigned(4294967297u), Format(kInvalid, "4294967297")},
       {"unknown enumerator", Into<Grade>, Enum(2), Format(kInvalid, "2")},
-      {"empty", Into<Grade>, {}, std::string(kNeeded)},
       {"float", Into<Grade>, Float(1),
        "Couldn't assign value to 'p' of enum type because the input is of an invalid type float."},
   };
