@@ -5,9 +5,9 @@
 
 #include "host/http/http_responses.h"
 #include "host/http/request_target.h"
+#include "host/json/json_text.h"
 #include "host/library/c_views.h"
 #include "host/openapi/openapi_document.h"
-#include "host/world/json/json_reader.h"
 
 namespace Kest::Host {
 namespace {
@@ -27,21 +27,22 @@ HttpResponse HelpPage(PluginSession& session, std::string_view query) {
   const auto format = RequestTarget{{}, query}.Parameter(kFormat);
   HttpResponse answer = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
   if (answer.status != 200 || !answer.body.starts_with('"')) return answer;
-  auto text = ReadJson(answer.body);
-  if (!text || text.GetValue().AsText() == nullptr) return answer;
+  auto text = ReadJsonString(answer.body);
+  if (!text) return answer;
   return {.status = 200,
           .contentType = "text/plain; charset=utf-8",
-          .body = *text.GetValue().AsText(),
+          .body = std::move(*text),
           .allow = {}};
 }
 
-HttpResponse OpenApiPage(PluginSession& session) {
+HttpResponse OpenApiPage(PluginSession& session, std::span<const ControlDescription> controls) {
   HttpResponse help = AskHelp(session, kFullFormat);
   if (help.status >= 400) return help;
   auto document = MakeOpenApiDocument({.name = session.FullName(),
                                        .version = session.Version(),
                                        .api = &session.Api(),
-                                       .help = help.body});
+                                       .help = help.body},
+                                      controls);
   return document ? JsonResponse(std::move(document.GetValue()))
                   : ProblemResponse(500, document.GetFailure().text);
 }

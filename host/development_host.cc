@@ -5,7 +5,7 @@
 #include <future>
 #include <utility>
 
-#include "host/http/json_text.h"
+#include "host/json/json_text.h"
 #include "host/world_source.h"
 
 namespace Kest::Host {
@@ -31,7 +31,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                 {&scheduler_, &serviceEvents_, &stream_, log}),
       control_(&scheduler_, &serviceEvents_, &stream_, &sessions_, log),
       guard_(options_.address),
-      router_(&scheduler_, &sessions_, &control_, &stream_) {}
+      router_(&scheduler_, &sessions_, &control_) {}
 
 DevelopmentHost::~DevelopmentHost() {
   scheduler_.End();  // before what its tasks use
@@ -78,11 +78,9 @@ Maybe<Nothing> DevelopmentHost::Stop() {
 std::string DevelopmentHost::ReadyLine() const {
   const bool isIpv6 = options_.address.find(':') != std::string::npos;
   const std::string name = isIpv6 ? "[" + options_.address + "]" : options_.address;
-  JsonWriter json;
-  json.BeginObject().Key("ready").Bool(true).Key("address").Text(options_.address);
-  json.Key("port").Number(uint64_t{server_->Port()});
-  json.Key("url").Text("http://" + name + ":" + std::to_string(server_->Port()) + "/");
-  return json.EndObject().Take();
+  const std::string port = std::to_string(server_->Port());
+  return "{\"ready\":true,\"address\":" + JsonString(options_.address) + ",\"port\":" + port +
+         ",\"url\":" + JsonString("http://" + name + ":" + port + "/") + "}";
 }
 
 }  // namespace Kest::Host

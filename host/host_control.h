@@ -1,13 +1,14 @@
-// The host's own control endpoints below "/_host": health, idle, reset, log, the pages about the
-// plugin's API, the list of everything that is served. What they do not know they leave to the
-// world.
+// The host's own pages and controls: index, events, health, idle, reset, log and the pages about
+// the plugin's API. What is not known here and below "/_host" is left to the world's controls.
 //
-// Threads: [task] on the scheduler's tasks.
+// Threads: [task] on the scheduler's tasks, except where a function says otherwise.
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "host/http/http_message.h"
+#include "host/openapi/control_description.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
 #include "host/session/service_event_thread.h"
@@ -22,22 +23,31 @@ class HostControl {
   HostControl(Scheduler* scheduler, ServiceEventThread* serviceEvents, EventStream* stream,
               SessionManager* sessions, const HostLog* log);
 
-  // Answers a request of which the path begins with "/_host/".
+  // [any thread] Everything that Handle serves, the world's controls included.
+  static std::vector<ControlDescription> AllControls();
+  // [any thread] Whether Handle must be called on a task for this path. The stream of events and
+  // what is not served at all do not wait for tasks.
+  static bool NeedsTask(std::string_view path);
+
+  // [task], or any thread where NeedsTask says so. Serves a request that is not the plugin's.
   HttpResponse Handle(const HttpRequest& request);
-  // Answers "/": what is served here.
-  HttpResponse Index();
 
  private:
-  HttpResponse Health(std::string_view query);
-  HttpResponse Idle(std::string_view query);
-  HttpResponse Reset(std::string_view query);
-  HttpResponse Log(std::string_view query);
-  HttpResponse Help(std::string_view query);
-  HttpResponse OpenApi(std::string_view query);
-  HttpResponse AskWorld(const HttpRequest& request, std::string_view path);
+  HttpResponse Index(const HttpRequest& request);
+  HttpResponse FollowEvents(const HttpRequest& request);
+  HttpResponse Health(const HttpRequest& request);
+  HttpResponse Idle(const HttpRequest& request);
+  HttpResponse Reset(const HttpRequest& request);
+  HttpResponse Log(const HttpRequest& request);
+  HttpResponse Help(const HttpRequest& request);
+  HttpResponse OpenApi(const HttpRequest& request);
+  HttpResponse AskWorld(const HttpRequest& request);
+  // What `answer` makes of the running session, or 503 when there is none.
+  template <typename Answer>
+  HttpResponse WithSession(Answer answer);
 
-  struct Endpoint;
-  static const Endpoint kEndpoints[];
+  struct Row;
+  static const Row kRows[];
 
   Scheduler* const scheduler_;
   ServiceEventThread* const serviceEvents_;

@@ -3,64 +3,39 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
-#include <memory>
 #include <new>
 #include <utility>
 
 #include "host/http/http_responses.h"
 #include "host/http/request_target.h"
+#include "host/library/methods.h"
 
 namespace Kest::Host {
 namespace {
 
 constexpr std::string_view kPluginPrefix = "/tav-loot/";
-constexpr std::string_view kHostPrefix = "/_host/";
-constexpr std::string_view kEventsPath = "/_host/events";
-constexpr size_t kStreamPieceBytes = size_t{64} * 1024;
-
-constexpr std::string_view kPluginMethods[] = {"DELETE", "GET",  "HEAD", "OPTIONS",
-                                               "PATCH",  "POST", "PUT"};
 constexpr std::string_view kAllPluginMethods = "DELETE, GET, HEAD, OPTIONS, PATCH, POST, PUT";
 
 bool IsPluginMethod(std::string_view method) {
-  return std::find(std::begin(kPluginMethods), std::end(kPluginMethods), method) !=
-         std::end(kPluginMethods);
+  return !method.empty() && std::find(std::begin(kMethodNames), std::end(kMethodNames), method) !=
+                                std::end(kMethodNames);
 }
-
-// One reader's place in the events. The events themselves stay in the stream.
-class EventReader : public HttpStream {
- public:
-  EventReader(const EventStream* stream, uint64_t position)
-      : stream_(stream), position_(position) {}
-
-  std::string Next() override { return stream_->Read(&position_, kStreamPieceBytes); }
-
- private:
-  const EventStream* const stream_;
-  uint64_t position_;
-};
 
 }  // namespace
 
-RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
-                             EventStream* stream)
-    : scheduler_(scheduler), sessions_(sessions), control_(control), stream_(stream) {}
+RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control)
+    : scheduler_(scheduler), sessions_(sessions), control_(control) {}
 
 void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
-  const std::string path(RequestTarget::Split(request.target).path);
+  const std::string_view path = RequestTarget::Split(request.target).path;
   if (path.starts_with(kPluginPrefix)) {
     if (!IsPluginMethod(request.method)) return respond(MethodProblem(kAllPluginMethods));
     return RunTask(std::move(request), respond,
                    [this](const HttpRequest& asked) { return AskPlugin(asked); });
   }
-  if (path == kEventsPath) return respond(FollowEvents(request));
-  if (path.starts_with(kHostPrefix)) {
-    return RunTask(std::move(request), respond,
-                   [this](const HttpRequest& asked) { return control_->Handle(asked); });
-  }
-  if (path != "/") return respond(ProblemResponse(404, "Nothing is served at " + path));
-  if (request.method != "GET") return respond(MethodProblem("GET"));
-  RunTask(std::move(request), respond, [this](const HttpRequest&) { return control_->Index(); });
+  if (!HostControl::NeedsTask(path)) return respond(control_->Handle(request));
+  RunTask(std::move(request), respond,
+          [this](const HttpRequest& asked) { return control_->Handle(asked); });
 }
 
 void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Answer answer) {
@@ -84,22 +59,6 @@ HttpResponse RequestRouter::AskPlugin(const HttpRequest& request) {
   PluginSession* const session = sessions_->Current();
   if (session == nullptr) return ProblemResponse(503, "The plugin is not running.");
   return session->Request(request);
-}
-
-HttpResponse RequestRouter::FollowEvents(const HttpRequest& request) {
-  if (request.method != "GET") return MethodProblem("GET");
-  uint64_t position = stream_->Held().last;  // without a place to go on from: what is new
-  std::string_view last = request.lastEventId;
-  const RequestTarget target = RequestTarget::Split(request.target);
-  if (last.empty()) last = target.Parameter("lastEventId").value_or("");
-  if (!last.empty()) {
-    const auto number = ParseNumber(last);
-    if (!number) return ProblemResponse(400, "The last event id must be a number.");
-    position = *number;
-  }
-  HttpResponse answer;
-  answer.stream = std::make_unique<EventReader>(stream_, position);
-  return answer;
 }
 
 }  // namespace Kest::Host

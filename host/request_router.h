@@ -1,4 +1,4 @@
-// Sends each HTTP request where it belongs: the plugin, the event stream or the control endpoints.
+// Sends each HTTP request where it belongs: the plugin or the host's own controls.
 //
 // Threads: the HTTP server's; the work itself runs as tasks of the scheduler, one for each request.
 #pragma once
@@ -8,7 +8,6 @@
 
 #include "host/host_control.h"
 #include "host/http/http_message.h"
-#include "host/session/event_stream.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
 
@@ -17,8 +16,7 @@ namespace Kest::Host {
 class RequestRouter {
  public:
   // The parts outlive the router and every task it posts.
-  RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
-                EventStream* stream);
+  RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control);
 
   void Handle(HttpRequest request, const Respond& respond);
 
@@ -27,12 +25,10 @@ class RequestRouter {
 
   void RunTask(HttpRequest request, const Respond& respond, Answer answer);
   HttpResponse AskPlugin(const HttpRequest& request);
-  HttpResponse FollowEvents(const HttpRequest& request);
 
   Scheduler* const scheduler_;
   SessionManager* const sessions_;
   HostControl* const control_;
-  EventStream* const stream_;
 };
 
 }  // namespace Kest::Host

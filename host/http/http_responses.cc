@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/http/json_text.h"
+#include "host/json/json_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -51,12 +51,12 @@ HttpResponse JsonResponse(std::string json) {
 }
 
 HttpResponse ProblemResponse(int status, std::string_view detail) {
-  JsonWriter json;
-  json.BeginObject().Key("status").Number(int64_t{status});
-  json.Key("title").Text(ReasonPhrase(status)).Key("detail").Text(detail).EndObject();
+  std::string json = "{\"status\":" + std::to_string(status);
+  json += ",\"title\":" + JsonString(ReasonPhrase(status));
+  json += ",\"detail\":" + JsonString(detail) + "}";
   return {.status = status,
           .contentType = "application/problem+json",
-          .body = json.Take(),
+          .body = std::move(json),
           .allow = {}};
 }
 

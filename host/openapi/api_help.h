@@ -1,5 +1,5 @@
-// What the plugin's function "$builtin.Help" tells about its registered types and events, as far as
-// an API document needs it. Reading is strict in the members it knows and passes over others.
+// What the plugin's function "$builtin.Help" reports about its registered types and events, as far
+// as an API document needs it. Reading is strict in the members it knows and passes over others.
 #pragma once
 
 #include <string>
@@ -20,7 +20,7 @@ struct FieldHelp {
   std::string name;
   std::string description;
   TypeHelpName type;
-  bool optional = true;  // may be left out of what is sent; what is answered has every field
+  bool optional = true;  // may be left out of a request; responses have every field
 };
 
 struct TypeHelp {
@@ -47,7 +47,8 @@ struct ApiHelp {
   const TypeHelp* FindType(std::string_view name) const;
 };
 
-// Reads the "Full" form. A failure names the place in the text.
+// Reads the "Full" form. A failure names the member at fault: "help.types.3 has no member
+// \"name\"".
 Maybe<ApiHelp> ReadApiHelp(std::string_view json);
 
 }  // namespace Kest::Host

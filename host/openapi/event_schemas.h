@@ -1,18 +1,19 @@
 // Schemas of the events a plugin sends and knows.
 #pragma once
 
+#include "host/json/json.h"
 #include "host/openapi/api_help.h"
-#include "host/world/json/json_value.h"
+#include "host/openapi/type_schemas.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {
 
-// What the event stream tells of the plugin's resources: one schema for each resource that can be
+// What the event stream reports of the plugin's resources: one schema for each resource that can be
 // read, named after the function that reads it ("GetEnabledEvent"), and last "ResourceEvent", any
 // one of them.
-JsonValue::Object ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& help);
+NamedSchemas ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& help);
 
 // By name, the events the plugin's API names, with their descriptions and payload schemas.
-JsonValue::Object NamedEvents(const ApiHelp& help);
+Json NamedEvents(const ApiHelp& help);
 
 }  // namespace Kest::Host

@@ -1,7 +1,6 @@
 #include "host/openapi/operations.h"
 
 #include <algorithm>
-#include <iterator>
 #include <set>
 #include <string>
 #include <utility>
@@ -9,20 +8,16 @@
 
 #include "base/utf8.h"
 #include "host/library/c_views.h"
+#include "host/library/methods.h"
 #include "host/openapi/route_path.h"
 #include "host/openapi/type_schemas.h"
 
 namespace Kest::Host {
 namespace {
 
-using Object = JsonValue::Object;
-
-// By method id.
-constexpr std::string_view kMethods[] = {"",        "delete", "get",  "head",
-                                         "options", "patch",  "post", "put"};
 constexpr std::string_view kBodyTypes[] = {"application/json", "application/vnd.api+json",
                                            "application/x-yaml", "application/x-msgpack"};
-constexpr std::string_view kAnswerTypes[] = {"application/json", "application/x-msgpack"};
+constexpr std::string_view kResultTypes[] = {"application/json", "application/x-msgpack"};
 
 std::string Words(KestText text) {
   return RepairUtf8(View(text));
@@ -39,22 +34,22 @@ struct Described {
                                     [name](const auto& known) { return known.name == name; });
     return found == pathParameters.end() ? nullptr : &*found;
   }
-  Object Schema(const KestTypeName& type) const {
+  Json Schema(const KestTypeName& type) const {
     return ValueSchema(help, View(type.name), View(type.element));
   }
 };
 
 // The same schema in each of the content types.
 template <size_t Count>
-Object Contents(const std::string_view (&types)[Count], const Object& schema) {
-  Object contents;
+Json Contents(const std::string_view (&types)[Count], const Json& schema) {
+  Json contents = Json::object();
   for (const std::string_view type : types) {
-    contents.push_back({std::string(type), Object{{"schema", schema}}});
+    contents[std::string(type)] = {{"schema", schema}};
   }
   return contents;
 }
 
-// Where an argument stands in a request; one that may stand anywhere is shown where it fits.
+// Where a request holds an argument; one that may be anywhere is shown where it fits.
 std::string_view PlaceOf(const Described& route, const KestArgument& argument) {
   switch (argument.location) {
     case KEST_LOCATION_PATH:
@@ -70,7 +65,7 @@ std::string_view PlaceOf(const Described& route, const KestArgument& argument) {
   }
 }
 
-Object ParameterOf(const Described& route, const KestArgument& argument, std::string_view place) {
+Json ParameterOf(const Described& route, const KestArgument& argument, std::string_view place) {
   std::string description = Words(argument.description);
   const PathParameter* const inPath = route.FindPathParameter(View(argument.name));
   if (inPath != nullptr && inPath->isRest) {
@@ -79,24 +74,23 @@ Object ParameterOf(const Described& route, const KestArgument& argument, std::st
   // A bool that is not given is false.
   const bool required =
       place == "path" || !(argument.optional || View(argument.type.name) == "bool");
-  Object parameter = {{"name", Words(argument.name)}, {"in", place}, {"required", required}};
-  if (!description.empty()) parameter.push_back({"description", std::move(description)});
-  Object schema = route.Schema(argument.type);
+  Json parameter = {{"name", Words(argument.name)}, {"in", place}, {"required", required}};
+  if (!description.empty()) parameter["description"] = std::move(description);
+  Json schema = route.Schema(argument.type);
   // Outside a body such a value is written as JSON text.
   if (IsComposite(route.help, View(argument.type.name))) {
-    parameter.push_back(
-        {"content", Object{{"application/json", Object{{"schema", std::move(schema)}}}}});
+    parameter["content"] = {{"application/json", {{"schema", std::move(schema)}}}};
   } else {
-    parameter.push_back({"schema", std::move(schema)});
+    parameter["schema"] = std::move(schema);
   }
   return parameter;
 }
 
-Object BodyOf(const Described& route, const KestArgument& argument) {
-  Object body = {{"required", !argument.optional},
-                 {"content", Contents(kBodyTypes, route.Schema(argument.type))}};
+Json BodyOf(const Described& route, const KestArgument& argument) {
+  Json body = {{"required", !argument.optional},
+               {"content", Contents(kBodyTypes, route.Schema(argument.type))}};
   if (argument.description.size > 0) {
-    body.push_back({"description", Words(argument.description)});
+    body["description"] = Words(argument.description);
   }
   return body;
 }
@@ -104,8 +98,8 @@ Object BodyOf(const Described& route, const KestArgument& argument) {
 // What the arguments of `route` say of its request. Each parameter of the path is described, and
 // only those: an argument for a place the path does not have cannot be given.
 struct RequestParts {
-  JsonValue::Array parameters;
-  Object body;
+  Json parameters = Json::array();
+  Json body;
 };
 
 RequestParts RequestOf(const Described& route) {
@@ -125,64 +119,53 @@ RequestParts RequestOf(const Described& route) {
   }
   for (const PathParameter& parameter : route.pathParameters) {
     if (!described.insert(parameter.name).second) continue;
-    request.parameters.push_back(Object{{"name", RepairUtf8(parameter.name)},
-                                        {"in", "path"},
-                                        {"required", true},
-                                        {"schema", Object{{"type", "string"}}}});
+    request.parameters.push_back({{"name", RepairUtf8(parameter.name)},
+                                  {"in", "path"},
+                                  {"required", true},
+                                  {"schema", {{"type", "string"}}}});
   }
   return request;
 }
 
-Object ResponsesOf(const Described& route) {
-  Object responses;
+Json ResponsesOf(const Described& route) {
+  Json responses;
   if (route.endpoint.result.name.size > 0) {
-    responses.push_back(
-        {"200", Object{{"description", "The result"},
-                       {"content", Contents(kAnswerTypes, route.Schema(route.endpoint.result))}}});
+    responses["200"] = {{"description", "The result"},
+                        {"content", Contents(kResultTypes, route.Schema(route.endpoint.result))}};
   } else {
-    responses.push_back({"204", Object{{"description", "Done; there is no result"}}});
+    responses["204"] = {{"description", "Done; there is no result"}};
   }
-  responses.push_back({"default", Object{{"$ref", "#/components/responses/Problem"}}});
+  responses["default"] = {{"$ref", "#/components/responses/Problem"}};
   return responses;
 }
 
-Object OperationOf(const Described& route, std::string_view tag) {
-  Object operation = {{"operationId", Words(route.endpoint.functionName)},
-                      {"tags", JsonValue::Array{tag}}};
+Json OperationOf(const Described& route, std::string_view tag) {
+  Json operation = {{"operationId", Words(route.endpoint.functionName)},
+                    {"tags", Json::array({tag})}};
   if (route.endpoint.description.size > 0) {
-    operation.push_back({"summary", Words(route.endpoint.description)});
+    operation["summary"] = Words(route.endpoint.description);
   }
   RequestParts request = RequestOf(route);
   if (!request.parameters.empty()) {
-    operation.push_back({"parameters", std::move(request.parameters)});
+    operation["parameters"] = std::move(request.parameters);
   }
-  if (!request.body.empty()) operation.push_back({"requestBody", std::move(request.body)});
-  operation.push_back({"responses", ResponsesOf(route)});
+  if (!request.body.empty()) operation["requestBody"] = std::move(request.body);
+  operation["responses"] = ResponsesOf(route);
   return operation;
-}
-
-// The member of that name, made when there is none.
-JsonValue& MemberOf(Object& object, const std::string& name) {
-  const auto found = std::find_if(object.begin(), object.end(),
-                                  [&name](const auto& member) { return member.name == name; });
-  if (found != object.end()) return found->value;
-  return object.emplace_back(JsonValue::Member{name, Object()}).value;
 }
 
 }  // namespace
 
-JsonValue::Object PluginPaths(const KestApiDescriptor& api, const ApiHelp& help,
-                              std::string_view tag) {
-  Object paths;
+Json PluginPaths(const KestApiDescriptor& api, const ApiHelp& help, std::string_view tag) {
+  Json paths = Json::object();
   for (size_t i = 0; i < api.endpointCount; ++i) {
     const KestEndpoint& endpoint = api.endpoints[i];
-    const auto method = static_cast<size_t>(endpoint.methodId);
-    if (method == 0 || method >= std::size(kMethods)) continue;
+    const std::string method = OperationName(MethodName(endpoint.methodId));
+    if (method.empty()) continue;
     const Described route{endpoint, help, PathParameters(View(endpoint.pathTemplate))};
     if (route.FindPathParameter("") != nullptr) continue;
-    JsonValue& path = MemberOf(paths, DocumentPath(Words(endpoint.pathTemplate)));
-    if (path.Find(kMethods[method]) != nullptr) continue;
-    path.AsObject()->push_back({std::string(kMethods[method]), OperationOf(route, tag)});
+    Json& path = paths[DocumentPath(Words(endpoint.pathTemplate))];
+    if (!path.contains(method)) path[method] = OperationOf(route, tag);
   }
   return paths;
 }

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
+#include "host/json/json.h"
 #include "host/openapi/api_help.h"
-#include "host/world/json/json_value.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {
@@ -12,7 +12,6 @@ namespace Kest::Host {
 // One operation for each endpoint, in order, gathered by path and marked with `tag`. Of two
 // endpoints with the same method and path the first answers, so only that one is listed. A template
 // with a parameter that has no name cannot be described; the plugin refuses all its requests.
-JsonValue::Object PluginPaths(const KestApiDescriptor& api, const ApiHelp& help,
-                              std::string_view tag);
+Json PluginPaths(const KestApiDescriptor& api, const ApiHelp& help, std::string_view tag);
 
 }  // namespace Kest::Host

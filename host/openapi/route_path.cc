@@ -1,5 +1,7 @@
 #include "host/openapi/route_path.h"
 
+#include <algorithm>
+#include <cctype>
 #include <utility>
 
 namespace Kest::Host {
@@ -55,6 +57,13 @@ std::vector<PathParameter> PathParameters(std::string_view pathTemplate) {
         parameters.push_back({std::move(parameter.name), parameter.form != '{'});
       });
   return parameters;
+}
+
+std::string OperationName(std::string_view method) {
+  std::string name(method);
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return name;
 }
 
 std::string DocumentPath(std::string_view pathTemplate) {

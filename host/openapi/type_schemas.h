@@ -3,16 +3,21 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "host/json/json.h"
 #include "host/openapi/api_help.h"
-#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
+
+// Schemas in order. A name may be repeated: names of the plugin become alike as SchemaName.
+using NamedSchemas = std::vector<std::pair<std::string, Json>>;
 
 // The schema of a value of that type; a type of `help` is referred to, and so are the 64-bit
 // numbers, which are too wide for the numbers of JavaScript. What `help` does not tell may be
 // anything. `element`: of "vector" and "map".
-JsonValue::Object ValueSchema(const ApiHelp& help, std::string_view type, std::string_view element);
+Json ValueSchema(const ApiHelp& help, std::string_view type, std::string_view element);
 
 // Whether that type is a list, a map, a free value or a structure: of several parts.
 bool IsComposite(const ApiHelp& help, std::string_view type);
@@ -21,6 +26,6 @@ bool IsComposite(const ApiHelp& help, std::string_view type);
 std::string SchemaName(std::string_view name);
 
 // The named schemas: the 64-bit numbers, then every type of `help`.
-JsonValue::Object TypeSchemas(const ApiHelp& help);
+NamedSchemas TypeSchemas(const ApiHelp& help);
 
 }  // namespace Kest::Host

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/http/json_text.h"
+#include "host/json/json_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -15,25 +15,20 @@ void AppendOnOneLine(std::string* text, std::string_view json) {
 
 std::string MakeFrame(uint64_t id, std::string_view uri, std::string_view eventType,
                       std::string_view json) {
-  JsonWriter head;
-  head.BeginObject().Key("uri").Text(uri).Key("eventType").Text(eventType).EndObject();
   std::string frame = "id: " + std::to_string(id) + "\nevent: resource\ndata: ";
-  frame.append(head.Take());
+  frame += "{\"uri\":" + JsonString(uri) + ",\"eventType\":" + JsonString(eventType);
   if (!json.empty()) {
-    frame.pop_back();
-    frame.append(",\"data\":");
+    frame += ",\"data\":";
     AppendOnOneLine(&frame, json);
-    frame.push_back('}');
   }
-  return frame.append("\n\n");
+  return frame += "}\n\n";
 }
 
-// Events `from` to `to` are lost to the reader. The id lets it come back behind them.
+// Events `from` to `to` are lost to the reader. The id lets it resume after them.
 std::string MakeGap(uint64_t from, uint64_t to, bool restarted) {
-  JsonWriter data;
-  data.BeginObject().Key("from").Number(from).Key("to").Number(to);
-  data.Key("restarted").Bool(restarted).EndObject();
-  return "id: " + std::to_string(to) + "\nevent: gap\ndata: " + data.Take() + "\n\n";
+  return "id: " + std::to_string(to) + "\nevent: gap\ndata: {\"from\":" + std::to_string(from) +
+         ",\"to\":" + std::to_string(to) + ",\"restarted\":" + (restarted ? "true" : "false") +
+         "}\n\n";
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <new>
 #include <utility>
 
-#include "host/http/json_text.h"
+#include "host/json/json_text.h"
 #include "host/library/c_views.h"
 
 namespace Kest::Host {
@@ -15,10 +15,8 @@ constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
 constexpr std::string_view kEventTypes[] = {"Create", "Update", "Delete"};  // by KEST_EVENT_...
 
 std::string PresentValuePayload(std::string_view path, std::string_view value) {
-  JsonWriter json;
-  json.BeginObject().Key("uri").Text(path).Key("eventType").Text("Create");
-  json.Key("data").Raw(value).EndObject();
-  return json.Take();
+  std::string json = "{\"uri\":" + JsonString(path) + ",\"eventType\":\"Create\",\"data\":";
+  return json.append(value).append("}");
 }
 
 }  // namespace

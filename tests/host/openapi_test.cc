@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "host/host_control.h"
 #include "host/library/c_views.h"
 #include "host/openapi/event_schemas.h"
 #include "host/openapi/operations.h"
 #include "host/openapi/route_path.h"
 #include "host/openapi/type_schemas.h"
-#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
 namespace {
@@ -62,8 +62,8 @@ constexpr std::string_view kHelp = R"({"functions":[{"name":"Find"}],"types":[
   "events":[{"name":"OnSail","description":"D","type":{"type":"Boat","elementType":""}}]})";
 
 std::string Made(std::string_view name, std::string_view help) {
-  const auto text =
-      MakeOpenApiDocument({.name = name, .version = "1.2.3", .api = &kApi, .help = help});
+  const auto text = MakeOpenApiDocument(
+      {.name = name, .version = "1.2.3", .api = &kApi, .help = help}, HostControl::AllControls());
   return text ? text.GetValue() : text.GetFailure().text;
 }
 
@@ -128,7 +128,7 @@ TEST(OpenApi, TypesAndEventsBecomeSchemas) {
        R"("description":"When it is sent, these members must be there: at."})",
        R"("uri":{"type":"string","pattern":"^/b\\.c/[^/]*/.*$"})",
        R"("uri":{"type":"string","const":"/all"})",
-       R"("ResourceEvent":{"description":"What an event of the kind \"resource\" tells.","anyOf":)"
+       R"("ResourceEvent":{"description":"What an event of the kind \"resource\" reports.","anyOf":)"
        R"([{"$ref":"#/components/schemas/FindEvent"},{"$ref":"#/components/schemas/AllEvent"},)"
        R"({"$ref":"#/components/schemas/No__more_Event"}]})",
        R"("x-events":{"OnSail":{"description":"D","payload":{"$ref":"#/components/schemas/Boat"}}})",
@@ -138,9 +138,9 @@ TEST(OpenApi, TypesAndEventsBecomeSchemas) {
 }
 
 TEST(OpenApi, AnUnreadableHelpAndAClashOfNamesAreSaid) {
-  EXPECT_EQ(Made("b", "{"), "help:1:2: Missing a name for object member.");
+  EXPECT_EQ(Made("b", "{"), "help is not JSON");
   EXPECT_EQ(Made("b", R"({"types":[{"name":"A","fields":[{"name":"b"}]}]})"),
-            R"(help:1:33: member "type" is missing)");
+            R"(help.types.0.fields.0 has no member "type")");
   EXPECT_EQ(Made("b", R"({"types":[{"name":"Problem"}]})"), "Two schemas are named Problem.");
 }
 

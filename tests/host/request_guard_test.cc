@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/http/http_responses.h"
-#include "host/http/json_text.h"
+#include "host/json/json_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -52,7 +52,8 @@ TEST(ProblemResponse, IsJsonWhateverTheTextHolds) {
 TEST(IsJson, TakesOneWholeDocumentAndNoDeepStack) {
   for (const char* text : {R"({"a":[1,null,"x"]})", "-1.5e300"}) EXPECT_TRUE(IsJson(text)) << text;
   for (const char* text : {"", "1 2", R"({"a":)", "\"\xff\""}) EXPECT_FALSE(IsJson(text)) << text;
-  EXPECT_FALSE(IsJson(std::string("1\0 2", 4))) << "something behind a NUL";
+  EXPECT_FALSE(IsJson(std::string("1\0 2", 4))) << "something after a NUL";
+  EXPECT_FALSE(IsJson("\xEF\xBB\xBF[]")) << "a byte-order mark";
   EXPECT_TRUE(IsJson(std::string(200'000, '[') + std::string(200'000, ']')));
 }
 

@@ -1,4 +1,4 @@
-// One call of a control, and the functions that answer the calls.
+// One call of a control, and the functions that carry them out.
 #pragma once
 
 #include <string>

@@ -1,14 +1,21 @@
-// The control endpoints below "/_host": a person or a test plays the platform's other side. Wrong
-// input answers 400 with a text that says what is wrong, 404 for an unknown control, thing or name,
-// 405 for a method a control does not have; it changes nothing. docs/worlds.md describes each.
+// The world's controls below "/_host": a person or a test plays the platform's other side. Wrong
+// input gets 400 with a message that says what is wrong, 404 for an unknown control, thing or name,
+// 405 for a method a control does not have; it changes nothing. docs/development-host.md lists
+// them.
 #pragma once
 
 #include <string_view>
+#include <vector>
 
+#include "host/openapi/control_description.h"
 #include "host/world/controls/platform.h"
 
 namespace Kest::Host {
 
+// In the order of their table.
+std::vector<ControlDescription> WorldControls();
+
+// `path` is below "/_host": "/login".
 WorldResponse AnswerControl(Platform& platform, std::string_view method, std::string_view path,
                             std::string_view body);
 

@@ -1,0 +1,98 @@
+#include "host/openapi/control_operations.h"
+
+#include <string>
+#include <utility>
+
+#include "host/openapi/control_schemas.h"
+#include "host/openapi/route_path.h"
+#include "host/openapi/schema_shorthand.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kHeaderMark = "header ";
+
+Json Parameter(const std::string& name, std::string_view place, bool required, Json schema) {
+  Json parameter = {{"name", name}, {"in", place}, {"required", required}};
+  if (schema.contains("description")) {
+    parameter["description"] = schema["description"];
+    schema.erase("description");
+  }
+  parameter["schema"] = std::move(schema);
+  return parameter;
+}
+
+Json ParametersOf(const ControlDescription& control) {
+  Json described =
+      control.parameters.empty() ? Json::object() : ParseJson(control.parameters);
+  Json parameters = Json::array();
+  for (const PathParameter& inPath : PathParameters(control.path)) {
+    Json schema = ExpandSchema(described.value(inPath.name, Json("string")));
+    described.erase(inPath.name);
+    parameters.push_back(Parameter(inPath.name, "path", true, std::move(schema)));
+  }
+  for (const auto& [key, shorthand] : described.items()) {
+    const bool isHeader = key.starts_with(kHeaderMark);
+    const std::string name = isHeader ? key.substr(kHeaderMark.size()) : key;
+    parameters.push_back(
+        Parameter(name, isHeader ? "header" : "query", false, ExpandSchema(shorthand)));
+  }
+  return parameters;
+}
+
+Json JsonContent(Json schema) {
+  return {{"application/json", {{"schema", std::move(schema)}}}};
+}
+
+Json BodyOf(std::string_view shorthand) {
+  Json schema = ExpandSchema(ParseJson(shorthand));
+  const bool required = shorthand == kAnyValue || schema.contains("required");
+  return {{"required", required}, {"content", JsonContent(std::move(schema))}};
+}
+
+Json ResponseContent(const Json& shorthand) {
+  const bool byType =
+      shorthand.is_object() && shorthand.begin().key().find('/') != std::string::npos;
+  if (!byType) return JsonContent(ExpandSchema(shorthand));
+  Json content = Json::object();
+  for (const auto& [type, schema] : shorthand.items()) {
+    content[type] = {{"schema", ExpandSchema(schema)}};
+  }
+  return content;
+}
+
+Json OperationOf(const ControlDescription& control) {
+  Json operation = {{"operationId", control.operationId},
+                    {"tags", Json::array({kControlTag})},
+                    {"summary", control.summary}};
+  if (Json parameters = ParametersOf(control); !parameters.empty()) {
+    operation["parameters"] = std::move(parameters);
+  }
+  if (!control.body.empty()) operation["requestBody"] = BodyOf(control.body);
+  Json result = {{"description", "The result"},
+                 {"content", ResponseContent(ParseJson(control.response))}};
+  operation["responses"] = {{"200", std::move(result)},
+                            {"default", {{"$ref", "#/components/responses/Problem"}}}};
+  return operation;
+}
+
+}  // namespace
+
+Json ControlPaths(std::span<const ControlDescription> controls) {
+  Json paths = Json::object();
+  for (const ControlDescription& control : controls) {
+    paths[std::string(control.path)][OperationName(control.method)] = OperationOf(control);
+  }
+  return paths;
+}
+
+NamedSchemas ControlSchemas() {
+  NamedSchemas schemas;
+  const Json shorthands = ParseJson(kControlSchemas);
+  for (const auto& [name, shorthand] : shorthands.items()) {
+    schemas.emplace_back(name, ExpandSchema(shorthand));
+  }
+  return schemas;
+}
+
+}  // namespace Kest::Host
