@@ -5,8 +5,8 @@
 #include "host/world/data/platform_constants.h"
 #include "host/world/file/sample_world.h"
 #include "host/world/file/world_file.h"
-#include "host/world/json/field_reader.h"
-#include "host/world/json/url_text.h"
+#include "host/world/input/field_reader.h"
+#include "host/world/input/url_text.h"
 #include "host/world/platform/signed_token.h"
 
 namespace Kest::Host {
@@ -18,21 +18,22 @@ WorldResponse Refuse(int status, std::string text) {
   return {status, "", "", std::move(text)};
 }
 
-WorldResponse JsonAnswer(std::string body) {
+WorldResponse JsonResponse(std::string body) {
   return {200, "application/json", std::move(body), ""};
 }
 
 // A token for each inventory type asked for that this platform has: {"TOURNAMENT_LOGO": "..."}.
 WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
-  const auto types = ReadJson(QueryArgument(url, "inventoryTypes").value_or(""));
-  if (!types || types.GetValue().AsArray() == nullptr) {
+  const std::string argument = QueryArgument(url, "inventoryTypes").value_or("");
+  const auto types = Document::FromJson("inventoryTypes", argument);
+  if (!types || !types.GetValue().root().is_array()) {
     return Refuse(400, "\"inventoryTypes\" must be a list of inventory types as JSON");
   }
-  if (!platform.session.ids()) return Refuse(404, "nobody is signed in");
-  JsonValue::Object tokens;
-  for (const JsonValue& type : *types.GetValue().AsArray()) {
-    const std::string* name = type.AsText();
-    if (name == nullptr) return Refuse(400, "an inventory type is a text");
+  if (!platform.session.ids()) return Refuse(404, "no player is signed in");
+  Json tokens = Json::object();
+  for (const Json& type : types.GetValue().root()) {
+    const auto* name = type.get_ptr<const std::string*>();
+    if (name == nullptr) return Refuse(400, "an inventory type is a string");
     if (*name != kTournamentLogoInventory || !tokens.empty()) continue;
     if (!platform.tokenOverride) {
       tokens.push_back(
@@ -41,13 +42,13 @@ WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
       tokens.push_back({*name, *platform.tokenOverride->token});
     }
   }
-  return JsonAnswer(WriteJson(tokens));
+  return JsonResponse(WriteJson(tokens));
 }
 
 WorldResponse Read(const Platform& platform, std::string_view url) {
   const std::string_view path = UrlPath(url);
   if (path == kSignedInventoryPath) return SignedInventory(platform, url);
-  if (const std::string* text = platform.board.Find(path)) return JsonAnswer(*text);
+  if (const std::string* text = platform.board.Find(path)) return JsonResponse(*text);
   return Refuse(404, "there is no resource " + std::string(path));
 }
 
@@ -61,9 +62,9 @@ struct World::State {
 World::World() = default;
 World::~World() = default;
 
-Maybe<std::unique_ptr<World>> World::Load(std::string_view jsonText, std::string_view fileName,
+Maybe<std::unique_ptr<World>> World::Load(std::string_view text, std::string_view fileName,
                                           uint64_t seed) {
-  auto data = ReadWorldFile(jsonText, fileName);
+  auto data = ReadWorldFile(text, fileName);
   if (!data) return data.GetFailure();
   std::unique_ptr<World> world(new World);
   world->state_ = std::make_unique<State>(std::move(data.GetValue()), seed);
@@ -79,7 +80,7 @@ WorldResponse World::Request(std::string_view method, std::string_view url, std:
   Platform& platform = state_->platform;
   if (method == "GET") return Read(platform, url);
   if (method == "POST") {
-    if (auto answer = platform.proxy.Post(UrlPath(url), body)) return std::move(*answer);
+    if (auto response = platform.proxy.Post(UrlPath(url), body)) return std::move(*response);
   }
   return Refuse(404, "there is no " + std::string(method) + " of " + std::string(UrlPath(url)));
 }

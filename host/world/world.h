@@ -1,5 +1,5 @@
-// The emulated platform behind the development host: login, collections, game data and the platform
-// service the plugin talks to. It keeps real state and answers from it.
+// The emulated platform of the development host: login, collections, game data and the platform
+// service the plugin talks to. It keeps real state.
 //
 // Threads:  none of its own; every call comes from the scheduler's thread.
 // Events:   calls put the events they cause in an outbox; the host takes and delivers them after
@@ -21,21 +21,21 @@ namespace Kest::Host {
 
 class World {
  public:
-  // Reads a world file. The failure text is "file:line:column: message".
-  static Maybe<std::unique_ptr<World>> Load(std::string_view jsonText, std::string_view fileName,
+  // Reads a world file, YAML or JSON. The failure message is "file:line:column: message".
+  static Maybe<std::unique_ptr<World>> Load(std::string_view text, std::string_view fileName,
                                             uint64_t seed);
   // The sample world that ships inside the program.
   static std::string_view SampleText();
 
   ~World();
 
-  // Answers a request of the plugin to a sibling plugin or to a host endpoint.
+  // Handles a request of the plugin to a sibling plugin or to a host endpoint.
   WorldResponse Request(std::string_view method, std::string_view url, std::string_view contentType,
                         std::string_view body);
   // Present value of a followed resource as JSON, or nothing. The host delivers it as "Create"
   // right after a subscription.
   std::optional<std::string> Resource(std::string_view path) const;
-  // Answers a control endpoint. `path` stands below "/_host": "/world", "/login", "/logout", ...
+  // Handles a control endpoint. `path` is below "/_host": "/world", "/login", "/logout", ...
   WorldResponse Control(std::string_view method, std::string_view path, std::string_view body);
   // Takes the events caused since the last call.
   std::vector<WorldEvent> TakeEvents();

@@ -37,12 +37,12 @@ TEST_F(WorldCraft, ItemsMustFitTheSlotsAndBeHeld) {
   const auto before = Inventory();
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.why);
-    const JsonValue result = Craft(c.recipe, c.items, c.repeat);
-    EXPECT_EQ(*result.Find("status")->AsText(), c.status) << WriteJson(result);
+    Json result = Craft(c.recipe, c.items, c.repeat);
+    EXPECT_EQ(result["status"], c.status) << result;
     EXPECT_EQ(Part(result, "added") + Part(result, "removed"), "[][]");
     EXPECT_EQ(Inventory(), before);
   }
-  EXPECT_EQ(Part(Transact("craftPlayerLootWithRefId", "{"), "status"), "\"INVALID_REQUEST\"");
+  EXPECT_EQ(Transact("craftPlayerLootWithRefId", "{")["status"], "INVALID_REQUEST");
 }
 
 TEST_F(WorldCraft, TakesEachItemFromTheSlotThatNeedsIt) {
@@ -62,7 +62,7 @@ TEST_F(WorldCraft, TakesEachItemFromTheSlotThatNeedsIt) {
        "CROWN",
        "CHAMPION_TOKEN_star-1 CURRENCY_champion",
        {{"CHAMPION_TOKEN_star-1", 2}, {"CURRENCY_champion", 4}}},
-      {"the item that fits both makes room",
+      {"the item that fits both moves on",
        "MIX",
        "CHAMPION_RENTAL_1 CHAMPION_RENTAL_2",
        {{"CHAMPION_RENTAL_1", 1}, {"CHAMPION_RENTAL_2", 1}}},
@@ -71,11 +71,11 @@ TEST_F(WorldCraft, TakesEachItemFromTheSlotThatNeedsIt) {
     SCOPED_TRACE(c.why);
     Load(kSmallWorld, 1);
     SignIn();
-    const JsonValue result = Craft(c.recipe, c.items);
-    EXPECT_EQ(Counts(*result.Find("removed")), c.removed) << WriteJson(result);
+    Json result = Craft(c.recipe, c.items);
+    EXPECT_EQ(Counts(result["removed"]), c.removed) << result;
     if (std::string_view(c.recipe) != "CROWN") continue;
-    EXPECT_EQ(Counts(*result.Find("added")), (CountsById{{"CHAMPION_TOKEN_crown-1", 1}}))
-        << "made out to the champion of its ingredient";
+    EXPECT_EQ(Counts(result["added"]), (CountsById{{"CHAMPION_TOKEN_crown-1", 1}}))
+        << "issued for the champion of its ingredient";
   }
 }
 
@@ -90,14 +90,13 @@ TEST_F(WorldCraft, ACountNeverLeaves32BitsAndItsSumNever64) {
   SignIn();
   HoldMany();
   const auto before = Inventory();
-  EXPECT_EQ(Part(Craft("OPEN_reed", "CHEST_reed MATERIAL_key", 1000), "status"),
-            "\"INVENTORY_FULL\"");
+  EXPECT_EQ(Craft("OPEN_reed", "CHEST_reed MATERIAL_key", 1000)["status"], "INVENTORY_FULL");
   EXPECT_EQ(Inventory(), before);
 }
 
 TEST_F(WorldCraft, OddsComeOutAsTheyAreWritten) {
   HoldMany();
-  const auto added = Counts(*Craft("OPEN_reed", "CHEST_reed MATERIAL_key", 1000).Find("added"));
+  const auto added = Counts(Craft("OPEN_reed", "CHEST_reed MATERIAL_key", 1000)["added"]);
   EXPECT_EQ(added.at("CURRENCY_champion"), 10000);
   EXPECT_EQ(added.at("SKIN_1001") + added.at("EMOTE_7") / 2, 1000);
   // Three standard deviations around 750 and 250.
@@ -112,7 +111,7 @@ TEST_F(WorldCraft, WithoutDuplicatesTheDrawSkipsWhatIsHeldOrOwned) {
     Load(text, seed);
     SignIn();
     const auto open = [&] {
-      return Counts(*Craft("OPEN_reed", "CHEST_reed MATERIAL_key").Find("added"));
+      return Counts(Craft("OPEN_reed", "CHEST_reed MATERIAL_key")["added"]);
     };
     EXPECT_TRUE(open().contains("EMOTE_7")) << "the skin is held";
     Control(R"(POST /inventory {"lootName": "SKIN_1001", "delta": -2})");
@@ -121,48 +120,45 @@ TEST_F(WorldCraft, WithoutDuplicatesTheDrawSkipsWhatIsHeldOrOwned) {
 }
 
 // Draws an item for every slot from what its query names; some are not held.
-std::string RandomItems(const JsonValue& recipe, const JsonValue& queries,
-                        std::mt19937_64& random) {
+std::string RandomItems(const Json& recipe, const Json& queries, std::mt19937_64& random) {
   std::string items;
-  for (const JsonValue& slot : *recipe.Find("slots")->AsArray()) {
-    const std::string& query = *slot.Find("query")->AsText();
-    const JsonValue* named = queries.Find(query);
-    const JsonValue::Array* list = named == nullptr ? nullptr : named->AsArray();
-    if (list != nullptr) named = &(*list)[random() % list->size()];
-    items += (named == nullptr ? query : *named->AsText()) + " ";
+  for (const Json& slot : recipe["slots"]) {
+    const auto query = slot["query"].get<std::string>();
+    Json named = queries.value(query, Json(query));
+    if (named.is_array()) named = named[random() % named.size()];
+    items += named.get<std::string>() + " ";
   }
   return items;
 }
 
-// Crafts recipes of the sample world at random. Answers every result, one after the other.
+// Crafts recipes of the sample world at random. Returns every result, one after the other.
 class CraftProperty : public WorldTest {
  protected:
   std::string Run(uint64_t worldSeed) {
     Load(World::SampleText(), worldSeed);
     SignIn();
-    const JsonValue file = Parse(World::SampleText());
-    const JsonValue::Array& recipes = *file.Find("recipes")->AsArray();
+    const Json file = Parse(World::SampleText());
     for (const auto& [id, count] : Inventory()) {
       if (id.find('-') != std::string::npos) continue;
-      Control("POST /inventory {\"lootName\": " + QuoteJson(id) + ", \"delta\": 8}");
+      Control("POST /inventory {\"lootName\": " + JsonString(id) + ", \"delta\": 8}");
     }
     std::mt19937_64 random(301);
     std::string log;
     for (int round = 0; round < 400 && !HasFailure(); ++round) {
       CountsById expected = Inventory();
-      const JsonValue& recipe = recipes[random() % recipes.size()];
-      const std::string items = RandomItems(recipe, *file.Find("queries"), random);
-      const JsonValue result =
-          Craft(*recipe.Find("recipeName")->AsText(), items, static_cast<int>(1 + random() % 2));
-      for (const auto& [id, count] : Counts(*result.Find("removed"))) {
+      const Json& recipe = file["recipes"][random() % file["recipes"].size()];
+      const std::string items = RandomItems(recipe, file["queries"], random);
+      Json result =
+          Craft(recipe["recipeName"].get<std::string>(), items, static_cast<int>(1 + random() % 2));
+      for (const auto& [id, count] : Counts(result["removed"])) {
         EXPECT_TRUE(count > 0 && expected[id] >= count) << id;
         EXPECT_NE((" " + items).find(" " + id + " "), std::string::npos) << id;
         expected[id] -= count;
       }
-      for (const auto& [id, count] : Counts(*result.Find("added"))) expected[id] += count;
+      for (const auto& [id, count] : Counts(result["added"])) expected[id] += count;
       std::erase_if(expected, [](const auto& item) { return item.second == 0; });
       EXPECT_EQ(Inventory(), expected) << "round " << round << " " << WriteJson(result);
-      crafted_ += Part(result, "status") == "\"OK\"";
+      crafted_ += result["status"] == "OK";
       log += WriteJson(result);
     }
     return log;

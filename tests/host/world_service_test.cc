@@ -13,29 +13,24 @@ class WorldService : public WorldTest {
     return world_->Request("POST", "/tav-login/v1/" + std::string(endpoint), "application/json",
                            body);
   }
-  std::string Redeem(std::string_view lootName) {
-    const JsonValue request = JsonValue::Object{{"lootName", lootName}};
-    return WriteJson(Transact("redeemPlayerLoot", WriteJson(request)));
-  }
 };
 
 TEST_F(WorldService, LeavesOutDefinitionsThatTheCallerHolds) {
-  const std::pair<JsonValue::Array, const char*> kCases[] = {// versions held, sizes sent
-                                                             {{0, 0, 0}, "13 4 2"},
-                                                             {{11, 12, 13}, "0 0 0"},
-                                                             {{11, 0, 13}, "0 4 0"},
-                                                             {{12, 12, 12}, "13 0 2"}};
-  for (const auto& [known, sizes] : kCases) {
-    const JsonValue answer = Parse(Invoke("getAllPlayerLootAndAllDefinitions", known).body);
-    const JsonValue& items = *answer.Find("lootItemList");
-    const JsonValue& queries = *answer.Find("queryResult");
-    std::ostringstream sent;
-    sent << items.Find("lootItems")->AsArray()->size() << " "
-         << answer.Find("recipeList")->Find("recipes")->AsArray()->size() << " "
-         << queries.Find("queryToLootNames")->AsObject()->size();
-    EXPECT_EQ(sent.str(), sizes) << WriteJson(known);
-    EXPECT_EQ(Part(items, "lastUpdate") + Part(queries, "lastUpdate"), "1113");
-    EXPECT_EQ(answer.Find("playerLoot")->AsArray()->size(), 11u);
+  const std::pair<const char*, const char*> kCases[] = {// versions held, sizes sent
+                                                        {"[0,0,0]", "[13,4,2]"},
+                                                        {"[11,12,13]", "[0,0,0]"},
+                                                        {"[11,0,13]", "[0,4,0]"},
+                                                        {"[12,12,12]", "[13,0,2]"}};
+  for (const auto& [held, sizes] : kCases) {
+    Json sent = Parse(Invoke("getAllPlayerLootAndAllDefinitions", Parse(held)).body);
+    EXPECT_EQ(
+        WriteJson({sent["lootItemList"]["lootItems"].size(), sent["recipeList"]["recipes"].size(),
+                   sent["queryResult"]["queryToLootNames"].size()}),
+        sizes)
+        << held;
+    EXPECT_EQ(sent["lootItemList"]["lastUpdate"], 11);
+    EXPECT_EQ(sent["queryResult"]["lastUpdate"], 13);
+    EXPECT_EQ(sent["playerLoot"].size(), 11u);
   }
 }
 
@@ -45,7 +40,8 @@ TEST_F(WorldService, RedeemGivesTheThingAndTakesTheItem) {
     const char* changed;  // collections, in the order of their events
   } kCases[] = {
       // one after the other
-      {"a skin of an owned champion, told of it too", "SKIN_1001", "OK", "skins champions "},
+      {"a skin of an owned champion, so champions change too", "SKIN_1001", "OK",
+       "skins champions "},
       {"the second of it", "SKIN_1001", "ALREADY_OWNED", ""},
       {"a skin of an unowned champion", "SKIN_2001", "CHAMPION_NOT_OWNED", ""},
       {"a rental of an owned champion", "CHAMPION_RENTAL_1", "ALREADY_OWNED", ""},
@@ -63,13 +59,13 @@ TEST_F(WorldService, RedeemGivesTheThingAndTakesTheItem) {
   for (const auto& c : kCases) {
     SCOPED_TRACE(std::string(c.why) + ": " + c.lootName);
     auto expected = Inventory();
-    const JsonValue result = Parse(Redeem(c.lootName));
-    EXPECT_EQ(*result.Find("status")->AsText(), c.status) << WriteJson(result);
-    const bool isGood = std::string_view(c.status) == "OK";
+    Json result = Transact("redeemPlayerLoot", WriteJson(Json{{"lootName", c.lootName}}));
+    EXPECT_EQ(result["status"], c.status) << result;
+    const bool isGood = result["status"] == "OK";
     if (isGood && --expected[c.lootName] == 0) expected.erase(c.lootName);
     EXPECT_EQ(Inventory(), expected);
-    EXPECT_EQ(Counts(*result.Find("removed")).size(), isGood ? 1u : 0u);
-    EXPECT_EQ(Part(result, "redeemed"), isGood ? "[" + QuoteJson(c.lootName) + "]" : "[]");
+    EXPECT_EQ(Counts(result["removed"]).size(), isGood ? 1u : 0u);
+    EXPECT_EQ(Part(result, "redeemed"), isGood ? "[" + JsonString(c.lootName) + "]" : "[]");
     std::vector<std::string> events;
     std::istringstream changed(c.changed);
     for (std::string name; changed >> name;) {
@@ -80,28 +76,30 @@ TEST_F(WorldService, RedeemGivesTheThingAndTakesTheItem) {
 }
 
 TEST_F(WorldService, TheNewPlayerChestIsGrantedOnce) {
-  const JsonValue first = Parse(Invoke("checkAndGrantNewPlayerChest", {}).body);
-  EXPECT_EQ(Counts(*first.Find("added")), (CountsById{{"CHEST_reed", 1}}));
-  EXPECT_EQ(Part(Parse(Invoke("checkAndGrantNewPlayerChest", {}).body), "status"),
-            "\"ALREADY_GRANTED\"");
+  const auto grant = [&] {
+    return Parse(Invoke("checkAndGrantNewPlayerChest", Json::array()).body);
+  };
+  EXPECT_EQ(Counts(grant()["added"]), (CountsById{{"CHEST_reed", 1}}));
+  EXPECT_EQ(grant()["status"], "ALREADY_GRANTED");
   EXPECT_EQ(Inventory().at("CHEST_reed"), 5);
 }
 
-TEST_F(WorldService, AnswersRequestsByEventsAfterTheLatency) {
+TEST_F(WorldService, RespondsByEventsAfterTheLatency) {
   const char* kRedeem =
       R"({"serviceName": "loot", "methodName": "redeemPlayerLoot", "requestKey": "k",
       "flag": false, "args": ["id", "{\"lootName\": \"SKIN_1001\"}"]})";
   const WorldResponse first = Post("service-proxy-uuid-requests", kRedeem);
   const std::vector<WorldEvent> events = world_->TakeEvents();
-  ASSERT_EQ(events.size(), 3u) << "two collections, then the answer";
-  const JsonValue response = Parse(events[2].payload);
+  ASSERT_EQ(events.size(), 3u) << "two collections, then the response";
+  Json response = Parse(events[2].payload);
   EXPECT_EQ(events[2].name, "OnServiceProxyUuidEvent");
   EXPECT_EQ(events[2].channel, WorldEvent::Channel::kService);
   EXPECT_EQ(events[2].delayMilliseconds, 30);
   EXPECT_EQ(Part(response, "uuid"), first.body);
-  EXPECT_EQ(Part(response, "serviceName") + Part(response, "methodName") + Part(response, "error"),
-            "\"loot\"\"redeemPlayerLoot\"\"\"");
-  EXPECT_EQ(Part(Parse(*response.Find("payload")->AsText()), "redeemed"), "[\"SKIN_1001\"]");
+  EXPECT_EQ(Parse(response["payload"].get<std::string>())["redeemed"][0], "SKIN_1001");
+  for (const char* member : {"uuid", "payload"}) response.erase(member);
+  EXPECT_EQ(WriteJson(response),
+            R"({"serviceName":"loot","methodName":"redeemPlayerLoot","status":"OK","error":""})");
 
   EXPECT_EQ(Post("service-proxy-method-requests", kRedeem).status, 204);
   const WorldEvent second = world_->TakeEvents().front();
@@ -113,37 +111,42 @@ TEST_F(WorldService, AnswersRequestsByEventsAfterTheLatency) {
 
 TEST_F(WorldService, SaysWhatIsWrongWithACall) {
   const std::pair<const char*, const char*> kCases[] = {
-      {"", "400 body:1:1: The document is empty."},
-      {"[]", "400 body:1:1: expected an object, found a list"},
+      {"{",
+       "400 body: parse error at line 1, column 2: syntax error while parsing object key - "
+       "unexpected end of input; expected string literal"},
+      {"[]", "400 body:1:1: must be an object, found a list"},
       {R"({"serviceName": "loot"})", "400 body:1:1: member \"methodName\" is missing"},
       {R"({"serviceName": "loot", "methodName": "x", "args": 1})",
-       "400 body:1:52: \"args\" must be a list, not a whole number"},
+       "400 body:1:52: \"args\" must be a list, found 1"},
       {R"({"serviceName": "shop", "methodName": "x"})", "404 there is no service shop"},
       {R"({"serviceName": "loot", "methodName": "x"})", "404 service loot has no method x"},
       {R"({"serviceName": "loot", "methodName": "redeemPlayerLoot", "args": ["a"]})",
-       "400 expected two texts: the request id and the transaction as JSON"},
+       "400 expected two strings: the request id and the transaction as JSON"},
       {R"({"serviceName": "loot", "methodName": "getAllPlayerLootAndAllDefinitions", "args": [1, 2, "3"]})",
-       "400 expected three whole numbers: the versions held"},
+       "400 expected three integers: the versions held"},
       {R"({"serviceName": "clientFacadeService", "methodName": "callPersistenceMessaging", "args": [{"msgId": "m1", "command": "eat"}]})",
        "400 unknown command eat"},
+      {R"({"serviceName": "clientFacadeService", "methodName": "callPersistenceMessaging", "args": [{"msgId": 1}]})",
+       "400 body:1:101: \"msgId\" must be a string, found 1"},
   };
   for (const auto& [body, expected] : kCases) {
-    const WorldResponse answer = Post("session/invoke", body);
-    EXPECT_EQ(std::to_string(answer.status) + " " + answer.message, expected) << body;
+    const WorldResponse response = Post("session/invoke", body);
+    EXPECT_EQ(std::to_string(response.status) + " " + response.message, expected) << body;
   }
   Post("service-proxy-uuid-requests", kCases[5].first);
-  const JsonValue response = Parse(world_->TakeEvents().front().payload);
-  EXPECT_EQ(Part(response, "error"), "\"service loot has no method x\"");
-  EXPECT_EQ(Part(response, "status"), "\"ERROR\"");
+  Json response = Parse(world_->TakeEvents().front().payload);
+  EXPECT_EQ(response["error"], "service loot has no method x");
+  EXPECT_EQ(response["status"], "ERROR");
   Control("POST /logout");
-  EXPECT_EQ(Invoke("getClientConfiguration", {}).message, "nobody is signed in");
+  EXPECT_EQ(Invoke("getClientConfiguration", Json::array()).message, "no player is signed in");
 }
 
 TEST_F(WorldService, AnAcknowledgedMessageIsMissingFromTheNextPacketOnly) {
-  const JsonValue acknowledgement =
-      JsonValue::Object{{"accountId", 80}, {"msgId", "m1"}, {"command", "ack"}};
-  EXPECT_EQ(Invoke("callPersistenceMessaging", {acknowledgement}, "clientFacadeService").body,
-            "null");
+  const Json acknowledgement = {{"accountId", 80}, {"msgId", "m1"}, {"command", "ack"}};
+  EXPECT_EQ(
+      Invoke("callPersistenceMessaging", Json::array({acknowledgement}), "clientFacadeService")
+          .body,
+      "null");
   EXPECT_EQ(Part(Parse(Control("GET /world")), "acknowledgements"),
             R"([{"accountId":80,"msgId":"m1","command":"ack"}])");
   EXPECT_EQ(Events(), std::vector<std::string>());
@@ -163,11 +166,11 @@ TEST_F(WorldService, AControlMakesTheNextCallsSlowOrFail) {
   for (int i = 0; i < 2; ++i) {
     const WorldEvent event = call();
     EXPECT_EQ(event.delayMilliseconds, 5);
-    EXPECT_EQ(Part(Parse(event.payload), "error"), "\"down\"");
+    EXPECT_EQ(Parse(event.payload)["error"], "down");
   }
   Control(R"(PUT /service/redeemPlayerLoot {"status": "TOO_FREQUENT"})");
-  const std::string payload = *Parse(call().payload).Find("payload")->AsText();
-  EXPECT_EQ(Part(Parse(payload), "status"), "\"TOO_FREQUENT\"");
+  const auto payload = Parse(call().payload)["payload"].get<std::string>();
+  EXPECT_EQ(Parse(payload)["status"], "TOO_FREQUENT");
   EXPECT_TRUE(Inventory().contains("BOOST_wind")) << "nothing was done so far";
 
   Control(R"(PUT /service/redeemPlayerLoot {"error": "down"})");

@@ -5,20 +5,17 @@
 #include <vector>
 
 #include "host/world/controls/platform.h"
-#include "host/world/json/field_reader.h"
+#include "host/world/input/field_reader.h"
 
 namespace Kest::Host {
 
 struct ControlCall {
   std::vector<std::string> parts;  // of the path, decoded: "collections", "skins", "11002"
-  JsonValue body;                  // an empty object when there was none
+  Document body;                   // an empty object when there was none
 };
 
-using ControlResult = Maybe<JsonValue>;
+using ControlResult = Maybe<Json>;
 using ControlFunction = ControlResult (*)(Platform& platform, const ControlCall& call);
-
-// The report as a failure of status 400. REQUIRES: report.failed().
-Failure BadBody(const IssueReport& report);
 
 // controls_player.cc: who plays, and what the player owns.
 ControlResult ShowWorld(Platform& platform, const ControlCall& call);

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "host/world/controls/control_call.h"
-#include "host/world/json/json_reader.h"
-#include "host/world/json/url_text.h"
+#include "host/world/input/document.h"
+#include "host/world/input/url_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -152,18 +152,7 @@ Maybe<const ControlRow*> FindRow(std::string_view method, const std::vector<std:
   return Failure{"this control takes " + methods + ", not " + std::string(method), 405};
 }
 
-Maybe<JsonValue> ReadBody(const ControlRow& row, std::string_view body) {
-  if (body.empty() && row.description.body != kAnyValue) return JsonValue(JsonValue::Object());
-  auto json = ReadJson(body);
-  if (!json) return Failure{DescribeIssue("body", json.GetFailure()), 400};
-  return std::move(json.GetValue());
-}
-
 }  // namespace
-
-Failure BadBody(const IssueReport& report) {
-  return Failure{DescribeIssue("body", report.issue()), 400};
-}
 
 std::vector<ControlDescription> WorldControls() {
   std::vector<ControlDescription> descriptions;
@@ -173,16 +162,16 @@ std::vector<ControlDescription> WorldControls() {
 
 WorldResponse AnswerControl(Platform& platform, std::string_view method, std::string_view path,
                             std::string_view body) {
-  ControlCall call;
-  call.parts = PathParts(UrlPath(path));
-  if (call.parts.empty()) return Refuse({"there is no control of an empty name", 404});
-  const auto row = FindRow(method, call.parts, path);
+  std::vector<std::string> parts = PathParts(UrlPath(path));
+  if (parts.empty()) return Refuse({"there is no control of an empty name", 404});
+  const auto row = FindRow(method, parts, path);
   if (!row) return Refuse(row.GetFailure());
-  auto json = ReadBody(*row.GetValue(), body);
-  if (!json) return Refuse(json.GetFailure());
-  call.body = std::move(json.GetValue());
+  if (body.empty() && row.GetValue()->description.body != kAnyValue) body = "{}";
+  auto document = Document::FromJson("body", body);
+  if (!document) return Refuse(document.GetFailure());
 
-  const ControlResult result = row.GetValue()->answer(platform, call);
+  const ControlResult result =
+      row.GetValue()->answer(platform, {std::move(parts), std::move(document.GetValue())});
   if (!result) return Refuse(result.GetFailure());
   return {200, "application/json", WriteJson(result.GetValue()), ""};
 }

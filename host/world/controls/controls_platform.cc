@@ -10,16 +10,16 @@ namespace {
 // The message a body names or spells out.
 PreparedMessage ReadMessage(FieldReader& fields, IssueReport& report, const WorldData& data) {
   PreparedMessage message;
-  if (const JsonValue* name = fields.Find("name")) {
-    const auto prepared = data.messages.find(fields.TextOr("name", ""));
+  if (const Json* name = fields.Find("name")) {
+    const auto prepared = data.messages.find(fields.StringOr("name", ""));
     if (prepared != data.messages.end()) return prepared->second;
-    report.Add(name->position(), "this world has no message " + WriteJson(*name));
+    report.Add(*name, "this world has no message " + WriteJson(*name));
     return message;
   }
-  message.clientId = fields.TextOr("clientId", "");
-  message.subtopic = fields.TextOr("subtopic", kDialogMessageSubtopic);
-  message.typeName = fields.TextOr("typeName", kMasteryGrantType);
-  if (const JsonValue* body = fields.Find("body")) message.body = *body;
+  message.clientId = fields.StringOr("clientId", "");
+  message.subtopic = fields.StringOr("subtopic", kDialogMessageSubtopic);
+  message.typeName = fields.StringOr("typeName", kMasteryGrantType);
+  if (const Json* body = fields.Find("body")) message.body = *body;
   return message;
 }
 
@@ -43,103 +43,103 @@ ControlResult SetConfiguration(Platform& platform, const ControlCall& call) {
   if (!IsPlainName(call.parts[1])) {
     return Failure{"the name of a configuration value is made of letters and digits", 400};
   }
-  platform.session.SetConfiguration(call.parts[1], call.body);
-  return JsonValue(JsonValue::Object{{"name", call.parts[1]}, {"value", call.body}});
+  platform.session.SetConfiguration(call.parts[1], call.body.root());
+  return Json({{"name", call.parts[1]}, {"value", call.body.root()}});
 }
 
 ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call) {
   if (!platform.session.RemoveConfiguration(call.parts[1])) {
     return Failure{"there is no configuration value " + call.parts[1], 404};
   }
-  return JsonValue(JsonValue::Object{{"name", call.parts[1]}});
+  return Json({{"name", call.parts[1]}});
 }
 
 ControlResult PushMessage(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   PreparedMessage message = ReadMessage(fields, report, platform.data);
-  const std::string as = fields.TextOr("as", "object");
+  const std::string as = fields.StringOr("as", "object");
   if (as != "object" && as != "text") {
-    report.Add(fields.Place("as"), "\"as\" is \"object\" or \"text\"");
+    report.Add(fields.At("as"), "\"as\" must be \"object\" or \"text\", found " + WriteJson(as));
   }
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   if (as == "text") message.body = WriteJson(message.body);
-  JsonValue event = JsonValue::Object{{"clientId", message.clientId},
-                                      {"subtopic", message.subtopic},
-                                      {"typeName", message.typeName},
-                                      {"body", message.body}};
+  Json event = Json{{"clientId", message.clientId},
+                    {"subtopic", message.subtopic},
+                    {"typeName", message.typeName},
+                    {"body", message.body}};
   platform.outbox.push_back(
       {WorldEvent::Channel::kService, "OnSvdsEvent_" + message.subtopic, WriteJson(event), 0});
   return event;
 }
 
 ControlResult SetLoginPacket(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   std::vector<LoginMessage> messages;
-  JsonValue::Array ids;
-  for (const JsonValue& value : fields.ListOr("simpleMessages")) {
+  Json ids = Json::array();
+  for (const Json& value : fields.ListOr("simpleMessages")) {
     messages.push_back(ReadLoginMessage(value, report));
     ids.push_back(messages.back().msgId);
   }
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.session.SetLoginMessages(std::move(messages));
-  return JsonValue(JsonValue::Object{{"messages", std::move(ids)}});
+  return Json({{"messages", std::move(ids)}});
 }
 
 ControlResult SetToken(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   TokenOverride override;
-  const JsonValue* value = fields.Find("token");
+  const Json* value = fields.Find("token");
   if (value == nullptr) {
-    report.Add(call.body.position(), "member \"token\" is missing");
-  } else if (!value->IsNull()) {
-    override.token = fields.TextOr("token", "");
+    report.Add(call.body.root(), "member \"token\" is missing");
+  } else if (!value->is_null()) {
+    override.token = fields.StringOr("token", "");
   }
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.tokenOverride = override;
-  return JsonValue(JsonValue::Object{{"token", *value}});
+  return Json({{"token", *value}});
 }
 
 ControlResult ResetToken(Platform& platform, const ControlCall&) {
   platform.tokenOverride.reset();
-  return JsonValue(JsonValue::Object());
+  return Json(Json::object());
 }
 
 ControlResult OverrideService(Platform& platform, const ControlCall& call) {
   const std::string& method = call.parts[1];
   if (!IsServiceMethod(method)) return UnknownMethod(method);
   constexpr int64_t kMaxLatency = 600'000;
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   CallOverride override;
-  if (fields.Find("latency") != nullptr) override.latency = fields.Whole("latency", 0, kMaxLatency);
-  override.error = fields.TextOr("error", "");
-  override.status = fields.TextOr("status", "");
-  override.times = fields.WholeOr("times", 1, 1, 1'000'000);
+  if (fields.Find("latency") != nullptr)
+    override.latency = fields.Integer("latency", 0, kMaxLatency);
+  override.error = fields.StringOr("error", "");
+  override.status = fields.StringOr("status", "");
+  override.times = fields.IntegerOr("times", 1, 1, 1'000'000);
   if (!override.status.empty() && !HasStatusWord(method)) {
-    report.Add(fields.Place("status"), "the result of " + method + " has no status word");
+    report.Add(fields.At("status"), "the result of " + method + " has no status word");
   }
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.proxy.SetOverride(method, override);
-  return JsonValue(
-      JsonValue::Object{{"method", method},
-                        {"latency", override.latency ? JsonValue(*override.latency) : JsonValue()},
-                        {"error", override.error},
-                        {"status", override.status},
-                        {"times", override.times}});
+  return Json(Json{{"method", method},
+                   {"latency", override.latency ? Json(*override.latency) : Json()},
+                   {"error", override.error},
+                   {"status", override.status},
+                   {"times", override.times}});
 }
 
 ControlResult ResetService(Platform& platform, const ControlCall& call) {
   const std::string& method = call.parts[1];
   if (!IsServiceMethod(method)) return UnknownMethod(method);
   platform.proxy.SetOverride(method, std::nullopt);
-  return JsonValue(JsonValue::Object{{"method", method}});
+  return Json({{"method", method}});
 }
 
 }  // namespace Kest::Host

@@ -23,46 +23,46 @@ ControlResult ShowWorld(Platform& platform, const ControlCall&) {
 }
 
 ControlResult SignIn(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   PlatformSession::Ids ids;
-  ids.summonerId = fields.NaturalOr("summonerId", platform.data.player.summonerId);
-  ids.accountId = fields.NaturalOr("accountId", platform.data.player.accountId);
+  ids.summonerId = fields.UnsignedOr("summonerId", platform.data.player.summonerId);
+  ids.accountId = fields.UnsignedOr("accountId", platform.data.player.accountId);
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.session.SignIn(ids);
-  return JsonValue(JsonValue::Object{{"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
+  return Json({{"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
 }
 
 ControlResult SignOut(Platform& platform, const ControlCall&) {
   const bool wasSignedIn = platform.session.ids().has_value();
   platform.session.SignOut();
-  return JsonValue(JsonValue::Object{{"wasSignedIn", wasSignedIn}});
+  return Json({{"wasSignedIn", wasSignedIn}});
 }
 
 ControlResult SetSummoner(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
-  const int64_t level = fields.Whole("summonerLevel", 0, kMax32);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
+  const int64_t level = fields.Integer("summonerLevel", 0, kMax32);
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.session.SetSummonerLevel(level);
-  return JsonValue(JsonValue::Object{{"summonerLevel", level}});
+  return Json({{"summonerLevel", level}});
 }
 
 ControlResult SetGameflow(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   std::optional<std::string> phase;
-  const JsonValue* value = fields.Find("phase");
-  if (value != nullptr && !value->IsNull()) phase = fields.TextOr("phase", "");
+  const Json* value = fields.Find("phase");
+  if (value != nullptr && !value->is_null()) phase = fields.StringOr("phase", "");
   if (phase && !IsGameflowPhase(*phase)) {
-    report.Add(value->position(), "\"" + *phase + "\" is no phase of a game");
+    report.Add(*value, "\"" + *phase + "\" is no phase of a game");
   }
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.session.SetPhase(phase);
-  return JsonValue(JsonValue::Object{{"phase", phase ? JsonValue(*phase) : JsonValue()}});
+  return Json({{"phase", phase ? Json(*phase) : Json()}});
 }
 
 ControlResult SetOwnership(Platform& platform, const ControlCall& call) {
@@ -72,40 +72,39 @@ ControlResult SetOwnership(Platform& platform, const ControlCall& call) {
   if (platform.collections.Find(*collection, id) == nullptr) {
     return Failure{call.parts[2] + " is not among the " + call.parts[1], 404};
   }
-  IssueReport report;
-  FieldReader fields(call.body, report);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
   Ownership& present = platform.collections[*collection][id].ownership;
   Ownership wanted = present;
-  wanted.owned = fields.FlagOr("owned", wanted.owned);
+  wanted.owned = fields.BoolOr("owned", wanted.owned);
   if (CanBeRented(*collection)) {
-    wanted.rented = fields.FlagOr("rented", wanted.rented);
-    wanted.freeToPlayReward = fields.FlagOr("freeToPlayReward", wanted.freeToPlayReward);
+    wanted.rented = fields.BoolOr("rented", wanted.rented);
+    wanted.freeToPlayReward = fields.BoolOr("freeToPlayReward", wanted.freeToPlayReward);
   }
   fields.Finish();
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   present = wanted;
   platform.session.PublishCollections();
-  return JsonValue(JsonValue::Object{{"owned", wanted.owned},
-                                     {"rented", wanted.rented},
-                                     {"freeToPlayReward", wanted.freeToPlayReward}});
+  return Json({{"owned", wanted.owned},
+               {"rented", wanted.rented},
+               {"freeToPlayReward", wanted.freeToPlayReward}});
 }
 
 ControlResult ChangeInventory(Platform& platform, const ControlCall& call) {
-  IssueReport report;
-  FieldReader fields(call.body, report);
-  const LootKey key{fields.Text("lootName"), fields.TextOr("refId", "")};
-  const int64_t delta = fields.Whole("delta", -kMax32, kMax32);
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
+  const LootKey key{fields.String("lootName"), fields.StringOr("refId", "")};
+  const int64_t delta = fields.Integer("delta", -kMax32, kMax32);
   fields.Finish();
   const std::string fault = LootKeyFault(platform.data, key);
-  if (!fault.empty()) report.Add(call.body.position(), fault);
+  if (!fault.empty()) report.Add(call.body.root(), fault);
   const int64_t count = platform.inventory.Count(key) + delta;
   if (count < 0 || count > kMax32) {
-    report.Add(fields.Place("delta"), "the count would become " + std::to_string(count));
+    report.Add(fields.At("delta"), "the count would become " + std::to_string(count));
   }
-  if (report.failed()) return BadBody(report);
+  if (report.failed()) return report.failure();
   platform.inventory.Add(key, delta, platform.data.FindDefinition(key.lootName)->expiryTime);
-  return JsonValue(
-      JsonValue::Object{{"lootName", key.lootName}, {"refId", key.refId}, {"count", count}});
+  return Json(Json{{"lootName", key.lootName}, {"refId", key.refId}, {"count", count}});
 }
 
 }  // namespace Kest::Host

@@ -7,15 +7,15 @@
 #include "host/world/data/collections.h"
 #include "host/world/data/world_data.h"
 #include "host/world/loot/loot_service.h"
+#include "host/world/platform/platform_service_proxy.h"
 #include "host/world/platform/platform_session.h"
 #include "host/world/platform/resource_board.h"
-#include "host/world/platform/service_proxy.h"
 
 namespace Kest::Host {
 
-// What the signed inventory answers instead of its own token.
+// What the signed inventory holds instead of its own token.
 struct TokenOverride {
-  std::optional<std::string> token;  // nothing: the answer has no token
+  std::optional<std::string> token;  // nothing: no token
 };
 
 struct Platform {
@@ -27,7 +27,7 @@ struct Platform {
         session(data, collections, board),
         loot(data, inventory, collections, seed),
         proxy(data, loot, session, outbox, ~seed) {
-    outbox.clear();  // nobody can have followed anything yet
+    outbox.clear();  // no subscription can exist yet
   }
   Platform(const Platform&) = delete;
   Platform& operator=(const Platform&) = delete;
@@ -36,11 +36,11 @@ struct Platform {
   const WorldData data;
   std::vector<WorldEvent> outbox;
   Inventory inventory;
-  Collections collections;
+  PlatformCollections collections;
   ResourceBoard board;
   PlatformSession session;
   LootService loot;
-  ServiceProxy proxy;
+  PlatformServiceProxy proxy;
   std::optional<TokenOverride> tokenOverride;
 };
 

@@ -5,17 +5,16 @@
 namespace Kest::Host {
 namespace {
 
-JsonValue SessionJson(const PlatformSession& session) {
-  if (!session.ids()) return JsonValue();
-  return JsonValue::Object{{"summonerId", session.ids()->summonerId},
-                           {"accountId", session.ids()->accountId}};
+Json SessionJson(const PlatformSession& session) {
+  if (!session.ids()) return Json();
+  return Json{{"summonerId", session.ids()->summonerId}, {"accountId", session.ids()->accountId}};
 }
 
-JsonValue CollectionsJson(const Collections& collections) {
-  JsonValue::Object tables;
+Json CollectionsJson(const PlatformCollections& collections) {
+  Json tables = Json::object();
   for (size_t i = 0; i < kCollectionCount; ++i) {
     const auto collection = static_cast<Collection>(i);
-    JsonValue::Object table;
+    Json table = Json::object();
     for (const auto& [id, thing] : collections[collection]) {
       table.push_back({std::to_string(id), OwnershipWord(thing.ownership)});
     }
@@ -24,63 +23,62 @@ JsonValue CollectionsJson(const Collections& collections) {
   return tables;
 }
 
-JsonValue ConfigurationJson(const PlatformSession& session) {
-  JsonValue::Object values;
+Json ConfigurationJson(const PlatformSession& session) {
+  Json values = Json::object();
   for (const auto& [name, value] : session.configuration()) values.push_back({name, value});
   return values;
 }
 
-JsonValue AcknowledgementsJson(const ServiceProxy& proxy) {
-  JsonValue::Array list;
+Json AcknowledgementsJson(const PlatformServiceProxy& proxy) {
+  Json list = Json::array();
   for (const auto& acknowledgement : proxy.acknowledgements()) {
-    list.push_back(JsonValue::Object{{"accountId", acknowledgement.accountId},
-                                     {"msgId", acknowledgement.msgId},
-                                     {"command", acknowledgement.command}});
+    list.push_back(Json{{"accountId", acknowledgement.accountId},
+                        {"msgId", acknowledgement.msgId},
+                        {"command", acknowledgement.command}});
   }
   return list;
 }
 
-JsonValue CallCountsJson(const ServiceProxy& proxy) {
-  JsonValue::Object counts;
+Json CallCountsJson(const PlatformServiceProxy& proxy) {
+  Json counts = Json::object();
   for (const auto& [call, count] : proxy.callCounts()) counts.push_back({call, count});
   return counts;
 }
 
-JsonValue OutstandingJson(ServiceProxy& proxy) {
+Json OutstandingJson(PlatformServiceProxy& proxy) {
   const int64_t now = MonotonicMilliseconds();
-  JsonValue::Array list;
+  Json list = Json::array();
   for (const auto& call : proxy.Outstanding()) {
-    list.push_back(JsonValue::Object{
-        {"key", call.key}, {"call", call.call}, {"milliseconds", call.due - now}});
+    list.push_back(Json{{"key", call.key}, {"call", call.call}, {"milliseconds", call.due - now}});
   }
   return list;
 }
 
-JsonValue LoginMessagesJson(const PlatformSession& session) {
-  JsonValue::Array ids;
+Json LoginMessagesJson(const PlatformSession& session) {
+  Json ids = Json::array();
   for (const LoginMessage& message : session.loginMessages()) ids.push_back(message.msgId);
   return ids;
 }
 
 }  // namespace
 
-JsonValue WorldStateJson(Platform& platform) {
-  JsonValue::Array messages;
+Json WorldStateJson(Platform& platform) {
+  Json messages = Json::array();
   for (const auto& [name, message] : platform.data.messages) messages.push_back(name);
   const auto& phase = platform.session.phase();
-  return JsonValue::Object{{"name", platform.data.name},
-                           {"session", SessionJson(platform.session)},
-                           {"summonerLevel", platform.session.summonerLevel()},
-                           {"phase", phase ? JsonValue(*phase) : JsonValue()},
-                           {"configuration", ConfigurationJson(platform.session)},
-                           {"inventory", InventoryJson(platform.inventory)},
-                           {"collections", CollectionsJson(platform.collections)},
-                           {"newPlayerChestGranted", platform.loot.newPlayerChestGranted()},
-                           {"loginMessages", LoginMessagesJson(platform.session)},
-                           {"messages", std::move(messages)},
-                           {"acknowledgements", AcknowledgementsJson(platform.proxy)},
-                           {"serviceCalls", CallCountsJson(platform.proxy)},
-                           {"outstanding", OutstandingJson(platform.proxy)}};
+  return Json{{"name", platform.data.name},
+              {"session", SessionJson(platform.session)},
+              {"summonerLevel", platform.session.summonerLevel()},
+              {"phase", phase ? Json(*phase) : Json()},
+              {"configuration", ConfigurationJson(platform.session)},
+              {"inventory", InventoryJson(platform.inventory)},
+              {"collections", CollectionsJson(platform.collections)},
+              {"newPlayerChestGranted", platform.loot.newPlayerChestGranted()},
+              {"loginMessages", LoginMessagesJson(platform.session)},
+              {"messages", std::move(messages)},
+              {"acknowledgements", AcknowledgementsJson(platform.proxy)},
+              {"serviceCalls", CallCountsJson(platform.proxy)},
+              {"outstanding", OutstandingJson(platform.proxy)}};
 }
 
 }  // namespace Kest::Host

@@ -5,6 +5,6 @@
 
 namespace Kest::Host {
 
-JsonValue WorldStateJson(Platform& platform);
+Json WorldStateJson(Platform& platform);
 
 }  // namespace Kest::Host

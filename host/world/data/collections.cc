@@ -24,71 +24,70 @@ const CollectionWords& WordsOf(Collection collection) {
   return kWords[static_cast<size_t>(collection)];
 }
 
-JsonValue ChampionsJson(const Collections& collections) {
-  const Collections::Table& skins = collections[Collection::kSkins];
-  JsonValue::Array champions;
+Json ChampionsJson(const PlatformCollections& collections) {
+  const PlatformCollections::Table& skins = collections[Collection::kSkins];
+  Json champions = Json::array();
   for (const auto& [id, champion] : collections[Collection::kChampions]) {
-    JsonValue::Array ownSkins;
+    Json ownSkins = Json::array();
     for (auto skin = skins.lower_bound(id * 1000);
          skin != skins.end() && ChampionOfSkin(skin->first) == id; ++skin) {
-      ownSkins.push_back(JsonValue::Object{{"id", skin->first},
-                                           {"ownership", OwnershipWord(skin->second.ownership)}});
+      ownSkins.push_back(
+          Json{{"id", skin->first}, {"ownership", OwnershipWord(skin->second.ownership)}});
     }
-    // The skins stand here too: who follows the champions learns of every change of a skin.
-    champions.push_back(JsonValue::Object{{"id", id},
-                                          {"name", champion.name},
-                                          {"ownership", OwnershipJson(champion.ownership)},
-                                          {"skins", std::move(ownSkins)}});
+    // With the skins, so that a change of a skin is a change of the champions too.
+    champions.push_back(Json{{"id", id},
+                             {"name", champion.name},
+                             {"ownership", OwnershipJson(champion.ownership)},
+                             {"skins", std::move(ownSkins)}});
   }
   return champions;
 }
 
-JsonValue SkinsJson(const Collections& collections) {
-  JsonValue::Array skins;
+Json SkinsJson(const PlatformCollections& collections) {
+  Json skins = Json::array();
   for (const auto& [id, skin] : collections[Collection::kSkins]) {
-    skins.push_back(JsonValue::Object{{"championId", ChampionOfSkin(id)},
-                                      {"id", id},
-                                      {"name", skin.name},
-                                      {"ownership", OwnershipJson(skin.ownership)},
-                                      {"splashPath", skin.splashPath},
-                                      {"tilePath", skin.tilePath}});
+    skins.push_back(Json{{"championId", ChampionOfSkin(id)},
+                         {"id", id},
+                         {"name", skin.name},
+                         {"ownership", OwnershipJson(skin.ownership)},
+                         {"splashPath", skin.splashPath},
+                         {"tilePath", skin.tilePath}});
   }
   return skins;
 }
 
-JsonValue WardSkinsJson(const Collections& collections) {
-  JsonValue::Array wardSkins;
+Json WardSkinsJson(const PlatformCollections& collections) {
+  Json wardSkins = Json::array();
   for (const auto& [id, wardSkin] : collections[Collection::kWardSkins]) {
-    wardSkins.push_back(JsonValue::Object{{"id", id},
-                                          {"name", wardSkin.name},
-                                          {"ownership", OwnershipJson(wardSkin.ownership)},
-                                          {"wardImagePath", wardSkin.tilePath},
-                                          {"wardShadowImagePath", wardSkin.shadowPath}});
+    wardSkins.push_back(Json{{"id", id},
+                             {"name", wardSkin.name},
+                             {"ownership", OwnershipJson(wardSkin.ownership)},
+                             {"wardImagePath", wardSkin.tilePath},
+                             {"wardShadowImagePath", wardSkin.shadowPath}});
   }
   return wardSkins;
 }
 
-JsonValue OwnedIconsJson(const Collections& collections) {
-  JsonValue::Array icons;
+Json OwnedIconsJson(const PlatformCollections& collections) {
+  Json icons = Json::array();
   for (const auto& [id, icon] : collections[Collection::kSummonerIcons]) {
     if (icon.ownership.owned) icons.push_back(id);
   }
-  return JsonValue::Object{{"icons", std::move(icons)}};
+  return Json{{"icons", std::move(icons)}};
 }
 
-JsonValue HeldEmotesJson(const Collections& collections) {
-  JsonValue::Array emotes;
+Json HeldEmotesJson(const PlatformCollections& collections) {
+  Json emotes = Json::array();
   for (const auto& [id, emote] : collections[Collection::kEmotes]) {
     if (emote.ownership == Ownership{}) continue;
-    emotes.push_back(
-        JsonValue::Object{{"itemId", id}, {"ownershipType", OwnershipWord(emote.ownership)}});
+    emotes.push_back(Json{{"itemId", id}, {"ownershipType", OwnershipWord(emote.ownership)}});
   }
   return emotes;
 }
 
 }  // namespace
 
-const Collectible* Collections::Find(Collection collection, int64_t id) const {
+const Collectible* PlatformCollections::Find(Collection collection, int64_t id) const {
   const Table& table = (*this)[collection];
   const auto found = table.find(id);
   return found == table.end() ? nullptr : &found->second;
@@ -127,14 +126,14 @@ std::string_view OwnershipWord(const Ownership& ownership) {
   return ownership.freeToPlayReward ? "F2P" : "NONE";
 }
 
-JsonValue OwnershipJson(const Ownership& ownership) {
-  return JsonValue::Object{{"freeToPlayReward", ownership.freeToPlayReward},
-                           {"owned", ownership.owned},
-                           {"rental", JsonValue::Object{{"rented", ownership.rented}}}};
+Json OwnershipJson(const Ownership& ownership) {
+  return Json{{"freeToPlayReward", ownership.freeToPlayReward},
+              {"owned", ownership.owned},
+              {"rental", Json{{"rented", ownership.rented}}}};
 }
 
-std::vector<std::pair<std::string, JsonValue>> CollectionResources(const Collections& collections,
-                                                                   uint64_t summonerId) {
+std::vector<std::pair<std::string, Json>> CollectionResources(
+    const PlatformCollections& collections, uint64_t summonerId) {
   const std::string id = std::to_string(summonerId);
   const std::string champions = "/tav-champions/v1/inventories/" + id;
   const std::string others = "/tav-collections/v1/inventories/" + id;
@@ -145,21 +144,21 @@ std::vector<std::pair<std::string, JsonValue>> CollectionResources(const Collect
           {"/tav-inventory/v1/inventory/emotes", HeldEmotesJson(collections)}};
 }
 
-JsonValue ProfileIconsJson(const Collections& collections) {
-  JsonValue::Array icons;
+Json ProfileIconsJson(const PlatformCollections& collections) {
+  Json icons = Json::array();
   for (const auto& [id, icon] : collections[Collection::kSummonerIcons]) {
-    icons.push_back(JsonValue::Object{{"id", id}, {"iconPath", icon.tilePath}});
+    icons.push_back(Json{{"id", id}, {"iconPath", icon.tilePath}});
   }
   return icons;
 }
 
-JsonValue SummonerEmotesJson(const Collections& collections) {
-  JsonValue::Array emotes;
+Json SummonerEmotesJson(const PlatformCollections& collections) {
+  Json emotes = Json::array();
   for (const auto& [id, emote] : collections[Collection::kEmotes]) {
-    emotes.push_back(JsonValue::Object{{"id", id},
-                                       {"name", emote.name},
-                                       {"inventoryIcon", emote.tilePath},
-                                       {"description", emote.description}});
+    emotes.push_back(Json{{"id", id},
+                          {"name", emote.name},
+                          {"inventoryIcon", emote.tilePath},
+                          {"description", emote.description}});
   }
   return emotes;
 }

@@ -1,5 +1,5 @@
-// What the player owns outside the loot inventory, and the resources in which sibling plugins tell
-// about it.
+// What the player owns outside the loot inventory, and the resources in which sibling plugins
+// publish it.
 #pragma once
 
 #include <array>
@@ -11,14 +11,14 @@
 #include <utility>
 #include <vector>
 
-#include "host/world/json/json_value.h"
+#include "host/json/json.h"
 
 namespace Kest::Host {
 
 enum class Collection {
   kChampions,
   kSkins,
-  kChromas,  // told by no resource; kept so that one cannot be redeemed twice
+  kChromas,  // in no resource; kept so that one cannot be redeemed twice
   kWardSkins,
   kSummonerIcons,
   kEmotes,
@@ -43,7 +43,7 @@ struct Collectible {
   Ownership ownership;
 };
 
-class Collections {
+class PlatformCollections {
  public:
   using Table = std::map<int64_t, Collectible>;
 
@@ -73,14 +73,14 @@ constexpr int64_t ChampionOfSkin(int64_t skinId) {
 
 // "OWNED", "RENTED", "F2P", or "NONE".
 std::string_view OwnershipWord(const Ownership& ownership);
-JsonValue OwnershipJson(const Ownership& ownership);
+Json OwnershipJson(const Ownership& ownership);
 
 // The resources of the signed-in player, path and value, in an order fit for publication: what is
-// only read stands before what is followed.
-std::vector<std::pair<std::string, JsonValue>> CollectionResources(const Collections& collections,
-                                                                   uint64_t summonerId);
+// only read comes before what is followed.
+std::vector<std::pair<std::string, Json>> CollectionResources(
+    const PlatformCollections& collections, uint64_t summonerId);
 // The game-data lists of all icons and emotes.
-JsonValue ProfileIconsJson(const Collections& collections);
-JsonValue SummonerEmotesJson(const Collections& collections);
+Json ProfileIconsJson(const PlatformCollections& collections);
+Json SummonerEmotesJson(const PlatformCollections& collections);
 
 }  // namespace Kest::Host

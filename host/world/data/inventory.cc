@@ -14,8 +14,8 @@ bool Inventory::Holds(std::string_view lootName) const {
   return first != records_.end() && first->first.lootName == lootName;
 }
 
-bool Inventory::CanApply(const LootCounts& taken, const LootCounts& added) const {
-  LootCounts left;
+bool Inventory::CanApply(const CountsByKey& taken, const CountsByKey& added) const {
+  CountsByKey left;
   for (const auto& [key, count] : taken) {
     left[key] = Count(key) - count;
     if (left[key] < 0) return false;
@@ -35,15 +35,15 @@ void Inventory::Add(const LootKey& key, int64_t delta, int64_t expiryTime) {
   if (place->second.count == 0) records_.erase(place);
 }
 
-JsonValue LootRecordJson(const LootKey& key, const LootRecord& record) {
-  return JsonValue::Object{{"lootName", key.lootName},
-                           {"refId", key.refId},
-                           {"count", record.count},
-                           {"expiryTime", record.expiryTime}};
+Json LootRecordJson(const LootKey& key, const LootRecord& record) {
+  return Json{{"lootName", key.lootName},
+              {"refId", key.refId},
+              {"count", record.count},
+              {"expiryTime", record.expiryTime}};
 }
 
-JsonValue InventoryJson(const Inventory& inventory) {
-  JsonValue::Array records;
+Json InventoryJson(const Inventory& inventory) {
+  Json records = Json::array();
   for (const auto& [key, record] : inventory.records()) {
     records.push_back(LootRecordJson(key, record));
   }

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/world/json/json_value.h"
+#include "host/json/json.h"
 
 namespace Kest::Host {
 
@@ -27,14 +27,14 @@ struct LootRecord {
 };
 
 // Changes of several items at once.
-using LootCounts = std::map<LootKey, int64_t>;
+using CountsByKey = std::map<LootKey, int64_t>;
 
 class Inventory {
  public:
   int64_t Count(const LootKey& key) const;
   bool Holds(std::string_view lootName) const;
   // True when every count, after taking `taken` and then adding `added`, stays in its bounds.
-  bool CanApply(const LootCounts& taken, const LootCounts& added) const;
+  bool CanApply(const CountsByKey& taken, const CountsByKey& added) const;
   // Adds `delta` of either sign. REQUIRES: the count stays in its bounds. An item that was not
   // there gets `expiryTime`.
   void Add(const LootKey& key, int64_t delta, int64_t expiryTime);
@@ -46,9 +46,9 @@ class Inventory {
 };
 
 // A player-loot record as the service writes it.
-JsonValue LootRecordJson(const LootKey& key, const LootRecord& record);
+Json LootRecordJson(const LootKey& key, const LootRecord& record);
 
 // All of it, as a list of such records.
-JsonValue InventoryJson(const Inventory& inventory);
+Json InventoryJson(const Inventory& inventory);
 
 }  // namespace Kest::Host

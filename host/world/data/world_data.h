@@ -11,9 +11,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "host/json/json.h"
 #include "host/world/data/collections.h"
 #include "host/world/data/inventory.h"
-#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
 
@@ -32,7 +32,7 @@ struct LootDefinition {
   int64_t rentalGames = 0;
 };
 
-struct RecipeSlot {
+struct PlatformRecipeSlot {
   int64_t slotNumber = 0;
   std::string query;
   std::string quantityExpression;
@@ -40,7 +40,7 @@ struct RecipeSlot {
   std::unordered_set<std::string> accepted;  // loot names and loot ids
 };
 
-struct RecipeOutput {
+struct PlatformRecipeOutput {
   std::string lootName;  // a definition or an odds table
   std::string quantityExpression;
   int64_t quantity = 1;
@@ -48,14 +48,14 @@ struct RecipeOutput {
   bool allowDuplicates = true;
 };
 
-struct Recipe {
+struct PlatformRecipe {
   std::string recipeName;
   std::string type;
   std::string displayCategories;
   std::string crafterName;
-  std::vector<RecipeSlot> slots;  // by rising slot number
-  std::vector<RecipeOutput> outputs;
-  JsonValue metadata;
+  std::vector<PlatformRecipeSlot> slots;  // by rising slot number
+  std::vector<PlatformRecipeOutput> outputs;
+  Json metadata;
 };
 
 struct OddsEntry {
@@ -76,7 +76,7 @@ struct PreparedMessage {
   std::string clientId;
   std::string subtopic;
   std::string typeName;
-  JsonValue body;
+  Json body;
 };
 
 struct Player {
@@ -94,24 +94,24 @@ struct DefinitionVersions {
 
 struct WorldData {
   std::string name;
-  int64_t latency = 0;                       // milliseconds until a service answers
+  int64_t latency = 0;                       // milliseconds until a service responds
   std::map<std::string, int64_t> latencies;  // by method, where it differs
   Player player;
   Inventory inventory;
-  Collections collections;
-  std::map<std::string, JsonValue> configuration;
-  JsonValue clientConfiguration;  // as the service answers it
-  std::string newPlayerChest;     // empty: this platform has none
+  PlatformCollections collections;
+  std::map<std::string, Json> configuration;
+  Json clientConfiguration;    // as the service returns it
+  std::string newPlayerChest;  // empty: this platform has none
   DefinitionVersions versions;
 
   std::vector<LootDefinition> definitions;
   std::unordered_map<std::string, size_t> definitionIndex;
-  JsonValue::Object queries;  // query text to loot names, as the service answers them
-  std::vector<Recipe> recipes;
+  Json queries = Json::object();  // query to loot names, as the service returns them
+  std::vector<PlatformRecipe> recipes;
   std::unordered_map<std::string, size_t> recipeIndex;
   std::unordered_map<std::string, std::vector<OddsEntry>> odds;
 
-  JsonValue lootData;  // the game-data file of names and pictures
+  Json lootData;  // the game-data file of names and pictures
   std::vector<LoginMessage> loginMessages;
   std::map<std::string, PreparedMessage> messages;
 
@@ -119,7 +119,7 @@ struct WorldData {
     const auto found = definitionIndex.find(lootName);
     return found == definitionIndex.end() ? nullptr : &definitions[found->second];
   }
-  const Recipe* FindRecipe(const std::string& recipeName) const {
+  const PlatformRecipe* FindRecipe(const std::string& recipeName) const {
     const auto found = recipeIndex.find(recipeName);
     return found == recipeIndex.end() ? nullptr : &recipes[found->second];
   }

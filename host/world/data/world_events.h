@@ -18,7 +18,7 @@ struct WorldResponse {
   int status = 200;
   std::string contentType;
   std::string body;
-  std::string message;  // failure text of a status of 400 or above
+  std::string message;  // why, for a status of 400 or above
 };
 
 }  // namespace Kest::Host

@@ -1,5 +1,5 @@
-// Quantities of recipes as the service writes them: a whole number, or "+", "-", "*", "/" and
-// parentheses over whole numbers ("2 * (3 + 1)"). Division cuts toward zero.
+// Quantities of recipes as the service writes them: an integer, or "+", "-", "*", "/" and
+// parentheses over integers ("2 * (3 + 1)"). Division truncates toward zero.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace Kest::Host {
 
-// The value; nothing for a text of another form, a division by zero or a value beyond 64 bits.
+// The value; nothing for a string of another form, a division by zero or a value beyond 64 bits.
 std::optional<int64_t> EvaluateQuantity(std::string_view expression);
 
 }  // namespace Kest::Host

@@ -26,33 +26,33 @@ constexpr CollectionLayout kLayouts[] = {
 };
 
 std::string OptionalText(FieldReader& fields, std::string_view name) {
-  return name.empty() ? std::string() : fields.TextOr(name, "");
+  return name.empty() ? std::string() : fields.StringOr(name, "");
 }
 
-void ReadCollectible(const JsonValue& value, const CollectionLayout& layout, IssueReport& report,
-                     Collections& collections) {
+void ReadCollectible(const Json& value, const CollectionLayout& layout, IssueReport& report,
+                     PlatformCollections& collections) {
   FieldReader fields(value, report);
-  const int64_t id = fields.Whole("id", 0, FieldReader::kMax32);
+  const int64_t id = fields.Integer("id", 0, FieldReader::kMax32);
   Collectible thing;
-  thing.name = fields.Text("name");
+  thing.name = fields.String("name");
   thing.tilePath = OptionalText(fields, layout.tilePath);
   thing.splashPath = OptionalText(fields, layout.splashPath);
   thing.shadowPath = OptionalText(fields, layout.shadowPath);
-  if (layout.hasDescription) thing.description = fields.TextOr("description", "");
-  thing.ownership.owned = fields.FlagOr("owned", false);
+  if (layout.hasDescription) thing.description = fields.StringOr("description", "");
+  thing.ownership.owned = fields.BoolOr("owned", false);
   if (CanBeRented(layout.collection)) {
-    thing.ownership.rented = fields.FlagOr("rented", false);
-    thing.ownership.freeToPlayReward = fields.FlagOr("freeToPlayReward", false);
+    thing.ownership.rented = fields.BoolOr("rented", false);
+    thing.ownership.freeToPlayReward = fields.BoolOr("freeToPlayReward", false);
   }
   fields.Finish();
   if (layout.collection == Collection::kSkins &&
       collections.Find(Collection::kChampions, ChampionOfSkin(id)) == nullptr) {
-    report.Add(fields.Place("id"), "no champion has the id " + std::to_string(ChampionOfSkin(id)) +
-                                       " of skin " + std::to_string(id));
+    report.Add(fields.At("id"), "no champion has the id " + std::to_string(ChampionOfSkin(id)) +
+                                    " of skin " + std::to_string(id));
   }
   if (!collections[layout.collection].emplace(id, std::move(thing)).second) {
-    report.Add(fields.Place("id"), "id " + std::to_string(id) + " stands twice in \"" +
-                                       std::string(layout.list) + "\"");
+    report.Add(fields.At("id"),
+               "duplicate id " + std::to_string(id) + " in \"" + std::string(layout.list) + "\"");
   }
 }
 
@@ -60,7 +60,7 @@ void ReadCollectible(const JsonValue& value, const CollectionLayout& layout, Iss
 
 void ReadCollections(FieldReader& world, IssueReport& report, WorldData& data) {
   for (const CollectionLayout& layout : kLayouts) {
-    for (const JsonValue& value : world.ListOr(layout.list)) {
+    for (const Json& value : world.ListOr(layout.list)) {
       ReadCollectible(value, layout, report, data.collections);
       if (report.failed()) return;
     }

@@ -5,13 +5,13 @@
 namespace Kest::Host {
 
 Maybe<WorldData> ReadWorldFile(std::string_view text, std::string_view fileName) {
-  const auto json = ReadJson(text);
-  if (!json) return Failure{DescribeIssue(fileName, json.GetFailure()), 400};
+  const auto document = Document::FromYaml(fileName, text);
+  if (!document) return document.GetFailure();
 
   WorldData data;
-  IssueReport report;
-  FieldReader world(json.GetValue(), report);
-  data.name = world.Text("name");
+  IssueReport report(document.GetValue());
+  FieldReader world(document.GetValue().root(), report);
+  data.name = world.String("name");
   ReadCollections(world, report, data);
   ReadDefinitions(world, report, data);
   ReadQueries(world, report, data);
@@ -23,7 +23,7 @@ Maybe<WorldData> ReadWorldFile(std::string_view text, std::string_view fileName)
   ReadMessages(world, report, data);
   ReadLootData(world, report, data);
   world.Finish();
-  if (report.failed()) return Failure{DescribeIssue(fileName, report.issue()), 400};
+  if (report.failed()) return report.failure();
   return data;
 }
 

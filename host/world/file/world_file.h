@@ -1,5 +1,5 @@
 // Reads a world file into WorldData and checks that it holds together: every name refers to
-// something, every id stands once. docs/worlds.md describes the format.
+// something, every id is unique. docs/worlds.md describes the format.
 #pragma once
 
 #include <string_view>
@@ -9,7 +9,7 @@
 
 namespace Kest::Host {
 
-// The failure text is "file:line:column: message".
+// The failure message is "file:line:column: message".
 Maybe<WorldData> ReadWorldFile(std::string_view text, std::string_view fileName);
 
 }  // namespace Kest::Host

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "host/json/json_text.h"
 #include "host/world/file/quantity_expression.h"
 #include "host/world/file/world_sections.h"
 
@@ -10,29 +11,30 @@ namespace {
 
 constexpr int64_t kMin32 = FieldReader::kMin32;
 constexpr int64_t kMax32 = FieldReader::kMax32;
-constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
+constexpr int64_t kMax64 = FieldReader::kMax64;
 
 LootDefinition ReadDefinition(FieldReader& fields) {
   LootDefinition definition;
-  definition.lootName = fields.Text("lootName");
-  definition.asset = fields.TextOr("asset", "");
-  definition.type = fields.Text("type");
-  definition.rarity = fields.TextOr("rarity", "DEFAULT");
-  definition.value = fields.WholeOr("value", 0, kMin32, kMax32);
-  definition.storeItemId = fields.WholeOr("storeItemId", -1, -1, kMax32);
-  definition.upgradeLootName = fields.TextOr("upgradeLootName", "");
-  definition.expiryTime = fields.WholeOr("expiryTime", -1, -1, kMax64);
-  definition.tags = fields.TextOr("tags", "");
-  definition.displayCategories = fields.TextOr("displayCategories", "");
-  definition.rentalSeconds = fields.WholeOr("rentalSeconds", 0, 0, kMax64);
-  definition.rentalGames = fields.WholeOr("rentalGames", 0, 0, kMax32);
+  definition.lootName = fields.String("lootName");
+  definition.asset = fields.StringOr("asset", "");
+  definition.type = fields.String("type");
+  definition.rarity = fields.StringOr("rarity", "DEFAULT");
+  definition.value = fields.IntegerOr("value", 0, kMin32, kMax32);
+  definition.storeItemId = fields.IntegerOr("storeItemId", -1, -1, kMax32);
+  definition.upgradeLootName = fields.StringOr("upgradeLootName", "");
+  definition.expiryTime = fields.IntegerOr("expiryTime", -1, -1, kMax64);
+  definition.tags = fields.StringOr("tags", "");
+  definition.displayCategories = fields.StringOr("displayCategories", "");
+  definition.rentalSeconds = fields.IntegerOr("rentalSeconds", 0, 0, kMax64);
+  definition.rentalGames = fields.IntegerOr("rentalGames", 0, 0, kMax32);
   return definition;
 }
 
 // What can go wrong with a definition by itself.
-std::string DefinitionFault(const LootDefinition& definition, const Collections& collections) {
+std::string DefinitionFault(const LootDefinition& definition,
+                            const PlatformCollections& collections) {
   if (definition.lootName.find_first_of("-/?#") != std::string::npos) {
-    return "loot name " + QuoteJson(definition.lootName) +
+    return "loot name " + JsonString(definition.lootName) +
            " must not hold \"-\", \"/\", \"?\" or \"#\": loot ids are cut there";
   }
   const auto collection = CollectionOfLootType(definition.type);
@@ -50,127 +52,110 @@ bool IsLoot(const WorldData& data, const std::string& text) {
 }
 
 int64_t ReadQuantity(FieldReader& fields, IssueReport& report, std::string& expression) {
-  expression = fields.TextOr("quantityExpression", "1");
+  expression = fields.StringOr("quantityExpression", "1");
   const auto quantity = EvaluateQuantity(expression);
   if (quantity && *quantity >= 1 && *quantity <= kMax32) return *quantity;
-  report.Add(fields.Place("quantityExpression"),
-             "quantity " + QuoteJson(expression) +
+  report.Add(fields.At("quantityExpression"),
+             "quantity " + JsonString(expression) +
                  " is not a sum, difference, product or quotient of "
-                 "whole numbers that gives at least 1");
+                 "integers that gives at least 1");
   return 1;
 }
 
 // The names that a query stands for: its entry, or the definition of that name.
-void ResolveQuery(const WorldData& data, TextPosition place, IssueReport& report,
-                  RecipeSlot& slot) {
-  for (const JsonValue::Member& query : data.queries) {
-    if (query.name != slot.query) continue;
-    if (const std::string* single = query.value.AsText()) slot.accepted.insert(*single);
-    if (const JsonValue::Array* list = query.value.AsArray()) {
-      for (const JsonValue& name : *list) slot.accepted.insert(*name.AsText());
-    }
-    return;
-  }
-  if (data.FindDefinition(slot.query) != nullptr) {
+void ResolveQuery(const WorldData& data, const Json& part, IssueReport& report,
+                  PlatformRecipeSlot& slot) {
+  if (const auto query = data.queries.find(slot.query); query != data.queries.end()) {
+    // Iterating over a single string gives that string.
+    for (const Json& name : *query) slot.accepted.insert(name.get<std::string>());
+  } else if (data.FindDefinition(slot.query) != nullptr) {
     slot.accepted.insert(slot.query);
   } else {
-    report.Add(place, QuoteJson(slot.query) + " is neither a query nor a loot name");
+    report.Add(part, JsonString(slot.query) + " is neither a query nor a loot name");
   }
 }
 
-RecipeSlot ReadSlot(const JsonValue& value, IssueReport& report, const WorldData& data) {
-  RecipeSlot slot;
+PlatformRecipeSlot ReadSlot(const Json& value, IssueReport& report, const WorldData& data) {
+  PlatformRecipeSlot slot;
   FieldReader fields(value, report);
-  slot.slotNumber = fields.Whole("slotNumber", 0, kMax32);
-  slot.query = fields.Text("query");
+  slot.slotNumber = fields.Integer("slotNumber", 0, kMax32);
+  slot.query = fields.String("query");
   slot.quantity = ReadQuantity(fields, report, slot.quantityExpression);
   fields.Finish();
-  ResolveQuery(data, fields.Place("query"), report, slot);
+  ResolveQuery(data, fields.At("query"), report, slot);
   return slot;
 }
 
-RecipeOutput ReadOutput(const JsonValue& value, IssueReport& report, const WorldData& data) {
-  RecipeOutput output;
+PlatformRecipeOutput ReadOutput(const Json& value, IssueReport& report, const WorldData& data) {
+  PlatformRecipeOutput output;
   FieldReader fields(value, report);
-  output.lootName = fields.Text("lootName");
+  output.lootName = fields.String("lootName");
   output.quantity = ReadQuantity(fields, report, output.quantityExpression);
   output.probability = fields.NumberOr("probability", 1, 0, 1);
-  output.allowDuplicates = fields.FlagOr("allowDuplicates", true);
+  output.allowDuplicates = fields.BoolOr("allowDuplicates", true);
   fields.Finish();
   if (data.FindDefinition(output.lootName) == nullptr && !data.odds.contains(output.lootName)) {
-    report.Add(fields.Place("lootName"),
-               QuoteJson(output.lootName) + " is neither a loot name nor an odds table");
+    report.Add(fields.At("lootName"),
+               JsonString(output.lootName) + " is neither a loot name nor an odds table");
   }
   return output;
 }
 
-JsonValue ReadTexts(FieldReader& fields, IssueReport& report, std::string_view name) {
-  JsonValue::Object texts;
-  const JsonValue* value = fields.Find(name);
-  if (value == nullptr) return texts;
-  FieldReader members(*value, report);
-  if (const JsonValue::Object* object = value->AsObject()) {
-    for (const JsonValue::Member& member : *object) {
-      texts.push_back({member.name, members.TextOr(member.name, "")});
-    }
+const Json& ReadStringMap(FieldReader& fields, IssueReport& report, std::string_view name) {
+  const Json& strings = fields.ObjectOr(name);
+  for (const auto& [key, value] : strings.items()) {
+    if (!value.is_string()) report.Add(value, JsonString(key) + " must be a string");
   }
-  return texts;
+  return strings;
 }
 
-JsonValue ToJson(const std::vector<std::string>& texts) {
-  return JsonValue::Array(texts.begin(), texts.end());
-}
-
-JsonValue ReadDescriptions(FieldReader& metadata, IssueReport& report, std::string_view name) {
-  JsonValue::Array descriptions;
-  for (const JsonValue& value : metadata.ListOr(name)) {
+Json ReadDescriptions(FieldReader& metadata, IssueReport& report, std::string_view name) {
+  Json descriptions = Json::array();
+  for (const Json& value : metadata.ListOr(name)) {
     FieldReader fields(value, report);
     descriptions.push_back(
-        JsonValue::Object{{"lootName", fields.Text("lootName")},
-                          {"childLootTableNames", ToJson(fields.TextsOr("childLootTableNames"))},
-                          {"localizationMap", ReadTexts(fields, report, "localizationMap")},
-                          {"localizationLongDescriptionMap",
-                           ReadTexts(fields, report, "localizationLongDescriptionMap")}});
+        Json{{"lootName", fields.String("lootName")},
+             {"childLootTableNames", fields.StringsOr("childLootTableNames")},
+             {"localizationMap", ReadStringMap(fields, report, "localizationMap")},
+             {"localizationLongDescriptionMap",
+              ReadStringMap(fields, report, "localizationLongDescriptionMap")}});
     fields.Finish();
   }
   return descriptions;
 }
 
-JsonValue ReadMetadata(FieldReader& recipe, IssueReport& report) {
-  static const JsonValue kNone{JsonValue::Object()};
-  const JsonValue* value = recipe.Find("metadata");
-  FieldReader fields(value == nullptr ? kNone : *value, report);
-  JsonValue metadata = JsonValue::Object{
+Json ReadMetadata(FieldReader& recipe, IssueReport& report) {
+  FieldReader fields(recipe.ObjectOr("metadata"), report);
+  Json metadata = {
       {"guaranteedDescriptions", ReadDescriptions(fields, report, "guaranteedDescriptions")},
       {"bonusDescriptions", ReadDescriptions(fields, report, "bonusDescriptions")},
-      {"tooltipsDisabled", fields.FlagOr("tooltipsDisabled", false)}};
+      {"tooltipsDisabled", fields.BoolOr("tooltipsDisabled", false)}};
   fields.Finish();
   return metadata;
 }
 
-Recipe ReadRecipe(FieldReader& fields, IssueReport& report, const WorldData& data) {
-  Recipe recipe;
-  recipe.recipeName = fields.Text("recipeName");
-  recipe.type = fields.Text("type");
-  recipe.displayCategories = fields.TextOr("displayCategories", "");
-  recipe.crafterName = fields.TextOr("crafterName", "");
-  for (const JsonValue& slot : fields.ListOr("slots")) {
+PlatformRecipe ReadRecipe(FieldReader& fields, IssueReport& report, const WorldData& data) {
+  PlatformRecipe recipe;
+  recipe.recipeName = fields.String("recipeName");
+  recipe.type = fields.String("type");
+  recipe.displayCategories = fields.StringOr("displayCategories", "");
+  recipe.crafterName = fields.StringOr("crafterName", "");
+  for (const Json& slot : fields.ListOr("slots")) {
     recipe.slots.push_back(ReadSlot(slot, report, data));
   }
-  for (const JsonValue& output : fields.ListOr("outputs")) {
+  for (const Json& output : fields.ListOr("outputs")) {
     recipe.outputs.push_back(ReadOutput(output, report, data));
   }
   recipe.metadata = ReadMetadata(fields, report);
   fields.Finish();
-  if (recipe.slots.empty()) report.Add(fields.Place("slots"), "a recipe needs at least one slot");
+  if (recipe.slots.empty()) report.Add(fields.At("slots"), "a recipe needs at least one slot");
   std::sort(recipe.slots.begin(), recipe.slots.end(),
             [](const auto& a, const auto& b) { return a.slotNumber < b.slotNumber; });
   const auto twice =
       std::adjacent_find(recipe.slots.begin(), recipe.slots.end(),
                          [](const auto& a, const auto& b) { return a.slotNumber == b.slotNumber; });
   if (twice != recipe.slots.end()) {
-    report.Add(fields.Place("slots"),
-               "slot number " + std::to_string(twice->slotNumber) + " stands twice");
+    report.Add(fields.At("slots"), "duplicate slot number " + std::to_string(twice->slotNumber));
   }
   return recipe;
 }
@@ -178,16 +163,15 @@ Recipe ReadRecipe(FieldReader& fields, IssueReport& report, const WorldData& dat
 }  // namespace
 
 void ReadDefinitions(FieldReader& world, IssueReport& report, WorldData& data) {
-  const JsonValue::Array& list = world.ListOr("definitions");
-  for (const JsonValue& value : list) {
+  const Json& list = world.ListOr("definitions");
+  for (const Json& value : list) {
     FieldReader fields(value, report);
     LootDefinition definition = ReadDefinition(fields);
     fields.Finish();
     const std::string fault = DefinitionFault(definition, data.collections);
-    if (!fault.empty()) report.Add(value.position(), fault);
+    if (!fault.empty()) report.Add(value, fault);
     if (!data.definitionIndex.emplace(definition.lootName, data.definitions.size()).second) {
-      report.Add(fields.Place("lootName"),
-                 "loot name " + QuoteJson(definition.lootName) + " is defined twice");
+      report.Add(fields.At("lootName"), "duplicate loot name " + JsonString(definition.lootName));
     }
     data.definitions.push_back(std::move(definition));
     if (report.failed()) return;
@@ -195,66 +179,56 @@ void ReadDefinitions(FieldReader& world, IssueReport& report, WorldData& data) {
   for (size_t i = 0; i < list.size(); ++i) {
     const std::string& upgrade = data.definitions[i].upgradeLootName;
     if (!upgrade.empty() && data.FindDefinition(upgrade) == nullptr) {
-      report.Add(list[i].Find("upgradeLootName")->position(),
-                 "unknown loot name " + QuoteJson(upgrade));
+      report.Add(list[i]["upgradeLootName"], "unknown loot name " + JsonString(upgrade));
     }
   }
 }
 
 void ReadQueries(FieldReader& world, IssueReport& report, WorldData& data) {
-  const JsonValue* queries = world.Find("queries");
-  if (queries == nullptr) return;
-  FieldReader fields(*queries, report);
-  if (report.failed()) return;
-  for (const JsonValue::Member& query : *queries->AsObject()) {
-    const bool isSingle = query.value.AsText() != nullptr;
-    const JsonValue single = JsonValue::Array{query.value};
-    const JsonValue& list = isSingle ? single : query.value;
-    if (list.AsArray() == nullptr) {
-      report.Add(query.value.position(), "a query holds a loot name or a list of them");
+  data.queries = world.ObjectOr("queries");
+  for (const Json& query : world.ObjectOr("queries")) {
+    if (!query.is_string() && !query.is_array()) {
+      report.Add(query, "a query must be a loot name or a list of them");
       return;
     }
-    for (const JsonValue& name : *list.AsArray()) {
-      if (name.AsText() != nullptr && IsLoot(data, *name.AsText())) continue;
-      report.Add(name.position(), "unknown loot name " + WriteJson(name));
+    for (const Json& name : query) {  // of a single string: that string
+      const auto* text = name.get_ptr<const std::string*>();
+      if (text != nullptr && IsLoot(data, *text)) continue;
+      report.Add(name, "unknown loot name " + WriteJson(name));
     }
-    data.queries.push_back(query);
   }
 }
 
 void ReadOdds(FieldReader& world, IssueReport& report, WorldData& data) {
-  const JsonValue* odds = world.Find("odds");
-  if (odds == nullptr) return;
-  FieldReader tables(*odds, report);
-  if (report.failed()) return;
-  for (const JsonValue::Member& table : *odds->AsObject()) {
-    if (data.FindDefinition(table.name) != nullptr) {
-      report.Add(table.position, QuoteJson(table.name) + " is a loot name already");
+  const Json& odds = world.ObjectOr("odds");
+  FieldReader tables(odds, report);
+  for (const auto& [name, table] : odds.items()) {
+    if (data.FindDefinition(name) != nullptr) {
+      report.AddToName(table, JsonString(name) + " is a loot name already");
     }
-    std::vector<OddsEntry>& entries = data.odds[table.name];
-    for (const JsonValue& value : tables.ListOr(table.name)) {
+    std::vector<OddsEntry>& entries = data.odds[name];
+    for (const Json& value : tables.ListOr(name)) {
       FieldReader fields(value, report);
       OddsEntry entry;
-      entry.lootName = fields.Text("lootName");
-      entry.weight = fields.WholeOr("weight", 1, 1, 1'000'000);
-      entry.quantity = fields.WholeOr("quantity", 1, 1, 1'000'000);
+      entry.lootName = fields.String("lootName");
+      entry.weight = fields.IntegerOr("weight", 1, 1, 1'000'000);
+      entry.quantity = fields.IntegerOr("quantity", 1, 1, 1'000'000);
       fields.Finish();
       if (data.FindDefinition(entry.lootName) == nullptr) {
-        report.Add(fields.Place("lootName"), "unknown loot name " + QuoteJson(entry.lootName));
+        report.Add(fields.At("lootName"), "unknown loot name " + JsonString(entry.lootName));
       }
       entries.push_back(std::move(entry));
     }
-    if (entries.empty()) report.Add(table.position, "an odds table needs at least one entry");
+    if (entries.empty()) report.AddToName(table, "an odds table needs at least one entry");
   }
 }
 
 void ReadRecipes(FieldReader& world, IssueReport& report, WorldData& data) {
-  for (const JsonValue& value : world.ListOr("recipes")) {
+  for (const Json& value : world.ListOr("recipes")) {
     FieldReader fields(value, report);
-    Recipe recipe = ReadRecipe(fields, report, data);
+    PlatformRecipe recipe = ReadRecipe(fields, report, data);
     if (!data.recipeIndex.emplace(recipe.recipeName, data.recipes.size()).second) {
-      report.Add(fields.Place("recipeName"),
-                 "recipe name " + QuoteJson(recipe.recipeName) + " is defined twice");
+      report.Add(fields.At("recipeName"), "duplicate recipe name " + JsonString(recipe.recipeName));
     }
     data.recipes.push_back(std::move(recipe));
     if (report.failed()) return;

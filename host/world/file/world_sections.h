@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/world/data/world_data.h"
-#include "host/world/json/field_reader.h"
+#include "host/world/input/field_reader.h"
 
 namespace Kest::Host {
 
@@ -18,8 +18,8 @@ void ReadConfiguration(FieldReader& world, IssueReport& report, WorldData& data)
 void ReadMessages(FieldReader& world, IssueReport& report, WorldData& data);
 void ReadLootData(FieldReader& world, IssueReport& report, WorldData& data);
 
-// One waiting message; its content stands in "params" (texts) or in "body" (any value, which
-// becomes the only text).
-LoginMessage ReadLoginMessage(const JsonValue& value, IssueReport& report);
+// One waiting message; its content is in "params" (strings) or in "body" (any value, which
+// becomes the only string).
+LoginMessage ReadLoginMessage(const Json& value, IssueReport& report);
 
 }  // namespace Kest::Host

@@ -1,6 +1,6 @@
 #include "host/world/loot/craft.h"
 
-#include "host/world/json/field_reader.h"
+#include "host/world/input/field_reader.h"
 #include "host/world/loot/ingredients.h"
 #include "host/world/loot/outputs.h"
 
@@ -15,14 +15,14 @@ struct CraftOrder {
   int64_t repeat = 1;
 };
 
-CraftOrder ReadOrder(const JsonValue& request, IssueReport& report) {
+CraftOrder ReadOrder(const Json& request, IssueReport& report) {
   FieldReader fields(request, report);
   CraftOrder order;
-  order.recipeName = fields.Text("recipeName");
-  order.repeat = fields.WholeOr("repeat", 1, 1, kMaxRepeat);
-  for (const JsonValue& value : fields.ListOr("lootNameRefIds")) {
+  order.recipeName = fields.String("recipeName");
+  order.repeat = fields.IntegerOr("repeat", 1, 1, kMaxRepeat);
+  for (const Json& value : fields.ListOr("lootNameRefIds")) {
     FieldReader item(value, report);
-    order.items.push_back({item.Text("lootName"), item.TextOr("refId", "")});
+    order.items.push_back({item.String("lootName"), item.StringOr("refId", "")});
   }
   return order;
 }
@@ -36,13 +36,13 @@ std::string FirstRefId(const std::vector<LootKey>& items) {
 
 }  // namespace
 
-Transaction Craft(const WorldData& data, const JsonValue& request, Inventory& inventory,
-                  const Collections& collections, SeededRandom& random) {
-  IssueReport report;
-  const CraftOrder order = ReadOrder(request, report);
-  if (report.failed()) return Refused("INVALID_REQUEST", DescribeIssue("request", report.issue()));
+Transaction Craft(const WorldData& data, const Document& request, Inventory& inventory,
+                  const PlatformCollections& collections, SeededRandom& random) {
+  IssueReport report(request);
+  const CraftOrder order = ReadOrder(request.root(), report);
+  if (report.failed()) return Refused("INVALID_REQUEST", report.failure().text);
 
-  const Recipe* recipe = data.FindRecipe(order.recipeName);
+  const PlatformRecipe* recipe = data.FindRecipe(order.recipeName);
   if (recipe == nullptr) return Refused("INVALID_RECIPE", "no recipe " + order.recipeName);
 
   const auto taken = TakeIngredients(*recipe, order.items, order.repeat);
@@ -58,7 +58,7 @@ Transaction Craft(const WorldData& data, const JsonValue& request, Inventory& in
   transaction.added = RollOutputs(data, *recipe, order.repeat, inventory, collections,
                                   FirstRefId(order.items), random);
   if (!inventory.CanApply(transaction.removed, transaction.added)) {
-    return Refused("INVENTORY_FULL", "no room for the outputs of " + order.recipeName);
+    return Refused("INVENTORY_FULL", "no capacity for the outputs of " + order.recipeName);
   }
   ApplyTransaction(transaction, data, inventory);
   return transaction;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/world/data/seeded_random.h"
+#include "host/world/input/document.h"
 #include "host/world/loot/transaction.h"
 
 namespace Kest::Host {
@@ -10,7 +11,7 @@ namespace Kest::Host {
 // "OK": "INVALID_REQUEST", "INVALID_RECIPE" (no such recipe), "INVALID_INGREDIENTS" (they do not
 // fit the slots), "MISSING_INGREDIENTS" (the player holds fewer), "INVENTORY_FULL" (a count would
 // leave 32 bits). Any of these leaves everything as it was.
-Transaction Craft(const WorldData& data, const JsonValue& request, Inventory& inventory,
-                  const Collections& collections, SeededRandom& random);
+Transaction Craft(const WorldData& data, const Document& request, Inventory& inventory,
+                  const PlatformCollections& collections, SeededRandom& random);
 
 }  // namespace Kest::Host

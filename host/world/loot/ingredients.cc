@@ -2,109 +2,107 @@
 
 #include <deque>
 #include <optional>
+#include <utility>
 
 namespace Kest::Host {
 namespace {
 
-// Room for one named item: the whole of a slot, or one unit of it.
+// What one named item fills: a whole slot, or one unit of it.
 struct Place {
-  const RecipeSlot* slot;
+  const PlatformRecipeSlot* slot;
   int64_t quantity;
 };
 
-// One place per slot, or one per unit, whichever the number of items asks for.
-std::optional<std::vector<Place>> PlacesFor(const Recipe& recipe, size_t itemCount) {
+// One place per slot, or one per unit, depending on the number of items.
+std::optional<std::vector<Place>> PlacesFor(const PlatformRecipe& recipe, size_t itemCount) {
   std::vector<Place> places;
   int64_t units = 0;
-  for (const RecipeSlot& slot : recipe.slots) {
+  for (const PlatformRecipeSlot& slot : recipe.slots) {
     places.push_back({&slot, slot.quantity});
     units += slot.quantity;
   }
   if (itemCount == places.size()) return places;
   if (static_cast<int64_t>(itemCount) != units) return std::nullopt;
   places.clear();
-  for (const RecipeSlot& slot : recipe.slots) {
+  for (const PlatformRecipeSlot& slot : recipe.slots) {
     places.insert(places.end(), static_cast<size_t>(slot.quantity), Place{&slot, 1});
   }
   return places;
 }
 
-// Assigns items to places one by one. When an item finds only taken places, those who hold them
-// move on if they can.
-class Seating {
+// Matches each item with a place of its own: Kuhn's algorithm, its search breadth-first.
+class BipartiteMatcher {
  public:
-  Seating(const std::vector<Place>& places, const std::vector<LootKey>& items)
+  BipartiteMatcher(const std::vector<Place>& places, const std::vector<LootKey>& items)
       : places_(places),
         items_(items),
-        holder_(places.size(), kNobody),
-        seat_(items.size(), kNobody) {}
+        itemAt_(places.size(), kNone),
+        placeOf_(items.size(), kNone) {}
 
-  bool Seat(size_t item) {
-    std::vector<size_t> askedBy(places_.size(), kNobody);
-    std::deque<size_t> asking = {item};
-    while (!asking.empty()) {
-      const size_t current = asking.front();
-      asking.pop_front();
+  // False: no augmenting path leads from `item` to a free place; the matching stays as it is.
+  bool TryAssign(size_t item) {
+    std::vector<size_t> reachedFrom(places_.size(), kNone);
+    std::deque<size_t> waiting = {item};
+    while (!waiting.empty()) {
+      const size_t current = waiting.front();
+      waiting.pop_front();
       for (size_t place = 0; place < places_.size(); ++place) {
-        if (askedBy[place] != kNobody || !Accepts(place, items_[current])) continue;
-        askedBy[place] = current;
-        if (holder_[place] == kNobody) {
-          MoveUp(item, place, askedBy);
+        if (reachedFrom[place] != kNone || !Accepts(place, items_[current])) continue;
+        reachedFrom[place] = current;
+        if (itemAt_[place] == kNone) {
+          ApplyAugmentingPath(place, reachedFrom);
           return true;
         }
-        asking.push_back(holder_[place]);
+        waiting.push_back(itemAt_[place]);
       }
     }
     return false;
   }
 
-  const Place& PlaceOf(size_t item) const { return places_[seat_[item]]; }
+  const Place& PlaceOf(size_t item) const { return places_[placeOf_[item]]; }
 
  private:
-  static constexpr size_t kNobody = static_cast<size_t>(-1);
+  static constexpr size_t kNone = static_cast<size_t>(-1);
 
   bool Accepts(size_t place, const LootKey& key) const {
     const auto& accepted = places_[place].slot->accepted;
     return accepted.contains(key.lootName) || accepted.contains(key.LootId());
   }
 
-  // Ends with `item` seated; everyone on the way takes the place he asked for.
-  void MoveUp(size_t item, size_t place, const std::vector<size_t>& askedBy) {
-    while (true) {
-      const size_t mover = askedBy[place];
-      const size_t left = seat_[mover];
-      holder_[place] = mover;
-      seat_[mover] = place;
-      if (mover == item) return;
-      place = left;
+  // Back along the path from its free end: each item takes the place that was reached from it.
+  void ApplyAugmentingPath(size_t place, const std::vector<size_t>& reachedFrom) {
+    while (place != kNone) {
+      const size_t item = reachedFrom[place];
+      itemAt_[place] = item;
+      std::swap(placeOf_[item], place);
     }
   }
 
   const std::vector<Place>& places_;
   const std::vector<LootKey>& items_;
-  std::vector<size_t> holder_;  // by place
-  std::vector<size_t> seat_;    // by item
+  std::vector<size_t> itemAt_;   // by place
+  std::vector<size_t> placeOf_;  // by item
 };
 
 }  // namespace
 
-Maybe<LootCounts> TakeIngredients(const Recipe& recipe, const std::vector<LootKey>& items,
-                                  int64_t repeat) {
+Maybe<CountsByKey> TakeIngredients(const PlatformRecipe& recipe, const std::vector<LootKey>& items,
+                                   int64_t repeat) {
   const auto places = PlacesFor(recipe, items.size());
   if (!places) {
     return Failure{"recipe " + recipe.recipeName + " has " + std::to_string(recipe.slots.size()) +
                        " slots, but " + std::to_string(items.size()) + " items were named",
                    400};
   }
-  Seating seating(*places, items);
+  BipartiteMatcher matcher(*places, items);
   for (size_t i = 0; i < items.size(); ++i) {
-    if (seating.Seat(i)) continue;
+    if (matcher.TryAssign(i)) continue;
     return Failure{"no free slot of recipe " + recipe.recipeName + " takes " + items[i].LootId(),
                    400};
   }
-  LootCounts taken;
+  CountsByKey taken;
   for (size_t i = 0; i < items.size(); ++i) {
-    taken[items[i]] += seating.PlaceOf(i).quantity * repeat;
+    taken[items[i]] += matcher.PlaceOf(i).quantity * repeat;
   }
   return taken;
 }

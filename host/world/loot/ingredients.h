@@ -13,8 +13,8 @@ namespace Kest::Host {
 // one item per slot, which then gives the slot's whole quantity, or one item per unit ("three
 // shards": three names). The order does not matter as long as every item finds a slot of its own
 // that accepts it.
-// The failure text says which item or number does not fit.
-Maybe<LootCounts> TakeIngredients(const Recipe& recipe, const std::vector<LootKey>& items,
-                                  int64_t repeat);
+// The failure message says which item or number does not fit.
+Maybe<CountsByKey> TakeIngredients(const PlatformRecipe& recipe, const std::vector<LootKey>& items,
+                                   int64_t repeat);
 
 }  // namespace Kest::Host

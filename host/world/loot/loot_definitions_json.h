@@ -1,4 +1,4 @@
-// The answer to a retrieval: definitions, recipes, queries and inventory.
+// What a retrieval returns: definitions, recipes, queries and inventory.
 #pragma once
 
 #include "host/world/data/world_data.h"
@@ -6,8 +6,8 @@
 namespace Kest::Host {
 
 // A part whose version equals the one in `known` is left out: its list is empty, its version
-// stands.
-JsonValue PlayerLootDefinitionsJson(const WorldData& data, const Inventory& inventory,
-                                    const DefinitionVersions& known);
+// remains.
+Json PlayerLootDefinitionsJson(const WorldData& data, const Inventory& inventory,
+                               const DefinitionVersions& known);
 
 }  // namespace Kest::Host

@@ -1,14 +1,14 @@
 #include "host/world/loot/loot_service.h"
 
 #include "host/world/data/platform_constants.h"
-#include "host/world/json/json_reader.h"
+#include "host/world/input/document.h"
 #include "host/world/loot/craft.h"
 #include "host/world/loot/loot_definitions_json.h"
 #include "host/world/loot/redeem.h"
 
 namespace Kest::Host {
 
-Maybe<JsonValue> LootService::Call(std::string_view method, const JsonValue::Array& arguments) {
+Maybe<Json> LootService::Call(std::string_view method, const Json& arguments) {
   if (method == kRetrievalMethod) return Retrieve(arguments);
   if (method == kClientConfigurationMethod) return data_.clientConfiguration;
   if (method == kCraftMethod || method == kRedeemMethod) return Transact(method, arguments);
@@ -16,27 +16,25 @@ Maybe<JsonValue> LootService::Call(std::string_view method, const JsonValue::Arr
   return Failure{"service loot has no method " + std::string(method), 404};
 }
 
-Maybe<JsonValue> LootService::Retrieve(const JsonValue::Array& arguments) const {
+Maybe<Json> LootService::Retrieve(const Json& arguments) const {
   int64_t known[3] = {};
   bool isGood = arguments.size() == std::size(known);
   for (size_t i = 0; isGood && i < std::size(known); ++i) {
-    const int64_t* version = arguments[i].AsSigned();
-    isGood = version != nullptr;
-    if (isGood) known[i] = *version;
+    isGood = arguments[i].is_number_integer();
+    if (isGood) known[i] = arguments[i].get<int64_t>();
   }
-  if (!isGood) return Failure{"expected three whole numbers: the versions held", 400};
+  if (!isGood) return Failure{"expected three integers: the versions held", 400};
   return PlayerLootDefinitionsJson(data_, inventory_, {known[0], known[1], known[2]});
 }
 
-Maybe<JsonValue> LootService::Transact(std::string_view method, const JsonValue::Array& arguments) {
-  if (arguments.size() != 2 || arguments[0].AsText() == nullptr ||
-      arguments[1].AsText() == nullptr) {
-    return Failure{"expected two texts: the request id and the transaction as JSON", 400};
+Maybe<Json> LootService::Transact(std::string_view method, const Json& arguments) {
+  if (arguments.size() != 2 || !arguments[0].is_string() || !arguments[1].is_string()) {
+    return Failure{"expected two strings: the request id and the transaction as JSON", 400};
   }
-  const auto request = ReadJson(*arguments[1].AsText());
+  const auto request = Document::FromJson("request", arguments[1].get_ref<const std::string&>());
   Transaction transaction;
   if (!request) {
-    transaction = Refused("INVALID_REQUEST", DescribeIssue("request", request.GetFailure()));
+    transaction = Refused("INVALID_REQUEST", request.GetFailure().text);
   } else if (method == kCraftMethod) {
     transaction = Craft(data_, request.GetValue(), inventory_, collections_, random_);
   } else {

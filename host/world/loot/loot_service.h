@@ -1,5 +1,5 @@
 // The platform service "loot": inventory, definitions, craft, redeem and the new-player chest, on
-// real state. Its answers depend on the world, the calls so far and the seed alone.
+// real state. What it returns depends on the world, the calls so far and the seed alone.
 #pragma once
 
 #include <string>
@@ -14,23 +14,24 @@ namespace Kest::Host {
 class LootService {
  public:
   // All must outlive the service.
-  LootService(const WorldData& data, Inventory& inventory, Collections& collections, uint64_t seed)
+  LootService(const WorldData& data, Inventory& inventory, PlatformCollections& collections,
+              uint64_t seed)
       : data_(data), inventory_(inventory), collections_(collections), random_(seed) {}
 
   // Calls a method. A failure is the service's own error: no such method, or arguments of a wrong
   // form. A transaction that is refused is a result with another status word.
-  Maybe<JsonValue> Call(std::string_view method, const JsonValue::Array& arguments);
+  Maybe<Json> Call(std::string_view method, const Json& arguments);
 
   bool newPlayerChestGranted() const { return newPlayerChestGranted_; }
 
  private:
-  Maybe<JsonValue> Retrieve(const JsonValue::Array& arguments) const;
-  Maybe<JsonValue> Transact(std::string_view method, const JsonValue::Array& arguments);
+  Maybe<Json> Retrieve(const Json& arguments) const;
+  Maybe<Json> Transact(std::string_view method, const Json& arguments);
   Transaction GrantNewPlayerChest();
 
   const WorldData& data_;
   Inventory& inventory_;
-  Collections& collections_;
+  PlatformCollections& collections_;
   SeededRandom random_;
   bool newPlayerChestGranted_ = false;
 };

@@ -4,14 +4,14 @@
 #include <iterator>
 
 #include "host/world/data/platform_constants.h"
-#include "host/world/json/field_reader.h"
+#include "host/world/input/field_reader.h"
 
 namespace Kest::Host {
 namespace {
 
 class Roll {
  public:
-  Roll(const WorldData& data, const Inventory& inventory, const Collections& collections,
+  Roll(const WorldData& data, const Inventory& inventory, const PlatformCollections& collections,
        const std::string& refId, SeededRandom& random)
       : data_(data),
         inventory_(inventory),
@@ -19,7 +19,7 @@ class Roll {
         refId_(refId),
         random_(random) {}
 
-  void Add(const RecipeOutput& output) {
+  void Add(const PlatformRecipeOutput& output) {
     if (random_.Fraction() >= output.probability) return;
     const auto table = data_.odds.find(output.lootName);
     if (table == data_.odds.end()) {
@@ -30,13 +30,13 @@ class Roll {
     AddCount(KeyOf(entry.lootName), output.quantity * entry.quantity);
   }
 
-  LootCounts Take() { return std::move(added_); }
+  CountsByKey Take() { return std::move(added_); }
 
  private:
   LootKey KeyOf(const std::string& lootName) {
     if (data_.FindDefinition(lootName)->type != kChampionTokenType) return {lootName, ""};
     if (!refId_.empty()) return {lootName, refId_};
-    const Collections::Table& champions = collections_[Collection::kChampions];
+    const PlatformCollections::Table& champions = collections_[Collection::kChampions];
     if (champions.empty()) return {lootName, "0"};
     const auto step = static_cast<std::ptrdiff_t>(random_.Below(champions.size()));
     return {lootName, std::to_string(std::next(champions.begin(), step)->first)};
@@ -79,20 +79,20 @@ class Roll {
 
   const WorldData& data_;
   const Inventory& inventory_;
-  const Collections& collections_;
+  const PlatformCollections& collections_;
   const std::string& refId_;
   SeededRandom& random_;
-  LootCounts added_;
+  CountsByKey added_;
 };
 
 }  // namespace
 
-LootCounts RollOutputs(const WorldData& data, const Recipe& recipe, int64_t repeat,
-                       const Inventory& inventory, const Collections& collections,
-                       const std::string& refId, SeededRandom& random) {
+CountsByKey RollOutputs(const WorldData& data, const PlatformRecipe& recipe, int64_t repeat,
+                        const Inventory& inventory, const PlatformCollections& collections,
+                        const std::string& refId, SeededRandom& random) {
   Roll roll(data, inventory, collections, refId, random);
   for (int64_t round = 0; round < repeat; ++round) {
-    for (const RecipeOutput& output : recipe.outputs) roll.Add(output);
+    for (const PlatformRecipeOutput& output : recipe.outputs) roll.Add(output);
   }
   return roll.Take();
 }

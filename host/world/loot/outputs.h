@@ -10,10 +10,10 @@ namespace Kest::Host {
 
 // Rolls every output `repeat` times by its probability. An output that names an odds table gives
 // one of its entries by weight; where duplicates are not allowed, entries that the player holds or
-// owns already are left aside as long as others remain. A champion token is made out to the
+// owns already are left aside as long as others remain. A champion token is issued for the
 // champion of `refId`, or to a random one when that is empty.
-LootCounts RollOutputs(const WorldData& data, const Recipe& recipe, int64_t repeat,
-                       const Inventory& inventory, const Collections& collections,
-                       const std::string& refId, SeededRandom& random);
+CountsByKey RollOutputs(const WorldData& data, const PlatformRecipe& recipe, int64_t repeat,
+                        const Inventory& inventory, const PlatformCollections& collections,
+                        const std::string& refId, SeededRandom& random);
 
 }  // namespace Kest::Host

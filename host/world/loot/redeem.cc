@@ -1,6 +1,6 @@
 #include "host/world/loot/redeem.h"
 
-#include "host/world/json/field_reader.h"
+#include "host/world/input/field_reader.h"
 
 namespace Kest::Host {
 namespace {
@@ -13,7 +13,7 @@ bool IsRental(std::string_view type) {
 
 // Why the thing cannot be had this way, as a status word; empty when it can.
 std::string_view Obstacle(Collection collection, const LootDefinition& definition,
-                          const Collections& collections) {
+                          const PlatformCollections& collections) {
   if (definition.storeItemId == -1) return "NOT_REDEEMABLE";
   const Collectible* thing = collections.Find(collection, definition.storeItemId);
   if (thing != nullptr && thing->ownership.owned) return "ALREADY_OWNED";
@@ -26,19 +26,20 @@ std::string_view Obstacle(Collection collection, const LootDefinition& definitio
   return champion != nullptr && champion->ownership.owned ? "" : "CHAMPION_NOT_OWNED";
 }
 
-void Acquire(Collection collection, const LootDefinition& definition, Collections& collections) {
+void Acquire(Collection collection, const LootDefinition& definition,
+             PlatformCollections& collections) {
   Ownership& ownership = collections[collection][definition.storeItemId].ownership;
   (IsRental(definition.type) ? ownership.rented : ownership.owned) = true;
 }
 
 }  // namespace
 
-Transaction Redeem(const WorldData& data, const JsonValue& request, Inventory& inventory,
-                   Collections& collections) {
-  IssueReport report;
-  FieldReader fields(request, report);
-  const LootKey key{fields.Text("lootName"), ""};
-  if (report.failed()) return Refused("INVALID_REQUEST", DescribeIssue("request", report.issue()));
+Transaction Redeem(const WorldData& data, const Document& request, Inventory& inventory,
+                   PlatformCollections& collections) {
+  IssueReport report(request);
+  FieldReader fields(request.root(), report);
+  const LootKey key{fields.String("lootName"), ""};
+  if (report.failed()) return Refused("INVALID_REQUEST", report.failure().text);
   if (inventory.Count(key) == 0) return Refused("MISSING_LOOT", "has no " + key.lootName);
 
   const LootDefinition& definition = *data.FindDefinition(key.lootName);

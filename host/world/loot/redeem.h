@@ -1,6 +1,7 @@
 // The loot service's redeem: one item out of the inventory, its thing into the collections.
 #pragma once
 
+#include "host/world/input/document.h"
 #include "host/world/loot/transaction.h"
 
 namespace Kest::Host {
@@ -9,7 +10,7 @@ namespace Kest::Host {
 // is used up. Status words besides "OK": "INVALID_REQUEST", "MISSING_LOOT" (the player holds none),
 // "NOT_REDEEMABLE", "ALREADY_OWNED", "ALREADY_RENTED", "CHAMPION_NOT_OWNED". Any of these leaves
 // everything as it was.
-Transaction Redeem(const WorldData& data, const JsonValue& request, Inventory& inventory,
-                   Collections& collections);
+Transaction Redeem(const WorldData& data, const Document& request, Inventory& inventory,
+                   PlatformCollections& collections);
 
 }  // namespace Kest::Host

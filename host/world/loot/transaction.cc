@@ -8,8 +8,8 @@ int64_t ExpiryTime(const WorldData& data, const LootKey& key) {
   return definition == nullptr ? -1 : definition->expiryTime;
 }
 
-JsonValue RecordsJson(const LootCounts& counts, const WorldData& data) {
-  JsonValue::Array records;
+Json RecordsJson(const CountsByKey& counts, const WorldData& data) {
+  Json records = Json::array();
   for (const auto& [key, count] : counts) {
     records.push_back(LootRecordJson(key, {count, ExpiryTime(data, key)}));
   }
@@ -25,13 +25,12 @@ Transaction Refused(std::string status, std::string details) {
   return transaction;
 }
 
-JsonValue TransactionJson(const Transaction& transaction, const WorldData& data) {
-  return JsonValue::Object{
-      {"status", transaction.status},
-      {"details", transaction.details},
-      {"added", RecordsJson(transaction.added, data)},
-      {"removed", RecordsJson(transaction.removed, data)},
-      {"redeemed", JsonValue::Array(transaction.redeemed.begin(), transaction.redeemed.end())}};
+Json TransactionJson(const Transaction& transaction, const WorldData& data) {
+  return Json{{"status", transaction.status},
+              {"details", transaction.details},
+              {"added", RecordsJson(transaction.added, data)},
+              {"removed", RecordsJson(transaction.removed, data)},
+              {"redeemed", transaction.redeemed}};
 }
 
 void ApplyTransaction(const Transaction& transaction, const WorldData& data, Inventory& inventory) {

@@ -11,8 +11,8 @@ namespace Kest::Host {
 struct Transaction {
   std::string status = "OK";  // any other word: nothing happened
   std::string details;        // why, in words
-  LootCounts added;           // by how much each item grew, and which fell
-  LootCounts removed;
+  CountsByKey added;          // by how much each item grew, and which fell
+  CountsByKey removed;
   std::vector<std::string> redeemed;  // loot names
 };
 
@@ -20,7 +20,7 @@ struct Transaction {
 Transaction Refused(std::string status, std::string details);
 
 // The service's result record. The counts in it are the changes, not what is held afterwards.
-JsonValue TransactionJson(const Transaction& transaction, const WorldData& data);
+Json TransactionJson(const Transaction& transaction, const WorldData& data);
 
 // Takes and gives what `transaction` lists. REQUIRES: inventory.CanApply holds for it.
 void ApplyTransaction(const Transaction& transaction, const WorldData& data, Inventory& inventory);

@@ -34,17 +34,16 @@ std::string ConfigurationPath(const std::string& name) {
   return std::string(kConfigurationPath) + name;
 }
 
-JsonValue LoginMessageJson(const LoginMessage& message, uint64_t accountId) {
-  return JsonValue::Object{
-      {"accountId", accountId},
-      {"msgId", message.msgId},
-      {"type", message.type},
-      {"params", JsonValue::Array(message.params.begin(), message.params.end())}};
+Json LoginMessageJson(const LoginMessage& message, uint64_t accountId) {
+  return Json{{"accountId", accountId},
+              {"msgId", message.msgId},
+              {"type", message.type},
+              {"params", message.params}};
 }
 
 }  // namespace
 
-PlatformSession::PlatformSession(const WorldData& data, const Collections& collections,
+PlatformSession::PlatformSession(const WorldData& data, const PlatformCollections& collections,
                                  ResourceBoard& board)
     : data_(data),
       collections_(collections),
@@ -63,7 +62,7 @@ void PlatformSession::SignIn(Ids ids) {
   PublishSession("IN_PROGRESS");
   ids_ = ids;
   PublishSummoner();
-  TellLoginDataPacket();
+  PublishLoginDataPacket();
   PublishCollections();
   PublishSession("SUCCEEDED");
 }
@@ -88,7 +87,7 @@ void PlatformSession::SetSummonerLevel(int64_t level) {
 
 void PlatformSession::SetLoginMessages(std::vector<LoginMessage> messages) {
   loginMessages_ = std::move(messages);
-  if (ids_) TellLoginDataPacket();
+  if (ids_) PublishLoginDataPacket();
 }
 
 void PlatformSession::Acknowledge(const std::string& msgId) {
@@ -99,13 +98,13 @@ void PlatformSession::Acknowledge(const std::string& msgId) {
 void PlatformSession::SetPhase(const std::optional<std::string>& phase) {
   phase_ = phase;
   if (phase_) {
-    board_.Set(kGameflowPath, JsonValue::Object{{"phase", *phase_}});
+    board_.Set(kGameflowPath, Json{{"phase", *phase_}});
   } else {
     board_.Remove(kGameflowPath);
   }
 }
 
-void PlatformSession::SetConfiguration(const std::string& name, JsonValue value) {
+void PlatformSession::SetConfiguration(const std::string& name, Json value) {
   board_.Set(ConfigurationPath(name), value);
   configuration_[name] = std::move(value);
 }
@@ -118,25 +117,23 @@ bool PlatformSession::RemoveConfiguration(const std::string& name) {
 void PlatformSession::PublishSession(std::string_view state) {
   const Ids ids = ids_.value_or(Ids{});
   board_.Set(kSessionPath,
-             JsonValue::Object{
-                 {"state", state}, {"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
+             Json{{"state", state}, {"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
 }
 
 void PlatformSession::PublishSummoner() {
-  board_.Set(kSummonerPath, JsonValue::Object{{"summonerId", ids_->summonerId},
-                                              {"displayName", data_.player.displayName},
-                                              {"summonerLevel", summonerLevel_}});
+  board_.Set(kSummonerPath, Json{{"summonerId", ids_->summonerId},
+                                 {"displayName", data_.player.displayName},
+                                 {"summonerLevel", summonerLevel_}});
 }
 
-void PlatformSession::TellLoginDataPacket() {
-  JsonValue::Array messages;
+void PlatformSession::PublishLoginDataPacket() {
+  Json messages = Json::array();
   for (const LoginMessage& message : loginMessages_) {
     messages.push_back(LoginMessageJson(message, ids_->accountId));
   }
-  const JsonValue level = JsonValue::Object{{"summonerLevel", summonerLevel_}};
-  board_.Set(kPacketPath, JsonValue::Object{{"allSummonerData",
-                                             JsonValue::Object{{"summonerLevelAndPoints", level}}},
-                                            {"simpleMessages", std::move(messages)}});
+  const Json level = Json{{"summonerLevel", summonerLevel_}};
+  board_.Set(kPacketPath, Json{{"allSummonerData", Json{{"summonerLevelAndPoints", level}}},
+                               {"simpleMessages", std::move(messages)}});
 }
 
 void PlatformSession::Leave() {

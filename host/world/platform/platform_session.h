@@ -21,7 +21,8 @@ class PlatformSession {
   };
 
   // All must outlive the session. Puts the resources on the board that exist without a player.
-  PlatformSession(const WorldData& data, const Collections& collections, ResourceBoard& board);
+  PlatformSession(const WorldData& data, const PlatformCollections& collections,
+                  ResourceBoard& board);
 
   // The same ids again change nothing; other ids leave the present session without deleting its
   // resource, as a change of account does.
@@ -29,37 +30,37 @@ class PlatformSession {
   void SignOut();
   const std::optional<Ids>& ids() const { return ids_; }
 
-  // Tells the collections again; only what changed is announced.
+  // Publishes the collections again; only what changed causes events.
   void PublishCollections();
   void SetSummonerLevel(int64_t level);
-  // Replaces what waits for the player and tells the packet again when someone is signed in.
+  // Replaces what waits for the player and publishes the packet again when a player is signed in.
   void SetLoginMessages(std::vector<LoginMessage> messages);
   // The player has seen a message: the next packet is without it, the present one stays.
   void Acknowledge(const std::string& msgId);
   void SetPhase(const std::optional<std::string>& phase);
-  void SetConfiguration(const std::string& name, JsonValue value);
+  void SetConfiguration(const std::string& name, Json value);
   // False: there is no such value.
   bool RemoveConfiguration(const std::string& name);
 
   int64_t summonerLevel() const { return summonerLevel_; }
   const std::optional<std::string>& phase() const { return phase_; }
-  const std::map<std::string, JsonValue>& configuration() const { return configuration_; }
+  const std::map<std::string, Json>& configuration() const { return configuration_; }
   const std::vector<LoginMessage>& loginMessages() const { return loginMessages_; }
 
  private:
   void PublishSession(std::string_view state);
   void PublishSummoner();
-  void TellLoginDataPacket();
+  void PublishLoginDataPacket();
   void Leave();
 
   const WorldData& data_;
-  const Collections& collections_;
+  const PlatformCollections& collections_;
   ResourceBoard& board_;
   std::optional<Ids> ids_;
   int64_t summonerLevel_;
   std::vector<LoginMessage> loginMessages_;
   std::optional<std::string> phase_;
-  std::map<std::string, JsonValue> configuration_;
+  std::map<std::string, Json> configuration_;
 };
 
 bool IsGameflowPhase(std::string_view word);

@@ -1,8 +1,10 @@
 #include "host/world/platform/resource_board.h"
 
+#include "host/json/json_text.h"
+
 namespace Kest::Host {
 
-void ResourceBoard::Set(const std::string& path, const JsonValue& value) {
+void ResourceBoard::Set(const std::string& path, const Json& value) {
   std::string text = WriteJson(value);
   std::string& kept = texts_[path];
   if (kept == text) return;
@@ -25,7 +27,7 @@ const std::string* ResourceBoard::Find(std::string_view path) const {
 
 void ResourceBoard::Announce(const std::string& path, std::string_view eventType,
                              std::string_view data) {
-  std::string payload = "{\"uri\":" + QuoteJson(path) + ",\"eventType\":" + QuoteJson(eventType);
+  std::string payload = "{\"uri\":" + JsonString(path) + ",\"eventType\":" + JsonString(eventType);
   if (!data.empty()) payload.append(",\"data\":").append(data);
   payload += '}';
   outbox_.push_back({WorldEvent::Channel::kResource, "OnJsonApiEvent_" + path, std::move(payload)});

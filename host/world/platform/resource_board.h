@@ -1,4 +1,4 @@
-// The resources of all sibling plugins, as their owners last told them. A change, and only a
+// The resources of all sibling plugins, as their owners last published them. A change, and only a
 // change, leaves an event in the outbox.
 #pragma once
 
@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/json/json.h"
 #include "host/world/data/world_events.h"
-#include "host/world/json/json_value.h"
 
 namespace Kest::Host {
 
@@ -17,7 +17,7 @@ class ResourceBoard {
   // `outbox` must outlive the board.
   explicit ResourceBoard(std::vector<WorldEvent>& outbox) : outbox_(outbox) {}
 
-  void Set(const std::string& path, const JsonValue& value);
+  void Set(const std::string& path, const Json& value);
   void Remove(const std::string& path);
   // The value as JSON text, or null.
   const std::string* Find(std::string_view path) const;

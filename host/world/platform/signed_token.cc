@@ -21,19 +21,17 @@ std::string EncodeBase64(std::string_view bytes) {
   return out;
 }
 
-std::string TournamentLogoToken(const Collections& collections, uint64_t summonerId) {
-  JsonValue::Array logos;
+std::string TournamentLogoToken(const PlatformCollections& collections, uint64_t summonerId) {
+  Json logos = Json::array();
   for (const auto& [id, logo] : collections[Collection::kTournamentLogos]) {
     if (!logo.ownership.owned) continue;
-    const JsonValue reward = JsonValue::Object{{"name", std::to_string(id)}};
-    logos.push_back(JsonValue::Object{{"inventoryType", kTournamentLogoInventory},
-                                      {"payload", JsonValue::Object{{"rewardSpec", reward}}}});
+    const Json reward = Json{{"name", std::to_string(id)}};
+    logos.push_back(Json{{"inventoryType", kTournamentLogoInventory},
+                         {"payload", Json{{"rewardSpec", reward}}}});
   }
-  const JsonValue header = JsonValue::Object{{"alg", "none"}, {"typ", "JWT"}};
-  const JsonValue items =
-      JsonValue::Object{{std::string(kTournamentLogoInventory), std::move(logos)}};
-  const JsonValue payload =
-      JsonValue::Object{{"sub", std::to_string(summonerId)}, {"items", items}};
+  const Json header = Json{{"alg", "none"}, {"typ", "JWT"}};
+  const Json items = Json{{std::string(kTournamentLogoInventory), std::move(logos)}};
+  const Json payload = Json{{"sub", std::to_string(summonerId)}, {"items", items}};
   return EncodeBase64(WriteJson(header)) + "." + EncodeBase64(WriteJson(payload)) + "." +
          EncodeBase64("unsigned sample");
 }

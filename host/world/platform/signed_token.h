@@ -12,6 +12,6 @@ namespace Kest::Host {
 std::string EncodeBase64(std::string_view bytes);
 
 // The token that lists the owned tournament logos.
-std::string TournamentLogoToken(const Collections& collections, uint64_t summonerId);
+std::string TournamentLogoToken(const PlatformCollections& collections, uint64_t summonerId);
 
 }  // namespace Kest::Host

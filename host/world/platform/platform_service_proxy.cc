@@ -1,10 +1,11 @@
-#include "host/world/platform/service_proxy.h"
+#include "host/world/platform/platform_service_proxy.h"
 
 #include <algorithm>
 
 #include "base/platform.h"
+#include "host/json/json_text.h"
 #include "host/world/data/platform_constants.h"
-#include "host/world/json/field_reader.h"
+#include "host/world/input/field_reader.h"
 
 namespace Kest::Host {
 namespace {
@@ -14,33 +15,35 @@ constexpr std::string_view kUuidPath = "/tav-login/v1/service-proxy-uuid-request
 constexpr std::string_view kMethodPath = "/tav-login/v1/service-proxy-method-requests";
 constexpr size_t kMaxAcknowledgements = 1000;
 
-WorldResponse JsonAnswer(std::string body) {
+WorldResponse JsonResponse(std::string body) {
   return {200, "application/json", std::move(body), ""};
 }
 
 }  // namespace
 
-std::optional<WorldResponse> ServiceProxy::Post(std::string_view path, std::string_view body) {
+std::optional<WorldResponse> PlatformServiceProxy::Post(std::string_view path,
+                                                        std::string_view body) {
   if (path != kInvokePath && path != kUuidPath && path != kMethodPath) return std::nullopt;
   const auto call = ReadCall(body);
   if (!call) return WorldResponse{400, "", "", call.GetFailure().text};
 
   const Reply reply = Run(call.GetValue());
   if (path == kInvokePath) {
-    if (reply.result) return JsonAnswer(WriteJson(reply.result.GetValue()));
+    if (reply.result) return JsonResponse(WriteJson(reply.result.GetValue()));
     const Failure& failure = reply.result.GetFailure();
     return WorldResponse{failure.status, "", "", failure.text};
   }
   if (path == kUuidPath) {
     const std::string id = NewRequestId();
     SendLater("OnServiceProxyUuidEvent", id, call.GetValue(), reply);
-    return JsonAnswer(QuoteJson(id));
+    return JsonResponse(JsonString(id));
   }
   SendLater("OnServiceProxyMethodEvent", call.GetValue().requestKey, call.GetValue(), reply);
   return WorldResponse{204, "", "", ""};
 }
 
-void ServiceProxy::SetOverride(const std::string& method, std::optional<CallOverride> override) {
+void PlatformServiceProxy::SetOverride(const std::string& method,
+                                       std::optional<CallOverride> override) {
   if (override) {
     overrides_[method] = std::move(*override);
   } else {
@@ -48,30 +51,30 @@ void ServiceProxy::SetOverride(const std::string& method, std::optional<CallOver
   }
 }
 
-std::vector<ServiceProxy::OutstandingCall> ServiceProxy::Outstanding() {
+std::vector<PlatformServiceProxy::OutstandingCall> PlatformServiceProxy::Outstanding() {
   const int64_t now = MonotonicMilliseconds();
   std::erase_if(outstanding_, [&](const OutstandingCall& call) { return call.due <= now; });
   return outstanding_;
 }
 
-Maybe<ServiceProxy::ServiceCall> ServiceProxy::ReadCall(std::string_view body) {
-  const auto json = ReadJson(body);
-  if (!json) return Failure{DescribeIssue("body", json.GetFailure()), 400};
-  IssueReport report;
-  FieldReader fields(json.GetValue(), report);
-  ServiceCall call;
-  call.service = fields.Text("serviceName");
-  call.method = fields.Text("methodName");
-  call.requestKey = fields.TextOr("requestKey", "");
-  call.arguments = fields.ListOr("args");
-  if (report.failed()) return Failure{DescribeIssue("body", report.issue()), 400};
+Maybe<PlatformServiceProxy::ServiceCall> PlatformServiceProxy::ReadCall(std::string_view body) {
+  auto document = Document::FromJson("body", body);
+  if (!document) return document.GetFailure();
+  ServiceCall call{std::move(document.GetValue()), {}, {}, {}, nullptr};
+  IssueReport report(call.body);
+  FieldReader fields(call.body.root(), report);
+  call.service = fields.String("serviceName");
+  call.method = fields.String("methodName");
+  call.requestKey = fields.StringOr("requestKey", "");
+  call.arguments = &fields.ListOr("args");
+  if (report.failed()) return report.failure();
   return call;
 }
 
-ServiceProxy::Reply ServiceProxy::Run(const ServiceCall& call) {
+PlatformServiceProxy::Reply PlatformServiceProxy::Run(const ServiceCall& call) {
   ++callCounts_[call.service + "." + call.method];
   const auto latency = data_.latencies.find(call.method);
-  Reply reply{JsonValue(), latency == data_.latencies.end() ? data_.latency : latency->second};
+  Reply reply{Json(), latency == data_.latencies.end() ? data_.latency : latency->second};
 
   const auto found = overrides_.find(call.method);
   if (found == overrides_.end()) {
@@ -91,57 +94,57 @@ ServiceProxy::Reply ServiceProxy::Run(const ServiceCall& call) {
   return reply;
 }
 
-Maybe<JsonValue> ServiceProxy::Serve(const ServiceCall& call) {
+Maybe<Json> PlatformServiceProxy::Serve(const ServiceCall& call) {
   if (call.service != kLootService && call.service != kClientFacadeService) {
     return Failure{"there is no service " + call.service, 404};
   }
-  if (!session_.ids()) return Failure{"nobody is signed in", 500};
+  if (!session_.ids()) return Failure{"no player is signed in", 500};
   if (call.service == kLootService) {
-    Maybe<JsonValue> result = loot_.Call(call.method, call.arguments);
-    // Before the answer's event, so that who hears of a redeemed thing finds it owned.
+    Maybe<Json> result = loot_.Call(call.method, *call.arguments);
+    // Before the response, so that a redeemed thing is known as owned when the response arrives.
     session_.PublishCollections();
     return result;
   }
-  if (call.method == kAcknowledgeMethod) return Acknowledge(call.arguments);
+  if (call.method == kAcknowledgeMethod) return Acknowledge(call);
   return Failure{"service " + call.service + " has no method " + call.method, 404};
 }
 
-Maybe<JsonValue> ServiceProxy::Acknowledge(const JsonValue::Array& arguments) {
-  if (arguments.size() != 1) return Failure{"expected one dialog message response", 400};
-  IssueReport report;
-  FieldReader fields(arguments[0], report);
+Maybe<Json> PlatformServiceProxy::Acknowledge(const ServiceCall& call) {
+  if (call.arguments->size() != 1) return Failure{"expected one dialog message response", 400};
+  IssueReport report(call.body);
+  FieldReader fields((*call.arguments)[0], report);
   Acknowledgement acknowledgement;
-  acknowledgement.accountId = fields.NaturalOr("accountId", 0);
-  acknowledgement.msgId = fields.Text("msgId");
-  acknowledgement.command = fields.Text("command");
-  if (report.failed()) return Failure{DescribeIssue("body", report.issue()), 400};
+  acknowledgement.accountId = fields.UnsignedOr("accountId", 0);
+  acknowledgement.msgId = fields.String("msgId");
+  acknowledgement.command = fields.String("command");
+  if (report.failed()) return report.failure();
   if (acknowledgement.command != "ack") {
     return Failure{"unknown command " + acknowledgement.command, 400};
   }
   session_.Acknowledge(acknowledgement.msgId);
   acknowledgements_.push_back(std::move(acknowledgement));
   if (acknowledgements_.size() > kMaxAcknowledgements) acknowledgements_.pop_front();
-  return JsonValue();
+  return Json();
 }
 
-void ServiceProxy::SendLater(std::string_view eventName, const std::string& key,
-                             const ServiceCall& call, const Reply& reply) {
+void PlatformServiceProxy::SendLater(std::string_view eventName, const std::string& key,
+                                     const ServiceCall& call, const Reply& reply) {
   const bool isGood = static_cast<bool>(reply.result);
-  const JsonValue payload = JsonValue::Object{
-      {"uuid", key},
-      {"serviceName", call.service},
-      {"methodName", call.method},
-      {"payload", isGood ? WriteJson(reply.result.GetValue()) : std::string("null")},
-      {"status", isGood ? "OK" : "ERROR"},
-      {"error", isGood ? std::string() : reply.result.GetFailure().text}};
+  const Json payload =
+      Json{{"uuid", key},
+           {"serviceName", call.service},
+           {"methodName", call.method},
+           {"payload", isGood ? WriteJson(reply.result.GetValue()) : std::string("null")},
+           {"status", isGood ? "OK" : "ERROR"},
+           {"error", isGood ? std::string() : reply.result.GetFailure().text}};
   outbox_.push_back({WorldEvent::Channel::kService, std::string(eventName), WriteJson(payload),
                      static_cast<int>(reply.latency)});
-  Outstanding();  // forgets what has been answered
+  Outstanding();  // forgets those that are over
   outstanding_.push_back(
       {key, call.service + "." + call.method, MonotonicMilliseconds() + reply.latency});
 }
 
-std::string ServiceProxy::NewRequestId() {
+std::string PlatformServiceProxy::NewRequestId() {
   constexpr std::string_view kHex = "0123456789abcdef";
   std::string id;
   for (const int group : {8, 4, 4, 4, 12}) {

@@ -1,5 +1,5 @@
-// The host endpoints that reach the platform's services: calls answered in the reply, and calls
-// answered by an event after the service's latency.
+// The host endpoints that reach the platform's services: calls whose result is in the response, and
+// calls whose result is an event after the service's latency.
 #pragma once
 
 #include <deque>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/world/data/world_events.h"
+#include "host/world/input/document.h"
 #include "host/world/loot/loot_service.h"
 #include "host/world/platform/platform_session.h"
 
@@ -23,7 +24,7 @@ struct CallOverride {
   int64_t times = 1;               // how many calls it is for
 };
 
-class ServiceProxy {
+class PlatformServiceProxy {
  public:
   struct Acknowledgement {
     uint64_t accountId = 0;
@@ -37,11 +38,11 @@ class ServiceProxy {
   };
 
   // All must outlive the proxy.
-  ServiceProxy(const WorldData& data, LootService& loot, PlatformSession& session,
-               std::vector<WorldEvent>& outbox, uint64_t seed)
+  PlatformServiceProxy(const WorldData& data, LootService& loot, PlatformSession& session,
+                       std::vector<WorldEvent>& outbox, uint64_t seed)
       : data_(data), loot_(loot), session_(session), outbox_(outbox), ids_(seed) {}
 
-  // Answers a host endpoint, or nothing for another path. `body` is {"serviceName", "methodName",
+  // Handles a host endpoint; nothing for another path. `body` is {"serviceName", "methodName",
   // "args"}, for method requests also "requestKey" and "flag".
   std::optional<WorldResponse> Post(std::string_view path, std::string_view body);
 
@@ -52,25 +53,26 @@ class ServiceProxy {
   const std::map<std::string, int64_t>& callCounts() const { return callCounts_; }
   // The latest 1,000.
   const std::deque<Acknowledgement>& acknowledgements() const { return acknowledgements_; }
-  // Calls whose answer is still on its way.
+  // Calls whose event is still to come.
   std::vector<OutstandingCall> Outstanding();
 
  private:
   struct ServiceCall {
+    Document body;
     std::string service;
     std::string method;
     std::string requestKey;
-    JsonValue::Array arguments;
+    const Json* arguments;  // a list of the body
   };
   struct Reply {
-    Maybe<JsonValue> result;
+    Maybe<Json> result;
     int64_t latency;
   };
 
   static Maybe<ServiceCall> ReadCall(std::string_view body);
   Reply Run(const ServiceCall& call);
-  Maybe<JsonValue> Serve(const ServiceCall& call);
-  Maybe<JsonValue> Acknowledge(const JsonValue::Array& arguments);
+  Maybe<Json> Serve(const ServiceCall& call);
+  Maybe<Json> Acknowledge(const ServiceCall& call);
   void SendLater(std::string_view eventName, const std::string& key, const ServiceCall& call,
                  const Reply& reply);
   std::string NewRequestId();

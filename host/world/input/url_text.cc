@@ -1,4 +1,4 @@
-#include "host/world/json/url_text.h"
+#include "host/world/input/url_text.h"
 
 #include <charconv>
 

@@ -14,7 +14,7 @@ std::string DecodePercent(std::string_view text);
 std::vector<std::string> PathParts(std::string_view path);
 // The decoded value of a query argument, or nothing.
 std::optional<std::string> QueryArgument(std::string_view url, std::string_view name);
-// What stands before "?".
+// What precedes "?".
 std::string_view UrlPath(std::string_view url);
 
 }  // namespace Kest::Host

@@ -1,0 +1,159 @@
+#include "host/world/input/field_reader.h"
+
+#include <algorithm>
+
+#include "host/json/json_text.h"
+
+namespace Kest::Host {
+namespace {
+
+// A value in a message: itself, or its kind when it has parts.
+std::string Found(const Json& value) {
+  if (value.is_array()) return "a list";
+  return value.is_object() ? "an object" : WriteJson(value);
+}
+
+}  // namespace
+
+FieldReader::FieldReader(const Json& value, IssueReport& report) : value_(value), report_(report) {
+  if (!value.is_object()) report_.Add(value, "must be an object, found " + Found(value));
+}
+
+std::string FieldReader::String(std::string_view name) {
+  const Json* value = FindRequired(name);
+  if (value == nullptr) return "";
+  std::string text = StringOr(name, "");
+  if (text.empty()) report_.Add(*value, JsonString(name) + " must not be empty");
+  return text;
+}
+
+std::string FieldReader::StringOr(std::string_view name, std::string_view missing) {
+  const Json* value = Find(name);
+  if (value == nullptr) return std::string(missing);
+  if (const auto* text = value->get_ptr<const std::string*>()) return *text;
+  WrongKind(name, *value, "a string");
+  return std::string(missing);
+}
+
+int64_t FieldReader::Integer(std::string_view name, int64_t lowest, int64_t highest) {
+  const Json* value = FindRequired(name);
+  return value == nullptr ? lowest : ToInteger(name, *value, lowest, highest);
+}
+
+int64_t FieldReader::IntegerOr(std::string_view name, int64_t missing, int64_t lowest,
+                               int64_t highest) {
+  const Json* value = Find(name);
+  return value == nullptr ? missing : ToInteger(name, *value, lowest, highest);
+}
+
+uint64_t FieldReader::UnsignedOr(std::string_view name, uint64_t missing) {
+  const Json* value = Find(name);
+  if (value == nullptr) return missing;
+  if (value->is_number_unsigned()) return value->get<uint64_t>();
+  WrongKind(name, *value, "an integer from 0");
+  return missing;
+}
+
+double FieldReader::NumberOr(std::string_view name, double missing, double lowest, double highest) {
+  const Json* value = Find(name);
+  if (value == nullptr) return missing;
+  if (!value->is_number()) {
+    WrongKind(name, *value, "a number");
+    return missing;
+  }
+  const auto number = value->get<double>();
+  if (number >= lowest && number <= highest) return number;
+  OutOfRange(name, *value, lowest, highest);
+  return missing;
+}
+
+bool FieldReader::BoolOr(std::string_view name, bool missing) {
+  const Json* value = Find(name);
+  if (value == nullptr) return missing;
+  if (value->is_boolean()) return value->get<bool>();
+  WrongKind(name, *value, "true or false");
+  return missing;
+}
+
+std::vector<std::string> FieldReader::StringsOr(std::string_view name) {
+  std::vector<std::string> strings;
+  for (const Json& element : ListOr(name)) {
+    if (const auto* text = element.get_ptr<const std::string*>()) {
+      strings.push_back(*text);
+    } else {
+      WrongKind(name, element, "a list of strings");
+    }
+  }
+  return strings;
+}
+
+const Json& FieldReader::ListOr(std::string_view name) {
+  static const Json kEmpty = Json::array();
+  const Json* value = Find(name);
+  if (value == nullptr) return kEmpty;
+  if (value->is_array()) return *value;
+  WrongKind(name, *value, "a list");
+  return kEmpty;
+}
+
+const Json& FieldReader::ObjectOr(std::string_view name) {
+  static const Json kEmpty = Json::object();
+  const Json* value = Find(name);
+  if (value == nullptr) return kEmpty;
+  if (value->is_object()) return *value;
+  WrongKind(name, *value, "an object");
+  return kEmpty;
+}
+
+const Json* FieldReader::Find(std::string_view name) {
+  asked_.push_back(name);
+  const Json& member = At(name);
+  return report_.failed() || &member == &value_ ? nullptr : &member;
+}
+
+const Json& FieldReader::At(std::string_view name) const {
+  if (!value_.is_object()) return value_;
+  const auto found = value_.find(name);
+  return found == value_.end() ? value_ : *found;
+}
+
+void FieldReader::Finish() {
+  for (const auto& [name, value] : value_.items()) {
+    if (report_.failed()) return;
+    if (std::find(asked_.begin(), asked_.end(), name) == asked_.end()) {
+      report_.AddToName(value, "unknown member " + JsonString(name));
+    }
+  }
+}
+
+const Json* FieldReader::FindRequired(std::string_view name) {
+  const Json* value = Find(name);
+  if (value == nullptr) report_.Add(value_, "member " + JsonString(name) + " is missing");
+  return value;
+}
+
+void FieldReader::WrongKind(std::string_view name, const Json& value, std::string_view wanted) {
+  report_.Add(value,
+              JsonString(name) + " must be " + std::string(wanted) + ", found " + Found(value));
+}
+
+int64_t FieldReader::ToInteger(std::string_view name, const Json& value, int64_t lowest,
+                               int64_t highest) {
+  if (!value.is_number_integer()) {
+    WrongKind(name, value, "an integer");
+    return lowest;
+  }
+  const bool isLarge = value.is_number_unsigned() && value.get<uint64_t>() > uint64_t{kMax64};
+  const auto integer = value.get<int64_t>();
+  if (!isLarge && integer >= lowest && integer <= highest) return integer;
+  OutOfRange(name, value, lowest, highest);
+  return lowest;
+}
+
+template <typename T>
+void FieldReader::OutOfRange(std::string_view name, const Json& value, T lowest, T highest) {
+  report_.Add(value, JsonString(name) + " must be between " + WriteJson(lowest) + " and " +
+                         WriteJson(highest) + ", found " + WriteJson(value));
+}
+
+}  // namespace Kest::Host
