@@ -1,6 +1,6 @@
 # The main job: sign in, read the inventory, open a chest, redeem a shard. Sourced by script/demo.
 
-title "The plugin is loaded and answers; nobody is signed in"
+title "The plugin is loaded and answers; no player is signed in"
 request GET /_host/health
 expect "the host runs the plugin" 200 '.status == "running" and .plugin == "vwm-be-tav-loot" and .version == "18.0.0"'
 settle

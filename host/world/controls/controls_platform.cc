@@ -8,12 +8,12 @@ namespace Kest::Host {
 namespace {
 
 // The message a body names or spells out.
-PreparedMessage ReadMessage(FieldReader& fields, IssueReport& report, const WorldData& data) {
+PreparedMessage ReadMessage(FieldReader& fields, const WorldData& data) {
   PreparedMessage message;
   if (const Json* name = fields.Find("name")) {
     const auto prepared = data.messages.find(fields.StringOr("name", ""));
     if (prepared != data.messages.end()) return prepared->second;
-    report.Add(*name, "this world has no message " + WriteJson(*name));
+    fields.FailPart(*name, "this world has no message " + WriteJson(*name));
     return message;
   }
   message.clientId = fields.StringOr("clientId", "");
@@ -55,15 +55,13 @@ ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call) {
 }
 
 ControlResult PushMessage(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
-  PreparedMessage message = ReadMessage(fields, report, platform.data);
+  FieldReader fields(call.body);
+  PreparedMessage message = ReadMessage(fields, platform.data);
   const std::string as = fields.StringOr("as", "object");
   if (as != "object" && as != "text") {
-    report.Add(fields.At("as"), "\"as\" must be \"object\" or \"text\", found " + WriteJson(as));
+    fields.FailAt("as", "\"as\" must be \"object\" or \"text\", found " + WriteJson(as));
   }
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   if (as == "text") message.body = WriteJson(message.body);
   Json event = Json{{"clientId", message.clientId},
                     {"subtopic", message.subtopic},
@@ -75,32 +73,28 @@ ControlResult PushMessage(Platform& platform, const ControlCall& call) {
 }
 
 ControlResult SetLoginPacket(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   std::vector<LoginMessage> messages;
   Json ids = Json::array();
-  for (const Json& value : fields.ListOr("simpleMessages")) {
-    messages.push_back(ReadLoginMessage(value, report));
+  fields.ForEach("simpleMessages", [&](FieldReader& message) {
+    messages.push_back(ReadLoginMessage(message));
     ids.push_back(messages.back().msgId);
-  }
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  });
+  if (!fields.Finish()) return fields.failure();
   platform.session.SetLoginMessages(std::move(messages));
   return Json({{"messages", std::move(ids)}});
 }
 
 ControlResult SetToken(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   TokenOverride override;
   const Json* value = fields.Find("token");
   if (value == nullptr) {
-    report.Add(call.body.root(), "member \"token\" is missing");
+    fields.Fail("member \"token\" is missing");
   } else if (!value->is_null()) {
     override.token = fields.StringOr("token", "");
   }
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   platform.tokenOverride = override;
   return Json({{"token", *value}});
 }
@@ -114,8 +108,7 @@ ControlResult OverrideService(Platform& platform, const ControlCall& call) {
   const std::string& method = call.parts[1];
   if (!IsServiceMethod(method)) return UnknownMethod(method);
   constexpr int64_t kMaxLatency = 600'000;
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   CallOverride override;
   if (fields.Find("latency") != nullptr)
     override.latency = fields.Integer("latency", 0, kMaxLatency);
@@ -123,10 +116,9 @@ ControlResult OverrideService(Platform& platform, const ControlCall& call) {
   override.status = fields.StringOr("status", "");
   override.times = fields.IntegerOr("times", 1, 1, 1'000'000);
   if (!override.status.empty() && !HasStatusWord(method)) {
-    report.Add(fields.At("status"), "the result of " + method + " has no status word");
+    fields.FailAt("status", "the result of " + method + " has no status word");
   }
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   platform.proxy.SetOverride(method, override);
   return Json(Json{{"method", method},
                    {"latency", override.latency ? Json(*override.latency) : Json()},

@@ -23,13 +23,11 @@ ControlResult ShowWorld(Platform& platform, const ControlCall&) {
 }
 
 ControlResult SignIn(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   PlatformSession::Ids ids;
   ids.summonerId = fields.UnsignedOr("summonerId", platform.data.player.summonerId);
   ids.accountId = fields.UnsignedOr("accountId", platform.data.player.accountId);
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   platform.session.SignIn(ids);
   return Json({{"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
 }
@@ -41,26 +39,22 @@ ControlResult SignOut(Platform& platform, const ControlCall&) {
 }
 
 ControlResult SetSummoner(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   const int64_t level = fields.Integer("summonerLevel", 0, kMax32);
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   platform.session.SetSummonerLevel(level);
   return Json({{"summonerLevel", level}});
 }
 
 ControlResult SetGameflow(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   std::optional<std::string> phase;
   const Json* value = fields.Find("phase");
   if (value != nullptr && !value->is_null()) phase = fields.StringOr("phase", "");
   if (phase && !IsGameflowPhase(*phase)) {
-    report.Add(*value, "\"" + *phase + "\" is no phase of a game");
+    fields.FailPart(*value, "\"" + *phase + "\" is no phase of a game");
   }
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   platform.session.SetPhase(phase);
   return Json({{"phase", phase ? Json(*phase) : Json()}});
 }
@@ -72,8 +66,7 @@ ControlResult SetOwnership(Platform& platform, const ControlCall& call) {
   if (platform.collections.Find(*collection, id) == nullptr) {
     return Failure{call.parts[2] + " is not among the " + call.parts[1], 404};
   }
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   Ownership& present = platform.collections[*collection][id].ownership;
   Ownership wanted = present;
   wanted.owned = fields.BoolOr("owned", wanted.owned);
@@ -81,8 +74,7 @@ ControlResult SetOwnership(Platform& platform, const ControlCall& call) {
     wanted.rented = fields.BoolOr("rented", wanted.rented);
     wanted.freeToPlayReward = fields.BoolOr("freeToPlayReward", wanted.freeToPlayReward);
   }
-  fields.Finish();
-  if (report.failed()) return report.failure();
+  if (!fields.Finish()) return fields.failure();
   present = wanted;
   platform.session.PublishCollections();
   return Json({{"owned", wanted.owned},
@@ -91,18 +83,17 @@ ControlResult SetOwnership(Platform& platform, const ControlCall& call) {
 }
 
 ControlResult ChangeInventory(Platform& platform, const ControlCall& call) {
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   const LootKey key{fields.String("lootName"), fields.StringOr("refId", "")};
   const int64_t delta = fields.Integer("delta", -kMax32, kMax32);
   fields.Finish();
   const std::string fault = LootKeyFault(platform.data, key);
-  if (!fault.empty()) report.Add(call.body.root(), fault);
+  if (!fault.empty()) fields.Fail(fault);
   const int64_t count = platform.inventory.Count(key) + delta;
   if (count < 0 || count > kMax32) {
-    report.Add(fields.At("delta"), "the count would become " + std::to_string(count));
+    fields.FailAt("delta", "the count would become " + std::to_string(count));
   }
-  if (report.failed()) return report.failure();
+  if (!fields.ok()) return fields.failure();
   platform.inventory.Add(key, delta, platform.data.FindDefinition(key.lootName)->expiryTime);
   return Json(Json{{"lootName", key.lootName}, {"refId", key.refId}, {"count", count}});
 }

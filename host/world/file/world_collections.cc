@@ -29,9 +29,8 @@ std::string OptionalText(FieldReader& fields, std::string_view name) {
   return name.empty() ? std::string() : fields.StringOr(name, "");
 }
 
-void ReadCollectible(const Json& value, const CollectionLayout& layout, IssueReport& report,
+void ReadCollectible(FieldReader& fields, const CollectionLayout& layout,
                      PlatformCollections& collections) {
-  FieldReader fields(value, report);
   const int64_t id = fields.Integer("id", 0, FieldReader::kMax32);
   Collectible thing;
   thing.name = fields.String("name");
@@ -44,26 +43,23 @@ void ReadCollectible(const Json& value, const CollectionLayout& layout, IssueRep
     thing.ownership.rented = fields.BoolOr("rented", false);
     thing.ownership.freeToPlayReward = fields.BoolOr("freeToPlayReward", false);
   }
-  fields.Finish();
   if (layout.collection == Collection::kSkins &&
       collections.Find(Collection::kChampions, ChampionOfSkin(id)) == nullptr) {
-    report.Add(fields.At("id"), "no champion has the id " + std::to_string(ChampionOfSkin(id)) +
-                                    " of skin " + std::to_string(id));
+    fields.FailAt("id", "no champion has the id " + std::to_string(ChampionOfSkin(id)) +
+                            " of skin " + std::to_string(id));
   }
   if (!collections[layout.collection].emplace(id, std::move(thing)).second) {
-    report.Add(fields.At("id"),
-               "duplicate id " + std::to_string(id) + " in \"" + std::string(layout.list) + "\"");
+    fields.FailAt(
+        "id", "duplicate id " + std::to_string(id) + " in \"" + std::string(layout.list) + "\"");
   }
 }
 
 }  // namespace
 
-void ReadCollections(FieldReader& world, IssueReport& report, WorldData& data) {
+void ReadCollections(FieldReader& world, WorldData& data) {
   for (const CollectionLayout& layout : kLayouts) {
-    for (const Json& value : world.ListOr(layout.list)) {
-      ReadCollectible(value, layout, report, data.collections);
-      if (report.failed()) return;
-    }
+    world.ForEach(layout.list,
+                  [&](FieldReader& fields) { ReadCollectible(fields, layout, data.collections); });
   }
 }
 

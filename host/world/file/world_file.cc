@@ -9,21 +9,19 @@ Maybe<WorldData> ReadWorldFile(std::string_view text, std::string_view fileName)
   if (!document) return document.GetFailure();
 
   WorldData data;
-  IssueReport report(document.GetValue());
-  FieldReader world(document.GetValue().root(), report);
+  FieldReader world(document.GetValue());
   data.name = world.String("name");
-  ReadCollections(world, report, data);
-  ReadDefinitions(world, report, data);
-  ReadQueries(world, report, data);
-  ReadOdds(world, report, data);
-  ReadRecipes(world, report, data);
-  ReadPlayer(world, report, data);
-  ReadService(world, report, data);
-  ReadConfiguration(world, report, data);
-  ReadMessages(world, report, data);
-  ReadLootData(world, report, data);
-  world.Finish();
-  if (report.failed()) return report.failure();
+  ReadCollections(world, data);
+  ReadDefinitions(world, data);
+  ReadQueries(world, data);
+  ReadOdds(world, data);
+  ReadRecipes(world, data);
+  ReadPlayer(world, data);
+  ReadService(world, data);
+  ReadConfiguration(world, data);
+  ReadMessages(world, data);
+  ReadLootData(world, data);
+  if (!world.Finish()) return world.failure();
   return data;
 }
 

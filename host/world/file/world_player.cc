@@ -13,41 +13,38 @@ constexpr int64_t kMin32 = FieldReader::kMin32;
 constexpr int64_t kMax32 = FieldReader::kMax32;
 constexpr int64_t kMaxLatency = 60'000;
 
-void ReadItem(const Json& value, IssueReport& report, WorldData& data) {
-  FieldReader fields(value, report);
+void ReadItem(FieldReader& fields, WorldData& data) {
   const LootKey key{fields.String("lootName"), fields.StringOr("refId", "")};
   const int64_t count = fields.IntegerOr("count", 1, 1, kMax32);
   const LootDefinition* definition = data.FindDefinition(key.lootName);
   const int64_t expiryTime = fields.IntegerOr(
       "expiryTime", definition == nullptr ? -1 : definition->expiryTime, -1, FieldReader::kMax64);
-  fields.Finish();
   const std::string fault = LootKeyFault(data, key);
-  if (!fault.empty()) report.Add(value, fault);
+  if (!fault.empty()) fields.Fail(fault);
   if (data.inventory.Count(key) != 0) {
-    report.Add(value, "duplicate item " + JsonString(key.LootId()));
-  } else if (!report.failed()) {
+    fields.Fail("duplicate item " + JsonString(key.LootId()));
+  } else if (fields.ok()) {
     data.inventory.Add(key, count, expiryTime);
   }
 }
 
 // A text that must be one of `words`; the first is the default.
-std::string WordOr(FieldReader& fields, IssueReport& report, std::string_view name,
+std::string WordOr(FieldReader& fields, std::string_view name,
                    std::initializer_list<std::string_view> words) {
   std::string word = fields.StringOr(name, *words.begin());
   if (std::find(words.begin(), words.end(), word) == words.end()) {
     std::string text = JsonString(word) + " is none of";
     for (const std::string_view known : words) text.append(" ").append(JsonString(known));
-    report.Add(fields.At(name), text);
+    fields.FailAt(name, text);
   }
   return word;
 }
 
 // A list of game-data records: texts by name, then the other members.
-Json ReadRecords(FieldReader& file, IssueReport& report, std::string_view list,
+Json ReadRecords(FieldReader& file, std::string_view list,
                  const std::vector<std::string_view>& texts, bool isItem) {
   Json records = Json::array();
-  for (const Json& value : file.ListOr(list)) {
-    FieldReader fields(value, report);
+  file.ForEach(list, [&](FieldReader& fields) {
     Json record = {{"id", fields.String("id")}};
     for (const std::string_view text : texts) {
       record.push_back({std::string(text), fields.StringOr(text, "")});
@@ -56,52 +53,47 @@ Json ReadRecords(FieldReader& file, IssueReport& report, std::string_view list,
       record.push_back({"mappedStoreId", fields.IntegerOr("mappedStoreId", -1, kMin32, kMax32)});
       record.push_back({"lifetimeMax", fields.IntegerOr("lifetimeMax", 0, kMin32, kMax32)});
       record.push_back({"autoRedeem", fields.BoolOr("autoRedeem", false)});
-      record.push_back({"rarity", WordOr(fields, report, "rarity",
+      record.push_back({"rarity", WordOr(fields, "rarity",
                                          {"Default", "Epic", "Legendary", "Mythic", "Ultimate"})});
-      record.push_back({"type", WordOr(fields, report, "type",
+      record.push_back({"type", WordOr(fields, "type",
                                        {"Material", "Chest", "Currency", "Skin", "Skin_Rental"})});
     }
-    fields.Finish();
     records.push_back(std::move(record));
-  }
+  });
   return records;
 }
 
 }  // namespace
 
-void ReadPlayer(FieldReader& world, IssueReport& report, WorldData& data) {
-  FieldReader fields(world.ObjectOr("player"), report);
+void ReadPlayer(FieldReader& world, WorldData& data) {
+  FieldReader fields(world.ObjectOr("player"), world);
   data.player.summonerId = fields.UnsignedOr("summonerId", 1);
   data.player.accountId = fields.UnsignedOr("accountId", 1);
   data.player.summonerLevel = fields.IntegerOr("summonerLevel", 1, 1, kMax32);
   data.player.displayName = fields.StringOr("displayName", "Player");
-  for (const Json& item : fields.ListOr("inventory")) {
-    ReadItem(item, report, data);
-    if (report.failed()) return;
-  }
+  fields.ForEach("inventory", [&](FieldReader& item) { ReadItem(item, data); });
   fields.Finish();
 }
 
-void ReadService(FieldReader& world, IssueReport& report, WorldData& data) {
-  FieldReader service(world.ObjectOr("service"), report);
+void ReadService(FieldReader& world, WorldData& data) {
+  FieldReader service(world.ObjectOr("service"), world);
   data.latency = service.IntegerOr("latency", 0, 0, kMaxLatency);
   const Json& latencies = service.ObjectOr("latencies");
-  FieldReader methods(latencies, report);
+  FieldReader methods(latencies, service);
   for (const std::string_view method : kServiceMethods) {
     data.latencies[std::string(method)] = methods.IntegerOr(method, data.latency, 0, kMaxLatency);
   }
   methods.Finish();
   data.newPlayerChest = service.StringOr("newPlayerChest", "");
   if (!data.newPlayerChest.empty() && data.FindDefinition(data.newPlayerChest) == nullptr) {
-    report.Add(service.At("newPlayerChest"),
-               "unknown loot name " + JsonString(data.newPlayerChest));
+    service.FailAt("newPlayerChest", "unknown loot name " + JsonString(data.newPlayerChest));
   }
-  FieldReader versions(service.ObjectOr("versions"), report);
+  FieldReader versions(service.ObjectOr("versions"), service);
   data.versions.lootItems = versions.IntegerOr("lootItems", 1, 1, FieldReader::kMax64);
   data.versions.recipes = versions.IntegerOr("recipes", 1, 1, FieldReader::kMax64);
   data.versions.queries = versions.IntegerOr("queries", 1, 1, FieldReader::kMax64);
   versions.Finish();
-  FieldReader client(service.ObjectOr("clientConfiguration"), report);
+  FieldReader client(service.ObjectOr("clientConfiguration"), service);
   Json configuration = Json::object();
   for (const char* list : {"lootItemsUsingBreakoutRecipeMenu", "lootMaterialsToAlwaysRender",
                            "currenciesUsingCapWallets"}) {
@@ -112,64 +104,59 @@ void ReadService(FieldReader& world, IssueReport& report, WorldData& data) {
   service.Finish();
 }
 
-void ReadConfiguration(FieldReader& world, IssueReport& report, WorldData& data) {
+void ReadConfiguration(FieldReader& world, WorldData& data) {
   const Json& configuration = world.ObjectOr("configuration");
-  FieldReader fields(configuration, report);
+  FieldReader fields(configuration, world);
   for (const char* flag : {"Enabled", "PxhEnabled", "NewPlayerChestEnabled"}) {
     fields.BoolOr(flag, false);
   }
   fields.IntegerOr("InitializationGoalFlags", 0, 0, 255);
   fields.IntegerOr("MinSummonerLevel", 0, 0, kMax32);
-  fields.Finish();
-  if (report.failed()) return;
+  if (!fields.Finish()) return;
   for (const auto& [name, value] : configuration.items()) data.configuration[name] = value;
 }
 
-LoginMessage ReadLoginMessage(const Json& value, IssueReport& report) {
-  FieldReader fields(value, report);
+LoginMessage ReadLoginMessage(FieldReader& fields) {
   LoginMessage message;
   message.msgId = fields.StringOr("msgId", "");
   message.type = fields.StringOr("type", kMasteryGrantType);
   message.params = fields.StringsOr("params");
   if (const Json* body = fields.Find("body")) {
     if (!message.params.empty()) {
-      report.Add(*body, "\"body\" and \"params\" exclude each other");
+      fields.FailPart(*body, "\"body\" and \"params\" exclude each other");
     }
     message.params = {WriteJson(*body)};
   }
-  fields.Finish();
   return message;
 }
 
-void ReadMessages(FieldReader& world, IssueReport& report, WorldData& data) {
-  for (const Json& value : world.ListOr("loginMessages")) {
-    data.loginMessages.push_back(ReadLoginMessage(value, report));
-  }
-  for (const Json& value : world.ListOr("messages")) {
-    FieldReader fields(value, report);
+void ReadMessages(FieldReader& world, WorldData& data) {
+  world.ForEach("loginMessages", [&](FieldReader& fields) {
+    data.loginMessages.push_back(ReadLoginMessage(fields));
+  });
+  world.ForEach("messages", [&](FieldReader& fields) {
     const std::string name = fields.String("name");
     PreparedMessage message;
     message.clientId = fields.StringOr("clientId", "");
     message.subtopic = fields.StringOr("subtopic", kDialogMessageSubtopic);
     message.typeName = fields.StringOr("typeName", kMasteryGrantType);
     if (const Json* body = fields.Find("body")) message.body = *body;
-    fields.Finish();
     if (!data.messages.emplace(name, std::move(message)).second) {
-      report.Add(fields.At("name"), "duplicate message " + JsonString(name));
+      fields.FailAt("name", "duplicate message " + JsonString(name));
     }
-  }
+  });
 }
 
-void ReadLootData(FieldReader& world, IssueReport& report, WorldData& data) {
-  FieldReader file(world.ObjectOr("lootData"), report);
+void ReadLootData(FieldReader& world, WorldData& data) {
+  FieldReader file(world.ObjectOr("lootData"), world);
   data.lootData = {
-      {"LootItems", ReadRecords(file, report, "LootItems",
+      {"LootItems", ReadRecords(file, "LootItems",
                                 {"name", "description", "image", "startDate", "endDate"}, true)},
       {"LootRecipes",
-       ReadRecords(file, report, "LootRecipes",
+       ReadRecords(file, "LootRecipes",
                    {"description", "contextMenuText", "requirementText", "imagePath"}, false)},
-      {"LootTables", ReadRecords(file, report, "LootTables",
-                                 {"description", "descriptionLong", "image"}, false)}};
+      {"LootTables",
+       ReadRecords(file, "LootTables", {"description", "descriptionLong", "image"}, false)}};
   file.Finish();
 }
 

@@ -51,188 +51,167 @@ bool IsLoot(const WorldData& data, const std::string& text) {
          (dash == std::string::npos || IsLootRefId(std::string_view(text).substr(dash + 1)));
 }
 
-int64_t ReadQuantity(FieldReader& fields, IssueReport& report, std::string& expression) {
+int64_t ReadQuantity(FieldReader& fields, std::string& expression) {
   expression = fields.StringOr("quantityExpression", "1");
   const auto quantity = EvaluateQuantity(expression);
   if (quantity && *quantity >= 1 && *quantity <= kMax32) return *quantity;
-  report.Add(fields.At("quantityExpression"),
-             "quantity " + JsonString(expression) +
-                 " is not a sum, difference, product or quotient of "
-                 "integers that gives at least 1");
+  fields.FailAt("quantityExpression", "quantity " + JsonString(expression) +
+                                          " is not a sum, difference, product or quotient of "
+                                          "integers that gives at least 1");
   return 1;
 }
 
 // The names that a query stands for: its entry, or the definition of that name.
-void ResolveQuery(const WorldData& data, const Json& part, IssueReport& report,
-                  PlatformRecipeSlot& slot) {
+void ResolveQuery(FieldReader& fields, const WorldData& data, PlatformRecipeSlot& slot) {
   if (const auto query = data.queries.find(slot.query); query != data.queries.end()) {
     // Iterating over a single string gives that string.
     for (const Json& name : *query) slot.accepted.insert(name.get<std::string>());
   } else if (data.FindDefinition(slot.query) != nullptr) {
     slot.accepted.insert(slot.query);
   } else {
-    report.Add(part, JsonString(slot.query) + " is neither a query nor a loot name");
+    fields.FailAt("query", JsonString(slot.query) + " is neither a query nor a loot name");
   }
 }
 
-PlatformRecipeSlot ReadSlot(const Json& value, IssueReport& report, const WorldData& data) {
+PlatformRecipeSlot ReadSlot(FieldReader& fields, const WorldData& data) {
   PlatformRecipeSlot slot;
-  FieldReader fields(value, report);
   slot.slotNumber = fields.Integer("slotNumber", 0, kMax32);
   slot.query = fields.String("query");
-  slot.quantity = ReadQuantity(fields, report, slot.quantityExpression);
-  fields.Finish();
-  ResolveQuery(data, fields.At("query"), report, slot);
+  slot.quantity = ReadQuantity(fields, slot.quantityExpression);
+  ResolveQuery(fields, data, slot);
   return slot;
 }
 
-PlatformRecipeOutput ReadOutput(const Json& value, IssueReport& report, const WorldData& data) {
+PlatformRecipeOutput ReadOutput(FieldReader& fields, const WorldData& data) {
   PlatformRecipeOutput output;
-  FieldReader fields(value, report);
   output.lootName = fields.String("lootName");
-  output.quantity = ReadQuantity(fields, report, output.quantityExpression);
+  output.quantity = ReadQuantity(fields, output.quantityExpression);
   output.probability = fields.NumberOr("probability", 1, 0, 1);
   output.allowDuplicates = fields.BoolOr("allowDuplicates", true);
-  fields.Finish();
   if (data.FindDefinition(output.lootName) == nullptr && !data.odds.contains(output.lootName)) {
-    report.Add(fields.At("lootName"),
-               JsonString(output.lootName) + " is neither a loot name nor an odds table");
+    fields.FailAt("lootName",
+                  JsonString(output.lootName) + " is neither a loot name nor an odds table");
   }
   return output;
 }
 
-const Json& ReadStringMap(FieldReader& fields, IssueReport& report, std::string_view name) {
+const Json& ReadStringMap(FieldReader& fields, std::string_view name) {
   const Json& strings = fields.ObjectOr(name);
   for (const auto& [key, value] : strings.items()) {
-    if (!value.is_string()) report.Add(value, JsonString(key) + " must be a string");
+    if (!value.is_string()) fields.FailPart(value, JsonString(key) + " must be a string");
   }
   return strings;
 }
 
-Json ReadDescriptions(FieldReader& metadata, IssueReport& report, std::string_view name) {
+Json ReadDescriptions(FieldReader& metadata, std::string_view name) {
   Json descriptions = Json::array();
-  for (const Json& value : metadata.ListOr(name)) {
-    FieldReader fields(value, report);
-    descriptions.push_back(
-        Json{{"lootName", fields.String("lootName")},
-             {"childLootTableNames", fields.StringsOr("childLootTableNames")},
-             {"localizationMap", ReadStringMap(fields, report, "localizationMap")},
-             {"localizationLongDescriptionMap",
-              ReadStringMap(fields, report, "localizationLongDescriptionMap")}});
-    fields.Finish();
-  }
+  metadata.ForEach(name, [&](FieldReader& fields) {
+    descriptions.push_back(Json{{"lootName", fields.String("lootName")},
+                                {"childLootTableNames", fields.StringsOr("childLootTableNames")},
+                                {"localizationMap", ReadStringMap(fields, "localizationMap")},
+                                {"localizationLongDescriptionMap",
+                                 ReadStringMap(fields, "localizationLongDescriptionMap")}});
+  });
   return descriptions;
 }
 
-Json ReadMetadata(FieldReader& recipe, IssueReport& report) {
-  FieldReader fields(recipe.ObjectOr("metadata"), report);
-  Json metadata = {
-      {"guaranteedDescriptions", ReadDescriptions(fields, report, "guaranteedDescriptions")},
-      {"bonusDescriptions", ReadDescriptions(fields, report, "bonusDescriptions")},
-      {"tooltipsDisabled", fields.BoolOr("tooltipsDisabled", false)}};
+Json ReadMetadata(FieldReader& recipe) {
+  FieldReader fields(recipe.ObjectOr("metadata"), recipe);
+  Json metadata = {{"guaranteedDescriptions", ReadDescriptions(fields, "guaranteedDescriptions")},
+                   {"bonusDescriptions", ReadDescriptions(fields, "bonusDescriptions")},
+                   {"tooltipsDisabled", fields.BoolOr("tooltipsDisabled", false)}};
   fields.Finish();
   return metadata;
 }
 
-PlatformRecipe ReadRecipe(FieldReader& fields, IssueReport& report, const WorldData& data) {
+PlatformRecipe ReadRecipe(FieldReader& fields, const WorldData& data) {
   PlatformRecipe recipe;
   recipe.recipeName = fields.String("recipeName");
   recipe.type = fields.String("type");
   recipe.displayCategories = fields.StringOr("displayCategories", "");
   recipe.crafterName = fields.StringOr("crafterName", "");
-  for (const Json& slot : fields.ListOr("slots")) {
-    recipe.slots.push_back(ReadSlot(slot, report, data));
-  }
-  for (const Json& output : fields.ListOr("outputs")) {
-    recipe.outputs.push_back(ReadOutput(output, report, data));
-  }
-  recipe.metadata = ReadMetadata(fields, report);
-  fields.Finish();
-  if (recipe.slots.empty()) report.Add(fields.At("slots"), "a recipe needs at least one slot");
+  fields.ForEach("slots", [&](FieldReader& slot) { recipe.slots.push_back(ReadSlot(slot, data)); });
+  fields.ForEach("outputs",
+                 [&](FieldReader& output) { recipe.outputs.push_back(ReadOutput(output, data)); });
+  recipe.metadata = ReadMetadata(fields);
+  if (recipe.slots.empty()) fields.FailAt("slots", "a recipe needs at least one slot");
   std::sort(recipe.slots.begin(), recipe.slots.end(),
             [](const auto& a, const auto& b) { return a.slotNumber < b.slotNumber; });
   const auto twice =
       std::adjacent_find(recipe.slots.begin(), recipe.slots.end(),
                          [](const auto& a, const auto& b) { return a.slotNumber == b.slotNumber; });
   if (twice != recipe.slots.end()) {
-    report.Add(fields.At("slots"), "duplicate slot number " + std::to_string(twice->slotNumber));
+    fields.FailAt("slots", "duplicate slot number " + std::to_string(twice->slotNumber));
   }
   return recipe;
 }
 
 }  // namespace
 
-void ReadDefinitions(FieldReader& world, IssueReport& report, WorldData& data) {
-  const Json& list = world.ListOr("definitions");
-  for (const Json& value : list) {
-    FieldReader fields(value, report);
+void ReadDefinitions(FieldReader& world, WorldData& data) {
+  world.ForEach("definitions", [&](FieldReader& fields) {
     LootDefinition definition = ReadDefinition(fields);
-    fields.Finish();
     const std::string fault = DefinitionFault(definition, data.collections);
-    if (!fault.empty()) report.Add(value, fault);
+    if (!fault.empty()) fields.Fail(fault);
     if (!data.definitionIndex.emplace(definition.lootName, data.definitions.size()).second) {
-      report.Add(fields.At("lootName"), "duplicate loot name " + JsonString(definition.lootName));
+      fields.FailAt("lootName", "duplicate loot name " + JsonString(definition.lootName));
     }
     data.definitions.push_back(std::move(definition));
-    if (report.failed()) return;
-  }
-  for (size_t i = 0; i < list.size(); ++i) {
-    const std::string& upgrade = data.definitions[i].upgradeLootName;
-    if (!upgrade.empty() && data.FindDefinition(upgrade) == nullptr) {
-      report.Add(list[i]["upgradeLootName"], "unknown loot name " + JsonString(upgrade));
+  });
+  for (const Json& definition : world.ListOr("definitions")) {
+    const auto upgrade = definition.find("upgradeLootName");
+    if (!world.ok() || upgrade == definition.end() || *upgrade == "") continue;
+    if (data.FindDefinition(upgrade->get<std::string>()) == nullptr) {
+      world.FailPart(*upgrade, "unknown loot name " + WriteJson(*upgrade));
     }
   }
 }
 
-void ReadQueries(FieldReader& world, IssueReport& report, WorldData& data) {
+void ReadQueries(FieldReader& world, WorldData& data) {
   data.queries = world.ObjectOr("queries");
   for (const Json& query : world.ObjectOr("queries")) {
     if (!query.is_string() && !query.is_array()) {
-      report.Add(query, "a query must be a loot name or a list of them");
+      world.FailPart(query, "a query must be a loot name or a list of them");
       return;
     }
     for (const Json& name : query) {  // of a single string: that string
       const auto* text = name.get_ptr<const std::string*>();
       if (text != nullptr && IsLoot(data, *text)) continue;
-      report.Add(name, "unknown loot name " + WriteJson(name));
+      world.FailPart(name, "unknown loot name " + WriteJson(name));
     }
   }
 }
 
-void ReadOdds(FieldReader& world, IssueReport& report, WorldData& data) {
+void ReadOdds(FieldReader& world, WorldData& data) {
   const Json& odds = world.ObjectOr("odds");
-  FieldReader tables(odds, report);
+  FieldReader tables(odds, world);
   for (const auto& [name, table] : odds.items()) {
     if (data.FindDefinition(name) != nullptr) {
-      report.AddToName(table, JsonString(name) + " is a loot name already");
+      world.FailName(table, JsonString(name) + " is a loot name already");
     }
     std::vector<OddsEntry>& entries = data.odds[name];
-    for (const Json& value : tables.ListOr(name)) {
-      FieldReader fields(value, report);
+    tables.ForEach(name, [&](FieldReader& fields) {
       OddsEntry entry;
       entry.lootName = fields.String("lootName");
       entry.weight = fields.IntegerOr("weight", 1, 1, 1'000'000);
       entry.quantity = fields.IntegerOr("quantity", 1, 1, 1'000'000);
-      fields.Finish();
       if (data.FindDefinition(entry.lootName) == nullptr) {
-        report.Add(fields.At("lootName"), "unknown loot name " + JsonString(entry.lootName));
+        fields.FailAt("lootName", "unknown loot name " + JsonString(entry.lootName));
       }
       entries.push_back(std::move(entry));
-    }
-    if (entries.empty()) report.AddToName(table, "an odds table needs at least one entry");
+    });
+    if (entries.empty()) world.FailName(table, "an odds table needs at least one entry");
   }
 }
 
-void ReadRecipes(FieldReader& world, IssueReport& report, WorldData& data) {
-  for (const Json& value : world.ListOr("recipes")) {
-    FieldReader fields(value, report);
-    PlatformRecipe recipe = ReadRecipe(fields, report, data);
+void ReadRecipes(FieldReader& world, WorldData& data) {
+  world.ForEach("recipes", [&](FieldReader& fields) {
+    PlatformRecipe recipe = ReadRecipe(fields, data);
     if (!data.recipeIndex.emplace(recipe.recipeName, data.recipes.size()).second) {
-      report.Add(fields.At("recipeName"), "duplicate recipe name " + JsonString(recipe.recipeName));
+      fields.FailAt("recipeName", "duplicate recipe name " + JsonString(recipe.recipeName));
     }
     data.recipes.push_back(std::move(recipe));
-    if (report.failed()) return;
-  }
+  });
 }
 
 }  // namespace Kest::Host

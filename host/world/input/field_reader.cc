@@ -15,15 +15,23 @@ std::string Found(const Json& value) {
 
 }  // namespace
 
-FieldReader::FieldReader(const Json& value, IssueReport& report) : value_(value), report_(report) {
-  if (!value.is_object()) report_.Add(value, "must be an object, found " + Found(value));
+FieldReader::FieldReader(const Document& document)
+    : FieldReader(document.root(), document, &own_) {}
+
+FieldReader::FieldReader(const Json& value, FieldReader& owner)
+    : FieldReader(value, owner.document_, owner.failure_) {}
+
+FieldReader::FieldReader(const Json& value, const Document& document,
+                         std::optional<Failure>* failure)
+    : value_(value), document_(document), failure_(failure) {
+  if (!value.is_object()) Fail("must be an object, found " + Found(value));
 }
 
 std::string FieldReader::String(std::string_view name) {
   const Json* value = FindRequired(name);
   if (value == nullptr) return "";
   std::string text = StringOr(name, "");
-  if (text.empty()) report_.Add(*value, JsonString(name) + " must not be empty");
+  if (text.empty()) FailPart(*value, JsonString(name) + " must not be empty");
   return text;
 }
 
@@ -107,34 +115,34 @@ const Json& FieldReader::ObjectOr(std::string_view name) {
 
 const Json* FieldReader::Find(std::string_view name) {
   asked_.push_back(name);
-  const Json& member = At(name);
-  return report_.failed() || &member == &value_ ? nullptr : &member;
-}
-
-const Json& FieldReader::At(std::string_view name) const {
-  if (!value_.is_object()) return value_;
+  if (!ok() || !value_.is_object()) return nullptr;
   const auto found = value_.find(name);
-  return found == value_.end() ? value_ : *found;
+  return found == value_.end() ? nullptr : &*found;
 }
 
-void FieldReader::Finish() {
+void FieldReader::FailAt(std::string_view name, std::string_view message) {
+  const Json* member = Find(name);
+  FailPart(member == nullptr ? value_ : *member, message);
+}
+
+bool FieldReader::Finish() {
   for (const auto& [name, value] : value_.items()) {
-    if (report_.failed()) return;
+    if (!ok()) break;
     if (std::find(asked_.begin(), asked_.end(), name) == asked_.end()) {
-      report_.AddToName(value, "unknown member " + JsonString(name));
+      FailName(value, "unknown member " + JsonString(name));
     }
   }
+  return ok();
 }
 
 const Json* FieldReader::FindRequired(std::string_view name) {
   const Json* value = Find(name);
-  if (value == nullptr) report_.Add(value_, "member " + JsonString(name) + " is missing");
+  if (value == nullptr) Fail("member " + JsonString(name) + " is missing");
   return value;
 }
 
 void FieldReader::WrongKind(std::string_view name, const Json& value, std::string_view wanted) {
-  report_.Add(value,
-              JsonString(name) + " must be " + std::string(wanted) + ", found " + Found(value));
+  FailPart(value, JsonString(name) + " must be " + std::string(wanted) + ", found " + Found(value));
 }
 
 int64_t FieldReader::ToInteger(std::string_view name, const Json& value, int64_t lowest,
@@ -152,8 +160,12 @@ int64_t FieldReader::ToInteger(std::string_view name, const Json& value, int64_t
 
 template <typename T>
 void FieldReader::OutOfRange(std::string_view name, const Json& value, T lowest, T highest) {
-  report_.Add(value, JsonString(name) + " must be between " + WriteJson(lowest) + " and " +
-                         WriteJson(highest) + ", found " + WriteJson(value));
+  FailPart(value, JsonString(name) + " must be between " + WriteJson(lowest) + " and " +
+                      WriteJson(highest) + ", found " + WriteJson(value));
+}
+
+void FieldReader::Report(const Json& part, bool atName, std::string_view message) {
+  if (ok()) *failure_ = Failure{document_.Describe(part, atName, message), 400};
 }
 
 }  // namespace Kest::Host

@@ -1,8 +1,8 @@
 // Reads the members of one JSON object into typed values and reports what does not fit.
 //
 // Usage: make one per object, ask for every member it may have, then call Finish, which reports a
-// member that was not asked for. After a report every later question returns its default, so a
-// caller checks the report once at the end.
+// member that was not asked for. Readers of one document share their issue, the first one: after it
+// every question returns its default, so a caller checks once at the end.
 #pragma once
 
 #include <cstdint>
@@ -16,37 +16,18 @@
 
 namespace Kest::Host {
 
-// The first issue of a reading; later ones are dropped.
-class IssueReport {
- public:
-  // The document must outlive the report.
-  explicit IssueReport(const Document& document) : document_(document) {}
-
-  // What is wrong with `part` of the document, or with the name of that member.
-  void Add(const Json& part, std::string_view message) { Add(part, false, message); }
-  void AddToName(const Json& part, std::string_view message) { Add(part, true, message); }
-
-  bool failed() const { return failure_.has_value(); }
-  // Of status 400; the text begins with the issue's place. REQUIRES: failed().
-  const Failure& failure() const { return *failure_; }
-
- private:
-  void Add(const Json& part, bool atName, std::string_view message) {
-    if (!failure_) failure_ = Failure{document_.Describe(part, atName, message), 400};
-  }
-
-  const Document& document_;
-  std::optional<Failure> failure_;
-};
-
 class FieldReader {
  public:
   static constexpr int64_t kMin32 = std::numeric_limits<int32_t>::min();
   static constexpr int64_t kMax32 = std::numeric_limits<int32_t>::max();
   static constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
 
-  // Both must outlive the reader. A value that is no object is reported.
-  FieldReader(const Json& value, IssueReport& report);
+  // Reads the document's root, or `value`, a part of the document that `owner` reads. All must
+  // outlive the reader. A value that is no object is reported.
+  explicit FieldReader(const Document& document);
+  FieldReader(const Json& value, FieldReader& owner);
+  FieldReader(const FieldReader&) = delete;
+  FieldReader& operator=(const FieldReader&) = delete;
 
   // A member that must be there, or may be missing. A required string must not be empty.
   std::string String(std::string_view name);
@@ -64,19 +45,43 @@ class FieldReader {
   // The member, or null when it is missing. Any kind of value.
   const Json* Find(std::string_view name);
 
-  // The member as a part to report, or the object when it has none of that name.
-  const Json& At(std::string_view name) const;
-  void Finish();
+  // Calls read(FieldReader&) for each object of the list, and Finish after it.
+  template <typename Read>
+  void ForEach(std::string_view name, Read read) {
+    for (const Json& value : ListOr(name)) {
+      FieldReader fields(value, *this);
+      read(fields);
+      if (!fields.Finish()) return;
+    }
+  }
+
+  // Report an issue of the object, of a member or (when it is missing) the object, of any part of
+  // the document, and of the name of a part that is a member.
+  void Fail(std::string_view message) { FailPart(value_, message); }
+  void FailAt(std::string_view name, std::string_view message);
+  void FailPart(const Json& part, std::string_view message) { Report(part, false, message); }
+  void FailName(const Json& part, std::string_view message) { Report(part, true, message); }
+
+  // Whether there is no issue so far.
+  bool Finish();
+  bool ok() const { return !*failure_; }
+  // Of status 400; the message begins with the issue's place. REQUIRES: !ok().
+  const Failure& failure() const { return **failure_; }
 
  private:
+  FieldReader(const Json& value, const Document& document, std::optional<Failure>* failure);
+
   const Json* FindRequired(std::string_view name);
-  void WrongKind(std::string_view name, const Json& value, std::string_view wanted);
   int64_t ToInteger(std::string_view name, const Json& value, int64_t lowest, int64_t highest);
+  void WrongKind(std::string_view name, const Json& value, std::string_view wanted);
   template <typename T>
   void OutOfRange(std::string_view name, const Json& value, T lowest, T highest);
+  void Report(const Json& part, bool atName, std::string_view message);
 
   const Json& value_;
-  IssueReport& report_;
+  const Document& document_;
+  std::optional<Failure> own_;  // of the document's reader
+  std::optional<Failure>* failure_;
   std::vector<std::string_view> asked_;
 };
 

@@ -15,13 +15,12 @@ struct CraftOrder {
   int64_t repeat = 1;
 };
 
-CraftOrder ReadOrder(const Json& request, IssueReport& report) {
-  FieldReader fields(request, report);
+CraftOrder ReadOrder(FieldReader& fields) {
   CraftOrder order;
   order.recipeName = fields.String("recipeName");
   order.repeat = fields.IntegerOr("repeat", 1, 1, kMaxRepeat);
   for (const Json& value : fields.ListOr("lootNameRefIds")) {
-    FieldReader item(value, report);
+    FieldReader item(value, fields);
     order.items.push_back({item.String("lootName"), item.StringOr("refId", "")});
   }
   return order;
@@ -38,9 +37,9 @@ std::string FirstRefId(const std::vector<LootKey>& items) {
 
 Transaction Craft(const WorldData& data, const Document& request, Inventory& inventory,
                   const PlatformCollections& collections, SeededRandom& random) {
-  IssueReport report(request);
-  const CraftOrder order = ReadOrder(request.root(), report);
-  if (report.failed()) return Refused("INVALID_REQUEST", report.failure().text);
+  FieldReader fields(request);
+  const CraftOrder order = ReadOrder(fields);
+  if (!fields.ok()) return Refused("INVALID_REQUEST", fields.failure().text);
 
   const PlatformRecipe* recipe = data.FindRecipe(order.recipeName);
   if (recipe == nullptr) return Refused("INVALID_RECIPE", "no recipe " + order.recipeName);

@@ -36,10 +36,9 @@ void Acquire(Collection collection, const LootDefinition& definition,
 
 Transaction Redeem(const WorldData& data, const Document& request, Inventory& inventory,
                    PlatformCollections& collections) {
-  IssueReport report(request);
-  FieldReader fields(request.root(), report);
+  FieldReader fields(request);
   const LootKey key{fields.String("lootName"), ""};
-  if (report.failed()) return Refused("INVALID_REQUEST", report.failure().text);
+  if (!fields.ok()) return Refused("INVALID_REQUEST", fields.failure().text);
   if (inventory.Count(key) == 0) return Refused("MISSING_LOOT", "has no " + key.lootName);
 
   const LootDefinition& definition = *data.FindDefinition(key.lootName);

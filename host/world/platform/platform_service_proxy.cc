@@ -61,13 +61,12 @@ Maybe<PlatformServiceProxy::ServiceCall> PlatformServiceProxy::ReadCall(std::str
   auto document = Document::FromJson("body", body);
   if (!document) return document.GetFailure();
   ServiceCall call{std::move(document.GetValue()), {}, {}, {}, nullptr};
-  IssueReport report(call.body);
-  FieldReader fields(call.body.root(), report);
+  FieldReader fields(call.body);
   call.service = fields.String("serviceName");
   call.method = fields.String("methodName");
   call.requestKey = fields.StringOr("requestKey", "");
   call.arguments = &fields.ListOr("args");
-  if (report.failed()) return report.failure();
+  if (!fields.ok()) return fields.failure();
   return call;
 }
 
@@ -111,13 +110,13 @@ Maybe<Json> PlatformServiceProxy::Serve(const ServiceCall& call) {
 
 Maybe<Json> PlatformServiceProxy::Acknowledge(const ServiceCall& call) {
   if (call.arguments->size() != 1) return Failure{"expected one dialog message response", 400};
-  IssueReport report(call.body);
-  FieldReader fields((*call.arguments)[0], report);
+  FieldReader body(call.body);
+  FieldReader fields((*call.arguments)[0], body);
   Acknowledgement acknowledgement;
   acknowledgement.accountId = fields.UnsignedOr("accountId", 0);
   acknowledgement.msgId = fields.String("msgId");
   acknowledgement.command = fields.String("command");
-  if (report.failed()) return report.failure();
+  if (!fields.ok()) return fields.failure();
   if (acknowledgement.command != "ack") {
     return Failure{"unknown command " + acknowledgement.command, 400};
   }
