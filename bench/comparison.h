@@ -13,7 +13,7 @@
 namespace Kest::Bench {
 
 // Prints how many times faster than `peer` the benchmark `ours` is; the aim is at least `aim`.
-// Answers true, so that it can initialise a constant.
+// Returns true, so that it can initialise a constant.
 bool CompareWithPeer(std::string what, std::string ours, std::string peer, double aim);
 
 // Prints the time of `ours`; the aim is at most `nanoseconds`.

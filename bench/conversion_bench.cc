@@ -1,5 +1,5 @@
 // Each kind of input into a typical native type, against peers that check their input as well. One
-// iteration converts 1,000 values. Both sides find the converter of a type at run time, behind a
+// iteration converts 1,000 values. Both sides find the converter of a type at run time, after a
 // pointer; ours also knows what failed and where, and its structures are registered at run time.
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 // Any request to the sample API of the tests, and any direct invocation. Only listed statuses and
-// failure texts leave, a success carries a body in the format it names, and the same request has
-// the same answer.
+// failure messages leave, a success carries a body in the format it names, and the same request has
+// the same response.
 //
 //   /query?n=5           the URL; or "!Query", the function to invoke
 //   application/json     content type of the body, or of the arguments
@@ -21,8 +21,8 @@
 namespace Kest::Fuzz {
 namespace {
 
-constexpr std::string_view kNotFoundTexts[] = {"Not found", "Invalid function",
-                                               "Unsupported builtin function"};
+constexpr std::string_view kNotFoundMessages[] = {"Not found", "Invalid function",
+                                                  "Unsupported builtin function"};
 constexpr std::string_view kResultFailures[] = {
     "Failed to convert type %1 to BindingProperty for serialization",
 };
@@ -56,7 +56,7 @@ Call ReadCall(std::string_view text) {
   return call;
 }
 
-Response Answer(const Sample::Api& api, const Call& call) {
+Response Respond(const Sample::Api& api, const Call& call) {
   if (!call.target.starts_with('!')) {
     std::vector<HeaderPair> headers;
     for (const Pair& pair : call.pairs) headers.push_back({pair.name, pair.value});
@@ -73,8 +73,8 @@ Response Answer(const Sample::Api& api, const Call& call) {
   return api.dispatcher().Invoke(call.target.substr(1), arguments);
 }
 
-// The decoders' texts inside the words for each argument of each function.
-std::vector<std::string> DecodingTexts(const Dispatcher& dispatcher) {
+// The decoders' messages within those of each argument of each function.
+std::vector<std::string> DecodingMessages(const Dispatcher& dispatcher) {
   const struct {
     std::string_view format;
     MessageList list;
@@ -100,14 +100,14 @@ std::vector<std::string> DecodingTexts(const Dispatcher& dispatcher) {
   return texts;
 }
 
-// These functions fail with the texts they are given.
-bool TellsItsOwnText(std::string_view target) {
+// These functions fail with the messages they are given.
+bool FailsAsItIsAsked(std::string_view target) {
   return target.starts_with("/fail") || target.starts_with("/throw") || target == "!Fail" ||
          target == "!Throw";
 }
 
 void CheckSuccess(const Response& response) {
-  Require(response.message.empty(), "a success has no text", response.message);
+  Require(response.message.empty(), "a success has no message", response.message);
   if (response.status == 204) {
     return Require(response.body.empty(), "204 has no body", response.body);
   }
@@ -126,16 +126,16 @@ void CheckSuccess(const Response& response) {
 
 void CheckFailure(std::string_view target, const Response& response) {
   static const Sample::Api kApi;
-  static const std::vector<std::string> kTexts = DecodingTexts(kApi.dispatcher());
-  static const std::vector<std::string_view> kDecoding(kTexts.begin(), kTexts.end());
+  static const std::vector<std::string> kMessages = DecodingMessages(kApi.dispatcher());
+  static const std::vector<std::string_view> kDecoding(kMessages.begin(), kMessages.end());
   Require(response.body.empty() && response.contentType.empty(), "a failure has no body");
-  Require(!response.message.empty(), "a failure has a text");
-  if (TellsItsOwnText(target)) return;
+  Require(!response.message.empty(), "a failure has a message");
+  if (FailsAsItIsAsked(target)) return;
   switch (response.status) {
     case 400:
       return RequireListed(response.message, {kBindingFailures, kConversionFailures, kDecoding});
     case 404:
-      return RequireListed(response.message, {kNotFoundTexts});
+      return RequireListed(response.message, {kNotFoundMessages});
     default:
       Require(response.status == 500, "the status is listed", std::to_string(response.status));
       RequireListed(response.message, {kResultFailures, kJsonWriteFailures});
@@ -147,8 +147,8 @@ void CheckFailure(std::string_view target, const Response& response) {
 void CheckArgumentBinding(std::string_view input) {
   static const Sample::Api kApi;
   const Call call = ReadCall(input);
-  const Response response = Answer(kApi, call);
-  Require(response == Answer(kApi, call), "the same request has the same answer");
+  const Response response = Respond(kApi, call);
+  Require(response == Respond(kApi, call), "the same request has the same response");
   if (response.status < 300) {
     CheckSuccess(response);
   } else {

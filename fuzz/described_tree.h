@@ -1,4 +1,4 @@
-// A tree as a text that shows everything of it, to compare trees without the comparison of the
+// A tree as a string that shows everything of it, to compare trees without the comparison of the
 // trees themselves.
 #pragma once
 
@@ -11,14 +11,14 @@ namespace Kest::Fuzz {
 enum class TreeView {
   kExact,
   // What is left when the tree went through a format and back:
-  kJson,         // whole numbers lose their sign's kind, enumerators and blobs become texts
-  kMessagePack,  // enumerators become texts; whole numbers lose their sign's kind up to 127
+  kJson,         // integers lose their sign's kind, enumerators and blobs become strings
+  kMessagePack,  // enumerators become strings; integers lose their sign's kind up to 127
 };
 
 struct TreeDescription {
   std::string text;
   std::string failure;    // why the format cannot hold the tree; empty when it can
-  bool repaired = false;  // a text had bytes that are not UTF-8, and the format replaces them
+  bool repaired = false;  // a string had bytes that are not UTF-8, and the format replaces them
 };
 
 TreeDescription DescribeTree(const BindingProperty& tree, TreeView view);

@@ -1,13 +1,13 @@
-// The failure texts that may leave each layer, for RequireListed. They repeat what callers were
-// promised and stand apart from the code on purpose: a text that changes there is a finding.
+// The failure messages that may leave each layer, for RequireListed. They repeat what callers were
+// promised, apart from the code on purpose: a message that changes there is a finding.
 #pragma once
 
 #include <string_view>
 
 namespace Kest::Fuzz {
 
-// The decoder's texts for handler and unknown errors, and "Out of memory", are left out: no input
-// within the bounds may cause them.
+// The decoder's messages for handler and unknown errors, and "Out of memory", are left out: no
+// input within the bounds may cause them.
 inline constexpr std::string_view kJsonFailures[] = {
     "The document is empty.",
     "The document root must not be followed by other values.",
@@ -59,7 +59,7 @@ inline constexpr std::string_view kBindingFailures[] = {
     "Extra MessgePack data found in body",
 };
 
-// A tag "int" or "float" parses its text as one of these three types.
+// A tag "int" or "float" parses its scalar as one of these three types.
 inline constexpr std::string_view kYamlFailures[] = {
     "YAML text is too large.",
     "Multi-document YAML is not supported.",

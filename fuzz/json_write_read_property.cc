@@ -17,7 +17,7 @@ void CheckTree(const BindingProperty& tree) {
   std::string text = "kept";
   WriteJson(context, tree, &text);
   RequireSame(expected.failure, context.ErrorMessage(), "writing fails for the reason due");
-  Require(text.starts_with("kept"), "what stood there stays", text);
+  Require(text.starts_with("kept"), "what was there stays", text);
   if (!context.Ok()) {
     Require(text == "kept", "a failure writes nothing", text);
     return;

@@ -48,7 +48,7 @@ void CheckBytes(std::string_view bytes) {
     RequireListed(whole.failure, {kMessagePackFailures, kMessagePackTruncations});
     Require(!plain, "what is not read is no value", whole.failure);
     if (!plainFailure.empty()) RequireSame(plainFailure, whole.failure, "the failure is named");
-    Require(whole.tree.IsEmpty(), "a failure answers nothing", whole.failure);
+    Require(whole.tree.IsEmpty(), "a failure returns nothing", whole.failure);
     Require(whole.consumed == kUntouched, "a failure consumes nothing", whole.failure);
     return;
   }
@@ -56,8 +56,8 @@ void CheckBytes(std::string_view bytes) {
   const std::string description = ExactTree(whole.tree);
   if (plain) RequireSame(ExactTree(*plain), description, "two readers read the same");
   const Reading alone = Read(bytes.substr(0, whole.consumed));
-  Require(alone.consumed == whole.consumed, "what lies behind does not matter", alone.failure);
-  RequireSame(description, ExactTree(alone.tree), "what lies behind does not matter");
+  Require(alone.consumed == whole.consumed, "what follows does not matter", alone.failure);
+  RequireSame(description, ExactTree(alone.tree), "what follows does not matter");
   RequireListed(Read(bytes.substr(0, whole.consumed - 1)).failure, {kMessagePackTruncations});
 
   const std::string written = Write(whole.tree);

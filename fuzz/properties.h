@@ -1,4 +1,4 @@
-// What must hold for any bytes that reach a reader or what is behind it. A property takes one input
+// What must hold for any bytes that reach a reader or what follows it. A property takes one input
 // and throws a Finding when a rule is broken. The fuzzers feed them (fuzzer_entry.cc), and so does
 // the ordinary test suite of every build.
 #pragma once

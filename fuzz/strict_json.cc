@@ -54,9 +54,10 @@ StrictReading ReadStrictJson(std::string_view text) {
   if (result.IsError()) {
     return {std::nullopt, rapidjson::GetParseError_En(result.Code()), result.Offset()};
   }
-  if (stream.Tell() != text.size()) {  // a NUL
+  if (stream.src_ != stream.end_) {  // a NUL
     constexpr auto kCode = rapidjson::kParseErrorDocumentRootNotSingular;
-    return {std::nullopt, rapidjson::GetParseError_En(kCode), stream.Tell()};
+    return {std::nullopt, rapidjson::GetParseError_En(kCode),
+            static_cast<size_t>(stream.src_ - stream.begin_)};
   }
   return {handler.tree.Take(), {}, 0};
 }

@@ -1,5 +1,5 @@
 // Any edits of two trees beside plain models of them: after each step a tree means what its model
-// means. An edit is one byte, with a digit or letter behind it where it needs one:
+// means. An edit is one byte, with a digit or letter after it where it needs one:
 //   0-9  go down to that child         ^  go to the root          @  go to the other tree's root
 //   E B I U D S X G  set empty, a bool, a number (two kinds), a float, a text, bytes, an enumerator
 //   C T  set an empty collection, structure

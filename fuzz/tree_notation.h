@@ -2,7 +2,7 @@
 // a tree, and most edits of one are small edits of the other.
 //
 //   n t f         empty, true, false
-//   i-5; u5; d2.5;   signed, unsigned and floating numbers: decimal, and what strtod takes
+//   i-5; u5; d2.5;   signed, unsigned and floating-point numbers: decimal, and what strtod takes
 //   D + 8 bytes   a double by its bits, low byte first
 //   stext; bbytes;   text, blob; a backslash takes the next byte as it is
 //   e1;           an enumerator

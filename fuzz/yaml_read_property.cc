@@ -1,6 +1,6 @@
 // Any text as YAML. A tree that is read can be taken as a free value, and written as JSON unless it
 // holds what JSON does not; that JSON, being YAML as well, reads as the same tree. What is not read
-// fails with a listed text.
+// fails with a listed message.
 #include <algorithm>
 
 #include "binding/convert/convert.h"
@@ -16,7 +16,8 @@ namespace {
 
 // Aliases make large trees of small texts: those are read, but not looked at from all sides.
 constexpr size_t kMaxJson = 64 << 10;
-// Nearly the limit: so much shows what libyaml makes of directives and nesting when nobody counts.
+// Nearly the limit: so much shows what libyaml makes of directives and nesting when they are not
+// counted.
 constexpr size_t kStretchedText = 1'000'000;
 // libyaml finds a key no longer than this.
 constexpr size_t kMaxKey = 1000;
@@ -65,7 +66,7 @@ void CheckText(std::string_view text) {
   const BindingProperty tree = Read(context, text);
   if (context.Ok()) return CheckTree(tree);
   RequireListed(context.ErrorMessage(), {kYamlFailures});
-  Require(tree.IsEmpty(), "a failure answers nothing", context.ErrorMessage());
+  Require(tree.IsEmpty(), "a failure returns nothing", context.ErrorMessage());
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ TEST(RouteTemplate, CompilesToThePatternAndItsParameters) {
       {"later + of a name", "{a+}", "([^/]*)", {{"a+", kSegment}}},
       {"later # of a name", "{b#}", "([^/]*)", {{"b#", kSegment}}},
       {"no name yet", "{+#a}{#+b}", "#(.*)(.*)", {{"a", kFragment}, {"b", kRest}}},
-      {"brace starts afresh", "{a{b}", "([^/]*)", {{"b", kSegment}}},
+      {"brace starts again", "{a{b}", "([^/]*)", {{"b", kSegment}}},
       {"form too", "{+a{b}", "([^/]*)", {{"b", kSegment}}},
       {"stray brace has no group", "/a}{b}", "/a([^/]*)", {{"", kSegment}, {"b", kSegment}}},
       {"unfinished parameter is nothing", "/a{b", "/a", {}},

@@ -1,4 +1,4 @@
-// A small API of its own: functions that answer what they were given, and one of each result.
+// A small API of its own: functions that return what they were given, and one of each result.
 #pragma once
 
 #include <algorithm>
@@ -17,21 +17,21 @@ struct Slot {
 };
 struct Unregistered {};
 
-// Answers the arguments it got as members of a structure.
+// Returns the arguments it got as members of a structure.
 class Functions {
  public:
   BindingProperty Query(std::optional<BindingProperty> o, std::optional<std::vector<Slot>> list,
                         std::optional<Slot> slot, std::optional<int32_t> n, bool flag) {
-    BindingProperty answer = BindingProperty::Structure();
-    if (o) answer.GetOrAddMember("o") = *o;
+    BindingProperty result = BindingProperty::Structure();
+    if (o) result.GetOrAddMember("o") = *o;
     if (slot) list.emplace().push_back(*slot);
-    if (list) answer.GetOrAddMember("list").SetCollection();
+    if (list) result.GetOrAddMember("list").SetCollection();
     for (const Slot& s : list.value_or(std::vector<Slot>())) {
-      answer.GetOrAddMember("list").Append().SetString(s.name + "*" + std::to_string(s.count));
+      result.GetOrAddMember("list").Append().SetString(s.name + "*" + std::to_string(s.count));
     }
-    if (n) answer.GetOrAddMember("n").SetSigned(*n);
-    if (flag) answer.GetOrAddMember("flag").SetBool(flag);
-    return answer;
+    if (n) result.GetOrAddMember("n").SetSigned(*n);
+    if (flag) result.GetOrAddMember("flag").SetBool(flag);
+    return result;
   }
   Maybe<std::string> Path(const std::string& id, int64_t number) const {
     return id + ":" + std::to_string(number);
@@ -62,7 +62,7 @@ class Functions {
   std::vector<Slot> held_ = {{"first", 1}, {"second", 2}};
 };
 
-// The functions behind routes, in a registry of their own.
+// The functions of routes, in a registry of their own.
 class Api {
  public:
   Api() {
@@ -106,17 +106,6 @@ class Api {
 // "200 {...}" or "400 text".
 inline std::string Summary(const Response& response) {
   return std::to_string(response.status) + " " + response.body + response.message;
-}
-
-struct UrlCase {
-  const char *why, *url, *answer, *contentType = "", *body = "";
-};
-
-inline void ExpectAnswers(std::initializer_list<UrlCase> cases, const std::string& prefix = {}) {
-  const Api api;
-  for (const UrlCase& c : cases) {
-    EXPECT_EQ(Summary(api.Get(prefix + c.url, c.contentType, c.body)), c.answer) << c.why;
-  }
 }
 
 }  // namespace Kest::Sample

@@ -35,7 +35,7 @@ class ClockTest : public ::testing::Test {
   ~ClockTest() override { ResetClockForTests(); }
 };
 
-#if !defined(_WIN32)  // Windows has one zone for the machine, and answers for the present only
+#if !defined(_WIN32)  // Windows has one zone for the machine, and knows it for the present only
 class ZoneTest : public ClockTest {
  protected:
   ~ZoneTest() override { SetZone("UTC"); }
@@ -138,7 +138,7 @@ TEST(Uuid, SourceCanFail) {
   EXPECT_TRUE(CreateUuid(&bytes));
 }
 
-TEST(Process, ThreadIdsTellThreadsApart) {
+TEST(Process, ThreadIdsDiffer) {
   const uint32_t mine = CurrentThreadId();
   uint32_t other = 0;
   std::thread([&] { other = CurrentThreadId(); }).join();

@@ -16,7 +16,7 @@ constexpr std::string_view kMalformed = "Value %1 for 'p' of type %2 is in an in
 constexpr std::string_view kKind =
     "Couldn't assign value to 'p' of type %1 because the input is of an invalid type %2.";
 
-// Assigns the input to a T, which a failure must leave alone; answers the failure or T as JSON.
+// Assigns the input to a T, which a failure must leave alone; returns the failure or T as JSON.
 template <typename T>
 std::string Into(const BindingProperty& input) {
   T before = T();
@@ -74,12 +74,12 @@ TEST(AssignScalar, FailuresNameValueTypeAndPath) {
   }
 }
 
-TEST(AssignInteger, TextsAreReadWhole) {
+TEST(AssignInteger, EveryCharacterCounts) {
   const Case cases[] = {
       {"hexadecimal", Into<int32_t>, Text("0x1F"), "31"},
       {"octal", Into<int32_t>, Text("017"), "15"},
       {"negative hexadecimal", Into<int32_t>, Text("-0x10"), "-16"},
-      {"plus and blanks before", Into<int32_t>, Text(" \t+12"), "12"},
+      {"plus and spaces before", Into<int32_t>, Text(" \t+12"), "12"},
       {"lowest", Into<int64_t>, Text("-9223372036854775808"), "-9223372036854775808"},
       {"negative zero", Into<uint64_t>, Text("-0"), "0"},
   };
@@ -97,7 +97,7 @@ TEST(AssignInteger, TextsAreReadWhole) {
   }
 }
 
-TEST(AssignFloat, TextsAreReadWhole) {
+TEST(AssignFloat, EveryCharacterCounts) {
   const Case cases[] = {
       {"decimal", Into<double>, Text("1.5e3"), "1500.0"},
       {"without leading digit", Into<double>, Text(" +.5"), "0.5"},
@@ -116,7 +116,7 @@ TEST(AssignFloat, TextsAreReadWhole) {
   }
 }
 
-TEST(AssignString, TextsAndBlobsAreTakenWhole) {
+TEST(AssignString, NulsAreKept) {
   const Case cases[] = {
       {"text", Into<std::string>, Text({"a\0b", 3}), "\"a\\u0000b\""},
       {"enumerator", Into<std::string>, Enum(1), "\"Epic\""},

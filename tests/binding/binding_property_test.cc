@@ -41,7 +41,7 @@ TEST(BindingProperty, ValuesCanBeAssignedIntoTheirOwnTree) {
   value = *value.FindElement(0)->FindElement(1);  // the child over its parent
   value.SetString(value.FindMember("c")->AsString());
   EXPECT_EQ(value.AsString(), "text");
-  value.GetOrAddMember(value.AsString()).SetBool(true);  // a text as a name where it stood
+  value.GetOrAddMember(value.AsString()).SetBool(true);  // a string as a name where it was
   EXPECT_EQ(Json(value), R"({"text":true})");
 }
 
@@ -109,7 +109,7 @@ TEST(TreeBuilder, StopsAtTheBoundOfATree) {
   EXPECT_TRUE(ToProperty(context, std::vector<int8_t>(kMaxTreeValues)).IsEmpty());
   EXPECT_EQ(context.ErrorMessage(), "Too many values.");
 
-  // The names take room of their own while they are gathered.
+  // The names take space of their own while they are gathered.
   TreeBuilder builder;
   builder.BeginStructure(0);
   size_t names = 0;

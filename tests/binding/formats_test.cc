@@ -1,4 +1,4 @@
-// One set of values in all formats: whatever a body is written in, handlers see the same.
+// One set of values in all formats: in any format of a body, handlers see the same.
 #include <charconv>
 #include <sstream>
 
@@ -70,7 +70,7 @@ TEST(Formats, OneValueReadsAlikeInEach) {
        "Value 1.8446744073709552e+19 for 'v' of type uint64 is out of range"},
       {"minus zero", "-0", "d0 0", "-0", "s0", As<double>, "0.0"},
       {"its sign", "-0.0", "ca 80 0 0 0", "-0e0", "f-0.0", As<double>, "-0.0"},
-      {"cut toward zero", "-2.75", "ca c0 30 0 0", "-2.75", "f-2.75", As<int32_t>, "-2"},
+      {"truncated toward zero", "-2.75", "ca c0 30 0 0", "-2.75", "f-2.75", As<int32_t>, "-2"},
       {"exact", "0.1", "cb 3f b9 99 99 99 99 99 9a", "0.1", "f0.1", As<double>, "0.1"},
       {"number as a text", "1", "cc 1", "1", "u1", As<std::string>,
        "Couldn't assign value to 'v' because the input is not a string."},

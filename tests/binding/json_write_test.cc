@@ -31,7 +31,7 @@ TEST(WriteJson, EachValueHasItsForm) {
   for (const auto& c : cases) EXPECT_EQ(Json(c.value), c.json);
 }
 
-TEST(WriteJson, WhatCannotBeWrittenLeavesNothingBehind) {
+TEST(WriteJson, WhatCannotBeWrittenLeavesNothing) {
   const std::string notFinite = "A number that is not finite cannot be written as JSON.";
   const std::pair<BindingProperty, std::string> cases[] = {
       {Float(NAN), notFinite},
@@ -64,7 +64,7 @@ TEST(WriteJson, BadBytesBecomeReplacementsAndOneWarning) {
   EXPECT_EQ(log.Lines()[0], "  WARN|| JSON text: 2 bytes that are not UTF-8 were replaced");
 }
 
-TEST(WriteJson, LongTextsAreWholeAcrossBlocks) {
+TEST(WriteJson, LongTextsCrossBlocks) {
   BindingProperty list;
   for (size_t size = 4000; size < 17000; size += 61) {
     std::string text(size, 'y');

@@ -85,7 +85,7 @@ TEST(MessagePackWriter, TakesTheShortestFormOfTheKind) {
   EXPECT_EQ(Packed(list).substr(0, 6), "\xDD\0\x01\0\0\xC0"s);
 }
 
-TEST(MessagePackWriter, SizesAbove32BitsLeaveNothingBehind) {
+TEST(MessagePackWriter, SizesAbove32BitsLeaveNothing) {
   if constexpr (sizeof(size_t) > 4) {
     const auto size = static_cast<size_t>(uint64_t{1} << 32);
     for (int form = 0; form < 3; ++form) {
@@ -98,7 +98,8 @@ TEST(MessagePackWriter, SizesAbove32BitsLeaveNothingBehind) {
                                          : writer.Blob({BytesOf("").data(), size});
       CheckWritten(context, isWritten, writer);
       writer.Finish(context);
-      EXPECT_EQ(context.ErrorMessage(), "A size above 4294967295 cannot be written as MessagePack.");
+      EXPECT_EQ(context.ErrorMessage(),
+                "A size above 4294967295 cannot be written as MessagePack.");
       EXPECT_EQ(bytes, "kept");
     }
   }

@@ -33,7 +33,7 @@ TEST(AssertionReport, LeavesOutWhatIsNotGiven) {
       report);
 }
 
-// The report stands on standard error before the process ends.
+// The report is on standard error before the process ends.
 TEST(FatalDeathTest, LogsTheReportAndEndsWithADisabledLoggerToo) {
   EXPECT_DEATH(Fatal(kFatalUuid),
                AllOf(StartsWith("log_test"), HasSubstr("):  ERROR| Assertion failed!"),

@@ -9,6 +9,7 @@
 #include "log/printf_attribute.h"
 #include "log/printf_format.h"
 #include "tests/support/cases.h"
+#include "tests/support/golden.h"
 #include "tests/support/text_hash.h"
 
 namespace Kest {
@@ -64,35 +65,9 @@ TEST(Format, DefaultForms) {
 }
 
 TEST(Format, PositionsAndSequence) {
-  ExpectEach<const char*>(
-      {// all with the arguments 1, 2, 3
-       {"doubled mark", "100%%", "100%"},
-       {"any order, again and again", "%3%1%1", "311"},
-       {"only unnumbered ones move the sequence", "%d %1 %d", "1 1 2"},
-       {"a numbered conversion does not move it", "%3$d %d", "3 1"},
-       {"star takes from the sequence", "%*d|%d", "2|3"},
-       {"numbered star does not", "%*3$d|%d", "  1|2"},
-       {"number and numbered star", "%2$0*3$d", "002"},
-       {"star precision", "%.*d", "2"},
-       {"position, then text", "%1d", "1d"},
-       {"number above the count is a width", "%4d", "   1"},
-       // Formatting ends at each of these; what was written stays.
-       {"zero is no position", "a%0", "a"},
-       {"blank is no conversion", "a%10 b", "a"},
-       {"dollar behind a number above the count", "a%5$d b", "a"},
-       {"zero with dollar", "a%0$d b", "a"},
-       {"mark at the end", "a%", "a"},
-       {"position without its conversion", "a%1$", "a"},
-       {"unknown letter", "a%y b", "a"},
-       {"count letter", "a%n b", "a"},
-       {"more conversions than arguments", "%d%d%d|%d b", "123|"},
-       {"star without an argument", "%d%d%d|%*d b", "123|"},
-       {"star position above the count", "a%*4$d b", "a"},
-       {"star position zero", "a%*0$d b", "a"},
-       {"star position without dollar", "a%*1d b", "a"},
-       {"huge position", "a%99999999999999999999$d b", "a"},
-       {"modifier without a letter", "a%ll", "a"}},
-      [](const char* pattern) { return Format(pattern, 1, 2, 3); });
+  EXPECT_TRUE(Testing::GoldenCases("tests/log/positions.txt", [](const std::string& pattern) {
+    return Format(pattern, 1, 2, 3);
+  }));
   EXPECT_EQ(Format("%1 left"), "");
   EXPECT_EQ(Format("%1$*2$d|", 5, -4), "5   |");
   EXPECT_EQ(Format("%*s|", uint64_t{3}, "a"), "  a|");

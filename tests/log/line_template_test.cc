@@ -30,7 +30,7 @@ TEST(LineTemplate, Fields) {
        {"no field", "plain", "plain\n"},
        {"nothing at all", "", "\n"}},
       [](const char* text) { return Line(text); });
-  // Levels are six wide; groups stand lowest bit first and are unnamed from bit 8 on.
+  // Levels are six wide; groups come lowest bit first and are unnamed from bit 8 on.
   ExpectEach<LogRecord>(
       {{"no group", {.level = Level::kOkay}, "  OKAY||\n"},
        {"all named",
@@ -58,8 +58,8 @@ TEST(LineTemplate, EndsWithOneLineFeedAndFitsItsBuffer) {
        {"two of its own stay", "a\n\n", 3},
        {"one byte below the cap", std::string(4093, 'x'), 4094},
        {"at the cap", std::string(4094, 'x'), 4095},
-       {"cut", std::string(4095, 'x'), 4095},
-       {"cut behind a line feed", std::string(4093, 'x').append("\ny"), 4094}},
+       {"truncated", std::string(4095, 'x'), 4095},
+       {"truncated after a line feed", std::string(4093, 'x').append("\ny"), 4094}},
       [](const std::string& message) {
         const std::string line = Line("#M", {.message = message});
         EXPECT_EQ(line.back(), '\n');

@@ -16,7 +16,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// Does what it is told with each line and flush.
+// Calls its function with each line and flush.
 struct CallTarget : LogTarget {
   explicit CallTarget(std::function<void()> call) : onUse(std::move(call)) {}
   const char* ClassName() const override { return "CallTarget"; }
@@ -58,7 +58,7 @@ TEST(LoggerDefaults, ConsoleAndDebuggerTakeWarningsOfNoGroupOrOfDebug) {
   }
 }
 
-// By default okay and extra are dropped. Counted is what passes, whoever takes it.
+// By default okay and extra are dropped. Counted is what passes, with any target or none.
 TEST(Logger, CountsWhatPassesTheGlobalFilter) {
   LogCapture log;
   logger.SetMinimumLevel(Level::kWarning);
@@ -78,7 +78,7 @@ TEST(Logger, CountsWhatPassesTheGlobalFilter) {
   EXPECT_THAT(log.Lines(), ElementsAre("  WARN|| warned", "ALWAYS|DBG;NET| always 1"));
 }
 
-TEST(Logger, ConsoleLinesArriveWhole) {
+TEST(Logger, ConsoleLinesArriveComplete) {
   logger.ResetForTests();
   logger.Attach(logger.StandardOutput());
   ::testing::internal::CaptureStderr();

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,15 @@ namespace Kest::Testing {
 //
 //   EXPECT_TRUE(GoldenText("tests/loot/wire_types.txt", text));
 testing::AssertionResult GoldenText(const std::string& path, std::string_view text);
+
+// The same for the outcomes of cases, which the file holds with their inputs. A case begins with
+// why it is there; its input may have several lines, and "~x" with two digits is any byte. Lines
+// between cases are comments.
+//
+//   # escape
+//   "\u00e9"
+//   => s~xC3~xA9
+testing::AssertionResult GoldenCases(const std::string& path,
+                                     const std::function<std::string(const std::string&)>& outcome);
 
 }  // namespace Kest::Testing
