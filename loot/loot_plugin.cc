@@ -1,79 +1,51 @@
 #include "loot/loot_plugin.h"
 
-#include "log/logger.h"
 #include "log/trace.h"
+#include "loot/wire/register_resources.h"
 
 namespace Kest::Client::Loot {
 
 LootPlugin::LootPlugin(PluginRuntime& runtime)
     : PluginBase(runtime),
-      inventory_(state_),
       client_(Host(), Module(), FullName()),
       proxy_(Host(), Module(), client_, FullName()),
+      inventory_(state_),
       views_(client_, state_),
-      publisher_(Module(), client_, state_, views_),
-      retrieval_(proxy_, state_, inventory_, *this),
-      transactions_(proxy_, state_.status, inventory_, *this),
-      configuration_(proxy_, client_),
-      newPlayerChest_(Module(), proxy_, state_.status, *this),
-      sources_(client_, state_.collections, *this),
-      tournamentLogos_(client_, state_.collections, *this),
-      inbound_(proxy_, *this),
-      gameDataLoader_(client_, state_.gameData) {}
+      chests_(client_),
+      publisher_(Module(), client_, {state_.store, state_.definitions, chests_, views_}),
+      readiness_(client_, inventory_, publisher_),
+      logos_(Module(), client_, state_.collections, readiness_),
+      sources_(client_, state_.collections, readiness_),
+      retrieval_(Module(), proxy_, loot_, {state_.definitions, inventory_, publisher_, logos_}),
+      transactions_(proxy_, loot_, inventory_, publisher_, retrieval_),
+      newPlayerChest_(Module(), proxy_, loot_, retrieval_),
+      enablement_(client_, loot_, newPlayerChest_),
+      session_(sources_, newPlayerChest_),
+      grants_(client_, proxy_),
+      messages_(grants_),
+      configuration_(Module(), proxy_, client_),
+      gameDataLoader_(client_, state_.gameData),
+      subscriptions_(client_, proxy_,
+                     {enablement_, readiness_, newPlayerChest_, session_, messages_, grants_}),
+      endpoints_({loot_, state_, inventory_, publisher_, readiness_, retrieval_, newPlayerChest_,
+                  configuration_, views_, transactions_, grants_, chests_}) {}
+
+void LootPlugin::RegisterApi() {
+  Api::RegisterLootResources(TypeRegistry::Process());
+  SVDS::RegisterLootDtos(TypeRegistry::Process(), &dtoClassNames_);
+  endpoints_.Register(Api());
+}
 
 bool LootPlugin::Initialise() {
   proxy_.Start();
-  SubscribeAll();
-  gameDataLoader_.LoadProfileIcons();
-  gameDataLoader_.LoadLootDefinitions(lootDefinitionPath_);
-  gameDataLoader_.LoadSummonerEmotes();
+  subscriptions_.Start();
+  gameDataLoader_.LoadAll();
   Trace("%s initialized", FullName().c_str());
   return true;
 }
 
 void LootPlugin::Shutdown() {
   proxy_.Finalise();
-}
-
-void LootPlugin::RequestPublication() {
-  publisher_.Request();
-}
-
-void LootPlugin::PostRetrieval() {
-  Module().PostTask("LootPlugin.RefreshPlayerLoot", [this] {
-    // Disabled or too recent: both leave the store as it is, like a failure, which logs itself.
-    static_cast<void>(retrieval_.Retrieve(/*forced=*/false));
-  });
-}
-
-void LootPlugin::OnSourceAnswered(uint8_t readinessBits) {
-  inventory_.ReassembleAll();
-  publisher_.Request();
-  SetReadiness(readinessBits, state_.readiness.goal());
-}
-
-void LootPlugin::LoadTournamentLogos() {
-  tournamentLogos_.Load();
-}
-
-void LootPlugin::PostTournamentLogoLoad() {
-  Module().PostTask("LootPlugin.LoadTournamentLogoInventory", [this] { LoadTournamentLogos(); });
-}
-
-void LootPlugin::RecomputeEnabled() {
-  if (!state_.status.RecomputeEnabled()) return;
-  const bool enabled = state_.status.enabled;
-  LogAlways("Loot %s", enabled ? "enabled" : "disabled");
-  newPlayerChest_.Schedule();
-  client_.Publish("/tav-loot/v1/enabled", ResourceEventType::kUpdate, enabled);
-}
-
-void LootPlugin::SetReadiness(uint8_t bits, uint8_t goal) {
-  Readiness& readiness = state_.readiness;
-  const bool turned = readiness.Set(bits, goal);
-  LogAlways("Loot %s: %hhu/%hhu", readiness.Ready() ? "ready" : "not yet ready", readiness.flags(),
-            readiness.goal());
-  if (turned) client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, readiness.Ready());
 }
 
 }  // namespace Kest::Client::Loot

@@ -8,6 +8,7 @@
 #include "client/sibling_client.h"
 #include "log/logger.h"
 #include "loot/model/loot_constants.h"
+#include "plugin/app_module.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -16,37 +17,53 @@ constexpr const char* kMethod = "getClientConfiguration";
 constexpr const char* kRecipeMenuPath = "/tav-loot/v1/recipes/configuration";
 constexpr const char* kCurrenciesPath = "/tav-loot/v1/currency-configuration";
 
-// Keeps `fresh` and publishes it, unless it is what is held already.
+// Keeps `received` and publishes it, unless it equals what is held.
 template <class T>
-void Take(SiblingClient& client, const char* path, T fresh, T* held) {
-  if (fresh == *held) return;
-  *held = std::move(fresh);
+void Replace(SiblingClient& client, const char* path, T received, T* held) {
+  if (received == *held) return;
+  *held = std::move(received);
   client.Publish(path, ResourceEventType::kUpdate, *held);
 }
 
 }  // namespace
 
-void ClientConfiguration::Request() {
-  const std::function<void(Maybe<Answer>)> onDone = [this](Maybe<Answer> answer) {
-    OnAnswer(std::move(answer));
-  };
-  const std::string failure = proxy_.InvokeAsync<Answer>(kLootService, kMethod, {}, false, onDone);
-  if (!failure.empty()) OnAnswer(Failure{failure});
+const Api::RecipeMenuConfig& ClientConfiguration::ReadRecipeMenu() {
+  PostRequest();
+  return recipeMenu_;
 }
 
-void ClientConfiguration::OnAnswer(Maybe<Answer> answer) {
-  if (!answer) {
+const Api::CurrencyConfiguration& ClientConfiguration::ReadCurrencies() {
+  PostRequest();
+  return currencies_;
+}
+
+// A task of its own, so that the reader does not wait for the host to accept the request.
+void ClientConfiguration::PostRequest() {
+  module_.PostTask("LootPlugin.GetClientConfiguration", [this] { Request(); });
+}
+
+void ClientConfiguration::Request() {
+  const std::function<void(Maybe<Settings>)> onDone = [this](Maybe<Settings> response) {
+    OnResponse(std::move(response));
+  };
+  const std::string failure =
+      proxy_.InvokeAsync<Settings>(kLootService, kMethod, {}, false, onDone);
+  if (!failure.empty()) OnResponse(Failure{failure});
+}
+
+void ClientConfiguration::OnResponse(Maybe<Settings> response) {
+  if (!response) {
     return LogError("Loot::GetClientConfiguration service async returned error: %s",
-                    answer.GetFailure().text.c_str());
+                    response.GetFailure().text.c_str());
   }
-  Answer& lists = answer.GetValue();
-  const bool enabled = !lists.lootItemsUsingBreakoutRecipeMenu.empty();
-  Take(client_, kRecipeMenuPath,
-       Api::RecipeMenuConfig{enabled, std::move(lists.lootItemsUsingBreakoutRecipeMenu),
-                             std::move(lists.lootMaterialsToAlwaysRender)},
-       &recipeMenu_);
-  Take(client_, kCurrenciesPath,
-       Api::CurrencyConfiguration{std::move(lists.currenciesUsingCapWallets)}, &currencies_);
+  Settings& settings = response.GetValue();
+  const bool enabled = !settings.lootItemsUsingBreakoutRecipeMenu.empty();
+  Replace(client_, kRecipeMenuPath,
+          Api::RecipeMenuConfig{enabled, std::move(settings.lootItemsUsingBreakoutRecipeMenu),
+                                std::move(settings.lootMaterialsToAlwaysRender)},
+          &recipeMenu_);
+  Replace(client_, kCurrenciesPath,
+          Api::CurrencyConfiguration{std::move(settings.currenciesUsingCapWallets)}, &currencies_);
 }
 
 }  // namespace Kest::Client::Loot

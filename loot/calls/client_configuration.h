@@ -1,11 +1,14 @@
-// ClientConfiguration keeps the service's settings for the recipe menu and the currencies, and asks
-// for them anew.
-// Threads: module tasks only.
+// ClientConfiguration keeps the service's settings of the recipe menu and the currencies. Reading
+// either requests them again. Threads: module tasks only; nothing waits for the response.
 #pragma once
 
 #include "base/maybe_type.h"
 #include "loot/wire/loot_dtos.h"
 #include "loot/wire/recipe_resources.h"
+
+namespace Kest {
+class AppModule;
+}
 
 namespace Kest::Client {
 class ServiceProxy;
@@ -16,23 +19,24 @@ namespace Kest::Client::Loot {
 
 class ClientConfiguration {
  public:
-  // Both outlive it.
-  ClientConfiguration(ServiceProxy& proxy, SiblingClient& client)
-      : proxy_(proxy), client_(client) {}
+  // All outlive it.
+  ClientConfiguration(AppModule& module, ServiceProxy& proxy, SiblingClient& client)
+      : module_(module), proxy_(proxy), client_(client) {}
 
-  // Starts "getClientConfiguration". Its answer is taken when it comes, and each of the two
-  // resources is published when it differs; a failure is logged and changes nothing.
-  void Request();
-
-  // As last answered; empty lists before.
-  const Api::RecipeMenuConfig& recipeMenu() const { return recipeMenu_; }
-  const Api::CurrencyConfiguration& currencies() const { return currencies_; }
+  // Each returns the settings last received, empty ones before, and posts a task that calls
+  // "getClientConfiguration". Its response is published where it differs; a failure is logged and
+  // changes nothing.
+  const Api::RecipeMenuConfig& ReadRecipeMenu();
+  const Api::CurrencyConfiguration& ReadCurrencies();
 
  private:
-  using Answer = SVDS::LootSvdsClientConfigurationDTO;
+  using Settings = SVDS::LootSvdsClientConfigurationDTO;
 
-  void OnAnswer(Maybe<Answer> answer);
+  void PostRequest();
+  void Request();
+  void OnResponse(Maybe<Settings> response);
 
+  AppModule& module_;
   ServiceProxy& proxy_;
   SiblingClient& client_;
   Api::RecipeMenuConfig recipeMenu_;

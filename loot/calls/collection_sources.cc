@@ -2,17 +2,19 @@
 
 #include <utility>
 
+#include "client/sibling_client.h"
 #include "log/logger.h"
+#include "loot/calls/source_readiness.h"
 #include "loot/state/readiness.h"
 
 namespace Kest::Client::Loot {
 
 template <class T, class Keep>
 void CollectionSources::FollowOne(std::string url, uint8_t readinessBits, Keep keep) {
-  client_.Subscribe<T>(url, [this, readinessBits, keep](const T* answer, ResourceEventType) {
-    if (answer == nullptr) return;
-    (collections_.*keep)(*answer);
-    actions_.OnSourceAnswered(readinessBits);
+  client_.Subscribe<T>(url, [this, readinessBits, keep](const T* value, ResourceEventType) {
+    if (value == nullptr) return;
+    (collections_.*keep)(*value);
+    readiness_.OnSourceRead(readinessBits);
   });
   followed_.push_back(std::move(url));
 }
@@ -39,9 +41,9 @@ void CollectionSources::Drop() {
 void CollectionSources::FollowChampions(const std::string& inventory) {
   std::string url = inventory + "/champions-minimal";
   client_.Subscribe<Champions>(url, [this, skinsUrl = inventory + "/skins-minimal"](
-                                        const Champions* answer, ResourceEventType) {
-    if (answer == nullptr) return;
-    collections_.ReplaceChampions(*answer);
+                                        const Champions* champions, ResourceEventType) {
+    if (champions == nullptr) return;
+    collections_.ReplaceChampions(*champions);
     OnChampions(skinsUrl);
   });
   followed_.push_back(std::move(url));
@@ -55,10 +57,10 @@ void CollectionSources::OnChampions(const std::string& skinsUrl) {
   if (!skins) {
     LogError("Failed to retrieve %s with error %s", skinsUrl.c_str(),
              skins.GetFailure().text.c_str());
-    return actions_.OnSourceAnswered(kReadyChampions);
+    return readiness_.OnSourceRead(kReadyChampions);
   }
   collections_.ReplaceSkins(std::move(skins.GetValue()));
-  actions_.OnSourceAnswered(kReadyChampions | kReadySkins);
+  readiness_.OnSourceRead(kReadyChampions | kReadySkins);
 }
 
 }  // namespace Kest::Client::Loot

@@ -1,6 +1,5 @@
 // CollectionSources follows what the signed-in player owns: champions with their skins, ward skins,
-// summoner icons and emotes. Each answer is kept, enriches the stored items and sets the source's
-// readiness bits.
+// summoner icons and emotes. Each response is kept and reported as read.
 // Threads: module tasks only. Follow and Drop do not wait; the champions' handler does.
 #pragma once
 
@@ -8,17 +7,21 @@
 #include <string>
 #include <vector>
 
-#include "client/sibling_client.h"
-#include "loot/calls/loot_actions.h"
 #include "loot/model/collections.h"
 
+namespace Kest::Client {
+class SiblingClient;
+}  // namespace Kest::Client
+
 namespace Kest::Client::Loot {
+
+class SourceReadiness;
 
 class CollectionSources {
  public:
   // All outlive it.
-  CollectionSources(SiblingClient& client, Collections& collections, LootActions& actions)
-      : client_(client), collections_(collections), actions_(actions) {}
+  CollectionSources(SiblingClient& client, Collections& collections, SourceReadiness& readiness)
+      : client_(client), collections_(collections), readiness_(readiness) {}
 
   // Subscribes to the four resources of that summoner, once: those of an earlier call are dropped
   // first.
@@ -30,7 +33,7 @@ class CollectionSources {
   using Champions = std::vector<Api::CollectionsChampionMinimal>;
   using Skins = std::vector<Api::CollectionsChampionSkinMinimal>;
 
-  // `keep` stores an answer; a deleted resource is no answer and changes nothing.
+  // `keep` stores a value; a deleted resource changes nothing.
   template <class T, class Keep>
   void FollowOne(std::string url, uint8_t readinessBits, Keep keep);
   void FollowChampions(const std::string& inventory);
@@ -39,9 +42,10 @@ class CollectionSources {
 
   SiblingClient& client_;
   Collections& collections_;
-  LootActions& actions_;
+  SourceReadiness& readiness_;
   std::vector<std::string> followed_;  // urls, in the order they were subscribed
-  uint64_t latestChampions_ = 0;  // counts their answers, and Drop: tells skins that come too late
+  uint64_t latestChampions_ =
+      0;  // counts their events, and Drop: skins of an earlier count are late
 };
 
 }  // namespace Kest::Client::Loot

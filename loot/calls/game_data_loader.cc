@@ -9,34 +9,30 @@
 namespace Kest::Client::Loot {
 namespace {
 
-constexpr const char* kProfileIconsPath = "/tav-game-data/assets/v1/profile-icons.json";
-constexpr const char* kSummonerEmotesPath = "/tav-game-data/assets/v1/summoner-emotes.json";
-
-void LogFailedLoad(const char* path, const Failure& failure) {
-  LogError("Failed to retrieve %s with error %s", path, failure.text.c_str());
-}
+constexpr const char* kLootDefinitionsPath = "/tav-game-data/assets/v1/loot.json";
 
 }  // namespace
 
-void GameDataLoader::LoadProfileIcons() {
-  using Records = std::vector<Api::GameDataSummonerIcon>;
-  Maybe<Records> records = client_.Request<Records>(HttpMethod::kGet, kProfileIconsPath);
-  if (!records) return LogFailedLoad(kProfileIconsPath, records.GetFailure());
-  gameData_.ReplaceIcons(std::move(records.GetValue()));
+void GameDataLoader::LoadAll() {
+  LoadList("/tav-game-data/assets/v1/profile-icons.json", &GameData::ReplaceIcons);
+  LoadLootDefinitions();
+  LoadList("/tav-game-data/assets/v1/summoner-emotes.json", &GameData::ReplaceEmotes);
 }
 
-void GameDataLoader::LoadLootDefinitions(const std::string& path) {
+template <class Records>
+void GameDataLoader::LoadList(const char* path, void (GameData::*replace)(Records records)) {
+  Maybe<Records> records = client_.Request<Records>(HttpMethod::kGet, path);
+  if (!records) {
+    return LogError("Failed to retrieve %s with error %s", path, records.GetFailure().text.c_str());
+  }
+  (gameData_.*replace)(std::move(records.GetValue()));
+}
+
+void GameDataLoader::LoadLootDefinitions() {
   Maybe<Api::LootDataGdsResource> file =
-      client_.Request<Api::LootDataGdsResource>(HttpMethod::kGet, path);
+      client_.Request<Api::LootDataGdsResource>(HttpMethod::kGet, kLootDefinitionsPath);
   if (!file) return LogError("Unable to load loot localization data.");
   gameData_.ReplaceLoot(std::move(file.GetValue()));
-}
-
-void GameDataLoader::LoadSummonerEmotes() {
-  using Records = std::vector<Api::GameDataSummonerEmote>;
-  Maybe<Records> records = client_.Request<Records>(HttpMethod::kGet, kSummonerEmotesPath);
-  if (!records) return LogFailedLoad(kSummonerEmotesPath, records.GetFailure());
-  gameData_.ReplaceEmotes(std::move(records.GetValue()));
 }
 
 }  // namespace Kest::Client::Loot

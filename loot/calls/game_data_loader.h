@@ -1,9 +1,6 @@
-// Loads names and artwork out of the game data, once, when the plugin starts. Each load fails
-// alone: it logs one error line, leaves its table as it was, and is not repeated. Threads: module
-// tasks only; the calls wait.
+// GameDataLoader loads names and artwork from the game data. Each load fails alone: it logs one
+// line, leaves its table as it was, and is not repeated. Threads: module tasks only; LoadAll waits.
 #pragma once
-
-#include <string>
 
 #include "loot/model/game_data.h"
 
@@ -19,12 +16,14 @@ class GameDataLoader {
   GameDataLoader(SiblingClient& client, GameData& gameData)
       : client_(client), gameData_(gameData) {}
 
-  void LoadProfileIcons();
-  // Items, recipes and tables of the loot definition file at `path`.
-  void LoadLootDefinitions(const std::string& path);
-  void LoadSummonerEmotes();
+  // The profile icons, the loot definition file, and the emotes, in this order.
+  void LoadAll();
 
  private:
+  template <class Records>
+  void LoadList(const char* path, void (GameData::*replace)(Records records));
+  void LoadLootDefinitions();
+
   SiblingClient& client_;
   GameData& gameData_;
 };

@@ -1,11 +1,14 @@
 #include "loot/calls/inbound_messages.h"
 
+#include <cstdint>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "binding/json/json_adapter.h"
 #include "client/find_value.h"
 #include "log/logger.h"
-#include "loot/wire/loot_dtos.h"
+#include "loot/calls/grant_notices.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -13,7 +16,7 @@ namespace {
 constexpr std::string_view kMasteryGrantType = "championMasteryLootGrant";
 constexpr std::string_view kShownKeys[] = {"UNOWNED_CHAMPION", "GAME_LEAVER"};
 
-// False when the text is no JSON; one line says so.
+// False, with a log line, when the text is not JSON.
 bool ReadBody(std::string_view text, BindingProperty* body) {
   ConversionContext context;
   *body = ReadJson(context, text);
@@ -49,9 +52,6 @@ bool IsShown(const BindingProperty& message) {
 
 }  // namespace
 
-InboundMessages::InboundMessages(ServiceProxy& proxy, LootActions& actions)
-    : proxy_(proxy), actions_(actions) {}
-
 void InboundMessages::OnMasteryGrant(const PluginSvdsEvent& event) {
   if (event.typeName != kMasteryGrantType) return;
   BindingProperty parsed;
@@ -73,7 +73,7 @@ void InboundMessages::OnMasteryGrant(const PluginSvdsEvent& event) {
     LogError("Failed to convert 'championMasteryLootGrant' to a 'LootGrantNotification' resource");
     return;
   }
-  actions_.AddLootGrant(std::move(grant));
+  grants_.Add(std::move(grant));
 }
 
 void InboundMessages::OnLoginDataPacket(const Api::LoginDataPacket& packet) {
@@ -93,15 +93,10 @@ void InboundMessages::OnLoginMessage(const Api::LoginSimpleMessage& message) {
   if (!ReadBody(message.params.front(), &event.body)) return;
   if (IsShown(event.body)) {
     OnMasteryGrant(event);
-  } else if (!Acknowledge(message.accountId, message.msgId)) {
+  } else if (!grants_.Acknowledge(message.accountId, message.msgId)) {
     LogWarning("Failed to dismiss leaver or unowned champ from login data packet with id:%s",
                message.msgId.c_str());
   }
-}
-
-Maybe<Nothing> InboundMessages::Acknowledge(uint64_t accountId, const std::string& messageId) {
-  const SVDS::LootSimpleDialogMessageResponse response{accountId, messageId, "ack"};
-  return proxy_.InvokeSession<Nothing>("clientFacadeService", "callPersistenceMessaging", response);
 }
 
 }  // namespace Kest::Client::Loot

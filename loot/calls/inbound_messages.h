@@ -1,41 +1,32 @@
 // InboundMessages turns what the platform pushes into loot grants: champion mastery grants as they
 // happen, and those that waited in the login data packet. Malformed messages are logged and
-// dropped. Threads: module tasks only; OnLoginDataPacket and Acknowledge wait.
+// dropped. Threads: module tasks only; OnLoginDataPacket waits.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
-
-#include "base/maybe_type.h"
-#include "client/service_proxy.h"
-#include "loot/calls/loot_actions.h"
 #include "loot/wire/sibling_resources.h"
 #include "plugin/plugin_events.h"
 
 namespace Kest::Client::Loot {
 
+class GrantNotices;
+
 class InboundMessages {
  public:
-  // Both outlive it.
-  InboundMessages(ServiceProxy& proxy, LootActions& actions);
+  // Borrows the grants, which outlive it.
+  explicit InboundMessages(GrantNotices& grants) : grants_(grants) {}
 
-  // A platform message. Only "championMasteryLootGrant" is taken; its body is a JSON object, or a
-  // text that holds one.
+  // A platform message. Only "championMasteryLootGrant" is read; its body is a JSON object, or a
+  // string that holds one.
   void OnMasteryGrant(const PluginSvdsEvent& event);
 
-  // The messages that waited for the login. Grants for a reason the player is shown are taken as
-  // above, the others are acknowledged. Does not touch the summoner level.
+  // The messages that waited for the login. Grants for a reason the player is shown are read as
+  // above, the others are acknowledged.
   void OnLoginDataPacket(const Api::LoginDataPacket& packet);
-
-  // Tells the platform that a message need not come again. Any answer counts as success.
-  Maybe<Nothing> Acknowledge(uint64_t accountId, const std::string& messageId);
 
  private:
   void OnLoginMessage(const Api::LoginSimpleMessage& message);
 
-  ServiceProxy& proxy_;
-  LootActions& actions_;
+  GrantNotices& grants_;
 };
 
 }  // namespace Kest::Client::Loot

@@ -1,8 +1,8 @@
 #include "loot/calls/loot_publisher.h"
 
 #include "client/sibling_client.h"
+#include "loot/calls/chest_notices.h"
 #include "loot/calls/watched_views.h"
-#include "loot/state/notice_paths.h"
 #include "plugin/app_module.h"
 
 namespace Kest::Client::Loot {
@@ -17,24 +17,21 @@ constexpr const char* kTaskName = "LootPlugin.NotifyAllLootResourceUpdated ";
 
 }  // namespace
 
-LootPublisher::LootPublisher(AppModule& module, SiblingClient& client, LootState& state,
-                             WatchedViews& views)
-    : module_(module), client_(client), state_(state), views_(views) {}
-
 void LootPublisher::Request() {
   module_.PostTask(kTaskName + std::to_string(publications_), [this] { Publish(); });
 }
 
 void LootPublisher::Publish() {
-  const PlayerLootChanges changes = state_.store.TakeChanges();
-  const bool categoriesDiffer = state_.definitions.displayCategories() != publishedCategories_;
-  if (categoriesDiffer) publishedCategories_ = state_.definitions.displayCategories();
+  const PlayerLootChanges changes = sources_.store.TakeChanges();
+  const std::vector<std::string>& categories = sources_.definitions.displayCategories();
+  const bool categoriesDiffer = categories != publishedCategories_;
+  if (categoriesDiffer) publishedCategories_ = categories;
   PublishItems(changes);
   if (changes.Any()) PublishMaps();
   if (categoriesDiffer) {
     client_.Publish(kCategoriesPath, ResourceEventType::kUpdate, publishedCategories_);
   }
-  views_.PublishChanges();
+  sources_.views.PublishChanges();
   ++publications_;
 }
 
@@ -42,16 +39,14 @@ void LootPublisher::PublishItems(const PlayerLootChanges& changes) {
   for (const auto& [item, created] : changes.written) {
     client_.Publish(kItemPath + item->lootId,
                     created ? ResourceEventType::kCreate : ResourceEventType::kUpdate, *item);
-    if (state_.notifications.Update(*item)) {
-      client_.Publish(kNotificationsPath, ResourceEventType::kUpdate, state_.notifications.List());
-    }
+    sources_.notices.Update(*item);
   }
   for (const std::string& lootId : changes.removed) client_.PublishDelete(kItemPath + lootId);
 }
 
 void LootPublisher::PublishMaps() {
-  client_.Publish(kItemsPath, ResourceEventType::kUpdate, state_.store.items());
-  client_.Publish(kVersionedItemsPath, ResourceEventType::kUpdate, state_.store.map());
+  client_.Publish(kItemsPath, ResourceEventType::kUpdate, sources_.store.items());
+  client_.Publish(kVersionedItemsPath, ResourceEventType::kUpdate, sources_.store.map());
 }
 
 }  // namespace Kest::Client::Loot

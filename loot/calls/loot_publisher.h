@@ -1,13 +1,13 @@
 // LootPublisher turns changes of the store and of the display categories into resource events.
-// Threads:  module tasks only; it does not wait.
-// Lifetime: what it was made with outlives it.
+// Threads: module tasks only; it does not wait.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "loot/state/loot_state.h"
+#include "loot/model/loot_definitions.h"
+#include "loot/state/player_loot_store.h"
 
 namespace Kest {
 class AppModule;
@@ -19,21 +19,30 @@ class SiblingClient;
 
 namespace Kest::Client::Loot {
 
+class ChestNotices;
 class WatchedViews;
 
 class LootPublisher {
  public:
-  LootPublisher(AppModule& module, SiblingClient& client, LootState& state, WatchedViews& views);
+  // What a publication reads and updates; all outlive it.
+  struct Sources {
+    PlayerLootStore& store;
+    const LootDefinitions& definitions;
+    ChestNotices& notices;
+    WatchedViews& views;
+  };
+  LootPublisher(AppModule& module, SiblingClient& client, const Sources& sources)
+      : module_(module), client_(client), sources_(sources) {}
 
   // Posts the task "LootPlugin.NotifyAllLootResourceUpdated <count of publications>", which
   // publishes. Requests made before it runs may share one task.
   void Request();
 
   // Publishes what differs from the last publication, in this order: each written item in the
-  // store's order ("Create" for a new one, "Update" otherwise), each removed one ("Delete"), then,
-  // when there was any, the two maps; then the display categories when they differ, and the views
-  // that changed with all that. An item whose count the player is told about is followed by the
-  // list of notifications. The changes are all collected before the first event leaves.
+  // store's order ("Create" for a new one, "Update" otherwise; the list of notifications after an
+  // item that changes it), each removed one ("Delete"), the two maps if there was any, the display
+  // categories if they differ, and the watched views that changed. All changes are collected before
+  // the first event leaves.
   void Publish();
 
  private:
@@ -42,8 +51,7 @@ class LootPublisher {
 
   AppModule& module_;
   SiblingClient& client_;
-  LootState& state_;
-  WatchedViews& views_;
+  const Sources sources_;
   std::vector<std::string> publishedCategories_;
   uint64_t publications_ = 0;
 };

@@ -7,7 +7,10 @@
 #include "client/service_proxy.h"
 #include "log/logger.h"
 #include "log/positional_format.h"
+#include "loot/calls/loot_publisher.h"
+#include "loot/calls/tournament_logos.h"
 #include "loot/model/loot_constants.h"
+#include "plugin/app_module.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -15,10 +18,10 @@ namespace {
 constexpr const char* kMethod = "getAllPlayerLootAndAllDefinitions";
 constexpr int64_t kInterval = 3;  // seconds between retrievals that are not forced
 
-// Runs `replace` when the list is of another version than the one held, which it then becomes; a
-// replacement that fails is offered again next time.
+// Runs `replace` when the list has another version than the one held, which it then becomes; a
+// replacement that fails is tried again next time.
 template <class Replace>
-void TakeVersion(int64_t offered, int64_t* held, Replace replace) {
+void ReplaceIfOther(int64_t offered, int64_t* held, Replace replace) {
   if (offered == *held) return;
   replace();
   *held = offered;
@@ -26,57 +29,65 @@ void TakeVersion(int64_t offered, int64_t* held, Replace replace) {
 
 }  // namespace
 
-Maybe<std::string> LootRetrieval::Retrieve(bool forced) {
-  if (!state_.status.enabled) return std::string(kLootDisabled);
+Maybe<std::string> LootRetrieval::Retrieve(std::optional<bool> forced) {
+  if (!loot_.Enabled()) return std::string(kLootDisabled);
   const int64_t now = WallClockSeconds();
-  if (!forced && now < lastRetrieval_ + kInterval) return std::string(kTooFrequent);
+  const bool isForced = forced.value_or(false);
+  if (!isForced && now < lastRetrieval_ + kInterval) return std::string(kTooFrequent);
   lastRetrieval_ = now;
-  if (forced) return RetrieveAndWait();
+  if (isForced) return RetrieveAndWait();
   StartRetrieval();
   return std::string(kRequestedAsync);
 }
 
+void LootRetrieval::Post() {
+  module_.PostTask("LootPlugin.RefreshPlayerLoot", [this] {
+    // Disabled or too frequent: the store stays as it is, as after a failure, which logs itself.
+    static_cast<void>(Retrieve(/*forced=*/false));
+  });
+}
+
 Maybe<std::string> LootRetrieval::RetrieveAndWait() {
-  Maybe<Answer> answer = proxy_.InvokeAndWait<Answer>(kLootService, kMethod, itemListVersion_,
-                                                      recipeListVersion_, queryResultVersion_);
-  if (!answer) {
+  Maybe<Inventory> response = proxy_.InvokeAndWait<Inventory>(
+      kLootService, kMethod, itemListVersion_, recipeListVersion_, queryResultVersion_);
+  if (!response) {
     return Failure{Format("Error while calling getAllPlayerLootAndAllDefinitions: %1",
-                          answer.GetFailure().text)};
+                          response.GetFailure().text)};
   }
-  Apply(std::move(answer.GetValue()));
-  actions_.LoadTournamentLogos();
+  Apply(std::move(response.GetValue()));
+  targets_.logos.Load();
   return std::string(kSuccess);
 }
 
 void LootRetrieval::StartRetrieval() {
-  const std::function<void(Maybe<Answer>)> onDone = [this](Maybe<Answer> answer) {
-    OnAnswer(std::move(answer));
+  const std::function<void(Maybe<Inventory>)> onDone = [this](Maybe<Inventory> response) {
+    OnResponse(std::move(response));
   };
   const std::string failure =
-      proxy_.InvokeAsync<Answer>(kLootService, kMethod, {}, false, onDone, itemListVersion_,
-                                 recipeListVersion_, queryResultVersion_);
-  if (!failure.empty()) OnAnswer(Failure{failure});
-  actions_.PostTournamentLogoLoad();
+      proxy_.InvokeAsync<Inventory>(kLootService, kMethod, {}, false, onDone, itemListVersion_,
+                                    recipeListVersion_, queryResultVersion_);
+  if (!failure.empty()) OnResponse(Failure{failure});
+  targets_.logos.PostLoad();
 }
 
-void LootRetrieval::OnAnswer(Maybe<Answer> answer) {
-  if (answer) return Apply(std::move(answer.GetValue()));
+void LootRetrieval::OnResponse(Maybe<Inventory> response) {
+  if (response) return Apply(std::move(response.GetValue()));
   LogError("Loot::RetrievePlayerLootAndDefinitions service async returned error: %s",
-           answer.GetFailure().text.c_str());
+           response.GetFailure().text.c_str());
 }
 
-void LootRetrieval::Apply(Answer answer) {
-  LootDefinitions& definitions = state_.definitions;
-  TakeVersion(answer.lootItemList.lastUpdate, &itemListVersion_,
-              [&] { definitions.ReplaceItems(std::move(answer.lootItemList.lootItems)); });
-  TakeVersion(answer.recipeList.lastUpdate, &recipeListVersion_,
-              [&] { definitions.ReplaceRecipes(std::move(answer.recipeList.recipes)); });
-  TakeVersion(answer.queryResult.lastUpdate, &queryResultVersion_, [&] {
-    definitions.ReplaceQueryResults(std::move(answer.queryResult.queryToLootNames));
+void LootRetrieval::Apply(Inventory inventory) {
+  LootDefinitions& definitions = targets_.definitions;
+  ReplaceIfOther(inventory.lootItemList.lastUpdate, &itemListVersion_,
+                 [&] { definitions.ReplaceItems(std::move(inventory.lootItemList.lootItems)); });
+  ReplaceIfOther(inventory.recipeList.lastUpdate, &recipeListVersion_,
+                 [&] { definitions.ReplaceRecipes(std::move(inventory.recipeList.recipes)); });
+  ReplaceIfOther(inventory.queryResult.lastUpdate, &queryResultVersion_, [&] {
+    definitions.ReplaceQueryResults(std::move(inventory.queryResult.queryToLootNames));
   });
-  inventory_.Replace(answer.playerLoot);
-  state_.status.retrievalPending = false;
-  actions_.RequestPublication();
+  targets_.inventory.Replace(inventory.playerLoot);
+  pending_ = false;
+  targets_.publisher.Request();
 }
 
 }  // namespace Kest::Client::Loot

@@ -3,12 +3,17 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/maybe_type.h"
-#include "loot/calls/loot_actions.h"
+#include "loot/model/loot_definitions.h"
 #include "loot/state/loot_inventory.h"
-#include "loot/state/loot_state.h"
+#include "loot/state/loot_switch.h"
+
+namespace Kest {
+class AppModule;
+}
 
 namespace Kest::Client {
 class ServiceProxy;
@@ -16,33 +21,49 @@ class ServiceProxy;
 
 namespace Kest::Client::Loot {
 
+class LootPublisher;
+class TournamentLogos;
+
 class LootRetrieval {
  public:
-  // All outlive it.
-  LootRetrieval(ServiceProxy& proxy, LootState& state, LootInventory& inventory,
-                LootActions& actions)
-      : proxy_(proxy), state_(state), inventory_(inventory), actions_(actions) {}
+  // What a retrieval changes, and what follows it; all outlive it.
+  struct Targets {
+    LootDefinitions& definitions;
+    LootInventory& inventory;
+    LootPublisher& publisher;
+    TournamentLogos& logos;
+  };
+  LootRetrieval(AppModule& module, ServiceProxy& proxy, const LootSwitch& loot,
+                const Targets& targets)
+      : module_(module), proxy_(proxy), loot_(loot), targets_(targets) {}
 
-  // Answers "LOOT_DISABLED" while loot is disabled. Forced: waits for the answer, applies it, loads
-  // the tournament logos, and answers "SUCCESS" or the failure "Error while calling
+  // Returns "LOOT_DISABLED" while loot is disabled. Forced: waits for the response, applies it,
+  // loads the tournament logos, and returns "SUCCESS" or the failure "Error while calling
   // getAllPlayerLootAndAllDefinitions: %1". Not forced: "TOO_FREQUENT" within three seconds of the
-  // last retrieval, forced ones counted too; otherwise the answer is applied when it comes, and
-  // "REQUESTED_ASYNC" is answered at once.
-  Maybe<std::string> Retrieve(bool forced);
+  // last retrieval, forced ones included; otherwise the response is applied when it arrives, and
+  // "REQUESTED_ASYNC" is returned at once.
+  Maybe<std::string> Retrieve(std::optional<bool> forced);
+
+  // Posts a task that retrieves, not forced.
+  void Post();
+
+  // No inventory has been applied yet. Once false, it stays so.
+  bool Pending() const { return pending_; }
 
  private:
-  using Answer = SVDS::PlayerLootDefinitionsDTO;
+  using Inventory = SVDS::PlayerLootDefinitionsDTO;
 
   Maybe<std::string> RetrieveAndWait();
   void StartRetrieval();
-  void OnAnswer(Maybe<Answer> answer);
-  // Takes each list whose version differs from the one held, then the inventory.
-  void Apply(Answer answer);
+  void OnResponse(Maybe<Inventory> response);
+  // Replaces each list whose version differs from the one held, then the inventory.
+  void Apply(Inventory inventory);
 
+  AppModule& module_;
   ServiceProxy& proxy_;
-  LootState& state_;
-  LootInventory& inventory_;
-  LootActions& actions_;
+  const LootSwitch& loot_;
+  const Targets targets_;
+  bool pending_ = true;
   int64_t lastRetrieval_ = 0;  // when the last one was sent, in seconds since 1970
   int64_t itemListVersion_ = 0;
   int64_t recipeListVersion_ = 0;

@@ -1,12 +1,12 @@
 #include "loot/calls/new_player_chest.h"
 
 #include <functional>
-#include <string>
 
 #include "base/platform.h"
 #include "client/service_proxy.h"
 #include "log/logger.h"
 #include "log/trace.h"
+#include "loot/calls/loot_retrieval.h"
 #include "loot/model/loot_constants.h"
 #include "plugin/app_module.h"
 
@@ -16,38 +16,71 @@ namespace {
 constexpr const char* kMethod = "checkAndGrantNewPlayerChest";
 // The task is named after the retrieval it once ran, and hosts know it by that name.
 constexpr const char* kTaskName = "LootPlugin.RetrievePlayerLootAndDefinitions";
+constexpr int64_t kPeriod = 30;  // seconds
 
 }  // namespace
 
+bool NewPlayerChest::Qualifies() const {
+  return loot_.Enabled() && !done_ && enabled_ && summonerLevel_ != 0 && minimumLevel_ != 0 &&
+         summonerLevel_ == minimumLevel_;
+}
+
 std::string_view NewPlayerChest::Check() {
-  using Answer = Maybe<SVDS::PlayerLootResultDTO>;
-  if (!status_.QualifiesForNewPlayerChest()) return kNotDone;
-  status_.newPlayerCheckDone = true;  // before the call waits, so that no second one is sent
-  const std::function<void(Answer)> onDone = [this](const Answer& answer) { OnAnswer(answer); };
-  const std::string failure =
-      proxy_.InvokeAsync<SVDS::PlayerLootResultDTO>(kLootService, kMethod, {}, false, onDone);
+  using Result = SVDS::PlayerLootResultDTO;
+  if (!Qualifies()) return kNotDone;
+  done_ = true;  // before the call waits, so that no second one is sent
+  const std::function<void(Maybe<Result>)> onDone = [this](const Maybe<Result>& response) {
+    OnResponse(response);
+  };
+  const std::string failure = proxy_.InvokeAsync<Result>(kLootService, kMethod, {}, false, onDone);
   if (failure.empty()) return kSubmitted;
-  status_.newPlayerCheckDone = false;  // nothing was sent
-  OnAnswer(Failure{failure});
+  done_ = false;  // nothing was sent
+  OnResponse(Failure{failure});
   return kNotDone;
 }
 
-void NewPlayerChest::OnAnswer(const Maybe<SVDS::PlayerLootResultDTO>& answer) {
-  if (!answer) {
+void NewPlayerChest::OnResponse(const Maybe<SVDS::PlayerLootResultDTO>& response) {
+  if (!response) {
     return LogError("Failed to get response for checkAndGrantNewPlayerChest, returned error: %s",
-                    answer.GetFailure().text.c_str());
+                    response.GetFailure().text.c_str());
   }
-  const SVDS::PlayerLootResultDTO& result = answer.GetValue();
+  const SVDS::PlayerLootResultDTO& result = response.GetValue();
   if (result.status != kOk) {
     Trace("Received unexpected status for request checkAndGrantNewPlayerChest, status: %s",
           result.status.c_str());
   }
-  if (!result.added.empty()) actions_.PostRetrieval();
+  if (!result.added.empty()) retrieval_.Post();
 }
 
 void NewPlayerChest::Schedule() {
-  if (!status_.MayScheduleCheck(WallClockSeconds())) return;
+  if (!retrieval_.Pending() || !loot_.Enabled()) return;
+  if (WallClockSeconds() >= periodBegin_ + kPeriod) return;
   module_.PostTask(kTaskName, [this] { Check(); });
+}
+
+void NewPlayerChest::BeginPeriod() {
+  periodBegin_ = WallClockSeconds();
+}
+
+void NewPlayerChest::SetEnabled(bool enabled) {
+  enabled_ = enabled;
+  Schedule();
+}
+
+void NewPlayerChest::SetMinimumLevel(uint32_t level) {
+  minimumLevel_ = level;
+  Schedule();
+}
+
+void NewPlayerChest::OnSummoner(const Api::Summoner& summoner) {
+  if (summoner.summonerLevel == summonerLevel_) return;
+  summonerLevel_ = summoner.summonerLevel;
+  Check();
+}
+
+std::string NewPlayerChest::SetDone(bool done) {
+  done_ = done;
+  return std::string(done ? kNotDone : Check());
 }
 
 }  // namespace Kest::Client::Loot

@@ -1,13 +1,15 @@
-// NewPlayerChest asks the service for the chest a player gets on reaching the configured level.
-// Threads: module tasks only.
+// NewPlayerChest requests the chest that a player gets on reaching the configured level.
+// Threads: module tasks only; it does not wait for the service's response.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/maybe_type.h"
-#include "loot/calls/loot_actions.h"
-#include "loot/state/loot_status.h"
+#include "loot/state/loot_switch.h"
 #include "loot/wire/loot_dtos.h"
+#include "loot/wire/sibling_resources.h"
 
 namespace Kest {
 class AppModule;
@@ -19,28 +21,54 @@ class ServiceProxy;
 
 namespace Kest::Client::Loot {
 
+class LootRetrieval;
+
 class NewPlayerChest {
  public:
   // All outlive it.
-  NewPlayerChest(AppModule& module, ServiceProxy& proxy, LootStatus& status, LootActions& actions)
-      : module_(module), proxy_(proxy), status_(status), actions_(actions) {}
+  NewPlayerChest(AppModule& module, ServiceProxy& proxy, const LootSwitch& loot,
+                 LootRetrieval& retrieval)
+      : module_(module), proxy_(proxy), loot_(loot), retrieval_(retrieval) {}
 
-  // Starts "checkAndGrantNewPlayerChest" when the player qualifies, and answers "SUBMITTED";
-  // otherwise, or when the call cannot be started, "NOT_DONE". A chest that was granted brings a
-  // new retrieval.
+  // Starts "checkAndGrantNewPlayerChest" when the player qualifies, and returns "SUBMITTED";
+  // otherwise, or when the call cannot be started, "NOT_DONE". A granted chest leads to a new
+  // retrieval.
   std::string_view Check();
 
-  // Posts the check as a task, unless something has been retrieved already or the login is too long
-  // ago.
+  // Posts the check as a task, unless an inventory has been retrieved already or the period after
+  // the login is over.
   void Schedule();
 
+  // Begins the period in which Schedule posts.
+  void BeginPeriod();
+
+  // Configuration values; each schedules the check.
+  void SetEnabled(bool enabled);
+  void SetMinimumLevel(uint32_t level);
+
+  // Checks when the level is another than the last known one.
+  void OnSummoner(const Api::Summoner& summoner);
+  // Keeps the level, without a check.
+  void SetSummonerLevel(uint32_t level) { summonerLevel_ = level; }
+
+  // Whether the check counts as done. Set to false, it runs at once and its result is returned.
+  bool IsDone() const { return done_; }
+  std::string SetDone(bool done);
+
  private:
-  void OnAnswer(const Maybe<SVDS::PlayerLootResultDTO>& answer);
+  // The chest is for the moment the configured level is reached: a higher level does not qualify.
+  bool Qualifies() const;
+  void OnResponse(const Maybe<SVDS::PlayerLootResultDTO>& response);
 
   AppModule& module_;
   ServiceProxy& proxy_;
-  LootStatus& status_;
-  LootActions& actions_;
+  const LootSwitch& loot_;
+  LootRetrieval& retrieval_;
+  bool enabled_ = false;
+  bool done_ = false;
+  uint32_t minimumLevel_ = 0;   // 0: not configured
+  uint32_t summonerLevel_ = 0;  // 0: not known
+  int64_t periodBegin_ = 0;     // seconds since 1970
 };
 
 }  // namespace Kest::Client::Loot

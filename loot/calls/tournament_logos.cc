@@ -5,20 +5,23 @@
 #include <vector>
 
 #include "client/find_value.h"
+#include "client/sibling_client.h"
 #include "log/logger.h"
 #include "log/trace.h"
+#include "loot/calls/source_readiness.h"
 #include "loot/model/decimal_string.h"
 #include "loot/model/loot_constants.h"
 #include "loot/state/readiness.h"
 #include "loot/token/json_reader.h"
 #include "loot/token/signed_token.h"
+#include "plugin/app_module.h"
 
 namespace Kest::Client::Loot {
 namespace {
 
 constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
 
-std::string_view CastToText(const BindingProperty& value) {
+std::string_view CastToString(const BindingProperty& value) {
   if (value.kind() != BindingKind::kString) throw json::Exception("Bad cast");
   return value.AsString();
 }
@@ -30,22 +33,18 @@ const BindingProperty& CastToArray(const BindingProperty& value) {
 
 }  // namespace
 
-TournamentLogos::TournamentLogos(SiblingClient& client, Collections& collections,
-                                 LootActions& actions)
-    : client_(client), collections_(collections), actions_(actions) {}
-
 void TournamentLogos::Load() {
   using Tokens = std::map<std::string, std::string>;
   const std::vector<std::string> types{std::string(kTournamentLogoInventory)};
-  const Maybe<Tokens> answer = client_.Request<Tokens>(HttpMethod::kGet, kSignedInventoryPath,
+  const Maybe<Tokens> tokens = client_.Request<Tokens>(HttpMethod::kGet, kSignedInventoryPath,
                                                        Query("inventoryTypes", types));
-  if (!answer) {
+  if (!tokens) {
     LogError("Failed to retrieve tournament logo player inventory: %s",
-             answer.GetFailure().text.c_str());
+             tokens.GetFailure().text.c_str());
     return;
   }
-  const auto token = answer.GetValue().find(types.front());
-  if (token == answer.GetValue().end()) {
+  const auto token = tokens.GetValue().find(types.front());
+  if (token == tokens.GetValue().end()) {
     LogError("Unable to load tournament logo inventory - missing JWT token.");
     return;
   }
@@ -55,7 +54,11 @@ void TournamentLogos::Load() {
     LogError("Unable to load tournament logo inventory - %s", error.what());
     return;
   }
-  actions_.OnSourceAnswered(kReadyTournamentLogos);
+  readiness_.OnSourceRead(kReadyTournamentLogos);
+}
+
+void TournamentLogos::PostLoad() {
+  module_.PostTask("LootPlugin.LoadTournamentLogoInventory", [this] { Load(); });
 }
 
 bool TournamentLogos::Apply(std::string_view token) {
@@ -79,10 +82,10 @@ bool TournamentLogos::Apply(std::string_view token) {
 
 void TournamentLogos::ReadLogo(const BindingProperty& element) {
   const BindingProperty* type = FindValue(element, "inventoryType");
-  const std::string word(type == nullptr ? std::string_view() : CastToText(*type));
-  if (word != kTournamentLogoInventory) {
+  const std::string typeName(type == nullptr ? std::string_view() : CastToString(*type));
+  if (typeName != kTournamentLogoInventory) {
     Trace("Invalid logo definition received - wrong inventoryType; expected '%s', got '%s'.",
-          std::string(kTournamentLogoInventory).c_str(), word.c_str());
+          std::string(kTournamentLogoInventory).c_str(), typeName.c_str());
     return;
   }
   const BindingProperty* name = &element;
@@ -90,7 +93,7 @@ void TournamentLogos::ReadLogo(const BindingProperty& element) {
     name = FindValue(*name, step);
     if (name == nullptr) return;
   }
-  const Maybe<int32_t> id = ReadDecimal32(CastToText(*name));
+  const Maybe<int32_t> id = ReadDecimal32(CastToString(*name));
   if (id) collections_.ownedTournamentLogos.insert(id.GetValue());
 }
 

@@ -1,33 +1,46 @@
-// TournamentLogos reads which tournament logos the player owns: the inventory service answers a
-// signed token whose payload lists them. Every failure ends the load quietly after its log line.
+// TournamentLogos reads which tournament logos the player owns: the inventory service returns a
+// signed token whose payload lists them. Every failure ends the load after its log line.
 // Threads: module tasks only; Load waits.
 #pragma once
 
 #include <string_view>
 
 #include "binding/tree/binding_property.h"
-#include "client/sibling_client.h"
-#include "loot/calls/loot_actions.h"
 #include "loot/model/collections.h"
 
+namespace Kest {
+class AppModule;
+}
+
+namespace Kest::Client {
+class SiblingClient;
+}  // namespace Kest::Client
+
 namespace Kest::Client::Loot {
+
+class SourceReadiness;
 
 class TournamentLogos {
  public:
   // All outlive it.
-  TournamentLogos(SiblingClient& client, Collections& collections, LootActions& actions);
+  TournamentLogos(AppModule& module, SiblingClient& client, Collections& collections,
+                  SourceReadiness& readiness)
+      : module_(module), client_(client), collections_(collections), readiness_(readiness) {}
 
-  // Replaces the owned logos by what the token lists and reports the source's answer. The set is
+  // Replaces the owned logos by those the token lists, and reports the source as read. The set is
   // emptied once a token has come; a load that fails before leaves it.
   void Load();
+  // The same as a task.
+  void PostLoad();
 
  private:
   bool Apply(std::string_view token);
   void ReadLogo(const BindingProperty& element);
 
+  AppModule& module_;
   SiblingClient& client_;
   Collections& collections_;
-  LootActions& actions_;
+  SourceReadiness& readiness_;
 };
 
 }  // namespace Kest::Client::Loot

@@ -9,6 +9,8 @@
 #include "client/service_proxy.h"
 #include "log/positional_format.h"
 #include "log/trace.h"
+#include "loot/calls/loot_publisher.h"
+#include "loot/calls/loot_retrieval.h"
 #include "loot/model/loot_constants.h"
 #include "loot/model/loot_id.h"
 
@@ -60,7 +62,7 @@ Maybe<Api::PlayerLootUpdate> Transactions::Redeem(const std::string& lootName) {
 template <class Payload>
 Maybe<Api::PlayerLootUpdate> Transactions::Run(const char* kind, const char* method,
                                                const Payload& payload) {
-  if (!status_.enabled) return Failure{"Loot disabled."};
+  if (!loot_.Enabled()) return Failure{"Loot disabled."};
   UuidBytes uuid{};
   if (!CreateUuid(&uuid)) return Failure{"Couldn't create a request id."};
   const std::string requestId = FormatUuid(uuid);
@@ -77,7 +79,7 @@ Maybe<Api::PlayerLootUpdate> Transactions::ProcessPlayerLootUpdateResponse(
     const std::string& requestId, const Maybe<Result>& result) {
   if (!result) {
     Trace("Failed to get response for request id: %s", requestId.c_str());
-    actions_.PostRetrieval();  // the service may have carried it out all the same
+    retrieval_.Post();  // the service may have carried it out all the same
     return Failure{
         Format("Error in ProcessPlayerLootUpdateResponse: %1", result.GetFailure().text)};
   }
@@ -109,7 +111,7 @@ Api::PlayerLootUpdate Transactions::Apply(const Result& result) {
     inventory_.MarkRedeemed(lootName);
     inventory_.Refresh(&delta.playerLoot);
   }
-  actions_.RequestPublication();
+  publisher_.Request();
   return update;
 }
 

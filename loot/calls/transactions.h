@@ -12,9 +12,8 @@
 #include <vector>
 
 #include "base/maybe_type.h"
-#include "loot/calls/loot_actions.h"
 #include "loot/state/loot_inventory.h"
-#include "loot/state/loot_status.h"
+#include "loot/state/loot_switch.h"
 #include "loot/wire/loot_dtos.h"
 #include "loot/wire/loot_resources.h"
 
@@ -24,12 +23,19 @@ class ServiceProxy;
 
 namespace Kest::Client::Loot {
 
+class LootPublisher;
+class LootRetrieval;
+
 class Transactions {
  public:
   // All outlive it.
-  Transactions(ServiceProxy& proxy, const LootStatus& status, LootInventory& inventory,
-               LootActions& actions)
-      : proxy_(proxy), status_(status), inventory_(inventory), actions_(actions) {}
+  Transactions(ServiceProxy& proxy, const LootSwitch& loot, LootInventory& inventory,
+               LootPublisher& publisher, LootRetrieval& retrieval)
+      : proxy_(proxy),
+        loot_(loot),
+        inventory_(inventory),
+        publisher_(publisher),
+        retrieval_(retrieval) {}
 
   // Runs a recipe on the items of the given loot ids, `repeat` times (once when it is not given).
   Maybe<Api::PlayerLootUpdate> Craft(const std::string& recipeName,
@@ -48,9 +54,10 @@ class Transactions {
   Api::PlayerLootUpdate Apply(const Result& result);
 
   ServiceProxy& proxy_;
-  const LootStatus& status_;
+  const LootSwitch& loot_;
   LootInventory& inventory_;
-  LootActions& actions_;
+  LootPublisher& publisher_;
+  LootRetrieval& retrieval_;
 };
 
 }  // namespace Kest::Client::Loot

@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t kMostWatched = 16'384;
 
-// A later read is no news to those who follow the events, so the first one stays.
+// The first read is kept: a later one does not inform the subscribers.
 template <class LastPublished, class View>
 View Watch(LastPublished* lastPublished, const std::string& lootId, View view) {
   if (lastPublished->size() < kMostWatched) lastPublished->try_emplace(lootId, view);
@@ -22,7 +22,7 @@ std::vector<Api::Recipe> WatchedViews::ReadRecipes(const std::string& lootId) {
 }
 
 std::vector<Api::ContextMenu> WatchedViews::ReadContextMenu(const std::string& lootId) {
-  LootCounts counts(state_.store.items());
+  LootCounts counts(store_.items());
   return Watch(&contextMenus_, lootId, menus_.MenuOf(lootId, counts));
 }
 
@@ -35,7 +35,7 @@ void WatchedViews::PublishChanges() {
                     lastPublished);
   }
   if (contextMenus_.empty()) return;
-  LootCounts counts(state_.store.items());
+  LootCounts counts(store_.items());
   for (auto& [lootId, lastPublished] : contextMenus_) {
     std::vector<Api::ContextMenu> now = menus_.MenuOf(lootId, counts);
     if (now == lastPublished) continue;

@@ -1,7 +1,6 @@
-// WatchedViews answers the recipe lists and context menus, and tells the front end when one that it
-// has read changes: a view is watched from its first read on. At most 16,384 lists and as many
-// menus are watched; further ones are answered all the same. Threads: handlers and module tasks
-// only; it does not wait.
+// WatchedViews returns recipe lists and context menus, and publishes each that changes after it was
+// first read. At most 16,384 lists and as many menus are watched; further ones are only returned.
+// Threads: module tasks only; it does not wait.
 #pragma once
 
 #include <string>
@@ -17,23 +16,25 @@ class WatchedViews {
  public:
   // Borrows both, which outlive it.
   WatchedViews(SiblingClient& client, const LootState& state)
-      : client_(client), state_(state), recipeViews_(state), menus_(state, recipeViews_) {}
+      : client_(client),
+        store_(state.store),
+        recipeViews_(state),
+        menus_(state.store, state.gameData, recipeViews_) {}
 
-  // Each answers the view as it stands and watches it.
+  // Each returns the view as it is now, and watches it.
   std::vector<Api::Recipe> ReadRecipes(const std::string& lootId);
   std::vector<Api::ContextMenu> ReadContextMenu(const std::string& lootId);
 
   // Publishes an "Update" of each watched view that differs from what was last published, or else
-  // first read. A publication of the store ends with it.
+  // first read.
   void PublishChanges();
 
  private:
   template <class View>
-  using LastPublished =
-      std::unordered_map<std::string, View>;  // by loot id: what every follower knows
+  using LastPublished = std::unordered_map<std::string, View>;  // by loot id
 
   SiblingClient& client_;
-  const LootState& state_;
+  const PlayerLootStore& store_;
   RecipeViews recipeViews_;
   ContextMenus menus_;
   LastPublished<std::vector<Api::Recipe>> recipes_;

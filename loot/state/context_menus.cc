@@ -44,7 +44,7 @@ std::string Join(const std::vector<std::string>& texts) {
 std::vector<Api::ContextMenu> ContextMenus::MenuOf(const std::string& lootId,
                                                    LootCounts& counts) const {
   std::vector<Api::ContextMenu> menu;
-  const Api::PlayerLootPointer item = state_.store.Find(lootId);
+  const Api::PlayerLootPointer item = store_.Find(lootId);
   if (item == nullptr) return menu;
   if (IsRedeemable(*item)) menu.push_back(RedeemEntry());
   for (const IndexedRecipe* recipe : recipes_.FindInitialItemRecipes(lootId)) {
@@ -58,7 +58,7 @@ Api::ContextMenu ContextMenus::RecipeEntry(const IndexedRecipe& indexed, LootCou
   Api::ContextMenu entry;
   entry.name = recipe.recipeName;
   entry.actionType = recipe.type;
-  if (const auto* texts = state_.gameData.FindLootRecipe(recipe.recipeName)) {
+  if (const auto* texts = gameData_.FindLootRecipe(recipe.recipeName)) {
     entry.recipeDescription = texts->description;
     entry.recipeContextMenuAction = texts->contextMenuText;
   }
@@ -87,7 +87,7 @@ Api::ContextMenu ContextMenus::RecipeEntry(const IndexedRecipe& indexed, LootCou
 }
 
 std::string ContextMenus::NameOf(const std::string& lootId) const {
-  const Api::LootItemGdsResource* texts = state_.gameData.FindLootItem(lootId);
+  const Api::LootItemGdsResource* texts = gameData_.FindLootItem(lootId);
   return texts == nullptr || texts->name.empty() ? lootId : texts->name;
 }
 

@@ -1,32 +1,34 @@
 // ContextMenus builds what the player may do with an item: redeem it, or use it in a recipe.
-// Threads: no lock; handlers and module tasks only. Makes no calls.
+// Threads: module tasks only.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "loot/model/game_data.h"
 #include "loot/state/loot_counts.h"
-#include "loot/state/loot_state.h"
+#include "loot/state/player_loot_store.h"
 #include "loot/state/recipe_views.h"
 
 namespace Kest::Client::Loot {
 
 class ContextMenus {
  public:
-  // Borrows both, which outlive it.
-  ContextMenus(const LootState& state, const RecipeViews& recipes)
-      : state_(state), recipes_(recipes) {}
+  // All outlive it.
+  ContextMenus(const PlayerLootStore& store, const GameData& gameData, const RecipeViews& recipes)
+      : store_(store), gameData_(gameData), recipes_(recipes) {}
 
   // "REDEEM" first when the item can be redeemed, then one entry for each recipe that takes the
   // item as its first ingredient, in the definitions' order. An item that is not stored has no
-  // menu. `counts` is of the store as it stands.
+  // menu. `counts` is of the store as it is now.
   std::vector<Api::ContextMenu> MenuOf(const std::string& lootId, LootCounts& counts) const;
 
  private:
   Api::ContextMenu RecipeEntry(const IndexedRecipe& recipe, LootCounts& counts) const;
   std::string NameOf(const std::string& lootId) const;
 
-  const LootState& state_;
+  const PlayerLootStore& store_;
+  const GameData& gameData_;
   const RecipeViews& recipes_;
 };
 

@@ -1,0 +1,23 @@
+#include "loot/calls/player_session.h"
+
+#include "loot/calls/collection_sources.h"
+#include "loot/calls/new_player_chest.h"
+
+namespace Kest::Client::Loot {
+
+void PlayerSession::OnLoginSession(const Api::LoginSession& session) {
+  const bool wasConnected = connected_;
+  connected_ = session.state == Api::LoginSessionStates::kSucceeded && session.accountId != 0 &&
+               session.summonerId != 0;
+  if (wasConnected || !connected_) return;
+  newPlayerChest_.BeginPeriod();
+  sources_.Follow(session.summonerId);
+  newPlayerChest_.Schedule();
+}
+
+void PlayerSession::OnLoginSessionDeleted() {
+  sources_.Drop();
+  connected_ = false;
+}
+
+}  // namespace Kest::Client::Loot

@@ -1,0 +1,23 @@
+#include "loot/calls/source_readiness.h"
+
+#include "client/sibling_client.h"
+#include "log/logger.h"
+#include "loot/calls/loot_publisher.h"
+#include "loot/state/loot_inventory.h"
+
+namespace Kest::Client::Loot {
+
+void SourceReadiness::OnSourceRead(uint8_t bits) {
+  inventory_.ReassembleAll();
+  publisher_.Request();
+  Set(bits, readiness_.goal());
+}
+
+void SourceReadiness::Set(uint8_t bits, uint8_t goal) {
+  const bool changed = readiness_.Set(bits, goal);
+  LogAlways("Loot %s: %hhu/%hhu", Ready() ? "ready" : "not yet ready", readiness_.flags(),
+            readiness_.goal());
+  if (changed) client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, Ready());
+}
+
+}  // namespace Kest::Client::Loot
