@@ -10,33 +10,32 @@ namespace {
 
 constexpr uint32_t kBest = 1000;
 
-// A media range, and how much it is wanted: in thousandths.
-struct Range {
+struct MediaRange {
   std::string_view type;
-  uint32_t quality = kBest;
+  uint32_t quality = kBest;  // in thousandths
 };
 
-// The quality of a type that no range names.
+// How one content type matches the media ranges seen so far. Unmatched, its quality is 0.
 struct MediaRangeMatch {
   uint32_t quality = 0;
-  uint32_t closeness = 0;  // of the range it comes from
+  uint32_t specificity = 0;
 
-  // The closest range counts, and of several the best.
-  void Take(uint32_t rangeCloseness, uint32_t rangeQuality) {
-    if (rangeCloseness < closeness) return;
-    quality = rangeCloseness > closeness ? rangeQuality : std::max(quality, rangeQuality);
-    closeness = rangeCloseness;
+  // The most specific range decides; of equally specific ones the best quality.
+  void Add(uint32_t rangeSpecificity, uint32_t rangeQuality) {
+    if (rangeSpecificity < specificity) return;
+    quality = rangeSpecificity > specificity ? rangeQuality : std::max(quality, rangeQuality);
+    specificity = rangeSpecificity;
   }
 };
 
 std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const size_t first = text.find_first_not_of(kBlanks);
+  constexpr std::string_view kWhitespace = " \t";
+  const size_t first = text.find_first_not_of(kWhitespace);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  return text.substr(first, text.find_last_not_of(kWhitespace) - first + 1);
 }
 
-// Takes what stands in front of the next `separator` outside of quotes, and it, off `*text`.
+// Removes the part before the next unquoted `separator`, and the separator, from `*text`.
 std::string_view TakePart(std::string_view* text, char separator) {
   bool isQuoted = false;
   size_t end = 0;
@@ -67,8 +66,8 @@ std::optional<uint32_t> ParseQuality(std::string_view text) {
   return quality <= kBest ? std::optional(quality) : std::nullopt;
 }
 
-std::optional<Range> ParseRange(std::string_view text) {
-  Range range{TakePart(&text, ';')};
+std::optional<MediaRange> ParseMediaRange(std::string_view text) {
+  MediaRange range{TakePart(&text, ';')};
   while (!text.empty()) {
     std::string_view value = TakePart(&text, ';');
     if (!IsType(TakePart(&value, '='), "q")) continue;
@@ -82,22 +81,22 @@ std::optional<Range> ParseRange(std::string_view text) {
 }  // namespace
 
 ResultFormat ChooseResultFormat(std::string_view accept) {
-  constexpr uint32_t kAnything = 1;
-  constexpr uint32_t kAnyApplication = 2;
-  constexpr uint32_t kByName = 3;
+  constexpr uint32_t kAnyType = 1;  // by rising specificity
+  constexpr uint32_t kAnySubtype = 2;
+  constexpr uint32_t kExactType = 3;
   MediaRangeMatch json;
   MediaRangeMatch messagePack;
   while (!accept.empty()) {
-    const std::optional<Range> range = ParseRange(TakePart(&accept, ','));
+    const std::optional<MediaRange> range = ParseMediaRange(TakePart(&accept, ','));
     if (!range) continue;
-    if (range->type == "*/*") json.Take(kAnything, range->quality);
-    if (IsType(range->type, "application/*")) json.Take(kAnyApplication, range->quality);
-    if (IsType(range->type, kContentTypeJson)) json.Take(kByName, range->quality);
-    if (IsType(range->type, kContentTypeMessagePack)) messagePack.Take(kByName, range->quality);
+    if (range->type == "*/*") json.Add(kAnyType, range->quality);
+    if (IsType(range->type, "application/*")) json.Add(kAnySubtype, range->quality);
+    if (IsType(range->type, kContentTypeJson)) json.Add(kExactType, range->quality);
+    if (IsType(range->type, kContentTypeMessagePack)) messagePack.Add(kExactType, range->quality);
   }
   if (messagePack.quality == 0 || messagePack.quality < json.quality) return ResultFormat::kJson;
   const bool isPreferred =
-      messagePack.quality > json.quality || messagePack.closeness > json.closeness;
+      messagePack.quality > json.quality || messagePack.specificity > json.specificity;
   return isPreferred ? ResultFormat::kMessagePack : ResultFormat::kJson;
 }
 

@@ -30,7 +30,7 @@ bool IsStructured(TypeId id) {
   return id == TypeId::kObject || id == TypeId::kVector || id == TypeId::kStruct;
 }
 
-// Whether `segment` is wholly a number. One that does not fit becomes the largest.
+// Whether all of `segment` is a number. One that does not fit becomes the largest.
 bool ParseIndex(std::string_view segment, uint64_t* index) {
   int base = 10;
   std::string_view digits = segment;
@@ -168,13 +168,14 @@ BindingProperty* ArgumentBinder::WalkPath(BindingProperty* target, std::string_v
     const size_t dot = path.find('.', begin);
     const std::string_view segment = path.substr(begin, dot - begin);
     const bool isIndex = !segment.empty() && segment.front() >= '0' && segment.front() <= '9';
-    target = isIndex ? TakeIndexed(target, segment) : &target->GetOrAddMember(segment);
+    target = isIndex ? GetOrAddIndexed(target, segment) : &target->GetOrAddMember(segment);
     begin = dot == std::string_view::npos ? dot : dot + 1;
   }
   return target;
 }
 
-BindingProperty* ArgumentBinder::TakeIndexed(BindingProperty* target, std::string_view segment) {
+BindingProperty* ArgumentBinder::GetOrAddIndexed(BindingProperty* target,
+                                                 std::string_view segment) {
   uint64_t index = 0;
   if (!ParseIndex(segment, &index)) {
     context_.Fail(Format("Index %1 is in an incorrect format", segment));

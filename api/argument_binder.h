@@ -2,9 +2,9 @@
 //
 // A name is cut at its first ".": the argument's name, then a path into its value. In
 // "slots.2.name" the segment "2", as it begins with a digit, is an index (decimal, "0x"
-// hexadecimal, "0" octal), "name" a member; what is missing on the way is created. A name without a
-// path and without a value stands for true, an empty structure or an empty collection, by the
-// argument's type. A name given again replaces the former value.
+// hexadecimal, "0" octal), "name" a member; missing ones are created. A name without a path and
+// without a value means true, an empty structure or an empty collection, by the argument's type. A
+// repeated name replaces the former value.
 //
 // Failures, the first of which wins:
 //   "Unknown argument '%1' for '%2'."                                 argument, function
@@ -27,7 +27,7 @@
 
 namespace Kest {
 
-// Most elements that the indexes of one request may create; one more is out of range.
+// How many elements the indexes of one request may create; one more is out of range.
 inline constexpr size_t kMaxIndexedElements = 1'048'576;
 
 // One call's binding. The steps do nothing once `context` has failed.
@@ -37,15 +37,15 @@ class ArgumentBinder {
   // Required bools start as false, all other arguments empty.
   ArgumentBinder(const BoundFunction& function, ConversionContext& context);
 
-  // Of pairs of one name the last counts.
+  // Of pairs with one name the last is used.
   void BindHeaders(std::span<const HeaderPair> headers);
   // Captures are percent-decoded.
   void BindCaptures(const RouteTemplate& route, const RouteCaptures& captures);
   void BindQuery(std::string_view query);
   // Does nothing without bytes or without a body argument.
   void BindBody(std::string_view contentType, std::string_view body);
-  // A direct invocation: any argument, whatever its location. Texts are decoded (an empty text is
-  // an empty text), values stored as they are.
+  // A direct invocation: arguments of any location. Strings are decoded (an empty one stays an
+  // empty string), values stored as they are.
   void BindList(std::span<const NamedValue> list);
 
   ArgumentValues TakeValues() { return std::move(values_); }
@@ -56,7 +56,7 @@ class ArgumentBinder {
   void StoreWithoutValue(size_t argument);
   std::optional<size_t> FindArgument(std::string_view name);
   BindingProperty* WalkPath(BindingProperty* target, std::string_view path);
-  BindingProperty* TakeIndexed(BindingProperty* target, std::string_view segment);
+  BindingProperty* GetOrAddIndexed(BindingProperty* target, std::string_view segment);
 
   const BoundFunction& function_;
   ConversionContext& context_;

@@ -16,22 +16,22 @@
 namespace Kest {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kWhitespace = " \t\r\n";
 
-// A decoder's words for the one failure that says nothing about the text.
+// A decoder's message for the one failure that is not about the input.
 constexpr std::string_view kOutOfMemory = "Out of memory";
 
-// Bytes behind the first value. Misspelled for good: callers know it so.
+// Bytes after the first value. The misspelling is part of the interface; keep it.
 constexpr std::string_view kExtraBodyData = "Extra MessgePack data found in body";
 
-// A MessagePack map or array begins with such a byte, a JSON text never.
+// A MessagePack map or array begins with such a byte, a JSON value never.
 bool BeginsMessagePack(std::string_view text) {
   const auto first = text.empty() ? uint8_t{0} : static_cast<uint8_t>(text.front());
   return (first >= 0x80 && first <= 0x9F) || (first >= 0xDC && first <= 0xDF);
 }
 
-std::string_view WithoutLeadingBlanks(std::string_view text) {
-  const size_t start = text.find_first_not_of(kBlanks);
+std::string_view TrimLeadingWhitespace(std::string_view text) {
+  const size_t start = text.find_first_not_of(kWhitespace);
   return start == std::string_view::npos ? std::string_view() : text.substr(start);
 }
 
@@ -39,7 +39,7 @@ std::span<const uint8_t> BytesOf(std::string_view text) {
   return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
 }
 
-// A tree from text of one format; failures are in the decoder's own words.
+// Decodes one format into a tree; failures have the decoder's own messages.
 struct Decoder {
   ValueFormat format;
   std::string_view name;
@@ -57,7 +57,7 @@ BindingProperty DecodeMessagePack(ConversionContext& context, std::string_view t
   return tree;
 }
 
-// The formats that need decoding: all but texts and bytes.
+// The formats that need decoding: all but strings and bytes.
 constexpr Decoder kDecoders[] = {
     {ValueFormat::kJson, "JSON", &DecodeJson},
     {ValueFormat::kMessagePack, "MessagePack", &DecodeMessagePack},
@@ -76,7 +76,7 @@ ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view tex
   const bool sniffed = structured && contentType.empty();
   if (HasContentType(contentType, kContentTypeMessagePack)) return ValueFormat::kMessagePack;
   if (sniffed && BeginsMessagePack(text)) return ValueFormat::kMessagePack;
-  const std::string_view start = sniffed ? WithoutLeadingBlanks(text) : std::string_view();
+  const std::string_view start = sniffed ? TrimLeadingWhitespace(text) : std::string_view();
   if (HasContentType(contentType, kContentTypeJson) || start.starts_with('{') ||
       start.starts_with('[')) {
     return ValueFormat::kJson;
@@ -85,7 +85,7 @@ ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view tex
     return ValueFormat::kYaml;
   }
   if (HasContentType(contentType, kContentTypeBytes)) return ValueFormat::kBytes;
-  return ValueFormat::kText;
+  return ValueFormat::kString;
 }
 
 std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType) {
@@ -98,7 +98,7 @@ std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType) {
 
 void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,
                  std::string_view text, BindingProperty* target) {
-  if (format == ValueFormat::kText) return target->SetString(text);
+  if (format == ValueFormat::kString) return target->SetString(text);
   if (format == ValueFormat::kBytes) return target->SetBlob(BytesOf(text));
   const Decoder& decoder = FindDecoder(format);
   ConversionContext decoding(context.registry());

@@ -1,4 +1,4 @@
-// What a piece of outside text is - JSON, MessagePack, plain text, bytes - and its decoding.
+// The format of received data - JSON, YAML, MessagePack, a plain string, bytes - and its decoding.
 #pragma once
 
 #include <cstdint>
@@ -10,16 +10,16 @@
 
 namespace Kest {
 
-enum class ValueFormat : uint8_t { kText, kBytes, kJson, kMessagePack, kYaml };
+enum class ValueFormat : uint8_t { kString, kBytes, kJson, kMessagePack, kYaml };
 
-// The format of an argument's value. `contentType` decides; without one, a structured value (of an
-// object, structure or vector) is known by how it begins. Everything else is text.
+// The format of an argument's value. `contentType` decides; without one, the first bytes of a
+// structured value (an object, structure or vector). Everything else is a plain string.
 ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view text, bool structured);
 
-// The format of a request body; none for a content type that bodies cannot have.
+// The format of a request body; none for an unsupported content type.
 std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType);
 
-// Whose value is decoded, for failure texts.
+// Whose value is decoded, for failure messages.
 struct ValueOwner {
   std::string_view argument;
   std::string_view function;
@@ -27,11 +27,11 @@ struct ValueOwner {
 };
 
 // Decodes `text` and replaces `*target` by it. Failures:
-//   "Couldn't deserialize JSON value for parameter '%1' of '%2': %3" (%3 the decoder's words), so
-//     for each format by its name
-//   "Extra MessgePack data found in body" for bytes behind its value; bare for a body, otherwise as
-//     the decoder's words
-// Throws std::bad_alloc when memory ends.
+//   "Couldn't deserialize JSON value for parameter '%1' of '%2': %3" (%3 the decoder's message), or
+//     the same with the name of another format
+//   "Extra MessgePack data found in body" for bytes after the value: for a body the whole message,
+//     otherwise the decoder's
+// Throws std::bad_alloc when memory runs out.
 void DecodeValue(ConversionContext& context, const ValueOwner& owner, ValueFormat format,
                  std::string_view text, BindingProperty* target);
 

@@ -1,13 +1,13 @@
 // Makes a BoundFunction of a typed handler: converts the bound values to its parameters, calls it,
-// and turns its result into a Response. Only the types live here; the work is done by the accessors
-// of binding and by EncodeResult.
+// and turns its result into a Response. Only what depends on the types is here; accessors and
+// EncodeResult do the rest.
 //
 // A parameter T is required and T must be bindable (binding/convert/native_type.h);
 // std::optional<T> may be absent. References must be const. Results:
 //   T                                      200 with the value
 //   Nothing, void                          204
 //   std::reference_wrapper<const T>        200 with the value, read before anything else runs
-//   Maybe<any of these but void>           the failure's status and text, else as above
+//   Maybe<any of these but void>           the failure's status and message, else as above
 #pragma once
 
 #include <functional>
@@ -86,22 +86,22 @@ void Convert(ConversionContext& context, const ArgumentRecord& argument,
   }
 }
 
-inline Response Answer(const FunctionCall&, const Nothing&) {
+inline Response ToResponse(const FunctionCall&, const Nothing&) {
   Response response;
   response.status = kStatusNoContent;
   return response;
 }
 template <typename T>
-Response Answer(const FunctionCall& call, const T& value) {
+Response ToResponse(const FunctionCall& call, const T& value) {
   return EncodeResult(call, {&value, NativeAccessor<T>(), StaticType::Name<T>()});
 }
 template <typename T>
-Response Answer(const FunctionCall& call, const std::reference_wrapper<T>& value) {
-  return Answer(call, value.get());
+Response ToResponse(const FunctionCall& call, const std::reference_wrapper<T>& value) {
+  return ToResponse(call, value.get());
 }
 template <typename T>
-Response Answer(const FunctionCall& call, const Maybe<T>& result) {
-  return result ? Answer(call, result.GetValue()) : FailureResponse(result.GetFailure());
+Response ToResponse(const FunctionCall& call, const Maybe<T>& result) {
+  return result ? ToResponse(call, result.GetValue()) : FailureResponse(result.GetFailure());
 }
 
 template <typename R, typename... Parameters, typename Function, size_t... i>
@@ -113,9 +113,9 @@ Response Run(const Function& function, FunctionCall& call, std::index_sequence<i
   call.values = {};  // the handler may wait for long
   if constexpr (std::is_void_v<R>) {
     function(std::move(std::get<i>(native))...);
-    return Answer(call, Nothing{});
+    return ToResponse(call, Nothing{});
   } else {
-    return Answer(call, function(std::move(std::get<i>(native))...));
+    return ToResponse(call, function(std::move(std::get<i>(native))...));
   }
 }
 

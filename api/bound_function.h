@@ -1,5 +1,5 @@
-// A function that requests and invocations can call: its description, where its arguments come
-// from, and the handler behind it.
+// A function that requests and invocations can call: its description, the locations of its
+// arguments, and its handler.
 #pragma once
 
 #include <cstddef>
@@ -26,12 +26,12 @@ enum class ArgumentLocation : int32_t {
   kBody = 5,
 };
 
-// What a call bound to the arguments, in the order of their declaration. Absent ones are empty.
+// The bound arguments of a call, in the order of their declaration. Absent ones are empty.
 using ArgumentValues = std::vector<BindingProperty>;
 
 class BoundFunction;
 
-// One call. The handler converts the values, and gives them up before it runs.
+// One call. Its values are released once they are converted, before the handler runs.
 struct FunctionCall {
   const BoundFunction& function;
   const TypeRegistry& registry;
@@ -48,7 +48,7 @@ class BoundFunction {
   BoundFunction(std::string_view name, std::vector<ArgumentRecord> parameters,
                 TypeIdentifier returns, Handler handler);
 
-  // Names the next parameter; a body argument makes the help text tell of the formats of a body.
+  // Names the next parameter; a body argument's description gets the accepted formats.
   // REQUIRES: one is left, the name is new, and no second body argument.
   void DeclareArgument(ArgumentLocation location, std::string_view name,
                        std::string_view description);
@@ -65,7 +65,7 @@ class BoundFunction {
   std::optional<size_t> FindArgument(std::string_view name) const;
   std::optional<size_t> BodyArgument() const;
 
-  // REQUIRES: a value for each argument. Whatever the handler throws passes through.
+  // REQUIRES: a value for each argument. Exceptions of the handler pass through.
   Response Call(FunctionCall call) const { return handler_(std::move(call)); }
 
  private:

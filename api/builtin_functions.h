@@ -1,11 +1,11 @@
-// The functions every plugin answers without registering them. They stand in the namespace
+// The functions that every plugin has without registering them. They are in the namespace
 // "$builtin" and are invoked by name; no route leads to them.
 //
 //   "$builtin.Help"  describes the functions, types and events of the API. Its argument "format",
-//                    a BindingHelpFormat: "Full", also when absent, answers a BindingFullApiHelp
-//                    (binding/help/help_types.h), "Epytext" a text (binding/help/epytext_writer.h).
-//                    The functions come in the order of their registration, then the built-in
-//                    ones, Help itself among them: they are called like any other.
+//                    a BindingHelpFormat: "Full", also when absent, returns a BindingFullApiHelp
+//                    (binding/help/help_types.h), "Epytext" a string
+//                    (binding/help/epytext_writer.h). Functions are listed in the order of their
+//                    registration, then the built-in ones, Help included.
 #pragma once
 
 #include <functional>
@@ -24,7 +24,7 @@ namespace Kest {
 // Lifetime: the registry outlives it.
 class BuiltinFunctions {
  public:
-  // Answers the registered functions at the time of the call.
+  // Returns the functions registered at the time of the call.
   using RegisteredFunctions = std::function<std::vector<const FunctionRecord*>()>;
 
   // Registers the types of Help.
@@ -36,7 +36,7 @@ class BuiltinFunctions {
   const BoundFunction* Find(std::string_view name) const;
 
  private:
-  // The description is made anew at each call: nobody asks often, and loading stays cheap.
+  // Builds the description at each call: calls are rare, and loading stays cheap.
   Maybe<BindingProperty> Help(std::optional<BindingHelpFormat> format) const;
 
   const TypeRegistry& registry_;

@@ -15,12 +15,12 @@ namespace {
 constexpr std::string_view kBuiltinPrefix = "$builtin.";
 constexpr size_t kMaxLoggedName = 200;
 
-// Runs `answer`; exceptions become answers. `name` says in the log what was asked for.
-template <typename Answer>
-Response AnswerSafely(std::string_view name, Answer&& answer) noexcept {
+// Runs `handle`; exceptions become responses. `name` is the request or function, for the log.
+template <typename Handle>
+Response HandleSafely(std::string_view name, Handle&& handle) noexcept {
   try {
     try {
-      return answer();
+      return handle();
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::exception& exception) {
@@ -62,17 +62,17 @@ BoundFunction& Dispatcher::Add(HttpMethod method, std::string_view pathTemplate,
 }
 
 Response Dispatcher::Handle(const Request& request) const noexcept {
-  return AnswerSafely(request.url, [&] { return AnswerRequest(request); });
+  return HandleSafely(request.url, [&] { return HandleRequest(request); });
 }
 
 Response Dispatcher::Invoke(std::string_view functionName,
                             std::span<const NamedValue> arguments) const noexcept {
-  return AnswerSafely(functionName, [&] { return AnswerInvocation(functionName, arguments); });
+  return HandleSafely(functionName, [&] { return HandleInvocation(functionName, arguments); });
 }
 
 Response Dispatcher::Invoke(std::string_view nameSpace, std::string_view name,
                             std::span<const NamedValue> arguments) const noexcept {
-  return AnswerSafely(name, [&] { return AnswerInvocation(FullName(nameSpace, name), arguments); });
+  return HandleSafely(name, [&] { return HandleInvocation(FullName(nameSpace, name), arguments); });
 }
 
 std::vector<const FunctionRecord*> Dispatcher::FunctionRecords() const {
@@ -87,7 +87,7 @@ const BoundFunction* Dispatcher::FindRegistered(std::string_view functionName) c
   return found != functions_.end() ? found->second : nullptr;
 }
 
-Response Dispatcher::AnswerRequest(const Request& request) const {
+Response Dispatcher::HandleRequest(const Request& request) const {
   const UrlParts url = SplitUrl(request.url);
   RouteCaptures captures;
   const auto found = routes_.Find(ParseMethod(request.method), url.path, &captures);
@@ -107,7 +107,7 @@ Response Dispatcher::AnswerRequest(const Request& request) const {
       {endpoint.function, registry_, request.accept, binder.TakeValues()});
 }
 
-Response Dispatcher::AnswerInvocation(std::string_view functionName,
+Response Dispatcher::HandleInvocation(std::string_view functionName,
                                       std::span<const NamedValue> arguments) const {
   const bool isBuiltin = functionName.starts_with(kBuiltinPrefix);
   const BoundFunction* const found =

@@ -1,7 +1,7 @@
-// The dispatcher answers requests and invocations with registered functions.
+// The dispatcher maps requests and invocations to registered functions.
 //
 //   dispatcher.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/{recipeName}/craft", "PostCraft",
-//                    this, &LootPlugin::Craft)
+//                    &transactions_, &Transactions::Craft)
 //       .Describe("Runs a recipe")
 //       .Path("recipeName")
 //       .Body("playerLootList", "Loot ids to use");
@@ -88,13 +88,13 @@ class [[nodiscard(
 };
 
 // Routes are registered first, on one thread, after the types they mention; from then on Handle and
-// Invoke may run on any thread and inside each other.
+// Invoke may run on any thread, nested calls included.
 //
-// Answers: 200 with a body, 204 without one. 404 "Not found" when no route of the method matches;
+// Responses: 200 with a body, 204 without one. 404 "Not found" when no route of the method matches;
 // 404 "Invalid function" or "Unsupported builtin function" for a name that cannot be invoked; 413
 // "Body is too large"; 400 when arguments cannot be bound or converted; a handler's failure with
-// its own status; 500 with its text for an exception of a handler, 500 "Out of memory" (and a log
-// line) when memory ends. Nothing is thrown.
+// its own status; 500 with its message for an exception of a handler, 500 "Out of memory" (and a
+// log line) when memory runs out. Nothing is thrown.
 class Dispatcher {
  public:
   // Registers the types and events of the built-in functions. The registry outlives the dispatcher.
@@ -102,8 +102,8 @@ class Dispatcher {
   Dispatcher(const Dispatcher&) = delete;
   Dispatcher& operator=(const Dispatcher&) = delete;
 
-  // Adds an endpoint behind the former ones; the first match answers a request. `object` outlives
-  // the dispatcher. The first function of a name is the one that is invoked by it.
+  // Adds an endpoint after the former ones; the first match handles a request. `object` outlives
+  // the dispatcher. Of several functions with one name, invocation uses the first.
   // For parameters and results see api/bind_handler.h.
   template <typename Object, typename Class, typename R, typename... A>
   auto Route(HttpMethod method, std::string_view pathTemplate, std::string_view functionName,
@@ -144,8 +144,8 @@ class Dispatcher {
   BoundFunction& Add(HttpMethod method, std::string_view pathTemplate, BoundFunction function);
   std::vector<const FunctionRecord*> FunctionRecords() const;
   const BoundFunction* FindRegistered(std::string_view functionName) const;
-  Response AnswerRequest(const Request& request) const;
-  Response AnswerInvocation(std::string_view functionName,
+  Response HandleRequest(const Request& request) const;
+  Response HandleInvocation(std::string_view functionName,
                             std::span<const NamedValue> arguments) const;
 
   TypeRegistry& registry_;

@@ -1,4 +1,4 @@
-// The names of HTTP as the plugin speaks it: methods, reason phrases, content types.
+// The names of HTTP that the plugin uses: methods, reason phrases, content types.
 #pragma once
 
 #include <cstddef>
@@ -23,10 +23,10 @@ inline constexpr size_t kHttpMethodCount = 8;  // kNone included
 // "DELETE" ... "PUT"; empty for a method outside kDelete to kPut.
 std::string_view MethodName(HttpMethod method);
 
-// The method of an upper-case name, kNone for any other text.
+// The method of an upper-case name, kNone for any other.
 HttpMethod ParseMethod(std::string_view name);
 
-// Status codes that the dispatcher itself answers.
+// Status codes that the dispatcher itself responds with.
 inline constexpr int32_t kStatusOk = 200;
 inline constexpr int32_t kStatusNoContent = 204;
 inline constexpr int32_t kStatusBadRequest = 400;
@@ -45,8 +45,8 @@ inline constexpr std::string_view kContentTypeYamlValue = "text/x-yaml";
 inline constexpr std::string_view kContentTypeMessagePack = "application/x-msgpack";
 inline constexpr std::string_view kContentTypeBytes = "application/octet-stream";
 
-// Whether `contentType` begins with `prefix`, whatever the case: parameters such as a charset
-// behind the type are ignored.
+// Whether `contentType` begins with `prefix`, ignoring case: parameters such as a charset after the
+// type are ignored.
 bool HasContentType(std::string_view contentType, std::string_view prefix);
 
 }  // namespace Kest

@@ -35,7 +35,7 @@ std::string PercentDecode(std::string_view text, PlusSign plus) {
         continue;
       }
     }
-    decoded.push_back(text[i] == '+' && plus == PlusSign::kIsBlank ? ' ' : text[i]);
+    decoded.push_back(text[i] == '+' && plus == PlusSign::kIsSpace ? ' ' : text[i]);
   }
   return decoded;
 }
@@ -47,8 +47,8 @@ std::optional<QueryPair> TakeQueryPair(std::string_view* query) {
   query->remove_prefix(piece.size());
   const size_t split = std::min(piece.find('='), piece.size());
   const std::string_view value = piece.substr(std::min(split + 1, piece.size()));
-  return QueryPair{PercentDecode(piece.substr(0, split), PlusSign::kIsBlank),
-                   PercentDecode(value, PlusSign::kIsBlank)};
+  return QueryPair{PercentDecode(piece.substr(0, split), PlusSign::kIsSpace),
+                   PercentDecode(value, PlusSign::kIsSpace)};
 }
 
 }  // namespace Kest

@@ -1,4 +1,4 @@
-// The answer to a request or invocation.
+// The response to a request or invocation.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@
 
 namespace Kest {
 
-// A success carries a body (200) or none (204), a failure its status and text and never a body.
+// A success carries a body (200) or none (204), a failure its status and message and never a body.
 struct Response {
   int32_t status = 200;
-  std::string message;      // failure text; empty for a success
+  std::string message;      // of a failure; empty for a success
   std::string contentType;  // of `body`; empty without one
   std::string body;
 
@@ -25,8 +25,8 @@ Response NotFound(std::string_view message = {});
 // 500 with `message`, or with "Internal server error" when that is empty.
 Response InternalServerError(std::string_view message = {});
 
-// The failure's status and text. Without a text it becomes NotFound() for 404 and otherwise
-// InternalServerError(), whatever its status; a status that is none of a failure becomes 500.
+// The failure's status and message. Without a message it becomes NotFound() for 404 and otherwise
+// InternalServerError() with any status; a status outside 400 to 599 becomes 500.
 Response FailureResponse(const Failure& failure);
 
 }  // namespace Kest

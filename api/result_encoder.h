@@ -1,4 +1,4 @@
-// Turns a handler's result into the body of an answer.
+// Encodes a handler's result as the body of a response.
 #pragma once
 
 #include <string_view>

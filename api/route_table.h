@@ -13,7 +13,7 @@
 
 namespace Kest {
 
-// RouteTable asks the templates of a method in the order they were added; the first match wins,
+// RouteTable tries the templates of a method in the order they were added; the first match wins,
 // however specific. A path that only another method knows is not found.
 // Threads:  any, once nothing is added any more.
 // Lifetime: borrows the templates.

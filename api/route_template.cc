@@ -19,8 +19,8 @@ std::string_view GroupPattern(ParameterForm form) {
   return "([^/]*)";
 }
 
-// Whether a group may take `c`: what "." and "[^/]" mean in the pattern.
-bool Takes(bool isRest, char c) {
+// Whether a group matches `c`: "." or "[^/]" in the pattern.
+bool MatchesChar(bool isRest, char c) {
   return isRest ? c != '\n' && c != '\r' : c != '/';
 }
 
@@ -82,15 +82,15 @@ bool RouteTemplate::Match(std::string_view path, RouteCaptures* captures) const 
   for (size_t i = 0; i + 1 < groups_.size(); ++i) {
     const size_t end = rest.find('/');
     if (end == std::string_view::npos) return false;
-    const std::string_view behind = rest.substr(end);
-    if (!behind.starts_with(groups_[i].literal)) return false;
+    const std::string_view after = rest.substr(end);
+    if (!after.starts_with(groups_[i].literal)) return false;
     captures->Append(rest.substr(0, end));
-    rest = behind.substr(groups_[i].literal.size());
+    rest = after.substr(groups_[i].literal.size());
   }
   return MatchLast(rest, captures);
 }
 
-// The last group takes all but the last literal, or does not match.
+// The last group matches all but the last literal, or nothing does.
 bool RouteTemplate::MatchLast(std::string_view rest, RouteCaptures* captures) const {
   const Group& last = groups_.back();
   if (!rest.ends_with(last.literal)) return false;
@@ -101,7 +101,7 @@ bool RouteTemplate::MatchLast(std::string_view rest, RouteCaptures* captures) co
 }
 
 // For groups that could end in several places. From the back, marks for each group the positions
-// from which it and all behind it match; then each group in order goes as far as such a position.
+// from which it and all after it match; then each group in order extends to the last such position.
 bool RouteTemplate::MatchAmbiguous(std::string_view rest, RouteCaptures* captures) const {
   const size_t columns = rest.size() + 1;
   std::vector<bool> matches((groups_.size() + 1) * columns);
@@ -114,7 +114,7 @@ bool RouteTemplate::MatchAmbiguous(std::string_view rest, RouteCaptures* capture
                             matches[row + columns + at + literal.size()] &&
                             rest.compare(at, literal.size(), literal) == 0;
       const bool goesOn =
-          at < rest.size() && matches[row + at + 1] && Takes(groups_[g].isRest, rest[at]);
+          at < rest.size() && matches[row + at + 1] && MatchesChar(groups_[g].isRest, rest[at]);
       matches[row + at] = endsHere || goesOn;
     }
   }
@@ -123,7 +123,7 @@ bool RouteTemplate::MatchAmbiguous(std::string_view rest, RouteCaptures* capture
   for (size_t g = 0; g < groups_.size(); ++g) {
     size_t end = begin;
     while (end < rest.size() && matches[g * columns + end + 1] &&
-           Takes(groups_[g].isRest, rest[end])) {
+           MatchesChar(groups_[g].isRest, rest[end])) {
       ++end;
     }
     captures->Append(rest.substr(begin, end - begin));

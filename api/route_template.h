@@ -3,11 +3,11 @@
 // A parameter is a name in braces:
 //   {name}   one path segment, possibly empty: everything but "/"        pattern "([^/]*)"
 //   {+name}  the rest, "/" included, but no line feed or carriage return  pattern "(.*)"
-//   {#name}  a "#" and such a rest behind it                              pattern "#(.*)"
+//   {#name}  a "#" and such a rest after it                               pattern "#(.*)"
 // Everything else is literal. The pattern is the template as an ECMAScript regular expression for
-// the whole path; it is what the template means and what is displayed. It is not what matches:
-// the own matcher below finds the same captures (each as long as it can be, the first one first)
-// with bounded stack and in time proportional to the path's length times the number of parameters.
+// the whole path; it defines the template and is displayed. Matching does not use it: the matcher
+// finds the same captures (greedy, from left to right) with bounded stack and in time proportional
+// to the path's length times the number of parameters.
 #pragma once
 
 #include <array>
@@ -45,7 +45,7 @@ class RouteCaptures {
     ++size_;
   }
   size_t Size() const { return size_; }
-  // Capture `i`, an empty text beyond the last one.
+  // Capture `i`; empty beyond the last one.
   std::string_view At(size_t i) const {
     if (i >= size_) return {};
     return i < kInline ? inline_[i] : more_[i - kInline];
@@ -60,17 +60,17 @@ class RouteCaptures {
 // One compiled template. Immutable: any thread may match.
 class RouteTemplate {
  public:
-  // Compiles any text: unfinished and stray braces have a meaning too. An unfinished parameter
+  // Compiles any string: unfinished and stray braces have a meaning too. An unfinished parameter
   // matches nothing and names nothing. A "}" without its "{" names a parameter "" that has no group
-  // in the pattern, so later parameters take the capture of the one before.
+  // in the pattern, so later parameters have the capture of the one before.
   explicit RouteTemplate(std::string_view text);
 
   const std::string& Text() const { return text_; }
   const std::string& Pattern() const { return pattern_; }
-  // In order; parameter i takes capture i.
+  // In order; parameter i has capture i.
   const std::vector<TemplateParameter>& Parameters() const { return parameters_; }
 
-  // The literal text before the first group and behind the last one (the whole text without one).
+  // The literals before the first group and after the last one (the whole template without one).
   std::string_view Prefix() const { return prefix_; }
   std::string_view Suffix() const { return groups_.empty() ? prefix_ : groups_.back().literal; }
   // Bytes of all literals: no shorter path matches. Without groups no longer one does either.
@@ -85,7 +85,7 @@ class RouteTemplate {
  private:
   struct Group {
     bool isRest;          // else a segment
-    std::string literal;  // behind it, up to the next group
+    std::string literal;  // after it, up to the next group
   };
 
   void AppendGroup(ParameterForm form);

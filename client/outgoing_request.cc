@@ -7,7 +7,7 @@ namespace Kest::Client {
 namespace {
 
 // Indexed by RequestStep.
-constexpr std::string_view kStepTexts[] = {
+constexpr std::string_view kStepMessages[] = {
     "Request not sent: Error converting parameters for {method} {url}: {error}",
     "Error response for {method} {url}: {error}",
     "Error reading streamed response for {method} {url}: {error}",
@@ -51,7 +51,7 @@ Failure OutgoingRequest::ArgumentFailure() const {
 }
 
 Failure OutgoingRequest::Fail(RequestStep step, std::string_view error, int32_t status) const {
-  return {FormatNamed(kStepTexts[static_cast<size_t>(step)],
+  return {FormatNamed(kStepMessages[static_cast<size_t>(step)],
                       {{"method", MethodName(method_)}, {"url", url_}, {"error", error}}),
           status};
 }

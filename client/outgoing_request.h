@@ -1,5 +1,5 @@
-// OutgoingRequest gathers one request to another plugin: its url with the query, its body, and the
-// failure texts that name it.
+// OutgoingRequest builds one request to another plugin: its url with the query, its body, and the
+// failure messages that name it.
 // Threads: one owner at a time.
 #pragma once
 
@@ -30,15 +30,15 @@ inline constexpr bool IsQuery = false;
 template <class T>
 inline constexpr bool IsQuery<Query<T>> = true;
 
-// Where a request can fail; each step has its own text.
-enum class RequestStep : size_t { kArguments, kAnswer, kBody, kConversion };
+// Where a request can fail; each step has its own message.
+enum class RequestStep : size_t { kArguments, kResponse, kBody, kConversion };
 
 class OutgoingRequest {
  public:
   OutgoingRequest(HttpMethod method, std::string_view url)
       : method_(method), url_(url), target_(url) {}
 
-  // Once an argument has not converted, the rest is not looked at.
+  // Once an argument has not converted, the rest is ignored.
   template <class T>
   void Add(const Query<T>& argument) {
     if (!context_.Ok()) return;
@@ -55,7 +55,6 @@ class OutgoingRequest {
   bool ArgumentsConverted() const { return context_.Ok(); }
   // REQUIRES: an argument has not converted.
   Failure ArgumentFailure() const;
-  // The failure of a step, with its text.
   Failure Fail(RequestStep step, std::string_view error, int32_t status = 500) const;
 
   HttpMethod Method() const { return method_; }

@@ -106,7 +106,7 @@ void ResourceSubscriptions::OnEvent(std::string_view url, std::string_view body)
 bool MatchesPattern(std::string_view pattern, std::string_view text) {
   size_t inPattern = 0;
   size_t inText = 0;
-  size_t star = std::string_view::npos;  // the last "*" met, and where its text began
+  size_t star = std::string_view::npos;  // the last "*" met, and where its match begins
   size_t starText = 0;
   while (inText < text.size()) {
     if (inPattern < pattern.size() && pattern[inPattern] == '*') {
@@ -116,7 +116,7 @@ bool MatchesPattern(std::string_view pattern, std::string_view text) {
       ++inPattern;
       ++inText;
     } else if (star != std::string_view::npos) {
-      inPattern = star + 1;  // the last "*" takes one character more
+      inPattern = star + 1;  // the last "*" matches one character more
       inText = ++starText;
     } else {
       return false;

@@ -38,7 +38,7 @@ class ResourceSubscriptions {
   // `typeName` names the handler's type in traces. A subscription that the host refuses is logged
   // and not kept.
   void Add(std::string_view url, Handler handler, std::string_view typeName);
-  // Removes the youngest handler of the url.
+  // Removes the handler added last for the url.
   void Remove(std::string_view url);
   void RemoveAll();
 
@@ -51,7 +51,7 @@ class ResourceSubscriptions {
   using EntryList = std::vector<std::shared_ptr<Entry>>;
   using Table = std::map<std::string, EntryList, std::less<>>;
 
-  // An exact `url` is the one subscribed; an empty one stands for the event of all resources.
+  // An exact `url` is the one subscribed; an empty one means the event of all resources.
   void OnEvent(std::string_view url, std::string_view body);
   EntryList HandlersOf(std::string_view url, std::string_view uri) const;
 
@@ -62,7 +62,7 @@ class ResourceSubscriptions {
   Table patterns_;
 };
 
-// True when `text` fits `pattern`, "*" standing for any characters, also none.
+// True when `text` matches `pattern`, in which "*" is any number of any characters.
 bool MatchesPattern(std::string_view pattern, std::string_view text);
 
 }  // namespace Kest::Client

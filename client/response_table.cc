@@ -19,8 +19,8 @@ size_t SizeOf(const std::string& key, const PluginServiceProxyResponse& response
 
 }  // namespace
 
-// Holds the table's lock, and stops a debug build when its owner takes it again: that is a
-// completion calling the proxy, which would wait for itself for ever.
+// Holds the table's lock. A debug build asserts when its owner locks again: that is a completion
+// calling the proxy, which would deadlock.
 class KEST_SCOPED_CAPABILITY ResponseTable::Lock {
  public:
   explicit Lock(const ResponseTable& table) KEST_ACQUIRE(table.mutex_) : table_(table) {
@@ -117,7 +117,7 @@ void ResponseTable::CompleteLocked(const Completion& completion,
                   failed = true;
                   failure.error = *text != '\0' ? text : "unknown exception";
                 });
-  // The request must still end: once more, with the failure, and never again.
+  // The request must still end: called again with the failure, and never after that.
   if (failed) {
     RunAndLog("Service proxy completion", [&] { completion(std::move(failure)); });
   }

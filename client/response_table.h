@@ -1,6 +1,6 @@
-// ResponseTable matches responses of the platform services to the requests that wait for them. A
-// response may come before its request is known; it is then kept until the request comes, within
-// bounds: 1,024 responses and 16 MiB, the oldest going first.
+// ResponseTable matches responses of the platform services to pending requests. A response may
+// arrive before its request is known; it is then buffered, within bounds: 1,024 responses and
+// 16 MiB, the oldest dropped first.
 //
 // Threads: any. One lock covers the three maps; it is held while a completion or handler runs and
 //          taken before the logger's lock. A completion may therefore set a promise or post a task,
@@ -24,15 +24,15 @@ namespace Kest::Client {
 
 class ResponseTable {
  public:
-  // Called at most once, except that one which throws is called again with the exception's text as
-  // the response's `error`. Dropped unused when the plugin stops first.
+  // Called at most once, except that one which throws is called again with the exception's message
+  // as the response's `error`. Dropped unused when the plugin stops first.
   using Completion = std::function<void(PluginServiceProxyResponse response)>;
 
   static constexpr std::string_view kInFlight = "Request already in flight";
   static constexpr size_t kMaxBufferedResponses = 1024;
   static constexpr size_t kMaxBufferedBytes = size_t{16} << 20;
 
-  // `pluginName` stands in front of log lines and outlives the table.
+  // `pluginName` is the prefix of log lines and outlives the table.
   explicit ResponseTable(const std::string& pluginName) : pluginName_(pluginName) {}
 
   bool IsFinalising() const KEST_EXCLUDES(mutex_);
@@ -42,11 +42,11 @@ class ResponseTable {
   bool Reserve(const std::string& key) KEST_EXCLUDES(mutex_);
   void Unreserve(const std::string& key) KEST_EXCLUDES(mutex_);
 
-  // Enters a request (its reservation ends), fulfils it when its response is here already, and
-  // answers an empty text. Otherwise the failure text; `completion` is dropped.
+  // Enters a request (its reservation ends), fulfils it if its response is buffered already, and
+  // returns an empty string. Otherwise the failure message; `completion` is dropped.
   std::string AddPending(const std::string& key, Completion completion) KEST_EXCLUDES(mutex_);
 
-  // Keeps the response under `key`, in place of an earlier one, and fulfils the request that waits
+  // Buffers the response under `key`, replacing an earlier one, and fulfils the request that waits
   // for it.
   void AddResponse(const std::string& key, PluginServiceProxyResponse response)
       KEST_EXCLUDES(mutex_);

@@ -16,7 +16,7 @@ inline constexpr std::string_view kUuidRequestsPath = "/tav-login/v1/service-pro
 inline constexpr std::string_view kMethodRequestsPath =
     "/tav-login/v1/service-proxy-method-requests";
 
-// Borrows its texts; use it within one call.
+// Borrows its strings; use it within one call.
 struct ServiceCall {
   std::string_view service;
   std::string_view method;
@@ -38,7 +38,7 @@ class CallArguments {
   }
 
   // True while every argument has converted. Otherwise `FailedType` names the first one's type and
-  // `ErrorMessage` says why.
+  // `ErrorMessage` is the reason.
   bool Ok() const { return context_.Ok(); }
   std::string ErrorMessage() const { return context_.ErrorMessage(); }
   const std::string& FailedType() const { return failedType_; }

@@ -5,14 +5,14 @@
 // and any number may run side by side; with a request key the call is keyed "service.method" and
 // only one may run at a time. No time-out ends a request; stop does.
 //
-// Failure texts: "Finalizing" (also for requests that were pending when the plugin stopped),
+// Failure messages: "Finalizing" (also for requests that were pending when the plugin stopped),
 //   "Failed to convert type {type} to BindingProperty for serialization", "Request already in
-//   flight", "Couldn't convert SVDS call parameters: {error}", a request's own text (see
-//   SiblingClient), the response's `error`, and the decoder's text for an unreadable `payload`.
+//   flight", "Couldn't convert SVDS call parameters: {error}", a request's own
+//   message (see SiblingClient), the response's `error`, and the decoder's message for an
+//   unreadable `payload`.
 //
 // Threads: Invoke... and Subscribe... on module tasks; each Invoke waits, InvokeAsync only until
-// the
-//          host has taken the request. Response events come on any thread. Completions and
+//          the host has accepted the request. Response events come on any thread. Completions and
 //          asynchronous handlers run under the lock: they may set a promise or post a task, and
 //          must not call the proxy.
 #pragma once
@@ -45,7 +45,7 @@ class ServiceProxy {
  public:
   using Completion = ResponseTable::Completion;
 
-  // All outlive the proxy. `pluginName` stands in front of log lines.
+  // All outlive the proxy. `pluginName` is the prefix of log lines.
   ServiceProxy(HostServices& host, AppModule& module, SiblingClient& client,
                const std::string& pluginName);
 
@@ -70,9 +70,8 @@ class ServiceProxy {
     return Decode<R>(response.GetValue());
   }
 
-  // Starts the call and answers an empty text, or why it could not be started; `onDone` is then
-  // dropped unused. `onDone(result)` runs later as a task of its own; not any more once the plugin
-  // stops.
+  // Starts the call and returns an empty string, or why it could not be started; `onDone` is then
+  // dropped unused. `onDone(result)` runs later as a task of its own, unless the plugin stops.
   template <class R, class... A>
   std::string InvokeAsync(std::string_view service, std::string_view method,
                           std::string_view requestKey, bool flag,
@@ -88,15 +87,15 @@ class ServiceProxy {
   template <class R, class... A>
   Maybe<R> InvokeSession(std::string_view service, std::string_view method, const A&... arguments) {
     OutgoingRequest request(HttpMethod::kPost, kSessionInvokePath);
-    Maybe<Response> answer =
+    Maybe<Response> response =
         SendToSession({service, method, {}, false}, CallArguments(arguments...), &request);
-    if (!answer) return answer.GetFailure();
-    Maybe<R> result = SiblingClient::ReadAnswer<R>(request, answer.GetValue());
-    if (!result) LogUnreadable(StaticType::Name<R>(), answer.GetValue().body);
+    if (!response) return response.GetFailure();
+    Maybe<R> result = SiblingClient::ReadResponse<R>(request, response.GetValue());
+    if (!result) LogUnreadable(StaticType::Name<R>(), response.GetValue().body);
     return result;
   }
 
-  // The untyped call behind the others. `completion` runs under the lock.
+  // The untyped call that the others use. `completion` runs under the lock.
   std::string Invoke(const ServiceCall& call, const CallArguments& arguments,
                      Completion completion);
 
@@ -124,7 +123,7 @@ class ServiceProxy {
   }
 
   bool IsFinalising() const { return host_.IsStopping() || responses_.IsFinalising(); }
-  // Both answer the request's key.
+  // Both return the request's key.
   Maybe<std::string> SendByUuid(const ServiceCall& call, const CallArguments& arguments);
   Maybe<std::string> SendByMethod(const ServiceCall& call, const CallArguments& arguments);
   Maybe<Response> SendToSession(const ServiceCall& call, const CallArguments& arguments,

@@ -17,25 +17,25 @@ Maybe<Response> SiblingClient::Send(const OutgoingRequest& request) {
   sent.body = request.Body();
   auto promise = std::make_shared<OncePromise<Response>>();
   auto future = promise->GetFuture();
-  host_.Request(sent, [promise = std::move(promise)](Maybe<Response> answer) {
-    promise->Set(std::move(answer));
+  host_.Request(sent, [promise = std::move(promise)](Maybe<Response> response) {
+    promise->Set(std::move(response));
   });
-  Maybe<Response> answer = module_.Await(std::move(future));
-  if (!answer) {
-    if (answer.GetFailure().text == kFinalizing) return answer;
-    return request.Fail(RequestStep::kAnswer, answer.GetFailure().text);
+  Maybe<Response> result = module_.Await(std::move(future));
+  if (!result) {
+    if (result.GetFailure().text == kFinalizing) return result;
+    return request.Fail(RequestStep::kResponse, result.GetFailure().text);
   }
-  const Response& response = answer.GetValue();
-  if (response.status < kStatusBadRequest) return answer;
+  const Response& response = result.GetValue();
+  if (response.status < kStatusBadRequest) return result;
   const std::string_view error =
       !response.message.empty() ? std::string_view(response.message) : StatusText(response.status);
-  return request.Fail(RequestStep::kAnswer, error, response.status);
+  return request.Fail(RequestStep::kResponse, error, response.status);
 }
 
-std::string_view SiblingClient::WhyUnreadable(const Response& answer) {
-  if (answer.body.empty()) return {};
-  if (answer.body.size() > kMaxJsonBytes) return "Body is too large";
-  const std::string_view type = answer.contentType;
+std::string_view SiblingClient::WhyUnreadable(const Response& response) {
+  if (response.body.empty()) return {};
+  if (response.body.size() > kMaxJsonBytes) return "Body is too large";
+  const std::string_view type = response.contentType;
   const bool isJson = type.empty() || HasContentType(type, kContentTypeJson) ||
                       HasContentType(type, kContentTypeJsonApi);
   return isJson ? std::string_view() : "Unsupported body content type";

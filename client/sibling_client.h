@@ -2,15 +2,15 @@
 // resource subscriptions and the publication of this plugin's own resources.
 //
 // A request's arguments:
-//   Query("inventoryTypes", list)  goes into the url's query under that name: a text as it stands,
-//                                  anything else as its JSON; percent-encoded
+//   Query("inventoryTypes", list)  goes into the url's query under that name: a string as it is,
+//                                  anything else as JSON; percent-encoded
 //   a plain value                  is the JSON body; a request takes at most one
-// Failure texts of a request ({error} is the reason):
+// Failure messages of a request ({error} is the reason):
 //   400 "Request not sent: Error converting parameters for {method} {url}: {error}"
-//   the answer's status "Error response for {method} {url}: {error}"
+//   the response's status "Error response for {method} {url}: {error}"
 //   "Error reading streamed response for {method} {url}: {error}"   body too large or not JSON
 //   "Error converting response for {method} {url}: {error}"
-//   "Finalizing" when the plugin stops before the answer has come
+//   "Finalizing" when the plugin stops before the response
 //
 // Threads: module tasks only. Request waits, so other tasks run during the call; Subscribe and
 //          Publish do not. Handlers run on module tasks, in the order of the events of one url.
@@ -40,10 +40,10 @@ namespace Kest::Client {
 
 class SiblingClient {
  public:
-  // The three outlive the client. `pluginName` stands in front of log lines.
+  // The three outlive the client. `pluginName` is the prefix of log lines.
   SiblingClient(HostServices& host, AppModule& module, const std::string& pluginName);
 
-  // Sends the request and waits for the typed answer. R may be Nothing (the body is not read) and
+  // Sends the request and waits for the typed response. R may be Nothing (the body is not read) and
   // BindingProperty (the body as it is).
   template <class R, class... A>
   Maybe<R> Request(HttpMethod method, std::string_view url, const A&... arguments) {
@@ -51,23 +51,23 @@ class SiblingClient {
                   "only one argument can be the body; wrap the others in Query(name, value)");
     OutgoingRequest request(method, url);
     (request.Add(arguments), ...);
-    Maybe<Response> answer = Send(request);
-    if (!answer) return answer.GetFailure();
-    return ReadAnswer<R>(request, answer.GetValue());
+    Maybe<Response> response = Send(request);
+    if (!response) return response.GetFailure();
+    return ReadResponse<R>(request, response.GetValue());
   }
 
   // The untyped halves of Request, for callers that read the body themselves.
   Maybe<Response> Send(const OutgoingRequest& request);
   template <class R>
-  static Maybe<R> ReadAnswer(const OutgoingRequest& request, const Response& answer) {
+  static Maybe<R> ReadResponse(const OutgoingRequest& request, const Response& response) {
     R result{};
     if constexpr (!std::is_same_v<R, Nothing>) {
-      const std::string_view unreadable = WhyUnreadable(answer);
+      const std::string_view unreadable = WhyUnreadable(response);
       if (!unreadable.empty()) return request.Fail(RequestStep::kBody, unreadable);
       ConversionContext context;
-      // No body is no value, which some types accept; an empty text is no JSON.
+      // Without a body there is no value, which some types accept.
       const BindingProperty tree =
-          answer.body.empty() ? BindingProperty() : ReadJson(context, answer.body);
+          response.body.empty() ? BindingProperty() : ReadJson(context, response.body);
       Assign(context, "<result>", tree, &result);
       if (!context.Ok()) return request.Fail(RequestStep::kConversion, context.ErrorMessage());
     }
@@ -76,9 +76,8 @@ class SiblingClient {
 
   // Calls `handler(value, type)` for each event of the resource, `value` null on kDelete and lent
   // for the call otherwise. The first subscription of a url gets the resource's present value as
-  // one kCreate, when it exists. An event that does not convert is dropped. A url with "*" follows
-  // every resource it matches, "*" standing for any characters. Several handlers may follow one
-  // url.
+  // one kCreate, when it exists. An event that does not convert is dropped. In a url "*" matches
+  // any characters. A url may have several handlers.
   template <class T>
   void Subscribe(std::string_view url,
                  std::function<void(const T* value, ResourceEventType type)> handler) {
@@ -98,12 +97,12 @@ class SiblingClient {
         },
         StaticType::Name<T>());
   }
-  // Ends the youngest subscription of the url. Without one it logs a warning and does nothing else.
+  // Ends the last subscription of the url. Without one it logs a warning and does nothing else.
   void Unsubscribe(std::string_view url) { subscriptions_.Remove(url); }
   void UnsubscribeAll() { subscriptions_.RemoveAll(); }
 
-  // Announces a change of one of this plugin's resources. A value that does not convert is logged
-  // and not announced.
+  // Publishes a change of one of this plugin's resources. A value that does not convert is logged
+  // and not published.
   template <class T>
   void Publish(std::string_view path, ResourceEventType type, const T& value) {
     ConversionContext context;
@@ -119,14 +118,14 @@ class SiblingClient {
 
  private:
   // Why the body cannot be read as JSON at all; empty when it can.
-  static std::string_view WhyUnreadable(const Response& answer);
+  static std::string_view WhyUnreadable(const Response& response);
   void LogUnpublished(std::string_view typeName, std::string_view path);
 
   HostServices& host_;
   AppModule& module_;
   const std::string& pluginName_;
   ResourceSubscriptions subscriptions_;
-  std::string json_;  // kept between publications, so that a warm one allocates nothing
+  std::string json_;  // reused, so that later publications allocate nothing
 };
 
 }  // namespace Kest::Client

@@ -16,6 +16,8 @@
 
 namespace Kest::Client::Loot {
 
+using enum HttpMethod;
+
 void LootEndpoints::Register(Dispatcher& api) {
   RegisterInventoryRoutes(api);
   RegisterRecipeRoutes(api);
@@ -23,97 +25,94 @@ void LootEndpoints::Register(Dispatcher& api) {
 }
 
 void LootEndpoints::RegisterInventoryRoutes(Dispatcher& api) {
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/refresh", "RefreshLoot", &targets_.retrieval,
+  api.Route(kPost, "/tav-loot/v1/refresh", "RefreshLoot", &targets_.retrieval,
             &LootRetrieval::Retrieve)
-      .Describe("Retrieves the inventory and all definitions again; answers a result word")
-      .Query("force", "Waits for the answer and ignores how recent the last retrieval is");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/enabled", "GetEnabled", &targets_.loot,
-            &LootSwitch::Enabled)
+      .Describe("Retrieves the inventory and all definitions again; returns a result code")
+      .Query("force", "Waits for the response and ignores how recent the last retrieval is");
+  api.Route(kGet, "/tav-loot/v1/enabled", "GetEnabled", &targets_.loot, &LootSwitch::Enabled)
       .Describe("Whether loot is enabled");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/ready", "GetReady", &targets_.readiness,
-            &SourceReadiness::Ready)
-      .Describe("Whether every data source that counts has answered");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot", "GetPlayerLoot", this,
-            &LootEndpoints::GetPlayerLoot)
+  api.Route(kGet, "/tav-loot/v1/ready", "GetReady", &targets_.readiness, &SourceReadiness::Ready)
+      .Describe("Whether every data source of the goal has responded");
+  api.Route(kGet, "/tav-loot/v1/player-loot", "GetPlayerLoot", this, &LootEndpoints::GetPlayerLoot)
       .Describe("Every item of the player's loot");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot-map", "GetPlayerLootMap", this,
+  api.Route(kGet, "/tav-loot/v1/player-loot-map", "GetPlayerLootMap", this,
             &LootEndpoints::GetPlayerLootMap)
       .Describe("Every item of the player's loot by its loot id");
-  api.Route(HttpMethod::kGet, "/tav-loot/v2/player-loot-map", "GetPlayerLootMapV2", this,
+  api.Route(kGet, "/tav-loot/v2/player-loot-map", "GetPlayerLootMapV2", this,
             &LootEndpoints::GetPlayerLootMapV2)
       .Describe("Every item of the player's loot by its loot id, with the inventory's version");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot/{lootId}", "GetPlayerLootById", this,
+  api.Route(kGet, "/tav-loot/v1/player-loot/{lootId}", "GetPlayerLootById", this,
             &LootEndpoints::GetPlayerLootById)
       .Describe("One item of the player's loot")
       .Path("lootId", "An item's loot id");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/player-display-categories",
-            "GetPlayerDisplayCategories", this, &LootEndpoints::GetPlayerDisplayCategories)
+  api.Route(kGet, "/tav-loot/v1/player-display-categories", "GetPlayerDisplayCategories", this,
+            &LootEndpoints::GetPlayerDisplayCategories)
       .Describe("The display categories of all loot definitions");
 }
 
 void LootEndpoints::RegisterRecipeRoutes(Dispatcher& api) {
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/new-player-check-done", "GetNewPlayerCheckDone",
+  api.Route(kGet, "/tav-loot/v1/new-player-check-done", "GetNewPlayerCheckDone",
             &targets_.newPlayerChest, &NewPlayerChest::IsDone)
-      .Describe("Whether the new-player chest was asked for");
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/new-player-check-done/{newValue}",
-            "SetNewPlayerCheckDone", &targets_.newPlayerChest, &NewPlayerChest::SetDone)
-      .Describe("Sets whether the new-player chest was asked for; false asks again at once")
-      .Path("newValue", "Whether it counts as asked for");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/recipes/configuration", "GetRecipeConfiguration",
+      .Describe("Whether the new-player chest was requested");
+  api.Route(kPost, "/tav-loot/v1/new-player-check-done/{newValue}", "SetNewPlayerCheckDone",
+            &targets_.newPlayerChest, &NewPlayerChest::SetDone)
+      .Describe("Sets whether the new-player chest was requested; false requests it again at once")
+      .Path("newValue", "Whether it counts as requested");
+  api.Route(kGet, "/tav-loot/v1/recipes/configuration", "GetRecipeConfiguration",
             &targets_.configuration, &ClientConfiguration::ReadRecipeMenu)
       .Describe("The settings of the recipe menu");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/currency-configuration", "GetCurrencyConfiguration",
+  api.Route(kGet, "/tav-loot/v1/currency-configuration", "GetCurrencyConfiguration",
             &targets_.configuration, &ClientConfiguration::ReadCurrencies)
       .Describe("The settings of the currencies");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/recipes/initial-item/{lootId}", "GetInitialItemRecipes",
+  api.Route(kGet, "/tav-loot/v1/recipes/initial-item/{lootId}", "GetInitialItemRecipes",
             &targets_.views, &WatchedViews::ReadRecipes)
-      .Describe("The recipes that take the item first")
+      .Describe("The recipes whose first ingredient is the item")
       .Path("lootId", "An item's loot id");
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/initial-item/{lootId}",
-            "PostInitialItemRecipes", &targets_.views, &WatchedViews::ReadRecipes)
-      .Describe("The recipes that take the item first, as GetInitialItemRecipes")
+  api.Route(kPost, "/tav-loot/v1/recipes/initial-item/{lootId}", "PostInitialItemRecipes",
+            &targets_.views, &WatchedViews::ReadRecipes)
+      .Describe("The recipes whose first ingredient is the item, as GetInitialItemRecipes")
       .Path("lootId", "An item's loot id");
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/recipes/{recipeName}/craft", "CraftRecipe",
-            &targets_.transactions, &Transactions::Craft)
-      .Describe("Runs a recipe on items of the player's loot and answers what changed")
+  api.Route(kPost, "/tav-loot/v1/recipes/{recipeName}/craft", "CraftRecipe", &targets_.transactions,
+            &Transactions::Craft)
+      .Describe("Runs a recipe on items of the player's loot and returns what changed")
       .Path("recipeName", "The recipe to run")
       .Body("playerLootList", "Loot ids of the items the recipe takes")
       .Query("repeat", "How many times to run it; once when absent");
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/player-loot/{lootName}/redeem", "RedeemPlayerLoot",
+  api.Route(kPost, "/tav-loot/v1/player-loot/{lootName}/redeem", "RedeemPlayerLoot",
             &targets_.transactions, &Transactions::Redeem)
-      .Describe("Unlocks what an item stands for and answers what changed")
+      .Describe("Redeems an item and returns what changed")
       .Path("lootName", "The loot name of an item that can be redeemed");
 }
 
 void LootEndpoints::RegisterNotificationRoutes(Dispatcher& api) {
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/loot-grants", "GetLootGrants", &targets_.grants,
+  api.Route(kGet, "/tav-loot/v1/loot-grants", "GetLootGrants", &targets_.grants,
             &GrantNotices::Shown)
       .Describe("The loot grants shown to the player");
-  api.Route(HttpMethod::kDelete, "/tav-loot/v1/loot-grants/{id}", "DismissLootGrant",
-            &targets_.grants, &GrantNotices::Dismiss)
-      .Describe("Takes a loot grant off the list")
+  api.Route(kDelete, "/tav-loot/v1/loot-grants/{id}", "DismissLootGrant", &targets_.grants,
+            &GrantNotices::Dismiss)
+      .Describe("Dismisses a loot grant")
       .Path("id", "The grant's id");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot/{lootId}/context-menu", "GetContextMenu",
+  api.Route(kGet, "/tav-loot/v1/player-loot/{lootId}/context-menu", "GetContextMenu",
             &targets_.views, &WatchedViews::ReadContextMenu)
       .Describe("What can be done with the item")
       .Path("lootId", "An item's loot id");
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/player-loot/{lootId}/context-menu", "PostContextMenu",
+  api.Route(kPost, "/tav-loot/v1/player-loot/{lootId}/context-menu", "PostContextMenu",
             &targets_.views, &WatchedViews::ReadContextMenu)
       .Describe("What can be done with the item, as GetContextMenu")
       .Path("lootId", "An item's loot id");
-  api.Route(HttpMethod::kDelete, "/tav-loot/v1/player-loot/{lootId}/new-notification",
-            "DismissNewNotification", this, &LootEndpoints::DismissNewNotification)
-      .Describe("Takes the mark of a new item off")
+  api.Route(kDelete, "/tav-loot/v1/player-loot/{lootId}/new-notification", "DismissNewNotification",
+            this, &LootEndpoints::DismissNewNotification)
+      .Describe("Clears an item's mark as new")
       .Path("lootId", "An item's loot id");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/loot-items", "GetLootItems", this,
-            &LootEndpoints::GetLootItems)
+  api.Route(kGet, "/tav-loot/v1/loot-items", "GetLootItems", this, &LootEndpoints::GetLootItems)
       .Describe("Every loot definition");
-  api.Route(HttpMethod::kGet, "/tav-loot/v1/player-loot-notifications",
-            "GetPlayerLootNotifications", &targets_.chests, &ChestNotices::List)
-      .Describe("How many of the special chests the player holds, and whether that was seen");
-  api.Route(HttpMethod::kPost, "/tav-loot/v1/player-loot-notifications/{id}/acknowledge",
+  api.Route(kGet, "/tav-loot/v1/player-loot-notifications", "GetPlayerLootNotifications",
+            &targets_.chests, &ChestNotices::List)
+      .Describe(
+          "How many of the special chests the player holds, and whether that was acknowledged");
+  api.Route(kPost, "/tav-loot/v1/player-loot-notifications/{id}/acknowledge",
             "AcknowledgePlayerLootNotification", &targets_.chests, &ChestNotices::Acknowledge)
-      .Describe("Marks a notification as seen; answers ACKNOWLEDGED or NOT_FOUND")
+      .Describe("Acknowledges a notification; returns ACKNOWLEDGED or NOT_FOUND")
       .Path("id", "The notification's id: the loot id of its chest");
 }
 

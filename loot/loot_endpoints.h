@@ -9,22 +9,11 @@
 
 #include "api/dispatcher.h"
 #include "base/maybe_type.h"
+#include "loot/calls/forward.h"
 #include "loot/state/loot_state.h"
 #include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
-
-class ChestNotices;
-class ClientConfiguration;
-class GrantNotices;
-class LootInventory;
-class LootPublisher;
-class LootRetrieval;
-struct LootSwitch;
-class NewPlayerChest;
-class SourceReadiness;
-class Transactions;
-class WatchedViews;
 
 class LootEndpoints {
  public:

@@ -2,21 +2,10 @@
 // Threads: module tasks only; it does not wait.
 #pragma once
 
+#include "loot/calls/forward.h"
 #include "loot/wire/sibling_resources.h"
 
-namespace Kest::Client {
-class ServiceProxy;
-class SiblingClient;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class GrantNotices;
-class InboundMessages;
-class LootEnablement;
-class NewPlayerChest;
-class PlayerSession;
-class SourceReadiness;
 
 class LootSubscriptions {
  public:

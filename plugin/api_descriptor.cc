@@ -9,9 +9,9 @@ namespace Kest {
 
 ApiDescriptor::ApiDescriptor() {
   table_.size = sizeof table_;
-  table_.request = &AnswerRequest;
+  table_.request = &HandleRequest;
   table_.invoke = &InvokeFunction;
-  table_.release = &ReleaseAnswer;
+  table_.release = &ReleaseResponse;
 }
 
 KestText ApiDescriptor::Keep(std::string_view text) {

@@ -1,6 +1,6 @@
 // ApiDescriptor is what the host learns about the plugin's API: its endpoints, its events, and the
-// functions to call them by. It copies every text, so it stays readable while the plugin object
-// goes. Threads: built on the loader's thread, constant afterwards.
+// functions to call them by. It copies every string, so it stays readable while the plugin object
+// is destroyed. Threads: built on the loader's thread, constant afterwards.
 #pragma once
 
 #include <deque>

@@ -19,10 +19,10 @@ class AppModule {
  public:
   explicit AppModule(HostServices& host) : host_(host) {}
 
-  // Waits until the future holds its value and answers it. Other tasks run meanwhile, so hold no
+  // Waits until the future holds its value and returns it. Other tasks run meanwhile, so hold no
   // lock and no reference into shared state across this call. A future that cannot give a value
-  // (empty, or its promise broken) ends the process with "ALE-6D828C10"; OncePromise makes none
-  // such. A deferred future is run by the wait itself.
+  // (empty, or its promise broken) ends the process with "ALE-6D828C10"; those of OncePromise never
+  // do. A deferred future is run by the wait itself.
   template <class F, class T>
   MaybeType<F, T> Await(std::future<MaybeType<F, T>> future) {
     try {

@@ -13,8 +13,8 @@ namespace Kest {
 
 inline constexpr char kOutOfMemory[] = "Out of memory";
 
-// Runs `work()`. An exception ends here: `handle(text)` gets its text, "Out of memory" for
-// std::bad_alloc and an empty text for what is no std::exception.
+// Runs `work()`. An exception ends here: `handle(message)` gets its message, "Out of memory" for
+// std::bad_alloc and an empty string for what is no std::exception.
 template <class Work, class Handle>
 void RunAtBoundary(Work&& work, Handle&& handle) noexcept {
   try {
@@ -28,7 +28,7 @@ void RunAtBoundary(Work&& work, Handle&& handle) noexcept {
   }
 }
 
-// The same for calls that answer nothing: one error line "<what>: <text>".
+// The same for calls that return nothing: one error line "<what>: <message>".
 template <class Work>
 void RunAndLog(const char* what, Work&& work) noexcept {
   RunAtBoundary(std::forward<Work>(work), [what](const char* text) {

@@ -17,25 +17,25 @@ namespace Kest {
 
 namespace {
 
-// What the host reads, with the memory its views look into.
-struct Answer {
-  KestResponse view{};  // first, so that its address leads back to the answer
+// What the host reads, with the memory that its views point into.
+struct LentResponse {
+  KestResponse view{};  // first, so that both have one address
   Response response;
 };
 
-const KestResponse* HandOut(Response response) noexcept {
-  auto* const answer = new (std::nothrow) Answer;
-  if (answer == nullptr) return nullptr;
-  answer->response = std::move(response);
-  answer->view.status = answer->response.status;
-  answer->view.message = ToText(answer->response.message);
-  answer->view.contentType = ToText(answer->response.contentType);
-  answer->view.body = ToBytes(answer->response.body);
-  return &answer->view;
+const KestResponse* Lend(Response response) noexcept {
+  auto* const lent = new (std::nothrow) LentResponse;
+  if (lent == nullptr) return nullptr;
+  lent->response = std::move(response);
+  lent->view.status = lent->response.status;
+  lent->view.message = ToText(lent->response.message);
+  lent->view.contentType = ToText(lent->response.contentType);
+  lent->view.body = ToBytes(lent->response.body);
+  return &lent->view;
 }
 
-// A failure that must come about even when memory is short: the text may then be missing.
-Response FailWithText(const char* text) noexcept {
+// A failure that is produced even when memory is short: its message may then be missing.
+Response FailWithMessage(const char* text) noexcept {
   Response response;
   response.status = kStatusServerError;
   try {
@@ -46,13 +46,13 @@ Response FailWithText(const char* text) noexcept {
   return response;
 }
 
-// Answers through the gate with `handle(plugin)`; whatever goes wrong is an answer too.
+// Responds with `handle(plugin)`, counted in the gate; any failure becomes a response too.
 template <class Handle>
-const KestResponse* AnswerInside(void* context, Handle&& handle) noexcept {
+const KestResponse* HandleCounted(void* context, Handle&& handle) noexcept {
   auto* const runtime = static_cast<PluginRuntime*>(context);
-  if (runtime == nullptr) return HandOut(FailWithText(""));
+  if (runtime == nullptr) return Lend(FailWithMessage(""));
   const GateEntry entry(runtime->gate);
-  if (!entry) return HandOut(FailWithText(kFinalizing.data()));
+  if (!entry) return Lend(FailWithMessage(kFinalizing.data()));
   Response response;
   RunAtBoundary(
       [&] {
@@ -62,11 +62,11 @@ const KestResponse* AnswerInside(void* context, Handle&& handle) noexcept {
       },
       [&response](const char* text) {
         LogError("Request: %s", *text != '\0' ? text : "unknown exception");
-        response = FailWithText(text);
+        response = FailWithMessage(text);
       });
   ++runtime->counters.requestsAnswered;
   if (response.status >= kStatusBadRequest) ++runtime->counters.requestsFailed;
-  return HandOut(std::move(response));
+  return Lend(std::move(response));
 }
 
 bool KEST_ABI Start(void* context, const KestHostServices* services) noexcept {
@@ -94,9 +94,9 @@ const KestCallbackTable& CallbackTable() {
   return kTable;
 }
 
-const KestResponse* KEST_ABI AnswerRequest(void* context, const KestRequest* request) noexcept {
-  if (request == nullptr) return HandOut(FailWithText(""));
-  return AnswerInside(context, [request](PluginBase& plugin) {
+const KestResponse* KEST_ABI HandleRequest(void* context, const KestRequest* request) noexcept {
+  if (request == nullptr) return Lend(FailWithMessage(""));
+  return HandleCounted(context, [request](PluginBase& plugin) {
     std::vector<HeaderPair> headers;
     headers.reserve(request->headerCount);
     for (size_t i = 0; i < request->headerCount; ++i) {
@@ -116,7 +116,7 @@ const KestResponse* KEST_ABI AnswerRequest(void* context, const KestRequest* req
 const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName,
                                             const KestValue* arguments,
                                             size_t argumentCount) noexcept {
-  return AnswerInside(context, [&](PluginBase& plugin) {
+  return HandleCounted(context, [&](PluginBase& plugin) {
     std::vector<NamedValue> values;
     values.reserve(argumentCount);
     for (size_t i = 0; i < argumentCount; ++i) {
@@ -130,8 +130,8 @@ const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName
   });
 }
 
-void KEST_ABI ReleaseAnswer(void* /*context*/, const KestResponse* response) noexcept {
-  delete reinterpret_cast<const Answer*>(response);
+void KEST_ABI ReleaseResponse(void* /*context*/, const KestResponse* response) noexcept {
+  delete reinterpret_cast<const LentResponse*>(response);
 }
 
 }  // namespace Kest

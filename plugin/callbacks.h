@@ -10,10 +10,10 @@ namespace Kest {
 const KestCallbackTable& CallbackTable();
 
 // Entries of the descriptor; see host_interface.h.
-const KestResponse* KEST_ABI AnswerRequest(void* context, const KestRequest* request) noexcept;
+const KestResponse* KEST_ABI HandleRequest(void* context, const KestRequest* request) noexcept;
 const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName,
                                             const KestValue* arguments,
                                             size_t argumentCount) noexcept;
-void KEST_ABI ReleaseAnswer(void* context, const KestResponse* response) noexcept;
+void KEST_ABI ReleaseResponse(void* context, const KestResponse* response) noexcept;
 
 }  // namespace Kest

@@ -1,6 +1,5 @@
-// EntryGate counts who is inside the plugin, so that stop can shut the door and wait until the last
-// one has left before the plugin object goes.
-// Threads: any; it holds no lock.
+// EntryGate counts calls in progress (rundown protection). Close() rejects new ones; the plugin
+// object may go once the count is zero. Threads: any; it holds no lock.
 #pragma once
 
 #include <atomic>
@@ -10,45 +9,45 @@ namespace Kest {
 
 class EntryGate {
  public:
-  // Counts the caller in. False: the gate is closed and the caller stays outside.
+  // Counts a call. False: the gate is closed and the call is rejected.
   bool Enter() {
-    inside_.fetch_add(1);
+    callsInProgress_.fetch_add(1);
     if (!closed_.load()) return true;
     Leave();
     return false;
   }
-  // REQUIRES: an Enter that answered true.
-  void Leave() { inside_.fetch_sub(1); }
+  // REQUIRES: an Enter that returned true.
+  void Leave() { callsInProgress_.fetch_sub(1); }
 
-  // Lets nobody in from now on. Those inside stay until they leave.
+  // Rejects new calls; those in progress go on.
   void Close() { closed_.store(true); }
   bool IsClosed() const { return closed_.load(); }
 
-  // Once closed, 0 means that nobody is inside and nobody will be.
-  int32_t Inside() const { return inside_.load(); }
+  // Once closed, 0 means that no call is in progress and none will be.
+  int32_t CallsInProgress() const { return callsInProgress_.load(); }
 
  private:
-  // Counting in comes before the look at the door, and closing before the look at the count; in one
-  // order of all four an entry is therefore either counted or turned away.
-  std::atomic<int32_t> inside_{0};
+  // Enter counts before it reads `closed_`, and closing comes before the count is read. In any
+  // order of the four a call is therefore either counted or rejected.
+  std::atomic<int32_t> callsInProgress_{0};
   std::atomic<bool> closed_{false};
 };
 
-// Stands inside the gate for a scope, when it is let in.
+// A call counted for a scope, unless it is rejected.
 class GateEntry {
  public:
-  explicit GateEntry(EntryGate& gate) : gate_(gate), inside_(gate.Enter()) {}
+  explicit GateEntry(EntryGate& gate) : gate_(gate), entered_(gate.Enter()) {}
   ~GateEntry() {
-    if (inside_) gate_.Leave();
+    if (entered_) gate_.Leave();
   }
   GateEntry(const GateEntry&) = delete;
   GateEntry& operator=(const GateEntry&) = delete;
 
-  explicit operator bool() const { return inside_; }
+  explicit operator bool() const { return entered_; }
 
  private:
   EntryGate& gate_;
-  const bool inside_;
+  const bool entered_;
 };
 
 }  // namespace Kest

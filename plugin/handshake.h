@@ -14,7 +14,7 @@ namespace Kest {
 using PluginFactory = std::unique_ptr<PluginBase> (*)(PluginRuntime& runtime);
 
 // Checks the host's version, makes and names the plugin, registers its API and fills the block's
-// out-words. A host that does not fit ends the process with "ALE-EECF0606". Without memory for the
+// out-words. An incompatible host ends the process with "ALE-EECF0606". Without memory for the
 // plugin object the context, the name and the descriptor are null. A null block does nothing.
 void Handshake(KestHandshakeBlock* block, std::string_view shortName,
                PluginFactory factory) noexcept;

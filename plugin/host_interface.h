@@ -1,4 +1,4 @@
-/* The C interface between the plugin host and this plugin. Everything a host needs stands here.
+/* The C interface between the plugin host and this plugin. Everything a host needs is here.
  *
  * A host loads the library, finds the one export `load_tav_loot`, and calls, in this order:
  *   1. load_tav_loot(&block)                  the handshake; the block's out-words are then filled
@@ -9,7 +9,7 @@
  *
  * Conventions, unless an entry says otherwise:
  *   Text     KestText is UTF-8, `size` bytes, no NUL promised, `data` may be null when `size` is 0.
- *   Bytes    KestBytes likewise, without an encoding; a content type stands beside it.
+ *   Bytes    KestBytes likewise, without an encoding; a content type comes with it.
  *   Lending  every view passed into a call is lent for that call: copy what you keep.
  *   Self     each function takes the object it belongs to first: the host's service table, or the
  *            plugin's context (word 4 of the handshake block).
@@ -64,7 +64,7 @@ typedef struct KestBytes {
   size_t size;
 } KestBytes;
 
-/* ---- Requests and answers ------------------------------------------------------------------- */
+/* ---- Requests and responses ----------------------------------------------------------------- */
 
 typedef struct KestHeader {
   KestText name; /* an argument name of the function; names are compared exactly */
@@ -75,18 +75,18 @@ typedef struct KestRequest {
   KestText method; /* "DELETE", "GET", "HEAD", "OPTIONS", "PATCH", "POST" or "PUT" */
   KestText url;    /* raw path, then "?" and the query when there is one; percent-encoded */
   const KestHeader* headers; /* only pairs meant as arguments of the function: every other pair
-                                is refused as an unknown argument */
+                                is rejected as an unknown argument */
   size_t headerCount;
   KestText contentType; /* of `body`; empty without a body */
   KestBytes body;       /* no bytes: no body. At most 64 MiB */
-  KestText accept;      /* an HTTP Accept header for the answer's body; empty: "application/json" */
+  KestText accept;      /* an HTTP Accept header; empty: "application/json" */
 } KestRequest;
 
 typedef struct KestResponse {
   int32_t status;       /* HTTP status code: 200 with a body, 204 for a success without one,
                            400 the arguments could not be bound, 404 no such route or resource,
                            413 the body is above 64 MiB, 500 the function failed */
-  KestText message;     /* failure text of a status of 400 or above, otherwise empty */
+  KestText message;     /* failure message of a status of 400 or above, otherwise empty */
   KestText contentType; /* of `body`; empty without a body */
   KestBytes body;       /* the result of a success; empty for a failure */
 } KestResponse;
@@ -96,15 +96,15 @@ typedef struct KestResponse {
 /* Values of `eventType`. */
 enum { KEST_EVENT_CREATE = 0, KEST_EVENT_UPDATE = 1, KEST_EVENT_DELETE = 2 };
 
-/* Answers of `postTask`. */
+/* Results of `postTask`. */
 enum {
   KEST_TASK_REFUSED = 0, /* the host is stopping: `run` is never called */
   KEST_TASK_QUEUED = 1,  /* `run(context)` is called once, unless the plugin stops before */
-  KEST_TASK_MERGED = 2   /* a task of the same name still waits to run and stands for this one too:
+  KEST_TASK_MERGED = 2   /* a task of the same name is queued already and serves for this one too:
                             that one's `run` is called with its own context, this one never */
 };
 
-/* One answer to `request`. [module task], at most once for each accepted request. */
+/* The response to a `request`. [module task], at most once for each accepted request. */
 typedef void(KEST_ABI* KestCompletion)(void* context, const KestResponse* response);
 
 /* One event. `name` is the subscribed name, `body` the event's payload as `contentType`
@@ -119,14 +119,14 @@ typedef struct KestHostServices {
   uint32_t size; /* sizeof(KestHostServices) as the host was compiled */
 
   /* [module task] Sends a request to another plugin's endpoint or to one of the host's own. The
-   * host copies the request before it returns. The answer, of whatever status, reaches
+   * host copies the request before it returns. The response, of any status, reaches
    * `completion(context, response)` later; `context` stays the plugin's.
    * False: not sent, `completion` is never called.
    * The host's own endpoints, all POST with a JSON body
    * {"serviceName", "methodName", "args": [..]}:
-   *   "/tav-login/v1/session/invoke" answers the method's result.
-   *   "/tav-login/v1/service-proxy-uuid-requests" answers a request id as a JSON text; the result
-   *     comes as "OnServiceProxyUuidEvent".
+   *   "/tav-login/v1/session/invoke" returns the method's result.
+   *   "/tav-login/v1/service-proxy-uuid-requests" returns a request id as a JSON string; the
+   *     result comes as "OnServiceProxyUuidEvent".
    *   "/tav-login/v1/service-proxy-method-requests" (body also "requestKey" and "flag"); the result
    *     comes as "OnServiceProxyMethodEvent". */
   bool(KEST_ABI* request)(const struct KestHostServices* self, const KestRequest* request,
@@ -142,11 +142,10 @@ typedef struct KestHostServices {
    *   "OnSvdsEvent_" + subtopic  a platform message. Payload {"clientId", "subtopic", "typeName",
    *                              "body"}.
    *   "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent", "OnServiceProxyAsyncEvent"
-   *                              answers of the platform service. Payload {"uuid", "serviceName",
-   *                              "methodName", "payload", "status", "error"}, all texts; `payload`
-   *                              is itself JSON.
-   * One subscription per name: a second one replaces the first.
-   * False: refused (the host is stopping, or does not know the name). */
+   *                              responses of the platform service. Payload {"uuid", "serviceName",
+   *                              "methodName", "payload", "status", "error"}, all strings;
+   * `payload` is itself JSON. One subscription per name: a second one replaces the first. False:
+   * refused (the host is stopping, or does not know the name). */
   bool(KEST_ABI* subscribe)(const struct KestHostServices* self, KestText name,
                             KestDelivery delivery, void* context);
 
@@ -154,18 +153,18 @@ typedef struct KestHostServices {
    * nothing. */
   void(KEST_ABI* unsubscribe)(const struct KestHostServices* self, KestText name);
 
-  /* [module task] Announces a change of one of this plugin's resources to everyone who follows it.
-   * `json` is the new value, no bytes for KEST_EVENT_DELETE. False: not announced. */
+  /* [module task] Publishes a change of one of this plugin's resources to all subscribers.
+   * `json` is the new value, no bytes for KEST_EVENT_DELETE. False: not published. */
   bool(KEST_ABI* publish)(const struct KestHostServices* self, KestText path, int32_t eventType,
                           KestBytes json);
 
   /* [any thread] Queues `run(context)` as a module task, due at once, after the tasks already
-   * queued. Answers one of KEST_TASK_.... */
+   * queued. Returns one of KEST_TASK_.... */
   int32_t(KEST_ABI* postTask)(const struct KestHostServices* self, KestText name, KestTask run,
                               void* context);
 
-  /* [module task] Says that this task waits, and for what ("Wait: future<...>"); `waitEnd` says
-   * that the wait is over. They bracket a loop of `yield` and are for display and scheduling only.
+  /* [module task] Reports that this task waits, and for what ("Wait: future<...>"); `waitEnd` that
+   * the wait is over. They bracket a loop of `yield` and are for display and scheduling only.
    */
   void(KEST_ABI* waitBegin)(const struct KestHostServices* self, KestText label);
   void(KEST_ABI* waitEnd)(const struct KestHostServices* self);
@@ -175,7 +174,7 @@ typedef struct KestHostServices {
   void(KEST_ABI* yield)(const struct KestHostServices* self);
 
   /* [any thread] Writes one finished line (its line feed included) to the host's log. What a line
-   * quotes stands in it as it came, so it may hold bytes that are no UTF-8. `level` is
+   * quotes is not changed, so it may hold bytes that are no UTF-8. `level` is
    * 0 okay, 1 warning, 2 error, 3 always. The host must not call back into the plugin from here. */
   void(KEST_ABI* log)(const struct KestHostServices* self, int32_t level, KestText line);
 
@@ -223,13 +222,13 @@ typedef struct KestEndpoint {
   KestText description;
   const KestArgument* arguments;
   size_t argumentCount;
-  KestTypeName result; /* empty: the function answers no value */
+  KestTypeName result; /* empty: the function returns no value */
 } KestEndpoint;
 
 /* One argument of a direct invocation. */
 typedef struct KestValue {
   KestText name;        /* empty: the argument at this place in the list */
-  KestText contentType; /* "application/json", ...; empty: plain text */
+  KestText contentType; /* "application/json", ...; empty: a plain string */
   KestBytes bytes;
 } KestValue;
 
@@ -237,29 +236,29 @@ typedef struct KestValue {
 typedef struct KestApiDescriptor {
   uint32_t size; /* sizeof(KestApiDescriptor) as the plugin was compiled */
 
-  const KestEndpoint* endpoints; /* in order of registration; the first match answers a request */
+  const KestEndpoint* endpoints; /* in order of registration; the first match handles a request */
   size_t endpointCount;
   const KestText* eventNames; /* the event names this plugin knows, "OnCallback" first */
   size_t eventNameCount;
 
-  /* [module task] Answers a request, possibly after yielding. Never null, except when no memory is
-   * left. The caller hands the answer to `release` when it has read it; views into it are valid
+  /* [module task] Handles a request, possibly after yielding. Never null, except when no memory is
+   * left. The caller gives the response to `release` when it has read it; views into it are valid
    * until then. */
   const KestResponse*(KEST_ABI* request)(void* context, const KestRequest* request);
 
   /* [module task] Calls a function by its name ("GetPlayerLoot", or "$builtin.Help"). As `request`;
-   * an unknown name answers 404 with "Invalid function". */
+   * an unknown name returns 404 with "Invalid function". */
   const KestResponse*(KEST_ABI* invoke)(void* context, KestText functionName,
                                         const KestValue* arguments, size_t argumentCount);
 
-  /* [any thread] Gives an answer back. Null does nothing. */
+  /* [any thread] Frees a response. Null does nothing. */
   void(KEST_ABI* release)(void* context, const KestResponse* response);
 } KestApiDescriptor;
 
 /* Six counters since start, each as two 32-bit halves, low half first, then two zero words. */
 typedef struct KestStatistics {
   uint32_t requestsAnswered[2]; /* requests and invocations that reached their end */
-  uint32_t requestsFailed[2];   /* of these, answered with a status of 400 or above */
+  uint32_t requestsFailed[2];   /* of these, with a status of 400 or above */
   uint32_t eventsReceived[2];
   uint32_t eventsPublished[2];
   uint32_t warningsLogged[2];
@@ -267,7 +266,7 @@ typedef struct KestStatistics {
   uint32_t zero[2];
 } KestStatistics;
 
-/* Owned by the plugin object, constant. Every entry accepts a null context: start then answers
+/* Owned by the plugin object, constant. Every entry accepts a null context: start then returns
  * false and the others do nothing. */
 typedef struct KestCallbackTable {
   /* [module task] Keeps the service table and initialises: subscribes, loads the game data (yields
@@ -276,8 +275,8 @@ typedef struct KestCallbackTable {
   bool(KEST_ABI* start)(void* context, const KestHostServices* services);
 
   /* [module task] Ends every wait with a failure, drops the subscriptions, yields until no request
-   * and no event is inside the plugin, and destroys the plugin object. Requests that come during
-   * stop are answered 500 "Finalizing". A second stop does nothing while the library is loaded. */
+   * and no event is in progress, and destroys the plugin object. Requests during stop get 500
+   * "Finalizing". A second stop does nothing while the library is loaded. */
   void(KEST_ABI* stop)(void* context);
 
   /* [any thread] Fills the host's fourteen words. */

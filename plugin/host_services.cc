@@ -40,18 +40,18 @@ void HostServices::Attach(const KestHostServices* services) {
 }
 
 HostServices::PendingRequest* HostServices::AddPendingRequest(
-    std::unique_ptr<PendingRequest> ticket) {
-  PendingRequest* added = ticket.get();
+    std::unique_ptr<PendingRequest> pending) {
+  PendingRequest* added = pending.get();
   added->host = this;
   MutexLock hold(mutex_);
-  pendingRequests_.emplace(added, std::move(ticket));
+  pendingRequests_.emplace(added, std::move(pending));
   return added;
 }
 
 std::unique_ptr<HostServices::PendingRequest> HostServices::TakePendingRequest(
-    const PendingRequest* ticket) {
+    const PendingRequest* pending) {
   MutexLock hold(mutex_);
-  const auto found = pendingRequests_.find(ticket);
+  const auto found = pendingRequests_.find(pending);
   if (found == pendingRequests_.end()) return nullptr;
   std::unique_ptr<PendingRequest> taken = std::move(found->second);
   pendingRequests_.erase(found);
@@ -70,17 +70,17 @@ void HostServices::Request(const HostRequest& request, Completion completion) {
   sent.body = ToBytes(request.body);
   auto owned = std::make_unique<PendingRequest>();
   owned->completion = std::move(completion);
-  PendingRequest* ticket = AddPendingRequest(std::move(owned));
-  if (services_->request(services_, &sent, &OnCompletion, ticket)) return;
-  const std::unique_ptr<PendingRequest> refused = TakePendingRequest(ticket);
+  PendingRequest* pending = AddPendingRequest(std::move(owned));
+  if (services_->request(services_, &sent, &OnCompletion, pending)) return;
+  const std::unique_ptr<PendingRequest> refused = TakePendingRequest(pending);
   if (refused != nullptr) refused->completion(Failure{std::string(kNotSent)});
 }
 
 void HostServices::OnCompletion(void* context, const KestResponse* response) noexcept {
-  auto* const ticket = static_cast<PendingRequest*>(context);
-  HostServices* const self = ticket->host;
+  auto* const pending = static_cast<PendingRequest*>(context);
+  HostServices* const self = pending->host;
   const GateEntry entry(self->gate_);
-  const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(ticket);
+  const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(pending);
   if (!entry || taken == nullptr || !taken->completion) return;
   RunAndLog("Request completion",
             [&taken, response] { taken->completion(CopyResponse(*response)); });
@@ -131,28 +131,28 @@ void HostServices::OnDelivery(void* context, KestText name, KestText /*contentTy
 bool HostServices::Publish(std::string_view path, ResourceEventType type, std::string_view json) {
   if (services_ == nullptr) return false;
   if (type == ResourceEventType::kDelete) json = {};
-  const bool announced =
+  const bool published =
       services_->publish(services_, ToText(path), static_cast<int32_t>(type), ToBytes(json));
-  if (announced) ++counters_.eventsPublished;
-  return announced;
+  if (published) ++counters_.eventsPublished;
+  return published;
 }
 
 TaskPosting HostServices::PostTask(std::string_view name, std::function<void()> run) {
   if (services_ == nullptr || IsStopping()) return TaskPosting::kRefused;
   auto owned = std::make_unique<PendingRequest>();
   owned->run = std::move(run);
-  PendingRequest* ticket = AddPendingRequest(std::move(owned));
-  const int32_t answer = services_->postTask(services_, ToText(name), &OnTask, ticket);
-  if (answer == KEST_TASK_QUEUED) return TaskPosting::kQueued;
-  TakePendingRequest(ticket);
-  return answer == KEST_TASK_MERGED ? TaskPosting::kMerged : TaskPosting::kRefused;
+  PendingRequest* pending = AddPendingRequest(std::move(owned));
+  const int32_t posting = services_->postTask(services_, ToText(name), &OnTask, pending);
+  if (posting == KEST_TASK_QUEUED) return TaskPosting::kQueued;
+  TakePendingRequest(pending);
+  return posting == KEST_TASK_MERGED ? TaskPosting::kMerged : TaskPosting::kRefused;
 }
 
 void HostServices::OnTask(void* context) noexcept {
-  auto* const ticket = static_cast<PendingRequest*>(context);
-  HostServices* const self = ticket->host;
+  auto* const pending = static_cast<PendingRequest*>(context);
+  HostServices* const self = pending->host;
   const GateEntry entry(self->gate_);
-  const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(ticket);
+  const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(pending);
   if (entry && taken != nullptr && taken->run) RunAndLog("Task", taken->run);
 }
 
@@ -186,16 +186,16 @@ void HostServices::CancelAll() {
   std::vector<PendingRequest> cancelled;
   {
     MutexLock hold(mutex_);
-    for (auto& [key, ticket] : pendingRequests_) {
-      if (!ticket->completion && !ticket->run) continue;
-      cancelled.push_back(
-          {this, std::exchange(ticket->completion, nullptr), std::exchange(ticket->run, nullptr)});
+    for (auto& [key, pending] : pendingRequests_) {
+      if (!pending->completion && !pending->run) continue;
+      cancelled.push_back({this, std::exchange(pending->completion, nullptr),
+                           std::exchange(pending->run, nullptr)});
     }
   }
-  for (const PendingRequest& ticket : cancelled) {
-    if (!ticket.completion) continue;
+  for (const PendingRequest& pending : cancelled) {
+    if (!pending.completion) continue;
     RunAndLog("Request completion",
-              [&ticket] { ticket.completion(Failure{std::string(kFinalizing)}); });
+              [&pending] { pending.completion(Failure{std::string(kFinalizing)}); });
   }
 }
 

@@ -4,7 +4,7 @@
 //
 // Threads:  PostTask and IsStopping on any thread, everything else on module tasks. Handlers
 //           and completions run on module tasks, except the handlers of service-proxy and platform
-//           message events, which run on whatever thread the host delivers them.
+//           message events, which run on the thread the host delivers them on.
 // Lifetime: made at the handshake, attached at start; outlives the plugin object.
 #pragma once
 
@@ -38,9 +38,9 @@ enum class TaskPosting { kRefused, kQueued, kMerged };
 
 class HostServices {
  public:
-  // The answer, of whatever status, or why there is none: "Finalizing" at stop, otherwise that the
-  // host did not take the request.
-  using Completion = std::function<void(Maybe<Response> answer)>;
+  // The response, of any status, or why there is none: "Finalizing" at stop, otherwise that the
+  // host did not accept the request.
+  using Completion = std::function<void(Maybe<Response> response)>;
   // `body` is the event's JSON, lent for the call.
   using EventHandler = std::function<void(std::string_view body)>;
 
@@ -49,12 +49,12 @@ class HostServices {
   HostServices(const HostServices&) = delete;
   HostServices& operator=(const HostServices&) = delete;
 
-  // Before Attach every call does nothing and answers a failure.
+  // Before Attach every call does nothing and returns a failure.
   void Attach(const KestHostServices* services);
   // True as soon as stop has begun.
   bool IsStopping() const { return gate_.IsClosed(); }
 
-  // Calls `completion` exactly once: later with the answer, or at once when nothing was sent.
+  // Calls `completion` exactly once: later with the response, or at once when nothing was sent.
   void Request(const HostRequest& request, Completion completion);
 
   // One handler for each name; a second one replaces the first. False: the host refused, nothing
@@ -62,12 +62,12 @@ class HostServices {
   bool Subscribe(std::string_view name, EventHandler handler);
   void Unsubscribe(std::string_view name);
 
-  // `json` is ignored for kDelete. False: not announced.
+  // `json` is ignored for kDelete. False: not published.
   bool Publish(std::string_view path, ResourceEventType type, std::string_view json);
 
-  // Queues `run` as a module task. kMerged: a task of that name still waits and stands for this
-  // one, `run` is dropped; give each task that must run a name of its own. A task whose turn comes
-  // after stop has begun is dropped too.
+  // Queues `run` as a module task. kMerged: a task of that name is queued already and
+  // replaces this one, `run` is dropped: give each task that must run a name of its own. A task
+  // that is still queued when stop begins is dropped too.
   TaskPosting PostTask(std::string_view name, std::function<void()> run);
 
   void WaitBegin(std::string_view label);
@@ -94,8 +94,8 @@ class HostServices {
   static void KEST_ABI OnTask(void* context) noexcept;
   static void KEST_ABI OnDelivery(void* context, KestText name, KestText contentType,
                                   KestBytes body) noexcept;
-  PendingRequest* AddPendingRequest(std::unique_ptr<PendingRequest> ticket) KEST_EXCLUDES(mutex_);
-  std::unique_ptr<PendingRequest> TakePendingRequest(const PendingRequest* ticket)
+  PendingRequest* AddPendingRequest(std::unique_ptr<PendingRequest> pending) KEST_EXCLUDES(mutex_);
+  std::unique_ptr<PendingRequest> TakePendingRequest(const PendingRequest* pending)
       KEST_EXCLUDES(mutex_);
 
   EntryGate& gate_;

@@ -27,7 +27,7 @@ class OncePromise {
   // REQUIRES: not called before.
   std::future<Maybe<T>> GetFuture() { return promise_.get_future(); }
 
-  // False: a value was set before, and stands.
+  // False: a value was set before, and remains.
   bool Set(Maybe<T> value) {
     if (set_.exchange(true)) return false;
     promise_.set_value(std::move(value));

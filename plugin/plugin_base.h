@@ -5,10 +5,10 @@
 // Threads:  all virtual operations run on module tasks, or on the loader's thread (RegisterApi).
 // Lifetime: the runtime (names, gate, host services, counters) is made before the object and
 //           outlives it, so references to its parts may be taken in the constructor.
-// Stop:     the gate closes first: no request, event, task or completion is let in any more. Then
-//           Shutdown runs, every open request ends with "Finalizing", subscriptions are dropped,
-//           and the destructor runs when nobody is inside. Handlers that wait meanwhile get the
-//           failure.
+// Stop:     the gate closes first and rejects requests, events, tasks and completions. Then
+//           Shutdown runs, every pending request ends with "Finalizing", subscriptions are dropped,
+//           and the destructor runs when no call is in progress. Handlers that wait meanwhile get
+//           the failure.
 #pragma once
 
 #include <string>
@@ -28,9 +28,9 @@ class PluginBase {
 
   // Registers types and routes. The handshake then logs "%s api registered" itself.
   virtual void RegisterApi() = 0;
-  // Subscribes and loads; may wait. Its answer is start's answer.
+  // Subscribes and loads; may wait. Start returns what it returns.
   virtual bool Initialise() = 0;
-  // Ends waits that the host services know nothing of. Must not wait.
+  // Ends waits that are not on host services. Must not wait.
   virtual void Shutdown() {}
 
   Dispatcher& Api() { return dispatcher_; }

@@ -40,8 +40,8 @@ struct PluginSvdsResponse {
   BindingProperty body;
 };
 
-// The answer of a platform service. `payload` is the method's result as JSON text; a non-empty
-// `error` says why there is none.
+// The response of a platform service. `payload` is the method's result as JSON; a non-empty `error`
+// is the reason why there is none.
 struct PluginServiceProxyResponse {
   std::string uuid;
   std::string serviceName;

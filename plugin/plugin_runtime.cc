@@ -30,10 +30,10 @@ void PluginRuntime::Stop() {
   phase_ = Phase::kStopped;
   gate.Close();
   RunAndLog("Shutdown", [this] { plugin->Shutdown(); });
-  // A caller that was inside already may still start something, so cancelling is repeated. The last
-  // time nobody is inside any more: nothing that leans on the plugin object is left when it goes.
+  // A call in progress may still start something, so cancelling is repeated. The last time no call
+  // is in progress: nothing that uses the plugin object is left when it is destroyed.
   for (;;) {
-    const bool everyoneLeft = gate.Inside() == 0;
+    const bool everyoneLeft = gate.CallsInProgress() == 0;
     RunAndLog("Stop", [this] { host.CancelAll(); });
     if (everyoneLeft) break;
     host.Yield();

@@ -3,7 +3,7 @@
 // it, finds a closed gate and not freed memory.
 //
 // Threads:  the gate, the counters and the host services say which; start and stop run on module
-//           tasks; `plugin` is touched by the handshake and by those inside the gate.
+//           tasks; `plugin` is used by the handshake and by calls counted in the gate.
 // Lifetime: from the handshake until the library is unloaded; the plugin object goes at stop.
 #pragma once
 
@@ -29,8 +29,8 @@ struct PluginRuntime {
   // Keeps the host's table and initialises the plugin; may yield. False: started or stopped before,
   // the table is too small, or the plugin refused.
   bool Start(const KestHostServices& services);
-  // Ends what waits, lets everyone out, destroys the plugin object; yields. Repeating it does
-  // nothing.
+  // Ends waits, yields until no call is in progress, and destroys the plugin object. Repeating it
+  // does nothing.
   void Stop();
   bool IsStopped() const { return phase_ == Phase::kStopped; }
 

@@ -15,7 +15,7 @@ inline KestBytes ToBytes(std::string_view text) {
   return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
 }
 
-// A null pointer is an empty text, whatever the size beside it says.
+// A null pointer is an empty string of any size.
 inline std::string_view ToView(KestText text) {
   return text.data != nullptr ? std::string_view(text.data, text.size) : std::string_view();
 }

@@ -3,17 +3,9 @@
 #pragma once
 
 #include "base/maybe_type.h"
+#include "loot/calls/forward.h"
 #include "loot/wire/loot_dtos.h"
 #include "loot/wire/recipe_resources.h"
-
-namespace Kest {
-class AppModule;
-}
-
-namespace Kest::Client {
-class ServiceProxy;
-class SiblingClient;
-}  // namespace Kest::Client
 
 namespace Kest::Client::Loot {
 

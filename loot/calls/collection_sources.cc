@@ -5,7 +5,6 @@
 #include "client/sibling_client.h"
 #include "log/logger.h"
 #include "loot/calls/source_readiness.h"
-#include "loot/state/readiness.h"
 
 namespace Kest::Client::Loot {
 

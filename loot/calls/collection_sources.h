@@ -7,15 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "loot/calls/forward.h"
 #include "loot/model/collections.h"
 
-namespace Kest::Client {
-class SiblingClient;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class SourceReadiness;
 
 class CollectionSources {
  public:

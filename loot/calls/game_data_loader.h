@@ -2,11 +2,8 @@
 // line, leaves its table as it was, and is not repeated. Threads: module tasks only; LoadAll waits.
 #pragma once
 
+#include "loot/calls/forward.h"
 #include "loot/model/game_data.h"
-
-namespace Kest::Client {
-class SiblingClient;
-}  // namespace Kest::Client
 
 namespace Kest::Client::Loot {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 #include "client/service_proxy.h"
@@ -24,28 +25,33 @@ constexpr std::array kInGamePhases = {
 }  // namespace
 
 void GrantNotices::Add(Api::LootGrantNotification grant) {
-  if (grants_.Add(std::move(grant))) Publish();
+  grant.id = static_cast<int64_t>(nextId_++);
+  (allowed_ ? shown_ : queued_).push_back(std::move(grant));
+  if (allowed_) Publish();
 }
 
 Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
-  const std::optional<Api::LootGrantNotification> grant = grants_.Remove(id);
-  if (!grant) {
+  const auto found = std::find_if(shown_.begin(), shown_.end(),
+                                  [id](const auto& grant) { return grant.id == id; });
+  if (found == shown_.end()) {
     LogWarning("Attempted to dismiss non-existant loot-grant with id:%lli",
                static_cast<long long>(id));
     return Nothing{};
   }
+  const Api::LootGrantNotification grant = std::move(*found);
+  shown_.erase(found);
   client_.PublishDelete(kGrantsPath);
-  if (grant->msgId.empty()) {
+  if (grant.msgId.empty()) {
     // There is no message to acknowledge. The wording is fixed, although the grant existed.
     LogWarning("Attempted to dismiss non-existant loot-grant from login data packet with id:%lli",
                static_cast<long long>(id));
     return Nothing{};
   }
-  Maybe<Nothing> acknowledged = Acknowledge(grant->accountId, grant->msgId);
+  Maybe<Nothing> acknowledged = Acknowledge(grant.accountId, grant.msgId);
   if (acknowledged) {
-    LogAlways("Acknowledged tav-loot notification with id:%s", grant->msgId.c_str());
+    LogAlways("Acknowledged tav-loot notification with id:%s", grant.msgId.c_str());
   } else {
-    LogError("Failed to acknowledge tav-loot notification with id:%s", grant->msgId.c_str());
+    LogError("Failed to acknowledge tav-loot notification with id:%s", grant.msgId.c_str());
   }
   return acknowledged;
 }
@@ -62,11 +68,19 @@ Maybe<Nothing> GrantNotices::Acknowledge(uint64_t accountId, const std::string& 
 }
 
 void GrantNotices::SetAllowed(bool allowed) {
-  if (grants_.SetAllowed(allowed)) Publish();
+  const bool isReleased = allowed && !allowed_;
+  allowed_ = allowed;
+  if (isReleased) {
+    std::move(queued_.begin(), queued_.end(), std::back_inserter(shown_));
+    queued_.clear();
+  }
+  LogAlways("loot grant notifications set to: %s",
+            allowed ? "allowed." : "disallowed. notifications will queue until next allowed.");
+  if (isReleased) Publish();
 }
 
 void GrantNotices::Publish() {
-  client_.Publish(kGrantsPath, ResourceEventType::kUpdate, Shown());
+  client_.Publish(kGrantsPath, ResourceEventType::kUpdate, shown_);
 }
 
 }  // namespace Kest::Client::Loot

@@ -1,6 +1,6 @@
-// GrantNotices shows loot grants to the player, holds them back during a game, and dismisses them.
-// Every change of the shown list is published.
-// Threads: module tasks only; Dismiss and Acknowledge wait.
+// GrantNotices shows loot grants of finished games to the player, queues them during a game, and
+// dismisses them. Ids are 0, 1, 2, ... in order of arrival. Every change of the shown list is
+// published. Threads: module tasks only; Dismiss and Acknowledge wait.
 #pragma once
 
 #include <cstdint>
@@ -8,13 +8,9 @@
 #include <vector>
 
 #include "base/maybe_type.h"
-#include "loot/state/loot_grants.h"
+#include "loot/calls/forward.h"
+#include "loot/wire/loot_resources.h"
 #include "loot/wire/sibling_resources.h"
-
-namespace Kest::Client {
-class ServiceProxy;
-class SiblingClient;
-}  // namespace Kest::Client
 
 namespace Kest::Client::Loot {
 
@@ -23,14 +19,17 @@ class GrantNotices {
   // Both outlive it.
   GrantNotices(SiblingClient& client, ServiceProxy& proxy) : client_(client), proxy_(proxy) {}
 
-  const std::vector<Api::LootGrantNotification>& Shown() const { return grants_.Shown(); }
+  const std::vector<Api::LootGrantNotification>& Shown() const { return shown_; }
 
+  // Gives the grant its id, and shows or queues it.
   void Add(Api::LootGrantNotification grant);
-  // Removes the grant and acknowledges its message; the acknowledgement's failure is returned. An
-  // id that is not shown is logged only.
+
+  // Removes the grant and acknowledges its message; returns the acknowledgement's failure. An id
+  // that is not shown is logged only.
   Maybe<Nothing> Dismiss(int64_t id);
 
-  // Grants are held back from the ready check until the statistics after the game.
+  // Grants are queued from the ready check until the statistics after the game, then shown after
+  // the others.
   void OnGameflowSession(const Api::GameflowSession& session);
   void OnGameflowSessionDeleted() { SetAllowed(true); }
 
@@ -43,7 +42,10 @@ class GrantNotices {
 
   SiblingClient& client_;
   ServiceProxy& proxy_;
-  LootGrants grants_;
+  bool allowed_ = true;
+  uint64_t nextId_ = 0;
+  std::vector<Api::LootGrantNotification> shown_;
+  std::vector<Api::LootGrantNotification> queued_;
 };
 
 }  // namespace Kest::Client::Loot

@@ -3,12 +3,11 @@
 // dropped. Threads: module tasks only; OnLoginDataPacket waits.
 #pragma once
 
+#include "loot/calls/forward.h"
 #include "loot/wire/sibling_resources.h"
 #include "plugin/plugin_events.h"
 
 namespace Kest::Client::Loot {
-
-class GrantNotices;
 
 class InboundMessages {
  public:

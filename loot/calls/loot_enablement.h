@@ -3,15 +3,10 @@
 // Threads: module tasks only; it does not wait.
 #pragma once
 
+#include "loot/calls/forward.h"
 #include "loot/state/loot_switch.h"
 
-namespace Kest::Client {
-class SiblingClient;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class NewPlayerChest;
 
 class LootEnablement {
  public:

@@ -6,21 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "loot/calls/forward.h"
 #include "loot/model/loot_definitions.h"
 #include "loot/state/player_loot_store.h"
 
-namespace Kest {
-class AppModule;
-}
-
-namespace Kest::Client {
-class SiblingClient;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class ChestNotices;
-class WatchedViews;
 
 class LootPublisher {
  public:

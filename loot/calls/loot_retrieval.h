@@ -7,22 +7,12 @@
 #include <string>
 
 #include "base/maybe_type.h"
+#include "loot/calls/forward.h"
 #include "loot/model/loot_definitions.h"
 #include "loot/state/loot_inventory.h"
 #include "loot/state/loot_switch.h"
 
-namespace Kest {
-class AppModule;
-}
-
-namespace Kest::Client {
-class ServiceProxy;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class LootPublisher;
-class TournamentLogos;
 
 class LootRetrieval {
  public:

@@ -7,21 +7,12 @@
 #include <string_view>
 
 #include "base/maybe_type.h"
+#include "loot/calls/forward.h"
 #include "loot/state/loot_switch.h"
 #include "loot/wire/loot_dtos.h"
 #include "loot/wire/sibling_resources.h"
 
-namespace Kest {
-class AppModule;
-}
-
-namespace Kest::Client {
-class ServiceProxy;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class LootRetrieval;
 
 class NewPlayerChest {
  public:

@@ -2,12 +2,10 @@
 // followed. Threads: module tasks only; it does not wait.
 #pragma once
 
+#include "loot/calls/forward.h"
 #include "loot/wire/sibling_resources.h"
 
 namespace Kest::Client::Loot {
-
-class CollectionSources;
-class NewPlayerChest;
 
 class PlayerSession {
  public:

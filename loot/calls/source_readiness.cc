@@ -10,14 +10,16 @@ namespace Kest::Client::Loot {
 void SourceReadiness::OnSourceRead(uint8_t bits) {
   inventory_.ReassembleAll();
   publisher_.Request();
-  Set(bits, readiness_.goal());
+  Set(bits, goal_);
 }
 
 void SourceReadiness::Set(uint8_t bits, uint8_t goal) {
-  const bool changed = readiness_.Set(bits, goal);
-  LogAlways("Loot %s: %hhu/%hhu", Ready() ? "ready" : "not yet ready", readiness_.flags(),
-            readiness_.goal());
-  if (changed) client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, Ready());
+  const bool wasReady = Ready();
+  goal_ = goal;
+  flags_ = static_cast<uint8_t>(flags_ | bits);
+  LogAlways("Loot %s: %hhu/%hhu", Ready() ? "ready" : "not yet ready", flags_, goal_);
+  if (Ready() == wasReady) return;
+  client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, Ready());
 }
 
 }  // namespace Kest::Client::Loot

@@ -1,19 +1,24 @@
 // SourceReadiness applies what a data source brought, and publishes "/tav-loot/v1/ready" when the
-// plugin becomes ready or stops being so. Threads: module tasks only; it does not wait.
+// plugin becomes ready or stops being so: it is ready while every goal bit is set. Bits are only
+// ever added, a logout included; the goal may change at any time.
+// Threads: module tasks only; it does not wait.
 #pragma once
 
 #include <cstdint>
 
-#include "loot/state/readiness.h"
-
-namespace Kest::Client {
-class SiblingClient;
-}  // namespace Kest::Client
+#include "loot/calls/forward.h"
 
 namespace Kest::Client::Loot {
 
-class LootInventory;
-class LootPublisher;
+// One bit for each data source that items are assembled from.
+enum ReadinessBit : uint8_t {
+  kReadyChampions = 1,
+  kReadySkins = 2,
+  kReadyWardSkins = 4,
+  kReadySummonerIcons = 8,
+  kReadyTournamentLogos = 16,
+  kReadyEmotes = 32,
+};
 
 class SourceReadiness {
  public:
@@ -26,7 +31,9 @@ class SourceReadiness {
   void OnSourceRead(uint8_t bits);
 
   void SetGoal(uint8_t goal) { Set(0, goal); }
-  bool Ready() const { return readiness_.Ready(); }
+
+  // A goal of 0 is always reached, one with a bit that has no source never.
+  bool Ready() const { return (flags_ & goal_) == goal_; }
 
  private:
   void Set(uint8_t bits, uint8_t goal);
@@ -34,7 +41,8 @@ class SourceReadiness {
   SiblingClient& client_;
   LootInventory& inventory_;
   LootPublisher& publisher_;
-  Readiness readiness_;
+  uint8_t flags_ = 0;
+  uint8_t goal_ = 63;  // all six sources
 };
 
 }  // namespace Kest::Client::Loot

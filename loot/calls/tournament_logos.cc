@@ -11,7 +11,6 @@
 #include "loot/calls/source_readiness.h"
 #include "loot/model/decimal_string.h"
 #include "loot/model/loot_constants.h"
-#include "loot/state/readiness.h"
 #include "loot/token/json_reader.h"
 #include "loot/token/signed_token.h"
 #include "plugin/app_module.h"

@@ -6,19 +6,10 @@
 #include <string_view>
 
 #include "binding/tree/binding_property.h"
+#include "loot/calls/forward.h"
 #include "loot/model/collections.h"
 
-namespace Kest {
-class AppModule;
-}
-
-namespace Kest::Client {
-class SiblingClient;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class SourceReadiness;
 
 class TournamentLogos {
  public:

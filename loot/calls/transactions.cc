@@ -17,7 +17,7 @@
 namespace Kest::Client::Loot {
 namespace {
 
-// The item of a result as the service sent it, to be filled from the store.
+// The item of a result as the service sent it, to be refreshed from the store.
 Api::PlayerLootDelta MakeDelta(const SVDS::PlayerLootDTO& record) {
   Api::PlayerLootDelta delta;
   delta.deltaCount = record.count;

@@ -1,6 +1,6 @@
 // Transactions carries out the player's crafts and redemptions: it sends one to the service, waits
 // for the result and applies it to the store.
-// Failure texts, all of status 500: "Loot disabled.", "Error serializing request payload.",
+// Failure messages, all of status 500: "Loot disabled.", "Error serializing request payload.",
 //   "Error in ProcessPlayerLootUpdateResponse: %1", "Unexpected status in
 //   ProcessPlayerLootUpdateResponse: %1", "Error serializing result payload."
 // Threads: module tasks only; Craft and Redeem wait, and any number of them may wait side by side.
@@ -12,19 +12,13 @@
 #include <vector>
 
 #include "base/maybe_type.h"
+#include "loot/calls/forward.h"
 #include "loot/state/loot_inventory.h"
 #include "loot/state/loot_switch.h"
 #include "loot/wire/loot_dtos.h"
 #include "loot/wire/loot_resources.h"
 
-namespace Kest::Client {
-class ServiceProxy;
-}  // namespace Kest::Client
-
 namespace Kest::Client::Loot {
-
-class LootPublisher;
-class LootRetrieval;
 
 class Transactions {
  public:
@@ -41,7 +35,7 @@ class Transactions {
   Maybe<Api::PlayerLootUpdate> Craft(const std::string& recipeName,
                                      const std::vector<std::string>& lootIds,
                                      std::optional<int32_t> repeat);
-  // Unlocks what the named loot stands for.
+  // Redeems what the named loot unlocks.
   Maybe<Api::PlayerLootUpdate> Redeem(const std::string& lootName);
 
  private:

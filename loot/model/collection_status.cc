@@ -75,7 +75,7 @@ void CollectionStatus::ApplySkin(PlayerLoot* item) const {
   item->parentItemStatus = OwnershipOf(champion->ownership);
   SetItemStatus(OwnershipOf(skin->ownership), item);
   if (item->parentItemStatus != ItemOwnershipStatus::kOwned) {
-    // Comes last on purpose: even an owned skin says so when its champion is missing.
+    // Last on purpose: it replaces the status even of an owned skin.
     item->redeemableStatus = RedeemableStatus::kChampionNotOwned;
   }
 }
@@ -105,7 +105,7 @@ void CollectionStatus::ApplyEmote(PlayerLoot* item) const {
 
 void CollectionStatus::ApplySummonerIcon(PlayerLoot* item) const {
   SetOwnedOrNot(collections_.ownedSummonerIcons.contains(item->storeItemId), item);
-  item->tilePath = gameData_.TakeIconPath(item->storeItemId);
+  item->tilePath = gameData_.GetOrAddIconPath(item->storeItemId);
   item->splashPath = item->tilePath;
 }
 

@@ -1,8 +1,6 @@
-// CollectionStatus brings one item up to date with the player's collection: ownership, artwork and
-// display text of the thing it stands for and, from these, whether it can be redeemed.
-// An item whose tables are not filled yet mostly keeps what it had and is applied again when they
-// arrive. Items are never created or removed here.
-// Threads: no lock; handlers and module tasks only.
+// CollectionStatus updates one item from the player's collection: ownership, artwork and
+// description of what it unlocks and, from these, whether it can be redeemed. An item whose tables
+// have not arrived yet mostly keeps what it had. Threads: module tasks only.
 #pragma once
 
 #include <cstdint>

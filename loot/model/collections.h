@@ -1,7 +1,5 @@
-// What the sibling plugins report about the player's collection. Each table is replaced whole by an
-// answer of its source and stays empty until the first one. The two tables of game data that
-// assembly also reads, icon paths and emotes, are in game_data.h.
-// Threads: no lock; handlers and module tasks only.
+// What the sibling plugins report about the player's collection. Each response of a source
+// replaces its table. Threads: module tasks only.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +17,7 @@ struct Collections {
   IdTable<int64_t, Api::CollectionsWardSkin> wardSkins;
   IdTable<int64_t, Api::CollectionsEmote> emoteInventory;
   std::unordered_set<int32_t> ownedSummonerIcons;
-  std::unordered_set<int32_t> ownedTournamentLogos;  // filled by the logo load, one by one
+  std::unordered_set<int32_t> ownedTournamentLogos;  // added one by one by the logo load
 
   void ReplaceChampions(std::vector<Api::CollectionsChampionMinimal> records);
   void ReplaceSkins(std::vector<Api::CollectionsChampionSkinMinimal> records);

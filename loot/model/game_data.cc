@@ -35,7 +35,7 @@ const Api::GameDataSummonerEmote* GameData::FindEmote(int64_t id) const {
   return FindById(emotes_, id);
 }
 
-const std::string& GameData::TakeIconPath(int32_t id) {
+const std::string& GameData::GetOrAddIconPath(int32_t id) {
   return iconPaths_[id];
 }
 

@@ -1,7 +1,6 @@
-// Names, descriptions and artwork out of the game data: the loot definition file, the summoner icon
-// paths and the emotes. Everything is empty until its load succeeds; a later load replaces it
-// whole. Threads: no lock; handlers and module tasks only. Lifetime: what a look-up answers is
-// valid until the next replacement.
+// Names, descriptions and artwork from the game data: the loot definition file, the summoner icon
+// paths and the emotes, each empty until its load succeeds. Threads: module tasks only.
+// Lifetime: pointers are valid until the next replacement.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +29,7 @@ class GameData {
   const Api::GameDataSummonerEmote* FindEmote(int64_t id) const;
 
   // The icon's path. An unknown id gets an empty entry, which is kept.
-  const std::string& TakeIconPath(int32_t id);
+  const std::string& GetOrAddIconPath(int32_t id);
 
   const IdTable<int32_t, std::string>& iconPaths() const { return iconPaths_; }
 

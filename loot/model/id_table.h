@@ -12,19 +12,19 @@ namespace Kest::Client::Loot {
 template <class Key, class Value>
 using IdTable = std::unordered_map<Key, Value>;
 
-// Fills `*table` afresh from `records`, in order; of equal ids the last stays. `value` finds what
-// is kept of a record: by default the whole of it. Nothing is changed when memory runs out.
+// Replaces `*table` by `records`; of equal ids the last stays. `value` selects what is kept of a
+// record: by default all of it. Nothing is changed when memory runs out.
 template <class Key, class Value, class Record, class ValueOf = std::identity>
 void RefillTable(std::vector<Record> records, Key Record::*id, IdTable<Key, Value>* table,
                  ValueOf value = {}) {
   constexpr size_t kStartBuckets = 8;
-  IdTable<Key, Value> fresh(kStartBuckets);
-  fresh.reserve(records.size());
+  IdTable<Key, Value> replacement(kStartBuckets);
+  replacement.reserve(records.size());
   for (Record& record : records) {
     const Key key = record.*id;
-    fresh.insert_or_assign(key, std::invoke(value, std::move(record)));
+    replacement.insert_or_assign(key, std::invoke(value, std::move(record)));
   }
-  table->swap(fresh);
+  table->swap(replacement);
 }
 
 // Null for an id without an entry, also for one that the key type cannot hold.

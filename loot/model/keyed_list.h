@@ -1,5 +1,5 @@
-// KeyedList keeps records in the order they came in and finds one by a text member. Of records with
-// equal keys the first is found. Threads: no lock; handlers and module tasks only.
+// KeyedList keeps records in the order they came in and finds one by a string member. Of records
+// with equal keys the first is found. Threads: module tasks only.
 // Lifetime: references and pointers are valid until the next Replace.
 #pragma once
 

@@ -1,6 +1,6 @@
-// The words of the loot service: loot types, fixed ids, recipe types, result words, the groups they
-// form and the orders they are sorted by. Items carry their type as text; a type that is none of
-// these words is legal, belongs to no group and ranks before every listed word.
+// The constants of the loot service: loot types, fixed ids, recipe types, result codes, and the
+// groups and orders they form. An item's type is a string; an unknown one is legal, belongs to no
+// group and is sorted before all listed ones.
 #pragma once
 
 #include <algorithm>
@@ -32,7 +32,7 @@ inline constexpr std::string_view kMaterial = "MATERIAL";
 inline constexpr std::string_view kCurrency = "CURRENCY";
 inline constexpr std::string_view kChampionToken = "CHAMPION_TOKEN";
 
-// The inventory word of the signed token; unlike the type word it holds an underscore.
+// The inventory type of the signed token; unlike the loot type it has an underscore.
 inline constexpr std::string_view kTournamentLogoInventory = "TOURNAMENT_LOGO";
 
 inline constexpr std::string_view kChampionEssence = "CURRENCY_champion";
@@ -72,22 +72,21 @@ inline constexpr std::array kChampionTokenTypes = {kChampionToken};
 inline constexpr std::array<std::string_view, 2> kNewPlayerChestIds = {"CHEST_day_one",
                                                                        "CHEST_new_player"};
 
-// True when `group` holds `word`, letter for letter.
-bool Contains(std::span<const std::string_view> group, std::string_view word);
+// True when `group` holds exactly `value`.
+bool Contains(std::span<const std::string_view> group, std::string_view value);
 
 // True when the type ends in "_RENTAL", and, because the test has always been made on unsigned
 // positions, also for every type of exactly six characters ("CHROMA").
 bool IsRentalType(std::string_view type);
 
-// The place of `word` in `order`, or -1, so that unlisted words come first.
-int32_t IndexIn(std::span<const std::string_view> order, std::string_view word);
+// The index of `value` in `order`, or -1, so that unlisted values come first.
+int32_t IndexIn(std::span<const std::string_view> order, std::string_view value);
 
-// Sorts `values` by the rank of the text that `wordOf` finds in each; equal ranks keep their order.
-template <class T, class WordOf = std::identity>
-void SortByRank(std::span<const std::string_view> order, std::vector<T>* values,
-                WordOf wordOf = {}) {
+// Sorts `values` by the index of each one's key; the sort is stable.
+template <class T, class KeyOf = std::identity>
+void SortByRank(std::span<const std::string_view> order, std::vector<T>* values, KeyOf keyOf = {}) {
   std::stable_sort(values->begin(), values->end(), [&](const T& left, const T& right) {
-    return IndexIn(order, std::invoke(wordOf, left)) < IndexIn(order, std::invoke(wordOf, right));
+    return IndexIn(order, std::invoke(keyOf, left)) < IndexIn(order, std::invoke(keyOf, right));
   });
 }
 

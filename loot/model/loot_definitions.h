@@ -1,6 +1,5 @@
 // LootDefinitions holds what the service defines: loot items, recipes and query results, each
-// replaced whole. When to replace (the versions) is the retrieval's business.
-// Threads:  no lock; handlers and module tasks only.
+// replaced as a whole. Threads: module tasks only.
 // Lifetime: pointers and references are valid until the next replacement of any of the three.
 #pragma once
 
@@ -28,8 +27,8 @@ class LootDefinitions {
   // In the service's order.
   const std::vector<SVDS::LootItemClientDTO>& items() const { return items_.records(); }
 
-  // The distinct display categories of all items: those of no known type word first, by the
-  // alphabet, then the others in their order of priority.
+  // The distinct display categories of all items: unknown ones first, in alphabetical order, then
+  // the others by priority.
   const std::vector<std::string>& displayCategories() const { return displayCategories_; }
 
   // The recipes by what they take. Builds the index when a replacement has made it stale, so that

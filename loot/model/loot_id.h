@@ -10,10 +10,10 @@ inline constexpr char kLootIdSeparator = '-';
 
 std::string MakeLootId(std::string_view lootName, std::string_view refId);
 
-// The same into a text that may already have room; `*lootId` must not be one of the two parts.
+// The same into a string that may already have capacity; `*lootId` must not be one of the parts.
 void MakeLootId(std::string_view lootName, std::string_view refId, std::string* lootId);
 
-// Views into the text they were split from.
+// Views into the string they were split from.
 struct LootIdParts {
   std::string_view lootName;
   std::string_view refId;  // empty when the id holds no separator

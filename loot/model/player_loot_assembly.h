@@ -1,6 +1,5 @@
-// PlayerLootAssembly makes the published item out of the player's record, its definition, the
-// recipes that take it, the player's collection and the game data.
-// Threads: no lock; handlers and module tasks only.
+// PlayerLootAssembly assembles the published item from the player's record, its definition, the
+// recipes that take it, the player's collection and the game data. Threads: module tasks only.
 #pragma once
 
 #include "loot/model/collection_status.h"
@@ -19,14 +18,13 @@ class PlayerLootAssembly {
                      GameData& gameData)
       : definitions_(definitions), gameData_(gameData), collectionStatus_(collections, gameData) {}
 
-  // Fills `*item`, which is a copy of the stored item of that loot id, or empty when there is none:
-  // a better disenchant value, a known upgrade essence and statuses without a collection entry are
-  // kept from it, as is `isNew`.
+  // Assembles `*item`, which is a copy of the stored item of that loot id, or empty when there is
+  // none: it keeps a better disenchant value, a known upgrade essence, statuses without a
+  // collection entry, and `isNew`.
   void Create(const SVDS::PlayerLootDTO& record, const SVDS::LootItemClientDTO& definition,
               Api::PlayerLoot* item) const;
 
-  // Applies ownership, artwork and redeemability again, for items in the store whose collection has
-  // changed.
+  // Assembles ownership, artwork and redeemability again, after a change of the collections.
   void ApplyCollectionStatus(Api::PlayerLoot* item) const { collectionStatus_.Apply(item); }
 
  private:

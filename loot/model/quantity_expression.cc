@@ -5,9 +5,9 @@
 namespace Kest::Client::Loot {
 namespace {
 
-constexpr char kNegate = '~';  // a minus sign in front of an operand
+constexpr char kNegate = '~';  // a minus sign before an operand
 
-bool IsBlank(char c) {
+bool IsSpace(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 bool IsDigit(char c) {
@@ -40,16 +40,16 @@ bool Combine(char symbol, int64_t left, int64_t right, int64_t* result) {
   }
 }
 
-// Reads left to right with one stack of operands and one of symbols still waiting for theirs.
+// Operator-precedence evaluation with one stack of operands and one of pending symbols.
 class QuantityReader {
  public:
   std::optional<int64_t> Read(std::string_view text) {
     for (size_t i = 0; i < text.size();) {
-      if (IsBlank(text[i])) {
+      if (IsSpace(text[i])) {
         ++i;
       } else if (IsDigit(text[i])) {
-        if (!TakeNumber(text, &i)) return std::nullopt;
-      } else if (!TakeSymbol(text[i++])) {
+        if (!ReadNumber(text, &i)) return std::nullopt;
+      } else if (!ReadSymbol(text[i++])) {
         return std::nullopt;
       }
     }
@@ -59,7 +59,7 @@ class QuantityReader {
   }
 
  private:
-  bool TakeNumber(std::string_view text, size_t* position) {
+  bool ReadNumber(std::string_view text, size_t* position) {
     if (!operandExpected_) return false;
     int64_t value = 0;
     for (; *position < text.size() && IsDigit(text[*position]); ++*position) {
@@ -71,7 +71,7 @@ class QuantityReader {
     return true;
   }
 
-  bool TakeSymbol(char symbol) {
+  bool ReadSymbol(char symbol) {
     if (operandExpected_) {
       if (symbol != '(' && symbol != '-') return false;
       symbols_.push_back(symbol == '-' ? kNegate : symbol);
@@ -88,7 +88,7 @@ class QuantityReader {
     return true;
   }
 
-  // Applies the waiting symbols that bind at least as tightly; an open parenthesis stops it.
+  // Applies the pending symbols that bind at least as tightly; an open parenthesis stops it.
   bool ReduceDownTo(int precedence) {
     while (!symbols_.empty() && Precedence(symbols_.back()) >= precedence) {
       const char symbol = symbols_.back();

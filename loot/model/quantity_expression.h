@@ -1,4 +1,4 @@
-// The quantities of recipe slots and outputs arrive as small arithmetic texts.
+// The quantities of recipe slots and outputs are sent as small arithmetic expressions.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,9 @@
 
 namespace Kest::Client::Loot {
 
-// The value of whole numbers joined by + - * / and parentheses, blanks between them ignored. It is
-// reckoned in 64 bits (quotients cut toward zero) and the low 32 bits of the result are answered.
-// Nothing for any other text, a division by zero, or a step that leaves 64 bits. Nesting takes
-// memory in proportion to the text, never stack.
+// The value of integers joined by + - * / and parentheses, spaces between them ignored. It is
+// evaluated in 64 bits (quotients truncated toward zero); the low 32 bits are returned. Nothing for
+// any other string, a division by zero, or 64-bit overflow. Nesting takes memory, never stack.
 std::optional<int32_t> EvaluateQuantity(std::string_view expression);
 
 }  // namespace Kest::Client::Loot

@@ -20,7 +20,7 @@ int32_t ReadQuantity(const LootSvdsRecipeClientDTO& recipe, const std::string& e
   return quantity.value_or(0);
 }
 
-// The names a slot lists. A result that is neither a list nor a text counts as none held.
+// The names a slot lists. A result that is neither a list nor a string counts as missing.
 std::vector<std::string> FindLootNames(std::string_view query,
                                        const BindingProperty& queryToLootNames,
                                        const LootItemDefinitions& items) {
@@ -51,7 +51,7 @@ void RecipeIndex::Rebuild(const std::vector<LootSvdsRecipeClientDTO>& recipes,
   for (const LootSvdsRecipeClientDTO& recipe : recipes) {
     IndexedRecipe indexed{.recipe = &recipe, .slots = {}, .outputQuantities = {}};
     for (const auto& slot : recipe.slots) {
-      const Query& query = TakeQuery(slot.query, queryToLootNames, items);
+      const Query& query = GetOrAddQuery(slot.query, queryToLootNames, items);
       indexed.slots.push_back(
           {&slot, &query.lootNames, ReadQuantity(recipe, slot.quantityExpression)});
     }
@@ -67,17 +67,17 @@ void RecipeIndex::Rebuild(const std::vector<LootSvdsRecipeClientDTO>& recipes,
   }
 }
 
-RecipeIndex::Query& RecipeIndex::TakeQuery(std::string_view text,
-                                           const BindingProperty& queryToLootNames,
-                                           const LootItemDefinitions& items) {
+RecipeIndex::Query& RecipeIndex::GetOrAddQuery(std::string_view text,
+                                               const BindingProperty& queryToLootNames,
+                                               const LootItemDefinitions& items) {
   const auto [entry, isNew] = queries_.try_emplace(text);
   Query& query = entry->second;
   if (!isNew) return query;
   query.lootNames = FindLootNames(text, queryToLootNames, items);
   for (const std::string& name : query.lootNames) {
     if (Contains(kCurrencyLootIds, name)) query.lastCurrencyId = name;
-    auto& asking = queriesByLootName_[name];
-    if (asking.empty() || asking.back() != &query) asking.push_back(&query);
+    auto& listing = queriesByLootName_[name];
+    if (listing.empty() || listing.back() != &query) listing.push_back(&query);
   }
   return query;
 }

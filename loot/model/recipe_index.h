@@ -1,12 +1,9 @@
-// RecipeIndex answers which recipes take an item without looking at every recipe. It is built once
-// per change of the definitions; what it costs grows with the texts the service sent, not with
-// items times recipes: slots that ask the same query share one list of loot names.
-// A recipe takes an item when one of its slots lists the item's loot name or its loot id. A slot
-// lists the names that the query results hold under its query, else the query itself when it names
-// a definition, else none.
-// Threads:  no lock; handlers and module tasks only.
-// Lifetime: it points into the recipes it was built from, and what it answers is valid until the
-//           next Rebuild.
+// RecipeIndex finds the recipes that take an item without a walk over all recipes. It is built once
+// per change of the definitions, in time proportional to their size: slots with the same query
+// share one list of loot names. A recipe takes an item when one of its slots lists the item's loot
+// name or its loot id. A slot lists the names that the query results hold under its query, else the
+// query itself when it names a definition, else none. Threads:  module tasks only. Lifetime: it
+// points into the recipes it was built from; results are valid until the next Rebuild.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +20,7 @@ namespace Kest::Client::Loot {
 
 using LootItemDefinitions = KeyedList<SVDS::LootItemClientDTO, &SVDS::LootItemClientDTO::lootName>;
 
-// A slot with its texts worked out.
+// A slot with its query and expression evaluated.
 struct IndexedSlot {
   const SVDS::LootSvdsRecipeSlotClientDTO* slot = nullptr;
   const std::vector<std::string>* lootNames = nullptr;  // never null; in the service's order
@@ -56,7 +53,7 @@ class RecipeIndex {
   RecipeIndex(const RecipeIndex&) = delete;
   RecipeIndex& operator=(const RecipeIndex&) = delete;
 
-  // Builds the index afresh. `recipes` outlive it or its next Rebuild. A quantity that cannot be
+  // Builds the index again. `recipes` outlive it or its next Rebuild. A quantity that cannot be
   // read is 0 and logs "Loot recipe %s has an unreadable quantity: %s" as a warning.
   void Rebuild(const std::vector<SVDS::LootSvdsRecipeClientDTO>& recipes,
                const BindingProperty& queryToLootNames, const LootItemDefinitions& items);
@@ -78,24 +75,24 @@ class RecipeIndex {
   std::optional<UpgradeOffer> FindUpgrade(std::string_view lootName, std::string_view lootId) const;
 
  private:
-  // What is common to the slots that ask one query.
+  // What the slots of one query have in common.
   struct Query {
     std::vector<std::string> lootNames;
     std::string_view lastCurrencyId;     // empty when it lists none
-    std::vector<uint32_t> firstRecipes;  // whose first slot asks it; rising
-    // Of the recipes with any slot that asks it.
+    std::vector<uint32_t> firstRecipes;  // whose first slot has it; rising
+    // Of the recipes with any slot that has it.
     std::optional<DisenchantOffer> disenchant;
     std::optional<UpgradeOffer> upgrade;
   };
 
-  Query& TakeQuery(std::string_view text, const BindingProperty& queryToLootNames,
-                   const LootItemDefinitions& items);
+  Query& GetOrAddQuery(std::string_view text, const BindingProperty& queryToLootNames,
+                       const LootItemDefinitions& items);
   void EnterRecipe(uint32_t place);
   template <class Visit>
   void ForEachQueryListing(std::string_view lootName, std::string_view lootId, Visit visit) const;
 
   std::vector<IndexedRecipe> recipes_;
-  std::unordered_map<std::string_view, Query> queries_;  // by query text; nodes do not move
+  std::unordered_map<std::string_view, Query> queries_;  // by query; nodes do not move
   std::unordered_map<std::string_view, std::vector<const Query*>> queriesByLootName_;
 };
 

@@ -1,6 +1,6 @@
-// LootCounts sums up how many the player holds of what a recipe's slot lists. It is built from the
-// store and borrows its items and the lists it is asked about: use it before the next change of the
-// store or the definitions. Each list is summed up once, as recipes share them.
+// LootCounts sums how many the player has of what a recipe's slot lists. It borrows the store's
+// items and the lists: use it before the next change of the store or the definitions. Recipes share
+// lists, so each is summed once.
 #pragma once
 
 #include <cstdint>

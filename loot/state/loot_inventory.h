@@ -1,6 +1,6 @@
-// LootInventory holds the rules by which the store changes: what a retrieval, a transaction and a
-// data source do to it. Whoever calls them requests the publication. Threads: no lock; handlers and
-// module tasks only. It never waits.
+// LootInventory has the rules by which the store changes: what a retrieval, a transaction and a
+// data source do to it. The caller requests the publication. Threads: module tasks only; it never
+// waits.
 #pragma once
 
 #include <cstdint>
@@ -18,30 +18,30 @@ class LootInventory {
   // Borrows the state, which outlives it.
   explicit LootInventory(LootState& state);
 
-  // Puts the items of `records` in the place of all that is stored, each built afresh. A record
-  // that is not valid is logged and left out.
+  // Replaces all items by those of `records`, each assembled again. An invalid record is logged and
+  // skipped.
   void Replace(const std::vector<SVDS::PlayerLootDTO>& records);
 
   // Null, with a warning, when the store does not hold the item.
   Api::PlayerLootPointer FindByName(std::string_view lootName, std::string_view refId) const;
 
-  // Adds `delta` to the count of the item that `record` names. An item that comes to 0 leaves the
-  // store; an unknown one is created with that count from its definition, when there is one. A
+  // Adds `delta` to the count of the item that `record` names. An item whose count
+  // becomes 0 is removed; an unknown one is created from its definition, when there is one. A
   // positive delta marks the item as new. A delta of 0 does nothing; a count outside int32 is
   // clamped with a warning.
   void ApplyDelta(const SVDS::PlayerLootDTO& record, int64_t delta);
 
-  // Fills `*item`, which names its loot, with the stored item; for one that is not stored, with a
-  // new one of count 0 from its definition; without a definition it stays as it is.
+  // Replaces `*item`, which names its loot, by the stored item; by a new one of count 0 if only its
+  // definition is known; otherwise leaves it.
   void Refresh(Api::PlayerLoot* item) const;
 
   // Marks the stored item as owned or rented after it was redeemed.
   void MarkRedeemed(std::string_view lootName);
 
-  // Takes the mark of a new item off. False: the store does not hold it.
+  // Clears the item's mark as new. False: it is not stored.
   bool ClearNewMark(const std::string& lootId);
 
-  // Applies what the collections say to every item again.
+  // Assembles the collection status of every item again.
   void ReassembleAll();
 
  private:

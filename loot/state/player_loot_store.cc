@@ -58,7 +58,7 @@ void PlayerLootStore::Remove(const std::string& lootId) {
 }
 
 void PlayerLootStore::EditAll(const std::function<void(Api::PlayerLoot& item)>& edit) {
-  Api::PlayerLoot scratch;  // reused: assigning to it keeps the room of its texts
+  Api::PlayerLoot scratch;  // reused: assigning to it keeps the capacity of its strings
   for (auto& [lootId, item] : current_.playerLoot) {
     scratch = *item;
     edit(scratch);

@@ -1,9 +1,8 @@
 // PlayerLootStore keeps the player's items, and the items as they were last published. An item that
-// is put in and equals its published copy becomes that very copy: the two share their memory, and
-// looking for changes costs a comparison of pointers for each id touched since the last
-// publication.
+// is put in and equals its published copy is replaced by that copy: the two share their memory, and
+// finding the changes compares pointers, of the ids touched since the last publication.
 //
-// Threads:  no lock; handlers and module tasks only. It never calls out and never waits.
+// Threads:  module tasks only.
 // Lifetime: an item is immutable; a PlayerLootPointer outlives every later change. References to
 //           the maps do not survive a wait.
 #pragma once
@@ -18,11 +17,11 @@
 
 namespace Kest::Client::Loot {
 
-// What a publication has to announce.
+// What a publication has to publish.
 struct PlayerLootChanges {
   struct Written {
     Api::PlayerLootPointer item;
-    bool created = false;  // not known to the last publication
+    bool created = false;  // not in the last publication
   };
   std::vector<Written> written;      // in the store's order
   std::vector<std::string> removed;  // ids, by rising id
@@ -41,8 +40,8 @@ class PlayerLootStore {
   // Null for an unknown id.
   Api::PlayerLootPointer Find(const std::string& lootId) const;
 
-  // Puts `items` in the place of all that is stored; of two with one id the later stays. The store
-  // is unchanged when memory runs out.
+  // Replaces all items; of two with one id the later stays. The store is unchanged when memory runs
+  // out.
   void Replace(const std::vector<Api::PlayerLoot>& items);
 
   // Inserts an item under its `lootId`, or replaces the one that is there.
@@ -55,8 +54,8 @@ class PlayerLootStore {
   // alone and must not use the store.
   void EditAll(const std::function<void(Api::PlayerLoot& item)>& edit);
 
-  // Answers what differs from the last publication, makes it the published state, and counts the
-  // version up when there is anything. Nothing is changed when memory runs out.
+  // Returns what differs from the last publication, marks it as published, and increments the
+  // version if there is anything. Nothing is changed when memory runs out.
   PlayerLootChanges TakeChanges();
 
  private:

@@ -1,6 +1,5 @@
-// RecipeViews shows the service's recipes as the front end sees them: with texts and images from
-// the game data and with slots that name what they take. Threads: no lock; handlers and module
-// tasks only. Makes no calls.
+// RecipeViews builds the recipes for the front end: with descriptions and images from the game
+// data, and slots that list what they take. Threads: module tasks only.
 #pragma once
 
 #include <string>

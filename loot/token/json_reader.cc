@@ -59,7 +59,7 @@ class Parser {
     TakesValue(token);
   }
 
-  // Reads a member's name and its ":"; answers the first token of its value.
+  // Reads a member's name and its ":"; returns the first token of its value.
   Token TakeName(Container& container, const Token& token) {
     if (token.kind == TokenKind::kEnd) Fail("Unexpected End of token stream");
     if (token.kind != TokenKind::kString) Fail("Unexpected token: ", token.text);
@@ -73,7 +73,7 @@ class Parser {
     return tokens_.Next();
   }
 
-  // Writes a scalar, or opens a container and answers true.
+  // Writes a scalar, or opens a container and returns true.
   bool TakesValue(const Token& token) {
     switch (token.kind) {
       case TokenKind::kObjectBegin:
@@ -114,7 +114,7 @@ class Parser {
 }  // namespace
 
 BindingProperty Reader::Read(std::string_view text) {
-  // The whole text must be tokens before any of them is read: that decides which error is told.
+  // All tokens are scanned before the first is parsed: lexical errors are reported first.
   TokenStream scan(text);
   while (scan.Next().kind != TokenKind::kEnd) {
   }

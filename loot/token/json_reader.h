@@ -1,5 +1,5 @@
 // The small strict JSON reader of the token decoder. Unlike the reader of requests it throws, and
-// it refuses a repeated member name.
+// it rejects a repeated member name.
 #pragma once
 
 #include <stdexcept>
@@ -17,10 +17,10 @@ class Exception : public std::runtime_error {
 
 class Reader {
  public:
-  // The text cannot be cut into tokens. Texts, followed by the offender:
+  // A lexical error. Messages, followed by the offender:
   //   "Unexpected character in stream: "              a character that begins no token
-  //   "Unrecognized escape sequence found in string: \"  a letter behind a backslash, or bad hex
-  //   "Expected string: "                             a word other than true, false and null, or a
+  //   "Unrecognized escape sequence found in string: \"  a letter after a backslash, or bad hex
+  //   "Expected string: "                             letters other than true, false and null, or a
   //                                                   string without its closing quote
   //   "Unexpected character in NUMBER token: "        the first character that is no part of the
   //                                                   number, or the number when it is too big
@@ -29,12 +29,12 @@ class Reader {
     using Exception::Exception;
   };
 
-  // The tokens are no JSON value. Texts:
+  // A grammatical error. Messages:
   //   "Unexpected token: " and the token              another one was needed here
   //   "Unexpected end of token stream"                nothing to read, or a value is missing
   //   "Unexpected End of token stream"                an object or array is not closed
   //   "Duplicate object member token: " and the name
-  //   "Expected End of token stream; found " and the token behind the value
+  //   "Expected End of token stream; found " and the token after the value
   class ParseException : public Exception {
    public:
     using Exception::Exception;

@@ -8,7 +8,7 @@
 namespace Kest::Client::Loot::json {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kWhitespace = " \t\r\n";
 constexpr std::string_view kNumberCharacters = "0123456789.eE-+";
 
 [[noreturn]] void Fail(std::string_view text, std::string_view offender) {
@@ -39,7 +39,7 @@ void AppendUtf8(unsigned code, std::string* out) {
 }  // namespace
 
 Token TokenStream::Next() {
-  const size_t begin = text_.find_first_not_of(kBlanks, position_);
+  const size_t begin = text_.find_first_not_of(kWhitespace, position_);
   position_ = begin == std::string_view::npos ? text_.size() : begin;
   if (position_ == text_.size()) return {};
   const char first = text_[position_];

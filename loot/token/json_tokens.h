@@ -1,4 +1,4 @@
-// Cuts JSON text into tokens for json::Reader.
+// Splits JSON into tokens for json::Reader.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 namespace Kest::Client::Loot::json {
 
 enum class TokenKind {
-  kEnd,  // of the text
+  kEnd,  // of the input
   kObjectBegin,
   kObjectEnd,
   kArrayBegin,
@@ -24,11 +24,11 @@ enum class TokenKind {
 
 struct Token {
   TokenKind kind = TokenKind::kEnd;
-  std::string text;  // a string's content, otherwise the token as it stands
+  std::string text;  // a string's content, otherwise the token as it is
   double number = 0;
 };
 
-// Borrows the text. Next throws Reader::ScanException.
+// Borrows the input. Next throws Reader::ScanException.
 class TokenStream {
  public:
   explicit TokenStream(std::string_view text) : text_(text) {}

@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kAlphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-// Takes the text before the next "." off the token; empty when nothing is left.
+// Removes the part before the next "." from the token; empty when nothing is left.
 std::string_view TakeSegment(std::string_view* token) {
   const size_t dot = token->find('.');
   const std::string_view segment = token->substr(0, dot);

@@ -16,9 +16,6 @@ struct LootSvdsClientConfigurationDTO {
   std::vector<std::string> lootItemsUsingBreakoutRecipeMenu;
   std::vector<std::string> lootMaterialsToAlwaysRender;
   std::vector<std::string> currenciesUsingCapWallets;
-
-  friend bool operator==(const LootSvdsClientConfigurationDTO&,
-                         const LootSvdsClientConfigurationDTO&) = default;
 };
 
 struct LootSvdsRecipeOutputDTO {
@@ -26,17 +23,12 @@ struct LootSvdsRecipeOutputDTO {
   std::string quantityExpression;  // see quantity_expression.h
   double probability = 0;
   bool allowDuplicates = false;
-
-  friend bool operator==(const LootSvdsRecipeOutputDTO&, const LootSvdsRecipeOutputDTO&) = default;
 };
 
 struct LootSvdsRecipeSlotClientDTO {
   int32_t slotNumber = 0;
   std::string query;
   std::string quantityExpression;
-
-  friend bool operator==(const LootSvdsRecipeSlotClientDTO&,
-                         const LootSvdsRecipeSlotClientDTO&) = default;
 };
 
 struct LootSvdsLootDescriptionDTO {
@@ -44,17 +36,12 @@ struct LootSvdsLootDescriptionDTO {
   std::vector<std::string> childLootTableNames;
   std::map<std::string, std::string> localizationMap;
   std::map<std::string, std::string> localizationLongDescriptionMap;
-
-  friend bool operator==(const LootSvdsLootDescriptionDTO&,
-                         const LootSvdsLootDescriptionDTO&) = default;
 };
 
 struct LootSvdsRecipeMetadata {
   std::vector<LootSvdsLootDescriptionDTO> guaranteedDescriptions;
   std::vector<LootSvdsLootDescriptionDTO> bonusDescriptions;
   bool tooltipsDisabled = false;
-
-  friend bool operator==(const LootSvdsRecipeMetadata&, const LootSvdsRecipeMetadata&) = default;
 };
 
 struct LootSvdsRecipeClientDTO {
@@ -65,16 +52,11 @@ struct LootSvdsRecipeClientDTO {
   std::vector<LootSvdsRecipeSlotClientDTO> slots;
   std::vector<LootSvdsRecipeOutputDTO> outputs;
   LootSvdsRecipeMetadata metadata;
-
-  friend bool operator==(const LootSvdsRecipeClientDTO&, const LootSvdsRecipeClientDTO&) = default;
 };
 
 struct LootSvdsRecipeListClientDTO {
   std::vector<LootSvdsRecipeClientDTO> recipes;
   int64_t lastUpdate = 0;  // the version the service compares with
-
-  friend bool operator==(const LootSvdsRecipeListClientDTO&,
-                         const LootSvdsRecipeListClientDTO&) = default;
 };
 
 struct LootItemClientDTO {
@@ -90,8 +72,6 @@ struct LootItemClientDTO {
   std::string displayCategories;
   int64_t rentalSeconds = 0;
   int32_t rentalGames = 0;
-
-  friend bool operator==(const LootItemClientDTO&, const LootItemClientDTO&) = default;
 };
 
 struct PlayerLootDTO {
@@ -99,22 +79,16 @@ struct PlayerLootDTO {
   std::string refId;
   int32_t count = 0;
   int64_t expiryTime = 0;
-
-  friend bool operator==(const PlayerLootDTO&, const PlayerLootDTO&) = default;
 };
 
 struct LootItemListClientDTO {
   std::vector<LootItemClientDTO> lootItems;
   int64_t lastUpdate = 0;
-
-  friend bool operator==(const LootItemListClientDTO&, const LootItemListClientDTO&) = default;
 };
 
 struct QueryResultDTO {
-  BindingProperty queryToLootNames;  // query text to a list of loot names, or to a single one
+  BindingProperty queryToLootNames;  // query to a list of loot names, or to a single one
   int64_t lastUpdate = 0;
-
-  friend bool operator==(const QueryResultDTO&, const QueryResultDTO&) = default;
 };
 
 struct PlayerLootDefinitionsDTO {
@@ -122,9 +96,6 @@ struct PlayerLootDefinitionsDTO {
   LootSvdsRecipeListClientDTO recipeList;
   QueryResultDTO queryResult;
   std::vector<PlayerLootDTO> playerLoot;
-
-  friend bool operator==(const PlayerLootDefinitionsDTO&,
-                         const PlayerLootDefinitionsDTO&) = default;
 };
 
 // `redeemed` holds bare loot names, unlike the other two lists.
@@ -134,31 +105,21 @@ struct PlayerLootResultDTO {
   std::vector<PlayerLootDTO> added;
   std::vector<PlayerLootDTO> removed;
   std::vector<std::string> redeemed;
-
-  friend bool operator==(const PlayerLootResultDTO&, const PlayerLootResultDTO&) = default;
 };
 
 struct RedeemLootTransactionDTO {
   std::string lootName;
-
-  friend bool operator==(const RedeemLootTransactionDTO&,
-                         const RedeemLootTransactionDTO&) = default;
 };
 
 struct LootNameRefId {
   std::string lootName;
   std::string refId;
-
-  friend bool operator==(const LootNameRefId&, const LootNameRefId&) = default;
 };
 
 struct CraftLootRefTransactionDTO {
   std::string recipeName;
   std::vector<LootNameRefId> lootNameRefIds;
   int32_t repeat = 0;
-
-  friend bool operator==(const CraftLootRefTransactionDTO&,
-                         const CraftLootRefTransactionDTO&) = default;
 };
 
 struct SimpleDialogMessage {
@@ -166,17 +127,12 @@ struct SimpleDialogMessage {
   std::string msgId;
   std::string type;
   BindingProperty params;  // any shape
-
-  friend bool operator==(const SimpleDialogMessage&, const SimpleDialogMessage&) = default;
 };
 
 struct LootSimpleDialogMessageResponse {
   uint64_t accountId = 0;
   std::string msgId;
   std::string command;
-
-  friend bool operator==(const LootSimpleDialogMessageResponse&,
-                         const LootSimpleDialogMessageResponse&) = default;
 };
 
 }  // namespace Kest::Client::Loot::SVDS

@@ -13,14 +13,14 @@ namespace Kest::Client::Loot::Api {
 // The namespace under which the types of this directory, but the DTOs, are registered.
 inline constexpr const char* kApiNamespace = "Kest::Client::Loot::Api";
 
-// Rarity and type words of the game-data file only; loot items carry theirs as text.
+// Rarities and types of the game-data file only; those of loot items are strings.
 enum class LootRarity : int32_t { kDefault = 0, kEpic, kLegendary, kMythic, kUltimate };
 enum class LootType : int32_t { kChest = 0, kCurrency, kMaterial, kSkin, kSkinRental };
 
-// How the player holds the thing an item stands for, as published.
+// How the player owns what an item unlocks, as published.
 enum class ItemOwnershipStatus : int32_t { kNone = 0, kFree = 1, kRental = 2, kOwned = 3 };
 
-// The same question in the emote inventory's vocabulary. Its numbers differ; never mix the two.
+// The same as the emote inventory reports it. The numbers differ; never mix the two.
 enum class InventoryOwnership : int32_t { kOwned = 0, kRented = 1, kF2p = 2 };
 
 enum class RedeemableStatus : int32_t {

@@ -16,7 +16,7 @@ class TypeRegistry;
 
 namespace Kest::Client::Loot::Api {
 
-// One item of the player's loot. `type` and `rarity` are the service's own words.
+// One item of the player's loot. `type` and `rarity` are the service's own strings.
 struct PlayerLoot {
   std::string lootName;
   std::string lootId;
@@ -62,11 +62,9 @@ struct PlayerLootNotification {
   std::string id;
   int32_t count = 0;
   bool acknowledged = false;
-
-  friend bool operator==(const PlayerLootNotification&, const PlayerLootNotification&) = default;
 };
 
-// The whole inventory by loot id. `version` grows by one with each publication of a difference.
+// The inventory by loot id. `version` grows by one with each publication of a difference.
 struct PlayerLootMap {
   int64_t version = 0;
   PlayerLootItems playerLoot;
@@ -78,8 +76,6 @@ struct PlayerLootMap {
 struct PlayerLootDelta {
   int32_t deltaCount = 0;
   PlayerLoot playerLoot;
-
-  friend bool operator==(const PlayerLootDelta&, const PlayerLootDelta&) = default;
 };
 
 // The result of a craft or redeem.
@@ -87,8 +83,6 @@ struct PlayerLootUpdate {
   std::vector<PlayerLootDelta> added;
   std::vector<PlayerLootDelta> removed;
   std::vector<PlayerLootDelta> redeemed;
-
-  friend bool operator==(const PlayerLootUpdate&, const PlayerLootUpdate&) = default;
 };
 
 // One entry of an item's context menu.
@@ -108,7 +102,7 @@ struct ContextMenu {
   friend bool operator==(const ContextMenu&, const ContextMenu&) = default;
 };
 
-// A grant after a game. `msgId` is empty for a grant out of the login data packet.
+// A grant after a game. `msgId` is empty for a grant from the login data packet.
 struct LootGrantNotification {
   int64_t id = 0;
   uint64_t gameId = 0;
@@ -137,11 +131,9 @@ struct LootItem {
   std::string displayCategories;
   int64_t rentalSeconds = 0;
   int32_t rentalGames = 0;
-
-  friend bool operator==(const LootItem&, const LootItem&) = default;
 };
 
-// The registration comes in two runs, because the recipe types stand between them on the wire.
+// The registration comes in two runs, because the recipe types come between them on the wire.
 // REQUIRES: RegisterLootEnums has run.
 void RegisterInventoryResources(TypeRegistry& registry);
 // REQUIRES: RegisterInventoryResources has run.

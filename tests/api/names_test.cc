@@ -69,20 +69,20 @@ TEST(ValueFormat, ContentTypeDecidesBeforeTheFirstCharacters) {
     bool structured;
     ValueFormat format;
   } kCases[] = {
-      {"plain", "", "{}", false, kText},
+      {"plain", "", "{}", false, kString},
       {"list after spaces", "", " \t\r\n[", true, kJson},
-      {"other whitespace is text", "", "\v[", true, kText},
+      {"other whitespace is text", "", "\v[", true, kString},
       {"documents begin with hyphens", "", " ---\na: 1", true, kYaml},
       {"first MessagePack map", "", "\x80", true, kMessagePack},
-      {"MessagePack text", "", "\xA1", true, kText},
+      {"MessagePack text", "", "\xA1", true, kString},
       {"long MessagePack list", "", "\xDC", true, kMessagePack},
-      {"after the long map", "", "\xE0", true, kText},
-      {"no spaces before MessagePack", "", " \x80", true, kText},
+      {"after the long map", "", "\xE0", true, kString},
+      {"no spaces before MessagePack", "", " \x80", true, kString},
       {"type wins over looks", "application/x-msgpack-ext", "{}", true, kMessagePack},
       {"case and parameters are ignored", "Application/JSON; charset=utf-8", "1", false, kJson},
-      {"another type is not sniffed", "text/plain", "[]", true, kText},
+      {"another type is not sniffed", "text/plain", "[]", true, kString},
       {"YAML value type", "text/x-yaml", "a", false, kYaml},
-      {"YAML body type is none of a value", "application/x-yaml", "a", true, kText},
+      {"YAML body type is none of a value", "application/x-yaml", "a", true, kString},
       {"bytes", "application/octet-stream", "[]", true, kBytes},
   };
   for (const auto& c : kCases) {
