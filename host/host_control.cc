@@ -29,7 +29,7 @@ uint64_t Joined(const uint32_t (&halves)[2]) {
 }
 
 Json StatisticsJson(const KestStatistics& statistics) {
-  return {{"requestsAnswered", Joined(statistics.requestsAnswered)},
+  return {{"requestsHandled", Joined(statistics.requestsHandled)},
           {"requestsFailed", Joined(statistics.requestsFailed)},
           {"eventsReceived", Joined(statistics.eventsReceived)},
           {"eventsPublished", Joined(statistics.eventsPublished)},

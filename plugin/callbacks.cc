@@ -64,7 +64,7 @@ const KestResponse* HandleCounted(void* context, Handle&& handle) noexcept {
         LogError("Request: %s", *text != '\0' ? text : "unknown exception");
         response = FailWithMessage(text);
       });
-  ++runtime->counters.requestsAnswered;
+  ++runtime->counters.requestsHandled;
   if (response.status >= kStatusBadRequest) ++runtime->counters.requestsFailed;
   return Lend(std::move(response));
 }

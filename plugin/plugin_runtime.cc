@@ -33,9 +33,9 @@ void PluginRuntime::Stop() {
   // A call in progress may still start something, so cancelling is repeated. The last time no call
   // is in progress: nothing that uses the plugin object is left when it is destroyed.
   for (;;) {
-    const bool everyoneLeft = gate.CallsInProgress() == 0;
+    const bool isIdle = gate.CallsInProgress() == 0;
     RunAndLog("Stop", [this] { host.CancelAll(); });
-    if (everyoneLeft) break;
+    if (isIdle) break;
     host.Yield();
   }
   plugin.reset();

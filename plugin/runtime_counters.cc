@@ -20,7 +20,7 @@ void RuntimeCounters::MarkStart() {
 
 void WriteStatistics(const RuntimeCounters& counters, KestStatistics* statistics) {
   const Logger& logger = Logger::Instance();
-  WriteWords(counters.requestsAnswered, statistics->requestsAnswered);
+  WriteWords(counters.requestsHandled, statistics->requestsHandled);
   WriteWords(counters.requestsFailed, statistics->requestsFailed);
   WriteWords(counters.eventsReceived, statistics->eventsReceived);
   WriteWords(counters.eventsPublished, statistics->eventsPublished);

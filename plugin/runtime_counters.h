@@ -10,7 +10,7 @@
 namespace Kest {
 
 struct RuntimeCounters {
-  std::atomic<uint64_t> requestsAnswered{0};
+  std::atomic<uint64_t> requestsHandled{0};
   std::atomic<uint64_t> requestsFailed{0};
   std::atomic<uint64_t> eventsReceived{0};
   std::atomic<uint64_t> eventsPublished{0};

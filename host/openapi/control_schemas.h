@@ -43,7 +43,7 @@ constexpr std::string_view kControlSchemas = R"({
       "events": {"first": "uint64", "last": "uint64"},
       "plugin?": "string", "version?": "string", "userAgent?": "string",
       "subscriptions?": ["string"],
-      "statistics?": {"requestsAnswered": "uint64", "requestsFailed": "uint64",
+      "statistics?": {"requestsHandled": "uint64", "requestsFailed": "uint64",
                       "eventsReceived": "uint64", "eventsPublished": "uint64",
                       "warningsLogged": "uint64", "errorsLogged": "uint64"}
     },

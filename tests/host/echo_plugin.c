@@ -129,7 +129,7 @@ static void KEST_ABI OnStop(void* context) {
 
 static void KEST_ABI OnStatistics(void* context, KestStatistics* statistics) {
   (void)context;
-  statistics->requestsAnswered[0] = runs;
+  statistics->requestsHandled[0] = runs;
 }
 
 static const KestCallbackTable callbacks = {OnStart, OnStop, OnStatistics};

@@ -276,7 +276,7 @@ static void Walk(const char* path) {
 
   KestStatistics statistics;
   block.callbacks->statistics(block.context, &statistics);
-  Expect(statistics.requestsAnswered[0] == 2 && statistics.requestsFailed[0] == 1,
+  Expect(statistics.requestsHandled[0] == 2 && statistics.requestsFailed[0] == 1,
          "two requests were counted, one of them failed");
 
   block.callbacks->stop(block.context);
