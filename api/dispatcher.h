@@ -48,11 +48,10 @@ class DeclaredRoute {
   BoundFunction& function_;
 };
 
-// A route of which `left` parameters have no name yet: name them in the order of the handler's.
-// Too few are reported as an unused result, too many do not compile.
+// A route with `left` unnamed parameters: name each with Path, Query, Body, Header or Any, in the
+// order of the handler's. Too few are reported as an unused result, too many do not compile.
 template <size_t left>
-class [[nodiscard(
-    "name each parameter of the handler with Path, Query, Body, Header or Any")]] RouteDeclaration {
+class [[nodiscard("name each parameter of the handler")]] RouteDeclaration {
  public:
   using Next = std::conditional_t<left == 1, DeclaredRoute, RouteDeclaration<left - 1>>;
 
