@@ -27,22 +27,21 @@ std::vector<Api::ContextMenu> WatchedViews::ReadContextMenu(const std::string& l
 }
 
 void WatchedViews::PublishChanges() {
-  for (auto& [lootId, lastPublished] : recipes_) {
-    std::vector<Api::Recipe> now = recipeViews_.InitialItemRecipes(lootId);
-    if (now == lastPublished) continue;
-    lastPublished = std::move(now);
-    client_.Publish("/tav-loot/v1/recipes/initial-item/" + lootId, ResourceEventType::kUpdate,
-                    lastPublished);
-  }
+  const auto publish = [this](auto* lastPublished, const char* prefix, const char* suffix,
+                              const auto& build) {
+    for (auto& [lootId, last] : *lastPublished) {
+      auto view = build(lootId);
+      if (view == last) continue;
+      last = std::move(view);
+      client_.Publish(prefix + lootId + suffix, ResourceEventType::kUpdate, last);
+    }
+  };
+  publish(&recipes_, "/tav-loot/v1/recipes/initial-item/", "",
+          [this](const std::string& lootId) { return recipeViews_.InitialItemRecipes(lootId); });
   if (contextMenus_.empty()) return;
   LootCounts counts(store_.items());
-  for (auto& [lootId, lastPublished] : contextMenus_) {
-    std::vector<Api::ContextMenu> now = menus_.MenuOf(lootId, counts);
-    if (now == lastPublished) continue;
-    lastPublished = std::move(now);
-    client_.Publish("/tav-loot/v1/player-loot/" + lootId + "/context-menu",
-                    ResourceEventType::kUpdate, lastPublished);
-  }
+  publish(&contextMenus_, "/tav-loot/v1/player-loot/", "/context-menu",
+          [&](const std::string& lootId) { return menus_.MenuOf(lootId, counts); });
 }
 
 }  // namespace Kest::Client::Loot

@@ -4,20 +4,6 @@
 
 namespace Kest::Client::Loot::Api {
 
-bool operator==(const PlayerLootMap& left, const PlayerLootMap& right) {
-  if (left.version != right.version || left.playerLoot.size() != right.playerLoot.size()) {
-    return false;
-  }
-  for (const auto& [lootId, item] : left.playerLoot) {
-    const auto found = right.playerLoot.find(lootId);
-    if (found == right.playerLoot.end()) return false;
-    const PlayerLootPointer& other = found->second;
-    if (item == other) continue;
-    if (item == nullptr || other == nullptr || !(*item == *other)) return false;
-  }
-  return true;
-}
-
 void RegisterInventoryResources(TypeRegistry& registry) {
   DefineStruct<PlayerLoot>(registry, "PlayerLoot", kApiNamespace)
       .Field<&PlayerLoot::lootName>("lootName")

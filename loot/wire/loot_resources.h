@@ -68,9 +68,6 @@ struct PlayerLootNotification {
 struct PlayerLootMap {
   int64_t version = 0;
   PlayerLootItems playerLoot;
-
-  // Compares the items themselves, not where they are stored.
-  friend bool operator==(const PlayerLootMap& left, const PlayerLootMap& right);
 };
 
 struct PlayerLootDelta {
@@ -113,8 +110,6 @@ struct LootGrantNotification {
   std::string messageKey;
   std::string msgId;
   uint64_t accountId = 0;
-
-  friend bool operator==(const LootGrantNotification&, const LootGrantNotification&) = default;
 };
 
 // A loot definition as the front end sees it.

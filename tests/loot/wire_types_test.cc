@@ -60,19 +60,5 @@ TEST(WireTypes, AreRegisteredAsTheGoldenTextHasThem) {
   EXPECT_EQ(names.FindByTypeKey(0), "");
 }
 
-TEST(WireTypes, MapsCompareByTheItemsTheyHold) {
-  const auto item = [](int32_t count) {
-    Api::PlayerLoot loot;
-    loot.count = count;
-    return std::make_shared<const Api::PlayerLoot>(loot);
-  };
-  const Api::PlayerLootMap map{4, {{"a-1", item(0)}}};
-  EXPECT_EQ(map, (Api::PlayerLootMap{4, {{"a-1", item(0)}}})) << "equal items in different places";
-  EXPECT_FALSE(map == (Api::PlayerLootMap{5, map.playerLoot}));
-  EXPECT_FALSE(map == (Api::PlayerLootMap{4, {{"a-1", item(1)}}}));
-  EXPECT_FALSE(map == (Api::PlayerLootMap{4, {{"a-1", nullptr}}}));
-  EXPECT_FALSE(map == (Api::PlayerLootMap{4, {{"b", map.playerLoot.at("a-1")}}}));
-}
-
 }  // namespace
 }  // namespace Kest::Client::Loot
