@@ -1,7 +1,5 @@
 #include "loot/loot_endpoints.h"
 
-#include <utility>
-
 #include "loot/calls/chest_notices.h"
 #include "loot/calls/client_configuration.h"
 #include "loot/calls/grant_notices.h"

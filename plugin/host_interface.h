@@ -258,7 +258,7 @@ typedef struct KestApiDescriptor {
 /* Six counters since start, each as two 32-bit halves, low half first, then two zero words. */
 typedef struct KestStatistics {
   uint32_t requestsHandled[2]; /* requests and invocations that reached their end */
-  uint32_t requestsFailed[2];   /* of these, with a status of 400 or above */
+  uint32_t requestsFailed[2];  /* of these, with a status of 400 or above */
   uint32_t eventsReceived[2];
   uint32_t eventsPublished[2];
   uint32_t warningsLogged[2];
