@@ -25,10 +25,10 @@ HttpResponse AskHelp(PluginSession& session, std::string_view format) {
 
 HttpResponse HelpPage(PluginSession& session, std::string_view query) {
   const auto format = RequestTarget{{}, query}.Parameter(kFormat);
-  HttpResponse answer = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
-  if (answer.status != 200 || !answer.body.starts_with('"')) return answer;
-  auto text = ReadJsonString(answer.body);
-  if (!text) return answer;
+  HttpResponse response = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
+  if (response.status != 200 || !response.body.starts_with('"')) return response;
+  auto text = ReadJsonString(response.body);
+  if (!text) return response;
   return {.status = 200,
           .contentType = "text/plain; charset=utf-8",
           .body = std::move(*text),

@@ -28,12 +28,13 @@ class DevelopmentHost {
   DevelopmentHost(HostOptions options, HostLog* log);
   ~DevelopmentHost();
 
-  // The status of a failure that leaves tasks of the plugin behind: the process has to end at once.
+  // The status of a failure that means that tasks of the plugin still run: the process has to end
+  // at once.
   static constexpr int32_t kTooLate = 504;
 
-  // Listens, makes the world, starts the plugin and serves. A failure text is fit to be shown.
+  // Listens, makes the world, starts the plugin and serves. A failure message is fit to be shown.
   Maybe<Nothing> Start();
-  // Stops the plugin, answers what still waits and ends the server. Called once.
+  // Stops the plugin, responds to what still waits and ends the server. Called once.
   Maybe<Nothing> Stop();
 
   // {"ready":true,...} on one line. REQUIRES: started.

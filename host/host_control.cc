@@ -70,7 +70,7 @@ class EventReader : public HttpStream {
   uint64_t position_;
 };
 
-// A body without a type, and with the one that curl sends unless told otherwise, is read as JSON
+// A body without a type, and with the one that curl sends by default, is read as JSON
 // too.
 bool MayBeJson(std::string_view contentType) {
   const std::string_view type = contentType.substr(0, contentType.find(';'));
@@ -81,7 +81,7 @@ bool MayBeJson(std::string_view contentType) {
 
 struct HostControl::Row {
   ControlDescription description;
-  HttpResponse (HostControl::*answer)(const HttpRequest& request);
+  HttpResponse (HostControl::*handle)(const HttpRequest& request);
 };
 
 const HostControl::Row HostControl::kRows[] = {
@@ -169,7 +169,7 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
   for (const Row& row : kRows) {
     if (row.description.path != path) continue;
     if (row.description.method != request.method) return MethodProblem(row.description.method);
-    return (this->*row.answer)(request);
+    return (this->*row.handle)(request);
   }
   if (path.starts_with(kHostPrefix)) return AskWorld(request);
   return ProblemResponse(404, std::string("Nothing is served at ").append(path));
@@ -185,10 +185,10 @@ HttpResponse HostControl::AskWorld(const HttpRequest& request) {
   });
 }
 
-template <typename Answer>
-HttpResponse HostControl::WithSession(Answer answer) {
+template <typename Handler>
+HttpResponse HostControl::WithSession(Handler handle) {
   PluginSession* const session = sessions_->Current();
-  return session != nullptr ? answer(*session) : ProblemResponse(503, kNotRunning);
+  return session != nullptr ? handle(*session) : ProblemResponse(503, kNotRunning);
 }
 
 HttpResponse HostControl::FollowEvents(const HttpRequest& request) {

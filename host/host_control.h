@@ -42,9 +42,9 @@ class HostControl {
   HttpResponse Help(const HttpRequest& request);
   HttpResponse OpenApi(const HttpRequest& request);
   HttpResponse AskWorld(const HttpRequest& request);
-  // What `answer` makes of the running session, or 503 when there is none.
-  template <typename Answer>
-  HttpResponse WithSession(Answer answer);
+  // What `handle` makes of the running session, or 503 when there is none.
+  template <typename Handler>
+  HttpResponse WithSession(Handler handle);
 
   struct Row;
   static const Row kRows[];

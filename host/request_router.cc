@@ -38,12 +38,12 @@ void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
           [this](const HttpRequest& asked) { return control_->Handle(asked); });
 }
 
-void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Answer answer) {
+void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Handler handle) {
   std::string name = request.method + " " + request.target;
-  auto work = [request = std::move(request), respond, answer = std::move(answer)] {
+  auto work = [request = std::move(request), respond, handle = std::move(handle)] {
     HttpResponse result;
     try {
-      result = answer(request);
+      result = handle(request);
     } catch (const std::bad_alloc&) {
       result = ProblemResponse(500, "Out of memory");
     } catch (const std::exception&) {

@@ -21,9 +21,9 @@ class RequestRouter {
   void Handle(HttpRequest request, const Respond& respond);
 
  private:
-  using Answer = std::function<HttpResponse(const HttpRequest&)>;
+  using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
-  void RunTask(HttpRequest request, const Respond& respond, Answer answer);
+  void RunTask(HttpRequest request, const Respond& respond, Handler handle);
   HttpResponse AskPlugin(const HttpRequest& request);
 
   Scheduler* const scheduler_;

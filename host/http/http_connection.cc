@@ -21,7 +21,7 @@ namespace beast = boost::beast;
 namespace http = boost::beast::http;
 
 // What a client may still be sending when it was refused is read for this long, so that it meets
-// the answer and not a reset connection.
+// the response and not a reset connection.
 constexpr auto kLingerTime = std::chrono::seconds(5);
 
 constexpr std::string_view kServerName = "tav-loot-host";
@@ -44,7 +44,7 @@ std::string FieldOf(const Fields& fields, http::field name) {
   return Copy(fields[name]);
 }
 
-// A list that may stand in several fields.
+// A list that may be spread over several fields.
 template <typename Fields>
 std::string ListOf(const Fields& fields, http::field name) {
   std::string list;
@@ -56,7 +56,7 @@ std::string ListOf(const Fields& fields, http::field name) {
   return list;
 }
 
-// "http://name:port/path" as sent to proxies: its name stands for the Host header.
+// "http://name:port/path" as sent to proxies: its name replaces the Host header.
 void SplitAbsoluteTarget(HttpRequest* request) {
   constexpr std::string_view kScheme = "http://";
   if (!request->target.starts_with(kScheme)) return;
@@ -130,7 +130,7 @@ void HttpConnection::OnHead(Error error) {
   request.target = Copy(head.target());
   request.origin = FieldOf(head, http::field::origin);
   SplitAbsoluteTarget(&request);
-  if (auto answer = owner_->Handlers().refuse(request)) return Send(std::move(*answer), true);
+  if (auto response = owner_->Handlers().refuse(request)) return Send(std::move(*response), true);
   if (head.count(http::field::transfer_encoding) != 0 && !head.chunked()) {
     return Send(ProblemResponse(501, "Of the transfer encodings only \"chunked\" is read."), true);
   }
@@ -191,40 +191,40 @@ void HttpConnection::OnReadFailure(Error error) {
   Send(ProblemResponse(400, "The request cannot be read: " + error.message() + "."), true);
 }
 
-// ---- Answering ---------------------------------------------------------------------------------
+// ---- Responding --------------------------------------------------------------------------------
 
 Respond HttpConnection::MakeRespond() {
-  return [weak = weak_from_this()](HttpResponse answer) {
+  return [weak = weak_from_this()](HttpResponse response) {
     auto self = weak.lock();
     if (!self) return;
     const auto executor = self->stream_.get_executor();
-    // The last reference must go on the server's thread, so it travels with the answer.
-    net::post(executor, [self = std::move(self), answer = std::move(answer)]() mutable {
+    // The last reference must go on the server's thread, so it travels with the response.
+    net::post(executor, [self = std::move(self), response = std::move(response)]() mutable {
       if (self->phase_ != Phase::kHandling) return;
-      if (answer.stream) return self->BeginStream(std::move(answer.stream));
-      self->Send(std::move(answer), self->closeAfter_);
+      if (response.stream) return self->BeginStream(std::move(response.stream));
+      self->Send(std::move(response), self->closeAfter_);
     });
   };
 }
 
-void HttpConnection::Send(HttpResponse answer, bool andClose) {
+void HttpConnection::Send(HttpResponse response, bool andClose) {
   phase_ = Phase::kWriting;
   closeAfter_ = andClose || finishing_;
   const auto& request = parser_->get();
   const bool onlyHead = request.method() == http::verb::head;
   response_ = Response();
   response_.version(request.version() == 10 ? 10 : 11);
-  response_.result(static_cast<unsigned>(answer.status));
-  response_.reason(std::string(ReasonPhrase(answer.status)));
+  response_.result(static_cast<unsigned>(response.status));
+  response_.reason(std::string(ReasonPhrase(response.status)));
   response_.set(http::field::server, beast::string_view(kServerName.data(), kServerName.size()));
   response_.set(http::field::cache_control, "no-store");
   response_.set("X-Content-Type-Options", "nosniff");
-  if (!answer.allow.empty()) response_.set(http::field::allow, answer.allow);
-  if (answer.variesByAccept) response_.set(http::field::vary, "Accept");
-  if (!answer.contentType.empty()) response_.set(http::field::content_type, answer.contentType);
-  if (answer.status != 204) response_.content_length(answer.body.size());
+  if (!response.allow.empty()) response_.set(http::field::allow, response.allow);
+  if (response.variesByAccept) response_.set(http::field::vary, "Accept");
+  if (!response.contentType.empty()) response_.set(http::field::content_type, response.contentType);
+  if (response.status != 204) response_.content_length(response.body.size());
   response_.keep_alive(!closeAfter_);
-  if (!onlyHead && answer.status != 204) response_.body() = std::move(answer.body);
+  if (!onlyHead && response.status != 204) response_.body() = std::move(response.body);
   LimitWrite();
   http::async_write(stream_, response_, Bind(&HttpConnection::OnSent));
 }
@@ -261,7 +261,7 @@ void HttpConnection::LimitWrite() {
   stream_.expires_never();
   writing_.expires_after(owner_->Limits().write);
   writing_.async_wait([self = shared_from_this()](Error error) {
-    // An earlier write's end may stand in the queue when the next one has begun.
+    // The end of an earlier write may still be queued when the next one has begun.
     if (!error && self->writing_.expiry() <= net::steady_timer::clock_type::now()) self->Close();
   });
 }

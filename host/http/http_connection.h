@@ -43,7 +43,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void Start();
   // A stream looks for something new.
   void Wake();
-  // Closes now, or after the answer a request waits for.
+  // Closes now, or after the response a request waits for.
   void Finish();
   void Close();
   // Whether nothing is under way that would ever end it: its last step was broken off by an
@@ -65,7 +65,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   HttpRequest TakeRequest();
   Respond MakeRespond();
 
-  void Send(HttpResponse answer, bool andClose);
+  void Send(HttpResponse response, bool andClose);
   void OnSent(Error error);
   void Linger();
   void Discard();

@@ -36,7 +36,7 @@ struct HttpResponse {
   std::unique_ptr<HttpStream> stream = nullptr;  // instead of `body`
 };
 
-// Gives the one answer to one request. Any thread, exactly once.
+// Gives the one response to one request. Any thread, exactly once.
 using Respond = std::function<void(HttpResponse)>;
 
 struct HttpHandlers {

@@ -61,9 +61,9 @@ HttpResponse ProblemResponse(int status, std::string_view detail) {
 }
 
 HttpResponse MethodProblem(std::string_view allowed) {
-  HttpResponse answer = ProblemResponse(405, std::string("Allowed here: ").append(allowed));
-  answer.allow = allowed;
-  return answer;
+  HttpResponse response = ProblemResponse(405, std::string("Allowed here: ").append(allowed));
+  response.allow = allowed;
+  return response;
 }
 
 }  // namespace Kest::Host

@@ -1,4 +1,4 @@
-// The answers the host makes itself: JSON bodies and problem documents.
+// The responses the host makes itself: JSON bodies and problem documents.
 #pragma once
 
 #include <string>

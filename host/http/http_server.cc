@@ -29,12 +29,12 @@ using Error = boost::system::error_code;
 
 constexpr auto kAcceptRetry = std::chrono::milliseconds(100);
 
-// The whole answer to a connection beyond the limit; it never becomes an HttpConnection.
+// The whole response to a connection beyond the limit; it never becomes an HttpConnection.
 std::string FullText() {
-  const HttpResponse answer = ProblemResponse(503, "Too many connections.");
+  const HttpResponse response = ProblemResponse(503, "Too many connections.");
   return "HTTP/1.1 503 Service Unavailable\r\nConnection: close\r\nContent-Type: " +
-         answer.contentType + "\r\nContent-Length: " + std::to_string(answer.body.size()) +
-         "\r\n\r\n" + answer.body;
+         response.contentType + "\r\nContent-Length: " + std::to_string(response.body.size()) +
+         "\r\n\r\n" + response.body;
 }
 
 }  // namespace

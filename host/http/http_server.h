@@ -1,9 +1,9 @@
-// The host's HTTP/1.1 server: keep-alive, pipelined requests answered in order, streams.
+// The host's HTTP/1.1 server: keep-alive, pipelined requests with responses in order, streams.
 //
 // Threads:  one of its own for all connections; the handlers are called on it and must not block.
-// Limits:   those of http_limits.h; what exceeds a size is answered with a problem
+// Limits:   those of http_limits.h; what exceeds a size gets a problem
 //           document (503, 431, 413). A connection that runs into a time-out is closed. Nothing
-//           grows: one answer or one piece of a stream is held for each connection.
+//           grows: one response or one piece of a stream is held for each connection.
 #pragma once
 
 #include <chrono>
@@ -22,7 +22,7 @@ class HttpServer {
   // Listens on `address` and `port` (0: any free one) without serving yet. The failure names both.
   static Maybe<std::unique_ptr<HttpServer>> Listen(const std::string& address, uint16_t port,
                                                    HttpLimits limits);
-  // Ends all connections. Answers that come later are dropped; whoever may still give one must be
+  // Ends all connections. Later responses are dropped; what may still give one must be
   // gone before the server is destroyed.
   ~HttpServer();
   HttpServer(const HttpServer&) = delete;
@@ -34,7 +34,7 @@ class HttpServer {
   void Serve(HttpHandlers handlers);
   // [any thread] The streams may have something new.
   void WakeStreams();
-  // [any thread] Accepts no more connections and closes each after the answer it waits for.
+  // [any thread] Accepts no more connections and closes each after the response it waits for.
   // Returns when all are gone or after `limit`. Called once.
   void Finish(std::chrono::milliseconds limit);
 

@@ -16,7 +16,7 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   });
 }
 
-// "name:port" without its port; the text as it stands when what follows the colon is no port.
+// "name:port" without its port; unchanged when what follows the colon is no port.
 std::string_view WithoutPort(std::string_view hostAndPort) {
   const size_t colon = hostAndPort.rfind(':');
   if (colon == std::string_view::npos) return hostAndPort;

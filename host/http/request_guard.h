@@ -1,5 +1,5 @@
 // Refuses requests that a web page on another site could have caused: the host serves the player's
-// account to whoever reaches its port, and a browser reaches loopback too.
+// account to all that reach its port, and a browser reaches loopback too.
 //
 // Host header:  must name this machine, so that a foreign name that was made to resolve to loopback
 //               is turned away.

@@ -5,7 +5,7 @@
 namespace Kest::Host {
 namespace {
 
-// Cuts `*text` behind the first `separator` and answers what stood before it.
+// Removes the part of `*text` up to the first `separator` and returns what precedes that.
 std::string_view TakeUpTo(char separator, std::string_view* text) {
   const size_t end = text->find(separator);
   const std::string_view head = text->substr(0, end);

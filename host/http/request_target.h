@@ -9,7 +9,7 @@ namespace Kest::Host {
 
 struct RequestTarget {
   std::string_view path;
-  std::string_view query;  // behind the "?"
+  std::string_view query;  // after the "?"
 
   // Borrows `target`.
   static RequestTarget Split(std::string_view target);
@@ -17,7 +17,7 @@ struct RequestTarget {
   std::optional<std::string_view> Parameter(std::string_view name) const;
 };
 
-// A whole number in decimal digits alone, or nothing.
+// An integer of decimal digits alone, or nothing.
 std::optional<uint64_t> ParseNumber(std::string_view text);
 
 }  // namespace Kest::Host

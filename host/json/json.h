@@ -1,5 +1,5 @@
-// The JSON library as the host uses it: members keep their order, and nothing throws but for want of
-// memory. Headers that only pass JSON on as text include json_text.h instead.
+// The JSON library as the host uses it: members keep their order, and nothing throws but for want
+// of memory. Headers that only pass JSON on as text include json_text.h instead.
 #pragma once
 
 #include <nlohmann/json.hpp>

@@ -1,4 +1,4 @@
-// The system's loader of shared libraries, behind three functions for the two systems.
+// The system's loader of shared libraries: three functions for the two systems.
 #pragma once
 
 #include <string>

@@ -23,8 +23,7 @@ Json Parameter(const std::string& name, std::string_view place, bool required, J
 }
 
 Json ParametersOf(const ControlDescription& control) {
-  Json described =
-      control.parameters.empty() ? Json::object() : ParseJson(control.parameters);
+  Json described = control.parameters.empty() ? Json::object() : ParseJson(control.parameters);
   Json parameters = Json::array();
   for (const PathParameter& inPath : PathParameters(control.path)) {
     Json schema = ExpandSchema(described.value(inPath.name, Json("string")));

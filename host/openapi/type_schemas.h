@@ -1,4 +1,4 @@
-// JSON schemas of the plugin's values: the form in which the plugin answers them.
+// JSON schemas of the plugin's values: the form in which the plugin returns them.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ namespace Kest::Host {
 using NamedSchemas = std::vector<std::pair<std::string, Json>>;
 
 // The schema of a value of that type; a type of `help` is referred to, and so are the 64-bit
-// numbers, which are too wide for the numbers of JavaScript. What `help` does not tell may be
+// numbers, which are too wide for the numbers of JavaScript. What `help` does not describe may be
 // anything. `element`: of "vector" and "map".
 Json ValueSchema(const ApiHelp& help, std::string_view type, std::string_view element);
 

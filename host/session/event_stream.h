@@ -35,9 +35,9 @@ class EventStream {
   // is the value as one JSON document, empty for none.
   void Append(std::string_view uri, std::string_view eventType, std::string_view json);
 
-  // The events behind `*position` as stream text, about `atMost` bytes of them but at least one;
-  // moves `*position` to the last one answered. Empty: there is nothing newer. A position this
-  // stream never gave (from before a restart) is answered by a gap event and then from the start.
+  // The events after `*position` as stream text, about `atMost` bytes of them but at least one;
+  // moves `*position` to the last one returned. Empty: there is nothing newer. A position this
+  // stream never gave (from before a restart) gives a gap event and then all that is held.
   std::string Read(uint64_t* position, size_t atMost) const;
 
   Range Held() const;

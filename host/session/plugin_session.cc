@@ -11,7 +11,8 @@ namespace {
 HttpResponse ToResponse(int status, std::string_view message, std::string_view contentType,
                         std::string_view body) {
   if (status < 200 || status > 599) {
-    return ProblemResponse(502, "Answered with the status " + std::to_string(status) + ".");
+    return ProblemResponse(502,
+                           "The plugin responded with the status " + std::to_string(status) + ".");
   }
   if (status >= 400) return ProblemResponse(status, message);
   return {.status = status,
@@ -78,24 +79,24 @@ HttpResponse PluginSession::Invoke(std::string_view function,
       block.api->invoke(block.context, Text(function), arguments.data(), arguments.size()));
 }
 
-// Copies what the plugin answered and gives it back.
-HttpResponse PluginSession::TakeResponse(const KestResponse* answered) {
+// Copies the plugin's response and gives it back.
+HttpResponse PluginSession::TakeResponse(const KestResponse* given) {
   const KestHandshakeBlock& block = library_->Block();
-  const auto giveBack = [&block](const KestResponse* response) {
-    block.api->release(block.context, response);
+  const auto giveBack = [&block](const KestResponse* owned) {
+    block.api->release(block.context, owned);
   };
-  const std::unique_ptr<const KestResponse, decltype(giveBack)> response(answered, giveBack);
-  if (!response) return ProblemResponse(500, "Out of memory");
-  HttpResponse answer = ToResponse(response->status, View(response->message),
-                                   View(response->contentType), View(response->body));
-  answer.variesByAccept = answer.status == 200;
-  return answer;
+  const std::unique_ptr<const KestResponse, decltype(giveBack)> owned(given, giveBack);
+  if (!owned) return ProblemResponse(500, "Out of memory");
+  HttpResponse response =
+      ToResponse(owned->status, View(owned->message), View(owned->contentType), View(owned->body));
+  response.variesByAccept = response.status == 200;
+  return response;
 }
 
 HttpResponse PluginSession::Control(const HttpRequest& request, std::string_view path) {
-  const WorldResponse answer = world_->Control(request.method, path, request.body);
+  const WorldResponse response = world_->Control(request.method, path, request.body);
   services_.DispatchWorldEvents();
-  return ToResponse(answer.status, answer.message, answer.contentType, answer.body);
+  return ToResponse(response.status, response.message, response.contentType, response.body);
 }
 
 std::string PluginSession::Version() const {

@@ -28,7 +28,7 @@ class PluginSession {
     HostLog* log;
   };
 
-  // Loads the library. A failure text is fit to be shown.
+  // Loads the library. A failure message is fit to be shown.
   static Maybe<std::unique_ptr<PluginSession>> Open(const std::string& libraryPath,
                                                     std::unique_ptr<World> world,
                                                     const Surroundings& surroundings);
@@ -39,9 +39,9 @@ class PluginSession {
   // without a successful Start do nothing.
   void Stop();
 
-  // Hands a request to the plugin; answers its body, or a problem document for a failure.
+  // Hands a request to the plugin; returns its response, a problem document for a failure.
   HttpResponse Request(const HttpRequest& request);
-  // Calls a function of the plugin by its name. Answers as Request.
+  // Calls a function of the plugin by its name. Returns as Request.
   HttpResponse Invoke(std::string_view function, std::span<const KestValue> arguments);
   // Hands a control request to the world and delivers what it causes.
   HttpResponse Control(const HttpRequest& request, std::string_view path);
@@ -56,7 +56,7 @@ class PluginSession {
   PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
                 const Surroundings& surroundings);
 
-  HttpResponse TakeResponse(const KestResponse* answered);
+  HttpResponse TakeResponse(const KestResponse* given);
   void Leave();
 
   const std::unique_ptr<PluginLibrary> library_;

@@ -30,7 +30,7 @@ struct ServiceTable::Sent {
   void* context;
 };
 
-// No exception leaves an entry: what runs out of memory answers as refused.
+// No exception leaves an entry: what runs out of memory counts as refused.
 struct ServiceTable::Entries {
   static ServiceTable& Of(const KestHostServices* self) {
     return *reinterpret_cast<const OwnedTable*>(self)->services;
@@ -47,7 +47,7 @@ struct ServiceTable::Entries {
     }
     return refused;
   }
-  // For an entry that answers nothing and belongs on a task.
+  // For an entry that returns nothing and belongs on a task.
   template <typename Call>
   static void OnTask(const KestHostServices* self, std::string_view entry, Call call) noexcept {
     Guarded(self, false, [&](ServiceTable& services) {
@@ -157,15 +157,15 @@ bool ServiceTable::Request(const KestRequest& request, KestCompletion completion
 }
 
 void ServiceTable::Complete(const Sent& sent) {
-  WorldResponse answer;
+  WorldResponse result;
   try {
-    answer = wiring_.world->Request(sent.method, sent.url, sent.contentType, sent.body);
+    result = wiring_.world->Request(sent.method, sent.url, sent.contentType, sent.body);
     DispatchWorldEvents();
   } catch (const std::bad_alloc&) {  // a completion that never came would be waited for
-    answer = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
+    result = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
   }
-  const KestResponse response = {answer.status, Text(answer.message), Text(answer.contentType),
-                                 Bytes(answer.body)};
+  const KestResponse response = {result.status, Text(result.message), Text(result.contentType),
+                                 Bytes(result.body)};
   sent.completion(sent.context, &response);
 }
 

@@ -3,7 +3,7 @@
 //
 // Threads:  [task] on the scheduler's tasks, except where a function says otherwise.
 // Rules:    an entry that the plugin calls on a wrong thread, or with an argument the interface
-//           forbids, is refused and told in the log; the host goes on.
+//           forbids, is refused and logged; the host goes on.
 // Lifetime: the table is valid from construction to destruction. After Close nothing of the plugin
 //           is called through it any more.
 #pragma once
@@ -57,7 +57,7 @@ class ServiceTable {
     KestHostServices entries;  // first: an entry finds its services by the table's address
     ServiceTable* services;
   };
-  struct Entries;  // the functions behind the table
+  struct Entries;  // the functions of the table
   struct Sent;     // a request on its way
 
   bool CheckTask(std::string_view entry) const;

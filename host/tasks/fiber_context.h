@@ -1,4 +1,4 @@
-// One stack of its own, and the two switches between it and whoever enters it: Boost.Context where
+// One stack of its own, and the two switches between it and its caller: Boost.Context where
 // there is a library of it, the system's fibers on Windows.
 //
 // Threads: made, entered and destroyed on one thread.

@@ -13,7 +13,7 @@ namespace {
 
 using boost::context::fiber;
 
-// Forgets a context that nobody enters again. Its destructor would unwind the stack by an
+// Forgets a context that is never entered again. Its destructor would unwind the stack by an
 // exception; ours has nothing to unwind, and its memory is given back by its owner.
 void Forget(fiber&& context) {
   alignas(fiber) unsigned char neverDestroyed[sizeof(fiber)];
@@ -49,7 +49,7 @@ struct FiberContext::State {
   boost::context::stack_context stack;
   FiberSwitch notes;
   fiber inside;   // the body, while it is left
-  fiber outside;  // whoever entered the body, while it runs
+  fiber outside;  // the caller of Enter, while the body runs
 };
 
 FiberContext::FiberContext(size_t stackBytes, Body body, void* argument)

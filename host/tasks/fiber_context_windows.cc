@@ -7,7 +7,7 @@
 namespace Kest::Host {
 namespace {
 
-// Lets the calling thread switch to fibers for a scope; a thread that ends leaves nothing behind.
+// Lets the calling thread switch to fibers for a scope; nothing is left of it when the thread ends.
 class FiberThread {
  public:
   FiberThread() : self_(ConvertThreadToFiberEx(nullptr, FIBER_FLAG_FLOAT_SWITCH)) {
@@ -29,7 +29,7 @@ struct FiberContext::State {
   Body body;
   void* argument;
   void* inside = nullptr;
-  void* outside = nullptr;  // whoever entered the body, while it runs
+  void* outside = nullptr;  // the caller of Enter, while the body runs
 
   static void CALLBACK Start(void* state) {
     auto* const self = static_cast<State*>(state);

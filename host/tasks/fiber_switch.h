@@ -1,5 +1,6 @@
-// Tells AddressSanitizer and ThreadSanitizer which stack a fiber switch leaves and enters; without
-// them every call is empty. Each side of a switch calls Leave just before and Arrive just after it.
+// Announces to AddressSanitizer and ThreadSanitizer which stack a fiber switch leaves and enters;
+// without them every call is empty. Each side of a switch calls Leave just before and Arrive just
+// after it.
 #pragma once
 
 #include <cstddef>
@@ -29,7 +30,7 @@
 
 namespace Kest::Host {
 
-// The notes of one fiber: its own stack, and that of whoever resumed it.
+// The notes of one fiber: its own stack, and that of its caller.
 class FiberSwitch {
  public:
   // `bottom` is the lowest address of the fiber's stack.

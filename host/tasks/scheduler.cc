@@ -36,17 +36,17 @@ bool Scheduler::End() {
   }
   changed_.NotifyAll();
   if (thread_.joinable()) thread_.join();
-  return !leftBehind_;
+  return !abandoned_;
 }
 
 Scheduler::Posted Scheduler::Post(Task task) {
   {
     const MutexLock lock(mutex_);
     if (closed_) return Posted::kRefused;
-    const auto standsFor = [&](const Task& other) {
+    const auto replaces = [&](const Task& other) {
       return other.merge && other.owner == task.owner && other.name == task.name;
     };
-    if (task.merge && std::any_of(queued_.begin(), queued_.end(), standsFor)) {
+    if (task.merge && std::any_of(queued_.begin(), queued_.end(), replaces)) {
       return Posted::kMerged;
     }
     queued_.push_back(std::move(task));
@@ -150,7 +150,7 @@ void Scheduler::Run() {
     progress |= TakeWake();
     progress |= ResumeYielded() > 0;
   }
-  leftBehind_ = !started_.empty();
+  abandoned_ = !started_.empty();
   for (auto& running : started_) static_cast<void>(running.release());
 }
 
@@ -223,7 +223,7 @@ void Scheduler::Start(Task task) {
   Continue(started_.back().get());
 }
 
-// Answers how many of the yielded tasks ended.
+// Returns how many of the yielded tasks ended.
 size_t Scheduler::ResumeYielded() {
   std::vector<RunningTask*> yielded;
   for (const auto& running : started_) yielded.push_back(running.get());

@@ -36,7 +36,7 @@ class Scheduler {
     std::string name;
     Work work;
     const void* owner = nullptr;  // Drop(owner) takes its tasks back
-    bool merge = false;           // one waiting task of this owner and name stands for all
+    bool merge = false;           // one waiting task of this owner and name serves for all
   };
   struct TaskReport {
     std::string name;
@@ -54,7 +54,7 @@ class Scheduler {
   Scheduler(const Scheduler&) = delete;
   Scheduler& operator=(const Scheduler&) = delete;
 
-  // [any thread] Queues a task behind those already queued.
+  // [any thread] Queues a task after those already queued.
   Posted Post(Task task);
   // [any thread] The same, due after `delay`; never merged. False: refused.
   bool PostAfter(std::chrono::milliseconds delay, Task task);
@@ -66,8 +66,8 @@ class Scheduler {
   // [any thread] Refuses tasks from now on, forgets the delayed ones; the queued ones still run.
   void Close();
   // [the owner's thread] Closes, and gives the tasks that run up to five seconds to end. False:
-  // some still wait. They are left behind with their fibers: a stack belongs to code that cannot be
-  // asked to leave it. What they use must not be taken from under them. A second call answers the
+  // some still wait. They are abandoned with their fibers: a stack belongs to code that cannot be
+  // asked to leave it. What they use must not be taken from under them. A second call returns the
   // same.
   bool End();
 
@@ -118,7 +118,7 @@ class Scheduler {
   std::vector<std::unique_ptr<Fiber>> spare_;
   RunningTask* current_ = nullptr;
   size_t watchers_ = 0;  // tasks inside WaitUntilQuiet
-  bool leftBehind_ = false;
+  bool abandoned_ = false;
 
   std::thread thread_;
 };

@@ -92,7 +92,7 @@ std::optional<std::string> World::Resource(std::string_view path) const {
 
 WorldResponse World::Control(std::string_view method, std::string_view path,
                              std::string_view body) {
-  return AnswerControl(state_->platform, method, path, body);
+  return CallControl(state_->platform, method, path, body);
 }
 
 std::vector<WorldEvent> World::TakeEvents() {

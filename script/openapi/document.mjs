@@ -9,7 +9,7 @@ const [url, endpointCount] = process.argv.slice(2);
 const text = await (await fetch(`${url}/_host/openapi.json`)).text();
 const again = await (await fetch(`${url}/_host/openapi.json`)).text();
 const document = JSON.parse(text);
-check(JSON.stringify(document).length === text.length, "no member stands twice");
+check(JSON.stringify(document).length === text.length, "no member is a duplicate");
 check(text === again, "the document is the same each time");
 check(document.openapi === "3.1.0", "it is of OpenAPI 3.1");
 
@@ -28,7 +28,7 @@ const config = await createConfig({
   },
 });
 const source = JSON.stringify(document, null, 1);
-// Two templates fit one path, and the first answers it: the recipes of an item that is named "craft".
+// Two templates fit one path, and the first serves it: the recipes of an item that is named "craft".
 const known = "`/tav-loot/v1/recipes/initial-item/{lootId}` and `/tav-loot/v1/recipes/{recipeName}/craft`";
 const found = await lintFromString({ source, absoluteRef: "openapi.json", config });
 const problems = found.filter((p) => !(p.ruleId === "no-ambiguous-paths" && p.message.includes(known)));

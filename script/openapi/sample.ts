@@ -8,8 +8,8 @@ type PlayerLoot = Schemas["PlayerLoot"];
 type Method = "get" | "put" | "post" | "delete";
 type Operation<P extends keyof paths, M extends Method> = NonNullable<paths[P][M]>;
 type Content<R> = R extends { content: { "application/json": infer Body } } ? Body : undefined;
-// What a call answers: the body of its 200, or nothing with 204.
-type Answer<P extends keyof paths, M extends Method> =
+// What a call returns: the body of its 200, or nothing with 204.
+type Result<P extends keyof paths, M extends Method> =
   Operation<P, M> extends { responses: { 200: infer R } } ? Content<R>
   : Operation<P, M> extends { responses: { 204: unknown } } ? undefined
   : never;
@@ -30,7 +30,7 @@ async function call<P extends keyof paths, M extends Method>(
   path: P,
   given: Given<P, M>,
   body?: Body<P, M>,
-): Promise<Answer<P, M>> {
+): Promise<Result<P, M>> {
   const values = given as { path?: Record<string, unknown>; query?: Record<string, unknown> };
   const query = new URLSearchParams();
   for (const [name, value] of Object.entries(values.query ?? {})) query.set(name, String(value));
@@ -41,36 +41,36 @@ async function call<P extends keyof paths, M extends Method>(
     body: body === undefined ? null : JSON.stringify(body),
   });
   if (!response.ok) throw new ApiFailure((await response.json()) as Schemas["Problem"]);
-  return (response.status === 204 ? undefined : await response.json()) as Answer<P, M>;
+  return (response.status === 204 ? undefined : await response.json()) as Result<P, M>;
 }
 
 // Every endpoint of the plugin, with exactly the result it has.
 type Same<A, B> = (<T>() => T extends A ? 1 : 2) extends <T>() => T extends B ? 1 : 2 ? true : never;
 type Rows = [
-  Same<Answer<"/tav-loot/v1/refresh", "post">, string>,
-  Same<Answer<"/tav-loot/v1/enabled", "get">, boolean>,
-  Same<Answer<"/tav-loot/v1/ready", "get">, boolean>,
-  Same<Answer<"/tav-loot/v1/player-loot", "get">, PlayerLoot[]>,
-  Same<Answer<"/tav-loot/v1/player-loot-map", "get">, { [lootId: string]: PlayerLoot }>,
-  Same<Answer<"/tav-loot/v2/player-loot-map", "get">, Schemas["PlayerLootMap"]>,
-  Same<Answer<"/tav-loot/v1/player-loot/{lootId}", "get">, PlayerLoot>,
-  Same<Answer<"/tav-loot/v1/player-display-categories", "get">, string[]>,
-  Same<Answer<"/tav-loot/v1/new-player-check-done", "get">, boolean>,
-  Same<Answer<"/tav-loot/v1/new-player-check-done/{newValue}", "post">, string>,
-  Same<Answer<"/tav-loot/v1/recipes/configuration", "get">, Schemas["RecipeMenuConfig"]>,
-  Same<Answer<"/tav-loot/v1/currency-configuration", "get">, Schemas["CurrencyConfiguration"]>,
-  Same<Answer<"/tav-loot/v1/recipes/initial-item/{lootId}", "get">, Schemas["Recipe"][]>,
-  Same<Answer<"/tav-loot/v1/recipes/initial-item/{lootId}", "post">, Schemas["Recipe"][]>,
-  Same<Answer<"/tav-loot/v1/recipes/{recipeName}/craft", "post">, Schemas["PlayerLootUpdate"]>,
-  Same<Answer<"/tav-loot/v1/player-loot/{lootName}/redeem", "post">, Schemas["PlayerLootUpdate"]>,
-  Same<Answer<"/tav-loot/v1/loot-grants", "get">, Schemas["LootGrantNotification"][]>,
-  Same<Answer<"/tav-loot/v1/loot-grants/{id}", "delete">, undefined>,
-  Same<Answer<"/tav-loot/v1/player-loot/{lootId}/context-menu", "get">, Schemas["ContextMenu"][]>,
-  Same<Answer<"/tav-loot/v1/player-loot/{lootId}/context-menu", "post">, Schemas["ContextMenu"][]>,
-  Same<Answer<"/tav-loot/v1/player-loot/{lootId}/new-notification", "delete">, undefined>,
-  Same<Answer<"/tav-loot/v1/loot-items", "get">, Schemas["LootItem"][]>,
-  Same<Answer<"/tav-loot/v1/player-loot-notifications", "get">, Schemas["PlayerLootNotification"][]>,
-  Same<Answer<"/tav-loot/v1/player-loot-notifications/{id}/acknowledge", "post">, string>,
+  Same<Result<"/tav-loot/v1/refresh", "post">, string>,
+  Same<Result<"/tav-loot/v1/enabled", "get">, boolean>,
+  Same<Result<"/tav-loot/v1/ready", "get">, boolean>,
+  Same<Result<"/tav-loot/v1/player-loot", "get">, PlayerLoot[]>,
+  Same<Result<"/tav-loot/v1/player-loot-map", "get">, { [lootId: string]: PlayerLoot }>,
+  Same<Result<"/tav-loot/v2/player-loot-map", "get">, Schemas["PlayerLootMap"]>,
+  Same<Result<"/tav-loot/v1/player-loot/{lootId}", "get">, PlayerLoot>,
+  Same<Result<"/tav-loot/v1/player-display-categories", "get">, string[]>,
+  Same<Result<"/tav-loot/v1/new-player-check-done", "get">, boolean>,
+  Same<Result<"/tav-loot/v1/new-player-check-done/{newValue}", "post">, string>,
+  Same<Result<"/tav-loot/v1/recipes/configuration", "get">, Schemas["RecipeMenuConfig"]>,
+  Same<Result<"/tav-loot/v1/currency-configuration", "get">, Schemas["CurrencyConfiguration"]>,
+  Same<Result<"/tav-loot/v1/recipes/initial-item/{lootId}", "get">, Schemas["Recipe"][]>,
+  Same<Result<"/tav-loot/v1/recipes/initial-item/{lootId}", "post">, Schemas["Recipe"][]>,
+  Same<Result<"/tav-loot/v1/recipes/{recipeName}/craft", "post">, Schemas["PlayerLootUpdate"]>,
+  Same<Result<"/tav-loot/v1/player-loot/{lootName}/redeem", "post">, Schemas["PlayerLootUpdate"]>,
+  Same<Result<"/tav-loot/v1/loot-grants", "get">, Schemas["LootGrantNotification"][]>,
+  Same<Result<"/tav-loot/v1/loot-grants/{id}", "delete">, undefined>,
+  Same<Result<"/tav-loot/v1/player-loot/{lootId}/context-menu", "get">, Schemas["ContextMenu"][]>,
+  Same<Result<"/tav-loot/v1/player-loot/{lootId}/context-menu", "post">, Schemas["ContextMenu"][]>,
+  Same<Result<"/tav-loot/v1/player-loot/{lootId}/new-notification", "delete">, undefined>,
+  Same<Result<"/tav-loot/v1/loot-items", "get">, Schemas["LootItem"][]>,
+  Same<Result<"/tav-loot/v1/player-loot-notifications", "get">, Schemas["PlayerLootNotification"][]>,
+  Same<Result<"/tav-loot/v1/player-loot-notifications/{id}/acknowledge", "post">, string>,
 ];
 export const rows: Rows = [
   true, true, true, true, true, true, true, true, true, true, true, true,
@@ -99,7 +99,7 @@ export async function loadShelves(): Promise<Map<string, PlayerLoot[]>> {
   return shelves;
 }
 
-// The open button: runs a recipe and tells what came of it.
+// The open button: runs a recipe and reports what came of it.
 export async function openChest(recipeName: string, lootId: string, repeat: number): Promise<string[]> {
   try {
     const given = { path: { recipeName }, query: { repeat } };

@@ -31,7 +31,7 @@ export const samples = {
   ResetService: { path: { method: "redeemPlayerLoot" } },
 };
 
-// Requests that fail: the status each answers.
+// Requests that fail: the status each returns.
 const craft = { method: "POST", path: "/tav-loot/v1/recipes/NOTHING_known/craft" };
 export const refusals = [
   { status: 404, method: "GET", path: "/tav-loot/v1/player-loot/CHEST_unknown" },

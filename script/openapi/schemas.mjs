@@ -22,7 +22,7 @@ export function readSchemas(document) {
   ajv.addVocabulary(["paths", "components", "x-nameSpace"]);
   ajv.addSchema(closed({ $id: id, paths: document.paths, components: document.components }));
 
-  // Why `value` does not fit what stands at the place ["components", "schemas", "Problem"], or nothing.
+  // Why `value` does not fit what is at the place ["components", "schemas", "Problem"], or nothing.
   return (place, value) => {
     const pointer = place.map((part) => part.replaceAll("~", "~0").replaceAll("/", "~1")).map(encodeURIComponent);
     const reference = `${id}#/${pointer.join("/")}`;

@@ -16,7 +16,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// The whole host with a plugin that answers what it is asked.
+// The whole host with a plugin that returns what it is asked.
 class DevelopmentHostTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -65,7 +65,7 @@ class DevelopmentHostTest : public testing::Test {
   bool stopped_ = false;
 };
 
-TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
+TEST_F(DevelopmentHostTest, TurnsResponsesOfThePluginAndItsOwnIntoHttp) {
   struct Case {
     std::string request;
     const char *status, *ending;
@@ -102,22 +102,22 @@ TEST_F(DevelopmentHostTest, TurnsThePluginsAnswersAndItsOwnIntoHttp) {
       {"GET /_host/health HTTP/1.1\r\nHost: a.example\r\n\r\n", "403 ", "}"}};
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.request);
-    const std::string answer = Ask(c.request);
-    EXPECT_THAT(answer, StartsWith(std::string("HTTP/1.1 ") + c.status));
-    EXPECT_THAT(answer, EndsWith(c.ending));
-    const bool isFailure = answer[9] >= '4';
-    EXPECT_EQ(answer.find("Content-Type: application/problem+json") != std::string::npos,
+    const std::string response = Ask(c.request);
+    EXPECT_THAT(response, StartsWith(std::string("HTTP/1.1 ") + c.status));
+    EXPECT_THAT(response, EndsWith(c.ending));
+    const bool isFailure = response[9] >= '4';
+    EXPECT_EQ(response.find("Content-Type: application/problem+json") != std::string::npos,
               isFailure);
   }
 }
 
 TEST_F(DevelopmentHostTest, BytesGoBothWaysAsTheyAre) {
   const std::string bytes("\x81\0\xFF\r\n\0", 6);
-  const std::string answer =
+  const std::string response =
       Ask(WithBody("POST /tav-loot/v1/bytes", "application/x-msgpack", bytes));
-  EXPECT_THAT(answer, HasSubstr("\r\nVary: Accept\r\n"));
-  EXPECT_THAT(answer, HasSubstr("\r\nContent-Type: application/x-msgpack\r\n"));
-  EXPECT_THAT(answer, EndsWith("\r\n\r\n" + bytes));
+  EXPECT_THAT(response, HasSubstr("\r\nVary: Accept\r\n"));
+  EXPECT_THAT(response, HasSubstr("\r\nContent-Type: application/x-msgpack\r\n"));
+  EXPECT_THAT(response, EndsWith("\r\n\r\n" + bytes));
   EXPECT_EQ(Ask(Simple("GET /tav-loot/v1/fail")).find("Vary"), std::string::npos);
 }
 

@@ -1,4 +1,4 @@
-/* A plugin that answers what it was asked, for tests of the host. It is loaded like the real one.
+/* A plugin that returns what it was asked, for tests of the host. It is loaded like the real one.
  */
 #include <stdio.h>
 #include <stdlib.h>
@@ -21,69 +21,69 @@ static int Is(KestText text, const char* other) {
   return text.size == strlen(other) && memcmp(text.data, other, text.size) == 0;
 }
 
-struct Answer {
+struct Reply {
   KestResponse response; /* first: given back by its address */
   char body[512];
 };
 
-static void Fail(struct Answer* answer, int status, const char* message) {
-  answer->response.status = status;
-  answer->response.message = Text(message);
+static void Fail(struct Reply* reply, int status, const char* message) {
+  reply->response.status = status;
+  reply->response.message = Text(message);
 }
 
-static void Describe(const KestRequest* request, struct Answer* answer) {
+static void Describe(const KestRequest* request, struct Reply* reply) {
   const int size = snprintf(
-      answer->body, sizeof(answer->body), "{\"%.*s\":\"%.*s|%.*s|%.*s|%zu|%zu\"}",
+      reply->body, sizeof(reply->body), "{\"%.*s\":\"%.*s|%.*s|%.*s|%zu|%zu\"}",
       (int)request->method.size, request->method.data, (int)request->url.size, request->url.data,
       (int)request->contentType.size, request->contentType.data, (int)request->accept.size,
       request->accept.data, request->body.size, request->headerCount);
-  answer->response.contentType = Text("application/json");
-  answer->response.body.data = (const uint8_t*)answer->body;
-  answer->response.body.size = (size_t)size;
+  reply->response.contentType = Text("application/json");
+  reply->response.body.data = (const uint8_t*)reply->body;
+  reply->response.body.size = (size_t)size;
 }
 
-static void WaitForRelease(struct Answer* answer) {
+static void WaitForRelease(struct Reply* reply) {
   services->waitBegin(services, Text("Wait: release"));
   while (!released && !stopping) services->yield(services);
   services->waitEnd(services);
-  if (!released) Fail(answer, 500, "Finalizing");
+  if (!released) Fail(reply, 500, "Finalizing");
 }
 
 static const KestResponse* KEST_ABI OnRequest(void* context, const KestRequest* request) {
   (void)context;
   if (Is(request->url, "/tav-loot/v1/null")) return NULL;
-  struct Answer* answer = calloc(1, sizeof(*answer));
-  if (answer == NULL) return NULL;
-  answer->response.status = 200;
+  struct Reply* reply = calloc(1, sizeof(*reply));
+  if (reply == NULL) return NULL;
+  reply->response.status = 200;
   ++inside;
   ++runs;
   if (Is(request->url, "/tav-loot/v1/none")) {
-    answer->response.status = 204;
+    reply->response.status = 204;
   } else if (Is(request->url, "/tav-loot/v1/fail")) {
-    Fail(answer, 500, "no \"\xff\"");
+    Fail(reply, 500, "no \"\xff\"");
   } else if (Is(request->url, "/tav-loot/v1/odd")) {
-    answer->response.status = 7;
+    reply->response.status = 7;
   } else if (Is(request->url, "/tav-loot/v1/publish")) {
     const bool done =
         services->publish(services, Text("/tav-loot/v1/x"), KEST_EVENT_UPDATE, request->body);
-    if (!done) Fail(answer, 400, "refused");
+    if (!done) Fail(reply, 400, "refused");
   } else if (Is(request->url, "/tav-loot/v1/wait")) {
-    WaitForRelease(answer);
+    WaitForRelease(reply);
   } else if (Is(request->url, "/tav-loot/v1/release")) {
     released = 1;
-  } else if (Is(request->url, "/tav-loot/v1/bytes") && request->body.size <= sizeof(answer->body)) {
-    memcpy(answer->body, request->body.data, request->body.size);
-    answer->response.contentType = Text("application/x-msgpack");
-    answer->response.body.data = (const uint8_t*)answer->body;
-    answer->response.body.size = request->body.size;
+  } else if (Is(request->url, "/tav-loot/v1/bytes") && request->body.size <= sizeof(reply->body)) {
+    memcpy(reply->body, request->body.data, request->body.size);
+    reply->response.contentType = Text("application/x-msgpack");
+    reply->response.body.data = (const uint8_t*)reply->body;
+    reply->response.body.size = request->body.size;
   } else if (Is(request->url, "/tav-loot/v1/runs")) {
-    answer->response.body.size = (size_t)sprintf(answer->body, "%u", runs);
-    answer->response.body.data = (const uint8_t*)answer->body;
+    reply->response.body.size = (size_t)sprintf(reply->body, "%u", runs);
+    reply->response.body.data = (const uint8_t*)reply->body;
   } else {
-    Describe(request, answer);
+    Describe(request, reply);
   }
   --inside;
-  return &answer->response;
+  return &reply->response;
 }
 
 /* Knows Help, in its default form and as a text. */
@@ -91,22 +91,22 @@ static const KestResponse* KEST_ABI OnInvoke(void* context, KestText name,
                                              const KestValue* arguments, size_t count) {
   (void)context;
   if (!Is(name, "$builtin.Help")) return NULL;
-  struct Answer* answer = calloc(1, sizeof(*answer));
-  if (answer == NULL) return NULL;
+  struct Reply* reply = calloc(1, sizeof(*reply));
+  if (reply == NULL) return NULL;
   const KestText format = {count == 0 ? "Full" : (const char*)arguments->bytes.data,
                            count == 0 ? strlen("Full") : arguments->bytes.size};
-  answer->response.status = 200;
+  reply->response.status = 200;
   if (Is(format, "Full")) {
-    strcpy(answer->body, "{\"types\":[{\"name\":\"Echo\"}]}");
+    strcpy(reply->body, "{\"types\":[{\"name\":\"Echo\"}]}");
   } else if (Is(format, "Epytext")) {
-    strcpy(answer->body, "\"Echo\\r\\n\"");
+    strcpy(reply->body, "\"Echo\\r\\n\"");
   } else {
-    Fail(answer, 400, "no such format");
+    Fail(reply, 400, "no such format");
   }
-  answer->response.contentType = Text("application/json");
-  answer->response.body.data = (const uint8_t*)answer->body;
-  answer->response.body.size = strlen(answer->body);
-  return &answer->response;
+  reply->response.contentType = Text("application/json");
+  reply->response.body.data = (const uint8_t*)reply->body;
+  reply->response.body.size = strlen(reply->body);
+  return &reply->response;
 }
 
 static void KEST_ABI OnRelease(void* context, const KestResponse* response) {

@@ -55,17 +55,17 @@ class HttpServerTest : public testing::Test {
       late_ = std::thread([respond] {
         std::this_thread::sleep_for(milliseconds(50));
         respond(JsonResponse("\"late\""));
-        respond(JsonResponse("\"twice\""));  // dropped: a request has one answer
+        respond(JsonResponse("\"twice\""));  // dropped: a request has one response
       });
       return;
     }
-    HttpResponse answer = JsonResponse(request.method + " " + request.target + " " +
-                                       std::to_string(request.body.size()));
+    HttpResponse response = JsonResponse(request.method + " " + request.target + " " +
+                                         std::to_string(request.body.size()));
     if (request.target == "/none")
-      answer = {.status = 204, .contentType = {}, .body = {}, .allow = {}};
-    if (request.target == "/stream") answer.stream = std::make_unique<TestStream>(false);
-    if (request.target == "/flood") answer.stream = std::make_unique<TestStream>(true);
-    respond(std::move(answer));
+      response = {.status = 204, .contentType = {}, .body = {}, .allow = {}};
+    if (request.target == "/stream") response.stream = std::make_unique<TestStream>(false);
+    if (request.target == "/flood") response.stream = std::make_unique<TestStream>(true);
+    respond(std::move(response));
   }
 
   std::string Exchange(std::string_view request, std::string_view mark = "") {
@@ -112,7 +112,7 @@ TEST_F(HttpServerTest, RefusesWithAProblemAndGoesOnServing) {
   const struct {
     const char* why;
     std::string request;
-    const char* answer;
+    const char* response;
   } kCases[] = {
       {"no HTTP", "hello\r\n\r\n", "HTTP/1.1 400 "},
       {"another version", "GET / HTTP/3.7\r\nHost: here\r\n\r\n", "HTTP/1.1 400 "},
@@ -128,13 +128,13 @@ TEST_F(HttpServerTest, RefusesWithAProblemAndGoesOnServing) {
       {"trailer no field can hold", chunked + "0\r\nX: " + std::string(70'000, 'x') + "\r\n\r\n",
        "HTTP/1.1 431 "},
       {"unknown encoding", put + "Transfer-Encoding: gzip\r\n\r\n", "HTTP/1.1 501 "},
-      {"a wish to go on", put + "Expect: 100-continue\r\nContent-Length: 2\r\n\r\nab",
+      {"asks to go on", put + "Expect: 100-continue\r\nContent-Length: 2\r\n\r\nab",
        "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK"},
       {"the largest body",
        "PUT / HTTP/1.0\r\nHost: here\r\nContent-Length: 1000\r\n\r\n" + std::string(1000, 'x'),
        "HTTP/1.0 200 OK"}};
   for (const auto& c : kCases)
-    EXPECT_THAT(Exchange(c.request, "OK"), StartsWith(c.answer)) << c.why;
+    EXPECT_THAT(Exchange(c.request, "OK"), StartsWith(c.response)) << c.why;
 }
 
 TEST_F(HttpServerTest, ARequestThatDoesNotArriveIsGivenUp) {
@@ -142,7 +142,7 @@ TEST_F(HttpServerTest, ARequestThatDoesNotArriveIsGivenUp) {
   EXPECT_EQ(Exchange("PUT / HTTP/1.1\r\nHost: here\r\nContent-Length: 10\r\n\r\nabc"), "");
 }
 
-TEST_F(HttpServerTest, ARefusedLargeUploadStillMeetsItsAnswer) {
+TEST_F(HttpServerTest, ARefusedLargeUploadStillGetsItsResponse) {
   Serve({});
   LoopbackClient client(server_->Port());
   client.Send("POST / HTTP/1.1\r\nHost: here\r\nContent-Length: 67108865\r\n\r\n");
@@ -168,12 +168,12 @@ TEST_F(HttpServerTest, AReaderThatTakesNothingKeepsItsPlaceOnlyForAWhile) {
   stuck.Send("GET /flood HTTP/1.1\r\nHost: here\r\n\r\n");
   stuck.ReadUpTo("xxx");
   EXPECT_THAT(Exchange(""), StartsWith("HTTP/1.1 503 ")) << "one connection too many";
-  std::string answer;
-  for (int tries = 0; tries < 500 && !answer.starts_with("HTTP/1.0 200"); ++tries) {
+  std::string response;
+  for (int tries = 0; tries < 500 && !response.starts_with("HTTP/1.0 200"); ++tries) {
     std::this_thread::sleep_for(milliseconds(10));
-    answer = Exchange("GET / HTTP/1.0\r\nHost: here\r\n\r\n");
+    response = Exchange("GET / HTTP/1.0\r\nHost: here\r\n\r\n");
   }
-  EXPECT_THAT(answer, StartsWith("HTTP/1.0 200"));
+  EXPECT_THAT(response, StartsWith("HTTP/1.0 200"));
 }
 
 TEST_F(HttpServerTest, ATakenPortIsAFailureThatNamesIt) {

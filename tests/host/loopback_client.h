@@ -1,4 +1,4 @@
-// A plain client for tests: sends bytes as they stand and reads what comes back.
+// A plain client for tests: sends bytes unchanged and reads what comes back.
 #pragma once
 
 #include <utility>  // Asio of this age needs it ahead
@@ -31,7 +31,7 @@ class LoopbackClient {
     return !error;
   }
   // Reads until `mark` has come and takes everything up to it; with an empty mark up to the end of
-  // the connection. What came is answered also when the mark did not.
+  // the connection. What came is returned also when the mark did not.
   std::string ReadUpTo(std::string_view mark) {
     size_t end = std::string::npos;
     while (mark.empty() || (end = arrived_.find(mark)) == std::string::npos) {

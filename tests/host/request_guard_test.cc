@@ -16,7 +16,7 @@ TEST(RequestGuard, LetsInThisMachineOnly) {
       {"loopback address", "GET", "127.0.0.1:8510", "", 0},
       {"names ignore case", "GET", "LocalHost:1", "", 0},
       {"version 6 loopback", "GET", "[::1]", "", 0},
-      {"the address it was told to listen on", "GET", "192.0.2.7:80", "", 0},
+      {"the address it listens on", "GET", "192.0.2.7:80", "", 0},
       {"no name at all", "GET", "", "", 400},
       {"a name made to resolve to loopback", "GET", "attacker.example:8510", "", 403},
       {"begins like a loopback name", "GET", "127.0.0.1.example", "", 403},
@@ -37,19 +37,19 @@ TEST(RequestGuard, LetsInThisMachineOnly) {
     request.method = c.method;
     request.host = c.host;
     request.origin = c.origin;
-    const auto answer = guard.Refuse(request);
-    EXPECT_EQ(answer ? answer->status : 0, c.status);
+    const auto response = guard.Refuse(request);
+    EXPECT_EQ(response ? response->status : 0, c.status);
   }
 }
 
-TEST(ProblemResponse, IsJsonWhateverTheTextHolds) {
-  const HttpResponse answer = ProblemResponse(404, "no \"x\xC3\"\n");
-  EXPECT_EQ(answer.body,
+TEST(ProblemResponse, IsJsonForAnyDetail) {
+  const HttpResponse response = ProblemResponse(404, "no \"x\xC3\"\n");
+  EXPECT_EQ(response.body,
             "{\"status\":404,\"title\":\"Not Found\",\"detail\":\"no \\\"x\xEF\xBF\xBD\\\"\\n\"}");
-  EXPECT_EQ(answer.contentType, "application/problem+json");
+  EXPECT_EQ(response.contentType, "application/problem+json");
 }
 
-TEST(IsJson, TakesOneWholeDocumentAndNoDeepStack) {
+TEST(IsJson, TakesOneCompleteDocumentAndNoDeepStack) {
   for (const char* text : {R"({"a":[1,null,"x"]})", "-1.5e300"}) EXPECT_TRUE(IsJson(text)) << text;
   for (const char* text : {"", "1 2", R"({"a":)", "\"\xff\""}) EXPECT_FALSE(IsJson(text)) << text;
   EXPECT_FALSE(IsJson(std::string("1\0 2", 4))) << "something after a NUL";

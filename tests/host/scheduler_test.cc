@@ -22,7 +22,7 @@ class SchedulerTest : public testing::Test {
     ASSERT_EQ(scheduler_.Post({.name = std::move(name), .work = std::move(work)}),
               Scheduler::Posted::kQueued);
   }
-  // Keeps the scheduler's thread until the answer is called, so that tasks pile up.
+  // Keeps the scheduler's thread until the returned function is called, so that tasks pile up.
   std::function<void()> Hold() {
     auto gate = std::make_shared<std::promise<void>>();
     auto held = std::make_shared<std::promise<void>>();
@@ -89,7 +89,7 @@ TEST_F(SchedulerTest, MergesOnlyWaitingTasksOfOneOwnerAndName) {
   EXPECT_THAT(happened_, ElementsAre("a", "b", "a", "a"));
 }
 
-TEST_F(SchedulerTest, ATaskThatHasBegunStandsForNoOther) {
+TEST_F(SchedulerTest, ATaskThatHasBegunIsNotMergedWith) {
   int runs = 0;
   Scheduler::Task again{.name = "n", .work = [&] { ++runs; }, .owner = this, .merge = true};
   Scheduler::Task first = again;
@@ -160,17 +160,17 @@ double ProcessorSeconds() {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-TEST_F(SchedulerTest, AnswerFromAnotherThreadIsSeenWithoutBurningTheProcessor) {
-  std::atomic<bool> answered = false;
+TEST_F(SchedulerTest, AChangeByAnotherThreadIsSeenWithoutBurningTheProcessor) {
+  std::atomic<bool> changed = false;
   std::promise<void> seen;
   Post("await", [&] {
-    while (!answered) scheduler_.Yield();
+    while (!changed) scheduler_.Yield();
     seen.set_value();
   });
   const double before = ProcessorSeconds();
   std::this_thread::sleep_for(milliseconds(300));
   EXPECT_LT(ProcessorSeconds() - before, 0.15);  // a loop that never sleeps takes all of the 0.3 s
-  answered = true;
+  changed = true;
   scheduler_.Wake();
   seen.get_future().wait();
 }

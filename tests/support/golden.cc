@@ -51,6 +51,11 @@ std::string Escaped(std::string_view bytes) {
 
 }  // namespace
 
+std::string SourceText(const std::string& path) {
+  std::ifstream in(kSources + path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
 testing::AssertionResult GoldenText(const std::string& path, std::string_view text) {
   const std::string file = kSources + path;
   if (std::getenv("KEST_UPDATE_GOLDEN") != nullptr) {
@@ -59,9 +64,7 @@ testing::AssertionResult GoldenText(const std::string& path, std::string_view te
     return out.good() ? testing::AssertionSuccess()
                       : testing::AssertionFailure() << path << " cannot be written";
   }
-  std::ifstream in(file, std::ios::binary);
-  if (!in) return testing::AssertionFailure() << path << " cannot be read";
-  const std::string golden{std::istreambuf_iterator<char>(in), {}};
+  const std::string golden = SourceText(path);
   if (golden == text) return testing::AssertionSuccess();
   return testing::AssertionFailure()
          << path << " (-) differs from what the code gives (+):\n"

@@ -27,4 +27,7 @@ testing::AssertionResult GoldenText(const std::string& path, std::string_view te
 testing::AssertionResult GoldenCases(const std::string& path,
                                      const std::function<std::string(const std::string&)>& outcome);
 
+// What the file holds; `path` starts at the root of the sources. Empty when it cannot be read.
+std::string SourceText(const std::string& path);
+
 }  // namespace Kest::Testing

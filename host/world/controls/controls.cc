@@ -11,7 +11,7 @@ namespace {
 
 struct ControlRow {
   ControlDescription description;
-  ControlFunction answer;
+  ControlFunction call;
 };
 
 constexpr ControlRow kControls[] = {
@@ -160,8 +160,8 @@ std::vector<ControlDescription> WorldControls() {
   return descriptions;
 }
 
-WorldResponse AnswerControl(Platform& platform, std::string_view method, std::string_view path,
-                            std::string_view body) {
+WorldResponse CallControl(Platform& platform, std::string_view method, std::string_view path,
+                          std::string_view body) {
   std::vector<std::string> parts = PathParts(UrlPath(path));
   if (parts.empty()) return Refuse({"there is no control of an empty name", 404});
   const auto row = FindRow(method, parts, path);
@@ -171,7 +171,7 @@ WorldResponse AnswerControl(Platform& platform, std::string_view method, std::st
   if (!document) return Refuse(document.GetFailure());
 
   const ControlResult result =
-      row.GetValue()->answer(platform, {std::move(parts), std::move(document.GetValue())});
+      row.GetValue()->call(platform, {std::move(parts), std::move(document.GetValue())});
   if (!result) return Refuse(result.GetFailure());
   return {200, "application/json", WriteJson(result.GetValue()), ""};
 }

@@ -16,7 +16,7 @@ namespace Kest::Host {
 std::vector<ControlDescription> WorldControls();
 
 // `path` is below "/_host": "/login".
-WorldResponse AnswerControl(Platform& platform, std::string_view method, std::string_view path,
-                            std::string_view body);
+WorldResponse CallControl(Platform& platform, std::string_view method, std::string_view path,
+                          std::string_view body);
 
 }  // namespace Kest::Host

@@ -1,6 +1,6 @@
-// Holds what the host really answers against the document: node answers.mjs URL
+// Compares what the host really returns with the document: node responses.mjs URL
 // Every operation is called and must succeed with a body of its schema; refusals are problems; the events
-// fit the schema of the resource they tell of.
+// fit the schema of the resource they are about.
 import { check, finish } from "./report.mjs";
 import { first, refusals, samples } from "./samples.mjs";
 import { readSchemas } from "./schemas.mjs";
@@ -21,14 +21,14 @@ async function call(path, method, operation) {
   const text = await response.text();
   const described = operation.responses[response.status];
   const what = `${operation.operationId} (${method} ${target})`;
-  check(described !== undefined, `${what} answers a status of the document`, `${response.status} ${text}`);
+  check(described !== undefined, `${what} returns a status of the document`, `${response.status} ${text}`);
   if (!described?.content) return check(described === undefined || text === "", `${what} has no body`, text);
   const type = response.headers.get("content-type");
-  check(described.content[type] !== undefined, `${what} answers a content type of the document`, type);
+  check(described.content[type] !== undefined, `${what} returns a content type of the document`, type);
   const place = ["paths", path, method, "responses", `${response.status}`, "content", type, "schema"];
   if (described.content[type]) {
     const wrong = misfit(place, JSON.parse(text));
-    check(wrong === "", `${what} answers what the document says`, wrong);
+    check(wrong === "", `${what} returns what the document says`, wrong);
   }
 }
 
@@ -47,10 +47,10 @@ async function callInVain() {
     const response = await fetch(`${url}${path}`, { method, headers: type ? { "Content-Type": type } : {}, body });
     const problem = await response.json();
     const both = response.status === status && problem.status === status;
-    check(both, `${method} ${path} ${type ?? ""} answers ${status}`, JSON.stringify(problem));
+    check(both, `${method} ${path} ${type ?? ""} returns ${status}`, JSON.stringify(problem));
     check(response.headers.get("content-type") === "application/problem+json", `${method} ${path}: a problem`);
     const wrong = misfit(["components", "schemas", "Problem"], problem);
-    check(wrong === "", `${method} ${path} answers a Problem`, wrong);
+    check(wrong === "", `${method} ${path} returns a Problem`, wrong);
   }
 }
 
@@ -62,7 +62,7 @@ async function askForMessagePack() {
   check(response.headers.get("content-type") === accept && bytes === "c3", "true comes as MessagePack", bytes);
 }
 
-// The messages that are held behind an id, as a browser would hand them out.
+// The messages that are held after an id, as a browser would hand them out.
 async function readStream(lastEventId) {
   const leave = new AbortController();
   setTimeout(() => leave.abort(), 1500);
@@ -90,21 +90,21 @@ function schemasFor(uri) {
 }
 
 async function followEvents() {
-  const told = new Set();
+  const seen = new Set();
   for (const message of await readStream("0")) {
     const data = JSON.parse(Buffer.from(message.data, "latin1").toString("utf8"));
     const names = schemasFor(data.uri);
     check(names.length === 1, `${data.uri} is one resource of the document`, names.join(", "));
     for (const name of names) {
-      told.add(name);
+      seen.add(name);
       const wrong = misfit(["components", "schemas", name], data);
       check(wrong === "", `event ${message.id} is a ${name}`, wrong);
     }
     check(misfit(["components", "schemas", "EventStreamMessage"], message) === "", "it is a message of the stream");
   }
-  check(told.size >= 8, "events of several resources were seen", [...told].join(", "));
+  check(seen.size >= 8, "events of several resources were seen", [...seen].join(", "));
   const [gap] = await readStream("99999999");
-  check(gap?.event === "gap", "a place this host never gave is answered by a gap");
+  check(gap?.event === "gap", "a place this host never gave gives a gap");
   const wrong = misfit(["components", "schemas", "GapEvent"], JSON.parse(gap?.data ?? "null"));
   check(wrong === "", "the gap is a GapEvent", wrong);
 }
@@ -113,4 +113,4 @@ await callEverything();
 await callInVain();
 await askForMessagePack();
 await followEvents();
-finish("The answers");
+finish("The responses");
