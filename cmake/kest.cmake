@@ -26,7 +26,10 @@ find_package(Threads REQUIRED)
 add_library(kest_options INTERFACE)
 target_include_directories(kest_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(kest_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wformat=2 -Wshadow -Werror -Werror=format-security)
+  -Wall -Wextra -Wpedantic -Wformat=2
+  $<$<NOT:$<BOOL:${KEST_UNITY}>>:-Wshadow>  # in a group, a constant of one source would shadow names of the next
+  -Werror -Werror=format-security
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 target_link_libraries(kest_options INTERFACE Threads::Threads)
 if(KEST_SANITIZE)
   target_compile_options(kest_options INTERFACE
@@ -35,6 +38,19 @@ if(KEST_SANITIZE)
   # The checks that are put in confuse the compiler's own analysis, the standard library's code included.
   target_compile_options(kest_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
+
+# With KEST_UNITY the sources of a library are compiled in groups, which makes a first build cheap; without it
+# each alone, which makes the next builds cheap. In a group, names of unnamed namespaces must differ. <windows.h>
+# defines macros that others use as names, so what includes it stays alone.
+function(kest_compile_together target)
+  if(NOT KEST_UNITY)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "_windows\\.cc$")
+  set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
 
 # kest_library(name DEPENDS a b SOURCES x.cc y.cc LIBRARIES ext): the static library kest_<name>.
 function(kest_library name)
@@ -45,6 +61,7 @@ function(kest_library name)
     target_link_libraries(kest_${name} PUBLIC kest_${depend})
   endforeach()
   target_link_libraries(kest_${name} PRIVATE ${ARG_LIBRARIES})
+  kest_compile_together(kest_${name})
 endfunction()
 
 # kest_test(name DEPENDS a b SOURCES x_test.cc LIBRARIES ext): one test program per folder; ctest sees it

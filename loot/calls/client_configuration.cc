@@ -13,7 +13,7 @@
 namespace Kest::Client::Loot {
 namespace {
 
-constexpr const char* kMethod = "getClientConfiguration";
+constexpr const char* kConfigurationMethod = "getClientConfiguration";
 constexpr const char* kRecipeMenuPath = "/tav-loot/v1/recipes/configuration";
 constexpr const char* kCurrenciesPath = "/tav-loot/v1/currency-configuration";
 
@@ -47,7 +47,7 @@ void ClientConfiguration::Request() {
     OnResponse(std::move(response));
   };
   const std::string failure =
-      proxy_.InvokeAsync<Settings>(kLootService, kMethod, {}, false, onDone);
+      proxy_.InvokeAsync<Settings>(kLootService, kConfigurationMethod, {}, false, onDone);
   if (!failure.empty()) OnResponse(Failure{failure});
 }
 

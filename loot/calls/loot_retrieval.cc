@@ -15,7 +15,7 @@
 namespace Kest::Client::Loot {
 namespace {
 
-constexpr const char* kMethod = "getAllPlayerLootAndAllDefinitions";
+constexpr const char* kRetrievalMethod = "getAllPlayerLootAndAllDefinitions";
 constexpr int64_t kInterval = 3;  // seconds between retrievals that are not forced
 
 // Runs `replace` when the list has another version than the one held, which it then becomes; a
@@ -49,7 +49,7 @@ void LootRetrieval::Post() {
 
 Maybe<std::string> LootRetrieval::RetrieveAndWait() {
   Maybe<Inventory> response = proxy_.InvokeAndWait<Inventory>(
-      kLootService, kMethod, itemListVersion_, recipeListVersion_, queryResultVersion_);
+      kLootService, kRetrievalMethod, itemListVersion_, recipeListVersion_, queryResultVersion_);
   if (!response) {
     return Failure{Format("Error while calling getAllPlayerLootAndAllDefinitions: %1",
                           response.GetFailure().text)};
@@ -64,8 +64,8 @@ void LootRetrieval::StartRetrieval() {
     OnResponse(std::move(response));
   };
   const std::string failure =
-      proxy_.InvokeAsync<Inventory>(kLootService, kMethod, {}, false, onDone, itemListVersion_,
-                                    recipeListVersion_, queryResultVersion_);
+      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, onDone,
+                                    itemListVersion_, recipeListVersion_, queryResultVersion_);
   if (!failure.empty()) OnResponse(Failure{failure});
   targets_.logos.PostLoad();
 }

@@ -13,9 +13,9 @@
 namespace Kest::Client::Loot {
 namespace {
 
-constexpr const char* kMethod = "checkAndGrantNewPlayerChest";
+constexpr const char* kChestMethod = "checkAndGrantNewPlayerChest";
 // The task is named after the retrieval it once ran, and hosts know it by that name.
-constexpr const char* kTaskName = "LootPlugin.RetrievePlayerLootAndDefinitions";
+constexpr const char* kCheckTaskName = "LootPlugin.RetrievePlayerLootAndDefinitions";
 constexpr int64_t kPeriod = 30;  // seconds
 
 }  // namespace
@@ -32,7 +32,8 @@ std::string_view NewPlayerChest::Check() {
   const std::function<void(Maybe<Result>)> onDone = [this](const Maybe<Result>& response) {
     OnResponse(response);
   };
-  const std::string failure = proxy_.InvokeAsync<Result>(kLootService, kMethod, {}, false, onDone);
+  const std::string failure =
+      proxy_.InvokeAsync<Result>(kLootService, kChestMethod, {}, false, onDone);
   if (failure.empty()) return kSubmitted;
   done_ = false;  // nothing was sent
   OnResponse(Failure{failure});
@@ -55,7 +56,7 @@ void NewPlayerChest::OnResponse(const Maybe<SVDS::PlayerLootResultDTO>& response
 void NewPlayerChest::Schedule() {
   if (!retrieval_.Pending() || !loot_.Enabled()) return;
   if (WallClockSeconds() >= periodBegin_ + kPeriod) return;
-  module_.PostTask(kTaskName, [this] { Check(); });
+  module_.PostTask(kCheckTaskName, [this] { Check(); });
 }
 
 void NewPlayerChest::BeginPeriod() {

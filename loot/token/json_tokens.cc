@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kWhitespace = " \t\r\n";
 constexpr std::string_view kNumberCharacters = "0123456789.eE-+";
 
-[[noreturn]] void Fail(std::string_view text, std::string_view offender) {
+[[noreturn]] void FailScan(std::string_view text, std::string_view offender) {
   std::string message(text);
   message += offender;
   throw Reader::ScanException(message);
@@ -68,11 +68,11 @@ Token TokenStream::Next() {
       break;
   }
   if (first == '-' || (first >= '0' && first <= '9')) return Number();
-  Fail("Unexpected character in stream: ", {&first, 1});
+  FailScan("Unexpected character in stream: ", {&first, 1});
 }
 
 Token TokenStream::Word(TokenKind kind, std::string_view word) {
-  if (text_.substr(position_, word.size()) != word) Fail("Expected string: ", word);
+  if (text_.substr(position_, word.size()) != word) FailScan("Expected string: ", word);
   position_ += word.size();
   return {kind, std::string(word), 0};
 }
@@ -82,7 +82,7 @@ Token TokenStream::String() {
   ++position_;
   for (;;) {
     const size_t stop = text_.find_first_of("\"\\", position_);
-    if (stop == std::string_view::npos) Fail("Expected string: ", "\"");
+    if (stop == std::string_view::npos) FailScan("Expected string: ", "\"");
     token.text += text_.substr(position_, stop - position_);
     position_ = stop + 1;
     if (text_[stop] == '"') return token;
@@ -101,17 +101,17 @@ void TokenStream::Escape(std::string* out) {
       position_ += 2;
       const unsigned low = HexUnit();
       if (low < 0xDC00 || low > 0xDFFF)
-        Fail("Unrecognized escape sequence found in string: \\", "u");
+        FailScan("Unrecognized escape sequence found in string: \\", "u");
       code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
     }
     if (code >= 0xD800 && code < 0xE000)
-      Fail("Unrecognized escape sequence found in string: \\", "u");
+      FailScan("Unrecognized escape sequence found in string: \\", "u");
     AppendUtf8(code, out);
     return;
   }
   const size_t found = letter.empty() ? std::string_view::npos : kLetters.find(letter);
   if (found == std::string_view::npos) {
-    Fail("Unrecognized escape sequence found in string: \\", letter);
+    FailScan("Unrecognized escape sequence found in string: \\", letter);
   }
   *out += kMeanings[found];
   ++position_;
@@ -125,7 +125,7 @@ unsigned TokenStream::HexUnit() {
     const char lower = raw >= 'A' && raw <= 'F' ? static_cast<char>(raw - 'A' + 'a') : raw;
     const size_t digit = lower == '\0' ? std::string_view::npos : kDigits.find(lower);
     if (digit == std::string_view::npos) {
-      Fail("Unrecognized escape sequence found in string: \\", "u");
+      FailScan("Unrecognized escape sequence found in string: \\", "u");
     }
     unit = unit * 16 + static_cast<unsigned>(digit);
     ++position_;
@@ -138,8 +138,9 @@ Token TokenStream::Number() {
   const std::string_view text = text_.substr(position_, end - position_);
   Token token{TokenKind::kNumber, std::string(text), 0};
   const size_t taken = ParseDecimal(text, &token.number);
-  if (taken != text.size()) Fail("Unexpected character in NUMBER token: ", text.substr(taken, 1));
-  if (!std::isfinite(token.number)) Fail("Unexpected character in NUMBER token: ", text);
+  if (taken != text.size())
+    FailScan("Unexpected character in NUMBER token: ", text.substr(taken, 1));
+  if (!std::isfinite(token.number)) FailScan("Unexpected character in NUMBER token: ", text);
   position_ += text.size();
   return token;
 }

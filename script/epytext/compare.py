@@ -13,12 +13,12 @@ from pydoctor.epydoc.markup import epytext
 
 
 def flowed(text):
-    """Epytext takes any white space inside a text as one blank."""
+    """Epytext takes any white space inside a text as one space."""
     return " ".join(text.split())
 
 
 def shown(parsed):
-    """The text of a parsed docstring; a link is "->NAME", any other mark-up stands out as "<tag>"."""
+    """The text of a parsed docstring; a link is "->NAME", any other mark-up shows as "<tag>"."""
     def walk(node):
         if isinstance(node, str):
             return node
@@ -41,7 +41,7 @@ def read_item(item, complaints):
 
 
 def expected_items(full):
-    """What read_item must answer for each item."""
+    """What read_item must return for each item."""
     registered = {described["name"] for described in full["types"]}
 
     def show(type, element=""):
@@ -90,7 +90,7 @@ def complaints_about(text, full):
     expected = list(expected_items(full))
     if len(items) != len(expected):
         complaints.append(f"{len(items)} items for {len(expected)}")
-    complaints += [f"read {item}, told {told}" for item, told in zip(items, expected) if item != told]
+    complaints += [f"read {item}, described {wanted}" for item, wanted in zip(items, expected) if item != wanted]
     links = set(re.findall(r"L\{([^{}]*)\}", text))
     complaints += [f"no type {name}" for name in links - {described["name"] for described in full["types"]}]
     return complaints, items

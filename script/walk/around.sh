@@ -3,9 +3,9 @@
 
 title "Read everything again"
 request POST '/tav-loot/v1/refresh?force=true'
-expect_answer "forced: waits for the platform" '"SUCCESS"'
+expect_body "forced: waits for the platform" '"SUCCESS"'
 request POST /tav-loot/v1/refresh
-expect_answer "not forced: not twice in three seconds" '"TOO_FREQUENT"'
+expect_body "not forced: not twice in three seconds" '"TOO_FREQUENT"'
 events
 expect_changes "items read again are new no longer" \
   "Update v1/player-loot/SKIN_RENTAL_13001" "Update v1/player-loot/CURRENCY_cosmetic" "Update v1/player-loot/MATERIAL_key" \
@@ -17,27 +17,27 @@ expect "all 66 definitions" 200 'length == 66 and .[0] == {lootName: "CHEST_harb
   rarity: "DEFAULT", value: 0, storeItemId: -1, upgradeLootName: "", expiryTime: -1, tags: "",
   displayCategories: "CHEST", rentalSeconds: 0, rentalGames: 0}'
 request GET /tav-loot/v1/player-display-categories
-expect_answer "their categories in the order of the shelves" \
+expect_body "their categories in the order of the shelves" \
   '["BOOST","CURRENCY","MATERIAL","TOURNAMENTLOGO","CHEST","CHAMPION","SKIN","EMOTE","WARDSKIN","SUMMONERICON"]'
 request GET /tav-loot/v1/recipes/configuration
-expect_answer "the first read of a setting asks the platform and answers what is held" \
+expect_body "the first read of a setting asks the platform and returns what is known so far" \
   '{"enabled": false, "lootItemsUsingBreakoutRecipeMenu": [], "alwaysShowLootIds": []}'
 events
-expect_changes "the platform's answer comes as events" \
+expect_changes "the platform's response comes as events" \
   "Update v1/recipes/configuration" "Update v1/currency-configuration"
 request GET /tav-loot/v1/recipes/configuration
-expect_answer "the recipe menu is known now" '{"enabled": true, "lootItemsUsingBreakoutRecipeMenu": ["CHEST_festival"],
+expect_body "the recipe menu is known now" '{"enabled": true, "lootItemsUsingBreakoutRecipeMenu": ["CHEST_festival"],
   "alwaysShowLootIds": ["MATERIAL_key", "CURRENCY_champion", "CURRENCY_cosmetic"]}'
 request GET /tav-loot/v1/currency-configuration
-expect_answer "so are the currencies" '{"currenciesUsingCapWallets": ["CURRENCY_moonstone"]}'
+expect_body "so are the currencies" '{"currenciesUsingCapWallets": ["CURRENCY_moonstone"]}'
 request GET /tav-loot/v1/new-player-check-done
-expect_answer "the new player's chest was asked for at sign-in" true
+expect_body "the new player's chest was asked for at sign-in" true
 request POST /tav-loot/v1/new-player-check-done/true
-expect_answer "saying so again asks nothing" '"NOT_DONE"'
+expect_body "saying so again asks nothing" '"NOT_DONE"'
 
 title "MessagePack instead of JSON"
 request_packed /tav-loot/v1/currency-configuration
-expect_packed "an answer, where it is preferred" '\x81\xb9currenciesUsingCapWallets\x91\xb2CURRENCY_moonstone'
+expect_packed "a response, where it is preferred" '\x81\xb9currenciesUsingCapWallets\x91\xb2CURRENCY_moonstone'
 
 title "What goes wrong says why"
 settle
@@ -52,7 +52,7 @@ request POST "$craft" '["CHEST_lantern"'
 expect_problem "so is broken JSON" 400 "Bad Request" \
   "Couldn't deserialize JSON value for parameter 'playerLootList' of 'CraftRecipe': Missing a comma or ']' after an array element."
 request POST "$craft" $'\x91\xadCHEST_lantern\xc3' application/x-msgpack
-expect_problem "and MessagePack with something behind it" 400 "Bad Request" "Extra MessgePack data found in body"
+expect_problem "and MessagePack with something after it" 400 "Bad Request" "Extra MessgePack data found in body"
 request POST "$craft" CHEST_lantern text/plain
 expect_problem "and a body of plain text" 400 "Bad Request" "Unsupported body content type"
 request POST "$craft?repeat=often" '["CHEST_lantern"]'
@@ -66,7 +66,7 @@ settle
 request POST "$craft" '["CHEST_lantern"]'
 expect_problem "nothing is crafted while loot is disabled" 500 "Internal Server Error" "Loot disabled."
 request POST "$craft" $'\x91\xadCHEST_lantern' application/x-msgpack
-expect_problem "whatever the format of the body" 500 "Internal Server Error" "Loot disabled."
+expect_problem "in any format of the body" 500 "Internal Server Error" "Loot disabled."
 request PUT /_host/configuration/PxhEnabled true
 events
 expect_events "all that changed was the switch, twice" \

@@ -1,20 +1,20 @@
 # The main job: sign in, read the inventory, open a chest, redeem a shard. Sourced by script/demo.
 
-title "The plugin is loaded and answers; no player is signed in"
+title "The plugin is loaded and responds; no player is signed in"
 request GET /_host/health
 expect "the host runs the plugin" 200 '.status == "running" and .plugin == "vwm-be-tav-loot" and .version == "18.0.0"'
 settle
 request GET /tav-loot/v1/enabled
-expect_answer "loot is enabled by the world's configuration" true
+expect_body "loot is enabled by the world's configuration" true
 request GET /tav-loot/v1/ready
-expect_answer "the collections are not known yet" false
+expect_body "the collections are not known yet" false
 events
 
 title "Sign in: the plugin gets ready and publishes the inventory"
 request POST /_host/login
-expect_answer "the world's player signs in" '{"summonerId": 70014250, "accountId": 880231}'
+expect_body "the world's player signs in" '{"summonerId": 70014250, "accountId": 880231}'
 events
-expect_events "it became ready, once, when the sixth source had answered" \
+expect_events "it became ready, once, when the sixth source had responded" \
   '[.[] | select(.uri == "/tav-loot/v1/ready") | [.eventType, .data]] == [["Update", true]]'
 expect_events "45 items were announced, each once: 44 of the world and the new player's chest" \
   '[.[] | select(.eventType == "Create") | .uri] | length == 45 and (unique | length) == 45 and any(. == "/tav-loot/v1/player-loot/CHEST_new_player")'
@@ -22,7 +22,7 @@ expect_events "the maps follow the items, and the display categories the maps" \
   '[.[-3:][] | .uri] == ["/tav-loot/v1/player-loot-map", "/tav-loot/v2/player-loot-map", "/tav-loot/v1/player-display-categories"]'
 published=$(jq -c 'select(.uri == "/tav-loot/v2/player-loot-map") | .data' "$work/new" | tail -n 1)
 request GET /tav-loot/v1/ready
-expect_answer "and says so" true
+expect_body "and says so" true
 request GET /tav-loot/v2/player-loot-map
 expect "the map is the one that was published" 200 '. == $published and (.playerLoot | length) == 45' --argjson published "$published"
 before=$body
@@ -31,7 +31,7 @@ expect "the first map has the same items and no version" 200 '. == $before.playe
 request GET /tav-loot/v1/player-loot
 expect "so has the list" 200 'sort_by(.lootId) == ([$before.playerLoot[]] | sort_by(.lootId))' --argjson before "$before"
 request GET /tav-loot/v1/player-loot/CHAMPION_RENTAL_13
-expect_answer "a shard knows its champion and what it is worth" '{
+expect_body "a shard knows its champion and what it is worth" '{
   "lootName": "CHAMPION_RENTAL_13", "lootId": "CHAMPION_RENTAL_13", "refId": "",
   "localizedName": "", "localizedDescription": "", "itemDesc": "Veshti of Nine Kites",
   "displayCategories": "CHAMPION", "rarity": "DEFAULT", "tags": "shard", "type": "CHAMPION_RENTAL", "asset": "",
@@ -55,7 +55,7 @@ expect_changes "exactly these changes went out live" \
   "Create v1/player-loot/EMOTE_703" "Create v1/player-loot/SKIN_RENTAL_13001" \
   "Update v1/player-loot-map" "Update v2/player-loot-map"
 request GET /tav-loot/v2/player-loot-map
-expect "the version grew by one, the items are those of the answer, all others are as they were" 200 \
+expect "the version grew by one, the items are those of the response, all others are as they were" 200 \
   '. == {version: ($before.version + 1), playerLoot: ($before.playerLoot + ([$opened | .added[], .removed[] | .playerLoot | {(.lootId): .}] | add))}' \
   --argjson before "$before" --argjson opened "$opened"
 expect_event "and that is what was published" v2/player-loot-map "$body"

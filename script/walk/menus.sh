@@ -7,7 +7,7 @@ forge='{"name": "MATERIAL_key_FORGE", "actionType": "FORGE", "recipeDescription"
 
 title "An item's context menu follows a craft"
 request GET /tav-loot/v1/recipes/initial-item/MATERIAL_key_fragment
-expect_answer "fragments can be forged into a key" '[{"recipeName": "MATERIAL_key_FORGE", "type": "FORGE",
+expect_body "fragments can be forged into a key" '[{"recipeName": "MATERIAL_key_FORGE", "type": "FORGE",
   "description": "Three fragments make a Brass Key.", "contextMenuText": "Forge", "requirementText": "Needs 3 Key Fragments",
   "imagePath": "/tav-game-data/assets/art/recipes/forge.png", "displayCategories": "MATERIAL", "crafterName": "forge",
   "slots": [{"slotNumber": 0, "lootIds": ["MATERIAL_key_fragment"], "tags": "MATERIAL_key_fragment", "quantity": 3}],
@@ -15,9 +15,9 @@ expect_answer "fragments can be forged into a key" '[{"recipeName": "MATERIAL_ke
   "metadata": {"guaranteedDescriptions": [], "bonusDescriptions": [], "tooltipsDisabled": false}}]'
 recipes=$body
 request POST /tav-loot/v1/recipes/initial-item/MATERIAL_key_fragment
-expect_answer "POST answers the same" "$recipes"
+expect_body "POST returns the same" "$recipes"
 request GET /tav-loot/v1/player-loot/MATERIAL_key_fragment/context-menu
-expect_answer "seven fragments are enough" "[$forge]"
+expect_body "seven fragments are enough" "[$forge]"
 printf '\x91\xda\x00\x15MATERIAL_key_fragment' >"$work/list" # the list in MessagePack
 request POST '/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft?repeat=2' "@$work/list" application/x-msgpack
 expect "six of them become two keys" 200 \
@@ -30,11 +30,11 @@ expect_changes "the menu changed with the items; the recipes did not" \
   "Update v1/player-loot/MATERIAL_key_fragment/context-menu"
 expect_event "one fragment is not enough" v1/player-loot/MATERIAL_key_fragment/context-menu "[${forge/true/false}]"
 request POST /tav-loot/v1/player-loot/MATERIAL_key_fragment/context-menu
-expect_answer "and the menu says so" "[${forge/true/false}]"
+expect_body "and the menu says so" "[${forge/true/false}]"
 request GET /tav-loot/v1/player-loot/CHAMPION_TOKEN_star-11/context-menu
 expect "tokens name what else an upgrade takes" 200 \
   'map([.name, .enabled, .essenceType, .essenceQuantity, .requiredTokens, .requiredOthersName, .requiredOthersCount]) == [
      ["CHAMPION_TOKEN_SHARD_UPGRADE", true, "", 0, "2", "CHAMPION_RENTAL_11", 1],
      ["CHAMPION_TOKEN_ESSENCE_UPGRADE", true, "CURRENCY_champion", 450, "2", "", 0]]'
 request GET /tav-loot/v1/player-loot/CHEST_unknown/context-menu
-expect_answer "an unknown item has an empty menu" '[]'
+expect_body "an unknown item has an empty menu" '[]'

@@ -5,7 +5,7 @@ work=$(mktemp -d)
 host_pid=
 events_pid=
 checks=0
-failures=0
+failures=()
 url=
 status=
 body=
@@ -35,7 +35,7 @@ start_host() {
 
 keep_serving() { wait "$host_pid"; }
 
-# What of an answer is worth a line: items by their id, count and status, long lists by their length.
+# What of a response is worth a line: items by their id, count and status, long lists by their length.
 digest='
   def item: "\(.lootId) x\(.count)"
     + (if .isNew then " new" else "" end) + " \(.itemStatus)/\(.redeemableStatus)";
@@ -59,7 +59,7 @@ digest='
     else tojson end;
   brief'
 
-title() { printf '\n\033[1m%s\033[0m\n' "$*"; }
+title() { printf '\n%s\n' "$bold$*$plain"; }
 short() { if [ "${#1}" -gt 220 ]; then printf '%s ... (%d characters)' "${1:0:200}" "${#1}"; else printf '%s' "$1"; fi; }
 
 # request METHOD PATH [BODY [TYPE]]: sends it (a body is JSON unless its type is given; "@FILE" sends a
@@ -103,9 +103,9 @@ events() {
 }
 
 passed() { checks=$((checks + 1)); printf '    ok: %s\n' "$1"; }
-failed() { checks=$((checks + 1)); failures=$((failures + 1)); printf '    \033[31mUNEXPECTED: %s\033[0m\n' "$1"; }
+failed() { checks=$((checks + 1)); failures+=("$1"); printf '    %s\n' "${red}UNEXPECTED: $1$plain"; }
 
-# expect TEXT STATUS JQ-TEST [jq arguments]: the last answer has that status and passes the test.
+# expect TEXT STATUS JQ-TEST [jq arguments]: the last response has that status and passes the test.
 expect() {
   local text=$1 wanted=$2 test=$3
   shift 3
@@ -116,10 +116,10 @@ expect() {
   fi
 }
 
-# expect_answer TEXT JSON: the last answer is a success with exactly this body.
-expect_answer() { expect "$1" 200 '. == $wanted' --argjson wanted "$2"; }
+# expect_body TEXT JSON: the last response is a success with exactly this body.
+expect_body() { expect "$1" 200 '. == $wanted' --argjson wanted "$2"; }
 
-# expect_packed TEXT BYTES: the last answer is MessagePack with exactly these bytes (a format of printf).
+# expect_packed TEXT BYTES: the last response is MessagePack with exactly these bytes (a format of printf).
 expect_packed() {
   # shellcheck disable=SC2059
   if [ "$status" = 200 ] && printf "$2" | cmp -s - "$work/body" &&
@@ -130,10 +130,10 @@ expect_packed() {
   fi
 }
 
-# expect_nothing TEXT: the last answer is a success without a body.
+# expect_nothing TEXT: the last response is a success without a body.
 expect_nothing() { expect "$1" 204 ''; }
 
-# expect_problem TEXT STATUS TITLE DETAIL: the last answer is exactly this failure.
+# expect_problem TEXT STATUS TITLE DETAIL: the last response is exactly this failure.
 expect_problem() {
   expect "$1" "$2" '. == {status: $status, title: $title, detail: $detail}' \
     --argjson status "$2" --arg title "$3" --arg detail "$4"
@@ -146,7 +146,7 @@ expect_events() {
   if jq -s -e "$test" "$work/new" "$@" >/dev/null 2>&1; then passed "$text"; else failed "$text: $test"; fi
 }
 
-# expect_changes TEXT ["TYPE PATH" ...]: the new events told of exactly these changes, in any order. Of
+# expect_changes TEXT ["TYPE PATH" ...]: the new events report exactly these changes, in any order. Of
 # several events of one path the last one counts. Paths are those below "/tav-loot/".
 expect_changes() {
   local text=$1
@@ -164,11 +164,20 @@ expect_event() {
 
 summary() {
   echo
-  if [ "$failures" -eq 0 ]; then
+  if [ "${#failures[@]}" -eq 0 ]; then
     echo "All $checks checks of the walk passed."
   else
-    echo "$failures of $checks checks of the walk FAILED. The host's log:"
+    echo "The end of the host's log:"
     tail -n 40 "$work/log"
+    echo "$red${#failures[@]} of $checks checks of the walk FAILED:$plain"
+    printf '  %s\n' "${failures[@]}"
     exit 1
   fi
+}
+
+# start_over: the sample world as it is at the start, its player signed in, all of it read.
+start_over() {
+  curl -sf -o /dev/null -X POST "$url/_host/reset"
+  curl -sf -o /dev/null -X POST "$url/_host/login"
+  settle
 }
