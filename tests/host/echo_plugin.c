@@ -132,6 +132,11 @@ static void KEST_ABI OnStatistics(void* context, KestStatistics* statistics) {
   statistics->requestsHandled[0] = runs;
 }
 
+/* A library that goes while its plugin runs takes the code from under it. */
+__attribute__((destructor)) static void OnUnload(void) {
+  if (services != NULL && !stopping) abort();
+}
+
 static const KestCallbackTable callbacks = {OnStart, OnStop, OnStatistics};
 static const KestApiDescriptor api = {
     sizeof(KestApiDescriptor), NULL, 0, NULL, 0, OnRequest, OnInvoke, OnRelease};

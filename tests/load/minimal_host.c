@@ -31,8 +31,8 @@ struct Host {
   struct Work* first;
   struct Work** end;
   int stopping;
-  KestDelivery answers; /* of the platform service; may come on any thread */
-  void* answersContext;
+  KestDelivery responses; /* of the platform service; may come on any thread */
+  void* responsesContext;
   int linesLogged;
 };
 
@@ -79,7 +79,7 @@ static int RunNext(struct Host* host) {
   if (work->task != NULL) {
     work->task(work->context);
   } else if (work->completion != NULL) {
-    /* This host has no other plugins: whatever is asked for is missing. */
+    /* This host has no other plugins: every resource is missing. */
     KestResponse response = {0};
     response.status = 404;
     response.message = Text("Not found");
@@ -112,7 +112,7 @@ static bool SendRequest(const KestHostServices* self, const KestRequest* request
   return true;
 }
 
-static const char kAnswers[] = "OnServiceProxyUuidEvent";
+static const char kResponses[] = "OnServiceProxyUuidEvent";
 
 static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery delivery,
                       void* context) {
@@ -122,9 +122,9 @@ static bool Subscribe(const KestHostServices* self, KestText name, KestDelivery 
   static const char kPayload[] = "{\"uri\":\"\",\"eventType\":\"Create\",\"data\":true}";
   struct Host* host = HostOf(self);
   char* copy = Copy(name);
-  if (strcmp(copy, kAnswers) == 0) {
-    host->answers = delivery;
-    host->answersContext = context;
+  if (strcmp(copy, kResponses) == 0) {
+    host->responses = delivery;
+    host->responsesContext = context;
   }
   if (strncmp(copy, kConfig, sizeof(kConfig) - 1) == 0) {
     const char* value = copy + sizeof(kConfig) - 1;
@@ -207,8 +207,8 @@ static void InitHost(struct Host* host) {
   host->first = NULL;
   host->end = &host->first;
   host->stopping = 0;
-  host->answers = NULL;
-  host->answersContext = NULL;
+  host->responses = NULL;
+  host->responsesContext = NULL;
   host->linesLogged = 0;
 }
 
@@ -222,8 +222,8 @@ static void Expect(int holds, const char* what) {
   if (!holds) ++failures;
 }
 
-static void ExpectAnswer(const KestHandshakeBlock* block, const char* url, int32_t status,
-                         const char* text) {
+static void ExpectResponse(const KestHandshakeBlock* block, const char* url, int32_t status,
+                           const char* text) {
   KestRequest request = {0};
   request.method = Text("GET");
   request.url = Text(url);
@@ -235,12 +235,12 @@ static void ExpectAnswer(const KestHandshakeBlock* block, const char* url, int32
   block->api->release(block->context, response);
 }
 
-/* On a thread of its own: an answer that is no answer, which the plugin logs. */
+/* On a thread of its own: a response that cannot be read, which the plugin logs. */
 static void DeliverNonsense(void* context) {
   struct Host* host = context;
   static const char kNonsense[] = "[";
   KestBytes body = {(const uint8_t*)kNonsense, sizeof(kNonsense) - 1};
-  host->answers(host->answersContext, Text(kAnswers), Text("application/json"), body);
+  host->responses(host->responsesContext, Text(kResponses), Text("application/json"), body);
 }
 
 static void Walk(const char* path) {
@@ -263,12 +263,12 @@ static void Walk(const char* path) {
   Expect(!block.callbacks->start(block.context, &host.services), "a second start is refused");
   RunAll(&host);
 
-  ExpectAnswer(&block, "/tav-loot/v1/enabled", 200, "true");
-  ExpectAnswer(&block, "/tav-loot/v1/no-such-route", 404, "Not found");
+  ExpectResponse(&block, "/tav-loot/v1/enabled", 200, "true");
+  ExpectResponse(&block, "/tav-loot/v1/no-such-route", 404, "Not found");
   RunAll(&host);
 
-  Expect(host.answers != NULL, "answers of the platform service are subscribed to");
-  if (host.answers == NULL) exit(EXIT_FAILURE);
+  Expect(host.responses != NULL, "responses of the platform service are subscribed to");
+  if (host.responses == NULL) exit(EXIT_FAILURE);
   const int logged = host.linesLogged;
   struct Thread* thread = StartThread(DeliverNonsense, &host);
   AwaitWork(thread);

@@ -1,5 +1,5 @@
 #include <windows.h>
-/* Behind windows.h, whose types it needs. */
+/* After windows.h, whose types it needs. */
 #include <stdio.h>
 #include <stdlib.h>
 

@@ -18,9 +18,9 @@
 
 namespace Kest::Client::Loot {
 
-using Testing::FakeAnswer;
 using Testing::FakeHost;
 using Testing::FakeRequest;
+using Testing::FakeResponse;
 using Testing::ServiceReply;
 
 struct TestRecord {

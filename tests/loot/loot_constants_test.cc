@@ -4,6 +4,7 @@
 
 #include "loot/model/decimal_string.h"
 #include "loot/model/loot_id.h"
+#include "tests/support/golden.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -17,7 +18,7 @@ TEST(RentalTest, LooksAtTheEndAndWrapsForSixCharacters) {
   }
 }
 
-TEST(Ranks, ListedWordsComeInOrderBehindUnlistedOnesAndStable) {
+TEST(Ranks, ListedWordsComeInOrderAfterUnlistedOnesAndStable) {
   constexpr std::string_view kOrder[] = {"A", "B"};
   std::vector<std::string_view> words = {"B1", "e", "A", "B2", "d"};
   SortByRank(kOrder, &words, [](std::string_view word) { return word.substr(0, 1); });
@@ -39,33 +40,18 @@ TEST(Ranks, ListedWordsComeInOrderBehindUnlistedOnesAndStable) {
 
 TEST(LootId, SplitsAtTheFirstDash) {
   EXPECT_EQ(MakeLootId("CHEST_x", ""), "CHEST_x");
-  const char* const kCases[][3] = {{"TOKEN-42", "TOKEN", "42"},
-                                   {"CHEST_x", "CHEST_x", ""},
-                                   {"a-b-c", "a", "b-c"},
-                                   {"-7", "", "7"},
-                                   {"a-", "a", ""},
-                                   {"", "", ""}};
-  for (const auto& [id, name, refId] : kCases) {
-    EXPECT_EQ(SplitLootId(id).lootName, std::string(name)) << id;
-    EXPECT_EQ(SplitLootId(id).refId, std::string(refId)) << id;
-  }
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/loot_ids.txt", [](std::string_view id) {
+    const LootIdParts parts = SplitLootId(id);
+    return '"' + std::string(parts.lootName) + "\" \"" + std::string(parts.refId) + '"';
+  }));
 }
 
-TEST(DecimalText, ReadsDigitsOnlyAndNamesTheRefusal) {
-  const std::pair<std::string_view, const char*> kCases[] = {
-      {"0042", "42"},
-      {"2147483647", "2147483647"},
-      {"00000000000000000000000001", "1"},
-      {"2147483648", "stoi argument out of range"},
-      {"99999999999999999999999999", "stoi argument out of range"},
-      {"", "invalid stoi argument"},
-      {"12a", "invalid stoi argument"},
-      {"-1", "invalid stoi argument"},
-      {{"1\0", 2}, "invalid stoi argument"}};
-  for (const auto& [text, outcome] : kCases) {
+TEST(DecimalString, ReadsDigitsOnlyAndNamesTheRefusal) {
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/decimals.txt", [](std::string_view text) {
     const Maybe<int32_t> read = ReadDecimal32(text);
-    EXPECT_EQ(read ? std::to_string(read.GetValue()) : read.GetFailure().text, outcome) << text;
-  }
+    return read ? std::to_string(read.GetValue()) : read.GetFailure().text;
+  }));
+  EXPECT_FALSE(ReadDecimal32({"1\0", 2}));
 }
 
 }  // namespace

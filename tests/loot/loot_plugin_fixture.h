@@ -1,5 +1,5 @@
-// The loot plugin on the fake host, with a small service behind it: a test changes what the service
-// holds and what it answers.
+// The loot plugin on the fake host, with a small service: a test changes what the service holds and
+// what it responds.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -29,7 +29,7 @@ inline constexpr const char* kDefinitions = R"([
   {"lootName":"ODD","type":"ODDITY","displayCategories":"ODDS","storeItemId":-1},
   {"lootName":"TOKEN_6","type":"CHAMPION_TOKEN","displayCategories":"CHEST","storeItemId":0}])";
 
-// Reads an answer or event of this plugin. REQUIRES: the plugin is loaded.
+// Reads a response or event of this plugin. REQUIRES: the plugin is loaded.
 template <class T>
 T Parse(const std::string& json) {
   ConversionContext context;
@@ -105,7 +105,7 @@ class LootPluginTest : public ::testing::Test {
     }
     return events;
   }
-  // The item as the plugin answers it; empty with the count -1 when it is not there.
+  // The item as the plugin returns it; empty with the count -1 when it is not there.
   Api::PlayerLoot Item(const std::string& lootId) {
     const FakeHost::Reply reply = host_.Get("/tav-loot/v1/player-loot/" + lootId);
     Api::PlayerLoot item;
@@ -134,7 +134,7 @@ class LootPluginTest : public ::testing::Test {
     return troubles;
   }
 
-  void AnswerGet(const std::string& path, const std::string& json, bool held = false) {
+  void RespondToGet(const std::string& path, const std::string& json, bool held = false) {
     host_.OnRequest("GET", path, {200, json, "", "application/json", held});
   }
 

@@ -1,4 +1,4 @@
-// The whole plugin: configuration, readiness, login and publication.
+// The values that the whole plugin returns; what it does and in which order is in trace_test.cc.
 #include "tests/loot/loot_plugin_fixture.h"
 
 namespace Kest::Client::Loot {
@@ -6,38 +6,14 @@ namespace {
 
 using ::testing::ElementsAre;
 
-TEST_F(LootPluginTest, EnabledKeepsItsValueWhenTheSettingsAreUnreadableOrGone) {
-  StartPlugin();
-  Enable();
-  Config("Enabled", R"("perhaps")");
-  Remove("/tav-platform-config/v1/namespaces/LootConfig/Enabled");
-  EXPECT_EQ(host_.Get("/tav-loot/v1/enabled").body, "true");
-  Config("Enabled", "false");
-  EXPECT_EQ(host_.CountLines("Loot enabled") + host_.CountLines("Loot disabled"), 2u);
-}
-
-constexpr const char* kChampionsPath = "/tav-champions/v1/inventories/7/champions-minimal";
-constexpr const char* kChampions = R"([{"id":11,"ownership":{"owned":true}}])";
-constexpr const char* kSkinsPath = "/tav-champions/v1/inventories/7/skins-minimal";
-constexpr const char* kSkins = R"([{"id":11000,"championId":11,"name":"Base","tilePath":"t"},
-  {"id":11005,"championId":11,"name":"Fifth","ownership":{"owned":true}}])";
-
-// Path and value of the four sources of one summoner, in the order they are followed.
-std::vector<std::pair<std::string, std::string>> SourcesOf(const std::string& summoner) {
-  const std::string collections = "/tav-collections/v1/inventories/" + summoner;
-  return {{"/tav-champions/v1/inventories/" + summoner + "/champions-minimal", kChampions},
-          {collections + "/ward-skins", "[]"},
-          {collections + "/summoner-icons", R"({"icons":[1]})"},
-          {"/tav-inventory/v1/inventory/emotes", "[]"}};
-}
-
-TEST_F(LootPluginTest, ReadyTurnsWithTheGoalAndSourcesEnrichTheStoredItems) {
-  const std::string ready = "/tav-loot/v1/ready";
+TEST_F(LootPluginTest, SourcesAndGameDataEnrichTheStoredItems) {
   const std::string assets = "/tav-game-data/assets/v1/";
-  AnswerGet(assets + "profile-icons.json", R"([{"id":5,"iconPath":"five.png"}])");
-  AnswerGet(assets + "loot.json", R"({"LootItems":[{"id":"ICON","name":"Named"}]})");
-  AnswerGet(assets + "summoner-emotes.json", R"([{"id":6,"name":"Wave"}])");
-  AnswerGet(kSkinsPath, kSkins);
+  RespondToGet(assets + "profile-icons.json", R"([{"id":5,"iconPath":"five.png"}])");
+  RespondToGet(assets + "loot.json", R"({"LootItems":[{"id":"ICON","name":"Named"}]})");
+  RespondToGet(assets + "summoner-emotes.json", R"([{"id":6,"name":"Wave"}])");
+  RespondToGet("/tav-champions/v1/inventories/7/skins-minimal",
+               R"([{"id":11000,"championId":11,"name":"Base","tilePath":"t"},
+                {"id":11005,"championId":11,"name":"Fifth","ownership":{"owned":true}}])");
   definitions_ = R"([{"lootName":"ICON","type":"SUMMONERICON","storeItemId":5},
                      {"lootName":"WAVE","type":"EMOTE","storeItemId":6},
                      {"lootName":"SKIN_11005","type":"SKIN","storeItemId":11005}])";
@@ -46,64 +22,103 @@ TEST_F(LootPluginTest, ReadyTurnsWithTheGoalAndSourcesEnrichTheStoredItems) {
   EXPECT_EQ(Item("ICON").tilePath + Item("ICON").localizedName, "five.pngNamed");
   EXPECT_EQ(Item("WAVE").itemDesc, "Wave");
   Login(7);
-  Set(kChampionsPath, kChampions);
+  Set("/tav-champions/v1/inventories/7/champions-minimal",
+      R"([{"id":11,"ownership":{"owned":true}}])");
   EXPECT_EQ(Item("SKIN_11005").redeemableStatus, Api::RedeemableStatus::kAlreadyOwned);
   EXPECT_EQ(Item("SKIN_11005").itemDesc, "Fifth");
-  EXPECT_THAT(Events(), ElementsAre("Update /tav-loot/v1/player-loot/SKIN_11005",
-                                    "Update /tav-loot/v1/player-loot-map",
-                                    "Update /tav-loot/v2/player-loot-map"));
-  Config("InitializationGoalFlags", "3");
-  EXPECT_TRUE(host_.HasLine("Loot ready: 3/3"));
-  for (const char* goal : {"300", "63", "1", "65"}) Config("InitializationGoalFlags", goal);
-  EXPECT_THAT(host_.Published(ready), ElementsAre("true", "false", "true", "false"))
-      << "300 is no eight-bit number: dropped; 65 has a bit without a source";
 }
 
-TEST_F(LootPluginTest, LoadsFailAloneAndSkinsThatAreRefusedOrComeTooLateSetNoBit) {
-  AnswerGet("/tav-game-data/assets/v1/summoner-emotes.json", "[]");
+TEST_F(LootPluginTest, ReadersRetrieveUntilOneSucceedsAndGetNoInvalidRecords) {
   StartPlugin();
-  EXPECT_TRUE(host_.HasLine(
-      "Failed to retrieve /tav-game-data/assets/v1/profile-icons.json with error Error response"));
-  EXPECT_TRUE(host_.HasLine("Unable to load loot localization data."));
-  EXPECT_FALSE(host_.HasLine("summoner-emotes.json")) << "each load fails alone";
-  Login(7);
-  Set(kChampionsPath, kChampions);
-  EXPECT_TRUE(host_.HasLine("Failed to retrieve " + std::string(kSkinsPath)));
-  EXPECT_TRUE(host_.HasLine("Loot not yet ready: 1/63")) << "the champions have answered";
-  AnswerGet(kSkinsPath, kSkins, /*held=*/true);
-  Set(kChampionsPath, kChampions);
-  Logout();
-  host_.ReleaseHeld();
+  EXPECT_EQ(host_.Get(kLootMap).body, R"({"version":0,"playerLoot":{}})") << "disabled";
+  Enable();
+  retrievalError_ = "down";
+  for (const char* read : {"v1/player-loot", "v1/player-loot-map", "v2/player-loot-map",
+                           "v1/player-loot/x", "v1/loot-items", "v1/player-display-categories"}) {
+    EXPECT_EQ(host_.Get(std::string("/tav-loot/") + read).status, 500) << read;
+  }
+  EXPECT_EQ(Retrievals(), 6u);
+  retrievalError_.clear();
+  playerLoot_ = R"([{"lootName":"UNKNOWN","count":1},{"lootName":"TOKEN_6","refId":"1x","count":1},
+                    {"lootName":"TOKEN_6","refId":"12","count":3}])";
+  std::vector<std::shared_ptr<const FakeHost::Reply>> replies;
+  for (int i = 0; i < 6; ++i) replies.push_back(host_.StartRequest("GET", kLootMap));
   host_.RunUntilIdle();
-  EXPECT_EQ(host_.CountLines("Loot not yet ready"), 1u);
+  for (const auto& reply : replies) {
+    EXPECT_EQ(Parse<Api::PlayerLootMap>(reply->body).playerLoot.size(), 1u);
+  }
+  EXPECT_EQ(host_.CountLines("is not valid - ignoring"), 12u);
+  EXPECT_EQ(host_.Published("/tav-loot/v1/player-loot/TOKEN_6-12").size(), 1u);
+  const size_t retrievals = Retrievals();
+  EXPECT_EQ(host_.Get("/tav-loot/v1/player-display-categories").body,
+            R"(["","ODDS","CHEST","CHAMPION","SKIN"])");
+  EXPECT_EQ(Parse<std::vector<Api::LootItem>>(host_.Get("/tav-loot/v1/loot-items").body).size(),
+            6u);
+  EXPECT_EQ(Retrievals(), retrievals) << "nothing is pending any more";
 }
 
-TEST_F(LootPluginTest, TheSourcesAreFollowedOncePerConnectedPeriod) {
+TEST_F(LootPluginTest, AppliesDeltasAndReturnsTheItemsAsStored) {
+  StartWithLoot(R"([{"lootName":"CHEST_plain","count":1},{"lootName":"ODD","count":5}])");
+  result_.payload = R"({"status":"OK",
+    "added":[{"lootName":"CURRENCY_champion","count":90},{"lootName":"UNKNOWN","count":1},
+             {"lootName":"SHARD_11","count":1},{"lootName":"ODD","count":2147483647},
+             {"lootName":"SKIN_11005","count":0}],
+    "removed":[{"lootName":"CHEST_plain","count":1},{"lootName":"SHARD_11","count":1}]})";
+  const auto update =
+      Parse<Api::PlayerLootUpdate>(host_.Post("/tav-loot/v1/recipes/SOME_recipe/craft", "[]").body);
+  std::vector<std::string> added;
+  for (const auto& delta : update.added) {
+    added.push_back(delta.playerLoot.lootId + " " + std::to_string(delta.deltaCount) + " -> " +
+                    std::to_string(delta.playerLoot.count) + " " + delta.playerLoot.type);
+  }
+  EXPECT_THAT(added, ElementsAre("UNKNOWN 1 -> 1 ", "ODD 2147483647 -> 2147483647 ODDITY",
+                                 "SKIN_11005 0 -> 0 SKIN", "SHARD_11 1 -> 1 CHAMPION_RENTAL",
+                                 "CURRENCY_champion 90 -> 90 CURRENCY"));
+  EXPECT_TRUE(host_.HasLine("Loot count out of range: ODD"));
+  ASSERT_EQ(update.removed.size(), 2u);
+  EXPECT_EQ(update.removed[0].playerLoot.type + std::to_string(update.removed[0].playerLoot.count),
+            "CHEST0");
+  EXPECT_EQ(Item("CHEST_plain").count, -1) << "it left the store";
+  EXPECT_EQ(Item("SKIN_11005").count, -1) << "returned, but never stored";
+  EXPECT_EQ(Item("SHARD_11").count, -1) << "removed after it was added";
+  EXPECT_TRUE(Item("CURRENCY_champion").isNew);
+}
+
+TEST_F(LootPluginTest, RedeemedItemsBecomeOwnedOrRented) {
+  StartWithLoot(R"([{"lootName":"SHARD_11","count":2},{"lootName":"SKIN_11005","count":1}])");
+  result_.payload = R"({"status":"OK","redeemed":["SHARD_11","SKIN_11005","UNKNOWN"]})";
+  const auto update =
+      Parse<Api::PlayerLootUpdate>(host_.Post("/tav-loot/v1/player-loot/SHARD_11/redeem").body);
+  ASSERT_EQ(update.redeemed.size(), 3u);
+  using Status = Api::RedeemableStatus;
+  const Status kMarks[] = {Status::kAlreadyRented, Status::kAlreadyOwned, Status::kUnknown};
+  for (size_t i = 0; i < 3; ++i) {
+    const Api::PlayerLoot& item = update.redeemed[i].playerLoot;
+    EXPECT_EQ(update.redeemed[i].deltaCount, 0);
+    EXPECT_EQ(item.redeemableStatus, kMarks[i]) << item.lootName;
+    EXPECT_TRUE(i == 2 || Item(item.lootId) == item) << item.lootName << " is stored alike";
+  }
+}
+
+// Longer than any formatted message.
+TEST_F(LootPluginTest, PathsOfLongIdsAreComplete) {
+  const std::string id(5000, 'x');
+  definitions_ = R"([{"lootName":")" + id + R"(","type":"CHEST"}])";
+  recipes_ = R"([{"recipeName":"R","slots":[{"slotNumber":1,"query":")" + id +
+             R"(","quantityExpression":"1"}]}])";
   StartPlugin();
-  const auto log = [&] {
-    return host_.Printed({Testing::Action::kSubscribe, Testing::Action::kUnsubscribe});
-  };
-  std::vector<std::string> expected = log();
-  const auto session = [&](const std::string& state, const char* ids) {
-    Set("/tav-login/v1/session", R"({"state":")" + state + R"(","summonerId":)" + ids + "}");
-  };
-  session("SUCCEEDED", R"(7,"accountId":0)");
-  session("IN_PROGRESS", R"(7,"accountId":1)");
-  EXPECT_EQ(log(), expected) << "not connected";
-  for (const char* state : {"SUCCEEDED", "SUCCEEDED", "LOGGING_OUT"}) {
-    session(state, R"(7,"accountId":1)");
+  Enable();
+  const std::string item = "/tav-loot/v1/player-loot/" + id;
+  const std::string menu = item + "/context-menu";
+  const std::string recipes = "/tav-loot/v1/recipes/initial-item/" + id;
+  for (const std::string& path : {menu, recipes, std::string(kLootMap)}) host_.Get(path);
+  for (const std::string& loot :
+       {R"([{"lootName":")" + id + R"(","count":1}])", std::string("[]")}) {
+    playerLoot_ = loot;
+    host_.Post("/tav-loot/v1/refresh?force=true");
   }
-  session("SUCCEEDED", R"(8,"accountId":1)");
-  Logout();
-  Logout();
-  for (const char* summoner : {"7", "8"}) {
-    for (const char* sign : {"subscribe ", "unsubscribe "}) {
-      for (const auto& [path, json] : SourcesOf(summoner)) {
-        expected.push_back(sign + std::string("OnJsonApiEvent_") + path);
-      }
-    }
-  }
-  EXPECT_EQ(log(), expected);
+  EXPECT_EQ(host_.Published(item).size(), 2u) << "created and deleted";
+  EXPECT_FALSE(host_.Published(menu).empty() || host_.Published(recipes).empty());
 }
 
 }  // namespace

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "loot/model/ownership_rules.h"
+#include "tests/support/golden.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -61,56 +64,26 @@ PlayerLoot OldItem(std::string_view type, int32_t storeItemId, std::string_view 
   return item;
 }
 
+// "TYPE 5 ref=1 asset=Picture id=CHEST"
+PlayerLoot ReadItem(const std::string& text) {
+  std::istringstream words(text);
+  std::string type;
+  int32_t storeItemId = 0;
+  words >> type >> storeItemId;
+  PlayerLoot item = OldItem(type == "-" ? "" : type, storeItemId);
+  for (std::string word; words >> word;) {
+    const size_t equal = word.find('=');
+    const std::string name = word.substr(0, equal);
+    (name == "ref"     ? item.refId
+     : name == "asset" ? item.asset
+                       : item.lootId) = word.substr(equal + 1);
+  }
+  return item;
+}
+
 constexpr const char* kUntouched = "- - - - F F77 S";
 
 TEST(CollectionStatusTest, EachTypeFollowsItsCollection) {
-  const struct {
-    const char* type;
-    int32_t storeItemId;
-    const char *refId, *status, *asset = "", *lootId = "Loot Name";
-  } kCases[] = {
-      {"CHAMPION", 1, "", "n1000 t1000 s1000 - O F77 O"},
-      {"CHAMPION_RENTAL", 1, "", "n1000 t1000 s1000 - O F77 O"},
-      {"CHAMPION", 2, "", "n2000 t2000 s2000 - R F77 R"},
-      {"CHAMPION_RENTAL", 2, "", "n2000 t2000 s2000 - R F77 o"},
-      {"CHAMPION", 3, "", "n3000 t3000 s3000 - F F77 R"},
-      {"CHAMPION_RENTAL", 4, "", "n4000 t4000 s4000 - N F77 r"},
-      {"CHAMPION", 5, "", kUntouched},        // no base skin
-      {"CHAMPION", 6, "", kUntouched},        // no champion
-      {"CHAMPION", 4294968, "", kUntouched},  // not skin 704
-      {"SKIN", 1000, "", "n1000 t1000 s1000 - O O1 O"},
-      {"SKIN", 1015, "", "n1015 t1015 s1015 - N O1 R"},
-      {"SKIN_RENTAL", 1016, "", "n1016 t1016 s1016 - R O1 o"},
-      {"SKIN", 4015, "", "n4015 t4015 s4015 - O N4 C"},
-      {"SKIN", 2000, "", "n2000 t2000 s2000 - N R2 C"},
-      {"SKIN", 6001, "", kUntouched},  // no champion
-      {"CHROMA", 1015, "", kUntouched},
-      {"WARDSKIN", 8, "", "Ward ward.png ward.png shade.png F F77 R"},
-      {"WARDSKIN_RENTAL", 8, "", "Ward ward.png ward.png shade.png F F77 r"},
-      {"WARDSKIN", 9, "", kUntouched},
-      {"EMOTE", 11, "", "Emote emote.png emote.png - O F77 O"},
-      {"EMOTE_RENTAL", 12, "", "Rented rented.png rented.png - R F77 o"},
-      {"EMOTE", 13, "", "- - - - F F77 R"},
-      {"EMOTE", 14, "", "- - - - O F77 O"},
-      {"EMOTE", 15, "", "- - - - N F77 R"},
-      {"EMOTE_RENTAL", 15, "", "- - - - N F77 r"},
-      {"SUMMONERICON", 21, "", "- icon21.png icon21.png - O F77 O"},
-      {"SUMMONERICON", 22, "", "-   - O F77 O"},
-      {"SUMMONERICON", 23, "", "- icon23.png icon23.png - N F77 R"},
-      {"SUMMONERICON", -1, "", "-   - N F77 X"},
-      {"CHAMPION_TOKEN", -1, "1", "n1000 t1000 s1000 - O F77 X"},
-      {"CHAMPION_TOKEN", 0, "0003", "n3000 t3000 s3000 - F F77 R"},
-      {"CHAMPION_TOKEN", 0, "6", "- - - - F F77 X"},
-      {"CHAMPION_TOKEN", 0, "1x", "- - - - F F77 X"},
-      {"CHAMPION_TOKEN", 0, "99999999999", "- - - - F F77 X"},
-      {"TOURNAMENTLOGO", 31, "", "- /Loot Name.png /Loot Name.png - O F77 O"},
-      {"TOURNAMENTLOGO", 5, "", "- /Asset X.png /Asset X.png - N F77 R", "Asset X"},
-      {"BOOST", 5, "", "- image.png image.png - N F77 R", "Asset X", "PICTURED"},
-      {"MATERIAL", 5, "", "- image.png image.png - F F77 X", "", "PICTURED"},
-      {"CHEST", 5, "", "- /Asset X.png /Asset X.png - F F77 X", "Asset X"},
-      {"never heard of_RENTAL", 5, "", "- /Loot Name.png /Loot Name.png - F F77 X"},
-      {"", 5, "", "- /Loot Name.png /Loot Name.png - F F77 X"},
-  };
   Collections collections;
   // Champions 1 to 4 are owned, rented, free and not owned; champion 5 has no base skin, nor has
   // the last one, whose id times 1000 is 704 in 32 bits.
@@ -130,13 +103,11 @@ TEST(CollectionStatusTest, EachTypeFollowsItsCollection) {
   gameData.ReplaceIcons({{21, "icon21.png"}, {23, "first.png"}, {23, "icon23.png"}});
   gameData.ReplaceLoot(LootFile("PICTURED"));
   const CollectionStatus status(collections, gameData);
-  for (const auto& c : kCases) {
-    PlayerLoot item = OldItem(c.type, c.storeItemId, c.refId);
-    item.asset = c.asset;
-    item.lootId = c.lootId;
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/collection_status.txt", [&](auto input) {
+    PlayerLoot item = ReadItem(std::string(input));
     status.Apply(&item);
-    EXPECT_EQ(StatusText(item), c.status) << c.type << " " << c.storeItemId << " " << c.refId;
-  }
+    return StatusText(item);
+  }));
   EXPECT_EQ(gameData.iconPaths().size(), 4u) << "an unknown icon leaves an empty entry";
   // A champion 0 and a skin -1: the store item id says "none", yet both are known.
   collections.ReplaceSkins({Skin(-1, kUnowned)});

@@ -28,16 +28,16 @@ std::vector<std::string> Taken(PlayerLootStore* store) {
   return texts;
 }
 
-TEST(PlayerLootStore, TellsWhatDiffersFromWhatWasToldInTheOrderOfTheStore) {
+TEST(PlayerLootStore, ReportsWhatDiffersFromWhatWasReportedInTheOrderOfTheStore) {
   PlayerLootStore store;
   for (const char* id : {"item9", "item1", "item5", "item7", "item3"}) store.Put(Item(id, 1));
-  store.Remove("item7");  // never told, so its end is no news
+  store.Remove("item7");  // never published, so its end is no news
   std::vector<std::string> inOrder;
   for (const auto& [lootId, item] : store.items()) inOrder.push_back("+" + lootId);
   EXPECT_EQ(Taken(&store), inOrder);
   store.Put(Item("item1", 2));
   store.Remove("item3");
-  store.Put(Item("item1", 1));  // back as they were told
+  store.Put(Item("item1", 1));  // back as they were published
   store.Put(Item("item3", 1));
   EXPECT_THAT(Taken(&store), IsEmpty());
   store.EditAll([](Api::PlayerLoot& item) { item.isNew = item.lootId == "item5"; });

@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "loot/model/loot_definitions.h"
+#include "tests/support/golden.h"
 #include "tests/support/log_capture.h"
 
 namespace Kest::Client::Loot {
@@ -81,20 +83,12 @@ TEST_F(RecipeIndexTest, FindsRecipesByNameAndIdInOrder) {
       "lost OPEN 1:CHEST_unknown 2:none\n"
       "tie X 7:one 7:CHEST_a\n"
       "bare X");
-  const struct {
-    const char *why, *name, *id, *first;
-  } kCases[] = {
-      {"from a list", "SHARD_1", "SHARD_1", "reroll "},
-      {"list and single text", "SHARD_2", "SHARD_2", "reroll tie "},
-      {"by id only", "TOKEN", "TOKEN-42", "reroll "},
-      {"by name although the id is another", "SHARD_1", "SHARD_1-9", "reroll "},
-      {"other reference id", "TOKEN", "TOKEN-43", ""},
-      {"query names a definition; a number is no result", "CHEST_a", "CHEST_a", "open "},
-      {"query names nothing", "CHEST_unknown", "CHEST_unknown", ""},
-      {"lowest slot number", "CURRENCY_champion", "CURRENCY_champion", "upgrade "},
-      {"empty name", "", "", ""},
-  };
-  for (const auto& c : kCases) EXPECT_EQ(TakingFirst(c.name, c.id), c.first) << c.why;
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/first_ingredients.txt", [&](auto input) {
+    const size_t space = std::min(input.find(' '), input.size());
+    const std::string names =
+        TakingFirst(input.substr(0, space), input.substr(std::min(space + 1, input.size())));
+    return names.empty() ? "none" : names.substr(0, names.size() - 1);
+  }));
   const IndexedSlot& first = index.recipes().at(0).slots.at(0);
   EXPECT_EQ(first.slot->slotNumber, 1);
   EXPECT_THAT(*first.lootNames, ElementsAre("CURRENCY_champion"));

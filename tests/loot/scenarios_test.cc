@@ -1,5 +1,5 @@
 // A player's days, drawn at random: the plugin is driven through everything at once, and a follower
-// of its events and a plain model of the service must know at each step what it answers.
+// of its events and a plain model of the service must know at each step what it returns.
 #include <functional>
 #include <map>
 #include <random>
@@ -37,11 +37,12 @@ void Apply(const Counts& deltas, int sign, Counts* counts) {
 class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface<int> {
  protected:
   ScenarioTest() {
-    AnswerGet("/tav-inventory/v1/signedInventory",
-              R"({"TOURNAMENT_LOGO":")" + MakeToken(R"({"items":{"TOURNAMENT_LOGO":[]}})") + "\"}");
+    RespondToGet(
+        "/tav-inventory/v1/signedInventory",
+        R"({"TOURNAMENT_LOGO":")" + MakeToken(R"({"items":{"TOURNAMENT_LOGO":[]}})") + "\"}");
     for (const std::string summoner : {"7", "8"}) {
-      AnswerGet("/tav-champions/v1/inventories/" + summoner + "/skins-minimal",
-                R"([{"id":11000,"championId":11},{"id":11005,"championId":11}])");
+      RespondToGet("/tav-champions/v1/inventories/" + summoner + "/skins-minimal",
+                   R"([{"id":11000,"championId":11},{"id":11005,"championId":11}])");
     }
     RecastDefinitions();
     playerLoot_ = Records(service_);
@@ -70,10 +71,10 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
     const int outcome = Draw(4);
     result_ = {R"({"status":")" + std::string(outcome == 1 ? "REFUSED" : "OK") + R"(","added":)" +
                    Records(added) + R"(,"removed":)" + Records(removed) +
-                   R"(,"redeemed":["SHARD_11","NOBODY"]})",
+                   R"(,"redeemed":["SHARD_11","UNKNOWN"]})",
                outcome == 2 ? "lost" : ""};
     const bool sent = enabled_[0] && enabled_[1];
-    if (sent && outcome != 1) {  // a lost answer does not undo what the service did
+    if (sent && outcome != 1) {  // a lost response does not undo what the service did
       Apply(added, 1, &service_);
       Apply(removed, -1, &service_);
       playerLoot_ = Records(service_);
@@ -94,20 +95,20 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
     goal_ = kGoals[Draw(5)];
     Config("InitializationGoalFlags", std::to_string(goal_));
   }
-  void AnswerSource() {
+  void RespondAsSource() {
     const int which = Draw(4);
     const std::string summoner = Draw(2) == 0 ? "7" : "8";
     const std::string owned = Draw(2) == 0 ? "true" : "false";
     const std::string collections = "/tav-collections/v1/inventories/" + summoner;
-    const std::pair<std::string, std::string> kAnswers[] = {
+    const std::pair<std::string, std::string> kResponses[] = {
         {"/tav-champions/v1/inventories/" + summoner + "/champions-minimal",
          R"([{"id":11,"ownership":{"owned":)" + owned + "}}]"},
         {collections + "/ward-skins", "[]"},
         {collections + "/summoner-icons", R"({"icons":[1]})"},
         {"/tav-inventory/v1/inventory/emotes", "[]"}};
     constexpr int kBits[] = {3, 4, 8, 32};
-    answered_[which == 3 ? "" : summoner] |= kBits[which];
-    Set(kAnswers[which].first, kAnswers[which].second);
+    responded_[which == 3 ? "" : summoner] |= kBits[which];
+    Set(kResponses[which].first, kResponses[which].second);
   }
   void LogInOrOut() {
     if (!summoner_.empty()) {
@@ -144,7 +145,7 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
         [this] { Configure(); },
         [this] { ChangeGoal(); },
         [this] { LogInOrOut(); },
-        [this] { AnswerSource(); },
+        [this] { RespondAsSource(); },
         [this] { ChangePhase(); },
         [this] { TouchGrants(); },
         [this] { Craft(); },
@@ -167,7 +168,8 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
         ExpectMap(event.json);
       } else if (event.path != kGrants) {
         EXPECT_EQ(event.type, "Update");
-        EXPECT_NE(std::exchange(told_[event.path], event.json), event.json) << "published twice";
+        EXPECT_NE(std::exchange(published_[event.path], event.json), event.json)
+            << "published twice";
       }
     }
     EXPECT_FALSE(itemsChanged_) << "the maps were not published";
@@ -196,12 +198,12 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
     EXPECT_TRUE(before == known_.end() || *before->second != item) << "published twice";
     known_[lootId] = std::make_shared<const Api::PlayerLoot>(item);
   }
-  void CompareWithAnswers() {
+  void CompareWithResponses() {
     const bool enabled = enabled_[0] && enabled_[1];
     ExpectMap(host_.Get(kLootMap).body);
-    for (const auto& [path, json] : told_) EXPECT_EQ(host_.Get(path).body, json) << path;
-    EXPECT_EQ(told_["/tav-loot/v1/enabled"], enabled ? "true" : "false");
-    EXPECT_EQ(told_["/tav-loot/v1/ready"], (flags_ & goal_) == goal_ ? "true" : "false");
+    for (const auto& [path, json] : published_) EXPECT_EQ(host_.Get(path).body, json) << path;
+    EXPECT_EQ(published_["/tav-loot/v1/enabled"], enabled ? "true" : "false");
+    EXPECT_EQ(published_["/tav-loot/v1/ready"], (flags_ & goal_) == goal_ ? "true" : "false");
     Counts counts;
     for (const auto& [lootId, item] : known_) counts[{item->lootName, item->refId}] = item->count;
     EXPECT_EQ(counts, held_);
@@ -219,13 +221,13 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
       held_ = service_;
       flags_ |= 16;
     }
-    if (!summoner_.empty()) flags_ |= answered_[summoner_] | answered_[""];
+    if (!summoner_.empty()) flags_ |= responded_[summoner_] | responded_[""];
     if (allowed_) {
       shown_.insert(shown_.end(), queued_.begin(), queued_.end());
       queued_.clear();
     }
     Follow();
-    CompareWithAnswers();
+    CompareWithResponses();
   }
 
   std::mt19937 random_{static_cast<unsigned>(GetParam())};
@@ -234,7 +236,7 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
   bool enabled_[2] = {false, false};
   int goal_ = 63;
   int flags_ = 0;
-  std::map<std::string, int> answered_;  // bits by summoner; "" for every one
+  std::map<std::string, int> responded_;  // bits by summoner; "" for every one
   std::string summoner_;
   bool allowed_ = true;
   int64_t nextGrant_ = 0;
@@ -244,16 +246,16 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
   Api::PlayerLootItems known_;
   int64_t version_ = 0;
   bool itemsChanged_ = false;  // since the maps were published
-  std::map<std::string, std::string> told_{{"/tav-loot/v1/enabled", "false"},
-                                           {"/tav-loot/v1/ready", "false"},
-                                           {kCategories, "[]"},
-                                           {kMenu, "[]"},
-                                           {kRecipes, "[]"}};
+  std::map<std::string, std::string> published_{{"/tav-loot/v1/enabled", "false"},
+                                                {"/tav-loot/v1/ready", "false"},
+                                                {kCategories, "[]"},
+                                                {kMenu, "[]"},
+                                                {kRecipes, "[]"}};
 };
 
-TEST_P(ScenarioTest, WhatIsPublishedAddsUpToWhatIsAnswered) {
+TEST_P(ScenarioTest, WhatIsPublishedAddsUpToWhatIsReturned) {
   StartPlugin();
-  for (const auto& [path, json] : told_) EXPECT_EQ(host_.Get(path).body, json) << path;
+  for (const auto& [path, json] : published_) EXPECT_EQ(host_.Get(path).body, json) << path;
   for (int step = 0; step < 60 && !HasFailure(); ++step) {
     SCOPED_TRACE(step);
     Step();

@@ -32,7 +32,7 @@ class ServiceProxyTest : public CallsTest {
       seen_.push_back(result ? "done" : result.GetFailure().text);
     }
   }
-  // Both start a call in a task; `seen_` gets its value or its failure text when it ends.
+  // Both start a call in a task; `seen_` gets its value or its failure message when it ends.
   template <class R = TestRecord, class... A>
   void Call(std::string_view method, const A&... arguments) {
     host_.RunTask([=, this] { Note(proxy_.InvokeAndWait<R>("loot", method, arguments...)); });
@@ -41,7 +41,7 @@ class ServiceProxyTest : public CallsTest {
   void CallSession(std::string_view method, const A&... arguments) {
     host_.RunTask([=, this] { Note(proxy_.InvokeSession<R>("loot", method, arguments...)); });
   }
-  // The call's failure text; it stands in `failure_` when the start of the call must wait.
+  // The call's failure message; it stands in `failure_` when the start of the call must wait.
   std::string CallByMethod() {
     failure_ = "not returned";
     host_.RunTask([this] {
@@ -57,26 +57,12 @@ class ServiceProxyTest : public CallsTest {
                    R"(\"}","status":"OK","error":""})");
     host_.RunUntilIdle();
   }
-  void Answer(std::string_view method, ServiceReply reply) {
+  void SetReply(std::string_view method, ServiceReply reply) {
     host_.OnService("loot", method, [reply](const std::string&) { return reply; });
   }
 
   std::string failure_;
 };
-
-TEST_F(ServiceProxyTest, AUuidCallSendsItsArgumentsAndIsFulfilledByItsEvent) {
-  Answer("m", {R"({"name":"reply"})"});
-  Call("m", std::string("id"), int64_t{-7}, TestRecord{"x", 0.5});
-  EXPECT_THAT(seen_, ElementsAre("reply"));
-  EXPECT_EQ(host_.Requests().at(0).url, "/tav-login/v1/service-proxy-uuid-requests");
-  EXPECT_EQ(
-      host_.Requests()[0].body,
-      R"({"serviceName":"loot","methodName":"m","args":["id",-7,{"name":"x","number":0.5}]})");
-  EXPECT_THAT(log_.Lines(),
-              ElementsAre("ALWAYS|| vwm-be-test: Preparing service proxy request: loot.m",
-                          "ALWAYS|| vwm-be-test: Started service proxy request: loot.m (uuid-1)",
-                          "ALWAYS|| vwm-be-test: Fulfilled service proxy request: uuid-1"));
-}
 
 TEST_F(ServiceProxyTest, EachCallGetsTheLatestResponseOfItsOwnUuid) {
   Respond(kUuidEvent, "uuid-3", "stale");
@@ -84,22 +70,22 @@ TEST_F(ServiceProxyTest, EachCallGetsTheLatestResponseOfItsOwnUuid) {
   Call("m");
   Call("m");
   Respond(kUuidEvent, "uuid-2", "second");
-  Respond(kUuidEvent, "unknown", "nobody");
+  Respond(kUuidEvent, "unknown", "unused");
   Respond(kUuidEvent, "uuid-1", "first");
   Call("m");
   EXPECT_THAT(seen_, ElementsAre("second", "first", "early"));
   host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests",
-                  FakeAnswer{200, "\"held\"", "", "", true});
+                  FakeResponse{200, "\"held\"", "", "", true});
   Call("m");
   Respond(kUuidEvent, "held", "before the host has named the request");
-  EXPECT_EQ(seen_.size(), 3u) << "nobody knows yet whose answer it is";
+  EXPECT_EQ(seen_.size(), 3u) << "it is not known yet whose response it is";
   host_.ReleaseHeld();
   Respond(kUuidEvent, "held", "again");
   EXPECT_THAT(seen_, ElementsAre("second", "first", "early", StartsWith("before")));
 }
 
 TEST_F(ServiceProxyTest, OneMethodBasedCallAtATimeAlsoWhileItIsBeingSent) {
-  host_.OnRequest("POST", kMethodRequests, FakeAnswer{204, "", "", "", true});
+  host_.OnRequest("POST", kMethodRequests, FakeResponse{204, "", "", "", true});
   EXPECT_EQ(CallByMethod(), "not returned");
   EXPECT_EQ(CallByMethod(), "Request already in flight");
   ASSERT_EQ(host_.Requests().size(), 1u);
@@ -107,24 +93,24 @@ TEST_F(ServiceProxyTest, OneMethodBasedCallAtATimeAlsoWhileItIsBeingSent) {
             R"({"serviceName":"loot","methodName":"m","requestKey":"key","flag":true,"args":[]})");
   host_.ReleaseHeld();
   EXPECT_EQ(failure_, "");
-  EXPECT_EQ(CallByMethod(), "Request already in flight") << "until its answer has come";
+  EXPECT_EQ(CallByMethod(), "Request already in flight") << "until its response has come";
   EXPECT_THAT(log_.Lines(), Contains(" ERROR|| vwm-be-test: Could not invoke service proxy as "
                                      "request is already in flight"));
   Respond("OnServiceProxyMethodEvent", "", "by method");
   EXPECT_THAT(seen_, ElementsAre("by method"));
-  host_.OnRequest("POST", kMethodRequests, FakeAnswer{500, "", "no"});
+  host_.OnRequest("POST", kMethodRequests, FakeResponse{500, "", "no"});
   for (int i = 0; i < 2; ++i) {  // a failed start must not keep the key
     EXPECT_EQ(CallByMethod(), std::string("Error response for POST ") + kMethodRequests + ": no");
   }
 }
 
 TEST_F(ServiceProxyTest, FailuresComeWithTheirTexts) {
-  const std::pair<const char*, ServiceReply> kAnswers[] = {{"error", {"{}", "denied"}},
-                                                           {"torn", {"[1"}},
-                                                           {"void", {""}},
-                                                           {"number", {"7"}},
-                                                           {"record", {R"({"name":"at once"})"}}};
-  for (const auto& [method, reply] : kAnswers) Answer(method, reply);
+  const std::pair<const char*, ServiceReply> kResponses[] = {{"error", {"{}", "denied"}},
+                                                             {"torn", {"[1"}},
+                                                             {"void", {""}},
+                                                             {"number", {"7"}},
+                                                             {"record", {R"({"name":"at once"})"}}};
+  for (const auto& [method, reply] : kResponses) SetReply(method, reply);
   Call("error");
   Call("torn");
   Call<Nothing>("void");
@@ -170,8 +156,12 @@ TEST_F(ServiceProxyTest, PlatformMessagesReachTheirSubtopicAsTasks) {
       });
     }
   });
-  host_.SendSvds("com.x", R"({"a":"b"})");
-  host_.SendSvds("com.x", R"({"a":"replaced"})");
+  for (const char* value : {"b", "replaced"}) {
+    host_.DeliverEvent(
+        "OnSvdsEvent_com.x",
+        R"({"subtopic":"com.x","typeName":"com.x","body":{"a":")" + std::string(value) + "\"}}");
+    host_.RunUntilIdle();
+  }
   EXPECT_THAT(seen_, ElementsAre("com.xb"));
   host_.DeliverEvent("OnSvdsEvent_com.x", "torn");
   host_.RunUntilIdle();
@@ -182,7 +172,7 @@ TEST_F(ServiceProxyTest, PlatformMessagesReachTheirSubtopicAsTasks) {
 TEST_F(ServiceProxyTest, TheEndCutsEveryCallShort) {
   Call("pending");
   host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests",
-                  FakeAnswer{200, "\"uuid-9\"", "", "", true});
+                  FakeResponse{200, "\"uuid-9\"", "", "", true});
   Call("starting");
   EndPlugin();
   EXPECT_THAT(seen_, ElementsAre("Finalizing", "Finalizing"));

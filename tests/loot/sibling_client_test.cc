@@ -20,7 +20,7 @@ class SiblingClientTest : public CallsTest {
 
   template <class R, class... A>
   Maybe<R> Ask(HttpMethod method, const A&... arguments) {
-    Maybe<R> result = Failure{"no answer"};
+    Maybe<R> result = Failure{"no response"};
     host_.RunTask([&] { result = client_.Request<R>(method, kUrl, arguments...); });
     return result;
   }
@@ -36,8 +36,8 @@ class SiblingClientTest : public CallsTest {
 };
 
 TEST_F(SiblingClientTest, ArgumentsTravelInTheQueryOrAsTheBody) {
-  host_.OnRequest("GET", kUrl, FakeAnswer{200, R"({"TOURNAMENT_LOGO":"token"})"});
-  host_.OnRequest("POST", kUrl, FakeAnswer{204, ""});
+  host_.OnRequest("GET", kUrl, FakeResponse{200, R"({"TOURNAMENT_LOGO":"token"})"});
+  host_.OnRequest("POST", kUrl, FakeResponse{204, ""});
   const auto tokens = Ask<std::map<std::string, std::string>>(
       HttpMethod::kGet, Query("inventoryTypes", Names{"TOURNAMENT_LOGO"}),
       Query("q", std::string("a b&\xC3\xA9")), Query("n", -3));
@@ -53,7 +53,7 @@ TEST_F(SiblingClientTest, ArgumentsTravelInTheQueryOrAsTheBody) {
 }
 
 TEST_F(SiblingClientTest, EachStepFailsWithItsOwnText) {
-  const std::pair<FakeAnswer, const char*> kCases[] = {
+  const std::pair<FakeResponse, const char*> kCases[] = {
       {{404, "", "gone"}, "404 Error response for GET /tav-x/v1/thing: gone"},
       {{503, "", ""}, "503 Error response for GET /tav-x/v1/thing: Service Unavailable"},
       {{200, "[1", ""}, "500 Error converting response for GET /tav-x/v1/thing: Missing a comma"},
@@ -65,14 +65,14 @@ TEST_F(SiblingClientTest, EachStepFailsWithItsOwnText) {
        "500 Error reading streamed response for GET /tav-x/v1/thing: Unsupported body content "
        "type"},
   };
-  for (const auto& [answer, text] : kCases) {
-    host_.OnRequest("GET", kUrl, answer);
+  for (const auto& [response, text] : kCases) {
+    host_.OnRequest("GET", kUrl, response);
     const Maybe<Names> result = Ask<Names>(HttpMethod::kGet, Query("q", 1));
     ASSERT_FALSE(result) << text;
     EXPECT_THAT(std::to_string(result.GetFailure().status) + " " + result.GetFailure().text,
                 StartsWith(text));
   }
-  host_.OnRequest("GET", kUrl, FakeAnswer{200, "", "", "", true});
+  host_.OnRequest("GET", kUrl, FakeResponse{200, "", "", "", true});
   std::string text;
   host_.RunTask([&] { text = client_.Request<Nothing>(HttpMethod::kGet, kUrl).GetFailure().text; });
   EndPlugin();

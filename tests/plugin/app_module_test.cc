@@ -54,7 +54,7 @@ TEST_F(AppModuleDeathTest, AFutureThatCannotGiveAValueEndsTheProcess) {
   }
 }
 
-TEST(OncePromise, IsKeptOnceWhateverHappens) {
+TEST(OncePromise, IsKeptExactlyOnce) {
   auto promise = std::make_unique<OncePromise<int32_t>>();
   auto kept = promise->GetFuture();
   EXPECT_TRUE(promise->Set(1));

@@ -19,8 +19,8 @@ class HostServicesTest : public ::testing::Test {
   void Ask(std::string_view url, HostServices* services) {
     HostRequest request;
     request.url = url;
-    services->Request(request, [this](Maybe<Response> answer) {
-      answers_.push_back(answer ? answer.GetValue().body : answer.GetFailure().text);
+    services->Request(request, [this](Maybe<Response> response) {
+      responses_.push_back(response ? response.GetValue().body : response.GetFailure().text);
     });
   }
   void Ask(std::string_view url) {
@@ -32,25 +32,25 @@ class HostServicesTest : public ::testing::Test {
   RuntimeCounters counters_;
   FakeHost host_;
   HostServices services_{gate_, counters_};
-  std::vector<std::string> answers_;
+  std::vector<std::string> responses_;
 };
 
 TEST_F(HostServicesTest, EachRequestEndsExactlyOnce) {
-  host_.OnRequest("GET", "/now", FakeAnswer{200, "1"});
-  host_.OnRequest("GET", "/later", FakeAnswer{200, "2", "", "", true});
+  host_.OnRequest("GET", "/now", FakeResponse{200, "1"});
+  host_.OnRequest("GET", "/later", FakeResponse{200, "2", "", "", true});
   host_.RunTask([this] {
     Ask("/now", &services_);
-    EXPECT_THAT(answers_, IsEmpty()) << "the answer must not come from inside the call";
+    EXPECT_THAT(responses_, IsEmpty()) << "the response must not come from inside the call";
   });
   Ask("/later");
   host_.RefuseEverything();
   Ask("/now");
-  EXPECT_THAT(answers_, ElementsAre("1", "The host did not take the request"));
+  EXPECT_THAT(responses_, ElementsAre("1", "The host did not take the request"));
   gate_.Close();
   for (int i = 0; i < 2; ++i) host_.RunTask([this] { services_.CancelAll(); });
   Ask("/now");
-  host_.ReleaseHeld();  // the host answers the cancelled request after all
-  EXPECT_THAT(answers_,
+  host_.ReleaseHeld();  // the host completes the cancelled request after all
+  EXPECT_THAT(responses_,
               ElementsAre("1", "The host did not take the request", "Finalizing", "Finalizing"));
 }
 
@@ -65,7 +65,10 @@ TEST_F(HostServicesTest, TasksRunOnceAndMergedOnesAreDropped) {
             TaskPosting::kQueued);
   host_.RunUntilIdle();
   EXPECT_EQ(runs, 1);
-  EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| Task: broken task"));
+  EXPECT_EQ(services_.PostTask("b", [] { throw 7; }), TaskPosting::kQueued);
+  host_.RunUntilIdle();
+  EXPECT_THAT(log_.Lines(),
+              ElementsAre(" ERROR|| Task: broken task", " ERROR|| Task: unknown exception"));
   EXPECT_EQ(services_.PostTask("c", [&] { ++runs; }), TaskPosting::kQueued);
   gate_.Close();
   EXPECT_EQ(services_.PostTask("d", [&] { ++runs; }), TaskPosting::kRefused);
@@ -109,7 +112,7 @@ TEST_F(HostServicesTest, ARefusedSubscriptionLeavesNothing) {
 TEST_F(HostServicesTest, WithoutAHostEverythingFailsQuietly) {
   HostServices alone(gate_, counters_);
   Ask("/now", &alone);
-  EXPECT_THAT(answers_, ElementsAre("Finalizing"));
+  EXPECT_THAT(responses_, ElementsAre("Finalizing"));
   EXPECT_FALSE(alone.Subscribe("e", [](std::string_view) {}));
   EXPECT_FALSE(alone.Publish("/p", ResourceEventType::kUpdate, "1"));
   EXPECT_EQ(alone.PostTask("t", [] {}), TaskPosting::kRefused);

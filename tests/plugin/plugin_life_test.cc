@@ -18,7 +18,7 @@ using ::testing::IsEmpty;
 
 class PluginLifeTest : public ::testing::Test {
  protected:
-  static constexpr const char* kUrl = "/test/v1/answer/x";
+  static constexpr const char* kUrl = "/test/v1/word/x";
 
   PluginLifeTest() { ScriptedPlugin::script = PluginScript(); }
   void Load() { host_.Load(&ScriptedPlugin::Handshake); }
@@ -26,14 +26,14 @@ class PluginLifeTest : public ::testing::Test {
     Load();
     ASSERT_TRUE(host_.Start());
   }
-  // A handler that waits for the host's answer to "/never".
+  // A handler that waits for the host's response to "/never".
   static Maybe<std::string> WaitForever(ScriptedPlugin& plugin) {
     auto promise = std::make_shared<OncePromise<std::string>>();
     auto future = promise->GetFuture();
     HostRequest request;
     request.url = "/never";
-    plugin.Host().Request(request, [promise = std::move(promise)](Maybe<Response> answer) {
-      promise->Set(answer.GetFailure());
+    plugin.Host().Request(request, [promise = std::move(promise)](Maybe<Response> response) {
+      promise->Set(response.GetFailure());
     });
     return plugin.Module().Await(std::move(future));
   }
@@ -86,7 +86,7 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   EXPECT_EQ(ScriptedPlugin::script.alive, 0) << "also without start";
 }
 
-TEST_F(PluginLifeTest, WhateverAHandlerThrowsIsAnAnswer) {
+TEST_F(PluginLifeTest, AnExceptionOfAHandlerIsAResponse) {
   const std::pair<void (*)(), const char*> kCases[] = {
       {[] { throw std::runtime_error("broken"); }, "broken"},
       {[] { throw std::bad_alloc(); }, "Out of memory"},
@@ -123,7 +123,7 @@ TEST_F(PluginLifeTest, StatisticsCountSinceStartAndFillFourteenWords) {
   for (const char* url : {kUrl, kUrl, "/nowhere"}) host_.Get(url);
   struct {
     KestStatistics statistics;
-    uint32_t behind;
+    uint32_t after;
   } words;
   std::memset(&words, 0xAB, sizeof words);
   host_.Block().callbacks->statistics(host_.Block().context, &words.statistics);
@@ -132,7 +132,7 @@ TEST_F(PluginLifeTest, StatisticsCountSinceStartAndFillFourteenWords) {
 }
 
 TEST_F(PluginLifeTest, StopEndsTheWaitsInsideAndLetsNobodyElseIn) {
-  host_.OnRequest("GET", "/never", FakeAnswer{200, "", "", "", true});
+  host_.OnRequest("GET", "/never", FakeResponse{200, "", "", "", true});
   ScriptedPlugin::script.initialise = [](ScriptedPlugin& plugin) {
     return plugin.Host().Subscribe("e", [](std::string_view) { FAIL() << "delivered after stop"; });
   };

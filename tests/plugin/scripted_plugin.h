@@ -17,7 +17,7 @@ struct PluginScript {
   std::function<void(ScriptedPlugin&)> registerApi = [](ScriptedPlugin&) {};
   std::function<bool(ScriptedPlugin&)> initialise = [](ScriptedPlugin&) { return true; };
   std::function<Maybe<std::string>(ScriptedPlugin&)> handler = [](ScriptedPlugin&) {
-    return Maybe<std::string>(std::string("answer"));
+    return Maybe<std::string>(std::string("response"));
   };
   bool hasMemory = true;
   int alive = 0;  // plugin objects that exist
@@ -33,8 +33,7 @@ class ScriptedPlugin final : public PluginBase {
 
   void RegisterApi() override {
     Api()
-        .Route(HttpMethod::kGet, "/test/v1/answer/{name}", "GetAnswer", this,
-               &ScriptedPlugin::Answer)
+        .Route(HttpMethod::kGet, "/test/v1/word/{name}", "GetWord", this, &ScriptedPlugin::Word)
         .Path("name", "Any word");
     script.registerApi(*this);
   }
@@ -52,7 +51,7 @@ class ScriptedPlugin final : public PluginBase {
   }
 
  private:
-  Maybe<std::string> Answer(std::string /*name*/) { return script.handler(*this); }
+  Maybe<std::string> Word(std::string /*name*/) { return script.handler(*this); }
 };
 
 }  // namespace Kest::Testing

@@ -16,9 +16,9 @@ struct Case {
   Expected expected;
 };
 
-template <typename Input, typename Expected = const char*, typename Answer>
-void ExpectEach(std::initializer_list<Case<Input, Expected>> cases, const Answer& answer) {
-  for (const auto& c : cases) EXPECT_EQ(answer(c.input), c.expected) << c.why;
+template <typename Input, typename Expected = const char*, typename Function>
+void ExpectEach(std::initializer_list<Case<Input, Expected>> cases, const Function& function) {
+  for (const auto& c : cases) EXPECT_EQ(function(c.input), c.expected) << c.why;
 }
 
 }  // namespace Kest::Testing

@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <future>
-#include <thread>
 
 #include "base/platform.h"
 #include "binding/json/json_adapter.h"
@@ -52,24 +49,7 @@ std::string ResourceEventJson(std::string_view path, std::string_view type, std:
 
 }  // namespace
 
-std::string Print(const Action& action) {
-  constexpr const char* kWords[] = {"#",     "request", "subscribe", "unsubscribe", "publish",
-                                    "post",  "run",     "wait",      "wait over",   "log",
-                                    "event", "answer",  "identify"};
-  std::string line = kWords[action.kind];
-  for (const std::string& part : {action.name, action.detail}) {
-    if (!part.empty()) line.append(" ").append(part);
-  }
-  return line;
-}
-
-FakeHost::FakeHost()
-    : scheduler_([](std::string_view, std::string_view text) {
-        ADD_FAILURE() << "An exception left a module task: " << text;
-      }),
-      serviceThread_([](std::string_view, std::string_view text) {
-        ADD_FAILURE() << "An exception left the delivery of a service event: " << text;
-      }) {
+FakeHost::FakeHost() {
   FillTable();
   SetClockForTests(kStartOfTime * 1000);
 }
@@ -77,7 +57,7 @@ FakeHost::FakeHost()
 FakeHost::~FakeHost() {
   if (block_.context != nullptr && !stopped_) Stop();
   RunUntilIdle();
-  if (!scheduler_.End()) GiveUp("Module tasks still wait at the end of the test.", {});
+  if (!runner_.End()) GiveUp("Module tasks still wait at the end of the test.", {});
   ResetClockForTests();
 }
 
@@ -85,7 +65,7 @@ FakeHost::~FakeHost() {
 
 void FakeHost::Load(const std::function<void(KestHandshakeBlock*)>& handshake) {
   block_ = {};
-  block_.major = 18;  // newer than the plugin, to tell the two apart
+  block_.major = 18;  // newer than the plugin, to distinguish the two
   block_.patch = 3;
   handshake(&block_);
 }
@@ -113,68 +93,14 @@ void FakeHost::AdvanceSeconds(int64_t seconds) {
 
 // ---- Tasks --------------------------------------------------------------------------------------
 
-void FakeHost::PostWork(Work work) {
-  Host::Scheduler::Task task{.name = {}, .work = [this, work = std::move(work)] {
-                               work();
-                               ++progress_;
-                             }};
-  const std::lock_guard lock(mutex_);
-  if (running_) {
-    scheduler_.Post(std::move(task));
-  } else {
-    waitingForRun_.push_back(std::move(task));
-  }
-}
-
 void FakeHost::RunTask(Work work) {
-  PostWork(std::move(work));
+  runner_.Post(std::move(work));
   RunUntilIdle();
 }
 
-void FakeHost::RunUntilIdle() {
-  {
-    const std::lock_guard lock(mutex_);
-    running_ = true;
-    for (auto& task : std::exchange(waitingForRun_, {})) scheduler_.Post(std::move(task));
-  }
-  const auto idle = std::make_shared<std::promise<void>>();
-  scheduler_.Post({.name = {}, .work = [this, idle] {
-                     WatchUntilIdle();
-                     running_ = false;
-                     idle->set_value();
-                   }});
-  idle->get_future().wait();
-}
-
-// Returns when the others have yielded a few turns on end and nothing happened.
-void FakeHost::WatchUntilIdle() {
-  constexpr int kQuietTurns = 4;  // a task may yield a few times for no reason
-  for (int quiet = 0; quiet < kQuietTurns; ++quiet) {
-    const uint64_t before = progress_;
-    scheduler_.Wake();
-    scheduler_.Yield();
-    const bool happened = progress_ != before || eventsOnThread_ != 0;
-    if (happened || (quiet + 1 == kQuietTurns && ReleaseServiceEvent())) quiet = -1;
-  }
-}
-
-// Delivers the next event that KeepOrder holds back, while every task stands still.
-bool FakeHost::ReleaseServiceEvent() {
-  if (orderedEvents_.empty()) return false;
-  Work deliver = std::move(orderedEvents_.front());
-  orderedEvents_.pop_front();
-  PostServiceEvent(std::move(deliver));
-  while (eventsOnThread_ != 0) std::this_thread::yield();
-  return true;
-}
-
-void FakeHost::PostServiceEvent(Work deliver) {
-  ++eventsOnThread_;
-  serviceThread_.Post({.name = {}, .work = [this, deliver = std::move(deliver)] {
-                         deliver();
-                         ++progress_;
-                         --eventsOnThread_;
-                       }});
+void FakeHost::Record(Action action) {
+  ActionLog::Record(std::move(action));
+  runner_.NoteProgress();
 }
 
 int32_t FakeHost::OnPostTask(std::string_view name, KestTask run, void* context) {
@@ -182,7 +108,7 @@ int32_t FakeHost::OnPostTask(std::string_view name, KestTask run, void* context)
   {
     const std::lock_guard lock(mutex_);
     const bool merged = !refuse_ && waitingTasks_.contains(key);
-    RecordLocked({Action::kPost, key, refuse_ ? "refused" : merged ? "merged" : ""});
+    Record({Action::kPost, key, refuse_ ? "refused" : merged ? "merged" : ""});
     if (refuse_) return KEST_TASK_REFUSED;
     if (merged) return KEST_TASK_MERGED;
     waitingTasks_.insert(key);
@@ -192,12 +118,12 @@ int32_t FakeHost::OnPostTask(std::string_view name, KestTask run, void* context)
     {
       const std::lock_guard lock(mutex_);
       waitingTasks_.erase(key);
-      RecordLocked({Action::kRun, key});
+      Record({Action::kRun, key});
     }
     run(context);
   };
   if (!holdTasks_) {
-    PostWork(std::move(task));
+    runner_.Post(std::move(task));
   } else {
     const std::lock_guard lock(mutex_);
     heldTasks_.push_back(std::move(task));
@@ -220,8 +146,9 @@ void FakeHost::OnRequest(std::string_view method, std::string_view path, Request
   handlers_[{std::string(method), std::string(path)}] = std::move(handler);
 }
 
-void FakeHost::OnRequest(std::string_view method, std::string_view path, FakeAnswer answer) {
-  OnRequest(method, path, [answer = std::move(answer)](const FakeRequest&) { return answer; });
+void FakeHost::OnRequest(std::string_view method, std::string_view path, FakeResponse response) {
+  OnRequest(method, path,
+            [response = std::move(response)](const FakeRequest&) { return response; });
 }
 
 void FakeHost::OnService(std::string_view service, std::string_view method,
@@ -235,31 +162,31 @@ bool FakeHost::OnHostRequest(const KestRequest& request, KestCompletion completi
   Record({Action::kRequest, copy.method + " " + copy.url, copy.body});
   if (refuse_) return false;
   const std::string path = copy.Path();
-  const FakeAnswer answer = AnswerTo(copy, path);
-  Queue(path, answer.held, [this, completion, context, answer] {
+  const FakeResponse response = ResponseTo(copy, path);
+  Queue(path, response.held, [this, completion, context, response] {
     if (stopped_) return;
-    KestResponse response{};
-    response.status = answer.status;
-    response.message = ToText(answer.message);
-    response.contentType = answer.body.empty() ? KestText{} : ToText(answer.contentType);
-    response.body = ToBytes(answer.body);
-    completion(context, &response);
+    KestResponse view{};
+    view.status = response.status;
+    view.message = ToText(response.message);
+    view.contentType = response.body.empty() ? KestText{} : ToText(response.contentType);
+    view.body = ToBytes(response.body);
+    completion(context, &view);
   });
   return true;
 }
 
-FakeAnswer FakeHost::AnswerTo(const FakeRequest& request, const std::string& path) {
+FakeResponse FakeHost::ResponseTo(const FakeRequest& request, const std::string& path) {
   const auto handler = handlers_.find({request.method, path});
   if (handler != handlers_.end()) return handler->second(request);
   if (path == kInvokePath || path == kUuidPath || path == kMethodPath) {
-    return AnswerServiceCall(request, path);
+    return RespondToServiceCall(request, path);
   }
   const auto resource = resources_.find(path);
   if (request.method != "GET" || resource == resources_.end()) return {404, "", "Not found"};
   return {200, resource->second};
 }
 
-FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request, const std::string& path) {
+FakeResponse FakeHost::RespondToServiceCall(const FakeRequest& request, const std::string& path) {
   ConversionContext context;
   const BindingProperty call = ReadJson(context, request.body);
   if (!context.Ok()) GiveUp("A service call with a bad body:", request.body);
@@ -287,12 +214,12 @@ FakeAnswer FakeHost::AnswerServiceCall(const FakeRequest& request, const std::st
                                {"error", Quoted(reply.error)}}));
     });
   }
-  return byUuid ? FakeAnswer{200, uuid} : FakeAnswer{204, ""};
+  return byUuid ? FakeResponse{200, uuid} : FakeResponse{204, ""};
 }
 
 void FakeHost::Queue(std::string_view key, bool isHeld, std::function<void()> work) {
   if (isHeld) return held_.push_back({std::string(key), std::move(work)});
-  PostWork(std::move(work));
+  runner_.Post(std::move(work));
 }
 
 void FakeHost::ReleaseHeld(std::string_view pathOrMethod) {
@@ -308,12 +235,12 @@ void FakeHost::ReleaseHeld(std::string_view pathOrMethod) {
 
 void FakeHost::SetResource(std::string_view path, std::string_view json) {
   const bool isNew = resources_.insert_or_assign(std::string(path), std::string(json)).second;
-  TellFollowers(path, isNew ? "Create" : "Update", json);
+  NotifyFollowers(path, isNew ? "Create" : "Update", json);
 }
 
 void FakeHost::RemoveResource(std::string_view path) {
   resources_.erase(std::string(path));
-  TellFollowers(path, "Delete", {});
+  NotifyFollowers(path, "Delete", {});
 }
 
 void FakeHost::Login(uint64_t summonerId, std::string_view state, uint64_t accountId) {
@@ -322,16 +249,8 @@ void FakeHost::Login(uint64_t summonerId, std::string_view state, uint64_t accou
                                                    {"accountId", std::to_string(accountId)}}));
 }
 
-void FakeHost::SendSvds(std::string_view subtopic, std::string_view bodyJson) {
-  DeliverEvent(std::string("OnSvdsEvent_").append(subtopic),
-               JsonObject({{"clientId", Quoted("client")},
-                           {"subtopic", Quoted(subtopic)},
-                           {"typeName", Quoted(subtopic)},
-                           {"body", std::string(bodyJson)}}));
-  RunUntilIdle();
-}
-
-void FakeHost::TellFollowers(std::string_view path, std::string_view type, std::string_view json) {
+void FakeHost::NotifyFollowers(std::string_view path, std::string_view type,
+                               std::string_view json) {
   Step(std::string(type).append(" ").append(path).append(" ").append(json));
   const std::string event = ResourceEventJson(path, type, json);
   DeliverEvent(std::string(kResourceEvent).append("_").append(path), event);
@@ -354,19 +273,15 @@ void FakeHost::DeliverEvent(std::string_view name, std::string_view json) {
     subscription.delivery(subscription.context, ToText(key), ToText("application/json"),
                           ToBytes(body));
   };
-  if (!name.starts_with("OnServiceProxy") && !name.starts_with("OnSvdsEvent")) {
-    PostWork(std::move(deliver));
-  } else if (keepOrder_) {
-    orderedEvents_.push_back(std::move(deliver));
-  } else {
-    PostServiceEvent(std::move(deliver));
-  }
+  const bool isResourceEvent =
+      !name.starts_with("OnServiceProxy") && !name.starts_with("OnSvdsEvent");
+  isResourceEvent ? runner_.Post(std::move(deliver)) : runner_.PostServiceEvent(std::move(deliver));
 }
 
 bool FakeHost::OnSubscribe(std::string_view name, KestDelivery delivery, void* context) {
   {
     const std::lock_guard lock(mutex_);
-    RecordLocked({Action::kSubscribe, std::string(name)});
+    Record({Action::kSubscribe, std::string(name)});
     if (refuse_) return false;
     subscriptions_.insert_or_assign(std::string(name),
                                     Subscription{delivery, context, ++nextSubscription_});
@@ -387,15 +302,15 @@ std::shared_ptr<const FakeHost::Reply> FakeHost::StartRequest(std::string_view m
                                                               std::string_view body) {
   Step(std::string(method).append(" ").append(url).append(" ").append(body));
   auto reply = std::make_shared<Reply>();
-  PostWork([this, reply, verb = std::string(method), target = std::string(url),
-            content = std::string(body)] {
+  runner_.Post([this, reply, verb = std::string(method), target = std::string(url),
+                content = std::string(body)] {
     KestRequest request{};
     request.method = ToText(verb);
     request.url = ToText(target);
     request.contentType = ToText(content.empty() ? "" : "application/json");
     request.body = ToBytes(content);
     TakeReply(block_.api->request(block_.context, &request), reply.get());
-    Record({Action::kAnswer, verb + " " + target,
+    Record({Action::kResponse, verb + " " + target,
             std::to_string(reply->status) + " " + reply->body + reply->message});
   });
   return reply;
@@ -422,90 +337,6 @@ void FakeHost::TakeReply(const KestResponse* response, Reply* reply) {
   block_.api->release(block_.context, response);
 }
 
-// ---- What the plugin did ------------------------------------------------------------------------
-
-void FakeHost::Record(Action action) {
-  const std::lock_guard lock(mutex_);
-  RecordLocked(std::move(action));
-}
-
-void FakeHost::RecordLocked(Action action) {
-  actions_.push_back(std::move(action));
-  ++progress_;
-}
-
-std::vector<Action> FakeHost::Actions(std::initializer_list<Action::Kind> kinds) const {
-  const std::lock_guard lock(mutex_);
-  std::vector<Action> chosen;
-  for (const Action& action : actions_) {
-    const bool listed = std::find(kinds.begin(), kinds.end(), action.kind) != kinds.end();
-    if (listed || kinds.size() == 0) chosen.push_back(action);
-  }
-  return chosen;
-}
-
-std::vector<std::string> FakeHost::Printed(std::initializer_list<Action::Kind> kinds) const {
-  std::vector<std::string> lines;
-  for (const Action& action : Actions(kinds)) lines.push_back(Print(action));
-  return lines;
-}
-
-std::vector<PublishedEvent> FakeHost::PublishedEvents() const {
-  std::vector<PublishedEvent> events;
-  for (const Action& action : Actions({Action::kPublish})) {
-    const size_t space = action.name.find(' ');
-    events.push_back({action.name.substr(space + 1), action.name.substr(0, space), action.detail});
-  }
-  events.erase(events.begin(), events.begin() + static_cast<std::ptrdiff_t>(publishedBefore_));
-  return events;
-}
-
-void FakeHost::ForgetPublished() {
-  publishedBefore_ = Actions({Action::kPublish}).size();
-}
-
-std::vector<std::string> FakeHost::Published(std::string_view path) const {
-  std::vector<std::string> bodies;
-  for (const PublishedEvent& event : PublishedEvents()) {
-    if (event.path == path) bodies.push_back(event.json);
-  }
-  return bodies;
-}
-
-std::vector<FakeRequest> FakeHost::Requests() const {
-  std::vector<FakeRequest> requests;
-  for (const Action& action : Actions({Action::kRequest})) {
-    const size_t space = action.name.find(' ');
-    requests.push_back(
-        {action.name.substr(0, space), action.name.substr(space + 1), action.detail});
-  }
-  return requests;
-}
-
-std::vector<std::string> FakeHost::ServiceCalls(std::string_view service,
-                                                std::string_view method) const {
-  const std::string begin =
-      R"({"serviceName":)" + Quoted(service) + R"(,"methodName":)" + Quoted(method);
-  std::vector<std::string> calls;
-  for (const FakeRequest& request : Requests()) {
-    if (request.body.starts_with(begin)) calls.push_back(request.body);
-  }
-  return calls;
-}
-
-std::vector<LoggedLine> FakeHost::Lines() const {
-  std::vector<LoggedLine> lines;
-  for (const Action& action : Actions({Action::kLog})) lines.push_back({action.level, action.name});
-  return lines;
-}
-
-size_t FakeHost::CountLines(std::string_view part) const {
-  const std::vector<std::string> lines = Printed({Action::kLog});
-  return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
-    return line.find(part) != std::string::npos;
-  }));
-}
-
 std::vector<std::string> FakeHost::Subscriptions() const {
   const std::lock_guard lock(mutex_);
   std::vector<std::string> names;
@@ -515,10 +346,10 @@ std::vector<std::string> FakeHost::Subscriptions() const {
 
 // ---- The service table --------------------------------------------------------------------------
 
-// The host behind the table, for an entry that belongs on a module task.
+// The host that the table belongs to, for an entry that belongs on a module task.
 FakeHost& FakeHost::OnTask(Self self, const char* entry) {
   FakeHost& host = *static_cast<const Table*>(self)->host;
-  EXPECT_TRUE(host.scheduler_.OnTask()) << entry << " was called outside a module task";
+  EXPECT_TRUE(host.runner_.OnTask()) << entry << " was called outside a module task";
   return host;
 }
 
@@ -535,7 +366,7 @@ void FakeHost::FillTable() {
   table_.unsubscribe = [](Self self, KestText name) {
     FakeHost& host = OnTask(self, "unsubscribe");
     const std::lock_guard lock(host.mutex_);
-    host.RecordLocked({Action::kUnsubscribe, std::string(ToView(name))});
+    host.Record({Action::kUnsubscribe, std::string(ToView(name))});
     host.subscriptions_.erase(std::string(ToView(name)));
   };
   table_.publish = [](Self self, KestText path, int32_t type, KestBytes json) {
@@ -552,7 +383,7 @@ void FakeHost::FillTable() {
     OnTask(self, "waitBegin").Record({Action::kWait, std::string(ToView(label))});
   };
   table_.waitEnd = [](Self self) { OnTask(self, "waitEnd").Record({Action::kWaitEnd, {}}); };
-  table_.yield = [](Self self) { OnTask(self, "yield").scheduler_.Yield(); };
+  table_.yield = [](Self self) { OnTask(self, "yield").runner_.Yield(); };
   table_.log = [](Self self, int32_t level, KestText line) {
     std::string text(ToView(line));
     static_cast<const Table*>(self)->host->Record(

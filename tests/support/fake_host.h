@@ -1,11 +1,11 @@
 // FakeHost is a plugin host for tests: the development host's scheduler with a scripted platform
-// behind the service table. Nothing happens by itself: the test says what exists and runs the
+// under the service table. Nothing happens by itself: the test says what exists and runs the
 // plugin.
 //
-// What the plugin does is one ordered list of actions (Actions, Print); every other question is
-// answered from it. An entry of the service table that belongs on a module task fails the test when
+// What the plugin does is one ordered list of actions (Actions, Print); every other function reads
+// it. An entry of the service table that belongs on a module task fails the test when
 // it is called elsewhere. A task posted while one of its name waits to run is merged with it.
-// Service-proxy and platform-message events come on a thread of their own. The clock stands still
+// Service-proxy and platform-message events come on a thread of their own. The clock is stopped
 // at kStartOfTime; AdvanceSeconds moves it.
 //
 //   FakeHost host;
@@ -33,75 +33,29 @@
 #include <utility>
 #include <vector>
 
-#include "host/tasks/scheduler.h"
 #include "plugin/host_interface.h"
+#include "tests/support/action_log.h"
+#include "tests/support/task_runner.h"
 
 namespace Kest::Testing {
 
-struct FakeRequest {
-  std::string method;
-  std::string url;  // with the query
-  std::string body;
-
-  std::string Path() const { return url.substr(0, url.find('?')); }
-};
-
-struct FakeAnswer {
+struct FakeResponse {
   int32_t status = 200;
   std::string body = {};
   std::string message = {};
   std::string contentType = "application/json";
-  bool held = false;  // answered by ReleaseHeld only
+  bool held = false;  // released by ReleaseHeld only
 };
 
-// What a platform service's method answers.
+// What a platform service's method returns.
 struct ServiceReply {
   std::string payload = {};  // JSON
   std::string error = {};
-  bool held = false;   // answered by ReleaseHeld only
+  bool held = false;   // released by ReleaseHeld only
   int32_t status = 0;  // of a session invocation; 0: 200, or 500 with an error
 };
 
-struct PublishedEvent {
-  std::string path;
-  std::string type;  // "Create", "Update" or "Delete"
-  std::string json;
-
-  friend bool operator==(const PublishedEvent&, const PublishedEvent&) = default;
-};
-
-struct LoggedLine {
-  int32_t level = 0;
-  std::string text;
-};
-
-// One thing that happened; `name` and `detail` by kind.
-struct Action {
-  enum Kind {
-    kStep,         // what the test does
-    kRequest,      // "POST /url", body
-    kSubscribe,    // event name
-    kUnsubscribe,  // event name
-    kPublish,      // "Update /path", JSON
-    kPost,         // task name, "merged" or "refused" or nothing
-    kRun,          // task name: a posted task begins
-    kWait,         // label
-    kWaitEnd,
-    kLog,       // line, without its line feed
-    kEvent,     // event name, payload: it is delivered
-    kAnswer,    // "GET /url", status and body or message of what the test asked
-    kIdentify,  // full name, user agent
-  };
-  Kind kind;
-  std::string name;
-  std::string detail = {};
-  int32_t level = 0;  // of a line
-};
-
-// "publish Update /tav-loot/v1/enabled true"
-std::string Print(const Action& action);
-
-class FakeHost {
+class FakeHost : public ActionLog {
  public:
   static constexpr int64_t kStartOfTime = 1'700'000'000;  // seconds since 1970
 
@@ -112,29 +66,28 @@ class FakeHost {
 
   // ---- The plugin's life ------------------------------------------------------------------------
   void Load(const std::function<void(KestHandshakeBlock*)>& handshake);
-  bool Start();  // runs until idle; start's answer
+  bool Start();  // runs until idle; start's result
   void Stop();   // runs until stop has returned
   const KestHandshakeBlock& Block() const { return block_; }
   const KestHostServices* Services() const { return &table_; }
 
   // ---- What exists around the plugin ------------------------------------------------------------
-  using RequestHandler = std::function<FakeAnswer(const FakeRequest&)>;
-  // The answer to (method, path); the path is without the query. Unknown ones answer 404.
+  using RequestHandler = std::function<FakeResponse(const FakeRequest&)>;
+  // The response to (method, path); the path is without the query. Unknown ones get a 404.
   void OnRequest(std::string_view method, std::string_view path, RequestHandler handler);
-  void OnRequest(std::string_view method, std::string_view path, FakeAnswer answer);
+  void OnRequest(std::string_view method, std::string_view path, FakeResponse response);
   // A method of a platform service, whichever of the three endpoints it is called through. `call`
-  // is the posted body: {"serviceName","methodName","args",...}. Unknown ones never answer.
+  // is the posted body: {"serviceName","methodName","args",...}. Unknown ones never respond.
   using ServiceHandler = std::function<ServiceReply(const std::string& call)>;
   void OnService(std::string_view service, std::string_view method, ServiceHandler handler);
-  // Sets another plugin's resource, tells those who follow it and runs until idle; a GET of its
-  // path answers it. RemoveResource deletes it.
+  // Sets another plugin's resource, notifies its followers and runs until idle; a GET of its path
+  // returns it. RemoveResource deletes it.
   void SetResource(std::string_view path, std::string_view json);
   void RemoveResource(std::string_view path);
   void Login(uint64_t summonerId, std::string_view state = "SUCCEEDED", uint64_t accountId = 1);
-  void SendSvds(std::string_view subtopic, std::string_view bodyJson);
-  // Any event, by its subscribed name; nothing happens when nobody subscribed.
+  // Any event, by its subscribed name; nothing happens without a subscription.
   void DeliverEvent(std::string_view name, std::string_view json);
-  // Answers what was held: everything, or the requests to one path / the calls of one method.
+  // Responds to what was held: everything, or the requests to one path / the calls of one method.
   void ReleaseHeld(std::string_view pathOrMethod = {});
   // From now on the tasks that the plugin posts wait for RunHeldTasks, which runs one after the
   // other, each until idle, and those they post.
@@ -142,14 +95,14 @@ class FakeHost {
   void RunHeldTasks();
   // From now on a service event is delivered while no task runs, so that the order of all actions
   // is the same in every run.
-  void KeepOrder() { keepOrder_ = true; }
+  void KeepOrder() { runner_.KeepOrder(); }
   // Every later postTask, request or subscribe is refused.
   void RefuseEverything() { refuse_ = true; }
   void AdvanceSeconds(int64_t seconds);
 
   // ---- Driving the plugin -----------------------------------------------------------------------
   struct Reply {
-    int32_t status = 0;  // 0: no answer yet
+    int32_t status = 0;  // 0: no response yet
     std::string message;
     std::string contentType;
     std::string body;
@@ -168,21 +121,8 @@ class FakeHost {
   // Runs `work` as a module task, until idle.
   void RunTask(std::function<void()> work);
   // Runs tasks and deliveries until nothing can go on without the test.
-  void RunUntilIdle();
+  void RunUntilIdle() { runner_.RunUntilIdle(); }
 
-  // ---- What the plugin did ----------------------------------------------------------------------
-  // Those of the given kinds, or all.
-  std::vector<Action> Actions(std::initializer_list<Action::Kind> kinds = {}) const;
-  std::vector<std::string> Printed(std::initializer_list<Action::Kind> kinds) const;
-  std::vector<PublishedEvent> PublishedEvents() const;              // since ForgetPublished
-  std::vector<std::string> Published(std::string_view path) const;  // JSON, "" for a Delete
-  void ForgetPublished();
-  std::vector<FakeRequest> Requests() const;
-  // Posted bodies of the calls of one service method, in order.
-  std::vector<std::string> ServiceCalls(std::string_view service, std::string_view method) const;
-  std::vector<LoggedLine> Lines() const;
-  bool HasLine(std::string_view part) const { return CountLines(part) != 0; }
-  size_t CountLines(std::string_view part) const;
   std::vector<std::string> Subscriptions() const;
 
  private:
@@ -206,18 +146,13 @@ class FakeHost {
   bool OnHostRequest(const KestRequest& request, KestCompletion completion, void* context);
   bool OnSubscribe(std::string_view name, KestDelivery delivery, void* context);
   int32_t OnPostTask(std::string_view name, KestTask run, void* context);
-  FakeAnswer AnswerTo(const FakeRequest& request, const std::string& path);
-  FakeAnswer AnswerServiceCall(const FakeRequest& request, const std::string& path);
+  FakeResponse ResponseTo(const FakeRequest& request, const std::string& path);
+  FakeResponse RespondToServiceCall(const FakeRequest& request, const std::string& path);
   void TakeReply(const KestResponse* response, Reply* reply);
   void Queue(std::string_view key, bool isHeld, Work work);
-  void TellFollowers(std::string_view path, std::string_view type, std::string_view json);
+  void NotifyFollowers(std::string_view path, std::string_view type, std::string_view json);
   Subscription SubscriptionOf(std::string_view name) const;
-  void PostWork(Work work);
-  void PostServiceEvent(Work deliver);
-  bool ReleaseServiceEvent();
-  void WatchUntilIdle();
   void Record(Action action);
-  void RecordLocked(Action action);
   void Step(std::string_view what) { Record({Action::kStep, std::string(what)}); }
 
   Table table_{};
@@ -225,30 +160,20 @@ class FakeHost {
   bool stopped_ = false;
 
   std::atomic<bool> refuse_ = false;
-  bool keepOrder_ = false;
   std::atomic<bool> holdTasks_ = false;
-  std::atomic<bool> running_ = false;  // the test waits in RunUntilIdle
   uint64_t nextUuid_ = 0;
   uint64_t nextSubscription_ = 0;
   std::map<Name, RequestHandler> handlers_;
   std::map<Name, ServiceHandler> services_;
   std::map<std::string, std::string, std::less<>> resources_;
   std::vector<Held> held_;
-  std::deque<Work> orderedEvents_;
-  size_t publishedBefore_ = 0;  // events that ForgetPublished hides
 
   mutable std::mutex mutex_;  // over what follows: any thread may come here
   std::map<std::string, Subscription, std::less<>> subscriptions_;
-  std::vector<Action> actions_;
   std::set<std::string> waitingTasks_;  // names
   std::deque<Work> heldTasks_;
-  std::vector<Host::Scheduler::Task> waitingForRun_;
 
-  std::atomic<uint64_t> progress_ = 0;        // grows with all that happens
-  std::atomic<uint64_t> eventsOnThread_ = 0;  // service events that are not delivered yet
-  // Last: their threads use all the above.
-  Host::Scheduler scheduler_;
-  Host::Scheduler serviceThread_;
+  TaskRunner runner_;  // last: its threads use all the above
 };
 
 }  // namespace Kest::Testing

@@ -14,7 +14,7 @@
 
 namespace Kest {
 
-// Starts with a fresh logger without its console targets and leaves a fresh one behind. Lines are
+// Starts with a fresh logger without its console targets and leaves a fresh one. Lines are
 // kept without their line feed. No other thread logs while it comes and goes.
 class LogCapture : public LogTarget {
  public:

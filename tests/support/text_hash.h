@@ -1,4 +1,4 @@
-// One number for a long run of answers (FNV-1a), to hold several builds to the same ones.
+// One number for a long run of results (FNV-1a), to hold several builds to the same ones.
 #pragma once
 
 #include <cstdint>
