@@ -11,7 +11,7 @@
 namespace Kest {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
+constexpr std::string_view kWhitespace = " \t\n\v\f\r";
 
 // What stands in front of the digits.
 struct Prefix {
@@ -20,7 +20,7 @@ struct Prefix {
 };
 
 Prefix CutPrefix(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  text.remove_prefix(std::min(text.find_first_not_of(kWhitespace), text.size()));
   Prefix prefix;
   if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
     prefix.isNegative = text.front() == '-';
@@ -147,7 +147,7 @@ size_t ParseExponent(std::string_view text, int64_t* exponent) {
   return i;
 }
 
-// Reads a number that TrySmallDecimal takes, of whatever form; 0 characters when it is none.
+// Reads a number that TrySmallDecimal takes, of any form; 0 characters when it is none.
 size_t ParseSmallDecimal(std::string_view text, double* value) {
   uint64_t significand = 0;
   int64_t exponent = 0;

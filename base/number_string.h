@@ -1,4 +1,4 @@
-// Text to number, exact, the same on every platform and in every locale.
+// String to number, exact, the same on every platform and in every locale.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,15 @@ namespace Kest {
 
 enum class NumberParseStatus { kOk, kMalformed, kOutOfRange };
 
-// The whole text as a number: blanks may stand before it, then one sign, then decimal digits, "0x"
-// and hexadecimal digits, or "0" and octal digits. Anything behind the digits, or no digit at all,
+// The whole text as a number: leading whitespace, then one sign, then decimal digits, "0x"
+// and hexadecimal digits, or "0" and octal digits. Anything after the digits, or no digit at all,
 // is malformed. A negative text is out of range for an unsigned number unless it is zero.
 // `*value` is set for kOk only.
 NumberParseStatus ParseIntegerText(std::string_view text, int64_t* value);
 NumberParseStatus ParseIntegerText(std::string_view text, uint64_t* value);
 
-// The same for a decimal or hexadecimal floating number. One too large is beyond range, and so are
-// the infinities and NaN by name; one too small is a tiny value or zero.
+// The same for a decimal or hexadecimal floating-point number. One too large is beyond range, and
+// so are the infinities and NaN by name; one too small is a tiny value or zero.
 NumberParseStatus ParseFloatText(std::string_view text, double* value);
 
 // The value of a text of digits alone; false when it holds anything else or needs more than 64
@@ -37,7 +37,7 @@ inline bool TryParseDigits(std::string_view text, uint64_t* value) {
 }
 
 // The double nearest to a decimal number: an optional "-", digits, an optional fraction, an
-// optional exponent. Infinite when it is too large, zero when it is too small. Answers how many
+// optional exponent. Infinite when it is too large, zero when it is too small. Returns how many
 // characters were read: 0 when there is no number.
 size_t ParseDecimal(std::string_view text, double* value);
 

@@ -9,7 +9,7 @@
 namespace Kest {
 
 // Appends to a text through a block of its own, so that the text grows in large steps and nothing
-// is allocated while it has room. Until Finish the text is incomplete.
+// is allocated while it has capacity. Until Finish the text is incomplete.
 // Threads: one.
 class OutputBlock {
  public:
@@ -20,8 +20,9 @@ class OutputBlock {
   OutputBlock(const OutputBlock&) = delete;
   OutputBlock& operator=(const OutputBlock&) = delete;
 
-  // Space for `bytes` more, at most kBytes. Whoever fills it calls FilledTo once, with its end.
-  char* Room(size_t bytes) {
+  // Space for `bytes` more, at most kBytes. The caller fills it and calls FilledTo once, with its
+  // end.
+  char* Reserve(size_t bytes) {
     if (static_cast<size_t>(block_.data() + kBytes - next_) < bytes) Flush();
     return next_;
   }

@@ -59,7 +59,7 @@ int64_t MillisecondsSinceFirstUse() {
   const int64_t now = MonotonicMilliseconds();
   int64_t first = kUnset;
   if (firstUse.compare_exchange_strong(first, now)) return 0;
-  return std::max<int64_t>(0, now - first);  // another thread's first use may lie behind `now`
+  return std::max<int64_t>(0, now - first);  // another thread's first use may be after `now`
 }
 
 void SetClockForTests(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {

@@ -47,7 +47,7 @@ int64_t SystemMonotonicMilliseconds() {
   return static_cast<int64_t>(GetTickCount64());
 }
 
-// The system tells the present local time. What is asked for is the present too, but for the
+// The system gives the present local time. What is asked for is the present too, but for the
 // instant between two readings of the clock; zones differ by whole minutes.
 int64_t SystemZoneOffset(int64_t) {
   SYSTEMTIME local;

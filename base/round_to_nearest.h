@@ -1,4 +1,4 @@
-// Whole numbers as floating numbers, the same whatever unit calculates.
+// Integers as floating-point numbers, the same on any floating-point unit.
 #pragma once
 
 #include <concepts>
@@ -6,10 +6,10 @@
 
 namespace Kest {
 
-// The floating number nearest to `value`. Compilers for 32-bit x86 bring the top bit of a uint64_t
-// in by an x87 addition, which rounds to as few bits as the process has set; a signed number they
-// load as it is. So one with the top bit goes in halves, with a last bit that stands for what was
-// cut.
+// The floating-point number nearest to `value`. Compilers for 32-bit x86 bring the top bit of a
+// uint64_t in by an x87 addition, which rounds to as few bits as the process has set; a signed
+// number they load as it is. So one with the top bit goes in halves, with a last bit
+// for what was cut.
 template <std::floating_point T>
 T RoundToNearest(uint64_t value) {
   if (value >> 63 == 0) return static_cast<T>(static_cast<int64_t>(value));

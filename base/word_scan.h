@@ -23,7 +23,7 @@ inline uint32_t LoadHalfWord(const char* at) {
   return word;
 }
 
-// The next 1 to 7 bytes, then blanks.
+// The next 1 to 7 bytes, then spaces.
 inline uint64_t LoadPartialWord(const char* at, size_t size) {
   uint64_t word;
   if (size >= 4) {

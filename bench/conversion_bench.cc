@@ -31,10 +31,7 @@ const TypeRegistry& Registry() {
   static const TypeRegistry& registry = []() -> TypeRegistry& {
     static TypeRegistry types;
     DefineStruct<Item>(types, "Item", "Kest::Bench")
-        .Field<&Item::name>("name")
-        .Field<&Item::count>("count")
-        .Field<&Item::chance>("chance")
-        .Field<&Item::isNew>("isNew");
+        .Fields<&Item::name, &Item::count, &Item::chance, &Item::isNew>();
     return types;
   }();
   return registry;

@@ -1,5 +1,5 @@
-# Shared build rules: language level, warnings as errors, sanitizers, and the two list-like functions
-# every folder uses: kest_library() and kest_test().
+# Shared build rules: language level, warnings as errors, sanitizers, and the list-like functions
+# every folder uses: kest_library(), kest_plugin() and kest_test().
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -62,6 +62,29 @@ function(kest_library name)
   endforeach()
   target_link_libraries(kest_${name} PRIVATE ${ARG_LIBRARIES})
   kest_compile_together(kest_${name})
+endfunction()
+
+# kest_plugin(name EXPORT load_x DEPENDS a b SOURCES load_x.cc): the library that a host loads, <name>.so or
+# .dll, with one exported symbol.
+function(kest_plugin name)
+  cmake_parse_arguments(ARG "" "EXPORT" "DEPENDS;SOURCES" ${ARGN})
+  add_library(${name} MODULE ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES PREFIX "")
+  foreach(depend IN LISTS ARG_DEPENDS)
+    target_link_libraries(${name} PRIVATE kest_${depend})
+  endforeach()
+  set(exports "${CMAKE_CURRENT_BINARY_DIR}/${name}")
+  if(WIN32)
+    file(CONFIGURE OUTPUT "${exports}.def" CONTENT "LIBRARY ${name}\nEXPORTS\n  ${ARG_EXPORT}\n")
+    target_sources(${name} PRIVATE "${exports}.def")
+  else()
+    file(CONFIGURE OUTPUT "${exports}.map" CONTENT "{\n  global: ${ARG_EXPORT};\n  local: *;\n};\n")
+    target_link_options(${name} PRIVATE "LINKER:--version-script=${exports}.map")
+    if(NOT KEST_SANITIZE)  # a sanitizer's own symbols come from the program that loads the library
+      target_link_options(${name} PRIVATE "LINKER:-z,defs")
+    endif()
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS "${exports}.map")
+  endif()
 endfunction()
 
 # kest_test(name DEPENDS a b SOURCES x_test.cc LIBRARIES ext): one test program per folder; ctest sees it

@@ -4,7 +4,7 @@
 
 namespace Kest {
 
-// A console that is gone or full loses the line: there is nobody left to tell.
+// A console that is gone or full loses the line: there is no other place to report it.
 void BaseConsoleLogTarget::Write(const LogRecord& record) {
   WriteLine(record,
             [this](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stream_); });

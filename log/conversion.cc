@@ -10,7 +10,7 @@
 namespace Kest {
 namespace {
 
-// Digits of a double in full: 309 before the point, at most 4096 behind it, sign and exponent.
+// Digits of a double in full: 309 before the point, at most 4096 after it, sign and exponent.
 constexpr size_t kFloatCapacity = 4608;
 
 constexpr LetterSet kSignedLetters("di");
@@ -18,7 +18,7 @@ constexpr LetterSet kIntegerLetters("diouxX");
 constexpr LetterSet kHexLetters("xXp");
 constexpr LetterSet kNoFloatLetters("cp");
 
-// Writes prefix, zeros and body, padded to the width with blanks, or with zeros behind the prefix.
+// Writes prefix, zeros and body, padded to the width with spaces, or with zeros after the prefix.
 void Pad(const Conversion& conversion, bool zeroFill, std::string_view prefix, size_t zeros,
          std::string_view body, FixedBuffer& out) {
   const size_t size = prefix.size() + zeros + body.size();
@@ -33,7 +33,7 @@ void Pad(const Conversion& conversion, bool zeroFill, std::string_view prefix, s
 }
 
 std::string_view SignPrefix(const Conversion& conversion, bool negative) {
-  return negative ? "-" : conversion.plus ? "+" : conversion.blank ? " " : "";
+  return negative ? "-" : conversion.plus ? "+" : conversion.space ? " " : "";
 }
 
 void ToUpper(char* first, char* last) {
@@ -61,16 +61,16 @@ IntegerArgument ToInteger(const FormatArgument& argument, bool isSigned) {
   return {false, argument.Bits() < 64 ? bits & ((uint64_t{1} << argument.Bits()) - 1) : bits};
 }
 
-// Written in place where there is room.
+// Written in place where there is space.
 void RenderPlainDecimal(const IntegerArgument& value, FixedBuffer& out) {
   constexpr size_t kDigits = 20;
   if (value.negative) out.Append('-');
   char digits[kDigits];
-  char* const room = out.Room(kDigits);
-  char* const start = room != nullptr ? room : digits;
+  char* const space = out.Reserve(kDigits);
+  char* const start = space != nullptr ? space : digits;
   const char* const end = std::to_chars(start, start + kDigits, value.amount).ptr;
   const size_t size = static_cast<size_t>(end - start);
-  if (room != nullptr) {
+  if (space != nullptr) {
     out.Advance(size);
   } else {
     out.Append({digits, size});
@@ -142,7 +142,7 @@ char* WriteFullGeneral(double value, int32_t precision, char* first, char* last)
   return WriteDigits(value, 'f', wanted - 1 - exponent, first, last);
 }
 
-// '#' promises a decimal point: behind the digits, ahead of an exponent.
+// '#' promises a decimal point: after the digits, before an exponent.
 char* EnsurePoint(char letter, char* first, char* end) {
   if (std::find(first, end, '.') != end) return end;
   char* const place = letter == 'a' ? std::find(first, end, 'p') : std::find(first, end, 'e');
@@ -163,7 +163,7 @@ void RenderFloat(const Conversion& conversion, double value, FixedBuffer& out) {
     return;
   }
   char buffer[kFloatCapacity];
-  char* const last = buffer + sizeof(buffer) - 1;  // room for a point
+  char* const last = buffer + sizeof(buffer) - 1;  // space for a point
   const double amount = std::fabs(value);
   char* end = letter == 'g' && conversion.alternate
                   ? WriteFullGeneral(amount, conversion.precision, buffer, last)

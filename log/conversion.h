@@ -23,12 +23,12 @@ enum class LengthModifier : uint8_t {
   kLongDouble
 };
 
-// "%-08.3hhx" behind the "%".
+// "%-08.3hhx" after the "%".
 struct Conversion {
   bool isPlain = true;     // no flag, width or precision: the common case, rendered straight
   bool left = false;       // '-'
   bool plus = false;       // '+'
-  bool blank = false;      // ' '
+  bool space = false;      // ' '
   bool alternate = false;  // '#'
   bool zeros = false;      // '0'
   int32_t width = 0;
@@ -75,7 +75,7 @@ struct ConversionText {
 // is one); `*result` is then unspecified.
 bool ReadConversion(std::string_view text, ConversionText* result);
 
-// Reads decimal digits at `*position` and moves it behind them. 0 without a digit or with a leading
+// Reads decimal digits at `*position` and moves it past them. 0 without a digit or with a leading
 // zero (nothing is moved then); very large numbers stay very large.
 uint64_t ReadPosition(std::string_view text, size_t* position);
 

@@ -37,7 +37,7 @@ void ReadFlags(std::string_view text, size_t* position, Conversion* conversion) 
         conversion->plus = true;
         break;
       case ' ':
-        conversion->blank = true;
+        conversion->space = true;
         break;
       case '#':
         conversion->alternate = true;
@@ -92,7 +92,7 @@ LengthModifier ReadLength(std::string_view text, size_t* position) {
   }
 }
 
-// Flags, width and precision: all that may stand ahead of the length modifier.
+// Flags, width and precision: all that may precede the length modifier.
 bool ReadFields(std::string_view text, size_t* position, ConversionText* result) {
   Conversion& conversion = result->conversion;
   conversion.isPlain = false;

@@ -5,7 +5,7 @@
 
 namespace Kest {
 
-// Codes of fatal checks; they stand as the expression of the report.
+// Codes of fatal checks; they are the expression of the report.
 inline constexpr char kFatalUuid[] = "ALE-8B4DC795";       // the system gave no unique id
 inline constexpr char kFatalPluginApi[] = "ALE-EECF0606";  // the host's plugin API does not fit
 inline constexpr char kFatalAwait[] = "ALE-6D828C10";      // awaiting a result failed

@@ -25,12 +25,12 @@ class FixedBuffer {
   // not fit included. Made for stretches of a few bytes.
   size_t AppendUntil(char stop, std::string_view text) {
     char* const target = buffer_ + size_;
-    const size_t room = capacity_ - size_;
+    const size_t space = capacity_ - size_;
     size_t length = 0;
     for (; length < text.size() && text[length] != stop; ++length) {
-      if (length < room) target[length] = text[length];
+      if (length < space) target[length] = text[length];
     }
-    size_ += std::min(length, room);
+    size_ += std::min(length, space);
     return length;
   }
   void AppendRepeated(char character, size_t times) {
@@ -40,7 +40,7 @@ class FixedBuffer {
   }
 
   // Memory for `size` more bytes, or null when there is less; Advance says how many were written.
-  char* Room(size_t size) { return capacity_ - size_ >= size ? buffer_ + size_ : nullptr; }
+  char* Reserve(size_t size) { return capacity_ - size_ >= size ? buffer_ + size_ : nullptr; }
   void Advance(size_t written) { size_ += written; }
 
   bool IsFull() const { return size_ == capacity_; }

@@ -8,8 +8,14 @@
 
 namespace Kest {
 
+template <typename T>
+concept Enumeration = std::is_enum_v<T>;
+template <typename T>
+concept StringClass = std::is_class_v<T> && std::convertible_to<const T&, std::string_view>;
+
 // FormatArgument is a view: a text it was made from outlives it. Takes bools, characters, integers,
-// enumerations (as their numbers), floating numbers, texts and pointers; nothing else compiles.
+// enumerations (as their numbers), floating-point numbers, strings and pointers; nothing else
+// compiles.
 class FormatArgument {
  public:
   enum class Kind : uint8_t { kBool, kChar, kSigned, kUnsigned, kFloat, kText, kPointer };
@@ -27,8 +33,8 @@ class FormatArgument {
       unsigned_ = value;
     }
   }
-  template <typename T>
-  requires std::is_enum_v<T> FormatArgument(T value)  // NOLINT
+  template <Enumeration T>
+  FormatArgument(T value)  // NOLINT
       : FormatArgument(Widen(static_cast<std::underlying_type_t<T>>(value))) {}
   template <std::floating_point T>
   FormatArgument(T value)  // NOLINT
@@ -37,11 +43,9 @@ class FormatArgument {
   FormatArgument(const char* text)                                            // NOLINT
       : FormatArgument(text != nullptr ? std::string_view(text) : std::string_view("(null)")) {}
   FormatArgument(char* text) : FormatArgument(static_cast<const char*>(text)) {}  // NOLINT
-  template <typename Text>
-  requires(std::is_class_v<Text>&& std::convertible_to<const Text&, std::string_view>)
-      FormatArgument(const Text& text)
-      : FormatArgument(std::string_view(text)) {}  // NOLINT
-  FormatArgument(const void* pointer)              // NOLINT
+  template <StringClass Text>
+  FormatArgument(const Text& text) : FormatArgument(std::string_view(text)) {}  // NOLINT
+  FormatArgument(const void* pointer)                                           // NOLINT
       : kind_(Kind::kPointer),
         bits_(8 * sizeof(void*)),
         unsigned_(reinterpret_cast<uintptr_t>(pointer)) {}

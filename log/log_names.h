@@ -6,7 +6,7 @@
 
 namespace Kest {
 
-// How grave a line is. The numbers cross to the host: never renumber.
+// The severity of a line. The numbers cross to the host: never renumber.
 enum class Level : int32_t { kOkay = 0, kWarning = 1, kError = 2, kAlways = 3 };
 
 // A set of log groups, one bit each. 0 is a line of no group in particular.

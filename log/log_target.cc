@@ -70,7 +70,7 @@ void LogTarget::TryWrite(const LogRecord& record) noexcept {
   try {
     Write(record);
   } catch (...) {
-    // There is nobody to tell; the caller and the other targets go on.
+    // The failure has no other place to go; the caller and the other targets go on.
   }
 }
 

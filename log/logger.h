@@ -27,7 +27,7 @@ namespace Kest {
 
 namespace LogFilter {
 
-// What a call is tested against before anything else. It stands outside the logger, ready before
+// What a call is tested against before anything else. It is outside the logger, ready before
 // any code runs, so that a call that is dropped costs no more than this test.
 extern std::atomic<Level> minimum;
 extern std::atomic<GroupMask> excluded;
@@ -86,7 +86,7 @@ using LogForwardHook = void (*)(void* context, int32_t level, uint32_t groupsLow
                                 uint32_t groupsHigh, const char* format, va_list arguments);
 
 // Filters, counts and hands lines to the targets. One per process, made on first use and never
-// destroyed: whatever runs last in the process may still log.
+// destroyed: code that runs last in the process may still log.
 // Threads: any, but not from inside a sink or hook, except for logging and Flush. One lock covers
 // the walk over the targets; each target's lock is taken inside it.
 class Logger {

@@ -7,9 +7,9 @@
 namespace Kest {
 namespace {
 
-constexpr size_t kMaximumSpecification = 60;  // bytes behind the "%", the letter included
+constexpr size_t kMaximumSpecification = 60;  // bytes after the "%", the letter included
 
-// One run over a template. Each step answers how the text goes on, false where formatting ends.
+// One run over a template. Each step returns how the text goes on, false where formatting ends.
 class PatternRun {
  public:
   PatternRun(std::span<const FormatArgument> arguments, FixedBuffer& out)

@@ -1,4 +1,4 @@
-// The two formatters of answer and failure texts: "%1" positions and "{name}" fields.
+// The two formatters of messages: "%1" positions and "{name}" fields.
 #pragma once
 
 #include <initializer_list>

@@ -14,7 +14,7 @@ void RegisterTypes(TypeRegistry& registry) {
       .Enumerator("PluginsInitialized", PluginManagerState::kPluginsInitialized)
       .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginManagerResource>(registry, "PluginManagerResource", "Kest")
-      .Field<&PluginManagerResource::state>("state")
+      .Field<&PluginManagerResource::state>()
       .Tags({kBuiltinTag, kPluginTag});
   DefineEnum<ResourceEventType>(registry, "PluginResourceEventType", "Kest")
       .Enumerator("Create", ResourceEventType::kCreate)
@@ -22,27 +22,20 @@ void RegisterTypes(TypeRegistry& registry) {
       .Enumerator("Delete", ResourceEventType::kDelete)
       .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginResourceEvent>(registry, "PluginResourceEvent", "Kest")
-      .Field<&PluginResourceEvent::uri>("uri")
-      .Field<&PluginResourceEvent::eventType>("eventType")
-      .Field<&PluginResourceEvent::data>("data")
+      .Fields<&PluginResourceEvent::uri, &PluginResourceEvent::eventType,
+              &PluginResourceEvent::data>()
       .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginSvdsEvent>(registry, "PluginSvdsEvent", "Kest")
-      .Field<&PluginSvdsEvent::clientId>("clientId")
-      .Field<&PluginSvdsEvent::subtopic>("subtopic")
-      .Field<&PluginSvdsEvent::typeName>("typeName")
-      .Field<&PluginSvdsEvent::body>("body")
+      .Fields<&PluginSvdsEvent::clientId, &PluginSvdsEvent::subtopic, &PluginSvdsEvent::typeName,
+              &PluginSvdsEvent::body>()
       .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginSvdsResponse>(registry, "PluginSvdsResponse", "Kest")
-      .Field<&PluginSvdsResponse::typeName>("typeName")
-      .Field<&PluginSvdsResponse::body>("body")
+      .Fields<&PluginSvdsResponse::typeName, &PluginSvdsResponse::body>()
       .Tags({kBuiltinTag, kPluginTag});
   DefineStruct<PluginServiceProxyResponse>(registry, "PluginServiceProxyResponse", "Kest")
-      .Field<&PluginServiceProxyResponse::uuid>("uuid")
-      .Field<&PluginServiceProxyResponse::serviceName>("serviceName")
-      .Field<&PluginServiceProxyResponse::methodName>("methodName")
-      .Field<&PluginServiceProxyResponse::payload>("payload")
-      .Field<&PluginServiceProxyResponse::status>("status")
-      .Field<&PluginServiceProxyResponse::error>("error")
+      .Fields<&PluginServiceProxyResponse::uuid, &PluginServiceProxyResponse::serviceName,
+              &PluginServiceProxyResponse::methodName, &PluginServiceProxyResponse::payload,
+              &PluginServiceProxyResponse::status, &PluginServiceProxyResponse::error>()
       .Tags({kBuiltinTag, kPluginTag});
 }
 

@@ -16,7 +16,7 @@ namespace Kest {
 void AssignStructure(ConversionContext& context, std::string_view path,
                      const BindingProperty& input, const TypeRecord* type, void* target);
 
-// Fails `context` and answers false unless the input is of the kind a vector or a map needs.
+// Fails `context` and returns false unless the input is of the kind a vector or a map needs.
 bool ExpectCollection(ConversionContext& context, std::string_view path,
                       const BindingProperty& input);
 bool ExpectMap(ConversionContext& context, std::string_view path, const BindingProperty& input);

@@ -23,7 +23,7 @@ void FailKind(ConversionContext& context, std::string_view path, std::string_vie
   context.Fail(Format(kInvalidKind, path, type, KindName(input.kind())));
 }
 
-// Whether a whole number lies in the range of T; its sign counts.
+// Whether an integer is in the range of T; its sign counts.
 template <typename T>
 bool Fits(int64_t value) {
   if constexpr (std::is_floating_point_v<T>) {

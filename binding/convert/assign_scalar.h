@@ -1,9 +1,9 @@
-// Assigns a BindingProperty to a bool, number, text, blob, enumeration or free-form value.
+// Assigns a BindingProperty to a bool, number, string, blob, enumeration or free-form value.
 //
-// In all of them `path` names the argument or field in failure texts. They do nothing once
-// `context` has failed; on failure they set `context` and leave `*target` alone. Texts are read as
-// numbers whole: blanks before, a sign, then decimal, "0x" hexadecimal or "0" octal digits,
-// whatever the process's locale.
+// In all of them `path` names the argument or field in failure messages. They do nothing once
+// `context` has failed; on failure they set `context` and leave `*target` alone. Strings are read
+// as numbers whole: whitespace, a sign, then decimal, "0x" hexadecimal or "0" octal digits, in any
+// locale of the process.
 #pragma once
 
 #include <cmath>
@@ -20,7 +20,7 @@
 namespace Kest {
 
 template <typename T>
-concept BoundNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool>;
+concept BoundNumber = Arithmetic<T> && !std::is_same_v<T, bool>;
 
 void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&, bool* target);
 // int8_t to uint64_t, float and double.
@@ -35,19 +35,21 @@ void AssignScalar(ConversionContext&, std::string_view path, const BindingProper
 void AssignScalar(ConversionContext&, std::string_view path, const BindingProperty&,
                   BindingProperty* target);
 
-// What AssignScalar does with most values, small enough to be inlined: a bool, a whole number
-// within the range of `*target`, a floating number. False: AssignScalar has to look.
-template <typename T>
-requires std::is_arithmetic_v<T>
+// What AssignScalar does with most values, small enough to be inlined: a bool, an integer
+// within the range of `*target`, a floating-point number. False: AssignScalar has to look.
+template <Arithmetic T>
 bool TryAssignSimple(const BindingProperty& input, T* target) {
   if constexpr (std::is_same_v<T, bool>) {
     if (input.kind() != BindingKind::kBool) return false;
     *target = input.AsBool();
     return true;
   } else if constexpr (std::is_integral_v<T>) {
+    if (input.kind() == BindingKind::kSigned && std::in_range<T>(input.AsSigned())) {
+      *target = static_cast<T>(input.AsSigned());
+      return true;
+    }
     const bool fits =
-        (input.kind() == BindingKind::kSigned && std::in_range<T>(input.AsSigned())) ||
-        (input.kind() == BindingKind::kUnsigned && std::in_range<T>(input.AsUnsigned()));
+        input.kind() == BindingKind::kUnsigned && std::in_range<T>(input.AsUnsigned());
     if (fits) *target = static_cast<T>(input.AsUnsigned());
     return fits;
   } else {

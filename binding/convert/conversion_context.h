@@ -9,7 +9,7 @@
 
 namespace Kest {
 
-// Passed through every conversion. Whoever meets a failure calls Fail and returns; converters do
+// Passed through every conversion. Code that meets a failure calls Fail and returns; converters do
 // nothing once Ok is false, so the first failure is the one that is reported.
 // Threads: one.
 class ConversionContext {

@@ -1,4 +1,4 @@
-// The failure texts of conversions. They are answered to callers: never change a character.
+// The failure messages of conversions. They are returned to callers: never change a character.
 #pragma once
 
 #include <string_view>
@@ -34,7 +34,7 @@ inline constexpr std::string_view kEnumInvalidKind =
 inline constexpr std::string_view kUnregistered =
     "Couldn't assign value to '%1' because the input is an unregistered structure or not a "
     "structure at all.";
-// %1 the path, %2 the structure. Callers match it as it stands, without its verb.
+// %1 the path, %2 the structure. Callers match it as it is, without its verb.
 inline constexpr std::string_view kNotAStructure =
     "Couldn't assign value to '%1' of type %2 because the input not a structure.";
 // %1 the path, %2 the structure, %3 the field

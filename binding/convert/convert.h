@@ -21,7 +21,7 @@ void Assign(ConversionContext& context, std::string_view path, const BindingProp
   NativeAccessor<T>().Assign(context, path, input, IdentifyType<T>(context.registry()), target);
 }
 
-// Tells `writer` the native value.
+// Writes the native value to `writer`.
 template <typename T>
 void Read(ConversionContext& context, const T& value, ValueWriter& writer) {
   NativeAccessor<T>().Read(context, &value, IdentifyType<T>(context.registry()), writer);

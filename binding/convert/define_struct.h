@@ -1,14 +1,15 @@
 // Registration of native structures and enumerations, as chains that read like the type:
 //
 //   DefineStruct<PlayerLoot>(registry, "PlayerLoot", "Kest::Client::Loot::Api")
-//       .Field<&PlayerLoot::lootName>("lootName")
-//       .Field<&PlayerLoot::count>("count", kRequired)
-//       .Tag("inventory");
+//       .Fields<&PlayerLoot::lootName, &PlayerLoot::count>()
+//       .Field<&PlayerLoot::type>(kRequired, "The family of the item", {"inventory"})
+//       .Field<&PlayerLoot::className>("class");
 //   DefineEnum<LootRarity>(registry, "LootRarity", "Kest::Client::Loot::Api")
 //       .Enumerator("Default", LootRarity::kDefault);
 //
-// Field order is wire order. Register enumerations first, then structures before those that hold
-// them. Members need initialisers: a member the input lacks keeps what the target holds.
+// A field has its member's name unless another is given. Field order is wire order. Register
+// enumerations first, then structures before those that hold them. Members need initialisers: a
+// member the input lacks keeps what the target holds.
 // Threads: one thread, before routes and events are bound.
 #pragma once
 
@@ -67,13 +68,23 @@ class DefineStruct {
     builder_.SetNameSpace(nameSpace);
   }
 
-  // Adds the next member in wire order.
+  // Adds the next members in wire order.
+  template <auto... members>
+  DefineStruct& Fields(FieldPresence presence = kOptional) {
+    (Field<members>(presence), ...);
+    return *this;
+  }
+  template <auto member>
+  DefineStruct& Field(FieldPresence presence = kOptional, std::string_view description = {},
+                      std::initializer_list<std::string_view> tags = {}) {
+    return Field<member>(StaticType::MemberName<member>(), presence, description, tags);
+  }
   template <auto member>
   DefineStruct& Field(std::string_view name, FieldPresence presence = kOptional,
                       std::string_view description = {},
                       std::initializer_list<std::string_view> tags = {}) {
     static_assert(std::is_member_object_pointer_v<decltype(member)>,
-                  "Field takes a data member: .Field<&Type::member>(\"member\")");
+                  "Field takes a data member: .Field<&Type::member>()");
     using Value = typename Native::MemberOf<decltype(member)>::Value;
     static_assert(std::is_base_of_v<typename Native::MemberOf<decltype(member)>::Class, T>,
                   "the member belongs to another structure");
@@ -83,7 +94,7 @@ class DefineStruct {
     field.name = name;
     field.description = description;
     field.offset = Native::OffsetOf<T>(member);
-    field.staticKey = StaticType::Key<typename Native::Shown<Value>::Type>();
+    field.staticKey = &StaticType::Key<typename Native::Shown<Value>::Type>();
     field.type = IdentifyType<Value>(registry_);
     field.tags.assign(tags.begin(), tags.end());
     field.optional = presence == kOptional;

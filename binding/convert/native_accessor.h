@@ -19,9 +19,8 @@ template <typename T>
 class Accessor;
 
 // bool, numbers, std::string, blobs, enumerations and BindingProperty: one overload each.
-template <typename T>
-requires(IdOf<T>() != TypeId::kVector && IdOf<T>() != TypeId::kMap &&
-         IdOf<T>() != TypeId::kStruct) class Accessor<T> final : public ValueAccessor {
+template <BoundScalar T>
+class Accessor<T> final : public ValueAccessor {
  public:
   void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
               const TypeIdentifier& type, void* target) const override {
@@ -50,9 +49,8 @@ requires(IdOf<T>() != TypeId::kVector && IdOf<T>() != TypeId::kMap &&
 };
 
 // A registered structure: its record says what to do.
-template <typename T>
-requires(IdOf<T>() == TypeId::kStruct && !IsShared<T>::value) class Accessor<T> final
-    : public ValueAccessor {
+template <BoundStruct T>
+class Accessor<T> final : public ValueAccessor {
  public:
   void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
               const TypeIdentifier& type, void* target) const override {
@@ -85,8 +83,8 @@ class Accessor<std::shared_ptr<const T>> final : public ValueAccessor {
   }
 };
 
-template <typename T>
-requires(IdOf<T>() == TypeId::kVector) class Accessor<T> final : public ValueAccessor {
+template <BoundVector T>
+class Accessor<T> final : public ValueAccessor {
   using Item = typename T::value_type;
   static_assert(!std::is_same_v<Item, bool>, "std::vector<bool> has no elements to point at");
 
@@ -117,8 +115,8 @@ requires(IdOf<T>() == TypeId::kVector) class Accessor<T> final : public ValueAcc
   }
 };
 
-template <typename T>
-requires(IdOf<T>() == TypeId::kMap) class Accessor<T> final : public ValueAccessor {
+template <BoundMap T>
+class Accessor<T> final : public ValueAccessor {
   using Item = typename T::mapped_type;
 
  public:

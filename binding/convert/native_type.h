@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -36,6 +37,9 @@ concept StringMap = requires {
   requires std::is_same_v<typename T::key_type, std::string>;
 };
 
+template <typename T, typename... Types>
+concept OneOf = (std::is_same_v<T, Types> || ...);
+
 template <typename T>
 inline constexpr bool kIsBlob = std::is_same_v<T, std::vector<uint8_t>>;
 
@@ -50,25 +54,46 @@ struct Shown<std::shared_ptr<const T>> {
 };
 
 template <typename T>
-constexpr TypeId IdOf();
-
-template <size_t size, bool isSigned>
 constexpr TypeId IntegerId() {
+  static_assert(OneOf<T, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t, uint64_t>,
+                "use int8_t .. uint64_t of <cstdint>: other integers and characters have no size "
+                "that is the same everywhere, or are no numbers");
   constexpr TypeId kSignedIds[] = {TypeId::kNone, TypeId::kInt8,  TypeId::kInt16,
                                    TypeId::kNone, TypeId::kInt32, TypeId::kNone,
                                    TypeId::kNone, TypeId::kNone,  TypeId::kInt64};
   constexpr TypeId kUnsignedIds[] = {TypeId::kNone, TypeId::kUint8,  TypeId::kUint16,
                                      TypeId::kNone, TypeId::kUint32, TypeId::kNone,
                                      TypeId::kNone, TypeId::kNone,   TypeId::kUint64};
-  return isSigned ? kSignedIds[size] : kUnsignedIds[size];
+  return std::is_signed_v<T> ? kSignedIds[sizeof(T)] : kUnsignedIds[sizeof(T)];
 }
 
+template <typename T>
+constexpr TypeId StructId() {
+  static_assert(std::is_class_v<T>,
+                "only values can be bound: use a class, or std::shared_ptr<const T>");
+  constexpr std::string_view kName = StaticType::Name<T>();
+  static_assert(!kName.starts_with("std::optional<"),
+                "use the plain type: a member the input lacks keeps its initial value");
+  static_assert(!kName.starts_with("std::basic_string_view<"),
+                "use std::string: a bound value owns its characters");
+  static_assert(!kName.starts_with("std::array<"), "use std::vector: the input decides the size");
+  static_assert(!kName.starts_with("std::shared_ptr<"),
+                "use std::shared_ptr<const T>: shared items never change");
+  static_assert(!kName.starts_with("std::map<") && !kName.starts_with("std::unordered_map<"),
+                "use std::string for the keys of a map: members have names");
+  static_assert(!kName.starts_with("std::"),
+                "of the standard library only string, vector, map, unordered_map and "
+                "shared_ptr<const T> can be bound: wrap others in a structure of your own");
+  return TypeId::kStruct;
+}
+
+// kNone for a shared item: what it points to is what is bound.
 template <typename T>
 constexpr TypeId IdOf() {
   if constexpr (std::is_same_v<T, bool>) {
     return TypeId::kBool;
   } else if constexpr (std::is_integral_v<T>) {
-    return IntegerId<sizeof(T), std::is_signed_v<T>>();
+    return IntegerId<T>();
   } else if constexpr (std::is_same_v<T, float>) {
     return TypeId::kFloat;
   } else if constexpr (std::is_same_v<T, double>) {
@@ -79,6 +104,8 @@ constexpr TypeId IdOf() {
     return TypeId::kObject;
   } else if constexpr (kIsBlob<T>) {
     return TypeId::kBlob;
+  } else if constexpr (IsShared<T>::value) {
+    return TypeId::kNone;
   } else if constexpr (IsVector<T>::value) {
     return TypeId::kVector;
   } else if constexpr (StringMap<T>) {
@@ -88,11 +115,21 @@ constexpr TypeId IdOf() {
                   "declare the enumeration as `enum class X : int32_t`");
     return TypeId::kEnum;
   } else {
-    static_assert(std::is_class_v<T> && !std::is_pointer_v<T>,
-                  "only values can be bound: use a class, or std::shared_ptr<const T>");
-    return TypeId::kStruct;
+    return StructId<T>();
   }
 }
+
+template <typename T>
+concept BoundStruct = IdOf<T>()
+== TypeId::kStruct;
+template <typename T>
+concept BoundVector = IdOf<T>()
+== TypeId::kVector;
+template <typename T>
+concept BoundMap = IdOf<T>()
+== TypeId::kMap;
+template <typename T>
+concept BoundScalar = !IsShared<T>::value && !BoundStruct<T> && !BoundVector<T> && !BoundMap<T>;
 
 template <typename T>
 inline constexpr bool kIsRegisterable = IdOf<typename Shown<T>::Type>() == TypeId::kEnum

@@ -1,6 +1,6 @@
-// Tells a ValueWriter a native value: bools, numbers, texts, blobs, enumerations, free-form trees
-// and registered structures. A value the writer cannot take fails `context` with the writer's text.
-// Does nothing once `context` has failed.
+// Writes a native value to a ValueWriter: bools, numbers, strings, blobs, enumerations, free-form
+// trees and registered structures. A value the writer cannot take fails `context` with the writer's
+// text. Does nothing once `context` has failed.
 #pragma once
 
 #include <cstdint>
@@ -41,8 +41,7 @@ inline void ReadScalar(ConversionContext& context, const BindingProperty& value,
 }
 
 // Narrower numbers.
-template <typename T>
-requires std::is_arithmetic_v<T>
+template <Arithmetic T>
 void ReadScalar(ConversionContext& context, T value, ValueWriter& writer) {
   if constexpr (std::is_floating_point_v<T>) {
     ReadScalar(context, static_cast<double>(value), writer);

@@ -14,13 +14,13 @@ class ValueAccessor {
   virtual ~ValueAccessor() = default;
 
   // Assigns `input` to the native value at `target`. `path` is the name of the argument or field in
-  // failure texts; `type` is the value's registered type. Does nothing once `context` has failed;
-  // after a failure the target may be partly assigned.
+  // failure messages; `type` is the value's registered type. Does nothing once `context` has
+  // failed; after a failure the target may be partly assigned.
   virtual void Assign(ConversionContext& context, std::string_view path,
                       const BindingProperty& input, const TypeIdentifier& type,
                       void* target) const = 0;
 
-  // Tells `writer` the native value at `value`. Does nothing once `context` has failed.
+  // Writes the native value at `value` to `writer`. Does nothing once `context` has failed.
   virtual void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
                     ValueWriter& writer) const = 0;
 };

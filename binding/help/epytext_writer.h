@@ -8,7 +8,7 @@
 namespace Kest {
 
 // One item for each function, type and event, in their order. Lines end with CR LF; an empty line
-// stands between items, none inside one. An item is
+// is between items, none inside one. An item is
 //   a heading: "function NAME", "struct NAME", "enum NAME" or "event NAME: TYPE of the payload"
 //   the description
 //   "@param NAME: (optional) DESCRIPTION" and "@type NAME: TYPE" for each argument, or
@@ -17,7 +17,7 @@ namespace Kest {
 //   "@rtype: TYPE", "@threadsafe: true", "@async: TYPE", "@size: BYTES", "@tags: TAG, TAG"
 // without the lines that do not apply. What follows the heading is an epytext docstring as
 // documentation tools read it. In descriptions a leading "-" and all braces are escaped; a
-// line break becomes a blank.
+// line break becomes a space.
 // Types: the names of binding/types/type_id.h, but "bytearray", "list[TYPE]", "dict[TYPE]", and the
 // link "L{NAME}" for a registered type.
 std::string WriteEpytext(const ApiRecords& api);

@@ -8,7 +8,7 @@
 
 namespace Kest {
 
-// What Help tells of, in the order in which it tells it. The records outlive the call they are
+// What Help describes, in the order in which it does. The records outlive the call they are
 // handed to.
 struct ApiRecords {
   std::vector<const FunctionRecord*> functions;

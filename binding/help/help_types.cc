@@ -17,71 +17,55 @@ void RegisterItemHelp(TypeRegistry& registry) {
       .Description("Help format for binding functions and types.")
       .Tags({kBuiltinTag, kHelpTag});
   DefineStruct<BindingFullTypeIdentifier>(registry, "BindingFullTypeIdentifier", kNameSpace)
-      .Field<&BindingFullTypeIdentifier::type>("type", kRequired)
-      .Field<&BindingFullTypeIdentifier::elementType>("elementType", kRequired)
+      .Fields<&BindingFullTypeIdentifier::type, &BindingFullTypeIdentifier::elementType>(kRequired)
       .Description("Describes the type of a value.")
       .Tags({kBuiltinTag, kHelpTag});
   DefineStruct<BindingFullArgumentHelp>(registry, "BindingFullArgumentHelp", kNameSpace)
-      .Field<&BindingFullArgumentHelp::name>("name", kRequired)
-      .Field<&BindingFullArgumentHelp::description>("description", kRequired)
-      .Field<&BindingFullArgumentHelp::type>("type", kRequired)
-      .Field<&BindingFullArgumentHelp::optional>("optional", kRequired)
+      .Fields<&BindingFullArgumentHelp::name, &BindingFullArgumentHelp::description,
+              &BindingFullArgumentHelp::type, &BindingFullArgumentHelp::optional>(kRequired)
       .Description("Describes a function parameter.")
       .Tags({kBuiltinTag, kHelpTag});
   DefineStruct<BindingFullFunctionHelp>(registry, "BindingFullFunctionHelp", kNameSpace)
-      .Field<&BindingFullFunctionHelp::name>("name", kRequired)
-      .Field<&BindingFullFunctionHelp::nameSpace>("nameSpace", kRequired)
-      .Field<&BindingFullFunctionHelp::arguments>("arguments", kRequired)
-      .Field<&BindingFullFunctionHelp::returns>("returns", kRequired)
-      .Field<&BindingFullFunctionHelp::description>("description", kRequired)
-      .Field<&BindingFullFunctionHelp::help>("help", kRequired)
-      .Field<&BindingFullFunctionHelp::threadSafe>("threadSafe", kRequired)
-      .Field<&BindingFullFunctionHelp::async>("async", kRequired)
-      .Field<&BindingFullFunctionHelp::tags>("tags", kRequired)
+      .Fields<&BindingFullFunctionHelp::name, &BindingFullFunctionHelp::nameSpace,
+              &BindingFullFunctionHelp::arguments, &BindingFullFunctionHelp::returns,
+              &BindingFullFunctionHelp::description, &BindingFullFunctionHelp::help,
+              &BindingFullFunctionHelp::threadSafe, &BindingFullFunctionHelp::async,
+              &BindingFullFunctionHelp::tags>(kRequired)
       .Description("Describes a function.")
       .Tags({kBuiltinTag, kHelpTag});
 }
 
 void RegisterTypeHelp(TypeRegistry& registry) {
   DefineStruct<BindingFullEnumValueHelp>(registry, "BindingFullEnumValueHelp", kNameSpace)
-      .Field<&BindingFullEnumValueHelp::name>("name", kRequired)
-      .Field<&BindingFullEnumValueHelp::description>("description", kRequired)
-      .Field<&BindingFullEnumValueHelp::value>("value", kRequired)
+      .Fields<&BindingFullEnumValueHelp::name, &BindingFullEnumValueHelp::description,
+              &BindingFullEnumValueHelp::value>(kRequired)
       .Description("Describes an enumerator.")
       .Tags({kBuiltinTag, kHelpTag});
   DefineStruct<BindingFullFieldHelp>(registry, "BindingFullFieldHelp", kNameSpace)
-      .Field<&BindingFullFieldHelp::name>("name", kRequired)
-      .Field<&BindingFullFieldHelp::description>("description", kRequired)
-      .Field<&BindingFullFieldHelp::offset>("offset", kRequired)
-      .Field<&BindingFullFieldHelp::type>("type", kRequired)
-      .Field<&BindingFullFieldHelp::optional>("optional", kRequired)
+      .Fields<&BindingFullFieldHelp::name, &BindingFullFieldHelp::description,
+              &BindingFullFieldHelp::offset, &BindingFullFieldHelp::type,
+              &BindingFullFieldHelp::optional>(kRequired)
       .Description("Describes a member of a struct.")
       .Tags({kBuiltinTag, kHelpTag});
   DefineStruct<BindingFullTypeHelp>(registry, "BindingFullTypeHelp", kNameSpace)
-      .Field<&BindingFullTypeHelp::name>("name", kRequired)
-      .Field<&BindingFullTypeHelp::nameSpace>("nameSpace", kRequired)
-      .Field<&BindingFullTypeHelp::size>("size", kRequired)
-      .Field<&BindingFullTypeHelp::description>("description", kRequired)
-      .Field<&BindingFullTypeHelp::tags>("tags", kRequired)
-      .Field<&BindingFullTypeHelp::fields>("fields", kRequired)
-      .Field<&BindingFullTypeHelp::values>("values", kRequired)
+      .Fields<&BindingFullTypeHelp::name, &BindingFullTypeHelp::nameSpace,
+              &BindingFullTypeHelp::size, &BindingFullTypeHelp::description,
+              &BindingFullTypeHelp::tags, &BindingFullTypeHelp::fields,
+              &BindingFullTypeHelp::values>(kRequired)
       .Description("Describes a struct or enum type.")
       .Tags({kBuiltinTag, kHelpTag});
 }
 
 void RegisterApiHelp(TypeRegistry& registry) {
   DefineStruct<BindingFullEventHelp>(registry, "BindingFullEventHelp", kNameSpace)
-      .Field<&BindingFullEventHelp::name>("name", kRequired)
-      .Field<&BindingFullEventHelp::nameSpace>("nameSpace", kRequired)
-      .Field<&BindingFullEventHelp::type>("type", kRequired)
-      .Field<&BindingFullEventHelp::description>("description", kRequired)
-      .Field<&BindingFullEventHelp::tags>("tags", kRequired)
+      .Fields<&BindingFullEventHelp::name, &BindingFullEventHelp::nameSpace,
+              &BindingFullEventHelp::type, &BindingFullEventHelp::description,
+              &BindingFullEventHelp::tags>(kRequired)
       .Description("Describes an event.")
       .Tags({kBuiltinTag, kHelpTag});
   DefineStruct<BindingFullApiHelp>(registry, "BindingFullApiHelp", kNameSpace)
-      .Field<&BindingFullApiHelp::functions>("functions", kRequired)
-      .Field<&BindingFullApiHelp::types>("types", kRequired)
-      .Field<&BindingFullApiHelp::events>("events", kRequired)
+      .Fields<&BindingFullApiHelp::functions, &BindingFullApiHelp::types,
+              &BindingFullApiHelp::events>(kRequired)
       .Description("Describes the exposed native API.")
       .Tags({kBuiltinTag, kHelpTag});
 }
@@ -101,25 +85,25 @@ void RegisterAsyncTypes(TypeRegistry& registry) {
       .Description("Possible states of an asynchronous operation.")
       .Tags({kBuiltinTag, kAsyncTag});
   DefineStruct<BindingGenericEvent>(registry, "BindingGenericEvent", kNameSpace)
-      .Field<&BindingGenericEvent::data>("data", kOptional, kData)
+      .Field<&BindingGenericEvent::data>(kOptional, kData)
       .Description("Represents generic data for an event.")
       .Tags({kBuiltinTag, kAsyncTag});
   DefineStruct<BindingCallbackEvent>(registry, "BindingCallbackEvent", kNameSpace)
-      .Field<&BindingCallbackEvent::id>("id", kRequired, "ID of the callback being invoked")
-      .Field<&BindingCallbackEvent::parameters>("parameters", kOptional, "Callback parameters")
+      .Field<&BindingCallbackEvent::id>(kRequired, "ID of the callback being invoked")
+      .Field<&BindingCallbackEvent::parameters>(kOptional, "Callback parameters")
       .Description("Represents the parameters of a call to a provided callback.")
       .Tags({kBuiltinTag, kAsyncTag});
   DefineStruct<BindingGenericAsyncEvent>(registry, "BindingGenericAsyncEvent", kNameSpace)
-      .Field<&BindingGenericAsyncEvent::asyncToken>("asyncToken", kRequired, kToken)
-      .Field<&BindingGenericAsyncEvent::data>("data", kOptional, kData)
+      .Field<&BindingGenericAsyncEvent::asyncToken>(kRequired, kToken)
+      .Field<&BindingGenericAsyncEvent::data>(kOptional, kData)
       .Description("Represents generic data for an asynchronous event.")
       .Tags({kBuiltinTag, kAsyncTag});
   DefineStruct<BindingAsyncFailureEvent>(registry, "BindingAsyncFailureEvent", kNameSpace)
-      .Field<&BindingAsyncFailureEvent::error>("error", kRequired, "Error message")
+      .Field<&BindingAsyncFailureEvent::error>(kRequired, "Error message")
       .Description("Represents a failed asynchronous operation.")
       .Tags({kBuiltinTag, kAsyncTag});
   DefineStruct<BindingAsyncCancelEvent>(registry, "BindingAsyncCancelEvent", kNameSpace)
-      .Field<&BindingAsyncCancelEvent::asyncToken>("asyncToken", kRequired, kToken)
+      .Field<&BindingAsyncCancelEvent::asyncToken>(kRequired, kToken)
       .Description("Represents a cancelled asynchronous operation.")
       .Tags({kBuiltinTag, kAsyncTag});
 }

@@ -21,7 +21,7 @@ namespace {
 constexpr unsigned kReadFlags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
                                 rapidjson::kParseNumbersAsStringsFlag;
 
-// RapidJSON writes through whatever its allocator answers, so this one never answers null.
+// RapidJSON writes through any pointer its allocator returns, so this one never returns null.
 class ThrowingAllocator {
  public:
   void* Malloc(size_t size) { return size > 0 ? ::operator new(size) : nullptr; }

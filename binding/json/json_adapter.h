@@ -1,4 +1,4 @@
-// JSON text to trees and native values, and back. One failure text per cause, in the decoder's own
+// JSON text to trees and native values, and back. One message per cause, in the decoder's own
 // words ("Missing a comma or ']' after an array element.").
 #pragma once
 
@@ -17,10 +17,10 @@ namespace Kest {
 inline constexpr size_t kMaxJsonBytes = size_t{64} << 20;
 
 // Reads one JSON document. Strict grammar, valid UTF-8 (one byte-order mark is skipped), any depth.
-// Numbers are exact: whole ones become unsigned, or signed behind a minus sign; beyond 64 bits, or
+// Numbers are exact: integers become unsigned, or signed after a minus sign; beyond 64 bits, or
 // with a fraction or exponent, float. One that fits no double is refused; so is, by its exponent
 // alone, a zero with one above 308. Of members of one name the last value counts, in the place of
-// the first. On failure answers an empty value and, with `errorOffset`, where in the text it lies.
+// the first. On failure returns an empty value and, with `errorOffset`, where in the text it lies.
 // Failures besides the decoder's: "Body is too large", "Too many values.", "Out of memory".
 BindingProperty ReadJson(ConversionContext& context, std::string_view text,
                          size_t* errorOffset = nullptr);
@@ -30,7 +30,7 @@ BindingProperty ReadJson(ConversionContext& context, std::string_view text,
 // infinities and blobs that are no UTF-8 fail; then nothing is appended.
 void WriteJson(ConversionContext& context, const BindingProperty& tree, std::string* out);
 
-// The same for a native value, without a tree between; allocates nothing once `*out` has room.
+// The same for a native value, without a tree between; allocates nothing once `*out` has capacity.
 template <typename T>
 void WriteJsonValue(ConversionContext& context, const T& value, std::string* out) {
   JsonWriter writer(out);
@@ -38,7 +38,7 @@ void WriteJsonValue(ConversionContext& context, const T& value, std::string* out
   writer.Finish(context);
 }
 
-// Reads a document and assigns it to `*target`, which `path` names in failure texts.
+// Reads a document and assigns it to `*target`, which `path` names in messages.
 template <typename T>
 void ReadJsonValue(ConversionContext& context, std::string_view path, std::string_view text,
                    T* target) {

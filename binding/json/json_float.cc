@@ -9,7 +9,7 @@
 namespace Kest {
 namespace {
 
-constexpr int kMostWholeDigits = 21;
+constexpr int kMostIntegerDigits = 21;
 constexpr int kMostLeadingZeros = 5;
 
 // A number as 0.DIGITS times ten to the `point`.
@@ -71,7 +71,7 @@ size_t WriteJsonFloat(double value, char* to) {
     shortest.remove_prefix(1);
   }
   const Digits number = Split(shortest);
-  const bool isFixed = number.point > -kMostLeadingZeros - 1 && number.point <= kMostWholeDigits;
+  const bool isFixed = number.point > -kMostLeadingZeros - 1 && number.point <= kMostIntegerDigits;
   to = isFixed ? WriteFixed(number, to) : WriteScientific(number, to);
   return static_cast<size_t>(to - start);
 }

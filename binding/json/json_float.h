@@ -1,4 +1,4 @@
-// The text of a floating number in JSON.
+// The form of a floating-point number in JSON.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@ namespace Kest {
 inline constexpr size_t kMaxJsonFloat = 32;
 
 // Writes the shortest text that reads back as `value` at `to`, which has kMaxJsonFloat bytes, and
-// answers its size. Up to 21 digits before the point are written out ("100.0", "0.001"), others
+// returns its size. Up to 21 digits before the point are written out ("100.0", "0.001"), others
 // with an exponent ("1e22", "1.5e-7"). REQUIRES: a finite value.
 size_t WriteJsonFloat(double value, char* to);
 

@@ -9,7 +9,7 @@
 namespace Kest {
 
 // The handler that RapidJSON's reader calls, feeding a TreeBuilder. Texts lie in the builder's own
-// memory and stay there. A call that answers false ends the reading; `failure` says why.
+// memory and stay there. A call that returns false ends the reading; `failure` says why.
 class JsonHandler {
  public:
   // Which stream the reader runs over, for the two things that differ.
@@ -42,7 +42,7 @@ class JsonHandler {
   bool Uint64(uint64_t) { return false; }
   bool Double(double) { return false; }
 
-  // Empty while no call has answered false.
+  // Empty while no call has returned false.
   std::string_view failure() const { return failure_; }
 
  private:

@@ -21,8 +21,8 @@ constexpr size_t kMaxEscape = 6;
 constexpr size_t kQuoteSlack = 10;
 constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 
-// Copies bytes that stand for themselves up to the first that does not; answers how many. Up to
-// seven bytes of no meaning are written behind them.
+// Copies bytes that stand for themselves up to the first that does not; returns how many. Up to
+// seven bytes of no meaning are written after them.
 size_t CopyPlain(std::string_view text, char* to) {
   const char* from = text.data();
   const size_t size = text.size();
@@ -39,7 +39,7 @@ size_t CopyPlain(std::string_view text, char* to) {
   return marks != 0 ? done + IndexOfFirstSetByte(marks) : size;
 }
 
-// The letter behind the backslash, or 'u'.
+// The letter after the backslash, or 'u'.
 char EscapeLetter(char c) {
   switch (c) {
     case '"':
@@ -62,9 +62,9 @@ char EscapeLetter(char c) {
 
 }  // namespace
 
-// Space for a value of `bytes`, behind the comma it may need.
+// Space for a value of `bytes`, after the comma it may need.
 inline char* JsonWriter::BeginValue(size_t bytes) {
-  char* to = block_.Room(bytes + 1);
+  char* to = block_.Reserve(bytes + 1);
   if (needsComma_) *to++ = ',';
   needsComma_ = true;
   return to;
@@ -136,7 +136,7 @@ inline bool JsonWriter::Open(char bracket) {
 }
 
 inline bool JsonWriter::Close(char bracket) {
-  char* to = block_.Room(1);
+  char* to = block_.Reserve(1);
   *to = bracket;
   block_.FilledTo(to + 1);
   needsComma_ = true;
@@ -164,7 +164,7 @@ bool JsonWriter::Member(std::string_view name) {
   return true;
 }
 
-// Writes a text in quotes, behind the comma it may need. Answers where it ends; one byte more fits.
+// Writes a text in quotes, after the comma it may need. Returns where it ends; one byte more fits.
 inline char* JsonWriter::Quote(std::string_view text) {
   char* to = BeginValue(std::min(text.size(), OutputBlock::kBytes / 2) + kQuoteSlack);
   *to++ = '"';
@@ -185,13 +185,13 @@ inline char* JsonWriter::Quote(std::string_view text) {
 char* JsonWriter::QuoteRest(std::string_view text) {
   while (!text.empty()) {
     const std::string_view part = text.substr(0, OutputBlock::kBytes / 2);
-    char* to = block_.Room(part.size() + kQuoteSlack);
+    char* to = block_.Reserve(part.size() + kQuoteSlack);
     const size_t plain = CopyPlain(part, to);
     block_.FilledTo(to + plain);
     text.remove_prefix(plain);
     if (plain < part.size()) Escape(&text);
   }
-  char* to = block_.Room(kQuoteSlack);
+  char* to = block_.Reserve(kQuoteSlack);
   *to = '"';
   return to + 1;
 }
@@ -200,7 +200,7 @@ char* JsonWriter::QuoteRest(std::string_view text) {
 // its UTF-8 bytes, or as the replacement of a byte that is none.
 void JsonWriter::Escape(std::string_view* text) {
   constexpr char kHexDigits[] = "0123456789ABCDEF";
-  char* const to = block_.Room(kMaxEscape);
+  char* const to = block_.Reserve(kMaxEscape);
   const char c = text->front();
   if (static_cast<uint8_t>(c) >= 0x80) {
     const size_t size = Utf8CharacterSize(*text);

@@ -12,12 +12,12 @@ namespace Kest {
 
 class ConversionContext;
 
-// Appends one value to a text: no blanks, only what must be escaped is escaped, floats in the
+// Appends one value to a text: no whitespace, only what must be escaped is escaped, floats in the
 // shortest form that reads back exactly and always with a point or exponent. Enumerators are
 // written by name, by number where they have none; a byte that is no UTF-8 as U+FFFD. NaN,
 // infinities and blobs that are no UTF-8 cannot be written.
 //
-// It allocates nothing when the text has room. Finish ends it: before, the text is incomplete.
+// It allocates nothing when the text has capacity. Finish ends it: before, the text is incomplete.
 // Threads: one.
 class JsonWriter final : public ValueWriter {
  public:

@@ -1,4 +1,4 @@
-// Numbers in network byte order: as memory, and behind a cursor that never leaves its bytes.
+// Numbers in network byte order: as memory, and through a cursor that never leaves its bytes.
 #pragma once
 
 #include <bit>
@@ -48,7 +48,7 @@ class ByteCursor {
   const uint8_t* Next() const { return next_; }
   bool Has(size_t count) const { return count <= static_cast<size_t>(end_ - next_); }
 
-  // The next bytes, and goes behind them. REQUIRES: Has(count).
+  // The next bytes, and goes past them. REQUIRES: Has(count).
   const uint8_t* Take(size_t count) {
     const uint8_t* taken = next_;
     next_ += count;

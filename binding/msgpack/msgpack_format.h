@@ -6,8 +6,8 @@
 
 namespace Kest::MessagePack {
 
-// What a first byte says. The names are the format's own; a number behind them is the width of the
-// number that follows the byte: the value itself, or the length of what comes behind.
+// What a first byte says. The names are the format's own; a number after them is the width of the
+// number that follows the byte: the value itself, or the length of what comes next.
 enum class Form : uint8_t {
   kRefused,  // never used, or an extension
   kFixint,

@@ -117,7 +117,7 @@ KEST_PER_ITEM bool Reader::AddBlob(ByteCursor& in, const uint8_t* item, size_t s
   return Check(builder_.StoredBlob({in.Take(size), size}), item);
 }
 
-// The builder is told no size: it grows with what really comes.
+// The builder is given no size: it grows with what really comes.
 KEST_PER_ITEM bool Reader::BeginArray(ByteCursor&, const uint8_t* item, size_t size) {
   Open(/*isMap=*/false, size);
   return Check(builder_.BeginCollection(0), item);
@@ -135,7 +135,7 @@ void Reader::Open(bool isMap, size_t size) {
   current_.isMap = isMap;
 }
 
-// Forms are told apart by branches, not by computed widths: those are guessed right most of the
+// Forms are distinguished by branches, not by computed widths: those are guessed right most of the
 // time, so the next item is looked at before this one is done.
 KEST_PER_ITEM bool Reader::ReadKey(ByteCursor& in) {
   const uint8_t* const item = in.Next();

@@ -18,7 +18,7 @@ inline constexpr size_t kMaxMessagePackBytes = size_t{64} << 20;
 // unsigned; texts keep their bytes, UTF-8 or not. Of members of one name the last value counts, in
 // the place of the first. Extensions are refused. A claimed size takes no memory before its bytes
 // are there.
-// On failure answers an empty value and leaves `*consumed` alone. Positions are those of the first
+// On failure returns an empty value and leaves `*consumed` alone. Positions are those of the first
 // byte of the item in question, from zero:
 //   "Invalid MessagePack data at position %1." for what is no item, or an extension; followed by
 //     " Map keys must be strings." or " Too many values." where that is the reason

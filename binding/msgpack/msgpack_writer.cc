@@ -15,16 +15,16 @@ namespace Kest {
 using namespace MessagePack;
 
 inline bool MessagePackWriter::Byte(uint8_t byte) {
-  char* to = block_.Room(1);
+  char* to = block_.Reserve(1);
   *to = static_cast<char>(byte);
   block_.FilledTo(to + 1);
   return true;
 }
 
-// A first byte and the number behind it.
+// A first byte and the number after it.
 template <typename Width>
 bool MessagePackWriter::Number(uint8_t lead, Width number) {
-  char* to = block_.Room(1 + sizeof(number));
+  char* to = block_.Reserve(1 + sizeof(number));
   *to = static_cast<char>(lead);
   StoreBigEndian(number, to + 1);
   block_.FilledTo(to + 1 + sizeof(number));
@@ -81,7 +81,7 @@ bool MessagePackWriter::String(std::string_view text) {
   if (text.size() >= kFixstrs) {
     return CheckSize(text.size()) && NarrowNumber(kStr8, text.size()) && Bytes(text);
   }
-  char* to = block_.Room(1 + text.size());
+  char* to = block_.Reserve(1 + text.size());
   *to = static_cast<char>(kFixstr + text.size());
   if (!text.empty()) std::memcpy(to + 1, text.data(), text.size());
   block_.FilledTo(to + 1 + text.size());
@@ -115,7 +115,7 @@ bool MessagePackWriter::Bytes(std::string_view bytes) {
   if (bytes.size() > OutputBlock::kBytes / 2) {
     block_.Append(bytes);
   } else if (!bytes.empty()) {
-    char* to = block_.Room(bytes.size());
+    char* to = block_.Reserve(bytes.size());
     std::memcpy(to, bytes.data(), bytes.size());
     block_.FilledTo(to + bytes.size());
   }

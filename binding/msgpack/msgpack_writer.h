@@ -18,7 +18,7 @@ class ConversionContext;
 // by number where they have none; texts and blobs with their bytes as they are. A text, blob or
 // container whose size needs more than 32 bits cannot be written.
 //
-// It allocates nothing when the text has room. Finish ends it: before, the text is incomplete.
+// It allocates nothing when the text has capacity. Finish ends it: before, the text is incomplete.
 // Threads: one.
 class MessagePackWriter final : public ValueWriter {
  public:

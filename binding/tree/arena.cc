@@ -22,6 +22,10 @@ Arena* Arena::Create(size_t firstBytes) {
   return arena;
 }
 
+void Arena::DropOwner(Arena* arena) noexcept {
+  if (arena->owners_.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy(arena);
+}
+
 void Arena::Destroy(Arena* arena) noexcept {
   Block* block = arena->last_;
   while (block != nullptr) {
@@ -64,8 +68,8 @@ const char* Arena::Copy(std::string_view text) {
   return copy;
 }
 
-void Arena::Count(size_t count) {
-  if (!TryCount(count)) throw std::bad_alloc();
+void Arena::ChargeValues(size_t count) {
+  if (!TryChargeValues(count)) throw std::bad_alloc();
 }
 
 }  // namespace Kest

@@ -1,6 +1,7 @@
 // The storage of one tree.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -11,17 +12,19 @@ namespace Kest {
 
 // Hands out memory that lives until the whole arena goes; nothing is freed before. Blocks double in
 // size up to 1 MiB in all, then grow by a quarter, so a tree costs few allocations and little
-// slack. It counts every byte and every value ever made and stops at kMaxTreeBytes and
-// kMaxTreeValues. Threads: one writer.
+// slack. It charges every byte and every value ever made and stops at kMaxTreeBytes and
+// kMaxTreeValues. It goes with its last owner: the tree's root, or a part that was moved out.
+// Threads: one writer; owners come and go on any thread.
 class alignas(8) Arena {
  public:
-  // `firstBytes` fit the first block. Throws std::bad_alloc.
+  // `firstBytes` fit the first block. The caller is the first owner. Throws std::bad_alloc.
   static Arena* Create(size_t firstBytes);
-  static void Destroy(Arena* arena) noexcept;
+  void AddOwner() noexcept { owners_.fetch_add(1, std::memory_order_relaxed); }
+  static void DropOwner(Arena* arena) noexcept;
   Arena(const Arena&) = delete;
   Arena& operator=(const Arena&) = delete;
 
-  // Memory for any object of the tree. TryAllocate answers null past the bound; both throw
+  // Memory for any object of the tree. TryAllocate returns null past the bound; both throw
   // std::bad_alloc when the system has no memory, Allocate past the bound as well.
   void* TryAllocate(size_t bytes) {
     bytes = (bytes + kAlignment - 1) & ~(kAlignment - 1);
@@ -31,25 +34,25 @@ class alignas(8) Arena {
     return memory;
   }
   void* Allocate(size_t bytes);
-  // Null past the bound. An empty text needs no memory, but its copy is never null.
+  // Null past the bound. An empty string needs no memory, but its copy is never null.
   const char* TryCopy(std::string_view text);
   const char* Copy(std::string_view text);
 
-  // Notes that `count` values are made; false, or std::bad_alloc, past the bound.
-  bool TryCount(size_t count) {
+  // Charges `count` values that are made; false, or std::bad_alloc, past the bound.
+  bool TryChargeValues(size_t count) {
     if (count > kMaxTreeValues - values_) return false;
     values_ += count;
     return true;
   }
-  void Count(size_t count);
+  void ChargeValues(size_t count);
 
-  // Counts memory elsewhere that building the tree takes; false past the bound.
+  // Charges memory elsewhere that building the tree takes; false past the bound.
   bool TryCharge(size_t bytes) {
     if (bytes > kMaxTreeBytes - bytes_) return false;
     bytes_ += bytes;
     return true;
   }
-  void Release(size_t bytes) { bytes_ -= bytes; }
+  void Refund(size_t bytes) { bytes_ -= bytes; }
 
  private:
   static constexpr size_t kAlignment = 8;
@@ -59,12 +62,14 @@ class alignas(8) Arena {
 
   explicit Arena(size_t bytes) : bytes_(bytes) {}
   void* AllocateBlock(size_t bytes);
+  static void Destroy(Arena* arena) noexcept;
 
   char* next_ = nullptr;
   char* end_ = nullptr;
-  Block* last_ = nullptr;  // the newest block behind the first, which holds the arena itself
-  size_t bytes_;           // of all blocks, and held
+  Block* last_ = nullptr;  // the newest block after the first, which holds the arena itself
+  size_t bytes_;           // of all blocks, and charged
   size_t values_ = 0;
+  std::atomic<size_t> owners_ = 1;
 };
 
 }  // namespace Kest

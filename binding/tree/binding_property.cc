@@ -16,15 +16,15 @@
 namespace Kest {
 namespace {
 
-constexpr size_t kFirstRoom = 4;
+constexpr size_t kFirstCapacity = 4;
 constexpr size_t kFirstArenaBytes = 128;
 
 std::string_view Text(std::span<const uint8_t> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-uint8_t RoomBits(size_t room) {
-  return static_cast<uint8_t>(std::countr_zero(room));
+uint8_t CapacityBits(size_t capacity) {
+  return static_cast<uint8_t>(std::countr_zero(capacity));
 }
 
 }  // namespace
@@ -33,12 +33,13 @@ BindingProperty::BindingProperty(const BindingProperty& other) {
   CopyFrom(other);
 }
 
-BindingProperty::BindingProperty(BindingProperty&& other) noexcept {
-  if (other.IsNode()) {
-    CopyFrom(other);
-  } else {
-    bits_ = std::exchange(other.bits_, Bits());
+BindingProperty::BindingProperty(BindingProperty&& other) noexcept
+    : bits_(std::exchange(other.bits_, Bits())) {
+  if (!other.IsNode()) {
     arena_ = std::exchange(other.arena_, 0);
+  } else if (TreeNodes::UsesArena(bits_)) {
+    other.TreeArena()->AddOwner();
+    arena_ = other.arena_ | kOwns;
   }
 }
 
@@ -47,14 +48,15 @@ BindingProperty& BindingProperty::operator=(const BindingProperty& other) {
   return *this;
 }
 
-BindingProperty& BindingProperty::operator=(BindingProperty&& other) noexcept(false) {  // NOLINT
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): copies into a node
+BindingProperty& BindingProperty::operator=(BindingProperty&& other) noexcept(false) {
   if (this == &other) return *this;
-  if (IsNode() || other.IsNode()) {
+  if (IsNode()) {
     CopyFrom(other);
   } else {
-    Release();
-    bits_ = std::exchange(other.bits_, Bits());
-    arena_ = std::exchange(other.arena_, 0);
+    BindingProperty taken(std::move(other));  // it may be a part of what goes
+    std::swap(bits_, taken.bits_);
+    std::swap(arena_, taken.arena_);
   }
   return *this;
 }
@@ -121,10 +123,10 @@ void BindingProperty::SetFloat(double value) {
   Replace(TreeNodes::Float(value));
 }
 void BindingProperty::SetString(std::string_view text) {
-  StoreText(BindingKind::kString, text);
+  StoreBytes(BindingKind::kString, text);
 }
 void BindingProperty::SetBlob(std::span<const uint8_t> bytes) {
-  StoreText(BindingKind::kBlob, Text(bytes));
+  StoreBytes(BindingKind::kBlob, Text(bytes));
 }
 void BindingProperty::SetEnum(const TypeRecord& type, int32_t value) {
   Replace(TreeNodes::Enum(type, value));
@@ -138,17 +140,17 @@ void BindingProperty::SetStructure() {
 
 void BindingProperty::Release() noexcept {
   if ((arena_ & kOwns) == 0) return;
-  Arena::Destroy(TreeArena());
+  Arena::DropOwner(TreeArena());
   arena_ = 0;
 }
 
-// Takes the bits by value: they may lie in the arena that goes.
+// Takes the bits by value: they may be in the arena that goes.
 void BindingProperty::Replace(Bits bits) {
   Release();
   bits_ = bits;
 }
 
-void BindingProperty::StoreText(BindingKind kind, std::string_view bytes) {
+void BindingProperty::StoreBytes(BindingKind kind, std::string_view bytes) {
   if (IsNode()) {
     Replace(TreeNodes::Text(kind, {TreeArena()->Copy(bytes), bytes.size()}));
     return;
@@ -161,9 +163,9 @@ void BindingProperty::StoreText(BindingKind kind, std::string_view bytes) {
 void BindingProperty::CopyFrom(const BindingProperty& other) {
   switch (other.kind()) {
     case BindingKind::kString:
-      return StoreText(BindingKind::kString, other.AsString());
+      return StoreBytes(BindingKind::kString, other.AsString());
     case BindingKind::kBlob:
-      return StoreText(BindingKind::kBlob, Text(other.AsBlob()));
+      return StoreBytes(BindingKind::kBlob, Text(other.AsBlob()));
     case BindingKind::kCollection:
     case BindingKind::kStructure:
       break;
@@ -188,28 +190,29 @@ Arena& BindingProperty::NeedArena() {
   return *TreeArena();
 }
 
-void BindingProperty::ReserveElements(size_t room) {
-  if (room <= TreeNodes::Room(bits_)) return;
-  room = std::max(kFirstRoom, std::bit_ceil(room));
+void BindingProperty::ReserveElements(size_t capacity) {
+  if (capacity <= TreeNodes::Capacity(bits_)) return;
+  capacity = std::max(kFirstCapacity, std::bit_ceil(capacity));
   Arena& arena = NeedArena();
-  auto* elements = static_cast<BindingProperty*>(arena.Allocate(room * sizeof(BindingProperty)));
+  auto* elements =
+      static_cast<BindingProperty*>(arena.Allocate(capacity * sizeof(BindingProperty)));
   const size_t size = bits_.Size();
   for (size_t i = 0; i < size; ++i) TreeNodes::Place(elements + i, Elements()[i].bits_, arena);
-  bits_ = TreeNodes::Elements(elements, size, RoomBits(room));
+  bits_ = TreeNodes::Elements(elements, size, CapacityBits(capacity));
 }
 
-void BindingProperty::ReserveMembers(size_t room) {
-  if (room <= TreeNodes::Room(bits_)) return;
-  room = std::max(kFirstRoom, std::bit_ceil(room));
+void BindingProperty::ReserveMembers(size_t capacity) {
+  if (capacity <= TreeNodes::Capacity(bits_)) return;
+  capacity = std::max(kFirstCapacity, std::bit_ceil(capacity));
   Arena& arena = NeedArena();
-  MemberNode* members = TreeNodes::TryAllocateMembers(arena, room);
+  MemberNode* members = TreeNodes::TryAllocateMembers(arena, capacity);
   if (members == nullptr) throw std::bad_alloc();
   const size_t size = bits_.Size();
   for (size_t i = 0; i < size; ++i) {
     const MemberNode& member = Members()[i];
-    TreeNodes::PlaceMember(members, i, room, member.value.bits_, *member.key, arena);
+    TreeNodes::PlaceMember(members, i, capacity, member.value.bits_, *member.key, arena);
   }
-  bits_ = TreeNodes::Members(members, size, RoomBits(room));
+  bits_ = TreeNodes::Members(members, size, CapacityBits(capacity));
 }
 
 BindingProperty& BindingProperty::GetOrAddElement(size_t index) {
@@ -218,10 +221,10 @@ BindingProperty& BindingProperty::GetOrAddElement(size_t index) {
   if (index < size) return Elements()[index];
   if (index >= kMaxTreeValues) throw std::bad_alloc();
   Arena& arena = NeedArena();
-  arena.Count(index + 1 - size);
+  arena.ChargeValues(index + 1 - size);
   ReserveElements(index + 1);
   for (size_t i = size; i <= index; ++i) TreeNodes::Place(Elements() + i, Bits(), arena);
-  bits_ = TreeNodes::Elements(Elements(), index + 1, bits_.RoomBits());
+  bits_ = TreeNodes::Elements(Elements(), index + 1, bits_.CapacityBits());
   return Elements()[index];
 }
 
@@ -231,20 +234,21 @@ BindingProperty& BindingProperty::Append() {
 
 BindingProperty& BindingProperty::GetOrAddMember(std::string_view name) {
   if (kind() != BindingKind::kStructure) {
-    const std::string kept(name);  // it may lie in what is replaced
+    const std::string kept(name);  // it may be in what is replaced
     SetStructure();
     return GetOrAddMember(kept);
   }
   const size_t size = bits_.Size();
-  const size_t position = TreeNodes::FindPosition(Members(), size, TreeNodes::Room(bits_), name);
+  const size_t position =
+      TreeNodes::FindPosition(Members(), size, TreeNodes::Capacity(bits_), name);
   if (position < size) return Members()[position].value;
   Arena& arena = NeedArena();
-  arena.Count(1);
+  arena.ChargeValues(1);
   const MemberKey* key = TreeNodes::TryMakeKey(arena, name, SeededHash(name), /*isStored=*/false);
   if (key == nullptr) throw std::bad_alloc();
   ReserveMembers(size + 1);
-  TreeNodes::PlaceMember(Members(), size, TreeNodes::Room(bits_), Bits(), *key, arena);
-  bits_ = TreeNodes::Members(Members(), size + 1, bits_.RoomBits());
+  TreeNodes::PlaceMember(Members(), size, TreeNodes::Capacity(bits_), Bits(), *key, arena);
+  bits_ = TreeNodes::Members(Members(), size + 1, bits_.CapacityBits());
   return Members()[size].value;
 }
 
@@ -269,7 +273,7 @@ const BindingProperty* BindingProperty::FindMember(std::string_view name, size_t
   const size_t size = bits_.Size();
   size_t position = *hint;
   if (position >= size || !members[position].key->Is(name)) {
-    position = TreeNodes::FindPosition(members, size, TreeNodes::Room(bits_), name);
+    position = TreeNodes::FindPosition(members, size, TreeNodes::Capacity(bits_), name);
     if (position == size) return nullptr;
   }
   *hint = position + 1;

@@ -35,14 +35,14 @@ bool KeyTable::TryFindNumber(std::string_view name, bool isStored, Arena& arena,
 
 bool KeyTable::TryGrow(Arena& arena) {
   constexpr size_t kFirstSlots = 64;
-  constexpr size_t kValueBytes = 24;  // of the value that waits for its place with the builder
+  constexpr size_t kValueBytes = 24;  // of the value that the builder keeps meanwhile
   constexpr size_t kBytesForTwoSlots = 2 * sizeof(Slot) + sizeof(Entry) + kValueBytes;
   const size_t size = std::max(kFirstSlots, 2 * slots_.size());
   const size_t bytes = (size - slots_.size()) / 2 * kBytesForTwoSlots;
-  // While everything moves to twice the room, the old room is still there.
-  if (!arena.TryCharge(bytes + heldBytes_)) return false;
-  arena.Release(heldBytes_);
-  heldBytes_ += bytes;
+  // While the slots move to twice the capacity, the old ones are still there.
+  if (!arena.TryCharge(bytes + chargedBytes_)) return false;
+  arena.Refund(chargedBytes_);
+  chargedBytes_ += bytes;
   if (slots_.empty()) entries_.reserve(kFirstSlots / 2);
   const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(size));
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);

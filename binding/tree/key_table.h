@@ -11,13 +11,13 @@
 namespace Kest {
 
 // Numbers the distinct names. Structures of one type come with the same names in the same order, so
-// the table first compares with the name that came last time at the same place: behind the previous
+// the table first compares with the name that came last time at the same place: after the previous
 // one, or first inside a member's value. Only when that misses is the name hashed.
 // Threads: one.
 class KeyTable {
  public:
   // Sets `*number` to that of `name`, which is copied into `arena` when new unless `isStored` says
-  // it lies there. False past the arena's bound, against which the table counts until Release.
+  // it is there. False past the arena's bound; the table is charged to the arena until Refund.
   bool TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
     if (!entries_.empty()) {
       const uint32_t guess = entries_[previous_].next[place_];
@@ -29,19 +29,19 @@ class KeyTable {
     }
     return TryFind(name, isStored, arena, number);
   }
-  void Release(Arena& arena) { arena.Release(std::exchange(heldBytes_, 0)); }
+  void Refund(Arena& arena) { arena.Refund(std::exchange(chargedBytes_, 0)); }
   const MemberKey& Key(uint32_t number) const { return *entries_[number].key; }
 
-  // Where the next name will stand: the place by which it is guessed.
+  // The position of the next name, by which it is guessed.
   enum Place : uint32_t { kPastEntry, kOnEntry };
   void MoveCursor(uint32_t number, Place place) {
     previous_ = number;
     place_ = place;
   }
 
-  // Forgets the places of all names.
+  // Forgets the slots of all names.
   void BeginPlaces() { ++round_; }
-  // The place of a name: that of the call before in this round, else `next`, which it then keeps.
+  // The slot of a name: that of the last call of this round, else `next`, which it then keeps.
   uint32_t FindSlot(uint32_t number, uint32_t next) {
     Entry& entry = entries_[number];
     if (entry.round == round_) return entry.place;
@@ -52,10 +52,10 @@ class KeyTable {
 
  private:
   struct Entry {
-    const char* chars;  // as the key has them: a comparison need not go there
+    const char* chars;  // the key's: a comparison need not load the key
     const MemberKey* key;
     uint32_t size;
-    uint32_t next[2];  // the names that came last time behind it and inside it
+    uint32_t next[2];  // by Place: the names that came last time
     uint32_t round;    // in which `place` was set
     uint32_t place;
 
@@ -64,7 +64,7 @@ class KeyTable {
     }
   };
 
-  // The hash stands here, too: names that differ are told apart without going to the entry.
+  // Holds the hash, too: names that differ are distinguished without loading the entry.
   struct Slot {
     uint32_t entry = 0;  // its number + 1; 0: the slot is free
     uint32_t hash = 0;
@@ -79,7 +79,7 @@ class KeyTable {
   uint32_t previous_ = 0;
   Place place_ = kOnEntry;
   uint32_t round_ = 0;
-  size_t heldBytes_ = 0;
+  size_t chargedBytes_ = 0;
 };
 
 }  // namespace Kest

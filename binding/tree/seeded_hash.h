@@ -1,5 +1,5 @@
-// Hash of texts from outside. Its key is drawn once per process, so nobody can prepare texts that
-// collide.
+// Hash of strings from outside. Its key is drawn once per process, so no sender can prepare texts
+// that collide.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@ namespace {
 constexpr size_t kFirstChildren = 32;
 constexpr size_t kFirstDepth = 16;
 
-// Room for the text itself, and for its nodes while that is no great waste.
+// Space for the text itself, and for its nodes while that is no great waste.
 size_t FirstBytes(size_t textBytes, size_t nodesPerByte) {
   constexpr size_t kSmallTree = 512;
   constexpr size_t kMostNodeBytes = size_t{16} << 20;
@@ -28,7 +28,7 @@ TreeBuilder::TreeBuilder(size_t textBytes, size_t nodesPerByte)
 TreeBuilder::TreeBuilder(Arena& arena) : arena_(&arena), ownsArena_(false) {}
 
 TreeBuilder::~TreeBuilder() {
-  if (ownsArena_) Arena::Destroy(arena_);
+  if (ownsArena_) Arena::DropOwner(arena_);
 }
 
 bool TreeBuilder::String(std::string_view text) {
@@ -44,13 +44,13 @@ bool TreeBuilder::Blob(std::span<const uint8_t> bytes) {
 
 bool TreeBuilder::Repeat(TreeNodes::Bits value, size_t values) {
   TreeNodes::Bits copy;
-  if (!arena_->TryCount(values) || !TryCopyTree(value, *arena_, &copy)) return false;
+  if (!arena_->TryChargeValues(values) || !TryCopyTree(value, *arena_, &copy)) return false;
   children_.emplace_back(copy, key_);
   return true;
 }
 
 bool TreeBuilder::Begin() {
-  if (!arena_->TryCount(1)) return false;
+  if (!arena_->TryChargeValues(1)) return false;
   if (children_.capacity() == 0) {
     children_.reserve(kFirstChildren);
     open_.reserve(kFirstDepth);
@@ -95,7 +95,7 @@ bool TreeBuilder::EndStructure() {
   return true;
 }
 
-// Gives each repeated name the value of its last and the place of its first member; answers how
+// Gives each repeated name the value of its last and the place of its first member; returns how
 // many members stay.
 size_t TreeBuilder::MergeRepeatedMembers(size_t first) {
   Child* children = children_.data() + first;
@@ -119,7 +119,7 @@ std::string_view TreeBuilder::ErrorMessage() const {
 
 TreeNodes::Bits TreeBuilder::TakeBits() {
   assert(open_.empty() && children_.size() == 1);
-  keys_.Release(*arena_);
+  keys_.Refund(*arena_);
   return children_.front().bits;
 }
 

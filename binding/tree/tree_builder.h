@@ -79,7 +79,7 @@ class TreeBuilder final : public ValueWriter {
   };
 
   bool Add(TreeNodes::Bits bits) {
-    if (!arena_->TryCount(1)) return false;
+    if (!arena_->TryChargeValues(1)) return false;
     children_.emplace_back(bits, key_);
     return true;
   }

@@ -29,12 +29,12 @@ const MemberKey* TreeNodes::TryMakeKey(Arena& arena, std::string_view name, uint
   return new (memory) MemberKey{chars, static_cast<uint32_t>(name.size()), hash};
 }
 
-MemberNode* TreeNodes::TryAllocateMembers(Arena& arena, size_t room) {
-  if (room <= kLinearMembers) {
-    return static_cast<MemberNode*>(arena.TryAllocate(room * sizeof(MemberNode)));
+MemberNode* TreeNodes::TryAllocateMembers(Arena& arena, size_t capacity) {
+  if (capacity <= kLinearMembers) {
+    return static_cast<MemberNode*>(arena.TryAllocate(capacity * sizeof(MemberNode)));
   }
-  const size_t slots = std::bit_ceil(room + room / 2);
-  const size_t arrayBytes = sizeof(MemberIndex) + room * sizeof(MemberNode);
+  const size_t slots = std::bit_ceil(capacity + capacity / 2);
+  const size_t arrayBytes = sizeof(MemberIndex) + capacity * sizeof(MemberNode);
   auto* memory = static_cast<char*>(arena.TryAllocate(arrayBytes + slots * sizeof(uint32_t)));
   if (memory == nullptr) return nullptr;
   auto* table = reinterpret_cast<uint32_t*>(memory + arrayBytes);
@@ -50,9 +50,9 @@ void TreeNodes::Enter(MemberNode* members, size_t position, const MemberKey& key
   index.slots[slot] = static_cast<uint32_t>(position + 1);
 }
 
-size_t TreeNodes::FindPosition(const MemberNode* members, size_t count, size_t room,
+size_t TreeNodes::FindPosition(const MemberNode* members, size_t count, size_t capacity,
                                std::string_view name) {
-  if (room <= kLinearMembers) {
+  if (capacity <= kLinearMembers) {
     size_t position = 0;
     while (position < count && !members[position].key->Is(name)) ++position;
     return position;

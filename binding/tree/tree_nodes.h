@@ -1,6 +1,6 @@
 // The storage layout of trees, shared by the files that build and walk them.
 //
-// A container's entries are one array in the arena. A structure with room for more than
+// A container's entries are one array in the arena. A structure of a capacity above
 // kLinearMembers has an index in front of the array; smaller ones are searched from end to end.
 #pragma once
 
@@ -38,7 +38,7 @@ inline constexpr size_t kLinearMembers = 16;
 struct TreeNodes {
   using Bits = BindingProperty::Bits;
 
-  // The bits of each kind. Texts and entries must be stored in the tree's arena.
+  // The bits of each kind. Strings, blobs and entries must be stored in the tree's arena.
   static Bits Bool(bool value) { return Of(BindingKind::kBool, value); }
   static Bits Signed(int64_t value) {
     return Of(BindingKind::kSigned, static_cast<uint64_t>(value));
@@ -53,12 +53,12 @@ struct TreeNodes {
   static Bits Enum(const TypeRecord& type, int32_t value) {
     return Of(BindingKind::kEnum, Address(&type), static_cast<uint32_t>(value));
   }
-  // `roomBits` 0: room for exactly these.
-  static Bits Elements(const BindingProperty* elements, size_t size, size_t roomBits = 0) {
-    return Of(BindingKind::kCollection, Address(elements), size, roomBits);
+  // `capacityBits` 0: the capacity is the size.
+  static Bits Elements(const BindingProperty* elements, size_t size, size_t capacityBits = 0) {
+    return Of(BindingKind::kCollection, Address(elements), size, capacityBits);
   }
-  static Bits Members(const MemberNode* members, size_t size, size_t roomBits = 0) {
-    return Of(BindingKind::kStructure, Address(members), size, roomBits);
+  static Bits Members(const MemberNode* members, size_t size, size_t capacityBits = 0) {
+    return Of(BindingKind::kStructure, Address(members), size, capacityBits);
   }
 
   // Makes a node of a tree at `at`. Nodes are never destroyed: they own nothing.
@@ -77,32 +77,39 @@ struct TreeNodes {
 
   static Bits BitsOf(const BindingProperty& node) { return node.bits_; }
 
-  // Entries the array of a container has room for.
-  static size_t Room(Bits bits) {
-    return bits.RoomBits() == 0 ? bits.Size() : size_t{1} << bits.RoomBits();
+  // Whether part of the value is stored in the arena.
+  static bool UsesArena(Bits bits) {
+    const BindingKind kind = bits.Kind();
+    return kind >= BindingKind::kString && kind != BindingKind::kEnum && bits.Size() > 0;
+  }
+
+  // How many entries the array of a container can take.
+  static size_t Capacity(Bits bits) {
+    return bits.CapacityBits() == 0 ? bits.Size() : size_t{1} << bits.CapacityBits();
   }
 
   // A key for `name`, copied unless `isStored` says the arena keeps it; null past the arena's
   // bound.
   static const MemberKey* TryMakeKey(Arena& arena, std::string_view name, uint32_t hash,
                                      bool isStored);
-  // An array for `room` members with an empty index where one is due; null past the arena's bound.
-  static MemberNode* TryAllocateMembers(Arena& arena, size_t room);
-  // Makes member `position` of an array with that room, and enters it into the index.
+  // An array for `capacity` members with an empty index where one is due; null past the arena's
+  // bound.
+  static MemberNode* TryAllocateMembers(Arena& arena, size_t capacity);
+  // Makes member `position` of an array of that capacity, and enters it into the index.
   // REQUIRES: `key` is stored in the arena and names no other member of the array.
-  static void PlaceMember(MemberNode* members, size_t position, size_t room, Bits bits,
+  static void PlaceMember(MemberNode* members, size_t position, size_t capacity, Bits bits,
                           const MemberKey& key, Arena& arena) {
     Place(&members[position].value, bits, arena);
     members[position].key = &key;
-    if (room > kLinearMembers) Enter(members, position, key);
+    if (capacity > kLinearMembers) Enter(members, position, key);
   }
   // The position of the member of that name, or `count`.
-  static size_t FindPosition(const MemberNode* members, size_t count, size_t room,
+  static size_t FindPosition(const MemberNode* members, size_t count, size_t capacity,
                              std::string_view name);
 
  private:
-  static Bits Of(BindingKind kind, uint64_t payload, uint64_t size = 0, uint64_t roomBits = 0) {
-    return {payload, size | static_cast<uint64_t>(kind) << 32 | roomBits << 40};
+  static Bits Of(BindingKind kind, uint64_t payload, uint64_t size = 0, uint64_t capacityBits = 0) {
+    return {payload, size | static_cast<uint64_t>(kind) << 32 | capacityBits << 40};
   }
   static uint64_t Address(const void* memory) { return reinterpret_cast<uintptr_t>(memory); }
   static void Enter(MemberNode* members, size_t position, const MemberKey& key);

@@ -1,4 +1,4 @@
-// The one way values leave: whoever walks a native value or a tree tells a ValueWriter what it
+// The one way values leave: a walk over a native value or a tree hands a ValueWriter what it
 // meets. Writers exist for trees (TreeBuilder), JSON text (JsonWriter) and MessagePack
 // (MessagePackWriter).
 #pragma once
@@ -12,7 +12,7 @@
 
 namespace Kest {
 
-// Receives one value. Every call answers false when it cannot be done; ErrorMessage then says why,
+// Receives one value. Every call returns false when it cannot be done; ErrorMessage then says why,
 // and the walk ends there. REQUIRES of callers: calls form one value. Inside a structure each value
 // follows its Member call. Texts and bytes are lent for the call. A member named twice keeps the
 // place of the first and the value of the last. Threads: one writer is used by one thread.
@@ -41,7 +41,7 @@ class ValueWriter {
 
 class BindingProperty;
 
-// Tells `writer` the whole tree, whatever its depth. False as soon as the writer answers false.
+// Writes the whole tree, of any depth, to `writer`. False as soon as the writer returns false.
 bool WriteTree(const BindingProperty& tree, ValueWriter& writer);
 
 }  // namespace Kest

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "binding/types/static_type.h"
 #include "binding/types/type_id.h"
 
 namespace Kest {
@@ -29,8 +30,8 @@ inline constexpr FieldPresence kRequired = FieldPresence::kRequired;
 struct FieldRecord {
   std::string name;
   std::string description;
-  size_t offset = 0;       // of the member inside the native structure
-  uint32_t staticKey = 0;  // of the member's native type
+  size_t offset = 0;                   // of the member inside the native structure
+  const TypeKey* staticKey = nullptr;  // of the member's native type
   TypeIdentifier type;
   std::vector<std::string> tags;
   bool optional = true;
@@ -47,9 +48,8 @@ struct EnumeratorRecord {
 struct TypeRecord {
   TypeKind kind = TypeKind::kStructure;
   size_t size = 0;   // of the native type, in bytes
-  std::string name;  // as it stands on the wire and in messages, without namespace
-  uint32_t staticKey = 0;
-  std::string staticKeyText;  // "#%08X"
+  std::string name;  // on the wire and in messages, without namespace
+  const TypeKey* staticKey = nullptr;
   std::string nameSpace;
   std::string description;
   std::vector<std::string> tags;

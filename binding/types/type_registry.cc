@@ -4,12 +4,19 @@
 #include <atomic>
 #include <utility>
 
+#include "log/logger.h"
 #include "log/positional_format.h"
 
 namespace Kest {
 namespace {
 
-// Never destroyed: whatever runs last in the process may still convert values.
+#ifndef NDEBUG
+constexpr bool kRefusesTakenKeys = true;
+#else
+constexpr bool kRefusesTakenKeys = false;
+#endif
+
+// Never destroyed: code that runs last in the process may still convert values.
 std::atomic<TypeRegistry*>& ProcessSlot() {
   static std::atomic<TypeRegistry*> slot = new TypeRegistry();
   return slot;
@@ -29,17 +36,37 @@ std::vector<const Record*> Pointers(const std::deque<Record>& records) {
   return pointers;
 }
 
+void LogMisuse(const std::string& message) {
+  LogError("%s", message.c_str());
+}
+
+// Whether an enumeration or structure, or an element that is one, has no record.
+bool LacksRecord(const TypeIdentifier& type) {
+  const TypeId id = type.elementId == TypeId::kNone ? type.id : type.elementId;
+  return type.record == nullptr && (id == TypeId::kEnum || id == TypeId::kStruct);
+}
+
 }  // namespace
 
-// Whether the next call of the chain may act; `condition` false is a failure.
-bool TypeBuilder::Requires(bool condition) {
-  if (state_ == State::kOpen && !condition) state_ = State::kFailed;
-  return state_ == State::kOpen;
+template <typename Entries>
+bool TypeBuilder::Accepts(TypeKind kind, const Entries& entries, std::string_view name) {
+  if (!IsOpen()) return false;
+  if (record_->kind == kind && !Contains(entries, name)) return true;
+  state_ = State::kFailed;
+  LogMisuse(Format("Type %1: \"%2\" is %3. The rest of its registration is dropped.", record_->name,
+                   name,
+                   record_->kind == kind ? "a duplicate" : "an entry of another kind of type"));
+  return false;
 }
 
 TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
-  if (!Requires(true)) return *this;
-  if (Requires(record_->kind == TypeKind::kStructure && !Contains(record_->fields, field.name))) {
+  if (Accepts(TypeKind::kStructure, record_->fields, field.name)) {
+    if (LacksRecord(field.type)) {
+      LogMisuse(
+          Format("Type %1: field \"%2\" (%3) holds a type that is not registered. Register "
+                 "that one first.",
+                 record_->name, field.name, field.staticKey->name));
+    }
     record_->fields.push_back(std::move(field));
   }
   return *this;
@@ -47,25 +74,24 @@ TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
 
 TypeBuilder& TypeBuilder::AddEnumerator(std::string_view name, int32_t value,
                                         std::string_view description) {
-  if (!Requires(true)) return *this;
-  if (Requires(record_->kind == TypeKind::kEnumeration && !Contains(record_->enumerators, name))) {
+  if (Accepts(TypeKind::kEnumeration, record_->enumerators, name)) {
     record_->enumerators.push_back({std::string(name), std::string(description), value});
   }
   return *this;
 }
 
 TypeBuilder& TypeBuilder::SetNameSpace(std::string_view nameSpace) {
-  if (Requires(true)) record_->nameSpace = nameSpace;
+  if (IsOpen()) record_->nameSpace = nameSpace;
   return *this;
 }
 
 TypeBuilder& TypeBuilder::SetDescription(std::string_view description) {
-  if (Requires(true)) record_->description = description;
+  if (IsOpen()) record_->description = description;
   return *this;
 }
 
 TypeBuilder& TypeBuilder::AddTag(std::string_view tag) {
-  if (Requires(true)) record_->tags.emplace_back(tag);
+  if (IsOpen()) record_->tags.emplace_back(tag);
   return *this;
 }
 
@@ -82,28 +108,42 @@ TypeRegistry& TypeRegistry::Process() {
 }
 
 void TypeRegistry::ResetProcessForTests() {
-  // The former registry stays alive behind this list, for records and leak checkers alike.
+  // The former registry stays alive in this list, for records and leak checkers alike.
   static auto* former = new std::vector<TypeRegistry*>();
   former->push_back(ProcessSlot().exchange(new TypeRegistry(), std::memory_order_acq_rel));
 }
 
-TypeBuilder TypeRegistry::RegisterType(std::string_view name, size_t size, uint32_t key,
+TypeBuilder TypeRegistry::RegisterType(std::string_view name, size_t size, const TypeKey& key,
                                        TypeKind kind) {
-  MutexLock lock(mutex_);
-  if (byName_.find(name) != byName_.end()) return {nullptr, TypeBuilder::State::kRepeat};
-#ifndef NDEBUG
-  if (byKey_.count(key) != 0) return {nullptr, TypeBuilder::State::kFailed};
-#endif
-  TypeRecord& record = types_.emplace_back();
-  record.kind = kind;
-  record.size = size;
-  record.name = name;
-  record.staticKey = key;
-  record.staticKeyText = Format("#%08X", key);
-  record.registry = this;
-  byName_.emplace(record.name, &record);
-  byKey_.emplace(key, &record);
-  return {&record, TypeBuilder::State::kOpen};
+  const TypeRecord* conflict = nullptr;
+  TypeBuilder builder(nullptr, TypeBuilder::State::kRepeat);
+  {
+    MutexLock lock(mutex_);
+    const auto named = byName_.find(name);
+    const auto keyed = byKey_.find(&key);
+    if (named != byName_.end()) {
+      if (named->second->staticKey != &key) conflict = named->second;
+    } else if (keyed != byKey_.end() && kRefusesTakenKeys) {
+      conflict = keyed->second;
+      builder.state_ = TypeBuilder::State::kFailed;
+    } else {
+      if (keyed != byKey_.end()) conflict = keyed->second;
+      TypeRecord& record = types_.emplace_back();
+      record.kind = kind;
+      record.size = size;
+      record.name = name;
+      record.staticKey = &key;
+      record.registry = this;
+      byName_.emplace(record.name, &record);
+      byKey_.emplace(&key, &record);
+      builder = {&record, TypeBuilder::State::kOpen};
+    }
+  }
+  if (conflict != nullptr) {
+    LogMisuse(Format("Type %1 (%2) conflicts with type %3 (%4), which was registered before.", name,
+                     key.name, conflict->name, conflict->staticKey->name));
+  }
+  return builder;
 }
 
 const TypeRecord* TypeRegistry::FindByName(std::string_view name) const {
@@ -112,9 +152,9 @@ const TypeRecord* TypeRegistry::FindByName(std::string_view name) const {
   return found != byName_.end() ? found->second : nullptr;
 }
 
-const TypeRecord* TypeRegistry::FindByKey(uint32_t key) const {
+const TypeRecord* TypeRegistry::FindByKey(const TypeKey& key) const {
   MutexLock lock(mutex_);
-  const auto found = byKey_.find(key);
+  const auto found = byKey_.find(&key);
   return found != byKey_.end() ? found->second : nullptr;
 }
 

@@ -1,4 +1,4 @@
-// The registry of native types and events, and the untyped builder behind DefineStruct and
+// The registry of native types and events, and the untyped builder under DefineStruct and
 // DefineEnum (binding/convert/define_struct.h), which is what registration code uses.
 #pragma once
 
@@ -17,8 +17,8 @@ namespace Kest {
 
 // Fills one record. Each call returns the builder, so a registration reads as one chain. Calls do
 // nothing when the name was registered before or when an earlier call of the chain failed. A call
-// fails, changing nothing, for a field of an enumeration, an enumerator of a structure, or a second
-// field or enumerator of the same name.
+// fails, changing nothing but logging an error, for a field of an enumeration, an enumerator of a
+// structure, or a second field or enumerator of the same name.
 // Threads: one builder is used by one thread.
 class TypeBuilder {
  public:
@@ -37,7 +37,10 @@ class TypeBuilder {
   friend class TypeRegistry;
   enum class State : uint8_t { kOpen, kRepeat, kFailed };
   TypeBuilder(TypeRecord* record, State state) : record_(record), state_(state) {}
-  bool Requires(bool condition);
+  bool IsOpen() const { return state_ == State::kOpen; }
+  // Whether an entry of that kind and name may be added; if not, the builder has failed.
+  template <typename Entries>
+  bool Accepts(TypeKind kind, const Entries& entries, std::string_view name);
 
   TypeRecord* record_;
   State state_;
@@ -59,14 +62,15 @@ class TypeRegistry {
   // thread uses the registry meanwhile.
   static void ResetProcessForTests();
 
-  // The first registration of a name wins: a repeat answers a builder that does nothing. A new name
+  // The first registration of a name wins: a repeat returns a builder that does nothing. A new name
   // for a key that is taken is refused in debug builds (the builder has failed); otherwise the
-  // first record keeps the key.
-  TypeBuilder RegisterType(std::string_view name, size_t size, uint32_t key, TypeKind kind)
+  // first record keeps the key. Either is logged as an error unless the same type is registered
+  // under the same name again. `key` outlives the registry.
+  TypeBuilder RegisterType(std::string_view name, size_t size, const TypeKey& key, TypeKind kind)
       KEST_EXCLUDES(mutex_);
   // Null when unknown.
   const TypeRecord* FindByName(std::string_view name) const KEST_EXCLUDES(mutex_);
-  const TypeRecord* FindByKey(uint32_t key) const KEST_EXCLUDES(mutex_);
+  const TypeRecord* FindByKey(const TypeKey& key) const KEST_EXCLUDES(mutex_);
   std::vector<const TypeRecord*> Types() const KEST_EXCLUDES(mutex_);
 
   // The first registration of a name wins.
@@ -82,7 +86,7 @@ class TypeRegistry {
   std::deque<TypeRecord> types_ KEST_GUARDED_BY(mutex_);
   std::deque<EventRecord> events_ KEST_GUARDED_BY(mutex_);
   std::map<std::string, TypeRecord*, std::less<>> byName_ KEST_GUARDED_BY(mutex_);
-  std::unordered_map<uint32_t, TypeRecord*> byKey_ KEST_GUARDED_BY(mutex_);
+  std::unordered_map<const TypeKey*, TypeRecord*> byKey_ KEST_GUARDED_BY(mutex_);
 };
 
 }  // namespace Kest

@@ -14,7 +14,7 @@ namespace Kest {
 inline constexpr size_t kMaxYamlBytes = size_t{1} << 20;
 // Containers inside of each other, those that an alias brings along counted too.
 inline constexpr size_t kMaxYamlDepth = 128;
-// Lines that begin with "%", wherever they stand.
+// Lines that begin with "%", wherever they are.
 inline constexpr size_t kMaxYamlDirectives = 64;
 // Of the tags of all containers, each written out with what its directive puts in front of it, as
 // libyaml does; more count as too large a text.
@@ -24,11 +24,11 @@ inline constexpr size_t kMaxYamlTagBytes = 16 * kMaxYamlBytes;
 // structures (of members of one name the last value counts, in the place of the first; "<<" is a
 // name like any other), sequences collections, scalars what yaml_scalar.h says. An alias becomes a
 // copy of what its anchor names; tags of mappings and sequences mean nothing. A byte-order mark in
-// front is skipped. On failure answers an empty value.
+// front is skipped. On failure returns an empty value.
 //
 // Failures, with lines and columns counted from zero:
 //   "YAML parser error: %1. At line: %2 col: %3"      %1 libyaml's words
-//   those of yaml_texts.h, and of conversion for numbers and bools behind a tag
+//   those of yaml_messages.h, and of conversion for numbers and bools after a tag
 //   "Too many values. At line: %1 col: %2"            tested before an alias is copied
 //   "Out of memory"
 BindingProperty ReadYaml(ConversionContext& context, std::string_view text);

@@ -1,4 +1,4 @@
-// The failure texts of YAML. They are answered to callers: never change a character.
+// The failure messages of YAML. They are returned to callers: never change a character.
 #pragma once
 
 #include <string_view>

@@ -19,7 +19,7 @@ class YamlParser {
   YamlParser(const YamlParser&) = delete;
   YamlParser& operator=(const YamlParser&) = delete;
 
-  // The next event; null behind the last one, and after a failure ("YAML parser error: …"), beyond
+  // The next event; null past the last one, and after a failure ("YAML parser error: …"), beyond
   // which nothing may be asked. Throws std::bad_alloc.
   const yaml_event_t* Next(ConversionContext& context);
 

@@ -81,8 +81,8 @@ bool AddFloat(ConversionContext& context, std::string_view text, TreeBuilder& bu
 }
 
 // `digits` are the text without its sign.
-bool AddWhole(ConversionContext& context, std::string_view text, std::string_view digits,
-              TreeBuilder& builder) {
+bool AddInteger(ConversionContext& context, std::string_view text, std::string_view digits,
+                TreeBuilder& builder) {
   const bool isNegative = text.front() == '-';
   digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
   uint64_t magnitude = 0;
@@ -102,7 +102,7 @@ bool AddPlain(ConversionContext& context, std::string_view text, TreeBuilder& bu
   if (hasSign || IsDigit(first)) {
     const std::string_view digits = text.substr(hasSign ? 1 : 0);
     std::string_view rest = digits;
-    if (TakeDigits(&rest) && rest.empty()) return AddWhole(context, text, digits, builder);
+    if (TakeDigits(&rest) && rest.empty()) return AddInteger(context, text, digits, builder);
     if (IsJsonFloat(text)) return AddFloat(context, text, builder);
   }
   return builder.String(text);

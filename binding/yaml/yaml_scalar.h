@@ -20,7 +20,7 @@ namespace Kest {
 // Without a tag only a plain scalar is more than a string:
 //   nothing, "~", "null", "Null", "NULL"                          the empty kind
 //   "true", "True", "TRUE", "false", "False", "FALSE"             a bool
-//   decimal digits, a sign before them or none                    unsigned, or signed behind "-";
+//   decimal digits, a sign before them or none                    unsigned, or signed after "-";
 //                                                                 a float beyond 64 bits
 //   a number as JSON writes it, with a fraction or an exponent    a float
 // A number that fits no double fails as out of range.

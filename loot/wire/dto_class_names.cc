@@ -27,140 +27,110 @@ void RegisterRecipeDtos(DtoRegistrar& registrar) {
   registrar
       .Define<LootSvdsClientConfigurationDTO>("LootSvdsClientConfigurationDTO",
                                               "com.kestgames.loot.dto.ClientConfigurationDTO")
-      .Field<&LootSvdsClientConfigurationDTO::lootItemsUsingBreakoutRecipeMenu>(
-          "lootItemsUsingBreakoutRecipeMenu")
-      .Field<&LootSvdsClientConfigurationDTO::lootMaterialsToAlwaysRender>(
-          "lootMaterialsToAlwaysRender")
-      .Field<&LootSvdsClientConfigurationDTO::currenciesUsingCapWallets>(
-          "currenciesUsingCapWallets");
+      .Fields<&LootSvdsClientConfigurationDTO::lootItemsUsingBreakoutRecipeMenu,
+              &LootSvdsClientConfigurationDTO::lootMaterialsToAlwaysRender,
+              &LootSvdsClientConfigurationDTO::currenciesUsingCapWallets>();
   registrar
       .Define<LootSvdsRecipeOutputDTO>("LootSvdsRecipeOutputDTO",
                                        "com.kestgames.loot.dto.RecipeOutputDTO")
-      .Field<&LootSvdsRecipeOutputDTO::lootName>("lootName")
-      .Field<&LootSvdsRecipeOutputDTO::quantityExpression>("quantityExpression")
-      .Field<&LootSvdsRecipeOutputDTO::probability>("probability")
-      .Field<&LootSvdsRecipeOutputDTO::allowDuplicates>("allowDuplicates");
+      .Fields<&LootSvdsRecipeOutputDTO::lootName, &LootSvdsRecipeOutputDTO::quantityExpression,
+              &LootSvdsRecipeOutputDTO::probability, &LootSvdsRecipeOutputDTO::allowDuplicates>();
   registrar
       .Define<LootSvdsRecipeSlotClientDTO>("LootSvdsRecipeSlotClientDTO",
                                            "com.kestgames.loot.dto.RecipeSlotClientDTO")
-      .Field<&LootSvdsRecipeSlotClientDTO::slotNumber>("slotNumber")
-      .Field<&LootSvdsRecipeSlotClientDTO::query>("query")
-      .Field<&LootSvdsRecipeSlotClientDTO::quantityExpression>("quantityExpression");
+      .Fields<&LootSvdsRecipeSlotClientDTO::slotNumber, &LootSvdsRecipeSlotClientDTO::query,
+              &LootSvdsRecipeSlotClientDTO::quantityExpression>();
   registrar
       .Define<LootSvdsLootDescriptionDTO>("LootSvdsLootDescriptionDTO",
                                           "com.kestgames.loot.dto.LootDescriptionDTO")
-      .Field<&LootSvdsLootDescriptionDTO::lootName>("lootName")
-      .Field<&LootSvdsLootDescriptionDTO::childLootTableNames>("childLootTableNames")
-      .Field<&LootSvdsLootDescriptionDTO::localizationMap>("localizationMap")
-      .Field<&LootSvdsLootDescriptionDTO::localizationLongDescriptionMap>(
-          "localizationLongDescriptionMap");
+      .Fields<&LootSvdsLootDescriptionDTO::lootName,
+              &LootSvdsLootDescriptionDTO::childLootTableNames,
+              &LootSvdsLootDescriptionDTO::localizationMap,
+              &LootSvdsLootDescriptionDTO::localizationLongDescriptionMap>();
   registrar
       .Define<LootSvdsRecipeMetadata>("LootSvdsRecipeMetadata",
                                       "com.kestgames.loot.dto.RecipeMetadata")
-      .Field<&LootSvdsRecipeMetadata::guaranteedDescriptions>("guaranteedDescriptions")
-      .Field<&LootSvdsRecipeMetadata::bonusDescriptions>("bonusDescriptions")
-      .Field<&LootSvdsRecipeMetadata::tooltipsDisabled>("tooltipsDisabled");
+      .Fields<&LootSvdsRecipeMetadata::guaranteedDescriptions,
+              &LootSvdsRecipeMetadata::bonusDescriptions,
+              &LootSvdsRecipeMetadata::tooltipsDisabled>();
   registrar
       .Define<LootSvdsRecipeClientDTO>("LootSvdsRecipeClientDTO",
                                        "com.kestgames.loot.dto.RecipeClientDTO")
-      .Field<&LootSvdsRecipeClientDTO::recipeName>("recipeName")
-      .Field<&LootSvdsRecipeClientDTO::type>("type")
-      .Field<&LootSvdsRecipeClientDTO::displayCategories>("displayCategories")
-      .Field<&LootSvdsRecipeClientDTO::crafterName>("crafterName")
-      .Field<&LootSvdsRecipeClientDTO::slots>("slots")
-      .Field<&LootSvdsRecipeClientDTO::outputs>("outputs")
-      .Field<&LootSvdsRecipeClientDTO::metadata>("metadata");
+      .Fields<&LootSvdsRecipeClientDTO::recipeName, &LootSvdsRecipeClientDTO::type,
+              &LootSvdsRecipeClientDTO::displayCategories, &LootSvdsRecipeClientDTO::crafterName,
+              &LootSvdsRecipeClientDTO::slots, &LootSvdsRecipeClientDTO::outputs,
+              &LootSvdsRecipeClientDTO::metadata>();
   registrar
       .Define<LootSvdsRecipeListClientDTO>("LootSvdsRecipeListClientDTO",
                                            "com.kestgames.loot.dto.RecipeListClientDTO")
-      .Field<&LootSvdsRecipeListClientDTO::recipes>("recipes")
-      .Field<&LootSvdsRecipeListClientDTO::lastUpdate>("lastUpdate");
+      .Fields<&LootSvdsRecipeListClientDTO::recipes, &LootSvdsRecipeListClientDTO::lastUpdate>();
 }
 
 void RegisterInventoryDtos(DtoRegistrar& registrar) {
   registrar
       .Define<LootItemClientDTO>("LootItemClientDTO", "com.kestgames.loot.dto.LootItemClientDTO")
-      .Field<&LootItemClientDTO::lootName>("lootName")
-      .Field<&LootItemClientDTO::asset>("asset")
-      .Field<&LootItemClientDTO::type>("type")
-      .Field<&LootItemClientDTO::rarity>("rarity")
-      .Field<&LootItemClientDTO::value>("value")
-      .Field<&LootItemClientDTO::storeItemId>("storeItemId")
-      .Field<&LootItemClientDTO::upgradeLootName>("upgradeLootName")
-      .Field<&LootItemClientDTO::expiryTime>("expiryTime")
-      .Field<&LootItemClientDTO::tags>("tags")
-      .Field<&LootItemClientDTO::displayCategories>("displayCategories")
-      .Field<&LootItemClientDTO::rentalSeconds>("rentalSeconds")
-      .Field<&LootItemClientDTO::rentalGames>("rentalGames");
+      .Fields<&LootItemClientDTO::lootName, &LootItemClientDTO::asset, &LootItemClientDTO::type,
+              &LootItemClientDTO::rarity, &LootItemClientDTO::value,
+              &LootItemClientDTO::storeItemId, &LootItemClientDTO::upgradeLootName,
+              &LootItemClientDTO::expiryTime, &LootItemClientDTO::tags,
+              &LootItemClientDTO::displayCategories, &LootItemClientDTO::rentalSeconds,
+              &LootItemClientDTO::rentalGames>();
   registrar.Define<PlayerLootDTO>("PlayerLootDTO", "com.kestgames.loot.dto.PlayerLootDTO")
-      .Field<&PlayerLootDTO::lootName>("lootName")
-      .Field<&PlayerLootDTO::refId>("refId")
-      .Field<&PlayerLootDTO::count>("count")
-      .Field<&PlayerLootDTO::expiryTime>("expiryTime");
+      .Fields<&PlayerLootDTO::lootName, &PlayerLootDTO::refId, &PlayerLootDTO::count,
+              &PlayerLootDTO::expiryTime>();
   registrar
       .Define<LootItemListClientDTO>("LootItemListClientDTO",
                                      "com.kestgames.loot.dto.LootItemListClientDTO")
-      .Field<&LootItemListClientDTO::lootItems>("lootItems")
-      .Field<&LootItemListClientDTO::lastUpdate>("lastUpdate");
+      .Fields<&LootItemListClientDTO::lootItems, &LootItemListClientDTO::lastUpdate>();
   registrar.Define<QueryResultDTO>("QueryResultDTO", "com.kestgames.loot.dto.QueryResultDTO")
-      .Field<&QueryResultDTO::queryToLootNames>("queryToLootNames")
-      .Field<&QueryResultDTO::lastUpdate>("lastUpdate");
+      .Fields<&QueryResultDTO::queryToLootNames, &QueryResultDTO::lastUpdate>();
   registrar
       .Define<PlayerLootDefinitionsDTO>("PlayerLootDefinitionsDTO",
                                         "com.kestgames.loot.dto.PlayerLootDefinitionsDTO")
-      .Field<&PlayerLootDefinitionsDTO::lootItemList>("lootItemList")
-      .Field<&PlayerLootDefinitionsDTO::recipeList>("recipeList")
-      .Field<&PlayerLootDefinitionsDTO::queryResult>("queryResult")
-      .Field<&PlayerLootDefinitionsDTO::playerLoot>("playerLoot");
+      .Fields<&PlayerLootDefinitionsDTO::lootItemList, &PlayerLootDefinitionsDTO::recipeList,
+              &PlayerLootDefinitionsDTO::queryResult, &PlayerLootDefinitionsDTO::playerLoot>();
 }
 
 void RegisterTransactionDtos(DtoRegistrar& registrar) {
   registrar
       .Define<PlayerLootResultDTO>("PlayerLootResultDTO",
                                    "com.kestgames.loot.dto.PlayerLootResultDTO")
-      .Field<&PlayerLootResultDTO::status>("status")
-      .Field<&PlayerLootResultDTO::details>("details")
-      .Field<&PlayerLootResultDTO::added>("added")
-      .Field<&PlayerLootResultDTO::removed>("removed")
-      .Field<&PlayerLootResultDTO::redeemed>("redeemed");
+      .Fields<&PlayerLootResultDTO::status, &PlayerLootResultDTO::details,
+              &PlayerLootResultDTO::added, &PlayerLootResultDTO::removed,
+              &PlayerLootResultDTO::redeemed>();
   registrar
       .Define<RedeemLootTransactionDTO>("RedeemLootTransactionDTO",
                                         "com.kestgames.loot.dto.RedeemLootTransactionDTO")
-      .Field<&RedeemLootTransactionDTO::lootName>("lootName");
+      .Field<&RedeemLootTransactionDTO::lootName>();
   registrar.Define<LootNameRefId>("LootNameRefId", "com.kestgames.loot.dto.LootNameRefId")
-      .Field<&LootNameRefId::lootName>("lootName")
-      .Field<&LootNameRefId::refId>("refId");
+      .Fields<&LootNameRefId::lootName, &LootNameRefId::refId>();
   registrar
       .Define<CraftLootRefTransactionDTO>("CraftLootRefTransactionDTO",
                                           "com.kestgames.loot.dto.CraftLootRefTransactionDTO")
-      .Field<&CraftLootRefTransactionDTO::recipeName>("recipeName")
-      .Field<&CraftLootRefTransactionDTO::lootNameRefIds>("lootNameRefIds")
-      .Field<&CraftLootRefTransactionDTO::repeat>("repeat");
+      .Fields<&CraftLootRefTransactionDTO::recipeName, &CraftLootRefTransactionDTO::lootNameRefIds,
+              &CraftLootRefTransactionDTO::repeat>();
 }
 
 void RegisterMessageDtos(DtoRegistrar& registrar) {
   registrar
       .Define<SimpleDialogMessage>(
           "SimpleDialogMessage", "com.kestgames.platform.messaging.persistence.SimpleDialogMessage")
-      .Field<&SimpleDialogMessage::accountId>("accountId")
-      .Field<&SimpleDialogMessage::msgId>("msgId")
-      .Field<&SimpleDialogMessage::type>("type")
-      .Field<&SimpleDialogMessage::params>("params");
+      .Fields<&SimpleDialogMessage::accountId, &SimpleDialogMessage::msgId,
+              &SimpleDialogMessage::type, &SimpleDialogMessage::params>();
   registrar
       .Define<LootSimpleDialogMessageResponse>(
           "LootSimpleDialogMessageResponse",
           "com.kestgames.platform.messaging.persistence.SimpleDialogMessageResponse")
-      .Field<&LootSimpleDialogMessageResponse::accountId>("accountId")
-      .Field<&LootSimpleDialogMessageResponse::msgId>("msgId")
-      .Field<&LootSimpleDialogMessageResponse::command>("command");
+      .Fields<&LootSimpleDialogMessageResponse::accountId, &LootSimpleDialogMessageResponse::msgId,
+              &LootSimpleDialogMessageResponse::command>();
 }
 
 }  // namespace
 
-void DtoClassNames::Enter(std::string_view shortName, uint32_t typeKey,
+void DtoClassNames::Enter(std::string_view shortName, const TypeKey& typeKey,
                           std::string_view className) {
   byShortName_.emplace(shortName, className);
-  byTypeKey_.emplace(typeKey, className);
+  byTypeKey_.emplace(&typeKey, className);
 }
 
 std::string_view DtoClassNames::FindByShortName(std::string_view shortName) const {
@@ -168,8 +138,8 @@ std::string_view DtoClassNames::FindByShortName(std::string_view shortName) cons
   return found == byShortName_.end() ? std::string_view() : found->second;
 }
 
-std::string_view DtoClassNames::FindByTypeKey(uint32_t typeKey) const {
-  const auto found = byTypeKey_.find(typeKey);
+std::string_view DtoClassNames::FindByTypeKey(const TypeKey& typeKey) const {
+  const auto found = byTypeKey_.find(&typeKey);
   return found == byTypeKey_.end() ? std::string_view() : found->second;
 }
 

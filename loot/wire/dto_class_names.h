@@ -2,28 +2,28 @@
 // Threads: filled at registration, read-only afterwards.
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 #include <unordered_map>
 
 namespace Kest {
 class TypeRegistry;
-}
+struct TypeKey;
+}  // namespace Kest
 
 namespace Kest::Client::Loot::SVDS {
 
 class DtoClassNames {
  public:
   // `shortName` and `className` are literals. A repeated short name or key keeps its first entry.
-  void Enter(std::string_view shortName, uint32_t typeKey, std::string_view className);
+  void Enter(std::string_view shortName, const TypeKey& typeKey, std::string_view className);
 
   // Empty for a name, or key, that is not a DTO's.
   std::string_view FindByShortName(std::string_view shortName) const;
-  std::string_view FindByTypeKey(uint32_t typeKey) const;
+  std::string_view FindByTypeKey(const TypeKey& typeKey) const;
 
  private:
   std::unordered_map<std::string_view, std::string_view> byShortName_;
-  std::unordered_map<uint32_t, std::string_view> byTypeKey_;
+  std::unordered_map<const TypeKey*, std::string_view> byTypeKey_;
 };
 
 // Enters the names of every DTO in `*names` and registers its structure, DTO by DTO in the one

@@ -6,89 +6,46 @@ namespace Kest::Client::Loot::Api {
 
 void RegisterInventoryResources(TypeRegistry& registry) {
   DefineStruct<PlayerLoot>(registry, "PlayerLoot", kApiNamespace)
-      .Field<&PlayerLoot::lootName>("lootName")
-      .Field<&PlayerLoot::lootId>("lootId")
-      .Field<&PlayerLoot::refId>("refId")
-      .Field<&PlayerLoot::localizedName>("localizedName")
-      .Field<&PlayerLoot::localizedDescription>("localizedDescription")
-      .Field<&PlayerLoot::itemDesc>("itemDesc")
-      .Field<&PlayerLoot::displayCategories>("displayCategories")
-      .Field<&PlayerLoot::rarity>("rarity")
-      .Field<&PlayerLoot::tags>("tags")
-      .Field<&PlayerLoot::type>("type")
-      .Field<&PlayerLoot::asset>("asset")
-      .Field<&PlayerLoot::tilePath>("tilePath")
-      .Field<&PlayerLoot::splashPath>("splashPath")
-      .Field<&PlayerLoot::shadowPath>("shadowPath")
-      .Field<&PlayerLoot::upgradeLootName>("upgradeLootName")
-      .Field<&PlayerLoot::upgradeEssenceName>("upgradeEssenceName")
-      .Field<&PlayerLoot::disenchantLootName>("disenchantLootName")
-      .Field<&PlayerLoot::itemStatus>("itemStatus")
-      .Field<&PlayerLoot::parentItemStatus>("parentItemStatus")
-      .Field<&PlayerLoot::redeemableStatus>("redeemableStatus")
-      .Field<&PlayerLoot::count>("count")
-      .Field<&PlayerLoot::rentalGames>("rentalGames")
-      .Field<&PlayerLoot::storeItemId>("storeItemId")
-      .Field<&PlayerLoot::parentStoreItemId>("parentStoreItemId")
-      .Field<&PlayerLoot::value>("value")
-      .Field<&PlayerLoot::upgradeEssenceValue>("upgradeEssenceValue")
-      .Field<&PlayerLoot::disenchantValue>("disenchantValue")
-      .Field<&PlayerLoot::expiryTime>("expiryTime")
-      .Field<&PlayerLoot::rentalSeconds>("rentalSeconds")
-      .Field<&PlayerLoot::isNew>("isNew")
-      .Field<&PlayerLoot::isRental>("isRental");
+      .Fields<&PlayerLoot::lootName, &PlayerLoot::lootId, &PlayerLoot::refId,
+              &PlayerLoot::localizedName, &PlayerLoot::localizedDescription, &PlayerLoot::itemDesc,
+              &PlayerLoot::displayCategories, &PlayerLoot::rarity, &PlayerLoot::tags,
+              &PlayerLoot::type, &PlayerLoot::asset, &PlayerLoot::tilePath, &PlayerLoot::splashPath,
+              &PlayerLoot::shadowPath, &PlayerLoot::upgradeLootName,
+              &PlayerLoot::upgradeEssenceName, &PlayerLoot::disenchantLootName,
+              &PlayerLoot::itemStatus, &PlayerLoot::parentItemStatus, &PlayerLoot::redeemableStatus,
+              &PlayerLoot::count, &PlayerLoot::rentalGames, &PlayerLoot::storeItemId,
+              &PlayerLoot::parentStoreItemId, &PlayerLoot::value, &PlayerLoot::upgradeEssenceValue,
+              &PlayerLoot::disenchantValue, &PlayerLoot::expiryTime, &PlayerLoot::rentalSeconds,
+              &PlayerLoot::isNew, &PlayerLoot::isRental>();
   DefineStruct<PlayerLootNotification>(registry, "PlayerLootNotification", kApiNamespace)
-      .Field<&PlayerLootNotification::id>("id")
-      .Field<&PlayerLootNotification::count>("count")
-      .Field<&PlayerLootNotification::acknowledged>("acknowledged");
+      .Fields<&PlayerLootNotification::id, &PlayerLootNotification::count,
+              &PlayerLootNotification::acknowledged>();
   DefineStruct<PlayerLootMap>(registry, "PlayerLootMap", kApiNamespace)
-      .Field<&PlayerLootMap::version>("version")
-      .Field<&PlayerLootMap::playerLoot>("playerLoot");
+      .Fields<&PlayerLootMap::version, &PlayerLootMap::playerLoot>();
 }
 
 void RegisterLootChangeResources(TypeRegistry& registry) {
   DefineStruct<PlayerLootDelta>(registry, "PlayerLootDelta", kApiNamespace)
-      .Field<&PlayerLootDelta::deltaCount>("deltaCount")
-      .Field<&PlayerLootDelta::playerLoot>("playerLoot");
+      .Fields<&PlayerLootDelta::deltaCount, &PlayerLootDelta::playerLoot>();
   DefineStruct<PlayerLootUpdate>(registry, "PlayerLootUpdate", kApiNamespace)
-      .Field<&PlayerLootUpdate::added>("added")
-      .Field<&PlayerLootUpdate::removed>("removed")
-      .Field<&PlayerLootUpdate::redeemed>("redeemed");
+      .Fields<&PlayerLootUpdate::added, &PlayerLootUpdate::removed, &PlayerLootUpdate::redeemed>();
   DefineStruct<ContextMenu>(registry, "ContextMenu", kApiNamespace)
-      .Field<&ContextMenu::name>("name")
-      .Field<&ContextMenu::actionType>("actionType")
-      .Field<&ContextMenu::recipeDescription>("recipeDescription")
-      .Field<&ContextMenu::recipeContextMenuAction>("recipeContextMenuAction")
-      .Field<&ContextMenu::enabled>("enabled")
-      .Field<&ContextMenu::essenceType>("essenceType")
-      .Field<&ContextMenu::essenceQuantity>("essenceQuantity")
-      .Field<&ContextMenu::requiredTokens>("requiredTokens")
-      .Field<&ContextMenu::requiredOthers>("requiredOthers")
-      .Field<&ContextMenu::requiredOthersName>("requiredOthersName")
-      .Field<&ContextMenu::requiredOthersCount>("requiredOthersCount");
+      .Fields<&ContextMenu::name, &ContextMenu::actionType, &ContextMenu::recipeDescription,
+              &ContextMenu::recipeContextMenuAction, &ContextMenu::enabled,
+              &ContextMenu::essenceType, &ContextMenu::essenceQuantity,
+              &ContextMenu::requiredTokens, &ContextMenu::requiredOthers,
+              &ContextMenu::requiredOthersName, &ContextMenu::requiredOthersCount>();
   DefineStruct<LootGrantNotification>(registry, "LootGrantNotification", kApiNamespace)
-      .Field<&LootGrantNotification::id>("id")
-      .Field<&LootGrantNotification::gameId>("gameId")
-      .Field<&LootGrantNotification::playerId>("playerId")
-      .Field<&LootGrantNotification::championId>("championId")
-      .Field<&LootGrantNotification::playerGrade>("playerGrade")
-      .Field<&LootGrantNotification::lootName>("lootName")
-      .Field<&LootGrantNotification::messageKey>("messageKey")
-      .Field<&LootGrantNotification::msgId>("msgId")
-      .Field<&LootGrantNotification::accountId>("accountId");
+      .Fields<&LootGrantNotification::id, &LootGrantNotification::gameId,
+              &LootGrantNotification::playerId, &LootGrantNotification::championId,
+              &LootGrantNotification::playerGrade, &LootGrantNotification::lootName,
+              &LootGrantNotification::messageKey, &LootGrantNotification::msgId,
+              &LootGrantNotification::accountId>();
   DefineStruct<LootItem>(registry, "LootItem", kApiNamespace)
-      .Field<&LootItem::lootName>("lootName")
-      .Field<&LootItem::asset>("asset")
-      .Field<&LootItem::type>("type")
-      .Field<&LootItem::rarity>("rarity")
-      .Field<&LootItem::value>("value")
-      .Field<&LootItem::storeItemId>("storeItemId")
-      .Field<&LootItem::upgradeLootName>("upgradeLootName")
-      .Field<&LootItem::expiryTime>("expiryTime")
-      .Field<&LootItem::tags>("tags")
-      .Field<&LootItem::displayCategories>("displayCategories")
-      .Field<&LootItem::rentalSeconds>("rentalSeconds")
-      .Field<&LootItem::rentalGames>("rentalGames");
+      .Fields<&LootItem::lootName, &LootItem::asset, &LootItem::type, &LootItem::rarity,
+              &LootItem::value, &LootItem::storeItemId, &LootItem::upgradeLootName,
+              &LootItem::expiryTime, &LootItem::tags, &LootItem::displayCategories,
+              &LootItem::rentalSeconds, &LootItem::rentalGames>();
 }
 
 }  // namespace Kest::Client::Loot::Api

@@ -7,41 +7,26 @@ namespace Kest::Client::Loot::Api {
 
 void RegisterRecipeResources(TypeRegistry& registry) {
   DefineStruct<RecipeSlot>(registry, "RecipeSlot", kApiNamespace)
-      .Field<&RecipeSlot::slotNumber>("slotNumber")
-      .Field<&RecipeSlot::lootIds>("lootIds")
-      .Field<&RecipeSlot::tags>("tags")
-      .Field<&RecipeSlot::quantity>("quantity");
+      .Fields<&RecipeSlot::slotNumber, &RecipeSlot::lootIds, &RecipeSlot::tags,
+              &RecipeSlot::quantity>();
   DefineStruct<RecipeMenuConfig>(registry, "RecipeMenuConfig", kApiNamespace)
-      .Field<&RecipeMenuConfig::enabled>("enabled")
-      .Field<&RecipeMenuConfig::lootItemsUsingBreakoutRecipeMenu>(
-          "lootItemsUsingBreakoutRecipeMenu")
-      .Field<&RecipeMenuConfig::alwaysShowLootIds>("alwaysShowLootIds");
+      .Fields<&RecipeMenuConfig::enabled, &RecipeMenuConfig::lootItemsUsingBreakoutRecipeMenu,
+              &RecipeMenuConfig::alwaysShowLootIds>();
   DefineStruct<CurrencyConfiguration>(registry, "CurrencyConfiguration", kApiNamespace)
-      .Field<&CurrencyConfiguration::currenciesUsingCapWallets>("currenciesUsingCapWallets");
+      .Field<&CurrencyConfiguration::currenciesUsingCapWallets>();
   DefineStruct<RecipeOutput>(registry, "RecipeOutput", kApiNamespace)
-      .Field<&RecipeOutput::lootName>("lootName")
-      .Field<&RecipeOutput::quantity>("quantity");
+      .Fields<&RecipeOutput::lootName, &RecipeOutput::quantity>();
   DefineStruct<LootDescription>(registry, "LootDescription", kApiNamespace)
-      .Field<&LootDescription::lootName>("lootName")
-      .Field<&LootDescription::childLootTableNames>("childLootTableNames")
-      .Field<&LootDescription::localizationMap>("localizationMap")
-      .Field<&LootDescription::localizationLongDescriptionMap>("localizationLongDescriptionMap");
+      .Fields<&LootDescription::lootName, &LootDescription::childLootTableNames,
+              &LootDescription::localizationMap,
+              &LootDescription::localizationLongDescriptionMap>();
   DefineStruct<RecipeMetadata>(registry, "RecipeMetadata", kApiNamespace)
-      .Field<&RecipeMetadata::guaranteedDescriptions>("guaranteedDescriptions")
-      .Field<&RecipeMetadata::bonusDescriptions>("bonusDescriptions")
-      .Field<&RecipeMetadata::tooltipsDisabled>("tooltipsDisabled");
+      .Fields<&RecipeMetadata::guaranteedDescriptions, &RecipeMetadata::bonusDescriptions,
+              &RecipeMetadata::tooltipsDisabled>();
   DefineStruct<Recipe>(registry, "Recipe", kApiNamespace)
-      .Field<&Recipe::recipeName>("recipeName")
-      .Field<&Recipe::type>("type")
-      .Field<&Recipe::description>("description")
-      .Field<&Recipe::contextMenuText>("contextMenuText")
-      .Field<&Recipe::requirementText>("requirementText")
-      .Field<&Recipe::imagePath>("imagePath")
-      .Field<&Recipe::displayCategories>("displayCategories")
-      .Field<&Recipe::crafterName>("crafterName")
-      .Field<&Recipe::slots>("slots")
-      .Field<&Recipe::outputs>("outputs")
-      .Field<&Recipe::metadata>("metadata");
+      .Fields<&Recipe::recipeName, &Recipe::type, &Recipe::description, &Recipe::contextMenuText,
+              &Recipe::requirementText, &Recipe::imagePath, &Recipe::displayCategories,
+              &Recipe::crafterName, &Recipe::slots, &Recipe::outputs, &Recipe::metadata>();
 }
 
 }  // namespace Kest::Client::Loot::Api

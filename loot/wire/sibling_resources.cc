@@ -7,96 +7,69 @@ namespace {
 
 void RegisterCollections(TypeRegistry& registry) {
   DefineStruct<CollectionsRental>(registry, "CollectionsRental", kApiNamespace)
-      .Field<&CollectionsRental::rented>("rented");
+      .Field<&CollectionsRental::rented>();
   DefineStruct<CollectionsOwnership>(registry, "CollectionsOwnership", kApiNamespace)
-      .Field<&CollectionsOwnership::freeToPlayReward>("freeToPlayReward")
-      .Field<&CollectionsOwnership::owned>("owned")
-      .Field<&CollectionsOwnership::rental>("rental");
+      .Fields<&CollectionsOwnership::freeToPlayReward, &CollectionsOwnership::owned,
+              &CollectionsOwnership::rental>();
   DefineStruct<CollectionsChampionSkinMinimal>(registry, "CollectionsChampionSkinMinimal",
                                                kApiNamespace)
-      .Field<&CollectionsChampionSkinMinimal::championId>("championId")
-      .Field<&CollectionsChampionSkinMinimal::id>("id")
-      .Field<&CollectionsChampionSkinMinimal::name>("name")
-      .Field<&CollectionsChampionSkinMinimal::ownership>("ownership")
-      .Field<&CollectionsChampionSkinMinimal::splashPath>("splashPath")
-      .Field<&CollectionsChampionSkinMinimal::tilePath>("tilePath");
+      .Fields<&CollectionsChampionSkinMinimal::championId, &CollectionsChampionSkinMinimal::id,
+              &CollectionsChampionSkinMinimal::name, &CollectionsChampionSkinMinimal::ownership,
+              &CollectionsChampionSkinMinimal::splashPath,
+              &CollectionsChampionSkinMinimal::tilePath>();
   DefineStruct<CollectionsChampionMinimal>(registry, "CollectionsChampionMinimal", kApiNamespace)
-      .Field<&CollectionsChampionMinimal::id>("id")
-      .Field<&CollectionsChampionMinimal::ownership>("ownership");
+      .Fields<&CollectionsChampionMinimal::id, &CollectionsChampionMinimal::ownership>();
   DefineStruct<CollectionsWardSkin>(registry, "CollectionsWardSkin", kApiNamespace)
-      .Field<&CollectionsWardSkin::id>("id")
-      .Field<&CollectionsWardSkin::name>("name")
-      .Field<&CollectionsWardSkin::ownership>("ownership")
-      .Field<&CollectionsWardSkin::wardImagePath>("wardImagePath")
-      .Field<&CollectionsWardSkin::wardShadowImagePath>("wardShadowImagePath");
+      .Fields<&CollectionsWardSkin::id, &CollectionsWardSkin::name, &CollectionsWardSkin::ownership,
+              &CollectionsWardSkin::wardImagePath, &CollectionsWardSkin::wardShadowImagePath>();
   DefineStruct<CollectionsSummonerIcons>(registry, "CollectionsSummonerIcons", kApiNamespace)
-      .Field<&CollectionsSummonerIcons::icons>("icons");
+      .Field<&CollectionsSummonerIcons::icons>();
   DefineStruct<GameDataSummonerIcon>(registry, "GameDataSummonerIcon", kApiNamespace)
-      .Field<&GameDataSummonerIcon::id>("id")
-      .Field<&GameDataSummonerIcon::iconPath>("iconPath");
+      .Fields<&GameDataSummonerIcon::id, &GameDataSummonerIcon::iconPath>();
   DefineStruct<GameDataSummonerEmote>(registry, "GameDataSummonerEmote", kApiNamespace)
-      .Field<&GameDataSummonerEmote::id>("id")
-      .Field<&GameDataSummonerEmote::name>("name")
-      .Field<&GameDataSummonerEmote::inventoryIcon>("inventoryIcon")
-      .Field<&GameDataSummonerEmote::description>("description");
+      .Fields<&GameDataSummonerEmote::id, &GameDataSummonerEmote::name,
+              &GameDataSummonerEmote::inventoryIcon, &GameDataSummonerEmote::description>();
   DefineStruct<CollectionsEmote>(registry, "CollectionsEmote", kApiNamespace)
-      .Field<&CollectionsEmote::itemId>("itemId")
-      .Field<&CollectionsEmote::ownershipType>("ownershipType");
+      .Fields<&CollectionsEmote::itemId, &CollectionsEmote::ownershipType>();
 }
 
 void RegisterSession(TypeRegistry& registry) {
-  DefineStruct<Summoner>(registry, "Summoner", kApiNamespace)
-      .Field<&Summoner::summonerLevel>("summonerLevel");
+  DefineStruct<Summoner>(registry, "Summoner", kApiNamespace).Field<&Summoner::summonerLevel>();
   DefineStruct<LoginSummonerLevelAndPoints>(registry, "LoginSummonerLevelAndPoints", kApiNamespace)
-      .Field<&LoginSummonerLevelAndPoints::summonerLevel>("summonerLevel");
+      .Field<&LoginSummonerLevelAndPoints::summonerLevel>();
   DefineStruct<LoginAllSummonerData>(registry, "LoginAllSummonerData", kApiNamespace)
-      .Field<&LoginAllSummonerData::summonerLevelAndPoints>("summonerLevelAndPoints");
+      .Field<&LoginAllSummonerData::summonerLevelAndPoints>();
   DefineStruct<LoginSimpleMessage>(registry, "LoginSimpleMessage", kApiNamespace)
-      .Field<&LoginSimpleMessage::accountId>("accountId")
-      .Field<&LoginSimpleMessage::msgId>("msgId")
-      .Field<&LoginSimpleMessage::type>("type")
-      .Field<&LoginSimpleMessage::params>("params");
+      .Fields<&LoginSimpleMessage::accountId, &LoginSimpleMessage::msgId, &LoginSimpleMessage::type,
+              &LoginSimpleMessage::params>();
   DefineStruct<LoginDataPacket>(registry, "LoginDataPacket", kApiNamespace)
-      .Field<&LoginDataPacket::allSummonerData>("allSummonerData")
-      .Field<&LoginDataPacket::simpleMessages>("simpleMessages");
+      .Fields<&LoginDataPacket::allSummonerData, &LoginDataPacket::simpleMessages>();
   RegisterLoginSessionStates(registry);
   DefineStruct<LoginSession>(registry, "LoginSession", kApiNamespace)
-      .Field<&LoginSession::state>("state")
-      .Field<&LoginSession::summonerId>("summonerId")
-      .Field<&LoginSession::accountId>("accountId");
+      .Fields<&LoginSession::state, &LoginSession::summonerId, &LoginSession::accountId>();
   RegisterGameflowPhase(registry);
   DefineStruct<GameflowSession>(registry, "GameflowSession", kApiNamespace)
-      .Field<&GameflowSession::phase>("phase");
+      .Field<&GameflowSession::phase>();
 }
 
 void RegisterLootFile(TypeRegistry& registry) {
   DefineStruct<LootItemGdsResource>(registry, "LootItemGdsResource", kApiNamespace)
-      .Field<&LootItemGdsResource::id>("id")
-      .Field<&LootItemGdsResource::name>("name")
-      .Field<&LootItemGdsResource::description>("description")
-      .Field<&LootItemGdsResource::image>("image")
-      .Field<&LootItemGdsResource::startDate>("startDate")
-      .Field<&LootItemGdsResource::endDate>("endDate")
-      .Field<&LootItemGdsResource::mappedStoreId>("mappedStoreId")
-      .Field<&LootItemGdsResource::lifetimeMax>("lifetimeMax")
-      .Field<&LootItemGdsResource::autoRedeem>("autoRedeem")
-      .Field<&LootItemGdsResource::rarity>("rarity")
-      .Field<&LootItemGdsResource::type>("type");
+      .Fields<&LootItemGdsResource::id, &LootItemGdsResource::name,
+              &LootItemGdsResource::description, &LootItemGdsResource::image,
+              &LootItemGdsResource::startDate, &LootItemGdsResource::endDate,
+              &LootItemGdsResource::mappedStoreId, &LootItemGdsResource::lifetimeMax,
+              &LootItemGdsResource::autoRedeem, &LootItemGdsResource::rarity,
+              &LootItemGdsResource::type>();
   DefineStruct<LootRecipeGdsResource>(registry, "LootRecipeGdsResource", kApiNamespace)
-      .Field<&LootRecipeGdsResource::id>("id")
-      .Field<&LootRecipeGdsResource::description>("description")
-      .Field<&LootRecipeGdsResource::contextMenuText>("contextMenuText")
-      .Field<&LootRecipeGdsResource::requirementText>("requirementText")
-      .Field<&LootRecipeGdsResource::imagePath>("imagePath");
+      .Fields<&LootRecipeGdsResource::id, &LootRecipeGdsResource::description,
+              &LootRecipeGdsResource::contextMenuText, &LootRecipeGdsResource::requirementText,
+              &LootRecipeGdsResource::imagePath>();
   DefineStruct<LootTableGdsResource>(registry, "LootTableGdsResource", kApiNamespace)
-      .Field<&LootTableGdsResource::id>("id")
-      .Field<&LootTableGdsResource::description>("description")
-      .Field<&LootTableGdsResource::descriptionLong>("descriptionLong")
-      .Field<&LootTableGdsResource::image>("image");
+      .Fields<&LootTableGdsResource::id, &LootTableGdsResource::description,
+              &LootTableGdsResource::descriptionLong, &LootTableGdsResource::image>();
   DefineStruct<LootDataGdsResource>(registry, "LootDataGdsResource", kApiNamespace)
-      .Field<&LootDataGdsResource::LootItems>("LootItems")
-      .Field<&LootDataGdsResource::LootRecipes>("LootRecipes")
-      .Field<&LootDataGdsResource::LootTables>("LootTables");
+      .Fields<&LootDataGdsResource::LootItems, &LootDataGdsResource::LootRecipes,
+              &LootDataGdsResource::LootTables>();
 }
 
 }  // namespace

@@ -69,9 +69,7 @@ class Api {
     const auto route = [this](const char* path, const char* name, auto handler) {
       return dispatcher_.Route(HttpMethod::kGet, path, name, &functions_, handler);
     };
-    DefineStruct<Slot>(registry_, "Slot")
-        .Field<&Slot::name>("name", kRequired)
-        .Field<&Slot::count>("count");
+    DefineStruct<Slot>(registry_, "Slot").Field<&Slot::name>(kRequired).Field<&Slot::count>();
     auto query = route("/query", "Query", &Functions::Query).Query("o").Query("list");
     query.Query("slot").Query("n").Query("flag");
     route("/path/{id}/{number}", "Path", &Functions::Path).Path("id").Path("number");

@@ -48,20 +48,12 @@ inline const TypeRegistry& Registry() {
         .Enumerator("Epic", Grade::kEpic)
         .Enumerator("Fabled", Grade::kFabled);
     DefineStruct<Part>(types, "Part", "Kest::Samples")
-        .Field<&Part::name>("name", kRequired)
-        .Field<&Part::count>("count");
+        .Field<&Part::name>(kRequired)
+        .Field<&Part::count>();
     DefineStruct<Whole>(types, "Whole", "Kest::Samples")
-        .Field<&Whole::part>("part")
-        .Field<&Whole::parts>("parts")
-        .Field<&Whole::byName>("byName")
-        .Field<&Whole::shared>("shared")
-        .Field<&Whole::words>("words")
-        .Field<&Whole::bytes>("bytes")
-        .Field<&Whole::anything>("anything")
-        .Field<&Whole::grade>("grade")
-        .Field<&Whole::ratio>("ratio")
-        .Field<&Whole::flag>("flag")
-        .Field<&Whole::id>("id");
+        .Fields<&Whole::part, &Whole::parts, &Whole::byName, &Whole::shared, &Whole::words,
+                &Whole::bytes, &Whole::anything, &Whole::grade, &Whole::ratio, &Whole::flag,
+                &Whole::id>();
     return types;
   }();
   return registry;
@@ -72,10 +64,12 @@ inline const TypeRecord& GradeRecord() {
 }
 
 // Short names for tables.
-inline constexpr auto Bool = &BindingProperty::FromBool;
-inline constexpr auto Signed = &BindingProperty::FromSigned;
-inline constexpr auto Unsigned = &BindingProperty::FromUnsigned;
-inline constexpr auto Float = &BindingProperty::FromFloat;
+template <typename T>
+using Make = BindingProperty (*)(T);
+inline constexpr Make<bool> Bool = &BindingProperty::FromBool;
+inline constexpr Make<int64_t> Signed = &BindingProperty::FromSigned;
+inline constexpr Make<uint64_t> Unsigned = &BindingProperty::FromUnsigned;
+inline constexpr Make<double> Float = &BindingProperty::FromFloat;
 inline constexpr auto Text = &BindingProperty::FromString;
 inline BindingProperty Blob(std::string_view bytes) {
   return BindingProperty::FromBlob({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});

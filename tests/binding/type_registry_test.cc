@@ -1,8 +1,10 @@
 #include "binding/types/type_registry.h"
 
+#include <deque>
 #include <thread>
 
 #include "tests/binding/binding_samples.h"
+#include "tests/support/log_capture.h"
 
 namespace Kest {
 namespace {
@@ -29,11 +31,13 @@ TEST(TypeNames, NumbersOutsideTheTablesHaveNone) {
 TEST(StaticType, NameHasItsNamespaceAndTheKeyTextItsDigits) {
   EXPECT_EQ(StaticType::Name<Part>(), "Kest::Samples::Part");
   EXPECT_EQ(StaticType::Name<int>(), "int");
-  EXPECT_NE(StaticType::Key<Part>(), StaticType::Key<Whole>());
+  EXPECT_EQ(StaticType::MemberName<&Part::count>(), "count");
+  const TypeKey& key = StaticType::Key<Part>();
+  EXPECT_NE(key.number, StaticType::Key<Whole>().number);
   char expected[16];
-  std::snprintf(expected, sizeof(expected), "#%08X", StaticType::Key<Part>());
-  EXPECT_EQ(StaticType::KeyText<Part>(), expected);
-  EXPECT_EQ(Registry().FindByName("Part")->staticKeyText, expected);
+  std::snprintf(expected, sizeof(expected), "#%08X", key.number);
+  EXPECT_EQ(key.String(), expected);
+  EXPECT_EQ(Registry().FindByName("Part")->staticKey, &key);
 }
 
 TEST(TypeRegistry, RecordsHoldWhatWasDefined) {
@@ -66,7 +70,7 @@ TEST(TypeRegistry, FirstRegistrationOfANameWins) {
   TypeRegistry types;
   DefineEnum<Grade>(types, "Grade").Enumerator("A", Grade::kEpic).Tag("x").Description("d");
   DefineEnum<Grade>(types, "Grade").Enumerator("B", Grade::kPlain).Tag("y").Description("e");
-  DefineStruct<Part>(types, "Grade").Field<&Part::count>("count");
+  DefineStruct<Part>(types, "Grade").Field<&Part::count>();
   const TypeRecord* grade = types.FindByName("Grade");
   EXPECT_EQ(grade->kind, TypeKind::kEnumeration);
   EXPECT_THAT(grade->enumerators, ElementsAre(Field(&EnumeratorRecord::name, "A")));
@@ -78,10 +82,14 @@ TEST(TypeRegistry, FirstRegistrationOfANameWins) {
 
 TEST(TypeRegistry, AnotherNameForAKeyLeavesTheKeyToTheFirst) {
   TypeRegistry types;
-  types.RegisterType("First", 1, 42, TypeKind::kStructure);
+  LogCapture log;
+  const TypeKey key("Native");
+  types.RegisterType("First", 1, key, TypeKind::kStructure);
   [[maybe_unused]] const TypeBuilder second =
-      types.RegisterType("Second", 1, 42, TypeKind::kStructure);
-  EXPECT_EQ(types.FindByKey(42)->name, "First");
+      types.RegisterType("Second", 1, key, TypeKind::kStructure);
+  EXPECT_EQ(types.FindByKey(key)->name, "First");
+  EXPECT_THAT(log.Lines(), ElementsAre(" ERROR|| Type Second (Native) conflicts with type First "
+                                       "(Native), which was registered before."));
 #ifndef NDEBUG
   EXPECT_TRUE(second.HasFailed());
   EXPECT_EQ(types.FindByName("Second"), nullptr);
@@ -99,7 +107,8 @@ TEST(TypeBuilder, AFailedCallChangesNothingAndEndsTheChain) {
   };
   for (const auto& [kind, wrong] : cases) {
     TypeRegistry types;
-    TypeBuilder builder = types.RegisterType("T", 4, 1, kind);
+    const TypeKey key("T");
+    TypeBuilder builder = types.RegisterType("T", 4, key, kind);
     wrong(builder);
     builder.AddTag("late").SetDescription("late");
     EXPECT_TRUE(builder.HasFailed());
@@ -113,14 +122,16 @@ TEST(TypeBuilder, AFailedCallChangesNothingAndEndsTheChain) {
 TEST(TypeRegistry, ThreadsThatRegisterTheSameNamesMakeOneRecordEach) {
   TypeRegistry types;
   constexpr uint32_t kNames = 200;
+  std::deque<TypeKey> keys;
+  for (uint32_t i = 0; i < kNames; ++i) keys.emplace_back("Type");
   std::atomic<int> firsts = 0;
   std::vector<std::thread> threads;
   for (int t = 0; t < 10; ++t) {
     threads.emplace_back([&] {
       for (uint32_t i = 0; i < kNames; ++i) {
         const std::string name = "Type" + std::to_string(i);
-        firsts += types.RegisterType(name, 1, i, TypeKind::kStructure).IsRepeat() ? 0 : 1;
-        EXPECT_EQ(types.FindByName(name), types.FindByKey(i));
+        firsts += types.RegisterType(name, 1, keys[i], TypeKind::kStructure).IsRepeat() ? 0 : 1;
+        EXPECT_EQ(types.FindByName(name), types.FindByKey(keys[i]));
       }
     });
   }

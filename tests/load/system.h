@@ -2,6 +2,10 @@
 #ifndef KEST_TESTS_LOAD_SYSTEM_H_
 #define KEST_TESTS_LOAD_SYSTEM_H_
 
+#ifdef __cplusplus
+extern "C" {
+#endif
+
 /* Null when it cannot be loaded; says why on standard error. */
 void* OpenLibrary(const char* path);
 void* FindEntry(void* library, const char* name);
@@ -16,5 +20,9 @@ struct Thread* StartThread(void (*work)(void* context), void* context);
 void AwaitWork(struct Thread* thread);
 /* Lets the thread end, and says whether it did within ten seconds. */
 int EndThread(struct Thread* thread);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif /* KEST_TESTS_LOAD_SYSTEM_H_ */

@@ -34,8 +34,7 @@ class CallsTest : public ::testing::Test {
   CallsTest() {
     RegisterPluginEvents(TypeRegistry::Process());
     DefineStruct<TestRecord>(TypeRegistry::Process(), "TestRecord", "Kest::Client::Loot")
-        .Field<&TestRecord::name>("name")
-        .Field<&TestRecord::number>("number");
+        .Fields<&TestRecord::name, &TestRecord::number>();
     services_.Attach(host_.Services());
   }
   ~CallsTest() override { EndPlugin(); }

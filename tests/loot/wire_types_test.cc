@@ -31,7 +31,7 @@ std::string Describe(const TypeRegistry& registry, const SVDS::DtoClassNames& cl
   for (const TypeRecord* type : registry.Types()) {
     const bool isEnum = type->kind == TypeKind::kEnumeration;
     const std::string_view className = classNames.FindByShortName(type->name);
-    EXPECT_EQ(classNames.FindByTypeKey(type->staticKey), className) << type->name;
+    EXPECT_EQ(classNames.FindByTypeKey(*type->staticKey), className) << type->name;
     text += type->name + (isEnum ? " is enum " : " is struct ") + type->nameSpace;
     text += className.empty() ? "" : ", class " + std::string(className);
     text += Attributes(type->description, type->tags);
@@ -57,7 +57,7 @@ TEST(WireTypes, AreRegisteredAsTheGoldenTextHasThem) {
       "tests/loot/wire_types.txt",
       Describe(resources, none) + Describe(dtos, names) + Describe(help, none)));
   EXPECT_EQ(names.FindByShortName("PlayerLoot"), "") << "a resource is no DTO";
-  EXPECT_EQ(names.FindByTypeKey(0), "");
+  EXPECT_EQ(names.FindByTypeKey(StaticType::Key<Api::PlayerLoot>()), "");
 }
 
 }  // namespace
