@@ -113,7 +113,7 @@ player:
 using SampleWorld = WorldTest;
 
 TEST_F(SampleWorld, HoldsLootOfEveryTypeAndRecipesOfEveryKind) {
-  Load(World::SampleText(), 7);
+  Start(World::SampleText(), 7);
   const Json file = Parse(World::SampleText());
   std::set<std::string> held;
   for (const auto& [id, count] : Inventory()) held.insert(id.substr(0, id.find('-')));

@@ -1,6 +1,7 @@
+#include <gtest/gtest.h>
+
 #include "host/world/file/quantity_expression.h"
 #include "host/world/input/document.h"
-#include "tests/host/world_testing.h"
 
 namespace Kest::Host {
 namespace {

@@ -14,15 +14,13 @@
 #include "host/json/json.h"
 #include "host/json/json_text.h"
 #include "host/world/world.h"
+#include "tests/support/golden.h"
 
 namespace Kest::Host {
 
-// One definition of each kind a test needs.
-extern const std::string_view kSmallWorld;
-
 // The small world with the first `from` replaced by `to`.
 inline std::string ChangedWorld(std::string_view from, std::string_view to) {
-  std::string text(kSmallWorld);
+  std::string text = Testing::SourceText("tests/host/pond.json");
   EXPECT_NE(text.find(from), std::string::npos) << from;
   return text.replace(text.find(from), from.size(), to);
 }
@@ -33,55 +31,42 @@ inline Json Parse(std::string_view text) {
   return json;
 }
 
-// A member as JSON text: Part(value, "session") is "null" or {"summonerId":...}.
-inline std::string Part(const Json& value, const char* name) {
-  return value.contains(name) ? WriteJson(value[name]) : "(missing)";
-}
-
 class WorldTest : public testing::Test {
  protected:
-  void SetUp() override { Load(kSmallWorld, 301); }
-
-  void Load(std::string_view text, uint64_t seed) {
+  // Starts a world and signs its player in.
+  void Start(std::string_view text, uint64_t seed) {
     auto world = World::Load(text, "test.json", seed);
     ASSERT_TRUE(world) << world.GetFailure().text;
     world_ = std::move(world.GetValue());
-  }
-  // "METHOD /path body"; the body may be left out.
-  std::string Control(std::string_view call) {
-    const size_t path = call.find(' ') + 1;
-    const size_t body = std::min(call.find(' ', path), call.size());
-    const WorldResponse response =
-        world_->Control(call.substr(0, path - 1), call.substr(path, body - path),
-                        call.substr(std::min(body + 1, call.size())));
-    return response.status == 200 ? response.body
-                                  : std::to_string(response.status) + " " + response.message;
-  }
-  void SignIn() {
-    Control("POST /login");
+    EXPECT_TRUE(world_->TakeEvents().empty()) << "nothing has changed yet";
+    Send("POST /login");
     world_->TakeEvents();
   }
-  // "Update /path" for each resource event, the name for each other one; takes them.
-  std::vector<std::string> Events() {
-    std::vector<std::string> lines;
-    for (const WorldEvent& event : world_->TakeEvents()) {
-      lines.push_back(event.name);
-      if (event.channel == WorldEvent::Channel::kService) continue;
-      const Json payload = Parse(event.payload);
-      const std::string uri = payload["uri"].get<std::string>();
-      EXPECT_EQ(event.name, "OnJsonApiEvent_" + uri);
-      lines.back() = payload["eventType"].get<std::string>() + " " + uri;
+  // "METHOD /path body", the body optional: a request below "/tav-", else a control.
+  WorldResponse Send(std::string_view call) {
+    const size_t at = call.find(' ') + 1;
+    const size_t end = std::min(call.find(' ', at), call.size());
+    const std::string_view method = call.substr(0, at - 1);
+    const std::string_view path = call.substr(at, end - at);
+    const std::string_view body = call.substr(std::min(end + 1, call.size()));
+    return path.starts_with("/tav-") ? world_->Request(method, path, "application/json", body)
+                                     : world_->Control(method, path, body);
+  }
+  // What the transaction returns. Checks that the inventory changes by that and by nothing else.
+  Json Transact(std::string_view method, const Json& request) {
+    CountsById expected = Inventory();
+    const Json call = {{"serviceName", "loot"},
+                       {"methodName", method},
+                       {"args", {"request-1", WriteJson(request)}}};
+    Json result = Parse(Send("POST /tav-login/v1/session/invoke " + WriteJson(call)).body);
+    for (const auto& [id, count] : Counts(result["removed"])) {
+      EXPECT_TRUE(count > 0 && expected[id] >= count) << id;
+      expected[id] -= count;
     }
-    return lines;
-  }
-  WorldResponse Invoke(std::string_view method, const Json& arguments,
-                       std::string_view service = "loot") {
-    const Json body = {{"serviceName", service}, {"methodName", method}, {"args", arguments}};
-    return world_->Request("POST", "/tav-login/v1/session/invoke", "application/json",
-                           WriteJson(body));
-  }
-  Json Transact(std::string_view method, std::string_view request) {
-    return Parse(Invoke(method, {"request-1", request}).body);
+    for (const auto& [id, count] : Counts(result["added"])) expected[id] += count;
+    std::erase_if(expected, [](const auto& item) { return item.second == 0; });
+    EXPECT_EQ(Inventory(), expected) << result;
+    return result;
   }
   // `items` are loot ids with spaces between them.
   Json Craft(std::string_view recipe, const std::string& items, int repeat = 1) {
@@ -92,8 +77,8 @@ class WorldTest : public testing::Test {
       pairs.push_back({{"lootName", item.substr(0, dash)},
                        {"refId", item.substr(std::min(dash + 1, item.size()))}});
     }
-    const Json request = {{"recipeName", recipe}, {"lootNameRefIds", pairs}, {"repeat", repeat}};
-    return Transact("craftPlayerLootWithRefId", WriteJson(request));
+    return Transact("craftPlayerLootWithRefId",
+                    {{"recipeName", recipe}, {"lootNameRefIds", pairs}, {"repeat", repeat}});
   }
   // Counts by loot id, of the inventory or of a result's list.
   using CountsById = std::map<std::string, int64_t>;
@@ -106,7 +91,7 @@ class WorldTest : public testing::Test {
     }
     return counts;
   }
-  CountsById Inventory() { return Counts(Parse(Control("GET /world"))["inventory"]); }
+  CountsById Inventory() { return Counts(Parse(Send("GET /world").body)["inventory"]); }
 
   std::unique_ptr<World> world_;
 };
