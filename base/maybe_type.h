@@ -18,7 +18,7 @@ struct Failure {
   friend bool operator==(const Failure&, const Failure&) = default;
 };
 
-// The value of an operation that has nothing to answer but success.
+// The value of an operation whose only result is success.
 struct Nothing {
   friend bool operator==(const Nothing&, const Nothing&) = default;
 };

@@ -27,7 +27,7 @@ namespace Kest {
 
 // A plain mutex: never taken twice by one thread, never locked in a static initialiser or in a
 // destructor at exit. On Windows it is a critical section: it counts no thread-local slot, and
-// memory that goes away with the library leaves nothing behind in the process.
+// memory that goes away with the library leaves nothing in the process.
 class KEST_CAPABILITY("mutex") Mutex {
  public:
 #if defined(_WIN32)

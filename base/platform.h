@@ -1,6 +1,6 @@
-// The one door to the operating system: clocks, unique ids, thread and module names, the debugger.
+// The platform layer, all calls to the operating system: clocks, unique ids, thread and module names, the debugger.
 // Threads: every function may be called on any thread, except those that end in ForTests.
-// Nothing here logs and nothing throws, except std::bad_alloc where a std::string is answered.
+// Nothing here logs and nothing throws, except std::bad_alloc where a std::string is returned.
 #pragma once
 
 #include <array>
@@ -31,7 +31,7 @@ struct LocalTime {
 int64_t WallClockMilliseconds();
 int64_t WallClockSeconds();
 
-// A wall clock reading in the local zone. Asks the system for the zone: keep the answer while the
+// A wall clock reading in the local zone. Asks the system for the zone: keep the result while the
 // second lasts if you need many.
 LocalTime LocalTimeAt(int64_t wallMilliseconds);
 
@@ -62,7 +62,7 @@ using UuidBytes = std::array<uint8_t, 16>;
 // 32 lower-case hexadecimal digits in the groups 8-4-4-4-12, in the order of the bytes.
 std::string FormatUuid(const UuidBytes& uuid);
 
-// Answers CreateUuid from `source` instead of the system; null restores the system.
+// Takes the ids of CreateUuid from `source` instead of the system; null restores the system.
 void SetUuidSourceForTests(bool (*source)(UuidBytes* uuid));
 
 // ---- Process -----------------------------------------------------------------------------------
@@ -70,10 +70,10 @@ void SetUuidSourceForTests(bool (*source)(UuidBytes* uuid));
 // The system's number of the calling thread.
 uint32_t CurrentThreadId();
 
-// The full path of the running executable; empty when the system does not tell.
+// The full path of the running executable; empty when the system does not say.
 std::string ModulePath();
 
-// The part of a path behind its last separator of this system.
+// The part of a path after its last separator of this system.
 std::string_view FileNameOf(std::string_view path);
 
 // Hands one NUL-terminated line to an attached debugger. Does nothing where there is no such way.

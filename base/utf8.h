@@ -13,7 +13,7 @@ size_t Utf8CharacterSize(std::string_view text);
 
 bool IsValidUtf8(std::string_view text);
 
-// The text behind the byte-order mark that it may begin with.
+// The text after the byte-order mark that it may begin with.
 std::string_view WithoutByteOrderMark(std::string_view text);
 
 // The text with U+FFFD in the place of each byte that belongs to no character.

@@ -186,7 +186,7 @@ class Editor {
     }
   }
 
-  // A move of or into a node is a copy; of one root into the other it leaves an empty value.
+  // A move into a node is a copy; into a root of another tree it leaves an empty value.
   void CopyMarked(bool moves) {
     const Node source = Find(&marked_);
     const Node target = Find(&here_);
@@ -194,8 +194,7 @@ class Editor {
     Model copy = *source.model;
     if (moves) {
       *target.value = std::move(*source.value);
-      const bool isRoots = marked_.steps.empty() && here_.steps.empty();
-      if (isRoots && marked_.tree != here_.tree) *source.model = Model();
+      if (here_.steps.empty() && marked_.tree != here_.tree) *source.model = Model();
     } else {
       *target.value = *source.value;
     }

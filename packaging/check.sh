@@ -23,7 +23,7 @@ check_header() {
   "$2" -std=c++20 "${strict[@]}" -I "$3" -x c++ - <<<"$source" || fail "the header is no C++20 for $2"
 }
 
-# No binary tells where it was built.
+# No binary says where it was built.
 check_paths() {
   local binary place
   for binary in "$@"; do
@@ -80,7 +80,7 @@ run_example() { # run_example WHAT COMMAND...
   echo "Proved: $what, $(grep -c 'as expected' "$log") steps of the C host as expected"
 }
 
-# The packed development host, started through its link, signs its player in and answers with an inventory.
+# The packed development host, started through its link, signs its player in and returns an inventory.
 check_development_host() {
   local url items pid ready=$unpacked/ready
   "$unpacked/$linux/usr/bin/tav-loot-host" --port 0 >"$ready" 2>"$unpacked/host.log" &

@@ -24,7 +24,7 @@ TEST(HelloPlugin, GreetsAndPublishes) {
   const std::string plain = R"({"text":"Hello, Ana.","tone":"PLAIN","number":1,"remark":null})";
   const std::string warm = R"({"text":"Hello, Bo!","tone":"WARM","number":2,"remark":[1,{}]})";
   EXPECT_EQ(host.Post("/hello/v1/greetings/Ana").body, plain);
-  EXPECT_EQ(host.Post("/hello/v1/greetings/Bo?tone=WARM", R"({"note":[1,{}]})").body, warm);
+  EXPECT_EQ(host.Post("/hello/v1/greetings/Bo?tone=WARM", "[1,{}]").body, warm);
   EXPECT_THAT(host.Published("/hello/v1/latest-greeting"), ElementsAre(plain, warm));
   EXPECT_EQ(host.Post("/hello/v1/greetings/ghost").status, 404);
   EXPECT_EQ(host.Post("/hello/v1/greetings/Ana?tone=LOUD").status, 400);
