@@ -1,6 +1,7 @@
-// The platform layer, all calls to the operating system: clocks, unique ids, thread and module names, the debugger.
-// Threads: every function may be called on any thread, except those that end in ForTests.
-// Nothing here logs and nothing throws, except std::bad_alloc where a std::string is returned.
+// The platform layer, all calls to the operating system: clocks, unique ids, thread and module
+// names, the debugger. Threads: every function may be called on any thread, except those that end
+// in ForTests. Nothing here logs and nothing throws, except std::bad_alloc where a std::string is
+// returned.
 #pragma once
 
 #include <array>

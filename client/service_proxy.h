@@ -28,7 +28,6 @@
 #include <utility>
 
 #include "base/maybe_type.h"
-#include "base/mutex.h"
 #include "binding/convert/convert.h"
 #include "binding/types/static_type.h"
 #include "client/response_table.h"

@@ -144,8 +144,10 @@ typedef struct KestHostServices {
    *   "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent", "OnServiceProxyAsyncEvent"
    *                              responses of the platform service. Payload {"uuid", "serviceName",
    *                              "methodName", "payload", "status", "error"}, all strings;
-   * `payload` is itself JSON. One subscription per name: a second one replaces the first. False:
-   * refused (the host is stopping, or does not know the name). */
+   *                              `payload` is itself JSON.
+   *
+   * One subscription per name: a second one replaces the first. False: refused (the host is
+   * stopping, or does not know the name). */
   bool(KEST_ABI* subscribe)(const struct KestHostServices* self, KestText name,
                             KestDelivery delivery, void* context);
 

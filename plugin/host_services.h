@@ -66,7 +66,7 @@ class HostServices {
   bool Publish(std::string_view path, ResourceEventType type, std::string_view json);
 
   // Queues `run` as a module task. kMerged: a task of that name is queued already and
-  // replaces this one, `run` is dropped: give each task that must run a name of its own. A task
+  // serves for this one, `run` is dropped: give each task that must run a name of its own. A task
   // that is still queued when stop begins is dropped too.
   TaskPosting PostTask(std::string_view name, std::function<void()> run);
 

@@ -14,7 +14,8 @@ void ChestNotices::Update(const Api::PlayerLoot& item) {
   LogAlways(isNew ? "Adding playerLootNotification with lootId: %s"
                   : "Updating the playerLootNotification with lootId: %s",
             item.lootId.c_str());
-  notifications_[item.lootId] = {item.lootId, item.count, false};
+  notifications_.insert_or_assign(item.lootId,
+                                  Api::PlayerLootNotification{item.lootId, item.count, false});
   Publish();
 }
 

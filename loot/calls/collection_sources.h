@@ -39,8 +39,8 @@ class CollectionSources {
   Collections& collections_;
   SourceReadiness& readiness_;
   std::vector<std::string> followed_;  // urls, in the order they were subscribed
-  uint64_t latestChampions_ =
-      0;  // counts their events, and Drop: skins of an earlier count are late
+  // Counts the champions' events and calls of Drop: skins requested at an earlier count are late.
+  uint64_t latestChampions_ = 0;
 };
 
 }  // namespace Kest::Client::Loot

@@ -2,8 +2,8 @@
 
 namespace Kest::Client::Loot {
 
-bool Contains(std::span<const std::string_view> group, std::string_view word) {
-  return std::find(group.begin(), group.end(), word) != group.end();
+bool Contains(std::span<const std::string_view> group, std::string_view value) {
+  return std::find(group.begin(), group.end(), value) != group.end();
 }
 
 bool IsRentalType(std::string_view type) {
@@ -12,8 +12,8 @@ bool IsRentalType(std::string_view type) {
   return type.rfind(kSuffix) == type.size() - kSuffix.size();
 }
 
-int32_t IndexIn(std::span<const std::string_view> order, std::string_view word) {
-  const auto found = std::find(order.begin(), order.end(), word);
+int32_t IndexIn(std::span<const std::string_view> order, std::string_view value) {
+  const auto found = std::find(order.begin(), order.end(), value);
   return found == order.end() ? -1 : static_cast<int32_t>(found - order.begin());
 }
 

@@ -2,8 +2,10 @@
 // per change of the definitions, in time proportional to their size: slots with the same query
 // share one list of loot names. A recipe takes an item when one of its slots lists the item's loot
 // name or its loot id. A slot lists the names that the query results hold under its query, else the
-// query itself when it names a definition, else none. Threads:  module tasks only. Lifetime: it
-// points into the recipes it was built from; results are valid until the next Rebuild.
+// query itself when it names a definition, else none.
+//
+// Threads:  module tasks only.
+// Lifetime: it points into the recipes it was built from; results are valid until the next Rebuild.
 #pragma once
 
 #include <cstdint>
