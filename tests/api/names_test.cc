@@ -36,21 +36,14 @@ TEST(FailureResponse, EmptyTextsAndOddStatusesGetTheirReading) {
 }
 
 TEST(QueryText, SplitsFirstAndDecodesOnce) {
-  using Pairs = std::vector<std::pair<std::string, std::string>>;
-  ExpectEach<std::string, Pairs>(
-      {{"nothing", "", {}},
-       {"empty pieces are left out", "&&a=1&&b=2&", {{"a", "1"}, {"b", "2"}}},
-       {"first = splits", "a=b=c", {{"a", "b=c"}}},
-       {"no =, no value, no name", "a&b=&=c", {{"a", ""}, {"b", ""}, {"", "c"}}},
-       {"decoded after splitting", "a%3D%26=%3d+%2B", {{"a=&", "= +"}}},
-       {"once", "a=%2541", {{"a", "%41"}}},
-       {"broken escapes stay", "%=%4&%zz=%4g%", {{"%", "%4"}, {"%zz", "%4g%"}}},
-       {"any byte", "a=%00%ff", {{"a", std::string("\0\xff", 2)}}}},
-      [](std::string_view rest) {
-        Pairs pairs;
-        while (const auto pair = TakeQueryPair(&rest)) pairs.emplace_back(pair->name, pair->value);
-        return pairs;
-      });
+  EXPECT_TRUE(Testing::GoldenCases("tests/api/queries.txt", [](const std::string& query) {
+    std::string pairs;
+    std::string_view rest = query;
+    while (const auto pair = TakeQueryPair(&rest)) {
+      pairs += "[" + pair->name + "]=[" + pair->value + "]";
+    }
+    return pairs;
+  }));
   EXPECT_EQ(PercentDecode("a+b%2Bc", PlusSign::kIsPlus), "a+b+c");
   EXPECT_EQ(SplitUrl("/a?b?c").query, "b?c");
   EXPECT_EQ(SplitUrl("/a").path, "/a");
@@ -64,30 +57,14 @@ TEST(Accept, MessagePackMustBeNamedAndPreferred) {
 
 TEST(ValueFormat, ContentTypeDecidesBeforeTheFirstCharacters) {
   using enum ValueFormat;
-  const struct {
-    const char *why, *contentType, *text;
-    bool structured;
-    ValueFormat format;
-  } kCases[] = {
-      {"plain", "", "{}", false, kString},
-      {"list after spaces", "", " \t\r\n[", true, kJson},
-      {"other whitespace is text", "", "\v[", true, kString},
-      {"documents begin with hyphens", "", " ---\na: 1", true, kYaml},
-      {"first MessagePack map", "", "\x80", true, kMessagePack},
-      {"MessagePack text", "", "\xA1", true, kString},
-      {"long MessagePack list", "", "\xDC", true, kMessagePack},
-      {"after the long map", "", "\xE0", true, kString},
-      {"no spaces before MessagePack", "", " \x80", true, kString},
-      {"type wins over looks", "application/x-msgpack-ext", "{}", true, kMessagePack},
-      {"case and parameters are ignored", "Application/JSON; charset=utf-8", "1", false, kJson},
-      {"another type is not sniffed", "text/plain", "[]", true, kString},
-      {"YAML value type", "text/x-yaml", "a", false, kYaml},
-      {"YAML body type is none of a value", "application/x-yaml", "a", true, kString},
-      {"bytes", "application/octet-stream", "[]", true, kBytes},
-  };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(ChooseValueFormat(c.contentType, c.text, c.structured), c.format) << c.why;
-  }
+  EXPECT_TRUE(Testing::GoldenCases("tests/api/value_formats.txt", [](const std::string& value) {
+    constexpr const char* kNames[] = {"string", "bytes", "JSON", "MessagePack", "YAML"};
+    const size_t target = value.find('\n') + 1;
+    const size_t text = value.find('\n', target) + 1;
+    const auto format = ChooseValueFormat(value.substr(0, target - 1), value.substr(text),
+                                          value.substr(target).starts_with("structured"));
+    return kNames[static_cast<size_t>(format)];
+  }));
   EXPECT_EQ(ChooseBodyFormat("application/vnd.api+json"), kJson);
   EXPECT_EQ(ChooseBodyFormat("application/x-yaml"), kYaml);
   EXPECT_EQ(ChooseBodyFormat("text/x-yaml"), std::nullopt);

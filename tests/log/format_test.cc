@@ -8,7 +8,6 @@
 #include "log/positional_format.h"
 #include "log/printf_attribute.h"
 #include "log/printf_format.h"
-#include "tests/support/cases.h"
 #include "tests/support/golden.h"
 #include "tests/support/text_hash.h"
 
@@ -16,7 +15,6 @@ namespace Kest {
 namespace {
 
 using namespace std::string_literals;
-using Testing::ExpectEach;
 
 // printf is the reference for what a conversion prints.
 [[maybe_unused]] KEST_PRINTF(1, 2) std::string Printed(const char* format, ...) {
@@ -177,18 +175,9 @@ TEST(LogMessage, ReadsEachArgumentByItsLength) {
 }
 
 TEST(FormatNamed, ReplacesInOnePass) {
-  ExpectEach<const char*>(
-      {{"fields", "Error response for {method} {url}: {error}",
-        "Error response for GET {method}: %1"},
-       {"again", "{method}{method}", "GETGET"},
-       {"unknown stays", "{other} {method}", "{other} GET"},
-       {"open brace ahead of a field", "{a {method}}", "{a GET}"},
-       {"never closed", "{method} {method", "GET {method"},
-       {"empty name", "{}", "{}"},
-       {"names are exact", "{Method}", "{Method}"}},
-      [](const char* pattern) {
-        return FormatNamed(pattern, {{"method", "GET"}, {"url", "{method}"}, {"error", "%1"}});
-      });
+  EXPECT_TRUE(Testing::GoldenCases("tests/log/named_fields.txt", [](const std::string& pattern) {
+    return FormatNamed(pattern, {{"method", "GET"}, {"url", "{method}"}, {"error", "%1"}});
+  }));
   EXPECT_EQ(FormatNamed("{x}", {{"x", Repeated(9000, 'x')}}).size(), 9000u);
 }
 

@@ -1,6 +1,7 @@
 #include "log/line_template.h"
 
 #include "tests/support/cases.h"
+#include "tests/support/golden.h"
 
 namespace Kest {
 namespace {
@@ -21,15 +22,8 @@ std::string Line(std::string_view lineTemplate, const LogRecord& record = kRecor
 }
 
 TEST(LineTemplate, Fields) {
-  ExpectEach<const char*>(
-      {{"the default", "#D| #L| #G| #M", "2024-05-06T07:08:09.010|   WARN| DBG;NET| ready\n"},
-       {"console", "#E: #L| #M", "client:   WARN| ready\n"},
-       {"doubled mark", "##M", "#M\n"},
-       {"unknown field prints its letter", "#Q#m", "Qm\n"},
-       {"mark at the end prints nothing", "#M#", "ready\n"},
-       {"no field", "plain", "plain\n"},
-       {"nothing at all", "", "\n"}},
-      [](const char* text) { return Line(text); });
+  EXPECT_TRUE(Testing::GoldenCases("tests/log/line_templates.txt",
+                                   [](const std::string& text) { return Line(text); }));
   // Levels are six wide; groups come lowest bit first and are unnamed from bit 8 on.
   ExpectEach<LogRecord>(
       {{"no group", {.level = Level::kOkay}, "  OKAY||\n"},

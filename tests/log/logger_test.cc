@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "log/positional_format.h"
+#include "tests/support/cases.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/pattern.h"
 
@@ -32,30 +33,23 @@ constexpr LogRecord kRecord = {.message = "direct"};
 // Which of the built-in targets a call reaches with the defaults.
 TEST(LoggerDefaults, ConsoleAndDebuggerTakeWarningsOfNoGroupOrOfDebug) {
   logger.ResetForTests();
-  const struct {
-    const char* why;
-    Level level;
-    GroupMask groups;
-    bool console, debugger, output;
-  } kCases[] = {
-      {"okay is below every minimum", Level::kOkay, kNoGroups, false, false, false},
-      {"no group", Level::kWarning, kNoGroups, true, true, true},
-      {"debug", Level::kError, kGroupDebug, true, true, false},
-      {"general", Level::kAlways, kGroupGeneral, false, false, true},
-      {"excluded beats included", Level::kError, kGroupDebug | kGroupGeneral, false, true, false},
-      {"no included bit", Level::kError, kGroupNetwork, false, false, false},
-      {"high bit beside it", Level::kError, kLateGroup | kGroupDebug, true, true, false},
-  };
   EXPECT_EQ(logger.FindTarget("StdOutLogTarget"), nullptr);
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.why);
-    const auto accepts = [&](const char* name) {
-      return logger.FindTarget(name)->Accepts(c.level, c.groups);
-    };
-    EXPECT_EQ(accepts("StdErrLogTarget"), c.console);
-    EXPECT_EQ(accepts("DebuggerConsoleLogTarget"), c.debugger);
-    EXPECT_EQ(logger.StandardOutput().Accepts(c.level, c.groups), c.output);
-  }
+  Testing::ExpectEach<std::pair<Level, GroupMask>>(
+      {{"okay is below every minimum", {Level::kOkay, kNoGroups}, ""},
+       {"no group", {Level::kWarning, kNoGroups}, "console debugger output "},
+       {"debug", {Level::kError, kGroupDebug}, "console debugger "},
+       {"general", {Level::kAlways, kGroupGeneral}, "output "},
+       {"excluded beats included", {Level::kError, kGroupDebug | kGroupGeneral}, "debugger "},
+       {"no included bit", {Level::kError, kGroupNetwork}, ""},
+       {"high bit beside it", {Level::kError, kLateGroup | kGroupDebug}, "console debugger "}},
+      [](const std::pair<Level, GroupMask>& line) {
+        const auto accepts = [&line](const LogTarget* target, const char* name) {
+          return target->Accepts(line.first, line.second) ? name : "";
+        };
+        return std::string(accepts(logger.FindTarget("StdErrLogTarget"), "console ")) +
+               accepts(logger.FindTarget("DebuggerConsoleLogTarget"), "debugger ") +
+               accepts(&logger.StandardOutput(), "output ");
+      });
 }
 
 // By default okay and extra are dropped. Counted is what passes, with any target or none.
