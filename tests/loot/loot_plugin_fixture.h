@@ -97,14 +97,6 @@ class LootPluginTest : public ::testing::Test {
     host_.ForgetPublished();
   }
   size_t Retrievals() const { return host_.ServiceCalls("loot", kRetrieve).size(); }
-  // "Update /path" for each event, in order.
-  std::vector<std::string> Events() const {
-    std::vector<std::string> events;
-    for (const PublishedEvent& event : host_.PublishedEvents()) {
-      events.push_back(event.type + " " + event.path);
-    }
-    return events;
-  }
   // The item as the plugin returns it; empty with the count -1 when it is not there.
   Api::PlayerLoot Item(const std::string& lootId) {
     const FakeHost::Reply reply = host_.Get("/tav-loot/v1/player-loot/" + lootId);

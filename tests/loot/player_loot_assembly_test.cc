@@ -174,24 +174,6 @@ class CreateTest : public ::testing::Test {
   GameData gameData_;
 };
 
-TEST_F(CreateTest, FillsEveryFieldOfANewItem) {
-  ReplaceRecipes("4");
-  constexpr auto kNone = ItemOwnershipStatus::kNone;
-  const PlayerLoot expected = {"SHARD",     "SHARD-7",  "7",       "Localised",
-                               "Described", "",         "CAT",     "EPIC",
-                               "t",         "MATERIAL", "picture", "image.png",
-                               "image.png", "",         "UP",      "CURRENCY_cosmetic",
-                               "ESSENCE",   kNone,      kNone,     RedeemableStatus::kNotRedeemable,
-                               5,           2,          4,         0,
-                               9,           12,         4,         6,
-                               3,           false,      false};
-  EXPECT_EQ(Create("7", {}), expected);
-  const PlayerLoot plain = Create("", {});
-  EXPECT_EQ(plain.lootId, "SHARD");
-  EXPECT_EQ(plain.localizedName, "") << "the file names the id with its reference id only";
-  EXPECT_EQ(plain.tilePath, "/fe/tav-loot/assets/loot_item_icons/picture.png");
-}
-
 TEST_F(CreateTest, KeepsWhatAReusedItemKnowsBetter) {
   ReplaceRecipes("4");
   PlayerLoot stored = Create("", {});
