@@ -185,7 +185,7 @@ TEST(DevelopmentHost, SaysWhyItCannotStart) {
               StartsWith("Cannot load the plugin libdl.so.2: "));
   EXPECT_THAT(reason(ECHO_PLUGIN, "/no/such.json", "127.0.0.1"),
               StartsWith("Cannot read the world /no/such.json: "));
-  EXPECT_THAT(reason(ECHO_PLUGIN, ECHO_PLUGIN, "127.0.0.1"), StartsWith(ECHO_PLUGIN ":1:1: "));
+  EXPECT_THAT(reason(ECHO_PLUGIN, ECHO_PLUGIN, "127.0.0.1"), StartsWith(ECHO_PLUGIN ":1:"));
   EXPECT_THAT(reason(ECHO_PLUGIN, "", "nowhere"), StartsWith("Cannot listen on nowhere:0: "));
 }
 
