@@ -1,4 +1,4 @@
-// The loot plugin with all that it does in one list. A file of tests/loot/traces tells a story: its
+// The loot plugin with all that it does in one list. A file of tests/loot/traces says a story: its
 // lines "# command argument .." are run one after the other, and what follows each is what the
 // plugin then did: requests, subscriptions, publications, tasks posted and run, log lines and
 // responses, in their order. Nothing is shown before "# begin".
