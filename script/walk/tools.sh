@@ -23,7 +23,7 @@ trap 'exit 130' INT TERM
 start_host() {
   "${host_command[@]}" --port "$1" --seed 7 >"$work/ready" 2>"$work/log" &
   host_pid=$!
-  for _ in $(seq 100); do
+  for _ in $(seq 600); do
     [ -s "$work/ready" ] && break
     kill -0 "$host_pid" 2>/dev/null || { cat "$work/log"; exit 1; }
     sleep 0.1
