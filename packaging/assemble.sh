@@ -57,7 +57,7 @@ sums() {
 
 assemble_windows() {
   local root=$1 file
-  put build/package-windows/plugin/vwm-be-tav-loot.dll "$root/vwm-be-tav-loot.dll" 755
+  put build/package-windows/loot/vwm-be-tav-loot.dll "$root/vwm-be-tav-loot.dll" 755
   put plugin/host_interface.h "$root/include/plugin/host_interface.h"
   put docs/host-interface.md "$root/doc/host-interface.md"
   for file in minimal_host.c system.h system_windows.c; do put "tests/load/$file" "$root/example/tests/load/$file"; done
