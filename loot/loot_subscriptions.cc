@@ -8,9 +8,7 @@
 #include "client/sibling_client.h"
 #include "loot/calls/grant_notices.h"
 #include "loot/calls/inbound_messages.h"
-#include "loot/calls/loot_enablement.h"
 #include "loot/calls/new_player_chest.h"
-#include "loot/calls/player_session.h"
 #include "loot/calls/source_readiness.h"
 
 namespace Kest::Client::Loot {

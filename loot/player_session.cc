@@ -1,4 +1,4 @@
-#include "loot/calls/player_session.h"
+#include "loot/player_session.h"
 
 #include "loot/calls/collection_sources.h"
 #include "loot/calls/new_player_chest.h"

@@ -1,4 +1,4 @@
-#include "loot/calls/loot_enablement.h"
+#include "loot/loot_enablement.h"
 
 #include "client/sibling_client.h"
 #include "log/logger.h"
