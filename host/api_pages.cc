@@ -35,14 +35,13 @@ HttpResponse HelpPage(PluginSession& session, std::string_view query) {
           .allow = {}};
 }
 
-HttpResponse OpenApiPage(PluginSession& session, std::span<const ControlDescription> controls) {
+HttpResponse OpenApiPage(PluginSession& session) {
   HttpResponse help = AskHelp(session, kFullFormat);
   if (help.status >= 400) return help;
   auto document = MakeOpenApiDocument({.name = session.FullName(),
                                        .version = session.Version(),
                                        .api = &session.Api(),
-                                       .help = help.body},
-                                      controls);
+                                       .help = help.body});
   return document ? JsonResponse(std::move(document.GetValue()))
                   : ProblemResponse(500, document.GetFailure().text);
 }

@@ -3,11 +3,9 @@
 // Threads: [task] on the scheduler's tasks.
 #pragma once
 
-#include <span>
 #include <string_view>
 
 #include "host/http/http_message.h"
-#include "host/openapi/control_description.h"
 #include "host/session/plugin_session.h"
 
 namespace Kest::Host {
@@ -19,6 +17,6 @@ HttpResponse HelpPage(PluginSession& session, std::string_view query);
 
 // The OpenAPI document of the plugin and this host. A plugin without a Help gives no document: its
 // own refusal is the response, and 500 when its Help cannot be read.
-HttpResponse OpenApiPage(PluginSession& session, std::span<const ControlDescription> controls);
+HttpResponse OpenApiPage(PluginSession& session);
 
 }  // namespace Kest::Host

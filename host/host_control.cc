@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -11,7 +12,7 @@
 #include "host/json/json.h"
 #include "host/library/c_views.h"
 #include "host/library/methods.h"
-#include "host/world/controls/controls.h"
+#include "host/openapi/control_description.h"
 
 namespace Kest::Host {
 namespace {
@@ -79,78 +80,12 @@ bool MayBeJson(std::string_view contentType) {
 
 }  // namespace
 
-struct HostControl::Row {
-  ControlDescription description;
-  HttpResponse (HostControl::*handle)(const HttpRequest& request);
-};
-
 const HostControl::Row HostControl::kRows[] = {
-    {{.method = "GET",
-      .path = "/",
-      .operationId = "GetHostIndex",
-      .summary = "What is served here",
-      .response = R"("HostIndex")"},
-     &HostControl::Index},
-    {{.method = "GET",
-      .path = kEventsPath,
-      .operationId = "FollowEvents",
-      .summary = "Follows what the plugin publishes",
-      .parameters = R"({"lastEventId": {"$": "string", "pattern": "^[0-9]+$", "description":)"
-                    R"( "The id after which the stream resumes; 0 is the start.)"
-                    R"( Without one the stream begins with what is new."},)"
-                    R"( "header Last-Event-ID": {"$": "string", "pattern": "^[0-9]+$",)"
-                    R"( "description": "The same; takes precedence."}})",
-      .response = R"({"text/event-stream": {"$": ["EventStreamMessage"],)"
-                  R"( "description": "Server-sent events without end."}})"},
-     &HostControl::FollowEvents},
-    {{.method = "GET",
-      .path = "/_host/health",
-      .operationId = "GetHealth",
-      .summary = "What the host and the plugin are doing",
-      .response = R"("HostHealth")"},
-     &HostControl::Health},
-    {{.method = "GET",
-      .path = "/_host/help",
-      .operationId = "GetHelp",
-      .summary = "Describes the functions, types and events of the plugin",
-      .parameters = R"({"format": {"$": "=Full|Epytext", "description": "Full when absent"}})",
-      .response = R"({"application/json": "BindingFullApiHelp",)"
-                  R"( "text/plain; charset=utf-8": "string"})"},
-     &HostControl::Help},
-    {{.method = "GET",
-      .path = "/_host/openapi.json",
-      .operationId = "GetOpenApi",
-      .summary = "This document",
-      .response = R"("object")"},
-     &HostControl::OpenApi},
-    {{.method = "POST",
-      .path = "/_host/idle",
-      .operationId = "AwaitIdle",
-      .summary = "Waits until nothing is left to do",
-      .parameters = R"({"timeoutMilliseconds": {"$": "int32 0..600000", "default": 30000}})",
-      .response = R"({"idle": {"$": "boolean", "const": true}})"},
-     &HostControl::Idle},
-    {{.method = "POST",
-      .path = "/_host/reset",
-      .operationId = "Reset",
-      .summary = "Starts the world and the plugin from scratch",
-      .response = R"({"reset": {"$": "boolean", "const": true}})"},
-     &HostControl::Reset},
-    {{.method = "GET",
-      .path = "/_host/log",
-      .operationId = "GetLog",
-      .summary = "The newest lines of the plugin's log, oldest first",
-      .response = R"(["string"])"},
-     &HostControl::Log},
+    {"GetHostIndex", &HostControl::Index}, {"FollowEvents", &HostControl::FollowEvents},
+    {"GetHealth", &HostControl::Health},   {"GetHelp", &HostControl::Help},
+    {"GetOpenApi", &HostControl::OpenApi}, {"AwaitIdle", &HostControl::Idle},
+    {"Reset", &HostControl::Reset},        {"GetLog", &HostControl::Log},
 };
-
-std::vector<ControlDescription> HostControl::AllControls() {
-  std::vector<ControlDescription> controls;
-  for (const Row& row : kRows) controls.push_back(row.description);
-  const std::vector<ControlDescription> ofWorld = WorldControls();
-  controls.insert(controls.end(), ofWorld.begin(), ofWorld.end());
-  return controls;
-}
 
 bool HostControl::NeedsTask(std::string_view path) {
   return path == "/" || (path.starts_with(kHostPrefix) && path != kEventsPath);
@@ -166,10 +101,14 @@ HostControl::HostControl(Scheduler* scheduler, ServiceEventThread* serviceEvents
 
 HttpResponse HostControl::Handle(const HttpRequest& request) {
   const std::string_view path = RequestTarget::Split(request.target).path;
-  for (const Row& row : kRows) {
-    if (row.description.path != path) continue;
-    if (row.description.method != request.method) return MethodProblem(row.description.method);
-    return (this->*row.handle)(request);
+  for (const ControlDescription& control : AllControls()) {
+    if (control.path != path) continue;
+    const auto* const row = std::find_if(
+        std::begin(kRows), std::end(kRows),
+        [&control](const Row& candidate) { return candidate.operationId == control.operationId; });
+    if (row == std::end(kRows)) break;
+    if (control.method != request.method) return MethodProblem(control.method);
+    return (this->*row->handle)(request);
   }
   if (path.starts_with(kHostPrefix)) return AskWorld(request);
   return ProblemResponse(404, std::string("Nothing is served at ").append(path));
@@ -253,7 +192,7 @@ HttpResponse HostControl::Help(const HttpRequest& request) {
 }
 
 HttpResponse HostControl::OpenApi(const HttpRequest&) {
-  return WithSession([](PluginSession& session) { return OpenApiPage(session, AllControls()); });
+  return WithSession([](PluginSession& session) { return OpenApiPage(session); });
 }
 
 HttpResponse HostControl::Index(const HttpRequest&) {

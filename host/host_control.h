@@ -5,10 +5,8 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 #include "host/http/http_message.h"
-#include "host/openapi/control_description.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
 #include "host/session/service_event_thread.h"
@@ -23,8 +21,6 @@ class HostControl {
   HostControl(Scheduler* scheduler, ServiceEventThread* serviceEvents, EventStream* stream,
               SessionManager* sessions, const HostLog* log);
 
-  // [any thread] Everything that Handle serves, the world's controls included.
-  static std::vector<ControlDescription> AllControls();
   // [any thread] Whether Handle must be called on a task for this path. The stream of events and
   // what is not served at all do not wait for tasks.
   static bool NeedsTask(std::string_view path);
@@ -46,7 +42,10 @@ class HostControl {
   template <typename Handler>
   HttpResponse WithSession(Handler handle);
 
-  struct Row;
+  struct Row {
+    std::string_view operationId;
+    HttpResponse (HostControl::*handle)(const HttpRequest& request);
+  };
   static const Row kRows[];
 
   Scheduler* const scheduler_;

@@ -1,28 +1,38 @@
-// What a control of the development host is called with and returns: one row of the tables that
-// route its requests, as the API document describes it.
+// What a control of the development host is called with and returns, as the API document describes
+// it. controls.json has them all; it is part of the program. Code finds a control by its method and
+// path, and what carries it out by its operation id.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
+
+#include "host/json/json.h"
 
 namespace Kest::Host {
 
 constexpr std::string_view kControlPrefix = "/_host";
 
-// A body or a response of any form.
-constexpr std::string_view kAnyValue = R"({"$": "any", "description": "Any value."})";
+// The file: {"controls": [..], "schemas": {name: shorthand}}.
+extern const std::string_view kControlsText;
 
-// `parameters`, `body` and `response` are shorthands of schema_shorthand.h; empty: there is none.
+// `parameters`, `body` and `response` are shorthands of schema_shorthand.h; null: there is none.
 struct ControlDescription {
-  std::string_view method;       // "PUT"
-  std::string_view path;         // "/_host/service/{method}"
-  std::string_view operationId;  // "OverrideService"
-  std::string_view summary;
+  std::string method;       // "PUT"
+  std::string path;         // "/_host/service/{method}"
+  std::string operationId;  // "OverrideService"
+  std::string summary;
   // By name: the query arguments, "header <name>", and parameters of the path that are no strings.
-  std::string_view parameters = {};
+  Json parameters;
   // A body may be left out unless it has required members or may be any value.
-  std::string_view body = {};
+  Json body;
   // Of a JSON response; or an object of schemas by content type.
-  std::string_view response = {};
+  Json response;
+
+  bool TakesAnyBody() const { return body.is_object() && body.value("$", "") == "any"; }
 };
+
+// In the order of the document. [any thread]
+const std::vector<ControlDescription>& AllControls();
 
 }  // namespace Kest::Host

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "host/openapi/control_schemas.h"
+#include "host/openapi/control_description.h"
 #include "host/openapi/route_path.h"
 #include "host/openapi/schema_shorthand.h"
 
@@ -23,7 +23,7 @@ Json Parameter(const std::string& name, std::string_view place, bool required, J
 }
 
 Json ParametersOf(const ControlDescription& control) {
-  Json described = control.parameters.empty() ? Json::object() : ParseJson(control.parameters);
+  Json described = control.parameters;
   Json parameters = Json::array();
   for (const PathParameter& inPath : PathParameters(control.path)) {
     Json schema = ExpandSchema(described.value(inPath.name, Json("string")));
@@ -43,9 +43,9 @@ Json JsonContent(Json schema) {
   return {{"application/json", {{"schema", std::move(schema)}}}};
 }
 
-Json BodyOf(std::string_view shorthand) {
-  Json schema = ExpandSchema(ParseJson(shorthand));
-  const bool required = shorthand == kAnyValue || schema.contains("required");
+Json BodyOf(const ControlDescription& control) {
+  Json schema = ExpandSchema(control.body);
+  const bool required = control.TakesAnyBody() || schema.contains("required");
   return {{"required", required}, {"content", JsonContent(std::move(schema))}};
 }
 
@@ -67,9 +67,8 @@ Json OperationOf(const ControlDescription& control) {
   if (Json parameters = ParametersOf(control); !parameters.empty()) {
     operation["parameters"] = std::move(parameters);
   }
-  if (!control.body.empty()) operation["requestBody"] = BodyOf(control.body);
-  Json result = {{"description", "The result"},
-                 {"content", ResponseContent(ParseJson(control.response))}};
+  if (!control.body.empty()) operation["requestBody"] = BodyOf(control);
+  Json result = {{"description", "The result"}, {"content", ResponseContent(control.response)}};
   operation["responses"] = {{"200", std::move(result)},
                             {"default", {{"$ref", "#/components/responses/Problem"}}}};
   return operation;
@@ -77,18 +76,18 @@ Json OperationOf(const ControlDescription& control) {
 
 }  // namespace
 
-Json ControlPaths(std::span<const ControlDescription> controls) {
+Json ControlPaths() {
   Json paths = Json::object();
-  for (const ControlDescription& control : controls) {
-    paths[std::string(control.path)][OperationName(control.method)] = OperationOf(control);
+  for (const ControlDescription& control : AllControls()) {
+    paths[control.path][OperationName(control.method)] = OperationOf(control);
   }
   return paths;
 }
 
 NamedSchemas ControlSchemas() {
   NamedSchemas schemas;
-  const Json shorthands = ParseJson(kControlSchemas);
-  for (const auto& [name, shorthand] : shorthands.items()) {
+  const Json document = ParseJson(kControlsText);
+  for (const auto& [name, shorthand] : document["schemas"].items()) {
     schemas.emplace_back(name, ExpandSchema(shorthand));
   }
   return schemas;

@@ -2,10 +2,9 @@
 // that their descriptions name.
 #pragma once
 
-#include <span>
+#include <string_view>
 
 #include "host/json/json.h"
-#include "host/openapi/control_description.h"
 #include "host/openapi/type_schemas.h"
 
 namespace Kest::Host {
@@ -13,7 +12,7 @@ namespace Kest::Host {
 constexpr std::string_view kControlTag = "development host";
 
 // By path and method, each marked with kControlTag.
-Json ControlPaths(std::span<const ControlDescription> controls);
+Json ControlPaths();
 
 // By name: what controls return, events, and the problem document.
 NamedSchemas ControlSchemas();

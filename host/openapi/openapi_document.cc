@@ -42,15 +42,14 @@ Json ProblemResponses() {
 
 }  // namespace
 
-Maybe<std::string> MakeOpenApiDocument(const DescribedPlugin& plugin,
-                                       std::span<const ControlDescription> controls) {
+Maybe<std::string> MakeOpenApiDocument(const DescribedPlugin& plugin) {
   const auto help = ReadApiHelp(plugin.help);
   if (!help) return help.GetFailure();
   const std::string name = RepairUtf8(plugin.name);
   auto schemas = AllSchemas(*plugin.api, help.GetValue());
   if (!schemas) return schemas.GetFailure();
   Json paths = PluginPaths(*plugin.api, help.GetValue(), name);
-  paths.update(ControlPaths(controls));
+  paths.update(ControlPaths());
   const Json tags = {{{"name", name}, {"description", "The plugin's endpoints"}},
                      {{"name", kControlTag}, {"description", kHostDescription}}};
   return WriteJson(Json{

@@ -5,12 +5,10 @@
 // The same plugin gives the same document.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
 #include "base/maybe_type.h"
-#include "host/openapi/control_description.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {
@@ -23,7 +21,6 @@ struct DescribedPlugin {
 };
 
 // Fails when the help document cannot be read, and when a type has the name of another schema.
-Maybe<std::string> MakeOpenApiDocument(const DescribedPlugin& plugin,
-                                       std::span<const ControlDescription> controls);
+Maybe<std::string> MakeOpenApiDocument(const DescribedPlugin& plugin);
 
 }  // namespace Kest::Host

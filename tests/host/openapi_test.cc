@@ -5,9 +5,9 @@
 #include <regex>
 #include <set>
 
-#include "host/host_control.h"
 #include "host/json/json.h"
 #include "host/library/c_views.h"
+#include "host/openapi/control_description.h"
 #include "host/openapi/route_path.h"
 #include "tests/support/golden.h"
 
@@ -64,8 +64,8 @@ constexpr std::string_view kHelp = R"({"functions":[{"name":"Find"}],"types":[
   "events":[{"name":"OnSail","description":"D","type":{"type":"Boat","elementType":""}}]})";
 
 std::string Made(std::string_view name, std::string_view help) {
-  const auto text = MakeOpenApiDocument(
-      {.name = name, .version = "1.2.3", .api = &kApi, .help = help}, HostControl::AllControls());
+  const auto text =
+      MakeOpenApiDocument({.name = name, .version = "1.2.3", .api = &kApi, .help = help});
   return text ? text.GetValue() : text.GetFailure().text;
 }
 
@@ -98,7 +98,7 @@ std::set<std::string> ListedControls(const std::string& document) {
 
 TEST(Controls, AreThoseThatTheDocumentLists) {
   std::set<std::string> served;
-  for (const ControlDescription& control : HostControl::AllControls()) {
+  for (const ControlDescription& control : AllControls()) {
     served.insert(std::string(control.method).append(" ").append(control.path));
   }
   EXPECT_EQ(ListedControls(Testing::SourceText("docs/development-host.md")), served);

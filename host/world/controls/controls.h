@@ -5,15 +5,10 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
-#include "host/openapi/control_description.h"
 #include "host/world/controls/platform.h"
 
 namespace Kest::Host {
-
-// In the order of their table.
-std::vector<ControlDescription> WorldControls();
 
 // `path` is below "/_host": "/login".
 WorldResponse CallControl(Platform& platform, std::string_view method, std::string_view path,
