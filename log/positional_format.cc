@@ -26,7 +26,6 @@ class PatternRun {
     const uint64_t position = ReadPosition(text, &digits);
     if (position == 0 || position > arguments_.size()) return Convert(text, 0, 0, size);
     if (text.substr(digits).starts_with('$')) return Convert(text, digits + 1, position, size);
-    if (digits > kMaximumSpecification) return false;
     RenderDefault(arguments_[position - 1], out_);
     *size = digits;
     return true;

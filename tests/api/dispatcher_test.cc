@@ -1,5 +1,8 @@
 #include "api/dispatcher.h"
 
+#include <deque>
+#include <sstream>
+
 #include "tests/api/sample_api.h"
 #include "tests/binding/binding_samples.h"
 #include "tests/support/golden.h"
@@ -33,45 +36,28 @@ TEST(Dispatcher, EncodesEachResult) {
 }
 
 TEST(Dispatcher, InvokesByNameWithNamedAndPlacedArguments) {
-  const BindingProperty number = BindingProperty::FromSigned(5);
-  const BindingProperty text = BindingProperty::FromString("[\"x\"]");
-  const auto named = [](auto name, const char* value, const char* contentType = "") {
-    return NamedValue{name, contentType, value, nullptr};
-  };
-  const auto placed = std::bind_front(named, std::nullopt);
-  const struct {
-    const char *why, *function;
-    std::vector<NamedValue> arguments;
-    const char* response;
-  } kCases[] = {
-      {"named", "Path", {named("number", "0x10"), named("id", "a%20")}, "200 \"a%20:16\""},
-      {"placed, an empty text is one", "Path", {placed(""), placed("1")}, "200 \":1\""},
-      {"value", "Path", {placed("a"), {std::nullopt, {}, {}, &number}}, "200 \"a:5\""},
-      {"text as value", "Body", {{"items", {}, {}, &text}}, "200 [\"x\"]"},
-      {"place counts named ones", "Path", {named("id", "a"), placed("2")}, "200 \"a:2\""},
-      {"too many", "Succeed", {placed("1")}, "400 Unknown argument '0' for 'Succeed'."},
-      {"unknown", "SetFlag", {named("x", "1")}, "400 Unknown argument 'x' for 'SetFlag'."},
-      {"member path", "Body", {named("items.1", "b"), named("items.0", "a")}, "200 [\"a\",\"b\"]"},
-      {"content type", "SetFlag", {placed("true", "application/json")}, "200 true"},
-      {"YAML by its content type", "SetFlag", {placed("True", "text/x-yaml")}, "200 true"},
-      {"bool starts as false", "SetFlag", {}, "200 false"},
-      {"missing", "Path", {placed("a")}, "400 A value for 'number' is required."},
-      {"unknown function", "path", {}, "404 Invalid function"},
-      {"unknown built-in", "$builtin.help", {}, "404 Unsupported builtin function"},
-      {"namespace alone", "$builtin", {}, "404 Invalid function"},
-      {"built-in argument",
-       "$builtin.Help",
-       {named("as", "Full")},
-       "400 Unknown argument 'as' for 'Help'."},
-      {"no such format",
-       "$builtin.Help",
-       {placed("0")},
-       "400 0 is not a valid BindingHelpFormat enumeration value for 'format'."},
-  };
   const Api api;
-  for (const auto& c : kCases) {
-    EXPECT_EQ(Summary(api.dispatcher().Invoke(c.function, c.arguments)), c.response) << c.why;
-  }
+  EXPECT_TRUE(Testing::GoldenCases("tests/api/invocations.txt", [&](const std::string& input) {
+    std::istringstream lines(input);
+    std::string function;
+    std::getline(lines, function);
+    std::deque<std::string> words;
+    std::vector<NamedValue> arguments;
+    for (std::string line; std::getline(lines, line);) {
+      std::istringstream parts(line);
+      for (const char end : {'=', '|', '\n'}) std::getline(parts, words.emplace_back(), end);
+      const std::string &name = *(words.end() - 3), &value = *(words.end() - 2);
+      arguments.push_back({std::nullopt, words.back(), value, nullptr});
+      if (!name.empty()) arguments.back().name = name;
+    }
+    return Summary(api.dispatcher().Invoke(function, arguments));
+  }));
+  const BindingProperty number = BindingProperty::FromSigned(5);
+  const NamedValue values[] = {{std::nullopt, {}, "a", nullptr}, {std::nullopt, {}, {}, &number}};
+  EXPECT_EQ(Summary(api.dispatcher().Invoke("Path", values)), R"(200 "a:5")");
+  const BindingProperty text = BindingProperty::FromString("[\"x\"]");
+  const NamedValue items = {"items", {}, {}, &text};
+  EXPECT_EQ(Summary(api.dispatcher().Invoke("Body", {&items, 1})), R"(200 ["x"])");
 }
 
 TEST(Dispatcher, GivesHelpInBothFormatsAndUnderBothNames) {

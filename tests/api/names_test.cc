@@ -3,13 +3,13 @@
 #include "api/http_names.h"
 #include "api/query_string.h"
 #include "api/response.h"
-#include "tests/support/cases.h"
+#include "tests/api/sample_api.h"
 #include "tests/support/golden.h"
 
 namespace Kest {
 namespace {
 
-using Testing::ExpectEach;
+using Sample::Summary;
 
 TEST(HttpNames, HaveGapsOutsideTheirTables) {
   EXPECT_EQ(MethodName(HttpMethod::kDelete), "DELETE");
@@ -23,16 +23,10 @@ TEST(HttpNames, HaveGapsOutsideTheirTables) {
 }
 
 TEST(FailureResponse, EmptyTextsAndOddStatusesGetTheirReading) {
-  ExpectEach<Failure>({{"no text", {"", 500}, "500 Internal server error"},
-                       {"its own text", {"", 404}, "404 Not found"},
-                       {"a status without one", {"", 501}, "500 Internal server error"},
-                       {"any failure with a text", {"Later", 501}, "501 Later"},
-                       {"a success is no failure", {"Done", 200}, "500 Done"},
-                       {"no status", {"", 0}, "500 Internal server error"}},
-                      [](const Failure& failure) {
-                        const Response response = FailureResponse(failure);
-                        return std::to_string(response.status) + " " + response.message;
-                      });
+  EXPECT_TRUE(Testing::GoldenCases("tests/api/failures.txt", [](const std::string& failure) {
+    const size_t space = failure.find(' ');
+    return Summary(FailureResponse({failure.substr(space + 1), std::stoi(failure)}));
+  }));
 }
 
 TEST(QueryText, SplitsFirstAndDecodesOnce) {

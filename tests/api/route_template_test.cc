@@ -1,7 +1,7 @@
 #include "api/route_template.h"
 
+#include "api/http_names.h"
 #include "api/route_table.h"
-#include "tests/support/cases.h"
 #include "tests/support/golden.h"
 
 namespace Kest {
@@ -46,24 +46,13 @@ TEST(RouteTable, FirstOfAMethodWins) {
   const std::pair<HttpMethod, const RouteTemplate&> kRoutes[] = {
       {kPost, one}, {kPost, two}, {kGet, two}, {kGet, shortTail}, {kGet, root}, {kPut, any}};
   for (const auto& [method, route] : kRoutes) table.Add(method, route);
-  const auto find = [&table](const std::pair<HttpMethod, const char*>& request) {
+  EXPECT_TRUE(Testing::GoldenCases("tests/api/routes.txt", [&](const std::string& request) {
+    const size_t space = request.find(' ');
     RouteCaptures captures;
-    const auto found = table.Find(request.first, request.second, &captures);
-    return found ? static_cast<int>(*found) : -1;
-  };
-  Testing::ExpectEach<std::pair<HttpMethod, const char*>, int>(
-      {{"both match", {kPost, "/recipes/initial-item/craft"}, 0},
-       {"only the second", {kPost, "/recipes/open/craft"}, 1},
-       {"another method's", {kGet, "/recipes/open/craft"}, 2},
-       {"method without routes", {kDelete, "/recipes/open/craft"}, -1},
-       {"empty capture", {kPost, "/recipes/initial-item/"}, 0},
-       {"shorter than the comparison window", {kGet, "/r/"}, 3},
-       {"shortest", {kGet, "/"}, 4},
-       {"longer than a literal", {kGet, "/x"}, -1},
-       {"empty path", {kPut, ""}, 5},
-       {"same end, other beginning", {kPost, "/others/open/craft"}, -1},
-       {"same beginning, other end", {kPost, "/recipes/open/craft/"}, -1}},
-      find);
+    const auto found =
+        table.Find(ParseMethod(request.substr(0, space)), request.substr(space + 1), &captures);
+    return found ? std::to_string(*found) : "none";
+  }));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "binding/convert/assign_composite.h"
 
-#include "log/positional_format.h"
 #include "tests/binding/binding_samples.h"
 
 namespace Kest {
@@ -37,40 +36,6 @@ TEST(AssignStructure, FieldsAreFoundByNameInAnyOrder) {
   Whole back;
   Assign(context, "p", tree, &back);
   EXPECT_EQ(ToProperty(context, back), tree) << context.ErrorMessage();
-}
-
-TEST(AssignStructure, FailuresNameTheFieldAndTheFirstWins) {
-  const std::string notAStructure =
-      "Couldn't assign value to '%1' of type %2 because the input not a structure.";
-  const std::string lacksName =
-      "Couldn't assign value to 'part' of type Part because the input structure doesn't have "
-      "required field 'name'.";
-  const struct {
-    const char* why;
-    const char* json;
-    std::string failure;
-  } cases[] = {
-      {"no structure", "[]", Format(notAStructure, "p", "Whole")},
-      {"empty", "null", "A value for 'p' is required."},
-      {"required field missing", R"({"part":{}})", lacksName},
-      {"required field empty", R"({"part":{"name":null}})", lacksName},
-      {"element has the name of its vector", R"({"parts":[{"name":"a"},5]})",
-       Format(notAStructure, "parts", "Part")},
-      {"empty element", R"({"parts":[null]})", "A value for 'parts' is required."},
-      {"field of an element", R"({"parts":[{"name":"a","count":"x"}]})",
-       "Value x for 'count' of type int32 is in an incorrect format"},
-      {"no collection", R"({"words":"a"})",
-       "Couldn't assign value to 'words' of type vector because the input not a collection."},
-      {"no map", R"({"byName":[]})", Format(notAStructure, "byName", "map")},
-      {"empty entry of a map", R"({"byName":{"k":null}})", "A value for 'byName' is required."},
-      {"registration order decides", R"({"flag":5,"part":7})",
-       Format(notAStructure, "part", "Part")},
-      {"shared item", R"({"shared":{"k":true}})", Format(notAStructure, "shared", "Part")},
-  };
-  for (const auto& c : cases) {
-    Whole whole;
-    EXPECT_EQ(FailureOf(c.json, &whole), c.failure) << c.why;
-  }
 }
 
 TEST(AssignStructure, UnregisteredTypesAreRefused) {

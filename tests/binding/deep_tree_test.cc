@@ -1,8 +1,6 @@
 // A million nested values on a stack of 256 KiB: no walk of a tree may recurse.
-#include "binding/msgpack/msgpack_reader.h"
-#include "binding/msgpack/msgpack_writer.h"
 #include "binding/tree/binding_property.h"
-#include "tests/binding/binding_samples.h"
+#include "tests/binding/tree_text.h"
 #include "tests/support/small_stack.h"
 
 namespace Kest {
@@ -19,18 +17,6 @@ struct Format {
   std::string open, innermost, close;
   const char* unclosed;  // why the opening half alone is refused
 };
-
-BindingProperty ReadPacked(ConversionContext& context, std::string_view text) {
-  size_t consumed = 0;
-  return ReadMessagePack(context, {reinterpret_cast<const uint8_t*>(text.data()), text.size()},
-                         &consumed);
-}
-
-void WritePacked(ConversionContext& context, const BindingProperty& tree, std::string* out) {
-  MessagePackWriter writer(out);
-  CheckWritten(context, WriteTree(tree, writer), writer);
-  writer.Finish(context);
-}
 
 BindingProperty ReadText(ConversionContext& context, std::string_view text) {
   return ReadJson(context, text);

@@ -19,7 +19,6 @@
 namespace Kest::Client::Loot {
 
 using Testing::FakeHost;
-using Testing::FakeRequest;
 using Testing::FakeResponse;
 using Testing::ServiceReply;
 
@@ -45,6 +44,8 @@ class CallsTest : public ::testing::Test {
     proxy_.Finalise();
     host_.RunTask([this] { services_.CancelAll(); });
   }
+
+  std::vector<std::string> Requests() const { return host_.Printed({Testing::Action::kRequest}); }
 
   LogCapture log_;
   EntryGate gate_;

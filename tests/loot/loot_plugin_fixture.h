@@ -46,6 +46,7 @@ class LootPluginTest : public ::testing::Test {
 
   LootPluginTest() {
     host_.OnService("loot", kRetrieve, [this](const std::string&) {
+      retrieved_ = true;
       return ServiceReply{
           R"({"lootItemList":{"lastUpdate":)" + std::to_string(itemsVersion_) + R"(,"lootItems":)" +
               definitions_ + R"(},"recipeList":{"lastUpdate":)" +
@@ -67,42 +68,12 @@ class LootPluginTest : public ::testing::Test {
     host_.Load(+[](KestHandshakeBlock* block) { Handshake(block, "tav-loot", kFactory); });
     ASSERT_TRUE(host_.Start());
   }
-  void Set(const std::string& path, const std::string& json) {
-    host_.SetResource(path, json);
-    host_.RunUntilIdle();
-  }
   void Config(const std::string& name, const std::string& json) {
-    Set("/tav-platform-config/v1/namespaces/LootConfig/" + name, json);
+    host_.SetResource("/tav-platform-config/v1/namespaces/LootConfig/" + name, json);
   }
   void Enable() {
     Config("Enabled", "true");
     Config("PxhEnabled", "true");
-  }
-  void Remove(const std::string& path) {
-    host_.RemoveResource(path);
-    host_.RunUntilIdle();
-  }
-  void Login(uint64_t summonerId) {
-    host_.Login(summonerId);
-    host_.RunUntilIdle();
-  }
-  void Logout() { Remove("/tav-login/v1/session"); }
-  // Starts, enables, and reads the loot for the first time; what that published is forgotten.
-  void StartWithLoot(const std::string& playerLoot) {
-    playerLoot_ = playerLoot;
-    StartPlugin();
-    Enable();
-    ASSERT_EQ(host_.Get(kLootMap).status, 200);
-    host_.RunUntilIdle();
-    host_.ForgetPublished();
-  }
-  size_t Retrievals() const { return host_.ServiceCalls("loot", kRetrieve).size(); }
-  // The item as the plugin returns it; empty with the count -1 when it is not there.
-  Api::PlayerLoot Item(const std::string& lootId) {
-    const FakeHost::Reply reply = host_.Get("/tav-loot/v1/player-loot/" + lootId);
-    Api::PlayerLoot item;
-    item.count = -1;
-    return reply.status == 200 ? Parse<Api::PlayerLoot>(reply.body) : item;
   }
 
   // A platform message of the one type that the plugin follows.
@@ -113,19 +84,6 @@ class LootPluginTest : public ::testing::Test {
                                                       bodyJson + "}");
     host_.RunUntilIdle();
   }
-  // The lines of level 1 and 2 since the last call, as "1 text" and "2 text".
-  std::vector<std::string> NewTroubles() {
-    std::vector<std::string> troubles;
-    const std::vector<Testing::LoggedLine> lines = host_.Lines();
-    for (; linesSeen_ < lines.size(); ++linesSeen_) {
-      const auto& [level, text] = lines[linesSeen_];
-      if (level != 1 && level != 2) continue;
-      const size_t begin = text.find("| | ") + 4;  // after the clock, the level and no group
-      troubles.push_back(std::to_string(level) + " " + text.substr(begin));
-    }
-    return troubles;
-  }
-
   void RespondToGet(const std::string& path, const std::string& json, bool held = false) {
     host_.OnRequest("GET", path, {200, json, "", "application/json", held});
   }
@@ -136,8 +94,8 @@ class LootPluginTest : public ::testing::Test {
   std::string queries_ = "{}";
   std::string playerLoot_ = "[]";
   int64_t itemsVersion_ = 7;  // the recipes' and the query results' are one and two more
-  size_t linesSeen_ = 0;
   std::string retrievalError_;
+  bool retrieved_ = false;
   ServiceReply result_{R"({"status":"OK"})", ""};  // of craft, redeem and the new-player chest
 };
 

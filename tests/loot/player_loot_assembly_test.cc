@@ -81,8 +81,6 @@ PlayerLoot ReadItem(const std::string& text) {
   return item;
 }
 
-constexpr const char* kUntouched = "- - - - F F77 S";
-
 TEST(CollectionStatusTest, EachTypeFollowsItsCollection) {
   Collections collections;
   // Champions 1 to 4 are owned, rented, free and not owned; champion 5 has no base skin, nor has
@@ -120,27 +118,21 @@ TEST(CollectionStatusTest, EachTypeFollowsItsCollection) {
 }
 
 TEST(OwnershipRules, RedeemedItemsOfOwnableTypesAreMarked) {
-  const std::pair<const char*, const char*> kCases[] = {
-      {"CHAMPION_RENTAL", "- - - - R F77 o"}, {"SKIN", "- - - - O F77 O"},
-      {"CHROMA", "- - - - R F77 o"},          {"TOURNAMENTLOGO", "- - - - O F77 O"},
-      {"EMOTE_RENTAL", kUntouched},           {"BOOST", kUntouched}};
-  for (const auto& [type, status] : kCases) {
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/redeemed_types.txt", [](auto type) {
     PlayerLoot item = OldItem(type, 1);
     MarkRedeemed(&item);
-    EXPECT_EQ(StatusText(item), status) << type;
-  }
+    return StatusText(item);
+  }));
 }
 
 TEST(OwnershipRules, TokensNeedTheirChampionInDigits) {
-  SVDS::LootItemClientDTO chest, token;
-  chest.type = "CHEST";
-  token.type = "CHAMPION_TOKEN";
+  SVDS::LootItemClientDTO definition;
   EXPECT_FALSE(IsValidRecord({"a", "1", 1, 0}, nullptr));
-  for (const char* refId : {"", "odd"}) EXPECT_TRUE(IsValidRecord({"a", refId, 1, 0}, &chest));
-  EXPECT_TRUE(IsValidRecord({"a", "103", 1, 0}, &token));
-  for (const char* refId : {"", "10 3", "-3"}) {
-    EXPECT_FALSE(IsValidRecord({"a", refId, 1, 0}, &token)) << refId;
-  }
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/valid_records.txt", [&](auto input) {
+    const size_t space = input.find(' ');
+    definition.type = input.substr(0, space);
+    return IsValidRecord({"a", input.substr(space + 1), 1, 0}, &definition) ? "valid" : "invalid";
+  }));
 }
 
 class CreateTest : public ::testing::Test {

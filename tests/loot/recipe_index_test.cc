@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <sstream>
 
 #include "loot/model/loot_definitions.h"
@@ -75,49 +74,40 @@ class RecipeIndexTest : public ::testing::Test {
   LootDefinitions definitions_;
 };
 
-TEST_F(RecipeIndexTest, FindsRecipesByNameAndIdInOrder) {
+TEST_F(RecipeIndexTest, FindsRecipesAndOffersByNameAndId) {
   const RecipeIndex& index = Index(
       "upgrade UPGRADE 2:shards 1:CURRENCY_champion\n"
       "open OPEN 1:CHEST_a\n"
       "reroll REROLL 1:shards 2:one 3:shards\n"
       "lost OPEN 1:CHEST_unknown 2:none\n"
       "tie X 7:one 7:CHEST_a\n"
-      "bare X");
-  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/first_ingredients.txt", [&](auto input) {
-    const size_t space = std::min(input.find(' '), input.size());
-    const std::string names =
-        TakingFirst(input.substr(0, space), input.substr(std::min(space + 1, input.size())));
-    return names.empty() ? "none" : names.substr(0, names.size() - 1);
-  }));
-  const IndexedSlot& first = index.recipes().at(0).slots.at(0);
-  EXPECT_EQ(first.slot->slotNumber, 1);
-  EXPECT_THAT(*first.lootNames, ElementsAre("CURRENCY_champion"));
-  EXPECT_THAT(*index.recipes().at(3).slots.at(1).lootNames, IsEmpty());
-}
-
-TEST_F(RecipeIndexTest, OffersTheBestDisenchantAndTheLastUpgrade) {
-  const RecipeIndex& index = Index(
+      "bare X\n"
       "several DISENCHANT 1:one ESSENCE_low=2 ESSENCE_high=900\n"
       "best DISENCHANT 1:none 2:shards ESSENCE=10*2\n"
+      "same DISENCHANT 1:shards ESSENCE_same=20\n"
       "equal DISENCHANT 1:one ESSENCE_late=20\n"
       "forge FORGE 1:shards ESSENCE_forged=500\n"
       "empty DISENCHANT 1:shards\n"
       "up UPGRADE 1:shards 2:CURRENCY_champion*30\n"
       "dear UPGRADE 3:essences*70 1:one 2:essences\n"
       "free UPGRADE 1:one");
-  const auto best = index.FindDisenchant("SHARD_2", "SHARD_2");
-  ASSERT_TRUE(best);
-  EXPECT_EQ(best->lootName, "ESSENCE") << "the first of the largest first outputs";
-  EXPECT_EQ(best->quantity, 20);
-  EXPECT_EQ(index.FindUpgrade("SHARD_1", "SHARD_1")->quantity, 30);
-  const auto last = index.FindUpgrade("SHARD_2", "SHARD_2");
-  ASSERT_TRUE(last);
-  EXPECT_EQ(last->currencyId, "CURRENCY_cosmetic") << "the last id of the highest slot";
-  EXPECT_EQ(last->quantity, 70);
-  EXPECT_TRUE(index.FindDisenchant("TOKEN", "TOKEN-42")) << "by id";
-  EXPECT_TRUE(index.FindDisenchant("SHARD_1", "SHARD_1-9")) << "by name";
-  EXPECT_FALSE(index.FindDisenchant("TOKEN", "TOKEN-43"));
-  EXPECT_FALSE(index.FindUpgrade("CHEST_a", "CHEST_a"));
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/recipes_of_items.txt", [&](auto input) {
+    std::istringstream words(input);
+    std::string name, id;
+    words >> name >> id;
+    std::string outcome = "first in " + TakingFirst(name, id);
+    if (const auto offer = index.FindDisenchant(name, id)) {
+      outcome += "becomes " + std::to_string(offer->quantity) + " " + std::string(offer->lootName);
+    }
+    if (const auto offer = index.FindUpgrade(name, id)) {
+      outcome += " costs " + std::to_string(offer->quantity) + " " + std::string(offer->currencyId);
+    }
+    return outcome;
+  }));
+  const IndexedSlot& first = index.recipes().at(0).slots.at(0);
+  EXPECT_EQ(first.slot->slotNumber, 1);
+  EXPECT_THAT(*first.lootNames, ElementsAre("CURRENCY_champion"));
+  EXPECT_THAT(*index.recipes().at(3).slots.at(1).lootNames, IsEmpty());
 }
 
 TEST_F(RecipeIndexTest, FollowsEveryReplacement) {

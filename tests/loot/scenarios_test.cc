@@ -108,23 +108,24 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
         {"/tav-inventory/v1/inventory/emotes", "[]"}};
     constexpr int kBits[] = {3, 4, 8, 32};
     responded_[which == 3 ? "" : summoner] |= kBits[which];
-    Set(kResponses[which].first, kResponses[which].second);
+    host_.SetResource(kResponses[which].first, kResponses[which].second);
   }
   void LogInOrOut() {
     if (!summoner_.empty()) {
-      Logout();
+      host_.RemoveResource("/tav-login/v1/session");
       summoner_.clear();
       return;
     }
     summoner_ = Draw(2) == 0 ? "7" : "8";
-    Login(summoner_ == "7" ? 7 : 8);
+    host_.Login(std::stoul(summoner_));
   }
   void ChangePhase() {
     constexpr const char* kPhases[] = {"Lobby",     "ChampSelect",  "InProgress",
                                        "EndOfGame", "PreEndOfGame", "None"};
     const int phase = Draw(6);
     allowed_ = phase == 0 || phase == 3 || phase == 5;
-    Set("/tav-gameflow/v1/session", R"({"phase":")" + std::string(kPhases[phase]) + R"("})");
+    host_.SetResource("/tav-gameflow/v1/session",
+                      R"({"phase":")" + std::string(kPhases[phase]) + R"("})");
   }
   void TouchGrants() {
     if (Draw(3) != 0) {
@@ -216,8 +217,7 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
   }
   void Settle() {
     host_.Get(kLootMap);  // the first read retrieves
-    const size_t retrievals = Retrievals();
-    if (retrievals != std::exchange(retrievalsSeen_, retrievals)) {
+    if (std::exchange(retrieved_, false)) {
       held_ = service_;
       flags_ |= 16;
     }
@@ -241,7 +241,6 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
   bool allowed_ = true;
   int64_t nextGrant_ = 0;
   std::vector<int64_t> shown_, queued_;
-  size_t retrievalsSeen_ = 0;
 
   Api::PlayerLootItems known_;
   int64_t version_ = 0;

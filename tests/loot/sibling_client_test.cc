@@ -1,8 +1,10 @@
 #include "client/sibling_client.h"
 
 #include <limits>
+#include <sstream>
 
 #include "tests/loot/calls_fixture.h"
+#include "tests/support/golden.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -44,34 +46,24 @@ TEST_F(SiblingClientTest, ArgumentsTravelInTheQueryOrAsTheBody) {
   ASSERT_TRUE(tokens) << tokens.GetFailure().text;
   EXPECT_EQ(tokens.GetValue().at("TOURNAMENT_LOGO"), "token");
   ASSERT_TRUE(Ask<Nothing>(HttpMethod::kPost, TestRecord{"x", 1.5}, Query("force", true)));
-  const std::vector<FakeRequest>& requests = host_.Requests();
-  EXPECT_EQ(requests[0].url,
-            "/tav-x/v1/thing?inventoryTypes=%5B%22TOURNAMENT_LOGO%22%5D&q=a%20b%26%C3%A9&n=-3");
-  EXPECT_EQ(requests[0].body, "");
-  EXPECT_EQ(requests[1].url, "/tav-x/v1/thing?force=true");
-  EXPECT_EQ(requests[1].body, R"({"name":"x","number":1.5})");
+  EXPECT_THAT(Requests(),
+              ElementsAre("request GET /tav-x/v1/thing?inventoryTypes=%5B%22TOURNAMENT_LOGO%22%5D"
+                          "&q=a%20b%26%C3%A9&n=-3",
+                          R"(request POST /tav-x/v1/thing?force=true {"name":"x","number":1.5})"));
 }
 
 TEST_F(SiblingClientTest, EachStepFailsWithItsOwnText) {
-  const std::pair<FakeResponse, const char*> kCases[] = {
-      {{404, "", "gone"}, "404 Error response for GET /tav-x/v1/thing: gone"},
-      {{503, "", ""}, "503 Error response for GET /tav-x/v1/thing: Service Unavailable"},
-      {{200, "[1", ""}, "500 Error converting response for GET /tav-x/v1/thing: Missing a comma"},
-      {{200, R"({"a":1})", ""},
-       "500 Error converting response for GET /tav-x/v1/thing: Couldn't assign value to "
-       "'<result>' of type vector because the input not a collection."},
-      {{204, "", ""}, "500 Error converting response for GET /tav-x/v1/thing: Couldn't"},
-      {{200, "- a", "", "application/x-yaml"},
-       "500 Error reading streamed response for GET /tav-x/v1/thing: Unsupported body content "
-       "type"},
-  };
-  for (const auto& [response, text] : kCases) {
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/responses.txt", [this](auto input) {
+    std::istringstream lines(input);
+    std::string status;
+    FakeResponse response;
+    std::getline(std::getline(lines, status), response.contentType);
+    std::getline(std::getline(lines, response.message), response.body);
+    response.status = std::stoi(status);
     host_.OnRequest("GET", kUrl, response);
-    const Maybe<Names> result = Ask<Names>(HttpMethod::kGet, Query("q", 1));
-    ASSERT_FALSE(result) << text;
-    EXPECT_THAT(std::to_string(result.GetFailure().status) + " " + result.GetFailure().text,
-                StartsWith(text));
-  }
+    const Failure failure = Ask<Names>(HttpMethod::kGet, Query("q", 1)).GetFailure();
+    return std::to_string(failure.status) + " " + failure.text;
+  }));
   host_.OnRequest("GET", kUrl, FakeResponse{200, "", "", "", true});
   std::string text;
   host_.RunTask([&] { text = client_.Request<Nothing>(HttpMethod::kGet, kUrl).GetFailure().text; });
@@ -89,7 +81,7 @@ TEST_F(SiblingClientTest, AnArgumentThatDoesNotConvertSendsNothing) {
                 StartsWith("Request not sent: Error converting parameters for PUT "
                            "/tav-x/v1/thing: "));
   }
-  EXPECT_THAT(host_.Requests(), IsEmpty());
+  EXPECT_THAT(Requests(), IsEmpty());
 }
 
 TEST_F(SiblingClientTest, EventsAreConvertedOrDroppedAndADeleteHasNoValue) {
@@ -150,14 +142,10 @@ TEST_F(SiblingClientTest, APatternFollowsWhatItMatchesThroughTheEventOfAllResour
 }
 
 TEST(MatchesPattern, AStarTakesAnyCharactersAndBacktracks) {
-  using Pairs = std::vector<std::pair<const char*, const char*>>;
-  for (const auto& [pattern, text] :
-       Pairs{{"a*", "a"}, {"*", ""}, {"a*b*c", "aXbXbc"}, {"*aab", "aaaab"}, {"a**b", "ab"}}) {
-    EXPECT_TRUE(MatchesPattern(pattern, text)) << text;
-  }
-  for (const auto& [pattern, text] : Pairs{{"a*", "ba"}, {"a*bc", "abcbd"}, {"ab", "abc"}}) {
-    EXPECT_FALSE(MatchesPattern(pattern, text)) << text;
-  }
+  EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/patterns.txt", [](const std::string& input) {
+    const size_t space = input.find(' ');
+    return MatchesPattern(input.substr(0, space), input.substr(space + 1)) ? "matches" : "differs";
+  }));
   EXPECT_FALSE(MatchesPattern("*a*a*a*a*b", std::string(100'000, 'a')));  // comes back at once
 }
 
@@ -167,10 +155,9 @@ TEST_F(SiblingClientTest, PublishesWhatConvertsAndLogsWhatDoesNot) {
     client_.PublishDelete("/tav-loot/v1/x");
     client_.Publish("/tav-loot/v1/y", ResourceEventType::kCreate, UnregisteredRecord{});
   });
-  using Event = Testing::PublishedEvent;
-  EXPECT_THAT(host_.PublishedEvents(),
-              ElementsAre(Event{"/tav-loot/v1/x", "Update", R"({"name":"n","number":2.0})"},
-                          Event{"/tav-loot/v1/x", "Delete", ""}));
+  EXPECT_THAT(host_.Printed({Testing::Action::kPublish}),
+              ElementsAre(R"(publish Update /tav-loot/v1/x {"name":"n","number":2.0})",
+                          "publish Delete /tav-loot/v1/x"));
   EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| vwm-be-test: Couldn't convert resource "
                                         "Kest::Client::Loot::UnregisteredRecord for event uri "
                                         "\"/tav-loot/v1/y\""));

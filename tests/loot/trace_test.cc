@@ -106,7 +106,7 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
       {"enable", [this](Words&) { Enable(); }},
       {"set", [this](Words& words) { SetTo(Word(words), words); }},
       {"config", [this](Words& words) { SetTo(std::string(kConfig) + Word(words), words); }},
-      {"remove", [this](Words& words) { Remove(Word(words)); }},
+      {"remove", [this](Words& words) { host_.RemoveResource(Word(words)); }},
       {"session",
        [this](Words& words) {
          const std::string state = Word(words);
@@ -153,7 +153,7 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
     for (int i = 0; i < count; ++i) host_.StartRequest("GET", url);
     host_.RunUntilIdle();
   }
-  void SetTo(const std::string& path, Words& words) { Set(path, Rest(words)); }
+  void SetTo(const std::string& path, Words& words) { host_.SetResource(path, Rest(words)); }
   void Respond(Words& words, bool held) {
     const std::string path = Word(words);
     RespondToGet(path, Rest(words), held);
@@ -251,7 +251,8 @@ INSTANTIATE_TEST_SUITE_P(Files, TraceTest,
                                            "gameflow", "held_tasks", "items", "login",
                                            "login_messages", "mastery_messages", "new_player_chest",
                                            "readers", "recipe_views", "retrieval", "settings",
-                                           "start", "stop", "transactions", "watched_views"),
+                                           "start", "stop", "tournament_logos", "transactions",
+                                           "watched_views"),
                          [](const auto& param) { return std::string(param.param); });
 
 }  // namespace

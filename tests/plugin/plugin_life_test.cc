@@ -13,8 +13,11 @@
 namespace Kest::Testing {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 class PluginLifeTest : public ::testing::Test {
  protected:
@@ -50,9 +53,11 @@ TEST_F(PluginLifeTest, StartIdentifiesThePluginAndSendsTheProcesssLogToOneHost) 
   second.Load(&ScriptedPlugin::Handshake);
   ASSERT_TRUE(second.Start());
   LogError("one line");
-  EXPECT_EQ(host_.CountLines("|  ERROR| | one line"), 1u);
-  EXPECT_EQ(host_.Lines().back().level, 2);
-  EXPECT_THAT(second.Lines(), IsEmpty());
+  const std::vector<Action> lines = host_.Actions({Action::kLog});
+  EXPECT_THAT(lines.back().name, HasSubstr("|  ERROR| | one line"));
+  EXPECT_EQ(lines.back().level, 2);
+  EXPECT_THAT(lines[lines.size() - 2].name, Not(HasSubstr("one line")));
+  EXPECT_THAT(second.Actions({Action::kLog}), IsEmpty());
   host_.Stop();
   EXPECT_EQ(Logger::Instance().FindTarget("PluginLogTarget"), nullptr);
   EXPECT_EQ(ScriptedPlugin::script.alive, 1) << "the second one lives on";
@@ -71,7 +76,7 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   EXPECT_FALSE(block.callbacks->start(block.context, nullptr));
   EXPECT_FALSE(block.callbacks->start(block.context, &old)) << "the table lacks an entry";
   EXPECT_FALSE(host_.Start()) << "an exception in Initialise";
-  EXPECT_TRUE(host_.HasLine("Start: Out of memory"));
+  EXPECT_THAT(host_.Printed({Action::kLog}), Contains(HasSubstr("Start: Out of memory")));
   EXPECT_FALSE(host_.Start());
   EXPECT_EQ(ScriptedPlugin::script.alive, 1);
   host_.Stop();

@@ -24,13 +24,6 @@ struct PublishedEvent {
   std::string path;
   std::string type;  // "Create", "Update" or "Delete"
   std::string json;
-
-  friend bool operator==(const PublishedEvent&, const PublishedEvent&) = default;
-};
-
-struct LoggedLine {
-  int32_t level = 0;
-  std::string text;
 };
 
 // One thing that happened; `name` and `detail` by kind.
@@ -64,15 +57,8 @@ class ActionLog {
   // Those of the given kinds, or all.
   std::vector<Action> Actions(std::initializer_list<Action::Kind> kinds = {}) const;
   std::vector<std::string> Printed(std::initializer_list<Action::Kind> kinds) const;
-  std::vector<PublishedEvent> PublishedEvents() const;              // since ForgetPublished
-  std::vector<std::string> Published(std::string_view path) const;  // JSON, "" for a Delete
+  std::vector<PublishedEvent> PublishedEvents() const;  // since ForgetPublished
   void ForgetPublished();
-  std::vector<FakeRequest> Requests() const;
-  // Posted bodies of the calls of one service method, in order.
-  std::vector<std::string> ServiceCalls(std::string_view service, std::string_view method) const;
-  std::vector<LoggedLine> Lines() const;
-  bool HasLine(std::string_view part) const { return CountLines(part) != 0; }
-  size_t CountLines(std::string_view part) const;
 
  protected:
   ~ActionLog() = default;

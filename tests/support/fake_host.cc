@@ -142,13 +142,8 @@ void FakeHost::RunHeldTasks() {
 
 // ---- Requests of the plugin ---------------------------------------------------------------------
 
-void FakeHost::OnRequest(std::string_view method, std::string_view path, RequestHandler handler) {
-  handlers_[{std::string(method), std::string(path)}] = std::move(handler);
-}
-
 void FakeHost::OnRequest(std::string_view method, std::string_view path, FakeResponse response) {
-  OnRequest(method, path,
-            [response = std::move(response)](const FakeRequest&) { return response; });
+  responses_[{std::string(method), std::string(path)}] = std::move(response);
 }
 
 void FakeHost::OnService(std::string_view service, std::string_view method,
@@ -176,8 +171,8 @@ bool FakeHost::OnHostRequest(const KestRequest& request, KestCompletion completi
 }
 
 FakeResponse FakeHost::ResponseTo(const FakeRequest& request, const std::string& path) {
-  const auto handler = handlers_.find({request.method, path});
-  if (handler != handlers_.end()) return handler->second(request);
+  const auto response = responses_.find({request.method, path});
+  if (response != responses_.end()) return response->second;
   if (path == kInvokePath || path == kUuidPath || path == kMethodPath) {
     return RespondToServiceCall(request, path);
   }

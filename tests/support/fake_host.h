@@ -14,9 +14,10 @@
 //   host.Load(&load_tav_loot);
 //   host.Start();
 //   EXPECT_EQ(host.Get("/tav-loot/v1/enabled").body, "true");
-//   EXPECT_THAT(host.Published("/tav-loot/v1/ready"), ElementsAre("true"));
+//   EXPECT_THAT(host.Printed({Action::kPublish}), Contains("publish Update /tav-loot/v1/ready
+//   true"));
 //
-// Threads: the test's thread only; handlers given to OnRequest and OnService run on a task.
+// Threads: the test's thread only; handlers given to OnService run on a task.
 #pragma once
 
 #include <atomic>
@@ -72,9 +73,7 @@ class FakeHost : public ActionLog {
   const KestHostServices* Services() const { return &table_; }
 
   // ---- What exists around the plugin ------------------------------------------------------------
-  using RequestHandler = std::function<FakeResponse(const FakeRequest&)>;
   // The response to (method, path); the path is without the query. Unknown ones get a 404.
-  void OnRequest(std::string_view method, std::string_view path, RequestHandler handler);
   void OnRequest(std::string_view method, std::string_view path, FakeResponse response);
   // A method of a platform service, whichever of the three endpoints it is called through. `call`
   // is the posted body: {"serviceName","methodName","args",...}. Unknown ones never respond.
@@ -163,7 +162,7 @@ class FakeHost : public ActionLog {
   std::atomic<bool> holdTasks_ = false;
   uint64_t nextUuid_ = 0;
   uint64_t nextSubscription_ = 0;
-  std::map<Name, RequestHandler> handlers_;
+  std::map<Name, FakeResponse> responses_;
   std::map<Name, ServiceHandler> services_;
   std::map<std::string, std::string, std::less<>> resources_;
   std::vector<Held> held_;
