@@ -29,7 +29,7 @@ ControlResult SignIn(Platform& platform, const ControlCall& call) {
   ids.accountId = fields.UnsignedOr("accountId", platform.data.player.accountId);
   if (!fields.Finish()) return fields.failure();
   platform.session.SignIn(ids);
-  return Json({{"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
+  return fields.Values();
 }
 
 ControlResult SignOut(Platform& platform, const ControlCall&) {
@@ -43,7 +43,7 @@ ControlResult SetSummoner(Platform& platform, const ControlCall& call) {
   const int64_t level = fields.Integer("summonerLevel", 0, kMax32);
   if (!fields.Finish()) return fields.failure();
   platform.session.SetSummonerLevel(level);
-  return Json({{"summonerLevel", level}});
+  return fields.Values();
 }
 
 ControlResult SetGameflow(Platform& platform, const ControlCall& call) {

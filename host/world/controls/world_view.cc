@@ -23,28 +23,6 @@ Json CollectionsJson(const PlatformCollections& collections) {
   return tables;
 }
 
-Json ConfigurationJson(const PlatformSession& session) {
-  Json values = Json::object();
-  for (const auto& [name, value] : session.configuration()) values.push_back({name, value});
-  return values;
-}
-
-Json AcknowledgementsJson(const PlatformServiceProxy& proxy) {
-  Json list = Json::array();
-  for (const auto& acknowledgement : proxy.acknowledgements()) {
-    list.push_back(Json{{"accountId", acknowledgement.accountId},
-                        {"msgId", acknowledgement.msgId},
-                        {"command", acknowledgement.command}});
-  }
-  return list;
-}
-
-Json CallCountsJson(const PlatformServiceProxy& proxy) {
-  Json counts = Json::object();
-  for (const auto& [call, count] : proxy.callCounts()) counts.push_back({call, count});
-  return counts;
-}
-
 Json OutstandingJson(PlatformServiceProxy& proxy) {
   const int64_t now = MonotonicMilliseconds();
   Json list = Json::array();
@@ -70,14 +48,14 @@ Json WorldStateJson(Platform& platform) {
               {"session", SessionJson(platform.session)},
               {"summonerLevel", platform.session.summonerLevel()},
               {"phase", phase ? Json(*phase) : Json()},
-              {"configuration", ConfigurationJson(platform.session)},
+              {"configuration", platform.session.configuration()},
               {"inventory", InventoryJson(platform.inventory)},
               {"collections", CollectionsJson(platform.collections)},
               {"newPlayerChestGranted", platform.loot.newPlayerChestGranted()},
               {"loginMessages", LoginMessagesJson(platform.session)},
               {"messages", std::move(messages)},
-              {"acknowledgements", AcknowledgementsJson(platform.proxy)},
-              {"serviceCalls", CallCountsJson(platform.proxy)},
+              {"acknowledgements", platform.proxy.acknowledgements()},
+              {"serviceCalls", platform.proxy.callCounts()},
               {"outstanding", OutstandingJson(platform.proxy)}};
 }
 

@@ -17,32 +17,24 @@
 
 namespace Kest::Host {
 
+// Here and below: `record` is the whole as the service returns it.
 struct LootDefinition {
   std::string lootName;
-  std::string asset;
   std::string type;
-  std::string rarity;
-  int64_t value = 0;
   int64_t storeItemId = -1;
-  std::string upgradeLootName;
   int64_t expiryTime = -1;
-  std::string tags;
-  std::string displayCategories;
-  int64_t rentalSeconds = 0;
-  int64_t rentalGames = 0;
+  Json record;
 };
 
 struct PlatformRecipeSlot {
   int64_t slotNumber = 0;
-  std::string query;
-  std::string quantityExpression;
   int64_t quantity = 1;
   std::unordered_set<std::string> accepted;  // loot names and loot ids
+  Json record;
 };
 
 struct PlatformRecipeOutput {
   std::string lootName;  // a definition or an odds table
-  std::string quantityExpression;
   int64_t quantity = 1;
   double probability = 1;
   bool allowDuplicates = true;
@@ -50,12 +42,9 @@ struct PlatformRecipeOutput {
 
 struct PlatformRecipe {
   std::string recipeName;
-  std::string type;
-  std::string displayCategories;
-  std::string crafterName;
   std::vector<PlatformRecipeSlot> slots;  // by rising slot number
   std::vector<PlatformRecipeOutput> outputs;
-  Json metadata;
+  Json record;
 };
 
 struct OddsEntry {

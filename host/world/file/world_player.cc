@@ -29,36 +29,31 @@ void ReadItem(FieldReader& fields, WorldData& data) {
 }
 
 // A text that must be one of `words`; the first is the default.
-std::string WordOr(FieldReader& fields, std::string_view name,
-                   std::initializer_list<std::string_view> words) {
-  std::string word = fields.StringOr(name, *words.begin());
+void ReadWord(FieldReader& fields, std::string_view name,
+              std::initializer_list<std::string_view> words) {
+  const std::string word = fields.StringOr(name, *words.begin());
   if (std::find(words.begin(), words.end(), word) == words.end()) {
     std::string text = JsonString(word) + " is none of";
     for (const std::string_view known : words) text.append(" ").append(JsonString(known));
     fields.FailAt(name, text);
   }
-  return word;
 }
 
-// A list of game-data records: texts by name, then the other members.
+// A list of game-data records as they are published: texts by name, then the other members.
 Json ReadRecords(FieldReader& file, std::string_view list,
                  const std::vector<std::string_view>& texts, bool isItem) {
   Json records = Json::array();
   file.ForEach(list, [&](FieldReader& fields) {
-    Json record = {{"id", fields.String("id")}};
-    for (const std::string_view text : texts) {
-      record.push_back({std::string(text), fields.StringOr(text, "")});
-    }
+    fields.String("id");
+    for (const std::string_view text : texts) fields.StringOr(text, "");
     if (isItem) {
-      record.push_back({"mappedStoreId", fields.IntegerOr("mappedStoreId", -1, kMin32, kMax32)});
-      record.push_back({"lifetimeMax", fields.IntegerOr("lifetimeMax", 0, kMin32, kMax32)});
-      record.push_back({"autoRedeem", fields.BoolOr("autoRedeem", false)});
-      record.push_back({"rarity", WordOr(fields, "rarity",
-                                         {"Default", "Epic", "Legendary", "Mythic", "Ultimate"})});
-      record.push_back({"type", WordOr(fields, "type",
-                                       {"Material", "Chest", "Currency", "Skin", "Skin_Rental"})});
+      fields.IntegerOr("mappedStoreId", -1, kMin32, kMax32);
+      fields.IntegerOr("lifetimeMax", 0, kMin32, kMax32);
+      fields.BoolOr("autoRedeem", false);
+      ReadWord(fields, "rarity", {"Default", "Epic", "Legendary", "Mythic", "Ultimate"});
+      ReadWord(fields, "type", {"Material", "Chest", "Currency", "Skin", "Skin_Rental"});
     }
-    records.push_back(std::move(record));
+    records.push_back(fields.Values());
   });
   return records;
 }
@@ -94,12 +89,11 @@ void ReadService(FieldReader& world, WorldData& data) {
   data.versions.queries = versions.IntegerOr("queries", 1, 1, FieldReader::kMax64);
   versions.Finish();
   FieldReader client(service.ObjectOr("clientConfiguration"), service);
-  Json configuration = Json::object();
   for (const char* list : {"lootItemsUsingBreakoutRecipeMenu", "lootMaterialsToAlwaysRender",
                            "currenciesUsingCapWallets"}) {
-    configuration.push_back({list, client.StringsOr(list)});
+    client.StringsOr(list);
   }
-  data.clientConfiguration = std::move(configuration);
+  data.clientConfiguration = client.Values();
   client.Finish();
   service.Finish();
 }

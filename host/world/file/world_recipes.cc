@@ -13,20 +13,22 @@ constexpr int64_t kMin32 = FieldReader::kMin32;
 constexpr int64_t kMax32 = FieldReader::kMax32;
 constexpr int64_t kMax64 = FieldReader::kMax64;
 
+// Asks for the members in the order of the service's record.
 LootDefinition ReadDefinition(FieldReader& fields) {
   LootDefinition definition;
   definition.lootName = fields.String("lootName");
-  definition.asset = fields.StringOr("asset", "");
+  fields.StringOr("asset", "");
   definition.type = fields.String("type");
-  definition.rarity = fields.StringOr("rarity", "DEFAULT");
-  definition.value = fields.IntegerOr("value", 0, kMin32, kMax32);
+  fields.StringOr("rarity", "DEFAULT");
+  fields.IntegerOr("value", 0, kMin32, kMax32);
   definition.storeItemId = fields.IntegerOr("storeItemId", -1, -1, kMax32);
-  definition.upgradeLootName = fields.StringOr("upgradeLootName", "");
+  fields.StringOr("upgradeLootName", "");
   definition.expiryTime = fields.IntegerOr("expiryTime", -1, -1, kMax64);
-  definition.tags = fields.StringOr("tags", "");
-  definition.displayCategories = fields.StringOr("displayCategories", "");
-  definition.rentalSeconds = fields.IntegerOr("rentalSeconds", 0, 0, kMax64);
-  definition.rentalGames = fields.IntegerOr("rentalGames", 0, 0, kMax32);
+  fields.StringOr("tags", "");
+  fields.StringOr("displayCategories", "");
+  fields.IntegerOr("rentalSeconds", 0, 0, kMax64);
+  fields.IntegerOr("rentalGames", 0, 0, kMax32);
+  definition.record = fields.Values();
   return definition;
 }
 
@@ -51,8 +53,8 @@ bool IsLoot(const WorldData& data, const std::string& text) {
          (dash == std::string::npos || IsLootRefId(std::string_view(text).substr(dash + 1)));
 }
 
-int64_t ReadQuantity(FieldReader& fields, std::string& expression) {
-  expression = fields.StringOr("quantityExpression", "1");
+int64_t ReadQuantity(FieldReader& fields) {
+  const std::string expression = fields.StringOr("quantityExpression", "1");
   const auto quantity = EvaluateQuantity(expression);
   if (quantity && *quantity >= 1 && *quantity <= kMax32) return *quantity;
   fields.FailAt("quantityExpression", "quantity " + JsonString(expression) +
@@ -61,31 +63,34 @@ int64_t ReadQuantity(FieldReader& fields, std::string& expression) {
   return 1;
 }
 
-// The names that a query stands for: its entry, or the definition of that name.
-void ResolveQuery(FieldReader& fields, const WorldData& data, PlatformRecipeSlot& slot) {
-  if (const auto query = data.queries.find(slot.query); query != data.queries.end()) {
+// The names that a slot's query stands for: its entry, or the definition of that name.
+std::unordered_set<std::string> ReadQuery(FieldReader& fields, const WorldData& data) {
+  std::unordered_set<std::string> names;
+  const std::string name = fields.String("query");
+  if (const auto query = data.queries.find(name); query != data.queries.end()) {
     // Iterating over a single string gives that string.
-    for (const Json& name : *query) slot.accepted.insert(name.get<std::string>());
-  } else if (data.FindDefinition(slot.query) != nullptr) {
-    slot.accepted.insert(slot.query);
+    for (const Json& accepted : *query) names.insert(accepted.get<std::string>());
+  } else if (data.FindDefinition(name) != nullptr) {
+    names.insert(name);
   } else {
-    fields.FailAt("query", JsonString(slot.query) + " is neither a query nor a loot name");
+    fields.FailAt("query", JsonString(name) + " is neither a query nor a loot name");
   }
+  return names;
 }
 
 PlatformRecipeSlot ReadSlot(FieldReader& fields, const WorldData& data) {
   PlatformRecipeSlot slot;
   slot.slotNumber = fields.Integer("slotNumber", 0, kMax32);
-  slot.query = fields.String("query");
-  slot.quantity = ReadQuantity(fields, slot.quantityExpression);
-  ResolveQuery(fields, data, slot);
+  slot.accepted = ReadQuery(fields, data);
+  slot.quantity = ReadQuantity(fields);
+  slot.record = fields.Values();
   return slot;
 }
 
 PlatformRecipeOutput ReadOutput(FieldReader& fields, const WorldData& data) {
   PlatformRecipeOutput output;
   output.lootName = fields.String("lootName");
-  output.quantity = ReadQuantity(fields, output.quantityExpression);
+  output.quantity = ReadQuantity(fields);
   output.probability = fields.NumberOr("probability", 1, 0, 1);
   output.allowDuplicates = fields.BoolOr("allowDuplicates", true);
   if (data.FindDefinition(output.lootName) == nullptr && !data.odds.contains(output.lootName)) {
@@ -126,14 +131,18 @@ Json ReadMetadata(FieldReader& recipe) {
 
 PlatformRecipe ReadRecipe(FieldReader& fields, const WorldData& data) {
   PlatformRecipe recipe;
+  Json slots = Json::array();
+  Json outputs = Json::array();
   recipe.recipeName = fields.String("recipeName");
-  recipe.type = fields.String("type");
-  recipe.displayCategories = fields.StringOr("displayCategories", "");
-  recipe.crafterName = fields.StringOr("crafterName", "");
+  fields.String("type");
+  fields.StringOr("displayCategories", "");
+  fields.StringOr("crafterName", "");
   fields.ForEach("slots", [&](FieldReader& slot) { recipe.slots.push_back(ReadSlot(slot, data)); });
-  fields.ForEach("outputs",
-                 [&](FieldReader& output) { recipe.outputs.push_back(ReadOutput(output, data)); });
-  recipe.metadata = ReadMetadata(fields);
+  fields.ForEach("outputs", [&](FieldReader& output) {
+    recipe.outputs.push_back(ReadOutput(output, data));
+    outputs.push_back(output.Values());
+  });
+  const Json metadata = ReadMetadata(fields);
   if (recipe.slots.empty()) fields.FailAt("slots", "a recipe needs at least one slot");
   std::sort(recipe.slots.begin(), recipe.slots.end(),
             [](const auto& a, const auto& b) { return a.slotNumber < b.slotNumber; });
@@ -143,6 +152,9 @@ PlatformRecipe ReadRecipe(FieldReader& fields, const WorldData& data) {
   if (twice != recipe.slots.end()) {
     fields.FailAt("slots", "duplicate slot number " + std::to_string(twice->slotNumber));
   }
+  for (PlatformRecipeSlot& slot : recipe.slots) slots.push_back(std::move(slot.record));
+  recipe.record = fields.Values();
+  recipe.record.update({{"slots", slots}, {"outputs", outputs}, {"metadata", metadata}});
   return recipe;
 }
 

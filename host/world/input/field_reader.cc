@@ -27,6 +27,12 @@ FieldReader::FieldReader(const Json& value, const Document& document,
   if (!value.is_object()) Fail("must be an object, found " + Found(value));
 }
 
+template <typename T>
+T FieldReader::Keep(std::string_view name, T value) {
+  values_.emplace(std::string(name), value);
+  return value;
+}
+
 std::string FieldReader::String(std::string_view name) {
   const Json* value = FindRequired(name);
   if (value == nullptr) return "";
@@ -37,50 +43,48 @@ std::string FieldReader::String(std::string_view name) {
 
 std::string FieldReader::StringOr(std::string_view name, std::string_view missing) {
   const Json* value = Find(name);
-  if (value == nullptr) return std::string(missing);
-  if (const auto* text = value->get_ptr<const std::string*>()) return *text;
-  WrongKind(name, *value, "a string");
-  return std::string(missing);
+  const auto* text = value == nullptr ? nullptr : value->get_ptr<const std::string*>();
+  if (value != nullptr && text == nullptr) WrongKind(name, *value, "a string");
+  return Keep(name, text == nullptr ? std::string(missing) : *text);
 }
 
 int64_t FieldReader::Integer(std::string_view name, int64_t lowest, int64_t highest) {
   const Json* value = FindRequired(name);
-  return value == nullptr ? lowest : ToInteger(name, *value, lowest, highest);
+  return Keep(name, value == nullptr ? lowest : ToInteger(name, *value, lowest, highest));
 }
 
 int64_t FieldReader::IntegerOr(std::string_view name, int64_t missing, int64_t lowest,
                                int64_t highest) {
   const Json* value = Find(name);
-  return value == nullptr ? missing : ToInteger(name, *value, lowest, highest);
+  return Keep(name, value == nullptr ? missing : ToInteger(name, *value, lowest, highest));
 }
 
 uint64_t FieldReader::UnsignedOr(std::string_view name, uint64_t missing) {
   const Json* value = Find(name);
-  if (value == nullptr) return missing;
-  if (value->is_number_unsigned()) return value->get<uint64_t>();
-  WrongKind(name, *value, "an integer from 0");
-  return missing;
+  const bool fits = value != nullptr && value->is_number_unsigned();
+  if (value != nullptr && !fits) WrongKind(name, *value, "an integer from 0");
+  return Keep(name, fits ? value->get<uint64_t>() : missing);
 }
 
 double FieldReader::NumberOr(std::string_view name, double missing, double lowest, double highest) {
   const Json* value = Find(name);
-  if (value == nullptr) return missing;
-  if (!value->is_number()) {
+  double number = missing;
+  if (value != nullptr && !value->is_number()) {
     WrongKind(name, *value, "a number");
-    return missing;
+  } else if (value != nullptr) {
+    const auto found = value->get<double>();
+    const bool fits = found >= lowest && found <= highest;
+    if (!fits) OutOfRange(name, *value, lowest, highest);
+    if (fits) number = found;
   }
-  const auto number = value->get<double>();
-  if (number >= lowest && number <= highest) return number;
-  OutOfRange(name, *value, lowest, highest);
-  return missing;
+  return Keep(name, number);
 }
 
 bool FieldReader::BoolOr(std::string_view name, bool missing) {
   const Json* value = Find(name);
-  if (value == nullptr) return missing;
-  if (value->is_boolean()) return value->get<bool>();
-  WrongKind(name, *value, "true or false");
-  return missing;
+  const bool fits = value != nullptr && value->is_boolean();
+  if (value != nullptr && !fits) WrongKind(name, *value, "true or false");
+  return Keep(name, fits ? value->get<bool>() : missing);
 }
 
 std::vector<std::string> FieldReader::StringsOr(std::string_view name) {
@@ -92,7 +96,7 @@ std::vector<std::string> FieldReader::StringsOr(std::string_view name) {
       WrongKind(name, element, "a list of strings");
     }
   }
-  return strings;
+  return Keep(name, std::move(strings));
 }
 
 const Json& FieldReader::ListOr(std::string_view name) {

@@ -42,6 +42,9 @@ class FieldReader {
   const Json& ListOr(std::string_view name);
   // The object; an empty one when it is missing.
   const Json& ObjectOr(std::string_view name);
+  // The strings, numbers, bools and lists of strings asked for so far, in that order, each as it
+  // was returned: defaults are part of it.
+  Json Values() const { return values_; }
   // The member, or null when it is missing. Any kind of value.
   const Json* Find(std::string_view name);
 
@@ -72,6 +75,9 @@ class FieldReader {
   FieldReader(const Json& value, const Document& document, std::optional<Failure>* failure);
 
   const Json* FindRequired(std::string_view name);
+  // Puts a value that is returned among Values.
+  template <typename T>
+  T Keep(std::string_view name, T value);
   int64_t ToInteger(std::string_view name, const Json& value, int64_t lowest, int64_t highest);
   void WrongKind(std::string_view name, const Json& value, std::string_view wanted);
   template <typename T>
@@ -83,6 +89,7 @@ class FieldReader {
   std::optional<Failure> own_;  // of the document's reader
   std::optional<Failure>* failure_;
   std::vector<std::string_view> asked_;
+  Json values_ = Json::object();
 };
 
 }  // namespace Kest::Host

@@ -3,42 +3,12 @@
 namespace Kest::Host {
 namespace {
 
-Json DefinitionJson(const LootDefinition& definition) {
-  return Json{{"lootName", definition.lootName},
-              {"asset", definition.asset},
-              {"type", definition.type},
-              {"rarity", definition.rarity},
-              {"value", definition.value},
-              {"storeItemId", definition.storeItemId},
-              {"upgradeLootName", definition.upgradeLootName},
-              {"expiryTime", definition.expiryTime},
-              {"tags", definition.tags},
-              {"displayCategories", definition.displayCategories},
-              {"rentalSeconds", definition.rentalSeconds},
-              {"rentalGames", definition.rentalGames}};
-}
-
-Json RecipeJson(const PlatformRecipe& recipe) {
-  Json slots = Json::array();
-  for (const PlatformRecipeSlot& slot : recipe.slots) {
-    slots.push_back(Json{{"slotNumber", slot.slotNumber},
-                         {"query", slot.query},
-                         {"quantityExpression", slot.quantityExpression}});
-  }
-  Json outputs = Json::array();
-  for (const PlatformRecipeOutput& output : recipe.outputs) {
-    outputs.push_back(Json{{"lootName", output.lootName},
-                           {"quantityExpression", output.quantityExpression},
-                           {"probability", output.probability},
-                           {"allowDuplicates", output.allowDuplicates}});
-  }
-  return Json{{"recipeName", recipe.recipeName},
-              {"type", recipe.type},
-              {"displayCategories", recipe.displayCategories},
-              {"crafterName", recipe.crafterName},
-              {"slots", std::move(slots)},
-              {"outputs", std::move(outputs)},
-              {"metadata", recipe.metadata}};
+// The records of those definitions or recipes.
+template <typename Items>
+Json RecordsJson(const Items& items) {
+  Json list = Json::array();
+  for (const auto& item : items) list.push_back(item.record);
+  return list;
 }
 
 // One part with its version; its content only when the caller holds another version.
@@ -51,19 +21,9 @@ Json Part(const char* name, Json empty, int64_t version, int64_t known, Make mak
 
 Json PlayerLootDefinitionsJson(const WorldData& data, const Inventory& inventory,
                                const DefinitionVersions& known) {
-  const auto definitions = [&]() -> Json {
-    Json list = Json::array();
-    for (const LootDefinition& definition : data.definitions) {
-      list.push_back(DefinitionJson(definition));
-    }
-    return list;
-  };
-  const auto recipes = [&]() -> Json {
-    Json list = Json::array();
-    for (const PlatformRecipe& recipe : data.recipes) list.push_back(RecipeJson(recipe));
-    return list;
-  };
-  const auto queries = [&]() -> Json { return data.queries; };
+  const auto definitions = [&] { return RecordsJson(data.definitions); };
+  const auto recipes = [&] { return RecordsJson(data.recipes); };
+  const auto queries = [&] { return data.queries; };
   return Json{
       {"lootItemList",
        Part("lootItems", Json::array(), data.versions.lootItems, known.lootItems, definitions)},

@@ -112,16 +112,13 @@ Maybe<Json> PlatformServiceProxy::Acknowledge(const ServiceCall& call) {
   if (call.arguments->size() != 1) return Failure{"expected one dialog message response", 400};
   FieldReader body(call.body);
   FieldReader fields((*call.arguments)[0], body);
-  Acknowledgement acknowledgement;
-  acknowledgement.accountId = fields.UnsignedOr("accountId", 0);
-  acknowledgement.msgId = fields.String("msgId");
-  acknowledgement.command = fields.String("command");
+  fields.UnsignedOr("accountId", 0);
+  const std::string msgId = fields.String("msgId");
+  const std::string command = fields.String("command");
   if (!fields.ok()) return fields.failure();
-  if (acknowledgement.command != "ack") {
-    return Failure{"unknown command " + acknowledgement.command, 400};
-  }
-  session_.Acknowledge(acknowledgement.msgId);
-  acknowledgements_.push_back(std::move(acknowledgement));
+  if (command != "ack") return Failure{"unknown command " + command, 400};
+  session_.Acknowledge(msgId);
+  acknowledgements_.push_back(fields.Values());
   if (acknowledgements_.size() > kMaxAcknowledgements) acknowledgements_.pop_front();
   return Json();
 }

@@ -26,11 +26,6 @@ struct CallOverride {
 
 class PlatformServiceProxy {
  public:
-  struct Acknowledgement {
-    uint64_t accountId = 0;
-    std::string msgId;
-    std::string command;
-  };
   struct OutstandingCall {
     std::string key;   // the request's id or key
     std::string call;  // "loot.redeemPlayerLoot"
@@ -49,10 +44,9 @@ class PlatformServiceProxy {
   // Replaces the override of a method, or removes it.
   void SetOverride(const std::string& method, std::optional<CallOverride> override);
 
-  const std::map<std::string, CallOverride>& overrides() const { return overrides_; }
   const std::map<std::string, int64_t>& callCounts() const { return callCounts_; }
-  // The latest 1,000.
-  const std::deque<Acknowledgement>& acknowledgements() const { return acknowledgements_; }
+  // The latest 1,000: {"accountId", "msgId", "command"}.
+  const std::deque<Json>& acknowledgements() const { return acknowledgements_; }
   // Calls whose event is still to come.
   std::vector<OutstandingCall> Outstanding();
 
@@ -84,7 +78,7 @@ class PlatformServiceProxy {
   SeededRandom ids_;
   std::map<std::string, CallOverride> overrides_;
   std::map<std::string, int64_t> callCounts_;  // by "service.method"
-  std::deque<Acknowledgement> acknowledgements_;
+  std::deque<Json> acknowledgements_;
   std::vector<OutstandingCall> outstanding_;
 };
 
