@@ -49,12 +49,14 @@ std::vector<Api::PlayerLoot> MakeItems() {
 void MarkedChange(benchmark::State& state) {
   PlayerLootStore store;
   store.Replace(MakeItems());
-  store.TakeChanges();
+  store.MarkPublished(store.FindChanges());
   Api::PlayerLoot item = MakeItem(kItems / 2);
   for (auto _ : state) {
     ++item.count;
     store.Put(item);
-    if (store.TakeChanges().written.size() != 1) return state.SkipWithError("not found");
+    PlayerLootChanges changes = store.FindChanges();
+    if (changes.written.size() != 1) return state.SkipWithError("not found");
+    store.MarkPublished(std::move(changes));
   }
 }
 BENCHMARK(MarkedChange);
@@ -93,10 +95,10 @@ void StoreAndSnapshot(benchmark::State& state) {
     PlayerLootStore store;
     const size_t before = LiveBytes();
     store.Replace(items);
-    store.TakeChanges();
+    store.MarkPublished(store.FindChanges());
     items[0].count = 2;
     store.Replace(items);
-    store.TakeChanges();
+    store.MarkPublished(store.FindChanges());
     ratio = static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
   }
   state.counters["memory ratio"] = ratio;

@@ -44,19 +44,15 @@ struct Inventory {
     for (size_t i = 0; i < kRecords; ++i) {
       records.push_back({items[i % items.size()].lootName, std::to_string(i), 1, -1});
     }
-    state.definitions.ReplaceItems(items);
-    state.definitions.ReplaceRecipes(std::move(recipes));
-    queryResults = MakeQueryResults(items);
+    lists = {MakeLootItems(items), MakeShared(std::move(recipes)),
+             MakeShared(MakeQueryResults(items))};
   }
-  void Rebuild() {
-    state.definitions.ReplaceQueryResults(queryResults);
-    inventory.Replace(records);
-  }
+  void Rebuild() { inventory.Replace(records, std::make_shared<const LootDefinitions>(lists)); }
 
   LootState state;
   LootInventory inventory{state};
   std::vector<SVDS::PlayerLootDTO> records;
-  BindingProperty queryResults;
+  LootDefinitions::Lists lists;
 };
 
 void RebuildItems(benchmark::State& state) {

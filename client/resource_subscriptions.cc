@@ -1,15 +1,21 @@
 #include "client/resource_subscriptions.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "binding/convert/convert.h"
 #include "binding/json/json_adapter.h"
 #include "log/logger.h"
 #include "log/trace.h"
+#include "plugin/boundary.h"
 
 namespace Kest::Client {
 
 namespace {
+
+// What is lost this often in a row will not fit in memory next time either.
+constexpr int kMostLossesInARow = 8;
 
 bool IsPattern(std::string_view url) {
   return url.find('*') != std::string_view::npos;
@@ -23,60 +29,73 @@ std::string EventName(std::string_view url) {
 
 }  // namespace
 
+ResourceSubscriptions::~ResourceSubscriptions() {
+  for (const auto& [name, event] : events_) host_.Unsubscribe(name);
+}
+
 void ResourceSubscriptions::Add(std::string_view url, Handler handler, std::string_view typeName) {
-  const bool isPattern = IsPattern(url);
-  // The record is complete before the host knows of it: it may deliver at once.
+  const std::string name = EventName(url);
   auto entry = std::make_shared<Entry>();
+  entry->url = url;
   entry->typeName = typeName;
   entry->handler = std::move(handler);
-  (isPattern ? patterns_ : exact_)[std::string(url)].push_back(std::move(entry));
-  const std::string name = EventName(url);
-  if (++uses_[name] > 1) return;
-  const std::string exactUrl = isPattern ? std::string() : std::string(url);
-  if (host_.Subscribe(name, [this, exactUrl](std::string_view body) { OnEvent(exactUrl, body); })) {
-    return;
+  // The record is complete before the host knows of it: it may deliver at once.
+  const auto known = events_.find(name);
+  if (known != events_.end()) return known->second.entries.push_back(std::move(entry));
+  const auto added = events_.emplace(name, Event{{std::move(entry)}}).first;
+  try {
+    if (host_.Subscribe(name, [this, name](std::string_view body) { OnEvent(name, body); })) return;
+    LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());
+    events_.erase(added);
+  } catch (...) {
+    events_.erase(added);
+    throw;
   }
-  LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());
-  Remove(url);
 }
 
 void ResourceSubscriptions::Remove(std::string_view url) {
-  Table& table = IsPattern(url) ? patterns_ : exact_;
-  const auto found = table.find(url);
-  if (found == table.end()) {
-    LogWarning("%s: Not subscribed to %s", pluginName_.c_str(), std::string(url).c_str());
-    return;
+  const auto event = events_.find(EventName(url));
+  if (event != events_.end()) {
+    EntryList& entries = event->second.entries;
+    const auto last = std::find_if(entries.rbegin(), entries.rend(),
+                                   [url](const auto& entry) { return entry->url == url; });
+    if (last != entries.rend()) {
+      (*last)->active = false;
+      entries.erase(std::next(last).base());
+      if (!entries.empty()) return;
+      host_.Unsubscribe(event->first);
+      events_.erase(event);
+      return;
+    }
   }
-  found->second.back()->active = false;
-  found->second.pop_back();
-  if (found->second.empty()) table.erase(found);
-  const auto use = uses_.find(EventName(url));
-  if (--use->second > 0) return;
-  host_.Unsubscribe(use->first);
-  uses_.erase(use);
+  LogWarning("%s: Not subscribed to %s", pluginName_.c_str(), std::string(url).c_str());
 }
 
-void ResourceSubscriptions::RemoveAll() {
-  for (Table* table : {&exact_, &patterns_}) {
-    while (!table->empty()) Remove(std::string(table->begin()->first));
-  }
-}
-
-ResourceSubscriptions::EntryList ResourceSubscriptions::HandlersOf(std::string_view url,
+ResourceSubscriptions::EntryList ResourceSubscriptions::HandlersOf(const std::string& name,
                                                                    std::string_view uri) const {
-  if (!url.empty()) {
-    const auto found = exact_.find(url);
-    return found != exact_.end() ? found->second : EntryList();
-  }
+  const auto event = events_.find(name);
+  if (event == events_.end()) return {};
   EntryList matching;
-  for (const auto& [pattern, entries] : patterns_) {
-    if (!MatchesPattern(pattern, uri)) continue;
-    matching.insert(matching.end(), entries.begin(), entries.end());
+  for (const std::shared_ptr<Entry>& entry : event->second.entries) {
+    if (!IsPattern(entry->url) || MatchesPattern(entry->url, uri)) matching.push_back(entry);
   }
   return matching;
 }
 
-void ResourceSubscriptions::OnEvent(std::string_view url, std::string_view body) {
+void ResourceSubscriptions::OnEvent(const std::string& name, std::string_view body) noexcept {
+  bool isLost = false;
+  RunAtBoundary([&] { Deliver(name, body); },
+                [&](const char* text) noexcept {
+                  isLost = true;
+                  LogError("%s: Lost an event of %s: %s", pluginName_.c_str(), name.c_str(), text);
+                });
+  const auto event = events_.find(name);
+  if (event == events_.end()) return;
+  event->second.lossesInARow = isLost ? event->second.lossesInARow + 1 : 0;
+  if (isLost && event->second.lossesInARow <= kMostLossesInARow) host_.Resubscribe(name);
+}
+
+void ResourceSubscriptions::Deliver(const std::string& name, std::string_view body) {
   ConversionContext context;
   const BindingProperty event = ReadJson(context, body);
   const BindingProperty* const eventType = event.FindMember("eventType");
@@ -94,7 +113,7 @@ void ResourceSubscriptions::OnEvent(std::string_view url, std::string_view body)
   const BindingProperty* data = dataMember != nullptr ? dataMember : &none;
   if (type == ResourceEventType::kDelete) data = nullptr;
   // A copy of the list: handlers may subscribe and unsubscribe while it is walked.
-  for (const std::shared_ptr<Entry>& entry : HandlersOf(url, uri)) {
+  for (const std::shared_ptr<Entry>& entry : HandlersOf(name, uri)) {
     if (!entry->active) continue;
     if (entry->handler(data, type) == ResourceDelivery::kUnconvertible) {
       Trace("Couldn't convert resource %s to C++ while handling update for URL: %s",

@@ -4,6 +4,9 @@
 // A url with "*" is a pattern: it is served by "OnJsonApiEvent", the event of all resources, and
 // sorted out here. Any other url is served by "OnJsonApiEvent_" + url.
 //
+// An event that is lost because reading or handling it throws (memory ran out) is asked for again:
+// the host then sends the resource's present value. A handler may therefore see a value twice.
+//
 // Threads: module tasks only. Handlers may subscribe and unsubscribe; one that is removed while its
 //          event is under way is not called any more.
 #pragma once
@@ -31,7 +34,7 @@ class ResourceSubscriptions {
 
   ResourceSubscriptions(HostServices& host, const std::string& pluginName)
       : host_(host), pluginName_(pluginName) {}
-  ~ResourceSubscriptions() { RemoveAll(); }
+  ~ResourceSubscriptions();
   ResourceSubscriptions(const ResourceSubscriptions&) = delete;
   ResourceSubscriptions& operator=(const ResourceSubscriptions&) = delete;
 
@@ -40,26 +43,28 @@ class ResourceSubscriptions {
   void Add(std::string_view url, Handler handler, std::string_view typeName);
   // Removes the handler added last for the url.
   void Remove(std::string_view url);
-  void RemoveAll();
 
  private:
   struct Entry {
+    std::string url;
     std::string typeName;
     Handler handler;
     bool active = true;
   };
   using EntryList = std::vector<std::shared_ptr<Entry>>;
-  using Table = std::map<std::string, EntryList, std::less<>>;
+  struct Event {
+    EntryList entries;  // in the order they were added; never empty
+    int lossesInARow = 0;
+  };
 
-  // An exact `url` is the one subscribed; an empty one means the event of all resources.
-  void OnEvent(std::string_view url, std::string_view body);
-  EntryList HandlersOf(std::string_view url, std::string_view uri) const;
+  void OnEvent(const std::string& name, std::string_view body) noexcept;
+  void Deliver(const std::string& name, std::string_view body);
+  // The handlers that an event of this name concerns.
+  EntryList HandlersOf(const std::string& name, std::string_view uri) const;
 
   HostServices& host_;
   const std::string& pluginName_;
-  std::map<std::string, int32_t, std::less<>> uses_;  // by event name
-  Table exact_;                                       // by url
-  Table patterns_;
+  std::map<std::string, Event> events_;  // by the host's event name
 };
 
 // True when `text` matches `pattern`, in which "*" is any number of any characters.

@@ -1,8 +1,10 @@
 #include "client/response_table.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
+#include "client/service_call.h"
 #include "log/logger.h"
 #include "plugin/boundary.h"
 #include "plugin/once_promise.h"
@@ -11,10 +13,27 @@ namespace Kest::Client {
 
 namespace {
 
-size_t SizeOf(const std::string& key, const PluginServiceProxyResponse& response) {
-  return key.size() + response.uuid.size() + response.serviceName.size() +
-         response.methodName.size() + response.payload.size() + response.status.size() +
-         response.error.size();
+constexpr size_t kMaxLostKeys = 4096;
+
+// Whether the unreadable text of a response has the key's parts as strings of their own.
+bool Names(std::string_view text, std::string_view key) {
+  const auto hasString = [text](std::string_view part) {
+    for (size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1)) {
+      const size_t end = at + part.size();
+      if (at > 0 && text[at - 1] == '"' && end < text.size() && text[end] == '"') return true;
+    }
+    return false;
+  };
+  if (hasString(key)) return true;
+  const size_t dot = key.find('.');
+  return dot != std::string_view::npos && hasString(key.substr(0, dot)) &&
+         hasString(key.substr(dot + 1));
+}
+
+PluginServiceProxyResponse MakeFailure(std::string_view error) noexcept {
+  PluginServiceProxyResponse failure;
+  failure.error = CopyMessage(error);
+  return failure;
 }
 
 }  // namespace
@@ -39,118 +58,218 @@ class KEST_SCOPED_CAPABILITY ResponseTable::Lock {
   const ResponseTable& table_;
 };
 
+size_t ResponseTable::Buffered::Bytes() const {
+  return key.size() + response.uuid.size() + response.serviceName.size() +
+         response.methodName.size() + response.payload.size() + response.status.size() +
+         response.error.size();
+}
+
+// ---- Requests -----------------------------------------------------------------------------------
+
+ResponseTable::Sending::Sending(ResponseTable& table, std::string methodKey)
+    : table_(table), methodKey_(std::move(methodKey)), ok_(table.BeginSending(methodKey_)) {}
+
+ResponseTable::Sending::~Sending() {
+  if (ok_) table_.EndSending(methodKey_);
+}
+
+bool ResponseTable::BeginSending(const std::string& methodKey) {
+  Lock hold(*this);
+  if (!methodKey.empty()) {
+    return !pending_.contains(methodKey) && methodsBeingSent_.insert(methodKey).second;
+  }
+  ++uuidsBeingSent_;
+  return true;
+}
+
+void ResponseTable::EndSending(const std::string& methodKey) {
+  Lock hold(*this);
+  if (methodKey.empty()) {
+    --uuidsBeingSent_;
+  } else {
+    methodsBeingSent_.erase(methodKey);
+  }
+  if (uuidsBeingSent_ == 0) {  // nobody can claim these any more
+    for (auto entry = buffered_.begin(); entry != buffered_.end();) {
+      const auto current = entry++;
+      if (current->second.byUuid) TakeLocked(current);
+    }
+  }
+  if (uuidsBeingSent_ == 0 && methodsBeingSent_.empty()) {
+    lostKeys_.clear();
+    lostUnknown_ = false;
+  }
+}
+
+ResponseTable::PendingMap::node_type ResponseTable::MakePending(Completion completion) {
+  PendingMap made;
+  made.emplace(std::string(), std::move(completion));
+  return made.extract(made.begin());
+}
+
+std::string ResponseTable::AddPending(const std::string& key, PendingMap::node_type pending) {
+  pending.key() = key;
+  {
+    Lock hold(*this);
+    if (finalising_) return std::string(kFinalizing);
+    if (pending_.contains(key)) return std::string(kInFlight);
+    const auto found = FindBufferedLocked(key);
+    if (found == buffered_.end()) {
+      if (lostUnknown_ || lostKeys_.contains(key)) return std::string(kLost);
+      pending_.insert(std::move(pending));
+      return {};
+    }
+    const uint64_t arrival = found->first;
+    CompleteLocked(pending.mapped(), {TakeLocked(found).response, arrival});
+  }
+  LogFulfilled(key);
+  return {};
+}
+
 bool ResponseTable::IsFinalising() const {
   Lock hold(*this);
   return finalising_;
 }
 
-bool ResponseTable::Reserve(const std::string& key) {
+void ResponseTable::Finalise() {
+  PendingMap pending;
+  std::map<std::string, Completion> handlers;
+  BufferedMap buffered;
   Lock hold(*this);
-  if (pending_.count(key) != 0) return false;
-  return reserved_.insert(key).second;
+  finalising_ = true;
+  pending.swap(pending_);
+  handlers.swap(asyncHandlers_);
+  buffered.swap(buffered_);
+  bufferedBytes_ = 0;
 }
 
-void ResponseTable::Unreserve(const std::string& key) {
-  Lock hold(*this);
-  reserved_.erase(key);
+// ---- Responses ----------------------------------------------------------------------------------
+
+void ResponseTable::AddUuidResponse(PluginServiceProxyResponse response) {
+  std::string key = response.uuid;
+  AddResponse({std::move(key), true, std::move(response)});
 }
 
-std::string ResponseTable::AddPending(const std::string& key, Completion completion) {
-  Lock hold(*this);
-  reserved_.erase(key);
-  if (finalising_) return std::string(kFinalizing);
-  if (!pending_.emplace(key, std::move(completion)).second) return std::string(kInFlight);
-  FulfilLocked();
-  return {};
+void ResponseTable::AddMethodResponse(PluginServiceProxyResponse response) {
+  std::string key = ServiceCallKey(response.serviceName, response.methodName);
+  AddResponse({std::move(key), false, std::move(response)});
 }
 
-void ResponseTable::AddResponse(const std::string& key, PluginServiceProxyResponse response) {
-  Lock hold(*this);
-  if (finalising_) return;
-  const auto earlier = received_.find(key);
-  if (earlier != received_.end()) EraseLocked(earlier);
-  Buffered buffered;
-  buffered.sequence = nextSequence_++;
-  buffered.bytes = SizeOf(key, response);
-  buffered.response = std::move(response);
-  bufferedBytes_ += buffered.bytes;
-  arrivals_.emplace(buffered.sequence, key);
-  received_.emplace(key, std::move(buffered));
-  FulfilLocked();
-  KeepBoundsLocked();
-}
-
-void ResponseTable::FulfilLocked() {
-  for (auto received = received_.begin(); received != received_.end(); ++received) {
-    const auto pending = pending_.find(received->first);
-    if (pending == pending_.end()) continue;
-    CompleteLocked(pending->second, std::move(received->second.response));
-    LogAlways("%s: Fulfilled service proxy request: %s", pluginName_.c_str(),
-              received->first.c_str());
-    pending_.erase(pending);
-    EraseLocked(received);
-    return;
+void ResponseTable::AddResponse(Buffered received) {
+  PendingMap::node_type pending;
+  std::string dropped;
+  {
+    Lock hold(*this);
+    if (finalising_) return;
+    const uint64_t arrival = ++arrivals_;
+    pending = pending_.extract(received.key);
+    if (pending) {
+      CompleteLocked(pending.mapped(), {std::move(received.response), arrival});
+    } else if (!received.byUuid || uuidsBeingSent_ != 0) {
+      dropped = BufferLocked(std::move(received), arrival);
+    }
   }
-}
-
-void ResponseTable::KeepBoundsLocked() {
-  while (received_.size() > kMaxBufferedResponses || bufferedBytes_ > kMaxBufferedBytes) {
-    const auto oldest = received_.find(arrivals_.begin()->second);
+  if (pending) LogFulfilled(pending.key());
+  if (!dropped.empty()) {
     LogWarning("%s: Dropped buffered service proxy response: %s", pluginName_.c_str(),
-               oldest->first.c_str());
-    EraseLocked(oldest);
+               dropped.c_str());
   }
 }
 
-void ResponseTable::EraseLocked(BufferedMap::iterator entry) {
-  bufferedBytes_ -= entry->second.bytes;
-  arrivals_.erase(entry->second.sequence);
-  received_.erase(entry);
+std::string ResponseTable::BufferLocked(Buffered received, uint64_t arrival) {
+  const auto earlier = FindBufferedLocked(received.key);
+  if (earlier != buffered_.end()) TakeLocked(earlier);
+  const auto added = buffered_.emplace(arrival, std::move(received)).first;
+  bufferedBytes_ += added->second.Bytes();
+  const bool wasDropping = std::exchange(isDropping_, false);
+  std::string first;
+  while (buffered_.size() > kMaxBufferedResponses || bufferedBytes_ > kMaxBufferedBytes) {
+    Buffered oldest = TakeLocked(buffered_.begin());
+    if (!wasDropping && first.empty()) first = oldest.key;
+    isDropping_ = true;
+    LoseLocked(std::move(oldest.key));
+  }
+  return first;
 }
 
-void ResponseTable::CompleteLocked(const Completion& completion,
-                                   PluginServiceProxyResponse response) {
+ResponseTable::BufferedMap::iterator ResponseTable::FindBufferedLocked(const std::string& key) {
+  return std::find_if(buffered_.begin(), buffered_.end(),
+                      [&key](const auto& entry) { return entry.second.key == key; });
+}
+
+ResponseTable::Buffered ResponseTable::TakeLocked(BufferedMap::iterator entry) {
+  Buffered taken = std::move(buffered_.extract(entry).mapped());
+  bufferedBytes_ -= taken.Bytes();
+  return taken;
+}
+
+void ResponseTable::LoseLocked(std::string key) noexcept {
+  if (lostKeys_.size() >= kMaxLostKeys) lostUnknown_ = true;
+  RunAtBoundary([&] { lostKeys_.insert(std::move(key)); },
+                [this](const char*) noexcept { lostUnknown_ = true; });
+}
+
+void ResponseTable::AddUnreadable(std::string_view text, std::string_view error) noexcept {
+  Lock hold(*this);
+  bool isKnown = false;
+  for (auto entry = pending_.begin(); entry != pending_.end();) {
+    const auto current = entry++;
+    if (!Names(text, current->first)) continue;
+    const PendingMap::node_type pending = pending_.extract(current);
+    CompleteLocked(pending.mapped(), {MakeFailure(error), ++arrivals_});
+    isKnown = true;
+  }
+  if (!isKnown && (uuidsBeingSent_ != 0 || !methodsBeingSent_.empty())) lostUnknown_ = true;
+}
+
+bool ResponseTable::HasUnclaimedBefore(uint64_t arrival) const {
+  Lock hold(*this);
+  for (auto entry = buffered_.begin(); entry != buffered_.end() && entry->first < arrival;
+       ++entry) {
+    const Buffered& buffered = entry->second;
+    if (buffered.byUuid || methodsBeingSent_.contains(buffered.key)) return true;
+  }
+  return false;
+}
+
+void ResponseTable::CompleteLocked(const Completion& completion, ArrivedResponse arrived) noexcept {
+  const uint64_t arrival = arrived.arrival;
   bool failed = false;
   PluginServiceProxyResponse failure;
-  RunAtBoundary([&] { completion(std::move(response)); },
-                [&](const char* text) {
+  RunAtBoundary([&] { completion(std::move(arrived)); },
+                [&](const char* text) noexcept {
                   failed = true;
-                  failure.error = *text != '\0' ? text : "unknown exception";
+                  failure = MakeFailure(text);
                 });
   // The request must still end: called again with the failure, and never after that.
   if (failed) {
-    RunAndLog("Service proxy completion", [&] { completion(std::move(failure)); });
+    RunAndLog("Service proxy completion", [&] { completion({std::move(failure), arrival}); });
   }
 }
+
+void ResponseTable::LogFulfilled(const std::string& key) const {
+  LogAlways("%s: Fulfilled service proxy request: %s", pluginName_.c_str(), key.c_str());
+}
+
+// ---- Responses without a request ----------------------------------------------------------------
 
 void ResponseTable::SetAsyncHandler(const std::string& key, Completion handler) {
   Lock hold(*this);
   asyncHandlers_.insert_or_assign(key, std::move(handler));
 }
 
-void ResponseTable::DeliverAsync(const std::string& key, PluginServiceProxyResponse response) {
-  Lock hold(*this);
-  if (finalising_) return;
-  const auto handler = asyncHandlers_.find(key);
-  if (handler != asyncHandlers_.end()) {
-    CompleteLocked(handler->second, std::move(response));
-  } else {
-    LogError("%s: Could not find registered handler for async service proxy event %s",
-             pluginName_.c_str(), key.c_str());
+void ResponseTable::DeliverAsync(PluginServiceProxyResponse response) {
+  const std::string key = ServiceCallKey(response.serviceName, response.methodName);
+  {
+    Lock hold(*this);
+    if (finalising_) return;
+    const auto handler = asyncHandlers_.find(key);
+    if (handler != asyncHandlers_.end()) {
+      return CompleteLocked(handler->second, {std::move(response), ++arrivals_});
+    }
   }
-}
-
-void ResponseTable::Finalise() {
-  std::map<std::string, Completion> pending;
-  std::map<std::string, Completion> handlers;
-  BufferedMap received;
-  Lock hold(*this);
-  finalising_ = true;
-  pending.swap(pending_);
-  handlers.swap(asyncHandlers_);
-  received.swap(received_);
-  arrivals_.clear();
-  bufferedBytes_ = 0;
+  LogError("%s: Could not find registered handler for async service proxy event %s",
+           pluginName_.c_str(), key.c_str());
 }
 
 }  // namespace Kest::Client

@@ -1,5 +1,7 @@
 #include "client/service_proxy.h"
 
+#include <utility>
+
 #include "log/logger.h"
 #include "log/positional_format.h"
 #include "log/trace.h"
@@ -12,10 +14,19 @@ ServiceProxy::ServiceProxy(HostServices& host, AppModule& module, SiblingClient&
       module_(module),
       client_(client),
       pluginName_(pluginName),
+      handlingTask_(pluginName + ".ServiceProxyResponses"),
       responses_(pluginName) {}
 
 std::string ServiceProxy::Invoke(const ServiceCall& call, const CallArguments& arguments,
                                  Completion completion) {
+  std::string failure;
+  RunAtBoundary([&] { failure = Send(call, arguments, std::move(completion)); },
+                [&](const char* text) noexcept { failure = CopyMessage(text); });
+  return failure;
+}
+
+std::string ServiceProxy::Send(const ServiceCall& call, const CallArguments& arguments,
+                               Completion completion) {
   if (IsFinalising()) return std::string(kFinalizing);
   if (!arguments.Ok()) {
     return FormatNamed("Failed to convert type {type} to BindingProperty for serialization",
@@ -23,13 +34,53 @@ std::string ServiceProxy::Invoke(const ServiceCall& call, const CallArguments& a
   }
   const std::string callKey = call.Key();
   LogAlways("%s: Preparing service proxy request: %s", pluginName_.c_str(), callKey.c_str());
-  const Maybe<std::string> key =
-      call.requestKey.empty() ? SendByUuid(call, arguments) : SendByMethod(call, arguments);
+  // What the response needs is made first: once the request is sent, it will be waited for.
+  auto pending = ResponseTable::MakePending(std::move(completion));
+  const bool byUuid = call.requestKey.empty();
+  const ResponseTable::Sending sending(responses_, byUuid ? std::string() : callKey);
+  if (!sending.Ok()) {
+    LogError("%s: Could not invoke service proxy as request is already in flight",
+             pluginName_.c_str());
+    return std::string(ResponseTable::kInFlight);
+  }
+  const Maybe<std::string> key = byUuid ? SendByUuid(call, arguments)
+                                        : SendByMethod(call, callKey, arguments);
   if (IsFinalising()) return std::string(kFinalizing);
   if (!key) return key.GetFailure().text;
   LogAlways("%s: Started service proxy request: %s (%s)", pluginName_.c_str(), callKey.c_str(),
             key.GetValue().c_str());
-  return responses_.AddPending(key.GetValue(), std::move(completion));
+  return responses_.AddPending(key.GetValue(), std::move(pending));
+}
+
+std::string ServiceProxy::InvokeInOrder(const ServiceCall& call, const CallArguments& arguments,
+                                        ArrivalQueue::Handler handle, bool post) {
+  auto place = std::make_shared<ArrivalQueue::Place>(ArrivalQueue::MakePlace(std::move(handle)));
+  std::string failure =
+      Invoke(call, arguments, [this, place = std::move(place), post](ArrivedResponse arrived) {
+        arrived_.Arrive(std::move(*place), arrived.arrival, std::move(arrived.response));
+        if (post) PostHandling();
+      });
+  // It may have held back responses that arrived while it was being sent.
+  if (arrived_.First()) PostHandling();
+  return failure;
+}
+
+void ServiceProxy::PostHandling() noexcept {
+  // Without memory for a task the next one that waits handles what has arrived.
+  RunAndLog("Service proxy response",
+            [this] { host_.PostTask(handlingTask_, [this] { HandleArrived(); }); });
+}
+
+void ServiceProxy::HandleArrived() noexcept {
+  if (isHandling_) return;  // by the task that is handling, further down its stack
+  isHandling_ = true;
+  for (auto first = arrived_.First(); first && !responses_.HasUnclaimedBefore(*first);
+       first = arrived_.First()) {
+    ArrivalQueue::Place place = arrived_.TakeFirst();
+    RunAndLog("Service proxy response",
+              [&place] { place.mapped().handle(std::move(place.mapped().response)); });
+  }
+  isHandling_ = false;
 }
 
 Maybe<std::string> ServiceProxy::SendByUuid(const ServiceCall& call,
@@ -38,19 +89,12 @@ Maybe<std::string> ServiceProxy::SendByUuid(const ServiceCall& call,
                                       arguments.MakeBody(call));
 }
 
-Maybe<std::string> ServiceProxy::SendByMethod(const ServiceCall& call,
+Maybe<std::string> ServiceProxy::SendByMethod(const ServiceCall& call, const std::string& key,
                                               const CallArguments& arguments) {
-  const std::string key = call.Key();
-  if (!responses_.Reserve(key)) {
-    LogError("%s: Could not invoke service proxy as request is already in flight",
-             pluginName_.c_str());
-    return Failure{std::string(ResponseTable::kInFlight)};
-  }
   const Maybe<Nothing> sent =
       client_.Request<Nothing>(HttpMethod::kPost, kMethodRequestsPath, arguments.MakeBody(call));
-  if (sent) return key;
-  responses_.Unreserve(key);
-  return sent.GetFailure();
+  if (!sent) return sent.GetFailure();
+  return key;
 }
 
 Maybe<Response> ServiceProxy::SendToSession(const ServiceCall& call, const CallArguments& arguments,
@@ -65,44 +109,56 @@ Maybe<Response> ServiceProxy::SendToSession(const ServiceCall& call, const CallA
 }
 
 template <class Event>
-void ServiceProxy::Follow(const std::string& name, void (ServiceProxy::*handle)(Event event)) {
-  const bool followed = host_.Subscribe(name, [this, name, handle](std::string_view body) {
-    Event event;
-    ConversionContext context;
-    ReadJsonValue(context, "<value>", body, &event);
-    if (context.Ok()) {
-      (this->*handle)(std::move(event));
-    } else {
-      LogError("%s: Could not read %s: %s", pluginName_.c_str(), name.c_str(),
-               context.ErrorMessage().c_str());
-    }
-  });
-  if (!followed) LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());
+void ServiceProxy::Follow(
+    const std::string& name, std::function<void(Event event)> handle,
+    std::function<void(std::string_view text, std::string_view error)> handleUnreadable) {
+  const auto read = [this, name, handle = std::move(handle),
+                     handleUnreadable = std::move(handleUnreadable)](std::string_view text) {
+    const auto fail = [&](const char* error) noexcept {
+      LogError("%s: Could not read %s: %s", pluginName_.c_str(), name.c_str(), error);
+      if (handleUnreadable) handleUnreadable(text, error);
+    };
+    RunAtBoundary(
+        [&] {
+          Event event;
+          ConversionContext context;
+          ReadJsonValue(context, "<value>", text, &event);
+          if (!context.Ok()) return fail(context.ErrorMessage().c_str());
+          handle(std::move(event));
+        },
+        fail);
+  };
+  if (!host_.Subscribe(name, read)) {
+    LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());
+  }
+}
+
+void ServiceProxy::FollowResponses(
+    std::string_view name, void (ResponseTable::*handle)(PluginServiceProxyResponse response),
+    bool areAwaited) {
+  std::function<void(std::string_view, std::string_view)> handleUnreadable;
+  if (areAwaited) {
+    handleUnreadable = [this](std::string_view text, std::string_view error) {
+      responses_.AddUnreadable(text, error);
+    };
+  }
+  Follow<PluginServiceProxyResponse>(
+      std::string(name),
+      [this, handle](PluginServiceProxyResponse response) {
+        (responses_.*handle)(std::move(response));
+      },
+      std::move(handleUnreadable));
 }
 
 void ServiceProxy::Start() {
-  Follow(std::string(kServiceProxyUuidEvent), &ServiceProxy::OnUuidResponse);
-  Follow(std::string(kServiceProxyMethodEvent), &ServiceProxy::OnMethodResponse);
-  Follow(std::string(kServiceProxyAsyncEvent), &ServiceProxy::OnAsyncResponse);
+  FollowResponses(kServiceProxyUuidEvent, &ResponseTable::AddUuidResponse, true);
+  FollowResponses(kServiceProxyMethodEvent, &ResponseTable::AddMethodResponse, true);
+  FollowResponses(kServiceProxyAsyncEvent, &ResponseTable::DeliverAsync, false);
 }
 
 void ServiceProxy::Finalise() {
   responses_.Finalise();
-}
-
-void ServiceProxy::OnUuidResponse(PluginServiceProxyResponse response) {
-  const std::string key = response.uuid;
-  responses_.AddResponse(key, std::move(response));
-}
-
-void ServiceProxy::OnMethodResponse(PluginServiceProxyResponse response) {
-  const std::string key = ServiceCallKey(response.serviceName, response.methodName);
-  responses_.AddResponse(key, std::move(response));
-}
-
-void ServiceProxy::OnAsyncResponse(PluginServiceProxyResponse response) {
-  const std::string key = ServiceCallKey(response.serviceName, response.methodName);
-  responses_.DeliverAsync(key, std::move(response));
+  arrived_.Clear();
 }
 
 void ServiceProxy::SubscribeAsync(std::string_view service, std::string_view method,
@@ -115,21 +171,18 @@ void ServiceProxy::SubscribeSvds(std::string_view subtopic,
   const std::string name = std::string(kSvdsEvent).append("_").append(subtopic);
   svdsHandlers_.insert_or_assign(std::string(subtopic), std::move(handler));
   Trace("%s: Subscribing to SVDS event: %s", pluginName_.c_str(), std::string(subtopic).c_str());
-  Follow(name, &ServiceProxy::OnSvdsEvent);
+  Follow<PluginSvdsEvent>(
+      name, [this](PluginSvdsEvent event) { OnSvdsEvent(std::move(event)); }, nullptr);
 }
 
 void ServiceProxy::OnSvdsEvent(PluginSvdsEvent event) {
-  PostWork([this, event = std::move(event)] {
+  const std::string task = pluginName_ + ".PlatformMessage " + std::to_string(nextMessage_++);
+  host_.PostTask(task, [this, event = std::move(event)] {
     const auto found = svdsHandlers_.find(event.subtopic);
     if (found == svdsHandlers_.end()) return;
     const auto handler = found->second;  // it may wait, and be replaced meanwhile
     handler(event);
   });
-}
-
-void ServiceProxy::PostWork(std::function<void()> run) {
-  const std::string name = "LootPlugin.ServiceProxyEvent " + std::to_string(nextTask_++);
-  host_.PostTask(name, std::move(run));
 }
 
 void ServiceProxy::LogUnreadable(std::string_view typeName, std::string_view text) {

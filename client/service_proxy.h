@@ -5,11 +5,15 @@
 // and any number may run side by side; with a request key the call is keyed "service.method" and
 // only one may run at a time. No time-out ends a request; stop does.
 //
+// Results are handled in the order in which the responses arrived, whoever waits for them: a task
+// that waits handles those of others that came before its own. While a request is being sent, its
+// response may be among those nobody knows yet; later responses are handled after it.
+//
 // Failure messages: "Finalizing" (also for requests that were pending when the plugin stopped),
 //   "Failed to convert type {type} to BindingProperty for serialization", "Request already in
 //   flight", "Couldn't convert SVDS call parameters: {error}", a request's own
-//   message (see SiblingClient), the response's `error`, and the decoder's message for an
-//   unreadable `payload`.
+//   message (see SiblingClient), the response's `error`, the decoder's message for an
+//   unreadable `payload`, "Response lost" (see ResponseTable), "Out of memory".
 //
 // Threads: Invoke... and Subscribe... on module tasks; each Invoke waits, InvokeAsync only until
 //          the host has accepted the request. Response events come on any thread. Completions and
@@ -30,10 +34,12 @@
 #include "base/maybe_type.h"
 #include "binding/convert/convert.h"
 #include "binding/types/static_type.h"
+#include "client/arrival_queue.h"
 #include "client/response_table.h"
 #include "client/service_call.h"
 #include "client/sibling_client.h"
 #include "plugin/app_module.h"
+#include "plugin/boundary.h"
 #include "plugin/host_services.h"
 #include "plugin/once_promise.h"
 #include "plugin/plugin_events.h"
@@ -53,33 +59,36 @@ class ServiceProxy {
   // Ends every pending request with "Finalizing" and refuses new ones. Does not wait.
   void Finalise();
 
-  // Calls the method with a uuid-based request and waits for its result.
+  // Calls the method with a uuid-based request and waits. `use(result)` has run, on some module
+  // task, when this returns a success; it must not wait. When it throws, that is the failure.
   template <class R, class... A>
-  Maybe<R> InvokeAndWait(std::string_view service, std::string_view method, const A&... arguments) {
-    auto promise = std::make_shared<OncePromise<PluginServiceProxyResponse>>();
+  Maybe<Nothing> InvokeAndWait(std::string_view service, std::string_view method,
+                               const std::function<void(R result)>& use, const A&... arguments) {
+    auto promise = std::make_shared<OncePromise<Nothing>>();
     auto future = promise->GetFuture();
-    const std::string failure =
-        Invoke({service, method, {}, false}, CallArguments(arguments...),
-               [promise = std::move(promise)](PluginServiceProxyResponse response) {
-                 promise->Set(std::move(response));
-               });
+    const std::string failure = InvokeInOrder(
+        {service, method, {}, false}, CallArguments(arguments...),
+        [this, &use, promise = std::move(promise)](const PluginServiceProxyResponse& response) {
+          promise->Set(Use<R>(response, use));
+        });
     if (!failure.empty()) return Failure{failure};
-    Maybe<PluginServiceProxyResponse> response = module_.Await(std::move(future));
-    if (!response) return response.GetFailure();
-    return Decode<R>(response.GetValue());
+    return module_.Await(std::move(future), StaticType::Name<Maybe<R>>(),
+                         [this] { HandleArrived(); });
   }
 
   // Starts the call and returns an empty string, or why it could not be started; `onDone` is then
-  // dropped unused. `onDone(result)` runs later as a task of its own, unless the plugin stops.
+  // dropped unused. `onDone(result)` runs later on a module task, unless the plugin stops; it must
+  // not wait.
   template <class R, class... A>
   std::string InvokeAsync(std::string_view service, std::string_view method,
                           std::string_view requestKey, bool flag,
                           std::function<void(Maybe<R>)> onDone, const A&... arguments) {
-    return Invoke(
-        {service, method, requestKey, flag}, CallArguments(arguments...),
-        [this, onDone = std::move(onDone)](PluginServiceProxyResponse response) {
-          PostWork([this, onDone, response = std::move(response)] { onDone(Decode<R>(response)); });
-        });
+    return InvokeInOrder({service, method, requestKey, flag}, CallArguments(arguments...),
+                         [this, onDone = std::move(onDone)](
+                             const PluginServiceProxyResponse& response) {
+                           onDone(Decode<R>(response));
+                         },
+                         /*post=*/true);
   }
 
   // Calls the method through the session's synchronous endpoint and waits for its result.
@@ -121,28 +130,59 @@ class ServiceProxy {
     return result;
   }
 
+  template <class R>
+  Maybe<Nothing> Use(const PluginServiceProxyResponse& response,
+                     const std::function<void(R result)>& use) noexcept {
+    Maybe<Nothing> outcome = Nothing{};
+    RunAtBoundary(
+        [&] {
+          Maybe<R> result = Decode<R>(response);
+          if (!result) {
+            outcome = result.GetFailure();
+          } else {
+            use(std::move(result.GetValue()));
+          }
+        },
+        [&](const char* text) noexcept { outcome = Failure{CopyMessage(text)}; });
+    return outcome;
+  }
+
   bool IsFinalising() const { return host_.IsStopping() || responses_.IsFinalising(); }
+  // Calls the method; `handle` then runs on a module task. `post`: posts one for it, otherwise the
+  // caller waits and handles what has arrived.
+  std::string InvokeInOrder(const ServiceCall& call, const CallArguments& arguments,
+                            ArrivalQueue::Handler handle, bool post = false);
+  // Handles the responses that have arrived, up to the first that must not be handled yet.
+  void HandleArrived() noexcept;
+  void PostHandling() noexcept;
+  std::string Send(const ServiceCall& call, const CallArguments& arguments, Completion completion);
   // Both return the request's key.
   Maybe<std::string> SendByUuid(const ServiceCall& call, const CallArguments& arguments);
-  Maybe<std::string> SendByMethod(const ServiceCall& call, const CallArguments& arguments);
+  Maybe<std::string> SendByMethod(const ServiceCall& call, const std::string& key,
+                                  const CallArguments& arguments);
   Maybe<Response> SendToSession(const ServiceCall& call, const CallArguments& arguments,
                                 OutgoingRequest* request);
-  // Subscribes; each event is read on the thread it comes on and handed to `handle`.
+  // Subscribes; each event is read on the thread it comes on and handed to `handle`. One that cannot
+  // be read is logged, and its text handed to `handleUnreadable`, which may be null.
   template <class Event>
-  void Follow(const std::string& name, void (ServiceProxy::*handle)(Event event));
-  void OnUuidResponse(PluginServiceProxyResponse response);
-  void OnMethodResponse(PluginServiceProxyResponse response);
-  void OnAsyncResponse(PluginServiceProxyResponse response);
+  void Follow(const std::string& name, std::function<void(Event event)> handle,
+              std::function<void(std::string_view text, std::string_view error)> handleUnreadable);
+  // `areAwaited`: a request waits for each, and fails when its response cannot be read.
+  void FollowResponses(std::string_view name,
+                       void (ResponseTable::*handle)(PluginServiceProxyResponse response),
+                       bool areAwaited);
   void OnSvdsEvent(PluginSvdsEvent event);
-  void PostWork(std::function<void()> run);
   void LogUnreadable(std::string_view typeName, std::string_view text);
 
   HostServices& host_;
   AppModule& module_;
   SiblingClient& client_;
   const std::string& pluginName_;
-  std::atomic<uint64_t> nextTask_{0};  // keeps task names apart, so that none is merged away
+  const std::string handlingTask_;  // one that is queued serves for all that has arrived
+  std::atomic<uint64_t> nextMessage_{0};  // keeps task names apart, so that none is merged away
   ResponseTable responses_;
+  ArrivalQueue arrived_;
+  bool isHandling_ = false;
   std::map<std::string, std::function<void(const PluginSvdsEvent&)>> svdsHandlers_;  // by subtopic
 };
 

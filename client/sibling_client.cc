@@ -41,11 +41,11 @@ std::string_view SiblingClient::WhyUnreadable(const Response& response) {
   return isJson ? std::string_view() : "Unsupported body content type";
 }
 
-void SiblingClient::PublishDelete(std::string_view path) {
-  host_.Publish(path, ResourceEventType::kDelete, {});
+void SiblingClient::Publish(const ResourceChange& change) noexcept {
+  if (change.isConverted) host_.Publish(change.path, change.type, change.json);
 }
 
-void SiblingClient::LogUnpublished(std::string_view typeName, std::string_view path) {
+void SiblingClient::LogUnpublished(std::string_view typeName, std::string_view path) const {
   LogError("%s: Couldn't convert resource %s for event uri \"%s\"", pluginName_.c_str(),
            std::string(typeName).c_str(), std::string(path).c_str());
 }

@@ -38,6 +38,14 @@
 
 namespace Kest::Client {
 
+// A change of one of this plugin's resources, ready to be published.
+struct ResourceChange {
+  std::string path;
+  ResourceEventType type = ResourceEventType::kDelete;
+  std::string json;         // empty for kDelete
+  bool isConverted = true;  // otherwise it is not published
+};
+
 class SiblingClient {
  public:
   // The three outlive the client. `pluginName` is the prefix of log lines.
@@ -99,33 +107,41 @@ class SiblingClient {
   }
   // Ends the last subscription of the url. Without one it logs a warning and does nothing else.
   void Unsubscribe(std::string_view url) { subscriptions_.Remove(url); }
-  void UnsubscribeAll() { subscriptions_.RemoveAll(); }
 
   // Publishes a change of one of this plugin's resources. A value that does not convert is logged
   // and not published.
   template <class T>
   void Publish(std::string_view path, ResourceEventType type, const T& value) {
+    Publish(MakeChange(path, type, value));
+  }
+
+  // The two halves of it, for changes that belong together: whoever makes them all before the first
+  // leaves has published either all of them or, when memory runs out, none.
+  template <class T>
+  ResourceChange MakeChange(std::string_view path, ResourceEventType type, const T& value) const {
+    ResourceChange change{std::string(path), type, {}, true};
     ConversionContext context;
-    json_.clear();
-    WriteJsonValue(context, value, &json_);
-    if (context.Ok()) {
-      host_.Publish(path, type, json_);
-    } else {
+    WriteJsonValue(context, value, &change.json);
+    if (!context.Ok()) {
+      change.isConverted = false;
       LogUnpublished(StaticType::Name<T>(), path);
     }
+    return change;
   }
-  void PublishDelete(std::string_view path);
+  void Publish(const ResourceChange& change) noexcept;
+  void PublishDelete(std::string_view path) {
+    Publish({std::string(path), ResourceEventType::kDelete, {}, true});
+  }
 
  private:
   // Why the body cannot be read as JSON at all; empty when it can.
   static std::string_view WhyUnreadable(const Response& response);
-  void LogUnpublished(std::string_view typeName, std::string_view path);
+  void LogUnpublished(std::string_view typeName, std::string_view path) const;
 
   HostServices& host_;
   AppModule& module_;
   const std::string& pluginName_;
   ResourceSubscriptions subscriptions_;
-  std::string json_;  // reused, so that later publications allocate nothing
 };
 
 }  // namespace Kest::Client

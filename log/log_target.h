@@ -83,6 +83,7 @@ class LogTarget {
   std::atomic<GroupMask> included_ = kNoGroups;
   std::atomic<GroupMask> excluded_ = kNoGroups;
   std::atomic<bool> attached_ = false;
+  LogTarget* next_ = nullptr;  // the one attached after it; the logger's, under its lock
 };
 
 }  // namespace Kest

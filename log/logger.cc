@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 #include "base/platform.h"
 
@@ -24,6 +25,17 @@ class DispatchScope {
   DispatchScope(const DispatchScope&) = delete;
   DispatchScope& operator=(const DispatchScope&) = delete;
 };
+
+// The name is for display only, so it need not be known.
+std::string ExecutableName() noexcept {
+  constexpr char kUnknown[] = "<unknown>";
+  try {
+    const std::string path = ModulePath();
+    return path.empty() ? kUnknown : std::string(FileNameOf(path));
+  } catch (const std::bad_alloc&) {
+    return kUnknown;
+  }
+}
 
 }  // namespace
 
@@ -69,14 +81,13 @@ void LogAlways(const char* format, ...) {
 #undef KEST_LOG_BODY
 #endif
 
-Logger& Logger::Instance() {
-  static Logger* const logger = new Logger;  // never destroyed
+Logger& Logger::Instance() noexcept {
+  alignas(Logger) static unsigned char memory[sizeof(Logger)];
+  static Logger* const logger = new (memory) Logger;  // never destroyed
   return *logger;
 }
 
-Logger::Logger() : executable_(FileNameOf(ModulePath())) {
-  if (executable_.empty()) executable_ = "<unknown>";
-  targets_.reserve(8);
+Logger::Logger() noexcept : executable_(ExecutableName()) {
   MutexLock hold(mutex_);
   SetDefaultsLocked();
 }
@@ -102,8 +113,15 @@ void Logger::SetDefaultsLocked() {
 
 void Logger::AttachLocked(LogTarget& target) {
   if (target.IsAttached()) return;
-  targets_.push_back(&target);
+  *FindLinkLocked(nullptr) = &target;
+  target.next_ = nullptr;
   target.attached_ = true;
+}
+
+LogTarget** Logger::FindLinkLocked(const LogTarget* target) {
+  LogTarget** link = &targets_;
+  while (*link != nullptr && *link != target) link = &(*link)->next_;
+  return link;
 }
 
 void Logger::UpdateFilterLocked() {
@@ -118,7 +136,8 @@ void Logger::Attach(LogTarget& target) {
 
 bool Logger::TryRemove(LogTarget& target) {
   if (!mutex_.TryLock()) return false;
-  std::erase(targets_, &target);
+  LogTarget** const link = FindLinkLocked(&target);
+  if (*link != nullptr) *link = target.next_;
   target.attached_ = false;
   mutex_.Unlock();
   return true;
@@ -126,17 +145,16 @@ bool Logger::TryRemove(LogTarget& target) {
 
 LogTarget* Logger::FindTarget(std::string_view className) {
   MutexLock hold(mutex_);
-  const auto found = std::find_if(targets_.begin(), targets_.end(), [&](const LogTarget* target) {
-    return target->ClassName() == className;
-  });
-  return found != targets_.end() ? *found : nullptr;
+  LogTarget* target = targets_;
+  while (target != nullptr && target->ClassName() != className) target = target->next_;
+  return target;
 }
 
 void Logger::Flush() {
   if (insideDispatch) return;  // this thread holds the lock
   const DispatchScope scope;
   MutexLock hold(mutex_);
-  for (LogTarget* target : targets_) target->TryFlush();
+  for (LogTarget* target = targets_; target != nullptr; target = target->next_) target->TryFlush();
 }
 
 void Logger::SetMinimumLevel(Level minimum) {
@@ -165,8 +183,10 @@ void Logger::SetForwardHook(LogForwardHook hook, void* context) {
 
 void Logger::ResetForTests() {
   MutexLock hold(mutex_);
-  for (LogTarget* target : targets_) target->attached_ = false;
-  targets_.clear();
+  for (LogTarget* target = targets_; target != nullptr; target = target->next_) {
+    target->attached_ = false;
+  }
+  targets_ = nullptr;
   warnings_ = 0;
   errors_ = 0;
   SetDefaultsLocked();
@@ -214,7 +234,7 @@ void Logger::WriteToTargets(LogRecord& record) {
   MutexLock hold(mutex_);
   record.time = LocalTimeLocked();
   Count(record.level);
-  for (LogTarget* target : targets_) {
+  for (LogTarget* target = targets_; target != nullptr; target = target->next_) {
     if (target->Accepts(record.level, record.groups)) target->TryWrite(record);
   }
 }

@@ -3,8 +3,8 @@
 //   LogWarning("Loot recipe %s has an unreadable quantity: %s", name, text);
 //
 // Lines are printf-formatted (at most 4095 bytes, the rest is cut; no locale), filtered by level
-// and group, and written to every attached target that accepts them. Logging never fails and never
-// throws; a filtered call costs a few instructions; no call allocates once the logger exists.
+// and group, and written to every attached target that accepts them. Logging never fails, never throws
+// and needs no memory; a filtered call costs a few instructions.
 // Formats are literals: a text from outside is always an argument ("%s").
 #pragma once
 
@@ -14,7 +14,6 @@
 #include <limits>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/mutex.h"
 #include "log/console_targets.h"
@@ -91,7 +90,7 @@ using LogForwardHook = void (*)(void* context, int32_t level, uint32_t groupsLow
 // the walk over the targets; each target's lock is taken inside it.
 class Logger {
  public:
-  static Logger& Instance();
+  static Logger& Instance() noexcept;
 
   // Hands one call to the hook and, when it passes the filter, to the targets.
   void Dispatch(Level level, GroupMask groups, const char* format, ArgumentList& arguments)
@@ -128,9 +127,11 @@ class Logger {
  private:
   friend class LogTarget;
 
-  Logger();
+  Logger() noexcept;
   void SetDefaultsLocked() KEST_REQUIRES(mutex_);
   void AttachLocked(LogTarget& target) KEST_REQUIRES(mutex_);
+  // The link that points to `target`, or, when it is not attached, the last one, which is null.
+  LogTarget** FindLinkLocked(const LogTarget* target) KEST_REQUIRES(mutex_);
   void UpdateFilterLocked() KEST_REQUIRES(mutex_);
   void Forward(Level level, GroupMask groups, const char* format, ArgumentList& arguments)
       KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
@@ -156,7 +157,8 @@ class Logger {
   Level minimum_ KEST_GUARDED_BY(mutex_) = Level::kWarning;
   LogForwardHook hook_ KEST_GUARDED_BY(mutex_) = nullptr;
   void* hookContext_ KEST_GUARDED_BY(mutex_) = nullptr;
-  std::vector<LogTarget*> targets_ KEST_GUARDED_BY(mutex_);  // in order of attachment
+  // In order of attachment, linked through the targets: attaching one needs no memory.
+  LogTarget* targets_ KEST_GUARDED_BY(mutex_) = nullptr;
   // The last local time and the wall clock second it stands for.
   LocalTime localTime_ KEST_GUARDED_BY(mutex_);
   int64_t localSecond_ KEST_GUARDED_BY(mutex_) = kNoSecond;

@@ -134,11 +134,14 @@ Maybe<std::vector<Api::PlayerLootPointer>> LootEndpoints::GetPlayerLoot() {
 }
 
 Maybe<LootEndpoints::Items> LootEndpoints::GetPlayerLootMap() {
-  return ReadRetrieved([](const LootState& state) { return Items(state.store.items()); });
+  return ReadRetrieved([](const LootState& state) {
+    const ItemMap map = state.store.Snapshot();
+    return Items(map, &map->playerLoot);
+  });
 }
 
 Maybe<LootEndpoints::ItemMap> LootEndpoints::GetPlayerLootMapV2() {
-  return ReadRetrieved([](const LootState& state) { return ItemMap(state.store.map()); });
+  return ReadRetrieved([](const LootState& state) { return ItemMap(state.store.Snapshot()); });
 }
 
 Maybe<Api::PlayerLootPointer> LootEndpoints::GetPlayerLootById(const std::string& lootId) {
@@ -150,14 +153,14 @@ Maybe<Api::PlayerLootPointer> LootEndpoints::GetPlayerLootById(const std::string
 
 Maybe<std::vector<std::string>> LootEndpoints::GetPlayerDisplayCategories() {
   return ReadRetrieved(
-      [](const LootState& state) { return state.definitions.displayCategories(); });
+      [](const LootState& state) { return state.definitions->displayCategories(); });
 }
 
 Maybe<std::vector<Api::LootItem>> LootEndpoints::GetLootItems() {
   return ReadRetrieved([](const LootState& state) {
     std::vector<Api::LootItem> list;
-    list.reserve(state.definitions.items().size());
-    for (const SVDS::LootItemClientDTO& item : state.definitions.items()) {
+    list.reserve(state.definitions->items().size());
+    for (const SVDS::LootItemClientDTO& item : state.definitions->items()) {
       list.push_back(PublishedLootItem(item));
     }
     return list;

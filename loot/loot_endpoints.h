@@ -3,7 +3,7 @@
 // Threads: Register on the loader's thread, handlers on module tasks.
 #pragma once
 
-#include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,8 +39,8 @@ class LootEndpoints {
   void Register(Dispatcher& api);
 
  private:
-  using Items = std::reference_wrapper<const Api::PlayerLootItems>;
-  using ItemMap = std::reference_wrapper<const Api::PlayerLootMap>;
+  using Items = std::shared_ptr<const Api::PlayerLootItems>;
+  using ItemMap = std::shared_ptr<const Api::PlayerLootMap>;
 
   // In order; together they are the whole table.
   void RegisterInventoryRoutes(Dispatcher& api);

@@ -6,13 +6,14 @@
 namespace Kest::Client::Loot {
 
 void PlayerSession::OnLoginSession(const Api::LoginSession& session) {
-  const bool wasConnected = connected_;
-  connected_ = session.state == Api::LoginSessionStates::kSucceeded && session.accountId != 0 &&
-               session.summonerId != 0;
-  if (wasConnected || !connected_) return;
-  newPlayerChest_.BeginPeriod();
-  sources_.Follow(session.summonerId);
-  newPlayerChest_.Schedule();
+  const bool isConnected = session.state == Api::LoginSessionStates::kSucceeded &&
+                           session.accountId != 0 && session.summonerId != 0;
+  if (isConnected && !connected_) {
+    newPlayerChest_.BeginPeriod();
+    sources_.Follow(session.summonerId);
+    newPlayerChest_.Schedule();
+  }
+  connected_ = isConnected;
 }
 
 void PlayerSession::OnLoginSessionDeleted() {

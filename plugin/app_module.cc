@@ -3,12 +3,13 @@
 #include "log/fatal.h"
 #include "log/logger.h"
 #include "log/positional_format.h"
+#include "plugin/boundary.h"
 
 namespace Kest {
 
 void AppModule::WaitUntil(const std::function<bool()>& isReady, std::string_view typeName) {
   if (isReady()) return;
-  host_.WaitBegin(Format("Wait: future<%1>", typeName));
+  RunAndLog("Wait", [&] { host_.WaitBegin(Format("Wait: future<%1>", typeName)); });
   do {
     host_.Yield();
   } while (!isReady());

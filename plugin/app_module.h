@@ -8,6 +8,7 @@
 #include <future>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/maybe_type.h"
 #include "binding/types/static_type.h"
@@ -25,12 +26,20 @@ class AppModule {
   // do. A deferred future is run by the wait itself.
   template <class F, class T>
   MaybeType<F, T> Await(std::future<MaybeType<F, T>> future) {
+    return Await(std::move(future), StaticType::Name<MaybeType<F, T>>(), [] {});
+  }
+
+  // The same, shown as a wait for `typeName`. `poll` runs before each look at the future.
+  template <class F, class T, class Poll>
+  MaybeType<F, T> Await(std::future<MaybeType<F, T>> future, std::string_view typeName,
+                        const Poll& poll) {
     try {
       if (!future.valid()) throw std::future_error(std::future_errc::no_state);
-      const auto isReady = [&future] {
+      const auto isReady = [&] {
+        poll();
         return future.wait_for(std::chrono::seconds(0)) != std::future_status::timeout;
       };
-      WaitUntil(isReady, StaticType::Name<MaybeType<F, T>>());
+      WaitUntil(isReady, typeName);
       return future.get();
     } catch (const std::future_error& error) {
       EndProcess(error);
@@ -42,7 +51,8 @@ class AppModule {
   }
 
  private:
-  // Polls and yields. The wait is announced once, and only when the first poll fails.
+  // Polls and yields. The wait is announced once, and only when the first poll fails. A request
+  // under way must not lose its caller, so the wait goes on when there is no memory for its label.
   void WaitUntil(const std::function<bool()>& isReady, std::string_view typeName);
   [[noreturn]] static void EndProcess(const std::future_error& error);
 

@@ -4,19 +4,23 @@
 
 #include <exception>
 #include <new>
+#include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "log/logger.h"
 
 namespace Kest {
 
-inline constexpr char kOutOfMemory[] = "Out of memory";
+inline constexpr char kOutOfMemory[] = "Out of memory";  // short: a string of it allocates nothing
 
 // Runs `work()`. An exception ends here: `handle(message)` gets its message, "Out of memory" for
 // std::bad_alloc and an empty string for what is no std::exception.
 template <class Work, class Handle>
 void RunAtBoundary(Work&& work, Handle&& handle) noexcept {
+  static_assert(std::is_nothrow_invocable_v<Handle, const char*>,
+                "what handles an exception must not throw one: mark it noexcept");
   try {
     std::forward<Work>(work)();
   } catch (const std::bad_alloc&) {
@@ -31,9 +35,18 @@ void RunAtBoundary(Work&& work, Handle&& handle) noexcept {
 // The same for calls that return nothing: one error line "<what>: <message>".
 template <class Work>
 void RunAndLog(const char* what, Work&& work) noexcept {
-  RunAtBoundary(std::forward<Work>(work), [what](const char* text) {
+  RunAtBoundary(std::forward<Work>(work), [what](const char* text) noexcept {
     LogError("%s: %s", what, *text != '\0' ? text : "unknown exception");
   });
+}
+
+// A copy of an exception's message, or "Out of memory" when there is none for it.
+inline std::string CopyMessage(std::string_view text) noexcept {
+  try {
+    return std::string(text);
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  }
 }
 
 }  // namespace Kest

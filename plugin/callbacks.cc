@@ -60,7 +60,7 @@ const KestResponse* HandleCounted(void* context, Handle&& handle) noexcept {
         // It may quote the request, or be cut inside a character.
         if (!IsValidUtf8(response.message)) response.message = RepairUtf8(response.message);
       },
-      [&response](const char* text) {
+      [&response](const char* text) noexcept {
         LogError("Request: %s", *text != '\0' ? text : "unknown exception");
         response = FailWithMessage(text);
       });

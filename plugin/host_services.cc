@@ -1,7 +1,7 @@
 #include "plugin/host_services.h"
 
+#include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "plugin/boundary.h"
 #include "plugin/once_promise.h"
@@ -82,8 +82,10 @@ void HostServices::OnCompletion(void* context, const KestResponse* response) noe
   const GateEntry entry(self->gate_);
   const std::unique_ptr<PendingRequest> taken = self->TakePendingRequest(pending);
   if (!entry || taken == nullptr || !taken->completion) return;
-  RunAndLog("Request completion",
-            [&taken, response] { taken->completion(CopyResponse(*response)); });
+  Maybe<Response> copy = Failure{};
+  RunAtBoundary([&] { copy = CopyResponse(*response); },
+                [&copy](const char* text) noexcept { copy = Failure{CopyMessage(text)}; });
+  RunAndLog("Request completion", [&] { taken->completion(std::move(copy)); });
 }
 
 bool HostServices::Subscribe(std::string_view name, EventHandler handler) {
@@ -95,18 +97,26 @@ bool HostServices::Subscribe(std::string_view name, EventHandler handler) {
     handlers_.insert_or_assign(std::string(name), std::move(kept));
   }
   if (services_->subscribe(services_, ToText(name), &OnDelivery, this)) return true;
-  MutexLock hold(mutex_);
-  handlers_.erase(std::string(name));
+  DropHandler(name);
   return false;
 }
 
+bool HostServices::DropHandler(std::string_view name) {
+  MutexLock hold(mutex_);
+  const auto found = handlers_.find(name);
+  if (found == handlers_.end()) return false;
+  handlers_.erase(found);
+  return true;
+}
+
+bool HostServices::Resubscribe(std::string_view name) {
+  if (services_ == nullptr || IsStopping()) return false;
+  services_->unsubscribe(services_, ToText(name));
+  return services_->subscribe(services_, ToText(name), &OnDelivery, this);
+}
+
 void HostServices::Unsubscribe(std::string_view name) {
-  {
-    MutexLock hold(mutex_);
-    const auto found = handlers_.find(name);
-    if (found == handlers_.end()) return;
-    handlers_.erase(found);
-  }
+  if (!DropHandler(name)) return;
   services_->unsubscribe(services_, ToText(name));
 }
 
@@ -176,26 +186,28 @@ void HostServices::Identify(std::string_view fullName, std::string_view userAgen
   if (services_ != nullptr) services_->identify(services_, ToText(fullName), ToText(userAgent));
 }
 
-void HostServices::CancelAll() {
+void HostServices::CancelAll() noexcept {
   HandlerMap handlers;
   {
     MutexLock hold(mutex_);
     handlers.swap(handlers_);
   }
   for (const auto& [name, handler] : handlers) services_->unsubscribe(services_, ToText(name));
-  std::vector<PendingRequest> cancelled;
-  {
-    MutexLock hold(mutex_);
-    for (auto& [key, pending] : pendingRequests_) {
-      if (!pending->completion && !pending->run) continue;
-      cancelled.push_back({this, std::exchange(pending->completion, nullptr),
-                           std::exchange(pending->run, nullptr)});
+  // One at a time: what a completion does may end others, and a list of all would need memory.
+  for (;;) {
+    Completion completion;
+    std::function<void()> run;
+    {
+      MutexLock hold(mutex_);
+      const auto open = std::find_if(
+          pendingRequests_.begin(), pendingRequests_.end(),
+          [](const auto& entry) { return entry.second->completion || entry.second->run; });
+      if (open == pendingRequests_.end()) return;
+      completion = std::exchange(open->second->completion, nullptr);
+      run = std::exchange(open->second->run, nullptr);
     }
-  }
-  for (const PendingRequest& pending : cancelled) {
-    if (!pending.completion) continue;
-    RunAndLog("Request completion",
-              [&pending] { pending.completion(Failure{std::string(kFinalizing)}); });
+    if (!completion) continue;
+    RunAndLog("Request completion", [&] { completion(Failure{std::string(kFinalizing)}); });
   }
 }
 

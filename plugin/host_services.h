@@ -61,6 +61,9 @@ class HostServices {
   // is kept.
   bool Subscribe(std::string_view name, EventHandler handler);
   void Unsubscribe(std::string_view name);
+  // Subscribes anew, so that the host sends the resource's present value again: for an event that
+  // was lost for lack of memory. Needs none itself. False: the host refused.
+  bool Resubscribe(std::string_view name);
 
   // `json` is ignored for kDelete. False: not published.
   bool Publish(std::string_view path, ResourceEventType type, std::string_view json);
@@ -79,8 +82,8 @@ class HostServices {
 
   // For stop, with the gate closed. CancelAll drops the subscriptions and queued tasks and ends
   // every open request with "Finalizing"; Release, at the very end, frees what the host might still
-  // have called back with, and the host's table is not used any more.
-  void CancelAll();
+  // have called back with, and the host's table is not used any more. Neither needs memory.
+  void CancelAll() noexcept;
   void Release();
 
  private:
@@ -97,6 +100,7 @@ class HostServices {
   PendingRequest* AddPendingRequest(std::unique_ptr<PendingRequest> pending) KEST_EXCLUDES(mutex_);
   std::unique_ptr<PendingRequest> TakePendingRequest(const PendingRequest* pending)
       KEST_EXCLUDES(mutex_);
+  bool DropHandler(std::string_view name) KEST_EXCLUDES(mutex_);
 
   EntryGate& gate_;
   RuntimeCounters& counters_;

@@ -34,7 +34,7 @@ void PluginRuntime::Stop() {
   // is in progress: nothing that uses the plugin object is left when it is destroyed.
   for (;;) {
     const bool isIdle = gate.CallsInProgress() == 0;
-    RunAndLog("Stop", [this] { host.CancelAll(); });
+    host.CancelAll();
     if (isIdle) break;
     host.Yield();
   }

@@ -49,9 +49,9 @@ bool LacksRecord(const TypeIdentifier& type) {
 }  // namespace
 
 template <typename Entries>
-bool TypeBuilder::Accepts(TypeKind kind, const Entries& entries, std::string_view name) {
+bool TypeBuilder::Accepts(TypeKind kind, Entries TypeRecord::*entries, std::string_view name) {
   if (!IsOpen()) return false;
-  if (record_->kind == kind && !Contains(entries, name)) return true;
+  if (record_->kind == kind && !Contains(record_->*entries, name)) return true;
   state_ = State::kFailed;
   LogMisuse(Format("Type %1: \"%2\" is %3. The rest of its registration is dropped.", record_->name,
                    name,
@@ -60,7 +60,7 @@ bool TypeBuilder::Accepts(TypeKind kind, const Entries& entries, std::string_vie
 }
 
 TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
-  if (Accepts(TypeKind::kStructure, record_->fields, field.name)) {
+  if (Accepts(TypeKind::kStructure, &TypeRecord::fields, field.name)) {
     if (LacksRecord(field.type)) {
       LogMisuse(
           Format("Type %1: field \"%2\" (%3) holds a type that is not registered. Register "
@@ -74,7 +74,7 @@ TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
 
 TypeBuilder& TypeBuilder::AddEnumerator(std::string_view name, int32_t value,
                                         std::string_view description) {
-  if (Accepts(TypeKind::kEnumeration, record_->enumerators, name)) {
+  if (Accepts(TypeKind::kEnumeration, &TypeRecord::enumerators, name)) {
     record_->enumerators.push_back({std::string(name), std::string(description), value});
   }
   return *this;

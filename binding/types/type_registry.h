@@ -40,7 +40,7 @@ class TypeBuilder {
   bool IsOpen() const { return state_ == State::kOpen; }
   // Whether an entry of that kind and name may be added; if not, the builder has failed.
   template <typename Entries>
-  bool Accepts(TypeKind kind, const Entries& entries, std::string_view name);
+  bool Accepts(TypeKind kind, Entries TypeRecord::*entries, std::string_view name);
 
   TypeRecord* record_;
   State state_;

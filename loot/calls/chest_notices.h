@@ -8,17 +8,34 @@
 #include <vector>
 
 #include "loot/calls/forward.h"
+#include "loot/calls/publication_step.h"
 #include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
 
 class ChestNotices {
+  using Notifications = std::unordered_map<std::string, Api::PlayerLootNotification>;  // by id
+
  public:
   // Borrows the client, which outlives it.
   explicit ChestNotices(SiblingClient& client) : client_(client) {}
 
-  // Records an item's count; a falling one, or a first count of 0, is ignored.
-  void Update(const Api::PlayerLoot& item);
+  // The notifications as a publication will leave them; `Keep` takes them over.
+  class Draft {
+   public:
+    explicit Draft(const ChestNotices& notices)
+        : client_(notices.client_), notifications_(notices.notifications_) {}
+
+    // Records an item's count; a falling one, or a first count of 0, is ignored. Appends the change
+    // to be published, if any, with its log line.
+    void Update(const Api::PlayerLoot& item, std::vector<PublicationStep>* steps);
+
+   private:
+    friend class ChestNotices;
+    SiblingClient& client_;
+    Notifications notifications_;
+  };
+  void Keep(Draft draft) noexcept { notifications_.swap(draft.notifications_); }
 
   // Returns "ACKNOWLEDGED", or "NOT_FOUND" for an id without a notification.
   std::string Acknowledge(const std::string& id);
@@ -26,10 +43,8 @@ class ChestNotices {
   std::vector<Api::PlayerLootNotification> List() const;
 
  private:
-  void Publish();
-
   SiblingClient& client_;
-  std::unordered_map<std::string, Api::PlayerLootNotification> notifications_{8};
+  Notifications notifications_{8};
 };
 
 }  // namespace Kest::Client::Loot

@@ -10,6 +10,7 @@ namespace Kest::Client::Loot {
 
 template <class T, class Keep>
 void CollectionSources::FollowOne(std::string url, uint8_t readinessBits, Keep keep) {
+  followed_.reserve(followed_.size() + 1);  // so that what is subscribed is kept
   client_.Subscribe<T>(url, [this, readinessBits, keep](const T* value, ResourceEventType) {
     if (value == nullptr) return;
     (collections_.*keep)(*value);
@@ -39,6 +40,7 @@ void CollectionSources::Drop() {
 
 void CollectionSources::FollowChampions(const std::string& inventory) {
   std::string url = inventory + "/champions-minimal";
+  followed_.reserve(followed_.size() + 1);
   client_.Subscribe<Champions>(url, [this, skinsUrl = inventory + "/skins-minimal"](
                                         const Champions* champions, ResourceEventType) {
     if (champions == nullptr) return;

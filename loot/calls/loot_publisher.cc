@@ -1,9 +1,12 @@
 #include "loot/calls/loot_publisher.h"
 
+#include <utility>
+
 #include "client/sibling_client.h"
-#include "loot/calls/chest_notices.h"
+#include "log/logger.h"
 #include "loot/calls/watched_views.h"
 #include "plugin/app_module.h"
+#include "plugin/boundary.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -22,31 +25,63 @@ void LootPublisher::Request() {
 }
 
 void LootPublisher::Publish() {
-  const PlayerLootChanges changes = sources_.store.TakeChanges();
-  const std::vector<std::string>& categories = sources_.definitions.displayCategories();
-  const bool categoriesDiffer = categories != publishedCategories_;
-  if (categoriesDiffer) publishedCategories_ = categories;
-  PublishItems(changes);
-  if (changes.Any()) PublishMaps();
-  if (categoriesDiffer) {
-    client_.Publish(kCategoriesPath, ResourceEventType::kUpdate, publishedCategories_);
+  isDueAgain_ = true;
+  if (isPublishing_) return;
+  isPublishing_ = true;
+  // What was not published stays due in the store and the others.
+  RunAndLog("Publication", [this] {
+    while (std::exchange(isDueAgain_, false)) PublishOnce();
+  });
+  isPublishing_ = false;
+}
+
+void LootPublisher::PublishOnce() {
+  Steps steps;
+  PlayerLootChanges changes = sources_.store.FindChanges();
+  ChestNotices::Draft notices(sources_.notices);
+  AddItems(changes, &notices, &steps);
+  if (changes.Any()) AddMaps(&steps);
+  std::vector<std::string> categories = sources_.definitions->displayCategories();
+  if (categories != publishedCategories_) {
+    steps.push_back({client_.MakeChange(kCategoriesPath, ResourceEventType::kUpdate, categories)});
   }
-  sources_.views.PublishChanges();
+  WatchedViews::Draft views = sources_.views.FindChanges(changes, &steps);
+
+  // From here on nothing needs memory.
+  sources_.store.MarkPublished(std::move(changes));
+  sources_.notices.Keep(std::move(notices));
+  sources_.views.Keep(std::move(views));
+  publishedCategories_.swap(categories);
+  for (const PublicationStep& step : steps) {
+    if (!step.announcement.empty()) LogAlways("%s", step.announcement.c_str());
+    client_.Publish(step.change);
+  }
   ++publications_;
 }
 
-void LootPublisher::PublishItems(const PlayerLootChanges& changes) {
+void LootPublisher::AddItems(const PlayerLootChanges& changes, ChestNotices::Draft* notices,
+                             Steps* steps) const {
   for (const auto& [item, created] : changes.written) {
-    client_.Publish(kItemPath + item->lootId,
-                    created ? ResourceEventType::kCreate : ResourceEventType::kUpdate, *item);
-    sources_.notices.Update(*item);
+    const auto type = created ? ResourceEventType::kCreate : ResourceEventType::kUpdate;
+    steps->push_back({client_.MakeChange(kItemPath + item->lootId, type, *item)});
+    notices->Update(*item, steps);
   }
-  for (const std::string& lootId : changes.removed) client_.PublishDelete(kItemPath + lootId);
+  for (const Api::PlayerLootPointer& item : changes.removed) {
+    steps->push_back({{kItemPath + item->lootId, ResourceEventType::kDelete, {}}});
+  }
 }
 
-void LootPublisher::PublishMaps() {
-  client_.Publish(kItemsPath, ResourceEventType::kUpdate, sources_.store.items());
-  client_.Publish(kVersionedItemsPath, ResourceEventType::kUpdate, sources_.store.map());
+void LootPublisher::AddMaps(Steps* steps) const {
+  const auto store = sources_.store.Snapshot();
+  steps->push_back(
+      {client_.MakeChange(kItemsPath, ResourceEventType::kUpdate, store->playerLoot)});
+  // A PlayerLootMap is its version and the same text again.
+  ResourceChange versioned = steps->back().change;
+  versioned.path = kVersionedItemsPath;
+  versioned.json.insert(
+      0, "{\"version\":" + std::to_string(store->version + 1) + ",\"playerLoot\":");
+  versioned.json += '}';
+  steps->push_back({std::move(versioned)});
 }
 
 }  // namespace Kest::Client::Loot

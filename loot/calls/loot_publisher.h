@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "loot/calls/chest_notices.h"
 #include "loot/calls/forward.h"
+#include "loot/calls/publication_step.h"
 #include "loot/model/loot_definitions.h"
 #include "loot/state/player_loot_store.h"
 
@@ -17,7 +19,7 @@ class LootPublisher {
   // What a publication reads and updates; all outlive it.
   struct Sources {
     PlayerLootStore& store;
-    const LootDefinitions& definitions;
+    const LootDefinitionsPointer& definitions;
     ChestNotices& notices;
     WatchedViews& views;
   };
@@ -31,19 +33,26 @@ class LootPublisher {
   // Publishes what differs from the last publication, in this order: each written item in the
   // store's order ("Create" for a new one, "Update" otherwise; the list of notifications after an
   // item that changes it), each removed one ("Delete"), the two maps if there was any, the display
-  // categories if they differ, and the watched views that changed. All changes are collected before
-  // the first event leaves.
+  // categories if they differ, and the watched views that changed. All is made before the first
+  // event leaves: when memory runs out nothing is published, and the next publication does it. The
+  // host may ask the plugin something from inside an event; a publication that this brings about
+  // follows when this one is complete.
   void Publish();
 
  private:
-  void PublishItems(const PlayerLootChanges& changes);
-  void PublishMaps();
+  using Steps = std::vector<PublicationStep>;
+
+  void PublishOnce();
+  void AddItems(const PlayerLootChanges& changes, ChestNotices::Draft* notices, Steps* steps) const;
+  void AddMaps(Steps* steps) const;
 
   AppModule& module_;
   SiblingClient& client_;
   const Sources sources_;
   std::vector<std::string> publishedCategories_;
   uint64_t publications_ = 0;
+  bool isPublishing_ = false;
+  bool isDueAgain_ = false;
 };
 
 }  // namespace Kest::Client::Loot

@@ -18,13 +18,10 @@ namespace {
 constexpr const char* kRetrievalMethod = "getAllPlayerLootAndAllDefinitions";
 constexpr int64_t kInterval = 3;  // seconds between retrievals that are not forced
 
-// Runs `replace` when the list has another version than the one held, which it then becomes; a
-// replacement that fails is tried again next time.
-template <class Replace>
-void ReplaceIfOther(int64_t offered, int64_t* held, Replace replace) {
-  if (offered == *held) return;
-  replace();
-  *held = offered;
+// Whether the response holds a list of its own. The service leaves out a list of the version that
+// the request sent; and what is held already need not be replaced.
+bool IsNew(int64_t offered, int64_t sent, int64_t held) {
+  return offered != sent && offered != held;
 }
 
 }  // namespace
@@ -48,44 +45,59 @@ void LootRetrieval::Post() {
 }
 
 Maybe<std::string> LootRetrieval::RetrieveAndWait() {
-  Maybe<Inventory> response = proxy_.InvokeAndWait<Inventory>(
-      kLootService, kRetrievalMethod, itemListVersion_, recipeListVersion_, queryResultVersion_);
-  if (!response) {
+  const Versions sent = held_;
+  const std::function<void(Inventory)> use = [&](Inventory inventory) {
+    Apply(std::move(inventory), sent);
+  };
+  const Maybe<Nothing> done = proxy_.InvokeAndWait<Inventory>(
+      kLootService, kRetrievalMethod, use, sent.items, sent.recipes, sent.queryResults);
+  if (!done) {
     return Failure{Format("Error while calling getAllPlayerLootAndAllDefinitions: %1",
-                          response.GetFailure().text)};
+                          done.GetFailure().text)};
   }
-  Apply(std::move(response.GetValue()));
   targets_.logos.Load();
   return std::string(kSuccess);
 }
 
 void LootRetrieval::StartRetrieval() {
-  const std::function<void(Maybe<Inventory>)> onDone = [this](Maybe<Inventory> response) {
-    OnResponse(std::move(response));
+  const Versions sent = held_;
+  const std::function<void(Maybe<Inventory>)> onDone = [this, sent](Maybe<Inventory> response) {
+    OnResponse(std::move(response), sent);
   };
   const std::string failure =
-      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, onDone,
-                                    itemListVersion_, recipeListVersion_, queryResultVersion_);
-  if (!failure.empty()) OnResponse(Failure{failure});
+      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, onDone, sent.items,
+                                    sent.recipes, sent.queryResults);
+  if (!failure.empty()) OnResponse(Failure{failure}, sent);
   targets_.logos.PostLoad();
 }
 
-void LootRetrieval::OnResponse(Maybe<Inventory> response) {
-  if (response) return Apply(std::move(response.GetValue()));
+void LootRetrieval::OnResponse(Maybe<Inventory> response, const Versions& sent) {
+  if (response) return Apply(std::move(response.GetValue()), sent);
   LogError("Loot::RetrievePlayerLootAndDefinitions service async returned error: %s",
            response.GetFailure().text.c_str());
 }
 
-void LootRetrieval::Apply(Inventory inventory) {
-  LootDefinitions& definitions = targets_.definitions;
-  ReplaceIfOther(inventory.lootItemList.lastUpdate, &itemListVersion_,
-                 [&] { definitions.ReplaceItems(std::move(inventory.lootItemList.lootItems)); });
-  ReplaceIfOther(inventory.recipeList.lastUpdate, &recipeListVersion_,
-                 [&] { definitions.ReplaceRecipes(std::move(inventory.recipeList.recipes)); });
-  ReplaceIfOther(inventory.queryResult.lastUpdate, &queryResultVersion_, [&] {
-    definitions.ReplaceQueryResults(std::move(inventory.queryResult.queryToLootNames));
-  });
-  targets_.inventory.Replace(inventory.playerLoot);
+// The definitions, then the items assembled from them, then what depends on these: all is made
+// before anything is replaced.
+void LootRetrieval::Apply(Inventory inventory, const Versions& sent) {
+  Versions versions = held_;
+  LootDefinitions::Lists lists = targets_.definitions->lists();
+  if (IsNew(inventory.lootItemList.lastUpdate, sent.items, held_.items)) {
+    versions.items = inventory.lootItemList.lastUpdate;
+    lists.items = MakeLootItems(std::move(inventory.lootItemList.lootItems));
+  }
+  if (IsNew(inventory.recipeList.lastUpdate, sent.recipes, held_.recipes)) {
+    versions.recipes = inventory.recipeList.lastUpdate;
+    lists.recipes = MakeShared(std::move(inventory.recipeList.recipes));
+  }
+  if (IsNew(inventory.queryResult.lastUpdate, sent.queryResults, held_.queryResults)) {
+    versions.queryResults = inventory.queryResult.lastUpdate;
+    lists.queryResults = MakeShared(std::move(inventory.queryResult.queryToLootNames));
+  }
+  LootDefinitionsPointer definitions = targets_.definitions;
+  if (!(versions == held_)) definitions = std::make_shared<const LootDefinitions>(std::move(lists));
+  targets_.inventory.Replace(inventory.playerLoot, std::move(definitions));
+  held_ = versions;
   pending_ = false;
   targets_.publisher.Request();
 }

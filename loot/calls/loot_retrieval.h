@@ -18,7 +18,7 @@ class LootRetrieval {
  public:
   // What a retrieval changes, and what follows it; all outlive it.
   struct Targets {
-    LootDefinitions& definitions;
+    const LootDefinitionsPointer& definitions;
     LootInventory& inventory;
     LootPublisher& publisher;
     TournamentLogos& logos;
@@ -43,11 +43,21 @@ class LootRetrieval {
  private:
   using Inventory = SVDS::PlayerLootDefinitionsDTO;
 
+  // `lastUpdate` of the three lists.
+  struct Versions {
+    int64_t items = 0;
+    int64_t recipes = 0;
+    int64_t queryResults = 0;
+
+    friend bool operator==(const Versions&, const Versions&) = default;
+  };
+
   Maybe<std::string> RetrieveAndWait();
   void StartRetrieval();
-  void OnResponse(Maybe<Inventory> response);
-  // Replaces each list whose version differs from the one held, then the inventory.
-  void Apply(Inventory inventory);
+  void OnResponse(Maybe<Inventory> response, const Versions& sent);
+  // Replaces each list whose version is neither the one sent nor the one held, and the inventory.
+  // Changes nothing when memory runs out.
+  void Apply(Inventory inventory, const Versions& sent);
 
   AppModule& module_;
   ServiceProxy& proxy_;
@@ -55,9 +65,7 @@ class LootRetrieval {
   const Targets targets_;
   bool pending_ = true;
   int64_t lastRetrieval_ = 0;  // when the last one was sent, in seconds since 1970
-  int64_t itemListVersion_ = 0;
-  int64_t recipeListVersion_ = 0;
-  int64_t queryResultVersion_ = 0;
+  Versions held_;
 };
 
 }  // namespace Kest::Client::Loot

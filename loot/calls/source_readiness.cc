@@ -14,12 +14,12 @@ void SourceReadiness::OnSourceRead(uint8_t bits) {
 }
 
 void SourceReadiness::Set(uint8_t bits, uint8_t goal) {
-  const bool wasReady = Ready();
   goal_ = goal;
   flags_ = static_cast<uint8_t>(flags_ | bits);
   LogAlways("Loot %s: %hhu/%hhu", Ready() ? "ready" : "not yet ready", flags_, goal_);
-  if (Ready() == wasReady) return;
+  if (Ready() == isKnownReady_) return;
   client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, Ready());
+  isKnownReady_ = Ready();
 }
 
 }  // namespace Kest::Client::Loot

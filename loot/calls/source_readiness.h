@@ -43,6 +43,7 @@ class SourceReadiness {
   LootPublisher& publisher_;
   uint8_t flags_ = 0;
   uint8_t goal_ = 63;  // all six sources
+  bool isKnownReady_ = false;  // what was published last
 };
 
 }  // namespace Kest::Client::Loot

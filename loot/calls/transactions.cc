@@ -1,12 +1,13 @@
 #include "loot/calls/transactions.h"
 
+#include <functional>
 #include <string_view>
-#include <utility>
 
 #include "base/platform.h"
 #include "binding/convert/conversion_context.h"
 #include "binding/json/json_adapter.h"
 #include "client/service_proxy.h"
+#include "log/fatal.h"
 #include "log/positional_format.h"
 #include "log/trace.h"
 #include "loot/calls/loot_publisher.h"
@@ -64,38 +65,42 @@ Maybe<Api::PlayerLootUpdate> Transactions::Run(const char* kind, const char* met
                                                const Payload& payload) {
   if (!loot_.Enabled()) return Failure{"Loot disabled."};
   UuidBytes uuid{};
-  if (!CreateUuid(&uuid)) return Failure{"Couldn't create a request id."};
+  if (!CreateUuid(&uuid)) Fatal(kFatalUuid);
   const std::string requestId = FormatUuid(uuid);
   ConversionContext context;
   std::string body;
   WriteJsonValue(context, payload, &body);
   if (!context.Ok()) return Failure{"Error serializing request payload."};
   Trace("Sending %s request id: %s, body: %s", kind, requestId.c_str(), body.c_str());
-  return ProcessPlayerLootUpdateResponse(
-      requestId, proxy_.InvokeAndWait<Result>(kLootService, method, requestId, body));
+  Maybe<Api::PlayerLootUpdate> update = Failure{};
+  bool isUsed = false;
+  const std::function<void(Result)> use = [&](const Result& result) {
+    isUsed = true;
+    update = ProcessPlayerLootUpdateResponse(requestId, result);
+  };
+  const Maybe<Nothing> done =
+      proxy_.InvokeAndWait<Result>(kLootService, method, use, requestId, body);
+  if (done) return update;
+  Trace("Failed to get response for request id: %s", requestId.c_str());
+  if (isUsed) publisher_.Request();  // the result may have been applied in part
+  retrieval_.Post();                 // the service may have carried it out all the same
+  return Failure{Format("Error in ProcessPlayerLootUpdateResponse: %1", done.GetFailure().text)};
 }
 
 Maybe<Api::PlayerLootUpdate> Transactions::ProcessPlayerLootUpdateResponse(
-    const std::string& requestId, const Maybe<Result>& result) {
-  if (!result) {
-    Trace("Failed to get response for request id: %s", requestId.c_str());
-    retrieval_.Post();  // the service may have carried it out all the same
-    return Failure{
-        Format("Error in ProcessPlayerLootUpdateResponse: %1", result.GetFailure().text)};
-  }
-  const Result& reply = result.GetValue();
-  if (reply.status != kOk) {
+    const std::string& requestId, const Result& result) {
+  if (result.status != kOk) {
     Trace("Received unexpected status for request id: %s, status: %s", requestId.c_str(),
-          reply.status.c_str());
+          result.status.c_str());
     return Failure{
-        Format("Unexpected status in ProcessPlayerLootUpdateResponse: %1", reply.status)};
+        Format("Unexpected status in ProcessPlayerLootUpdateResponse: %1", result.status)};
   }
   ConversionContext context;
   std::string text;
-  WriteJsonValue(context, reply, &text);
+  WriteJsonValue(context, result, &text);
   if (!context.Ok()) return Failure{"Error serializing result payload."};
   Trace("Received response for request id: %s, response: %s", requestId.c_str(), text.c_str());
-  return Apply(reply);
+  return Apply(result);
 }
 
 Api::PlayerLootUpdate Transactions::Apply(const Result& result) {

@@ -3,6 +3,7 @@
 // Failure messages, all of status 500: "Loot disabled.", "Error serializing request payload.",
 //   "Error in ProcessPlayerLootUpdateResponse: %1", "Unexpected status in
 //   ProcessPlayerLootUpdateResponse: %1", "Error serializing result payload."
+// A system that gives no unique id for the request ends the process with "ALE-8B4DC795".
 // Threads: module tasks only; Craft and Redeem wait, and any number of them may wait side by side.
 #pragma once
 
@@ -44,7 +45,7 @@ class Transactions {
   template <class Payload>
   Maybe<Api::PlayerLootUpdate> Run(const char* kind, const char* method, const Payload& payload);
   Maybe<Api::PlayerLootUpdate> ProcessPlayerLootUpdateResponse(const std::string& requestId,
-                                                               const Maybe<Result>& result);
+                                                               const Result& result);
   Api::PlayerLootUpdate Apply(const Result& result);
 
   ServiceProxy& proxy_;

@@ -8,6 +8,7 @@ void GameData::ReplaceLoot(Api::LootDataGdsResource file) {
   lootItems_.Replace(std::move(file.LootItems));
   lootRecipes_.Replace(std::move(file.LootRecipes));
   lootTables_.Replace(std::move(file.LootTables));
+  ++revision_;
 }
 
 void GameData::ReplaceIcons(std::vector<Api::GameDataSummonerIcon> records) {

@@ -21,6 +21,9 @@ class GameData {
   void ReplaceIcons(std::vector<Api::GameDataSummonerIcon> records);
   void ReplaceEmotes(std::vector<Api::GameDataSummonerEmote> records);
 
+  // Grows when the loot definition file is replaced.
+  uint64_t revision() const { return revision_; }
+
   // Null when the file holds no entry of that id; of equal ids the first is found.
   const Api::LootItemGdsResource* FindLootItem(std::string_view id) const;
   const Api::LootRecipeGdsResource* FindLootRecipe(std::string_view id) const;
@@ -34,6 +37,7 @@ class GameData {
   const IdTable<int32_t, std::string>& iconPaths() const { return iconPaths_; }
 
  private:
+  uint64_t revision_ = 0;
   KeyedList<Api::LootItemGdsResource, &Api::LootItemGdsResource::id> lootItems_;
   KeyedList<Api::LootRecipeGdsResource, &Api::LootRecipeGdsResource::id> lootRecipes_;
   KeyedList<Api::LootTableGdsResource, &Api::LootTableGdsResource::id> lootTables_;

@@ -15,6 +15,7 @@ template <class Record, std::string Record::*kKey>
 class KeyedList {
  public:
   KeyedList() = default;
+  explicit KeyedList(std::vector<Record> records) { Replace(std::move(records)); }
   // The index points into the records, so a copy would look into the original.
   KeyedList(const KeyedList&) = delete;
   KeyedList& operator=(const KeyedList&) = delete;

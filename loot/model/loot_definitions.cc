@@ -20,29 +20,19 @@ std::vector<std::string> DisplayCategoriesOf(const std::vector<SVDS::LootItemCli
 
 }  // namespace
 
-void LootDefinitions::ReplaceItems(std::vector<SVDS::LootItemClientDTO> items) {
-  std::vector<std::string> categories = DisplayCategoriesOf(items);
-  items_.Replace(std::move(items));
-  displayCategories_ = std::move(categories);
-  indexIsStale_ = true;
-}
+LootDefinitions::LootDefinitions()
+    : LootDefinitions({MakeLootItems({}),
+                       MakeShared(std::vector<SVDS::LootSvdsRecipeClientDTO>()),
+                       MakeShared(BindingProperty())}) {}
 
-void LootDefinitions::ReplaceRecipes(std::vector<SVDS::LootSvdsRecipeClientDTO> recipes) {
-  recipes_ = std::move(recipes);
-  indexIsStale_ = true;
-}
+LootDefinitions::LootDefinitions(Lists lists)
+    : lists_(std::move(lists)),
+      displayCategories_(DisplayCategoriesOf(lists_.items->records())),
+      index_(*lists_.recipes, *lists_.queryResults, *lists_.items) {}
 
-void LootDefinitions::ReplaceQueryResults(BindingProperty queryToLootNames) {
-  queryToLootNames_ = std::move(queryToLootNames);
-  indexIsStale_ = true;
-}
-
-const RecipeIndex& LootDefinitions::recipes() const {
-  if (indexIsStale_) {
-    index_.Rebuild(recipes_, queryToLootNames_, items_);
-    indexIsStale_ = false;
-  }
-  return index_;
+std::shared_ptr<const LootItemDefinitions> MakeLootItems(
+    std::vector<SVDS::LootItemClientDTO> items) {
+  return std::make_shared<const LootItemDefinitions>(std::move(items));
 }
 
 Api::LootItem PublishedLootItem(const SVDS::LootItemClientDTO& definition) {

@@ -21,9 +21,21 @@ void CopyDefinition(const SVDS::LootItemClientDTO& definition, Api::PlayerLoot* 
   item->isRental = IsRentalType(definition.type);
 }
 
+void ApplyRecipes(const RecipeIndex& recipes, Api::PlayerLoot* item) {
+  const auto disenchant = recipes.FindDisenchant(item->lootName, item->lootId);
+  if (disenchant && disenchant->quantity > item->disenchantValue) {
+    item->disenchantLootName = disenchant->lootName;
+    item->disenchantValue = disenchant->quantity;
+  }
+  if (const auto upgrade = recipes.FindUpgrade(item->lootName, item->lootId)) {
+    item->upgradeEssenceName = upgrade->currencyId;
+    item->upgradeEssenceValue = upgrade->quantity;
+  }
+}
+
 }  // namespace
 
-void PlayerLootAssembly::Create(const SVDS::PlayerLootDTO& record,
+void PlayerLootAssembly::Create(const RecipeIndex& recipes, const SVDS::PlayerLootDTO& record,
                                 const SVDS::LootItemClientDTO& definition,
                                 Api::PlayerLoot* item) const {
   item->lootName = definition.lootName;
@@ -33,25 +45,12 @@ void PlayerLootAssembly::Create(const SVDS::PlayerLootDTO& record,
   item->expiryTime = record.expiryTime;
   CopyDefinition(definition, item);
   LogOkay("Loot::CreatePlayerLoot %s : Getting recipes", item->lootName.c_str());
-  ApplyRecipes(item);
+  ApplyRecipes(recipes, item);
   LogOkay("Loot::CreatePlayerLoot %s : Updating platform data", item->lootName.c_str());
   collectionStatus_.Apply(item);
   if (const auto* described = gameData_.FindLootItem(item->lootId)) {
     item->localizedName = described->name;
     item->localizedDescription = described->description;
-  }
-}
-
-void PlayerLootAssembly::ApplyRecipes(Api::PlayerLoot* item) const {
-  const RecipeIndex& recipes = definitions_.recipes();
-  const auto disenchant = recipes.FindDisenchant(item->lootName, item->lootId);
-  if (disenchant && disenchant->quantity > item->disenchantValue) {
-    item->disenchantLootName = disenchant->lootName;
-    item->disenchantValue = disenchant->quantity;
-  }
-  if (const auto upgrade = recipes.FindUpgrade(item->lootName, item->lootId)) {
-    item->upgradeEssenceName = upgrade->currencyId;
-    item->upgradeEssenceValue = upgrade->quantity;
   }
 }
 

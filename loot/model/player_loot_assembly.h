@@ -13,24 +13,20 @@ namespace Kest::Client::Loot {
 
 class PlayerLootAssembly {
  public:
-  // Borrows all three; they outlive it.
-  PlayerLootAssembly(const LootDefinitions& definitions, const Collections& collections,
-                     GameData& gameData)
-      : definitions_(definitions), gameData_(gameData), collectionStatus_(collections, gameData) {}
+  // Borrows both; they outlive it.
+  PlayerLootAssembly(const Collections& collections, GameData& gameData)
+      : gameData_(gameData), collectionStatus_(collections, gameData) {}
 
-  // Assembles `*item`, which is a copy of the stored item of that loot id, or empty when there is
+  // Assembles `*item` by the recipes and its definition. `*item` is a copy of the stored item of that loot id, or empty when there is
   // none: it keeps a better disenchant value, a known upgrade essence, statuses without a
   // collection entry, and `isNew`.
-  void Create(const SVDS::PlayerLootDTO& record, const SVDS::LootItemClientDTO& definition,
-              Api::PlayerLoot* item) const;
+  void Create(const RecipeIndex& recipes, const SVDS::PlayerLootDTO& record,
+              const SVDS::LootItemClientDTO& definition, Api::PlayerLoot* item) const;
 
   // Assembles ownership, artwork and redeemability again, after a change of the collections.
   void ApplyCollectionStatus(Api::PlayerLoot* item) const { collectionStatus_.Apply(item); }
 
  private:
-  void ApplyRecipes(Api::PlayerLoot* item) const;
-
-  const LootDefinitions& definitions_;
   const GameData& gameData_;
   CollectionStatus collectionStatus_;
 };

@@ -41,15 +41,15 @@ std::vector<std::string> FindLootNames(std::string_view query,
 
 }  // namespace
 
-void RecipeIndex::Rebuild(const std::vector<LootSvdsRecipeClientDTO>& recipes,
-                          const BindingProperty& queryToLootNames,
-                          const LootItemDefinitions& items) {
-  queriesByLootName_.clear();
-  queries_.clear();
-  recipes_.clear();
+RecipeIndex::RecipeIndex(const std::vector<LootSvdsRecipeClientDTO>& recipes,
+                         const BindingProperty& queryToLootNames,
+                         const LootItemDefinitions& items) {
   recipes_.reserve(recipes.size());
   for (const LootSvdsRecipeClientDTO& recipe : recipes) {
-    IndexedRecipe indexed{.recipe = &recipe, .slots = {}, .outputQuantities = {}};
+    IndexedRecipe indexed{.recipe = &recipe,
+                          .place = static_cast<uint32_t>(recipes_.size()),
+                          .slots = {},
+                          .outputQuantities = {}};
     for (const auto& slot : recipe.slots) {
       const Query& query = GetOrAddQuery(slot.query, queryToLootNames, items);
       indexed.slots.push_back(
@@ -63,7 +63,7 @@ void RecipeIndex::Rebuild(const std::vector<LootSvdsRecipeClientDTO>& recipes,
       indexed.outputQuantities.push_back(ReadQuantity(recipe, output.quantityExpression));
     }
     recipes_.push_back(std::move(indexed));
-    EnterRecipe(static_cast<uint32_t>(recipes_.size() - 1));
+    EnterRecipe(recipes_.back());
   }
 }
 
@@ -82,8 +82,8 @@ RecipeIndex::Query& RecipeIndex::GetOrAddQuery(std::string_view text,
   return query;
 }
 
-void RecipeIndex::EnterRecipe(uint32_t place) {
-  const IndexedRecipe& indexed = recipes_[place];
+void RecipeIndex::EnterRecipe(const IndexedRecipe& indexed) {
+  const uint32_t place = indexed.place;
   const LootSvdsRecipeClientDTO& recipe = *indexed.recipe;
   std::optional<DisenchantOffer> disenchant;
   if (recipe.type == kDisenchant && !recipe.outputs.empty()) {
@@ -93,6 +93,7 @@ void RecipeIndex::EnterRecipe(uint32_t place) {
   for (const IndexedSlot& slot : indexed.slots) {
     Query& query = queries_.find(slot.slot->query)->second;
     if (&slot == &indexed.slots.front()) query.firstRecipes.push_back(place);
+    if (query.recipes.empty() || query.recipes.back() != place) query.recipes.push_back(place);
     if (disenchant && (!query.disenchant || disenchant->quantity > query.disenchant->quantity)) {
       query.disenchant = disenchant;
     }
@@ -130,6 +131,15 @@ std::vector<const IndexedRecipe*> RecipeIndex::RecipesTakingFirst(std::string_vi
   taking.reserve(gathered.size());
   for (const uint32_t place : gathered) taking.push_back(&recipes_[place]);
   return taking;
+}
+
+std::vector<uint32_t> RecipeIndex::RecipesTaking(std::string_view lootName,
+                                                 std::string_view lootId) const {
+  std::vector<uint32_t> places;
+  ForEachQueryListing(lootName, lootId, [&](const Query& query) {
+    places.insert(places.end(), query.recipes.begin(), query.recipes.end());
+  });
+  return places;
 }
 
 std::optional<DisenchantOffer> RecipeIndex::FindDisenchant(std::string_view lootName,

@@ -1,11 +1,11 @@
 // RecipeIndex finds the recipes that take an item without a walk over all recipes. It is built once
-// per change of the definitions, in time proportional to their size: slots with the same query
-// share one list of loot names. A recipe takes an item when one of its slots lists the item's loot
+// per change of the definitions, in time proportional to their size, and never changes: slots with
+// the same query share one list of loot names. A recipe takes an item when one of its slots lists the item's loot
 // name or its loot id. A slot lists the names that the query results hold under its query, else the
 // query itself when it names a definition, else none.
 //
-// Threads:  module tasks only.
-// Lifetime: it points into the recipes it was built from; results are valid until the next Rebuild.
+// Threads:  any; it is constant.
+// Lifetime: it points into the recipes it was built from, and results point into it.
 #pragma once
 
 #include <cstdint>
@@ -31,6 +31,7 @@ struct IndexedSlot {
 
 struct IndexedRecipe {
   const SVDS::LootSvdsRecipeClientDTO* recipe = nullptr;
+  uint32_t place = 0;                     // in the definitions' order
   std::vector<IndexedSlot> slots;         // by rising slot number
   std::vector<int32_t> outputQuantities;  // one per output of the recipe, in its order
 };
@@ -51,14 +52,12 @@ struct UpgradeOffer {
 
 class RecipeIndex {
  public:
-  RecipeIndex() = default;
+  // `recipes` outlive the index. A quantity that cannot be read is 0 and logs "Loot recipe %s has
+  // an unreadable quantity: %s" as a warning.
+  RecipeIndex(const std::vector<SVDS::LootSvdsRecipeClientDTO>& recipes,
+              const BindingProperty& queryToLootNames, const LootItemDefinitions& items);
   RecipeIndex(const RecipeIndex&) = delete;
   RecipeIndex& operator=(const RecipeIndex&) = delete;
-
-  // Builds the index again. `recipes` outlive it or its next Rebuild. A quantity that cannot be
-  // read is 0 and logs "Loot recipe %s has an unreadable quantity: %s" as a warning.
-  void Rebuild(const std::vector<SVDS::LootSvdsRecipeClientDTO>& recipes,
-               const BindingProperty& queryToLootNames, const LootItemDefinitions& items);
 
   // Every recipe, in the definitions' order.
   const std::vector<IndexedRecipe>& recipes() const { return recipes_; }
@@ -67,6 +66,9 @@ class RecipeIndex {
   // each once.
   std::vector<const IndexedRecipe*> RecipesTakingFirst(std::string_view lootName,
                                                        std::string_view lootId) const;
+
+  // The places of all recipes that take the item in any slot; each may be there more than once.
+  std::vector<uint32_t> RecipesTaking(std::string_view lootName, std::string_view lootId) const;
 
   // Of the "DISENCHANT" recipes that take the item: the largest first output, of equal ones the
   // first recipe's.
@@ -82,6 +84,7 @@ class RecipeIndex {
     std::vector<std::string> lootNames;
     std::string_view lastCurrencyId;     // empty when it lists none
     std::vector<uint32_t> firstRecipes;  // whose first slot has it; rising
+    std::vector<uint32_t> recipes;       // with any slot that has it; rising
     // Of the recipes with any slot that has it.
     std::optional<DisenchantOffer> disenchant;
     std::optional<UpgradeOffer> upgrade;
@@ -89,7 +92,7 @@ class RecipeIndex {
 
   Query& GetOrAddQuery(std::string_view text, const BindingProperty& queryToLootNames,
                        const LootItemDefinitions& items);
-  void EnterRecipe(uint32_t place);
+  void EnterRecipe(const IndexedRecipe& indexed);
   template <class Visit>
   void ForEachQueryListing(std::string_view lootName, std::string_view lootId, Visit visit) const;
 

@@ -22,29 +22,23 @@ int32_t ClampCount(int64_t count, const std::string& lootId) {
 }  // namespace
 
 LootInventory::LootInventory(LootState& state)
-    : state_(state), assembly_(state.definitions, state.collections, state.gameData) {}
+    : state_(state), assembly_(state.collections, state.gameData) {}
 
-void LootInventory::Replace(const std::vector<SVDS::PlayerLootDTO>& records) {
+void LootInventory::Replace(const std::vector<SVDS::PlayerLootDTO>& records,
+                            LootDefinitionsPointer definitions) {
   std::vector<Api::PlayerLoot> items;
   items.reserve(records.size());
   for (const SVDS::PlayerLootDTO& record : records) {
     LogOkay("Loot::UpdatePlayerLoot %s", record.lootName.c_str());
-    const SVDS::LootItemClientDTO* definition = state_.definitions.Find(record.lootName);
+    const SVDS::LootItemClientDTO* definition = definitions->Find(record.lootName);
     if (!IsValidRecord(record, definition)) {
       LogWarning("Loot::UpdatePlayerLoot %s is not valid - ignoring", record.lootName.c_str());
       continue;
     }
-    assembly_.Create(record, *definition, &items.emplace_back());
+    assembly_.Create(definitions->recipes(), record, *definition, &items.emplace_back());
   }
   state_.store.Replace(items);
-}
-
-Api::PlayerLootPointer LootInventory::FindByName(std::string_view lootName,
-                                                 std::string_view refId) const {
-  const std::string lootId = MakeLootId(lootName, refId);
-  Api::PlayerLootPointer found = state_.store.Find(lootId);
-  if (found == nullptr) LogWarning("Cannot find loot with name: %s", lootId.c_str());
-  return found;
+  state_.definitions = std::move(definitions);
 }
 
 void LootInventory::ApplyDelta(const SVDS::PlayerLootDTO& record, int64_t delta) {
@@ -55,11 +49,11 @@ void LootInventory::ApplyDelta(const SVDS::PlayerLootDTO& record, int64_t delta)
     item = *stored;
     item.count = ClampCount(int64_t{item.count} + delta, lootId);
   } else {
-    const SVDS::LootItemClientDTO* definition = state_.definitions.Find(record.lootName);
+    const SVDS::LootItemClientDTO* definition = state_.definitions->Find(record.lootName);
     if (definition == nullptr) return;
     SVDS::PlayerLootDTO created = record;
     created.count = ClampCount(delta, lootId);
-    assembly_.Create(created, *definition, &item);
+    assembly_.Create(state_.definitions->recipes(), created, *definition, &item);
   }
   if (item.count == 0) return state_.store.Remove(lootId);
   if (delta > 0) item.isNew = true;
@@ -71,15 +65,16 @@ void LootInventory::Refresh(Api::PlayerLoot* item) const {
     *item = *stored;
     return;
   }
-  const SVDS::LootItemClientDTO* definition = state_.definitions.Find(item->lootName);
+  const SVDS::LootItemClientDTO* definition = state_.definitions->Find(item->lootName);
   if (definition == nullptr) return;
   Api::PlayerLoot built;
-  assembly_.Create({item->lootName, item->refId, 0, item->expiryTime}, *definition, &built);
+  assembly_.Create(state_.definitions->recipes(),
+                   {item->lootName, item->refId, 0, item->expiryTime}, *definition, &built);
   *item = std::move(built);
 }
 
 void LootInventory::MarkRedeemed(std::string_view lootName) {
-  const Api::PlayerLootPointer stored = FindByName(lootName, {});
+  const Api::PlayerLootPointer stored = state_.store.Find(MakeLootId(lootName, {}));
   if (stored == nullptr) return;
   Api::PlayerLoot item = *stored;
   Loot::MarkRedeemed(&item);

@@ -18,12 +18,9 @@ class LootInventory {
   // Borrows the state, which outlives it.
   explicit LootInventory(LootState& state);
 
-  // Replaces all items by those of `records`, each assembled again. An invalid record is logged and
-  // skipped.
-  void Replace(const std::vector<SVDS::PlayerLootDTO>& records);
-
-  // Null, with a warning, when the store does not hold the item.
-  Api::PlayerLootPointer FindByName(std::string_view lootName, std::string_view refId) const;
+  // Replaces the definitions, and all items by those of `records`, each assembled again. An invalid
+  // record is logged and skipped. Changes nothing when memory runs out.
+  void Replace(const std::vector<SVDS::PlayerLootDTO>& records, LootDefinitionsPointer definitions);
 
   // Adds `delta` to the count of the item that `record` names. An item whose count
   // becomes 0 is removed; an unknown one is created from its definition, when there is one. A

@@ -10,7 +10,7 @@
 namespace Kest::Client::Loot {
 
 struct LootState {
-  LootDefinitions definitions;
+  LootDefinitionsPointer definitions = std::make_shared<const LootDefinitions>();  // never null
   Collections collections;
   GameData gameData;
   PlayerLootStore store;

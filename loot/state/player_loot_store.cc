@@ -15,15 +15,20 @@ Api::PlayerLootPointer FindIn(const Api::PlayerLootItems& items, const std::stri
 
 }  // namespace
 
-PlayerLootStore::PlayerLootStore() {
-  current_.playerLoot.max_load_factor(1.0F);
-  current_.playerLoot.rehash(kInitialBuckets);
+PlayerLootStore::PlayerLootStore() : current_(std::make_shared<Api::PlayerLootMap>()) {
+  current_->playerLoot.max_load_factor(1.0F);
+  current_->playerLoot.rehash(kInitialBuckets);
   published_.max_load_factor(1.0F);
   published_.rehash(kInitialBuckets);
 }
 
 Api::PlayerLootPointer PlayerLootStore::Find(const std::string& lootId) const {
-  return FindIn(current_.playerLoot, lootId);
+  return FindIn(items(), lootId);
+}
+
+Api::PlayerLootMap& PlayerLootStore::Edit() {
+  if (current_.use_count() > 1) current_ = std::make_shared<Api::PlayerLootMap>(*current_);
+  return *current_;
 }
 
 Api::PlayerLootPointer PlayerLootStore::Share(const Api::PlayerLoot& item) const {
@@ -40,26 +45,25 @@ void PlayerLootStore::Replace(const std::vector<Api::PlayerLoot>& items) {
     touched.insert(item.lootId);
     replacement[item.lootId] = Share(item);
   }
-  current_.playerLoot.swap(replacement);
+  Edit().playerLoot.swap(replacement);
   touched_.swap(touched);
 }
 
 void PlayerLootStore::Put(const Api::PlayerLoot& item) {
   Api::PlayerLootPointer shared = Share(item);
   touched_.insert(item.lootId);
-  current_.playerLoot[item.lootId] = std::move(shared);
+  Edit().playerLoot[item.lootId] = std::move(shared);
 }
 
 void PlayerLootStore::Remove(const std::string& lootId) {
-  const auto found = current_.playerLoot.find(lootId);
-  if (found == current_.playerLoot.end()) return;
+  if (!items().contains(lootId)) return;
   touched_.insert(lootId);
-  current_.playerLoot.erase(found);
+  Edit().playerLoot.erase(lootId);
 }
 
 void PlayerLootStore::EditAll(const std::function<void(Api::PlayerLoot& item)>& edit) {
   Api::PlayerLoot scratch;  // reused: assigning to it keeps the capacity of its strings
-  for (auto& [lootId, item] : current_.playerLoot) {
+  for (auto& [lootId, item] : Edit().playerLoot) {
     scratch = *item;
     edit(scratch);
     if (scratch == *item) continue;
@@ -69,7 +73,7 @@ void PlayerLootStore::EditAll(const std::function<void(Api::PlayerLoot& item)>& 
 }
 
 bool PlayerLootStore::DiffersFromPublished(const std::string& lootId) const {
-  return FindIn(current_.playerLoot, lootId) != FindIn(published_, lootId);
+  return FindIn(items(), lootId) != FindIn(published_, lootId);
 }
 
 std::vector<PlayerLootChanges::Written> PlayerLootStore::CollectWritten() const {
@@ -78,40 +82,41 @@ std::vector<PlayerLootChanges::Written> PlayerLootStore::CollectWritten() const 
     if (DiffersFromPublished(lootId)) written.push_back({item, !published_.contains(lootId)});
   };
   if (touched_.size() == 1) {  // the usual case needs no walk to find the order
-    const auto found = current_.playerLoot.find(*touched_.begin());
-    if (found != current_.playerLoot.end()) add(found->first, found->second);
+    const auto found = items().find(*touched_.begin());
+    if (found != items().end()) add(found->first, found->second);
     return written;
   }
   if (touched_.empty()) return written;
-  for (const auto& [lootId, item] : current_.playerLoot) {
+  for (const auto& [lootId, item] : items()) {
     if (touched_.contains(lootId)) add(lootId, item);
   }
   return written;
 }
 
-PlayerLootChanges PlayerLootStore::TakeChanges() {
-  PlayerLootChanges changes{CollectWritten(), {}};
+PlayerLootChanges PlayerLootStore::FindChanges() {
+  PlayerLootChanges changes{CollectWritten(), {}, {}};
   for (const std::string& lootId : touched_) {
-    if (published_.contains(lootId) && !current_.playerLoot.contains(lootId)) {
-      changes.removed.push_back(lootId);
-    }
+    const Api::PlayerLootPointer published = FindIn(published_, lootId);
+    if (published != nullptr && !items().contains(lootId)) changes.removed.push_back(published);
   }
-  std::sort(changes.removed.begin(), changes.removed.end());
-  Api::PlayerLootItems created;
+  std::sort(changes.removed.begin(), changes.removed.end(),
+            [](const auto& left, const auto& right) { return left->lootId < right->lootId; });
   for (const auto& [item, isCreated] : changes.written) {
-    if (isCreated) created.emplace(item->lootId, item);
+    if (isCreated) changes.created.emplace(item->lootId, item);
   }
-  published_.reserve(published_.size() + created.size());
+  published_.reserve(published_.size() + changes.created.size());
+  Edit();
+  return changes;
+}
 
-  // From here on nothing allocates.
+void PlayerLootStore::MarkPublished(PlayerLootChanges changes) noexcept {
   for (const auto& [item, isCreated] : changes.written) {
     if (!isCreated) published_.find(item->lootId)->second = item;
   }
-  published_.merge(created);
-  for (const std::string& lootId : changes.removed) published_.erase(lootId);
-  if (changes.Any()) ++current_.version;
+  published_.merge(changes.created);
+  for (const Api::PlayerLootPointer& item : changes.removed) published_.erase(item->lootId);
+  if (changes.Any()) ++current_->version;
   Ids().swap(touched_);
-  return changes;
 }
 
 }  // namespace Kest::Client::Loot

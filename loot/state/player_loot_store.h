@@ -3,12 +3,13 @@
 // finding the changes compares pointers, of the ids touched since the last publication.
 //
 // Threads:  module tasks only.
-// Lifetime: an item is immutable; a PlayerLootPointer outlives every later change. References to
-//           the maps do not survive a wait.
+// Lifetime: an item and a snapshot are immutable and may be kept as long as one likes, also while
+//           other tasks run. A change copies the map only while somebody holds a snapshot of it.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -23,8 +24,9 @@ struct PlayerLootChanges {
     Api::PlayerLootPointer item;
     bool created = false;  // not in the last publication
   };
-  std::vector<Written> written;      // in the store's order
-  std::vector<std::string> removed;  // ids, by rising id
+  std::vector<Written> written;                 // in the store's order
+  std::vector<Api::PlayerLootPointer> removed;  // as last published, by rising id
+  Api::PlayerLootItems created;                 // those of `written`, to be moved into the store
 
   bool Any() const { return !written.empty() || !removed.empty(); }
 };
@@ -33,9 +35,10 @@ class PlayerLootStore {
  public:
   PlayerLootStore();
 
-  // The items and the version, which grows by one with each TakeChanges that found any.
-  const Api::PlayerLootMap& map() const { return current_; }
-  const Api::PlayerLootItems& items() const { return current_.playerLoot; }
+  // The items and the version, which grows by one with each publication of a change.
+  std::shared_ptr<const Api::PlayerLootMap> Snapshot() const { return current_; }
+  // Valid until the next change.
+  const Api::PlayerLootItems& items() const { return current_->playerLoot; }
 
   // Null for an unknown id.
   Api::PlayerLootPointer Find(const std::string& lootId) const;
@@ -54,9 +57,13 @@ class PlayerLootStore {
   // alone and must not use the store.
   void EditAll(const std::function<void(Api::PlayerLoot& item)>& edit);
 
-  // Returns what differs from the last publication, marks it as published, and increments the
-  // version if there is anything. Nothing is changed when memory runs out.
-  PlayerLootChanges TakeChanges();
+  // What differs from the last publication. Makes room for MarkPublished.
+  PlayerLootChanges FindChanges();
+  // Whether FindChanges may find something.
+  bool HasChanges() const { return !touched_.empty(); }
+  // Marks them as published, and increments the version if there are any. REQUIRES: they were
+  // found last, and the store has not changed since.
+  void MarkPublished(PlayerLootChanges changes) noexcept;
 
  private:
   using Ids = std::unordered_set<std::string>;
@@ -67,7 +74,10 @@ class PlayerLootStore {
   // The touched items that differ, in the store's order.
   std::vector<PlayerLootChanges::Written> CollectWritten() const;
 
-  Api::PlayerLootMap current_;
+  // The map to change: its own copy while a snapshot is held.
+  Api::PlayerLootMap& Edit();
+
+  std::shared_ptr<Api::PlayerLootMap> current_;
   Api::PlayerLootItems published_;
   Ids touched_;  // every id whose current and published pointers may differ
 };

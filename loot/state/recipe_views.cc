@@ -48,16 +48,18 @@ Api::Recipe ShowRecipe(const IndexedRecipe& indexed, const Api::LootRecipeGdsRes
 
 std::vector<const IndexedRecipe*> RecipeViews::FindInitialItemRecipes(
     const std::string& lootId) const {
-  const RecipeIndex& recipes = state_.definitions.recipes();
+  const RecipeIndex& recipes = state_.definitions->recipes();
   if (const Api::PlayerLootPointer item = state_.store.Find(lootId)) {
     return recipes.RecipesTakingFirst(item->lootName, lootId);
   }
   return recipes.RecipesTakingFirst(SplitLootId(lootId).lootName, lootId);
 }
 
-std::vector<Api::Recipe> RecipeViews::InitialItemRecipes(const std::string& lootId) const {
+std::vector<Api::Recipe> RecipeViews::Show(
+    const std::vector<const IndexedRecipe*>& recipes) const {
   std::vector<Api::Recipe> shown;
-  for (const IndexedRecipe* recipe : FindInitialItemRecipes(lootId)) {
+  shown.reserve(recipes.size());
+  for (const IndexedRecipe* recipe : recipes) {
     shown.push_back(
         ShowRecipe(*recipe, state_.gameData.FindLootRecipe(recipe->recipe->recipeName)));
   }

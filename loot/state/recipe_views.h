@@ -19,8 +19,8 @@ class RecipeViews {
   // item that is not stored is known by its id alone. Valid until the definitions change.
   std::vector<const IndexedRecipe*> FindInitialItemRecipes(const std::string& lootId) const;
 
-  // The same, in full.
-  std::vector<Api::Recipe> InitialItemRecipes(const std::string& lootId) const;
+  // In full.
+  std::vector<Api::Recipe> Show(const std::vector<const IndexedRecipe*>& recipes) const;
 
  private:
   const LootState& state_;

@@ -15,10 +15,12 @@ TEST_F(LootPluginTest, PathsOfLongIdsAreComplete) {
   const std::string item = "/tav-loot/v1/player-loot/" + id;
   const std::string menu = item + "/context-menu";
   const std::string recipes = "/tav-loot/v1/recipes/initial-item/" + id;
-  for (const std::string& path : {menu, recipes, std::string(kLootMap)}) host_.Get(path);
+  for (const std::string& path : {std::string(kLootMap), menu, recipes}) host_.Get(path);
   for (const std::string& loot :
        {R"([{"lootName":")" + id + R"(","count":1}])", std::string("[]")}) {
     playerLoot_ = loot;
+    recipes_.insert(2, R"("crafterName":"y",)");
+    itemsVersion_ += 3;
     host_.Post("/tav-loot/v1/refresh?force=true");
   }
   std::map<std::string, int> published;

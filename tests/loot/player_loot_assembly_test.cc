@@ -139,12 +139,13 @@ class CreateTest : public ::testing::Test {
  protected:
   CreateTest() {
     definition_ = {"SHARD", "picture", "MATERIAL", "EPIC", 9, 4, "UP", 1, "t", "CAT", 3, 2};
-    definitions_.ReplaceItems({definition_});
     gameData_.ReplaceLoot(LootFile("SHARD-7"));
   }
   PlayerLoot Create(std::string refId, PlayerLoot item) {
-    PlayerLootAssembly(definitions_, collections_, gameData_)
-        .Create({"SHARD", std::move(refId), 5, 6}, definition_, &item);
+    lists_.items = MakeLootItems({definition_});
+    const LootDefinitions definitions(lists_);
+    PlayerLootAssembly(collections_, gameData_)
+        .Create(definitions.recipes(), {"SHARD", std::move(refId), 5, 6}, definition_, &item);
     return item;
   }
   void ReplaceRecipes(std::string disenchantQuantity) {
@@ -157,11 +158,11 @@ class CreateTest : public ::testing::Test {
     upgrade.slots = {{1, "SHARD", "1"}, {2, "q", "12"}};
     BindingProperty queries;
     queries.GetOrAddMember("q").SetString("CURRENCY_cosmetic");
-    definitions_.ReplaceQueryResults(std::move(queries));
-    definitions_.ReplaceRecipes({recipe, upgrade});
+    lists_.queryResults = MakeShared(std::move(queries));
+    lists_.recipes = MakeShared(std::vector{recipe, upgrade});
   }
   SVDS::LootItemClientDTO definition_;
-  LootDefinitions definitions_;
+  LootDefinitions::Lists lists_ = LootDefinitions().lists();
   Collections collections_;
   GameData gameData_;
 };
@@ -175,7 +176,7 @@ TEST_F(CreateTest, KeepsWhatAReusedItemKnowsBetter) {
   EXPECT_EQ(Create("", stored), stored) << "a lower value does not replace a higher one";
   ReplaceRecipes("5");
   EXPECT_EQ(Create("", stored).disenchantValue, 5);
-  definitions_.ReplaceRecipes({});
+  lists_.recipes = LootDefinitions().lists().recipes;
   EXPECT_EQ(Create("", stored), stored) << "without recipes both keep their values";
   definition_.type = "CHROMA";
   EXPECT_TRUE(Create("", stored).isRental);

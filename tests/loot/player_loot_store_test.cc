@@ -18,13 +18,14 @@ Api::PlayerLoot Item(const std::string& lootId, int32_t count) {
 
 // "+id", "=id" and "-id" for what was created, updated and removed, in order.
 std::vector<std::string> Taken(PlayerLootStore* store) {
-  const PlayerLootChanges changes = store->TakeChanges();
+  PlayerLootChanges changes = store->FindChanges();
   std::vector<std::string> texts;
   for (const auto& [item, created] : changes.written) {
     texts.push_back((created ? "+" : "=") + item->lootId);
   }
-  for (const std::string& lootId : changes.removed) texts.push_back("-" + lootId);
+  for (const auto& item : changes.removed) texts.push_back("-" + item->lootId);
   EXPECT_EQ(changes.Any(), !texts.empty());
+  store->MarkPublished(std::move(changes));
   return texts;
 }
 
@@ -46,7 +47,7 @@ TEST(PlayerLootStore, ReportsWhatDiffersFromWhatWasReportedInTheOrderOfTheStore)
   store.Replace({Item("item1", 1), Item("item9", 2)});
   EXPECT_EQ(store.items().at("item1"), before.at("item1")) << "equal items share their copies";
   EXPECT_THAT(Taken(&store), ::testing::UnorderedElementsAre("=item9", "-item3", "-item5"));
-  EXPECT_EQ(store.map().version, 3);
+  EXPECT_EQ(store.Snapshot()->version, 3);
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ std::vector<SVDS::LootItemClientDTO> Items(std::initializer_list<const char*> na
 class RecipeIndexTest : public ::testing::Test {
  protected:
   RecipeIndexTest() {
-    definitions_.ReplaceItems(Items({"CHEST_a", "CURRENCY_champion"}));
+    lists_.items = MakeLootItems(Items({"CHEST_a", "CURRENCY_champion"}));
     BindingProperty queries = BindingProperty::Structure();
     BindingProperty& shards = queries.GetOrAddMember("shards");
     for (const char* name : {"SHARD_1", "SHARD_2", "SHARD_1", "TOKEN-42"}) {
@@ -58,20 +58,21 @@ class RecipeIndexTest : public ::testing::Test {
     queries.GetOrAddMember("essences").Append().SetString("CURRENCY_cosmetic");
     queries.GetOrAddMember("none").SetCollection();
     queries.GetOrAddMember("CHEST_a").SetSigned(1);
-    definitions_.ReplaceQueryResults(std::move(queries));
+    lists_.queryResults = MakeShared(std::move(queries));
   }
   const RecipeIndex& Index(const std::string& recipes) {
-    definitions_.ReplaceRecipes(Recipes(recipes));
-    return definitions_.recipes();
+    lists_.recipes = MakeShared(Recipes(recipes));
+    return definitions_.emplace(lists_).recipes();
   }
   std::string TakingFirst(std::string_view name, std::string_view id) {
     std::string names;
-    for (const IndexedRecipe* indexed : definitions_.recipes().RecipesTakingFirst(name, id)) {
+    for (const IndexedRecipe* indexed : definitions_->recipes().RecipesTakingFirst(name, id)) {
       names += indexed->recipe->recipeName + " ";
     }
     return names;
   }
-  LootDefinitions definitions_;
+  LootDefinitions::Lists lists_;
+  std::optional<LootDefinitions> definitions_;
 };
 
 TEST_F(RecipeIndexTest, FindsRecipesAndOffersByNameAndId) {
@@ -110,21 +111,9 @@ TEST_F(RecipeIndexTest, FindsRecipesAndOffersByNameAndId) {
   EXPECT_THAT(*index.recipes().at(3).slots.at(1).lootNames, IsEmpty());
 }
 
-TEST_F(RecipeIndexTest, FollowsEveryReplacement) {
-  Index("r X 1:CHEST_b");
-  EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b"), "");
-  definitions_.ReplaceItems(Items({"CHEST_b"}));
-  EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b"), "r ");
-  BindingProperty queries;
-  queries.GetOrAddMember("CHEST_b").SetString("CHEST_c");
-  definitions_.ReplaceQueryResults(std::move(queries));
-  EXPECT_EQ(TakingFirst("CHEST_b", "CHEST_b") + TakingFirst("CHEST_c", "CHEST_c"), "r ");
-}
-
 TEST_F(RecipeIndexTest, AnUnreadableQuantityIsZeroAndSaysSoOnce) {
   LogCapture log;
   const RecipeIndex& index = Index("r X 1:one*few OUT=1/0");
-  definitions_.recipes();
   EXPECT_EQ(index.recipes().at(0).slots.at(0).quantity, 0);
   EXPECT_THAT(index.recipes().at(0).outputQuantities, ElementsAre(0));
   EXPECT_THAT(log.Lines(), ElementsAre("  WARN|| Loot recipe r has an unreadable quantity: few",
@@ -135,8 +124,9 @@ TEST(LootDefinitionsTest, DisplayCategoriesAreDistinctAndSorted) {
   auto items = Items({"1", "2", "3", "4", "5", "6", "7"});
   const char* category[] = {"SKIN", "OTHER", "CHEST", "", "SKIN", "ANOTHER", "EMOTE"};
   for (size_t i = 0; i < items.size(); ++i) items[i].displayCategories = category[i];
-  LootDefinitions definitions;
-  definitions.ReplaceItems(items);
+  LootDefinitions::Lists lists = LootDefinitions().lists();
+  lists.items = MakeLootItems(items);
+  const LootDefinitions definitions(lists);
   EXPECT_THAT(definitions.displayCategories(),
               ElementsAre("", "ANOTHER", "OTHER", "CHEST", "SKIN", "EMOTE"));
   EXPECT_EQ(definitions.Find("3")->displayCategories, "CHEST");

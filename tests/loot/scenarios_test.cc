@@ -202,7 +202,13 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
   void CompareWithResponses() {
     const bool enabled = enabled_[0] && enabled_[1];
     ExpectMap(host_.Get(kLootMap).body);
-    for (const auto& [path, json] : published_) EXPECT_EQ(host_.Get(path).body, json) << path;
+    for (auto& [path, json] : published_) {
+      const std::string body = host_.Get(path).body;
+      // A view is followed from its first read on that finds an item or a recipe.
+      if (json == "[]" && unknownViews_.contains(path)) json = body;
+      if (json != "[]") unknownViews_.erase(path);
+      EXPECT_EQ(body, json) << path;
+    }
     EXPECT_EQ(published_["/tav-loot/v1/enabled"], enabled ? "true" : "false");
     EXPECT_EQ(published_["/tav-loot/v1/ready"], (flags_ & goal_) == goal_ ? "true" : "false");
     Counts counts;
@@ -244,6 +250,7 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
 
   Api::PlayerLootItems known_;
   int64_t version_ = 0;
+  std::set<std::string> unknownViews_{kMenu, kRecipes};
   bool itemsChanged_ = false;  // since the maps were published
   std::map<std::string, std::string> published_{{"/tav-loot/v1/enabled", "false"},
                                                 {"/tav-loot/v1/ready", "false"},

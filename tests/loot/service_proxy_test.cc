@@ -36,7 +36,11 @@ class ServiceProxyTest : public CallsTest {
   // Both start a call in a task; `seen_` gets its value or its failure message when it ends.
   template <class R = TestRecord, class... A>
   void Call(std::string_view method, const A&... arguments) {
-    host_.RunTask([=, this] { Note(proxy_.InvokeAndWait<R>("loot", method, arguments...)); });
+    host_.RunTask([=, this] {
+      const std::function<void(R)> use = [this](const R& result) { Note<R>(result); };
+      const auto done = proxy_.InvokeAndWait<R>("loot", method, use, arguments...);
+      if (!done) Note<R>(done.GetFailure());
+    });
   }
   template <class R = TestRecord, class... A>
   void CallSession(std::string_view method, const A&... arguments) {
@@ -66,23 +70,24 @@ class ServiceProxyTest : public CallsTest {
 };
 
 TEST_F(ServiceProxyTest, EachCallGetsTheLatestResponseOfItsOwnUuid) {
-  Respond(kUuidEvent, "uuid-3", "stale");
-  Respond(kUuidEvent, "uuid-3", "early");
+  Respond(kUuidEvent, "uuid-3", "of nobody: no request is being sent");
   Call("m");
   Call("m");
   Respond(kUuidEvent, "uuid-2", "second");
   Respond(kUuidEvent, "unknown", "unused");
   Respond(kUuidEvent, "uuid-1", "first");
   Call("m");
-  EXPECT_THAT(seen_, ElementsAre("second", "first", "early"));
+  EXPECT_THAT(seen_, ElementsAre("second", "first"));
+  Respond(kUuidEvent, "uuid-3", "third");
   host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests",
                   FakeResponse{200, "\"held\"", "", "", true});
   Call("m");
+  Respond(kUuidEvent, "held", "stale");
   Respond(kUuidEvent, "held", "before the host has named the request");
   EXPECT_EQ(seen_.size(), 3u) << "it is not known yet whose response it is";
   host_.ReleaseHeld();
   Respond(kUuidEvent, "held", "again");
-  EXPECT_THAT(seen_, ElementsAre("second", "first", "early", StartsWith("before")));
+  EXPECT_THAT(seen_, ElementsAre("second", "first", "third", StartsWith("before")));
 }
 
 TEST_F(ServiceProxyTest, OneMethodBasedCallAtATimeAlsoWhileItIsBeingSent) {
@@ -141,7 +146,7 @@ TEST_F(ServiceProxyTest, AnAsynchronousResponseNeedsAHandler) {
   EXPECT_THAT(log_.Lines(), ElementsAre(" ERROR|| vwm-be-test: Could not find registered handler "
                                         "for async service proxy event loot.m"));
   proxy_.SubscribeAsync("loot", "m",
-                        [&](PluginServiceProxyResponse r) { seen_.push_back(r.payload); });
+                        [&](ArrivedResponse r) { seen_.push_back(r.response.payload); });
   Respond("OnServiceProxyAsyncEvent", "u", "1");
   Respond("OnServiceProxyAsyncEvent", "u", "2");
   EXPECT_THAT(seen_, ElementsAre(R"({"name":"1"})", R"({"name":"2"})"));
@@ -191,22 +196,27 @@ class ResponseTableTest : public CallsTest {
 
   void Add(const std::string& key, std::string payload) {
     PluginServiceProxyResponse response;
+    response.uuid = key;
     response.payload = std::move(payload);
-    table_.AddResponse(key, std::move(response));
+    table_.AddUuidResponse(std::move(response));
+  }
+  std::string Await(const std::string& key, ResponseTable::Completion completion) {
+    return table_.AddPending(key, ResponseTable::MakePending(std::move(completion)));
   }
   ResponseTable::Completion Note() {
-    return [this](PluginServiceProxyResponse r) { seen_.push_back(r.payload); };
+    return [this](ArrivedResponse r) { seen_.push_back(r.response.payload); };
   }
 
   ResponseTable table_{name_};
+  std::optional<ResponseTable::Sending> sending_{std::in_place, table_, ""};
 };
 
 TEST_F(ResponseTableTest, ACompletionThatThrowsGetsTheTextOnceAndBlocksNobody) {
-  table_.AddPending("a", [&](PluginServiceProxyResponse r) {
-    seen_.push_back("a:" + r.error);
+  Await("a", [&](const ArrivedResponse& r) {
+    seen_.push_back("a:" + r.response.error);
     throw std::runtime_error("full");
   });
-  table_.AddPending("b", Note());
+  Await("b", Note());
   Add("a", "1");
   Add("b", "2");
   Add("a", "3");
@@ -219,8 +229,9 @@ TEST_F(ResponseTableTest, KeepsWithinItsBoundsTheOldestGoingFirst) {
   }
   const std::string dropped = "  WARN|| vwm-be-test: Dropped buffered service proxy response: ";
   EXPECT_THAT(log_.Lines(), ElementsAre(dropped + "k0"));
-  for (const char* key : {"k0", "k1", "big"}) table_.AddPending(key, Note());
-  EXPECT_THAT(seen_, ElementsAre("v")) << "the first was dropped, the last has not come";
+  EXPECT_EQ(Await("k0", Note()), "Response lost");
+  for (const char* key : {"k1", "big"}) EXPECT_EQ(Await(key, Note()), "");
+  EXPECT_THAT(seen_, ElementsAre("v")) << "the last has not come";
   log_.Clear();
   Add("big", std::string(2 * kHalf + 1, 'x'));
   EXPECT_EQ(seen_.back().size(), 2 * kHalf + 1) << "awaited, so not buffered";
@@ -229,8 +240,9 @@ TEST_F(ResponseTableTest, KeepsWithinItsBoundsTheOldestGoingFirst) {
   Add("half", std::string(kHalf, 'x'));
   EXPECT_THAT(log_.Lines(), Not(Contains(dropped + "half"))) << "replaced, not added";
   Add("rest", std::string(kHalf, 'x'));
-  EXPECT_THAT(log_.Lines(), Contains(dropped + "half"));
-  table_.AddPending("rest", Note());
+  EXPECT_THAT(log_.Lines(), Contains(dropped + "k2")) << "one line for all that go in a row";
+  EXPECT_EQ(Await("half", Note()), "Response lost");
+  Await("rest", Note());
   EXPECT_EQ(seen_.size(), 3u);
 }
 
@@ -241,7 +253,7 @@ TEST_F(ResponseTableTest, ResponsesFromThreadsMeetRequestsFromTasks) {
     for (int i = 0; i < kRequests; ++i) Add(std::to_string(i), "v");
   });
   for (int i = kRequests - 1; i >= 0; --i) {
-    table_.AddPending(std::to_string(i), [&](PluginServiceProxyResponse) { ++fulfilled; });
+    Await(std::to_string(i), [&](const ArrivedResponse&) { ++fulfilled; });
   }
   responder.join();
   EXPECT_EQ(fulfilled, kRequests);
@@ -249,7 +261,7 @@ TEST_F(ResponseTableTest, ResponsesFromThreadsMeetRequestsFromTasks) {
 
 #ifndef NDEBUG
 TEST_F(ResponseTableTest, ACompletionMayNotCallTheTable) {
-  table_.AddPending("a", [this](PluginServiceProxyResponse) { table_.Reserve("b"); });
+  Await("a", [this](const ArrivedResponse&) { table_.HasUnclaimedBefore(1); });
   EXPECT_DEATH(Add("a", "1"), "owner_");
 }
 #endif

@@ -137,7 +137,7 @@ TEST_F(SiblingClientTest, APatternFollowsWhatItMatchesThroughTheEventOfAllResour
   host_.SetResource("/other/tav-a/v1/b", "3");
   EXPECT_THAT(seen_, ElementsAre("1"));
   EXPECT_THAT(SubscriptionLog(), ElementsAre("subscribe OnJsonApiEvent"));
-  host_.RunTask([this] { client_.UnsubscribeAll(); });
+  host_.RunTask([this] { client_.Unsubscribe("/tav-*/v1/*"); });
   EXPECT_THAT(host_.Subscriptions(), IsEmpty());
 }
 
