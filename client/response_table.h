@@ -72,7 +72,8 @@ class ResponseTable {
   static PendingMap::node_type MakePending(Completion completion);
   // Enters a request that is being sent, fulfils it if its response is buffered already, and
   // returns an empty string. Otherwise the failure message; the completion is dropped.
-  std::string AddPending(const std::string& key, PendingMap::node_type pending) KEST_EXCLUDES(mutex_);
+  std::string AddPending(const std::string& key, PendingMap::node_type pending)
+      KEST_EXCLUDES(mutex_);
 
   // Fulfils the request that waits for the response, or buffers it under `key`, replacing an
   // earlier one.

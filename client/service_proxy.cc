@@ -43,8 +43,8 @@ std::string ServiceProxy::Send(const ServiceCall& call, const CallArguments& arg
              pluginName_.c_str());
     return std::string(ResponseTable::kInFlight);
   }
-  const Maybe<std::string> key = byUuid ? SendByUuid(call, arguments)
-                                        : SendByMethod(call, callKey, arguments);
+  const Maybe<std::string> key =
+      byUuid ? SendByUuid(call, arguments) : SendByMethod(call, callKey, arguments);
   if (IsFinalising()) return std::string(kFinalizing);
   if (!key) return key.GetFailure().text;
   LogAlways("%s: Started service proxy request: %s (%s)", pluginName_.c_str(), callKey.c_str(),

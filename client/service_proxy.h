@@ -83,12 +83,12 @@ class ServiceProxy {
   std::string InvokeAsync(std::string_view service, std::string_view method,
                           std::string_view requestKey, bool flag,
                           std::function<void(Maybe<R>)> onDone, const A&... arguments) {
-    return InvokeInOrder({service, method, requestKey, flag}, CallArguments(arguments...),
-                         [this, onDone = std::move(onDone)](
-                             const PluginServiceProxyResponse& response) {
-                           onDone(Decode<R>(response));
-                         },
-                         /*post=*/true);
+    return InvokeInOrder(
+        {service, method, requestKey, flag}, CallArguments(arguments...),
+        [this, onDone = std::move(onDone)](const PluginServiceProxyResponse& response) {
+          onDone(Decode<R>(response));
+        },
+        /*post=*/true);
   }
 
   // Calls the method through the session's synchronous endpoint and waits for its result.
@@ -162,8 +162,8 @@ class ServiceProxy {
                                   const CallArguments& arguments);
   Maybe<Response> SendToSession(const ServiceCall& call, const CallArguments& arguments,
                                 OutgoingRequest* request);
-  // Subscribes; each event is read on the thread it comes on and handed to `handle`. One that cannot
-  // be read is logged, and its text handed to `handleUnreadable`, which may be null.
+  // Subscribes; each event is read on the thread it comes on and handed to `handle`. One that
+  // cannot be read is logged, and its text handed to `handleUnreadable`, which may be null.
   template <class Event>
   void Follow(const std::string& name, std::function<void(Event event)> handle,
               std::function<void(std::string_view text, std::string_view error)> handleUnreadable);
@@ -178,7 +178,7 @@ class ServiceProxy {
   AppModule& module_;
   SiblingClient& client_;
   const std::string& pluginName_;
-  const std::string handlingTask_;  // one that is queued serves for all that has arrived
+  const std::string handlingTask_;        // one that is queued serves for all that has arrived
   std::atomic<uint64_t> nextMessage_{0};  // keeps task names apart, so that none is merged away
   ResponseTable responses_;
   ArrivalQueue arrived_;

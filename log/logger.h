@@ -3,9 +3,9 @@
 //   LogWarning("Loot recipe %s has an unreadable quantity: %s", name, text);
 //
 // Lines are printf-formatted (at most 4095 bytes, the rest is cut; no locale), filtered by level
-// and group, and written to every attached target that accepts them. Logging never fails, never throws
-// and needs no memory; a filtered call costs a few instructions.
-// Formats are literals: a text from outside is always an argument ("%s").
+// and group, and written to every attached target that accepts them. Logging never fails, never
+// throws and needs no memory; a filtered call costs a few instructions. Formats are literals: a
+// text from outside is always an argument ("%s").
 #pragma once
 
 #include <atomic>

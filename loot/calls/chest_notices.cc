@@ -18,8 +18,7 @@ std::vector<Api::PlayerLootNotification> ListOf(const Notifications& notificatio
 
 }  // namespace
 
-void ChestNotices::Draft::Update(const Api::PlayerLoot& item,
-                                 std::vector<PublicationStep>* steps) {
+void ChestNotices::Draft::Update(const Api::PlayerLoot& item, std::vector<PublicationStep>* steps) {
   if (!Contains(kNewPlayerChestIds, item.lootId)) return;
   const auto found = notifications_.find(item.lootId);
   const bool isNew = found == notifications_.end();
@@ -28,9 +27,8 @@ void ChestNotices::Draft::Update(const Api::PlayerLoot& item,
                                   Api::PlayerLootNotification{item.lootId, item.count, false});
   const std::string announcement = isNew ? "Adding playerLootNotification with lootId: "
                                          : "Updating the playerLootNotification with lootId: ";
-  steps->push_back(
-      {client_.MakeChange(kPath, ResourceEventType::kUpdate, ListOf(notifications_)),
-       announcement + item.lootId});
+  steps->push_back({client_.MakeChange(kPath, ResourceEventType::kUpdate, ListOf(notifications_)),
+                    announcement + item.lootId});
 }
 
 std::string ChestNotices::Acknowledge(const std::string& id) {

@@ -73,13 +73,12 @@ void LootPublisher::AddItems(const PlayerLootChanges& changes, ChestNotices::Dra
 
 void LootPublisher::AddMaps(Steps* steps) const {
   const auto store = sources_.store.Snapshot();
-  steps->push_back(
-      {client_.MakeChange(kItemsPath, ResourceEventType::kUpdate, store->playerLoot)});
+  steps->push_back({client_.MakeChange(kItemsPath, ResourceEventType::kUpdate, store->playerLoot)});
   // A PlayerLootMap is its version and the same text again.
   ResourceChange versioned = steps->back().change;
   versioned.path = kVersionedItemsPath;
-  versioned.json.insert(
-      0, "{\"version\":" + std::to_string(store->version + 1) + ",\"playerLoot\":");
+  versioned.json.insert(0,
+                        "{\"version\":" + std::to_string(store->version + 1) + ",\"playerLoot\":");
   versioned.json += '}';
   steps->push_back({std::move(versioned)});
 }

@@ -42,7 +42,7 @@ class SourceReadiness {
   LootInventory& inventory_;
   LootPublisher& publisher_;
   uint8_t flags_ = 0;
-  uint8_t goal_ = 63;  // all six sources
+  uint8_t goal_ = 63;          // all six sources
   bool isKnownReady_ = false;  // what was published last
 };
 

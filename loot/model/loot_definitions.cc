@@ -21,8 +21,7 @@ std::vector<std::string> DisplayCategoriesOf(const std::vector<SVDS::LootItemCli
 }  // namespace
 
 LootDefinitions::LootDefinitions()
-    : LootDefinitions({MakeLootItems({}),
-                       MakeShared(std::vector<SVDS::LootSvdsRecipeClientDTO>()),
+    : LootDefinitions({MakeLootItems({}), MakeShared(std::vector<SVDS::LootSvdsRecipeClientDTO>()),
                        MakeShared(BindingProperty())}) {}
 
 LootDefinitions::LootDefinitions(Lists lists)

@@ -17,9 +17,9 @@ class PlayerLootAssembly {
   PlayerLootAssembly(const Collections& collections, GameData& gameData)
       : gameData_(gameData), collectionStatus_(collections, gameData) {}
 
-  // Assembles `*item` by the recipes and its definition. `*item` is a copy of the stored item of that loot id, or empty when there is
-  // none: it keeps a better disenchant value, a known upgrade essence, statuses without a
-  // collection entry, and `isNew`.
+  // Assembles `*item` by the recipes and its definition. `*item` is a copy of the stored item of
+  // that loot id, or empty when there is none: it keeps a better disenchant value, a known upgrade
+  // essence, statuses without a collection entry, and `isNew`.
   void Create(const RecipeIndex& recipes, const SVDS::PlayerLootDTO& record,
               const SVDS::LootItemClientDTO& definition, Api::PlayerLoot* item) const;
 

@@ -1,8 +1,8 @@
 // RecipeIndex finds the recipes that take an item without a walk over all recipes. It is built once
 // per change of the definitions, in time proportional to their size, and never changes: slots with
-// the same query share one list of loot names. A recipe takes an item when one of its slots lists the item's loot
-// name or its loot id. A slot lists the names that the query results hold under its query, else the
-// query itself when it names a definition, else none.
+// the same query share one list of loot names. A recipe takes an item when one of its slots lists
+// the item's loot name or its loot id. A slot lists the names that the query results hold under its
+// query, else the query itself when it names a definition, else none.
 //
 // Threads:  any; it is constant.
 // Lifetime: it points into the recipes it was built from, and results point into it.

@@ -55,8 +55,7 @@ std::vector<const IndexedRecipe*> RecipeViews::FindInitialItemRecipes(
   return recipes.RecipesTakingFirst(SplitLootId(lootId).lootName, lootId);
 }
 
-std::vector<Api::Recipe> RecipeViews::Show(
-    const std::vector<const IndexedRecipe*>& recipes) const {
+std::vector<Api::Recipe> RecipeViews::Show(const std::vector<const IndexedRecipe*>& recipes) const {
   std::vector<Api::Recipe> shown;
   shown.reserve(recipes.size());
   for (const IndexedRecipe* recipe : recipes) {
