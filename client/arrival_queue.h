@@ -1,6 +1,6 @@
 // ArrivalQueue keeps arrived responses until a module task handles them, in the order in which they
-// arrived, whoever waits for them: two answers that change the same data are then applied as the
-// platform sent them, whichever fiber the host resumes first.
+// arrived: two responses that change the same data are then applied as the platform sent them, in
+// any order in which the host resumes the fibers that wait for them.
 //
 // Threads: Arrive on any thread, the rest on module tasks. A leaf lock: nothing is called under it.
 #pragma once

@@ -89,7 +89,7 @@ void ResponseTable::EndSending(const std::string& methodKey) {
   } else {
     methodsBeingSent_.erase(methodKey);
   }
-  if (uuidsBeingSent_ == 0) {  // nobody can claim these any more
+  if (uuidsBeingSent_ == 0) {  // no caller can claim these any more
     for (auto entry = buffered_.begin(); entry != buffered_.end();) {
       const auto current = entry++;
       if (current->second.byUuid) TakeLocked(current);

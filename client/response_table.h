@@ -3,9 +3,9 @@
 //
 // A response may come before its request is known: a uuid is known only when the host has accepted
 // the request. While requests are being sent, unknown responses are therefore buffered, within
-// bounds: 1,024 responses and 16 MiB, the oldest dropped first. When no request is being sent,
-// nobody can claim a response by uuid, and it is dropped at once: the platform tells every plugin
-// of every response. A request whose response was dropped, or could not be read, fails.
+// bounds: 1,024 responses and 16 MiB, the oldest dropped first. While none is being sent, no caller
+// can claim a response by uuid, and it is dropped at once: the host delivers the responses of every
+// plugin. A request whose response was dropped, or could not be read, fails.
 //
 // Threads: any. One lock covers the table; it is held while a completion or handler runs. A
 //          completion may therefore move the response, set a promise or post a task, but not call
@@ -29,7 +29,7 @@ namespace Kest::Client {
 
 struct ArrivedResponse {
   PluginServiceProxyResponse response;
-  uint64_t arrival = 0;  // grows with each response, whatever becomes of it
+  uint64_t arrival = 0;  // grows with each response
 };
 
 class ResponseTable {

@@ -5,9 +5,9 @@
 // and any number may run side by side; with a request key the call is keyed "service.method" and
 // only one may run at a time. No time-out ends a request; stop does.
 //
-// Results are handled in the order in which the responses arrived, whoever waits for them: a task
-// that waits handles those of others that came before its own. While a request is being sent, its
-// response may be among those nobody knows yet; later responses are handled after it.
+// Results are handled in the order in which the responses arrived: a task that waits also handles
+// those of other tasks that came before its own. While a request is being sent, its response may be
+// among the unknown ones; later responses are handled after it.
 //
 // Failure messages: "Finalizing" (also for requests that were pending when the plugin stopped),
 //   "Failed to convert type {type} to BindingProperty for serialization", "Request already in

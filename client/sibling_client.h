@@ -115,8 +115,8 @@ class SiblingClient {
     Publish(MakeChange(path, type, value));
   }
 
-  // The two halves of it, for changes that belong together: whoever makes them all before the first
-  // leaves has published either all of them or, when memory runs out, none.
+  // The two halves of it, for changes that belong together: a caller that makes them all before the
+  // first leaves publishes either all of them or, when memory runs out, none.
   template <class T>
   ResourceChange MakeChange(std::string_view path, ResourceEventType type, const T& value) const {
     ResourceChange change{std::string(path), type, {}, true};

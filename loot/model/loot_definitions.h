@@ -1,6 +1,6 @@
 // LootDefinitions holds what the service defines: loot items, recipes and query results, with the
 // index of the recipes. It never changes: a retrieval makes a new one, which shares the lists that
-// stayed, and replaces the old one whole. Whoever holds the pointer may keep what points into it,
+// stayed, and replaces the old one whole. What points into it is valid while its pointer is held,
 // also while other tasks run. Threads: any; it is constant.
 #pragma once
 

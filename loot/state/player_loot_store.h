@@ -57,7 +57,7 @@ class PlayerLootStore {
   // alone and must not use the store.
   void EditAll(const std::function<void(Api::PlayerLoot& item)>& edit);
 
-  // What differs from the last publication. Makes room for MarkPublished.
+  // What differs from the last publication. Reserves the space that MarkPublished needs.
   PlayerLootChanges FindChanges();
   // Whether FindChanges may find something.
   bool HasChanges() const { return !touched_.empty(); }

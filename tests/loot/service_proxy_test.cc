@@ -70,7 +70,7 @@ class ServiceProxyTest : public CallsTest {
 };
 
 TEST_F(ServiceProxyTest, EachCallGetsTheLatestResponseOfItsOwnUuid) {
-  Respond(kUuidEvent, "uuid-3", "of nobody: no request is being sent");
+  Respond(kUuidEvent, "uuid-3", "of another plugin: no request is being sent");
   Call("m");
   Call("m");
   Respond(kUuidEvent, "uuid-2", "second");
@@ -88,6 +88,46 @@ TEST_F(ServiceProxyTest, EachCallGetsTheLatestResponseOfItsOwnUuid) {
   host_.ReleaseHeld();
   Respond(kUuidEvent, "held", "again");
   EXPECT_THAT(seen_, ElementsAre("second", "first", "third", StartsWith("before")));
+}
+
+TEST_F(ServiceProxyTest, ResultsAreHandledInTheOrderOfArrivalWhicheverTaskIsResumedFirst) {
+  const auto arrive = [this](const std::string& uuid, const char* payload = "{}") {
+    host_.DeliverEvent(kUuidEvent, R"({"uuid":")" + uuid + R"(","payload":")" + payload + "\"}");
+  };
+  host_.HoldTasks();  // also those in which asynchronous results are handled
+  for (const char* name : {"first", "second"}) {
+    host_.RunTask([=, this] {
+      const std::function<void(Nothing)> use = [=, this](Nothing) { seen_.emplace_back(name); };
+      EXPECT_TRUE(proxy_.InvokeAndWait<Nothing>("loot", "m", use));
+    });
+  }
+  host_.RunTask([this] {
+    proxy_.InvokeAsync<Nothing>("loot", "m", {}, false,
+                                [this](Maybe<Nothing>) { seen_.emplace_back("posted"); });
+  });
+  host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests",
+                  FakeResponse{200, "\"held\"", "", "", true});
+  Call<Nothing>("m");
+  for (const char* uuid : {"uuid-3", "uuid-2", "held", "uuid-1"}) arrive(uuid);
+  host_.RunUntilIdle();
+  EXPECT_THAT(seen_, ElementsAre("posted", "second")) << "the rest may change the same data";
+  host_.ReleaseHeld();
+  host_.RunHeldTasks();
+  EXPECT_THAT(seen_, ElementsAre("posted", "second", "done", "first"));
+}
+
+TEST_F(ServiceProxyTest, AResponseThatCannotBeReadFailsItsRequest) {
+  Call("m");
+  Call("m");
+  host_.DeliverEvent(kUuidEvent, "{\"uuid\":\"uuid-2\",\"payload\":\"\xFF\"}");
+  host_.RunUntilIdle();
+  EXPECT_THAT(seen_, ElementsAre(Not(IsEmpty()))) << "the other one still waits";
+  host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests",
+                  FakeResponse{200, "\"held\"", "", "", true});
+  Call("m");
+  host_.DeliverEvent(kUuidEvent, "torn");
+  host_.ReleaseHeld();
+  EXPECT_EQ(seen_.back(), "Response lost") << "it may have been the response";
 }
 
 TEST_F(ServiceProxyTest, OneMethodBasedCallAtATimeAlsoWhileItIsBeingSent) {

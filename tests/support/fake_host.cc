@@ -366,9 +366,10 @@ void FakeHost::FillTable() {
   };
   table_.publish = [](Self self, KestText path, int32_t type, KestBytes json) {
     constexpr const char* kTypes[] = {"Create ", "Update ", "Delete "};
-    OnTask(self, "publish")
-        .Record({Action::kPublish, std::string(kTypes[type]).append(ToView(path)),
+    FakeHost& host = OnTask(self, "publish");
+    host.Record({Action::kPublish, std::string(kTypes[type]).append(ToView(path)),
                  std::string(ToView(json))});
+    if (const Work work = std::exchange(host.onNextPublish_, nullptr)) work();
     return true;
   };
   table_.postTask = [](Self self, KestText name, KestTask run, void* context) {

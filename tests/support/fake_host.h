@@ -98,6 +98,8 @@ class FakeHost : public ActionLog {
   // Every later postTask, request or subscribe is refused.
   void RefuseEverything() { refuse_ = true; }
   void AdvanceSeconds(int64_t seconds);
+  // Runs inside the plugin's next publication, in its publish.
+  void OnNextPublish(std::function<void()> work) { onNextPublish_ = std::move(work); }
 
   // ---- Driving the plugin -----------------------------------------------------------------------
   struct Reply {
@@ -161,6 +163,7 @@ class FakeHost : public ActionLog {
   std::atomic<bool> refuse_ = false;
   std::atomic<bool> holdTasks_ = false;
   uint64_t nextUuid_ = 0;
+  Work onNextPublish_;
   uint64_t nextSubscription_ = 0;
   std::map<Name, FakeResponse> responses_;
   std::map<Name, ServiceHandler> services_;
