@@ -5,9 +5,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -74,7 +74,7 @@ class WatchedViews {
   const LootSwitch& loot_;
   RecipeViews recipeViews_;
   ContextMenus menus_;
-  std::unordered_map<std::string, Watched> watched_;  // by loot id; entries are never removed
+  std::map<std::string, Watched> watched_;  // by loot id; entries are never removed
   size_t recipesWatched_ = 0;
   size_t menusWatched_ = 0;
   bool hasUnsure_ = false;

@@ -70,7 +70,7 @@ class ServiceProxyTest : public CallsTest {
 };
 
 TEST_F(ServiceProxyTest, EachCallGetsTheLatestResponseOfItsOwnUuid) {
-  Respond(kUuidEvent, "uuid-3", "of another plugin: no request is being sent");
+  Respond(kUuidEvent, "uuid-1", "of another plugin: no request is being sent");
   Call("m");
   Call("m");
   Respond(kUuidEvent, "uuid-2", "second");
@@ -126,6 +126,7 @@ TEST_F(ServiceProxyTest, AResponseThatCannotBeReadFailsItsRequest) {
                   FakeResponse{200, "\"held\"", "", "", true});
   Call("m");
   host_.DeliverEvent(kUuidEvent, "torn");
+  host_.RunUntilIdle();
   host_.ReleaseHeld();
   EXPECT_EQ(seen_.back(), "Response lost") << "it may have been the response";
 }
