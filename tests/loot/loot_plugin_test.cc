@@ -66,9 +66,11 @@ TEST_F(LootPluginTest, RetrievalsThatCrossKeepWhatTheOtherBrought) {
     return ServiceReply{std::exchange(isFirst, false)
                             ? R"({"lootItemList":{"lastUpdate":17,"lootItems":)" + definitions_ +
                                   R"(},"recipeList":{"lastUpdate":8},"queryResult":{"lastUpdate":9},
-                                  "playerLoot":)" + playerLoot_ + "}"
+                                  "playerLoot":)" +
+                                  playerLoot_ + "}"
                             : R"({"lootItemList":{"lastUpdate":7},"recipeList":{"lastUpdate":8},
-                                  "queryResult":{"lastUpdate":9},"playerLoot":)" + playerLoot_ + "}",
+                                  "queryResult":{"lastUpdate":9},"playerLoot":)" +
+                                  playerLoot_ + "}",
                         ""};
   });
   for (int i = 0; i < 2; ++i) host_.StartRequest("POST", "/tav-loot/v1/refresh?force=true");
