@@ -37,18 +37,16 @@ std::string FullText() {
          "\r\n\r\n" + response.body;
 }
 
-}  // namespace
-
-class HttpServer::Impl final : public HttpConnectionOwner {
+class BeastServer final : public HttpServer, public HttpConnectionOwner {
  public:
-  explicit Impl(HttpLimits limits) : limits_(limits) {}
-  ~Impl();
+  explicit BeastServer(HttpLimits limits) : limits_(limits) {}
+  ~BeastServer() override;
 
   Error Open(const std::string& address, uint16_t port);
-  uint16_t Port() const { return port_; }
-  void Serve(HttpHandlers handlers);
-  void WakeStreams();
-  void Finish(std::chrono::milliseconds limit);
+  uint16_t Port() const override { return port_; }
+  void Serve(HttpHandlers handlers) override;
+  void WakeStreams() override;
+  void Finish(std::chrono::milliseconds limit) override;
 
   const HttpLimits& Limits() const override { return limits_; }
   const HttpHandlers& Handlers() const override { return handlers_; }
@@ -75,13 +73,13 @@ class HttpServer::Impl final : public HttpConnectionOwner {
   std::thread thread_;
 };
 
-HttpServer::Impl::~Impl() {
+BeastServer::~BeastServer() {
   io_.stop();
   if (thread_.joinable()) thread_.join();
   for (const auto& connection : AllConnections()) connection->Close();
 }
 
-Error HttpServer::Impl::Open(const std::string& address, uint16_t port) {
+Error BeastServer::Open(const std::string& address, uint16_t port) {
   Error error;
   const auto parsed = net::ip::make_address(address == "localhost" ? "127.0.0.1" : address, error);
   if (error) return error;
@@ -96,14 +94,14 @@ Error HttpServer::Impl::Open(const std::string& address, uint16_t port) {
   return error;
 }
 
-void HttpServer::Impl::Serve(HttpHandlers handlers) {
+void BeastServer::Serve(HttpHandlers handlers) {
   handlers_ = std::move(handlers);
   Accept();
   thread_ = std::thread([this] { Run(); });
 }
 
 // A step that runs out of memory costs its own connection, not the others.
-void HttpServer::Impl::Run() {
+void BeastServer::Run() {
   while (true) {
     try {
       io_.run();
@@ -114,7 +112,7 @@ void HttpServer::Impl::Run() {
   }
 }
 
-void HttpServer::Impl::CloseAbandoned() {
+void BeastServer::CloseAbandoned() {
   std::vector<HttpConnection*> abandoned;
   for (const auto& entry : connections_) {
     if (entry.second->Abandoned()) abandoned.push_back(entry.first);
@@ -125,12 +123,12 @@ void HttpServer::Impl::CloseAbandoned() {
   }
 }
 
-void HttpServer::Impl::Accept() {
+void BeastServer::Accept() {
   acceptor_.async_accept(
       [this](Error error, tcp::socket socket) { OnAccept(error, std::move(socket)); });
 }
 
-void HttpServer::Impl::OnAccept(Error error, tcp::socket socket) {
+void BeastServer::OnAccept(Error error, tcp::socket socket) {
   if (finishing_ || error == net::error::operation_aborted) return;
   if (error) {  // no descriptor left, for example: try again when some may be free
     acceptPause_.expires_after(kAcceptRetry);
@@ -151,19 +149,19 @@ void HttpServer::Impl::OnAccept(Error error, tcp::socket socket) {
   }
 }
 
-void HttpServer::Impl::Closed(HttpConnection* connection) {
+void BeastServer::Closed(HttpConnection* connection) {
   connections_.erase(connection);
   if (finishing_ && connections_.empty()) allClosed_.set_value();
 }
 
-std::vector<std::shared_ptr<HttpConnection>> HttpServer::Impl::AllConnections() const {
+std::vector<std::shared_ptr<HttpConnection>> BeastServer::AllConnections() const {
   std::vector<std::shared_ptr<HttpConnection>> all;
   for (const auto& entry : connections_) all.push_back(entry.second);
   return all;
 }
 
 // One wake on its way stands for all until it runs.
-void HttpServer::Impl::WakeStreams() {
+void BeastServer::WakeStreams() {
   if (wakePosted_.exchange(true)) return;
   net::post(io_, [this] {
     wakePosted_ = false;
@@ -171,7 +169,7 @@ void HttpServer::Impl::WakeStreams() {
   });
 }
 
-void HttpServer::Impl::Finish(std::chrono::milliseconds limit) {
+void BeastServer::Finish(std::chrono::milliseconds limit) {
   if (!thread_.joinable()) return;
   std::future<void> closed = allClosed_.get_future();
   net::post(io_, [this] {
@@ -185,34 +183,16 @@ void HttpServer::Impl::Finish(std::chrono::milliseconds limit) {
   closed.wait_for(limit);
 }
 
-HttpServer::HttpServer(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
-
-HttpServer::~HttpServer() = default;
+}  // namespace
 
 Maybe<std::unique_ptr<HttpServer>> HttpServer::Listen(const std::string& address, uint16_t port,
                                                       HttpLimits limits) {
-  auto impl = std::make_unique<Impl>(limits);
-  if (const Error error = impl->Open(address, port)) {
+  auto server = std::make_unique<BeastServer>(limits);
+  if (const Error error = server->Open(address, port)) {
     return Failure{"Cannot listen on " + address + ":" + std::to_string(port) + ": " +
                    error.message()};
   }
-  return std::unique_ptr<HttpServer>(new HttpServer(std::move(impl)));
-}
-
-uint16_t HttpServer::Port() const {
-  return impl_->Port();
-}
-
-void HttpServer::Serve(HttpHandlers handlers) {
-  impl_->Serve(std::move(handlers));
-}
-
-void HttpServer::WakeStreams() {
-  impl_->WakeStreams();
-}
-
-void HttpServer::Finish(std::chrono::milliseconds limit) {
-  impl_->Finish(limit);
+  return std::unique_ptr<HttpServer>(std::move(server));
 }
 
 }  // namespace Kest::Host

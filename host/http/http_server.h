@@ -24,25 +24,22 @@ class HttpServer {
                                                    HttpLimits limits);
   // Ends all connections. Later responses are dropped; what may still give one must be
   // gone before the server is destroyed.
-  ~HttpServer();
+  virtual ~HttpServer() = default;
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
 
-  uint16_t Port() const;
+  virtual uint16_t Port() const = 0;
 
   // Starts the thread. Called once.
-  void Serve(HttpHandlers handlers);
+  virtual void Serve(HttpHandlers handlers) = 0;
   // [any thread] The streams may have something new.
-  void WakeStreams();
+  virtual void WakeStreams() = 0;
   // [any thread] Accepts no more connections and closes each after the response it waits for.
   // Returns when all are gone or after `limit`. Called once.
-  void Finish(std::chrono::milliseconds limit);
+  virtual void Finish(std::chrono::milliseconds limit) = 0;
 
- private:
-  class Impl;
-  explicit HttpServer(std::unique_ptr<Impl> impl);
-
-  std::unique_ptr<Impl> impl_;
+ protected:
+  HttpServer() = default;
 };
 
 }  // namespace Kest::Host

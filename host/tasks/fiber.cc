@@ -3,54 +3,35 @@
 #include <cassert>
 #include <utility>
 
-#include "host/tasks/fiber_context.h"
-
 namespace Kest::Host {
 
-struct Fiber::State {
-  State() : context(kStackBytes, Run, this) {}
-
-  static void Run(void* argument) {
-    auto* const state = static_cast<State*>(argument);
-    state->isEntered = true;
-    while (!state->isEnding) {
-      state->work();
-      state->work = nullptr;
-      state->context.Leave(false);
-    }
-    state->context.Leave(true);
-  }
-
-  FiberContext context;
-  std::function<void()> work;
-  bool isEntered = false;
-  bool isEnding = false;
-};
-
-Fiber::Fiber() : state_(std::make_unique<State>()) {}
+Fiber::Fiber() : context_(kStackBytes, Run, this) {}
 
 Fiber::~Fiber() {
   assert(!HasWork());
-  state_->isEnding = true;
-  if (state_->isEntered) state_->context.Enter();
+  isEnding_ = true;
+  if (isEntered_) context_.Enter();
+}
+
+void Fiber::Run(void* fiber) {
+  auto* const self = static_cast<Fiber*>(fiber);
+  self->isEntered_ = true;
+  while (!self->isEnding_) {
+    self->work_();
+    self->work_ = nullptr;
+    self->context_.Leave(false);
+  }
+  self->context_.Leave(true);
 }
 
 void Fiber::Assign(std::function<void()> work) {
   assert(!HasWork());
-  state_->work = std::move(work);
-}
-
-bool Fiber::HasWork() const {
-  return static_cast<bool>(state_->work);
+  work_ = std::move(work);
 }
 
 void Fiber::Resume() {
   assert(HasWork());
-  state_->context.Enter();
-}
-
-void Fiber::Suspend() {
-  state_->context.Leave(false);
+  context_.Enter();
 }
 
 }  // namespace Kest::Host

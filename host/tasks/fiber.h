@@ -6,7 +6,8 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
+
+#include "host/tasks/fiber_context.h"
 
 namespace Kest::Host {
 
@@ -24,17 +25,21 @@ class Fiber {
 
   // REQUIRES: the fiber has no work. `work` lets no exception out.
   void Assign(std::function<void()> work);
-  bool HasWork() const;
+  bool HasWork() const { return static_cast<bool>(work_); }
 
   // Runs the work up to its next Suspend or to its end.
   // REQUIRES: the fiber has work; not called from inside it.
   void Resume();
   // Leaves the work; returns when the next Resume takes it up. REQUIRES: called from inside it.
-  void Suspend();
+  void Suspend() { context_.Leave(false); }
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  static void Run(void* fiber);
+
+  FiberContext context_;
+  std::function<void()> work_;
+  bool isEntered_ = false;
+  bool isEnding_ = false;
 };
 
 }  // namespace Kest::Host

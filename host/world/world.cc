@@ -14,26 +14,18 @@ namespace {
 
 constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
 
-WorldResponse Refuse(int status, std::string text) {
-  return {status, "", "", std::move(text)};
-}
-
-WorldResponse JsonResponse(std::string body) {
-  return {200, "application/json", std::move(body), ""};
-}
-
 // A token for each inventory type asked for that this platform has: {"TOURNAMENT_LOGO": "..."}.
 WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
   const std::string argument = QueryArgument(url, "inventoryTypes").value_or("");
   const auto types = Document::FromJson("inventoryTypes", argument);
   if (!types || !types.GetValue().root().is_array()) {
-    return Refuse(400, "\"inventoryTypes\" must be a list of inventory types as JSON");
+    return WorldFailure(400, "\"inventoryTypes\" must be a list of inventory types as JSON");
   }
-  if (!platform.session.ids()) return Refuse(404, "no player is signed in");
+  if (!platform.session.ids()) return WorldFailure(404, "no player is signed in");
   Json tokens = Json::object();
   for (const Json& type : types.GetValue().root()) {
     const auto* name = type.get_ptr<const std::string*>();
-    if (name == nullptr) return Refuse(400, "an inventory type is a string");
+    if (name == nullptr) return WorldFailure(400, "an inventory type is a string");
     if (*name != kTournamentLogoInventory || !tokens.empty()) continue;
     if (!platform.tokenOverride) {
       tokens.push_back(
@@ -42,22 +34,17 @@ WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
       tokens.push_back({*name, *platform.tokenOverride->token});
     }
   }
-  return JsonResponse(WriteJson(tokens));
+  return WorldJson(WriteJson(tokens));
 }
 
 WorldResponse Read(const Platform& platform, std::string_view url) {
   const std::string_view path = UrlPath(url);
   if (path == kSignedInventoryPath) return SignedInventory(platform, url);
-  if (const std::string* text = platform.board.Find(path)) return JsonResponse(*text);
-  return Refuse(404, "there is no resource " + std::string(path));
+  if (const std::string* text = platform.board.Find(path)) return WorldJson(*text);
+  return WorldFailure(404, "there is no resource " + std::string(path));
 }
 
 }  // namespace
-
-struct World::State {
-  State(WorldData data, uint64_t seed) : platform(std::move(data), seed) {}
-  Platform platform;
-};
 
 World::World() = default;
 World::~World() = default;
@@ -67,7 +54,7 @@ Maybe<std::unique_ptr<World>> World::Load(std::string_view text, std::string_vie
   auto data = ReadWorldFile(text, fileName);
   if (!data) return data.GetFailure();
   std::unique_ptr<World> world(new World);
-  world->state_ = std::make_unique<State>(std::move(data.GetValue()), seed);
+  world->platform_ = std::make_unique<Platform>(std::move(data.GetValue()), seed);
   return world;
 }
 
@@ -77,26 +64,27 @@ std::string_view World::SampleText() {
 
 WorldResponse World::Request(std::string_view method, std::string_view url, std::string_view,
                              std::string_view body) {
-  Platform& platform = state_->platform;
+  Platform& platform = *platform_;
   if (method == "GET") return Read(platform, url);
   if (method == "POST") {
     if (auto response = platform.proxy.Post(UrlPath(url), body)) return std::move(*response);
   }
-  return Refuse(404, "there is no " + std::string(method) + " of " + std::string(UrlPath(url)));
+  return WorldFailure(404,
+                      "there is no " + std::string(method) + " of " + std::string(UrlPath(url)));
 }
 
 std::optional<std::string> World::Resource(std::string_view path) const {
-  const std::string* text = state_->platform.board.Find(path);
+  const std::string* text = platform_->board.Find(path);
   return text == nullptr ? std::nullopt : std::optional<std::string>(*text);
 }
 
 WorldResponse World::Control(std::string_view method, std::string_view path,
                              std::string_view body) {
-  return CallControl(state_->platform, method, path, body);
+  return CallControl(*platform_, method, path, body);
 }
 
 std::vector<WorldEvent> World::TakeEvents() {
-  return std::exchange(state_->platform.outbox, {});
+  return std::exchange(platform_->outbox, {});
 }
 
 }  // namespace Kest::Host

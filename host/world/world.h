@@ -19,6 +19,8 @@
 
 namespace Kest::Host {
 
+struct Platform;
+
 class World {
  public:
   // Reads a world file, YAML or JSON. The failure message is "file:line:column: message".
@@ -43,8 +45,7 @@ class World {
  private:
   World();
 
-  struct State;
-  std::unique_ptr<State> state_;
+  std::unique_ptr<Platform> platform_;
 };
 
 }  // namespace Kest::Host

@@ -42,7 +42,7 @@ bool Matches(std::string_view pathTemplate, const std::vector<std::string>& part
 }
 
 WorldResponse Refuse(const Failure& failure) {
-  return {failure.status, "", "", failure.text};
+  return WorldFailure(failure.status, failure.text);
 }
 
 // What carries out that operation; null when it is none of the world's.
@@ -83,7 +83,7 @@ WorldResponse CallControl(Platform& platform, std::string_view method, std::stri
   const ControlResult result =
       FunctionOf(control.operationId)(platform, {std::move(parts), std::move(document.GetValue())});
   if (!result) return Refuse(result.GetFailure());
-  return {200, "application/json", WriteJson(result.GetValue()), ""};
+  return WorldJson(WriteJson(result.GetValue()));
 }
 
 }  // namespace Kest::Host

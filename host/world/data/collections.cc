@@ -24,10 +24,20 @@ const CollectionWords& WordsOf(Collection collection) {
   return kWords[static_cast<size_t>(collection)];
 }
 
+// What `describe` makes of each entry of a collection, by id; an entry of which it makes null is
+// left out.
+template <typename Describe>
+Json ListOf(const PlatformCollections::Table& table, Describe describe) {
+  Json list = Json::array();
+  for (const auto& [id, thing] : table) {
+    if (Json entry = describe(id, thing); !entry.is_null()) list.push_back(std::move(entry));
+  }
+  return list;
+}
+
 Json ChampionsJson(const PlatformCollections& collections) {
   const PlatformCollections::Table& skins = collections[Collection::kSkins];
-  Json champions = Json::array();
-  for (const auto& [id, champion] : collections[Collection::kChampions]) {
+  return ListOf(collections[Collection::kChampions], [&](int64_t id, const Collectible& champion) {
     Json ownSkins = Json::array();
     for (auto skin = skins.lower_bound(id * 1000);
          skin != skins.end() && ChampionOfSkin(skin->first) == id; ++skin) {
@@ -35,54 +45,37 @@ Json ChampionsJson(const PlatformCollections& collections) {
           Json{{"id", skin->first}, {"ownership", OwnershipWord(skin->second.ownership)}});
     }
     // With the skins, so that a change of a skin is a change of the champions too.
-    champions.push_back(Json{{"id", id},
-                             {"name", champion.name},
-                             {"ownership", OwnershipJson(champion.ownership)},
-                             {"skins", std::move(ownSkins)}});
-  }
-  return champions;
+    return Json{{"id", id},
+                {"name", champion.name},
+                {"ownership", OwnershipJson(champion.ownership)},
+                {"skins", std::move(ownSkins)}};
+  });
 }
 
-Json SkinsJson(const PlatformCollections& collections) {
-  Json skins = Json::array();
-  for (const auto& [id, skin] : collections[Collection::kSkins]) {
-    skins.push_back(Json{{"championId", ChampionOfSkin(id)},
-                         {"id", id},
-                         {"name", skin.name},
-                         {"ownership", OwnershipJson(skin.ownership)},
-                         {"splashPath", skin.splashPath},
-                         {"tilePath", skin.tilePath}});
-  }
-  return skins;
+Json SkinJson(int64_t id, const Collectible& skin) {
+  return Json{{"championId", ChampionOfSkin(id)},
+              {"id", id},
+              {"name", skin.name},
+              {"ownership", OwnershipJson(skin.ownership)},
+              {"splashPath", skin.splashPath},
+              {"tilePath", skin.tilePath}};
 }
 
-Json WardSkinsJson(const PlatformCollections& collections) {
-  Json wardSkins = Json::array();
-  for (const auto& [id, wardSkin] : collections[Collection::kWardSkins]) {
-    wardSkins.push_back(Json{{"id", id},
-                             {"name", wardSkin.name},
-                             {"ownership", OwnershipJson(wardSkin.ownership)},
-                             {"wardImagePath", wardSkin.tilePath},
-                             {"wardShadowImagePath", wardSkin.shadowPath}});
-  }
-  return wardSkins;
+Json WardSkinJson(int64_t id, const Collectible& wardSkin) {
+  return Json{{"id", id},
+              {"name", wardSkin.name},
+              {"ownership", OwnershipJson(wardSkin.ownership)},
+              {"wardImagePath", wardSkin.tilePath},
+              {"wardShadowImagePath", wardSkin.shadowPath}};
 }
 
-Json OwnedIconsJson(const PlatformCollections& collections) {
-  Json icons = Json::array();
-  for (const auto& [id, icon] : collections[Collection::kSummonerIcons]) {
-    if (icon.ownership.owned) icons.push_back(id);
-  }
-  return Json{{"icons", std::move(icons)}};
+Json OwnedIconJson(int64_t id, const Collectible& icon) {
+  return icon.ownership.owned ? Json(id) : Json();
 }
 
-Json HeldEmotesJson(const PlatformCollections& collections) {
-  Json emotes = Json::array();
-  for (const auto& [id, emote] : collections[Collection::kEmotes]) {
-    if (emote.ownership == Ownership{}) continue;
-    emotes.push_back(Json{{"itemId", id}, {"ownershipType", OwnershipWord(emote.ownership)}});
-  }
-  return emotes;
+Json HeldEmoteJson(int64_t id, const Collectible& emote) {
+  if (emote.ownership == Ownership{}) return Json();
+  return Json{{"itemId", id}, {"ownershipType", OwnershipWord(emote.ownership)}};
 }
 
 }  // namespace
@@ -137,30 +130,28 @@ std::vector<std::pair<std::string, Json>> CollectionResources(
   const std::string id = std::to_string(summonerId);
   const std::string champions = "/tav-champions/v1/inventories/" + id;
   const std::string others = "/tav-collections/v1/inventories/" + id;
-  return {{champions + "/skins-minimal", SkinsJson(collections)},
+  return {{champions + "/skins-minimal", ListOf(collections[Collection::kSkins], SkinJson)},
           {champions + "/champions-minimal", ChampionsJson(collections)},
-          {others + "/ward-skins", WardSkinsJson(collections)},
-          {others + "/summoner-icons", OwnedIconsJson(collections)},
-          {"/tav-inventory/v1/inventory/emotes", HeldEmotesJson(collections)}};
+          {others + "/ward-skins", ListOf(collections[Collection::kWardSkins], WardSkinJson)},
+          {others + "/summoner-icons",
+           Json{{"icons", ListOf(collections[Collection::kSummonerIcons], OwnedIconJson)}}},
+          {"/tav-inventory/v1/inventory/emotes",
+           ListOf(collections[Collection::kEmotes], HeldEmoteJson)}};
 }
 
 Json ProfileIconsJson(const PlatformCollections& collections) {
-  Json icons = Json::array();
-  for (const auto& [id, icon] : collections[Collection::kSummonerIcons]) {
-    icons.push_back(Json{{"id", id}, {"iconPath", icon.tilePath}});
-  }
-  return icons;
+  return ListOf(collections[Collection::kSummonerIcons], [](int64_t id, const Collectible& icon) {
+    return Json{{"id", id}, {"iconPath", icon.tilePath}};
+  });
 }
 
 Json SummonerEmotesJson(const PlatformCollections& collections) {
-  Json emotes = Json::array();
-  for (const auto& [id, emote] : collections[Collection::kEmotes]) {
-    emotes.push_back(Json{{"id", id},
-                          {"name", emote.name},
-                          {"inventoryIcon", emote.tilePath},
-                          {"description", emote.description}});
-  }
-  return emotes;
+  return ListOf(collections[Collection::kEmotes], [](int64_t id, const Collectible& emote) {
+    return Json{{"id", id},
+                {"name", emote.name},
+                {"inventoryIcon", emote.tilePath},
+                {"description", emote.description}};
+  });
 }
 
 }  // namespace Kest::Host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 namespace Kest::Host {
 
@@ -20,5 +21,12 @@ struct WorldResponse {
   std::string body;
   std::string message;  // why, for a status of 400 or above
 };
+
+inline WorldResponse WorldJson(std::string body) {
+  return {200, "application/json", std::move(body), ""};
+}
+inline WorldResponse WorldFailure(int status, std::string message) {
+  return {status, "", "", std::move(message)};
+}
 
 }  // namespace Kest::Host

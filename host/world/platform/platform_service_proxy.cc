@@ -15,28 +15,24 @@ constexpr std::string_view kUuidPath = "/tav-login/v1/service-proxy-uuid-request
 constexpr std::string_view kMethodPath = "/tav-login/v1/service-proxy-method-requests";
 constexpr size_t kMaxAcknowledgements = 1000;
 
-WorldResponse JsonResponse(std::string body) {
-  return {200, "application/json", std::move(body), ""};
-}
-
 }  // namespace
 
 std::optional<WorldResponse> PlatformServiceProxy::Post(std::string_view path,
                                                         std::string_view body) {
   if (path != kInvokePath && path != kUuidPath && path != kMethodPath) return std::nullopt;
   const auto call = ReadCall(body);
-  if (!call) return WorldResponse{400, "", "", call.GetFailure().text};
+  if (!call) return WorldFailure(400, call.GetFailure().text);
 
   const Reply reply = Run(call.GetValue());
   if (path == kInvokePath) {
-    if (reply.result) return JsonResponse(WriteJson(reply.result.GetValue()));
+    if (reply.result) return WorldJson(WriteJson(reply.result.GetValue()));
     const Failure& failure = reply.result.GetFailure();
-    return WorldResponse{failure.status, "", "", failure.text};
+    return WorldFailure(failure.status, failure.text);
   }
   if (path == kUuidPath) {
     const std::string id = NewRequestId();
     SendLater("OnServiceProxyUuidEvent", id, call.GetValue(), reply);
-    return JsonResponse(JsonString(id));
+    return WorldJson(JsonString(id));
   }
   SendLater("OnServiceProxyMethodEvent", call.GetValue().requestKey, call.GetValue(), reply);
   return WorldResponse{204, "", "", ""};
