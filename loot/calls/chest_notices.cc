@@ -32,10 +32,14 @@ void ChestNotices::Draft::Update(const Api::PlayerLoot& item, std::vector<Public
 }
 
 std::string ChestNotices::Acknowledge(const std::string& id) {
-  const auto found = notifications_.find(id);
-  if (found == notifications_.end()) return "NOT_FOUND";
+  Notifications notifications = notifications_;
+  const auto found = notifications.find(id);
+  if (found == notifications.end()) return "NOT_FOUND";
   found->second.acknowledged = true;
-  client_.Publish(kPath, ResourceEventType::kUpdate, List());
+  const ResourceChange change =
+      client_.MakeChange(kPath, ResourceEventType::kUpdate, ListOf(notifications));
+  notifications_.swap(notifications);
+  client_.Publish(change);
   return "ACKNOWLEDGED";
 }
 

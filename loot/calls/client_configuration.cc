@@ -21,8 +21,9 @@ constexpr const char* kCurrenciesPath = "/tav-loot/v1/currency-configuration";
 template <class T>
 void Replace(SiblingClient& client, const char* path, T received, T* held) {
   if (received == *held) return;
+  const ResourceChange change = client.MakeChange(path, ResourceEventType::kUpdate, received);
   *held = std::move(received);
-  client.Publish(path, ResourceEventType::kUpdate, *held);
+  client.Publish(change);
 }
 
 }  // namespace

@@ -1,0 +1,107 @@
+// Watched views: 1,500 shards, each with its list of recipes and its menu watched, and one recipe
+// of three slots that takes them all. What a publication costs when nothing has changed, when one
+// shard has, and what watching costs in memory.
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <string>
+#include <vector>
+
+#include "bench/comparison.h"
+#include "binding/types/type_registry.h"
+#include "client/sibling_client.h"
+#include "loot/calls/watched_views.h"
+#include "loot/state/loot_inventory.h"
+#include "loot/wire/register_resources.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+constexpr int kShards = 1500;
+
+std::string ShardName(int i) {
+  return "CHAMPION_SKIN_RENTAL_" + std::to_string(i);
+}
+
+size_t LiveBytes() {
+  return mallinfo2().uordblks + mallinfo2().hblkhd;
+}
+
+struct Player {
+  Player() {
+    Api::RegisterLootResources(TypeRegistry::Process());
+    std::vector<SVDS::LootItemClientDTO> items(kShards);
+    BindingProperty queries = BindingProperty::Structure();
+    BindingProperty& shards = queries.GetOrAddMember("shards");
+    for (int i = 0; i < kShards; ++i) {
+      items[static_cast<size_t>(i)].lootName = ShardName(i);
+      shards.Append().SetString(ShardName(i));
+      records.push_back({ShardName(i), "", 2, -1});
+    }
+    SVDS::LootSvdsRecipeClientDTO recipe;
+    recipe.recipeName = "REROLL";
+    recipe.slots = {{1, "shards", "1"}, {2, "shards", "1"}, {3, "shards", "1"}};
+    definitions = std::make_shared<const LootDefinitions>(LootDefinitions::Lists{
+        MakeLootItems(std::move(items)), MakeShared(std::vector{recipe}),
+        MakeShared(std::move(queries))});
+    inventory.Replace(records, definitions);
+    Publish();
+    const size_t before = LiveBytes();
+    for (int i = 0; i < kShards; ++i) {
+      views.ReadRecipes(ShardName(i));
+      views.ReadContextMenu(ShardName(i));
+    }
+    Publish();
+    watchedBytes = LiveBytes() - before;
+  }
+  size_t Publish() {
+    PlayerLootChanges changes = state.store.FindChanges();
+    std::vector<PublicationStep> steps;
+    WatchedViews::Draft draft = views.FindChanges(changes, &steps);
+    state.store.MarkPublished(std::move(changes));
+    views.Keep(std::move(draft));
+    return steps.size();
+  }
+
+  EntryGate gate;
+  RuntimeCounters counters;
+  HostServices services{gate, counters};
+  AppModule module{services};
+  const std::string name = "vwm-be-bench";
+  SiblingClient client{services, module, name};
+  const LootSwitch loot{true, true};
+  LootState state;
+  LootInventory inventory{state};
+  WatchedViews views{client, state, loot};
+  std::vector<SVDS::PlayerLootDTO> records;
+  LootDefinitionsPointer definitions;
+  size_t watchedBytes = 0;
+};
+
+void NothingChanged(benchmark::State& state) {
+  Player player;
+  for (auto _ : state) {
+    state.PauseTiming();
+    player.inventory.Replace(player.records, player.definitions);  // a retrieval that is equal
+    state.ResumeTiming();
+    if (player.Publish() != 0) return state.SkipWithError("published");
+  }
+  state.counters["MB watched"] = static_cast<double>(player.watchedBytes) / 1e6;
+}
+BENCHMARK(NothingChanged)->Unit(benchmark::kMicrosecond);
+
+void OneShardChanged(benchmark::State& state) {
+  Player player;
+  for (auto _ : state) {
+    player.inventory.ApplyDelta(player.records[7], 1);
+    player.Publish();
+  }
+}
+BENCHMARK(OneShardChanged)->Unit(benchmark::kMicrosecond);
+
+[[maybe_unused]] const bool kTime = Bench::LimitTime("views, nothing changed", "NothingChanged", 1e6);
+[[maybe_unused]] const bool kMemory =
+    Bench::LimitCounter("MB for all views", "NothingChanged", "MB watched", 5);
+
+}  // namespace
+}  // namespace Kest::Client::Loot
