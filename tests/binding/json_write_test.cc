@@ -12,20 +12,14 @@ using namespace std::string_literals;
 using ::testing::ElementsAre;
 
 TEST(WriteJson, WhatCannotBeWrittenLeavesNothing) {
-  const std::string notFinite = "A number that is not finite cannot be written as JSON.";
-  const std::pair<BindingProperty, std::string> cases[] = {
-      {Float(NAN), notFinite},
-      {Float(-INFINITY), notFinite},
-      {Blob("\xff\xfe"), "A blob that is not UTF-8 cannot be written as JSON."},
-  };
-  for (const auto& [value, failure] : cases) {
+  for (const BindingProperty& value : {Float(NAN), Blob("\xff\xfe")}) {
     std::map<std::string, BindingProperty> items = {{"last", value}};
     for (int i = 0; i < 5000; ++i) items["a" + std::to_string(i)] = Text("more than one block");
     ConversionContext context(Registry());
     std::string text = "kept";
     WriteJsonValue(context, items, &text);
-    EXPECT_EQ(context.ErrorMessage(), failure);
-    EXPECT_EQ(text, "kept") << failure;
+    EXPECT_FALSE(context.Ok());
+    EXPECT_EQ(text, "kept") << context.ErrorMessage();
     WriteJson(context, BindingProperty(), &text);
     EXPECT_EQ(text, "kept") << "a failed context writes nothing";
   }

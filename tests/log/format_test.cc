@@ -160,13 +160,12 @@ TEST(Conversion, NoNumberKeepsItsSign) {
 }
 
 TEST(LogMessage, ReadsEachArgumentByItsLength) {
-  EXPECT_EQ(Logged("%hhu/%hhd/%hu", static_cast<unsigned char>(250), static_cast<signed char>(-6),
-                   static_cast<unsigned short>(65535)),
-            "250/-6/65535");
+  EXPECT_EQ(Logged("%hhu/%hhd/%hu/%hd", 506, 250, 65543, 65535), "250/-6/7/-1");
   EXPECT_EQ(Logged("%ld %zu %td %jd %c", -5L, size_t{6}, ptrdiff_t{-7}, intmax_t{8}, 'c'),
             "-5 6 -7 8 c");
   EXPECT_EQ(Logged("%.1f %.1Lf %s", 1.25, 2.5L, "end"), "1.2 2.5 end");
-  EXPECT_EQ(Logged("%*d|%-*d|%.*f%%", 4, 1, 4, 2, 1, 0.25), "   1|2   |0.2%");
+  EXPECT_EQ(Logged("%*d|%-*d|%.*f%%|%.*f", 4, 1, 4, 2, 1, 0.25, -1, 0.5),
+            "   1|2   |0.2%|0.500000");
   const char unterminated[] = {'a', 'b', 'c'};
   EXPECT_EQ(Logged("%.3s|%.*s", unterminated, 2, unterminated), "abc|ab");
   EXPECT_EQ(Logged("%x %p", -1, static_cast<void*>(nullptr)), "ffffffff (nil)");

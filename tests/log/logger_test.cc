@@ -16,6 +16,7 @@ namespace Kest {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 
 // Calls its function with each line and flush.
 struct CallTarget : LogTarget {
@@ -84,6 +85,21 @@ TEST(Logger, ConsoleLinesArriveComplete) {
               Testing::MatchesPattern("log_test(\\.exe)?\\([0-9A-F]{8}\\):  ERROR\\| first\n"));
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "first\nsecond\n");
   logger.ResetForTests();
+}
+
+TEST(Logger, StampsEachLineWithItsOwnTimeAndKeepsLongMessages) {
+  LogCapture log("#D#M");
+  SetClockForTests(1'700'000'000'123);
+  for (const int step : {0, 1, 876}) {
+    AdvanceClockForTests(step);
+    LogError(";");
+  }
+  EXPECT_THAT(log.Lines(),
+              ElementsAre(EndsWith(":20.123;"), EndsWith(":20.124;"), EndsWith(":21.000;")));
+  ResetClockForTests();
+  LogCapture full("#M");
+  LogError("%s", std::string(5000, 'x').c_str());
+  EXPECT_THAT(full.Lines(), ElementsAre(std::string(4094, 'x')));
 }
 
 TEST(LogTarget, EntriesDriveTheTargetInMaskHalves) {

@@ -125,6 +125,10 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
        [this](Words& words) {
          host_.OnRequest("POST", Word(words), {503, "", "busy"});
        }},
+      {"accept-later",
+       [this](Words& words) {
+         host_.OnRequest("POST", Word(words), {200, "\"uuid-9\"", "", "application/json", true});
+       }},
       {"refuse", [this](Words& words) { refusedMessage_ = Rest(words); }},
       {"settings", [this](Words& words) { settings_ = {Rest(words)}; }},
       {"settings-fail", [this](Words& words) { settings_.error = Rest(words); }},

@@ -21,6 +21,7 @@ class HostServicesTest : public ::testing::Test {
     request.url = url;
     services->Request(request, [this](Maybe<Response> response) {
       responses_.push_back(response ? response.GetValue().body : response.GetFailure().text);
+      if (throws_) throw std::runtime_error("full");
     });
   }
   void Ask(std::string_view url) {
@@ -33,6 +34,7 @@ class HostServicesTest : public ::testing::Test {
   FakeHost host_;
   HostServices services_{gate_, counters_};
   std::vector<std::string> responses_;
+  bool throws_ = true;  // completions, after they have noted their response
 };
 
 TEST_F(HostServicesTest, EachRequestEndsExactlyOnce) {
@@ -43,15 +45,20 @@ TEST_F(HostServicesTest, EachRequestEndsExactlyOnce) {
     EXPECT_THAT(responses_, IsEmpty()) << "the response must not come from inside the call";
   });
   Ask("/later");
+  throws_ = false;
   host_.RefuseEverything();
   Ask("/now");
+  throws_ = true;
   EXPECT_THAT(responses_, ElementsAre("1", "The host did not take the request"));
   gate_.Close();
   for (int i = 0; i < 2; ++i) host_.RunTask([this] { services_.CancelAll(); });
+  throws_ = false;
   Ask("/now");
   host_.ReleaseHeld();  // the host completes the cancelled request after all
   EXPECT_THAT(responses_,
               ElementsAre("1", "The host did not take the request", "Finalizing", "Finalizing"));
+  const std::string thrown = " ERROR|| Request completion: full";
+  EXPECT_THAT(log_.Lines(), ElementsAre(thrown, thrown));
 }
 
 TEST_F(HostServicesTest, TasksRunOnceAndMergedOnesAreDropped) {
@@ -111,6 +118,7 @@ TEST_F(HostServicesTest, ARefusedSubscriptionLeavesNothing) {
 
 TEST_F(HostServicesTest, WithoutAHostEverythingFailsQuietly) {
   HostServices alone(gate_, counters_);
+  throws_ = false;
   Ask("/now", &alone);
   EXPECT_THAT(responses_, ElementsAre("Finalizing"));
   EXPECT_FALSE(alone.Subscribe("e", [](std::string_view) {}));

@@ -79,7 +79,9 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   EXPECT_THAT(host_.Printed({Action::kLog}), Contains(HasSubstr("Start: Out of memory")));
   EXPECT_FALSE(host_.Start());
   EXPECT_EQ(ScriptedPlugin::script.alive, 1);
+  ScriptedPlugin::script.shutdown = [] { throw std::runtime_error("not yet"); };
   host_.Stop();
+  EXPECT_THAT(log_.Lines(), Contains(" ERROR|| Shutdown: not yet"));
   EXPECT_EQ(ScriptedPlugin::script.alive, 0);
   host_.Stop();
   EXPECT_FALSE(host_.Start());

@@ -19,6 +19,7 @@ struct PluginScript {
   std::function<Maybe<std::string>(ScriptedPlugin&)> handler = [](ScriptedPlugin&) {
     return Maybe<std::string>(std::string("response"));
   };
+  std::function<void()> shutdown = [] {};
   bool hasMemory = true;
   int alive = 0;  // plugin objects that exist
 };
@@ -38,6 +39,7 @@ class ScriptedPlugin final : public PluginBase {
     script.registerApi(*this);
   }
   bool Initialise() override { return script.initialise(*this); }
+  void Shutdown() override { script.shutdown(); }
 
   using PluginBase::Host;
   using PluginBase::IsStopping;
