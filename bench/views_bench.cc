@@ -41,9 +41,9 @@ struct Player {
     SVDS::LootSvdsRecipeClientDTO recipe;
     recipe.recipeName = "REROLL";
     recipe.slots = {{1, "shards", "1"}, {2, "shards", "1"}, {3, "shards", "1"}};
-    definitions = std::make_shared<const LootDefinitions>(LootDefinitions::Lists{
-        MakeLootItems(std::move(items)), MakeShared(std::vector{recipe}),
-        MakeShared(std::move(queries))});
+    definitions = std::make_shared<const LootDefinitions>(
+        LootDefinitions::Lists{MakeLootItems(std::move(items)), MakeShared(std::vector{recipe}),
+                               MakeShared(std::move(queries))});
     inventory.Replace(records, definitions);
     Publish();
     const size_t before = LiveBytes();
@@ -99,7 +99,8 @@ void OneShardChanged(benchmark::State& state) {
 }
 BENCHMARK(OneShardChanged)->Unit(benchmark::kMicrosecond);
 
-[[maybe_unused]] const bool kTime = Bench::LimitTime("views, nothing changed", "NothingChanged", 1e6);
+[[maybe_unused]] const bool kTime =
+    Bench::LimitTime("views, nothing changed", "NothingChanged", 1e6);
 [[maybe_unused]] const bool kMemory =
     Bench::LimitCounter("MB for all views", "NothingChanged", "MB watched", 5);
 

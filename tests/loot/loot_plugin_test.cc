@@ -1,4 +1,5 @@
 // What is too large for the texts of trace_test.cc.
+#include "base/platform.h"
 #include "plugin/text_view.h"
 #include "tests/loot/loot_plugin_fixture.h"
 
@@ -52,6 +53,17 @@ TEST_F(LootPluginTest, AHostMayAskFromInsideAPublication) {
   ASSERT_EQ(maps.size(), 2u);
   EXPECT_NE(maps[0].find(R"("isNew":true)"), std::string::npos) << "this one first, complete";
   EXPECT_EQ(maps[1], host_.Get(kLootMap).body) << "then what the host has changed";
+}
+
+TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // the plugin's tasks are threads here
+  StartPlugin();
+  Enable();
+  const auto craft = [this] {
+    SetUuidSourceForTests([](UuidBytes*) { return false; });
+    host_.Post("/tav-loot/v1/recipes/OPEN/craft", R"(["CHEST_plain"])");
+  };
+  EXPECT_DEATH(craft(), "ALE-8B4DC795");
 }
 
 // The service leaves out what the request says it holds, though it holds something newer by now.
