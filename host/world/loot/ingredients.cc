@@ -84,10 +84,24 @@ class BipartiteMatcher {
   std::vector<size_t> placeOf_;  // by item
 };
 
+// The first item that is issued for another champion than an item before it; null when none is.
+const LootKey* FindMisfit(const std::vector<LootKey>& items) {
+  const std::string* refId = nullptr;
+  for (const LootKey& item : items) {
+    if (item.refId.empty()) continue;
+    if (refId != nullptr && *refId != item.refId) return &item;
+    refId = &item.refId;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 Maybe<CountsByKey> TakeIngredients(const PlatformRecipe& recipe, const std::vector<LootKey>& items,
                                    int64_t repeat) {
+  if (const LootKey* misfit = FindMisfit(items)) {
+    return Failure{misfit->LootId() + " does not go with items of another reference id", 400};
+  }
   const auto places = PlacesFor(recipe, items.size());
   if (!places) {
     return Failure{"recipe " + recipe.recipeName + " has " + std::to_string(recipe.slots.size()) +
