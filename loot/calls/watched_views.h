@@ -41,7 +41,7 @@ class WatchedViews {
         state_(state),
         loot_(loot),
         recipeViews_(state),
-        menus_(state.store, state.gameData, recipeViews_) {}
+        menus_(loot, state.store, state.gameData, recipeViews_) {}
 
   // Each returns the view as it is now, and watches it.
   std::vector<Api::Recipe> ReadRecipes(const std::string& lootId);

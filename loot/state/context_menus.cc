@@ -1,7 +1,7 @@
 #include "loot/state/context_menus.h"
 
 #include <algorithm>
-#include <utility>
+#include <limits>
 
 #include "loot/model/loot_constants.h"
 
@@ -14,20 +14,34 @@ bool IsRedeemable(const Api::PlayerLoot& item) {
           item.redeemableStatus == Api::RedeemableStatus::kRedeemableRental);
 }
 
-Api::ContextMenu RedeemEntry() {
+Api::ContextMenu RedeemEntry(bool enabled) {
   Api::ContextMenu entry;
   entry.name = "REDEEM";
   entry.actionType = "REDEEM";
-  entry.enabled = true;
+  entry.enabled = enabled;
   return entry;
 }
 
-// The essence a slot takes; empty when it takes none.
-std::string EssenceOf(const IndexedSlot& slot) {
-  const auto found =
-      std::find_if(slot.lootNames->begin(), slot.lootNames->end(),
-                   [](const std::string& name) { return Contains(kCurrencyLootIds, name); });
-  return found == slot.lootNames->end() ? std::string() : *found;
+// The essence that is taken; empty when none is.
+std::string_view EssenceOf(const Ingredient& ingredient) {
+  const auto& lootNames = *ingredient.lootNames;
+  const auto found = std::ranges::find_if(
+      lootNames, [](const std::string& name) { return Contains(kCurrencyLootIds, name); });
+  return found == lootNames.end() ? std::string_view() : *found;
+}
+
+int32_t ClampToInt32(int64_t quantity) {
+  return static_cast<int32_t>(std::min<int64_t>(quantity, std::numeric_limits<int32_t>::max()));
+}
+
+void SetEssence(const std::vector<Ingredient>& ingredients, Api::ContextMenu* entry) {
+  int64_t quantity = 0;
+  for (const Ingredient& ingredient : ingredients) {
+    const std::string_view essence = EssenceOf(ingredient);
+    if (entry->essenceType.empty()) entry->essenceType = essence;
+    if (!essence.empty() && essence == entry->essenceType) quantity += ingredient.quantity;
+  }
+  entry->essenceQuantity = ClampToInt32(quantity);
 }
 
 std::string Join(const std::vector<std::string>& texts) {
@@ -46,15 +60,15 @@ std::vector<Api::ContextMenu> ContextMenus::MenuOf(const std::string& lootId,
   std::vector<Api::ContextMenu> menu;
   const Api::PlayerLootPointer item = store_.Find(lootId);
   if (item == nullptr) return menu;
-  if (IsRedeemable(*item)) menu.push_back(RedeemEntry());
+  if (IsRedeemable(*item)) menu.push_back(RedeemEntry(loot_.Enabled()));
   for (const IndexedRecipe* recipe : recipes_.FindInitialItemRecipes(lootId)) {
-    menu.push_back(RecipeEntry(*recipe, counts));
+    menu.push_back(RecipeEntry(*recipe->recipe, counts.FindIngredients(*recipe, item->refId)));
   }
   return menu;
 }
 
-Api::ContextMenu ContextMenus::RecipeEntry(const IndexedRecipe& indexed, LootCounts& counts) const {
-  const SVDS::LootSvdsRecipeClientDTO& recipe = *indexed.recipe;
+Api::ContextMenu ContextMenus::RecipeEntry(const SVDS::LootSvdsRecipeClientDTO& recipe,
+                                           const std::vector<Ingredient>& ingredients) const {
   Api::ContextMenu entry;
   entry.name = recipe.recipeName;
   entry.actionType = recipe.type;
@@ -62,28 +76,32 @@ Api::ContextMenu ContextMenus::RecipeEntry(const IndexedRecipe& indexed, LootCou
     entry.recipeDescription = texts->description;
     entry.recipeContextMenuAction = texts->contextMenuText;
   }
-  entry.enabled = true;
-  bool hasOthers = false;
-  for (const IndexedSlot& slot : indexed.slots) {
-    const bool isFirst = &slot == &indexed.slots.front();
-    if (counts.Sum(*slot.lootNames) < slot.quantity) entry.enabled = false;
-    if (isFirst && Contains(kTokenUpgradeRecipeTypes, recipe.type)) {
-      entry.requiredTokens = std::to_string(slot.quantity);
-    }
-    const std::string essence = EssenceOf(slot);
-    if (!essence.empty()) {
-      if (entry.essenceType.empty()) {
-        entry.essenceType = essence;
-        entry.essenceQuantity = slot.quantity;
-      }
-    } else if (!isFirst && !hasOthers) {
-      hasOthers = true;
-      entry.requiredOthers = Join(*slot.lootNames);
-      if (!slot.lootNames->empty()) entry.requiredOthersName = NameOf(slot.lootNames->front());
-      entry.requiredOthersCount = slot.quantity;
-    }
-  }
+  entry.enabled = loot_.Enabled() && std::ranges::none_of(ingredients, [](const Ingredient& one) {
+                    return one.missing > 0;
+                  });
+  const bool upgradesToken = Contains(kTokenUpgradeRecipeTypes, recipe.type);
+  if (upgradesToken) entry.requiredTokens = std::to_string(ingredients.front().missing);
+  SetEssence(ingredients, &entry);
+  SetOthers(ingredients, upgradesToken, &entry);
   return entry;
+}
+
+void ContextMenus::SetOthers(const std::vector<Ingredient>& ingredients, bool upgradesToken,
+                             Api::ContextMenu* entry) const {
+  const Ingredient* others = nullptr;
+  for (const Ingredient& ingredient : ingredients) {
+    const bool isFirst = &ingredient == &ingredients.front();
+    if ((isFirst && upgradesToken) || !EssenceOf(ingredient).empty()) continue;
+    if (ingredient.missing > 0) {
+      others = &ingredient;
+      break;
+    }
+    if (!isFirst && others == nullptr) others = &ingredient;
+  }
+  if (others == nullptr) return;
+  entry->requiredOthers = Join(*others->lootNames);
+  if (!others->lootNames->empty()) entry->requiredOthersName = NameOf(others->lootNames->front());
+  entry->requiredOthersCount = ClampToInt32(others->missing);
 }
 
 std::string ContextMenus::NameOf(const std::string& lootId) const {

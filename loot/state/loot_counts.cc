@@ -1,31 +1,148 @@
 #include "loot/state/loot_counts.h"
 
-#include <unordered_set>
+#include <algorithm>
 
 namespace Kest::Client::Loot {
+namespace {
+
+// One for each query.
+std::vector<Ingredient> ListIngredients(const IndexedRecipe& recipe) {
+  std::vector<Ingredient> ingredients;
+  std::unordered_map<const void*, size_t> places;
+  for (const IndexedSlot& slot : recipe.slots) {
+    const auto [place, isNew] = places.try_emplace(slot.lootNames, ingredients.size());
+    if (isNew) ingredients.push_back({slot.lootNames});
+    ingredients[place->second].quantity += std::max(slot.quantity, 0);
+  }
+  return ingredients;
+}
+
+// Visits what is held by reference id: what is issued for none and what is issued for `refId`.
+template <class T, class Visit>
+void ForEachUsable(const std::map<std::string_view, T>& held, std::string_view refId, Visit visit) {
+  if (const auto found = held.find({}); found != held.end()) visit(found->second);
+  if (refId.empty()) return;
+  if (const auto found = held.find(refId); found != held.end()) visit(found->second);
+}
+
+}  // namespace
 
 LootCounts::LootCounts(const Api::PlayerLootItems& items) : items_(items) {
-  byName_.reserve(items.size());
-  for (const auto& [lootId, item] : items) byName_[item->lootName] += item->count;
-}
-
-int64_t LootCounts::Sum(const std::vector<std::string>& lootIds) {
-  const auto [sum, isNew] = sums_.try_emplace(&lootIds);
-  if (isNew) sum->second = Count(lootIds);
-  return sum->second;
-}
-
-int64_t LootCounts::Count(const std::vector<std::string>& lootIds) const {
-  const std::unordered_set<std::string_view> listed(lootIds.begin(), lootIds.end());
-  int64_t sum = 0;
-  for (const std::string_view id : listed) {
-    if (const auto named = byName_.find(id); named != byName_.end()) sum += named->second;
-    const auto found = items_.find(std::string(id));
-    if (found == items_.end()) continue;
-    const Api::PlayerLoot& item = *found->second;
-    if (listed.count(item.lootName) == 0) sum += item.count;  // else counted by its name
+  for (const auto& [lootId, item] : items) {
+    if (item->lootName != lootId) issued_[item->lootName].push_back(item.get());
   }
-  return sum;
+}
+
+const std::vector<Ingredient>& LootCounts::FindIngredients(const IndexedRecipe& recipe,
+                                                           std::string_view refId) {
+  const std::pair key(&recipe, refId);
+  const auto known = found_.find(key);
+  if (known != found_.end()) return known->second;
+  return found_.emplace(key, CollectIngredients(recipe, refId)).first->second;
+}
+
+std::vector<Ingredient> LootCounts::CollectIngredients(const IndexedRecipe& recipe,
+                                                       std::string_view refId) {
+  std::vector<Ingredient> best = ListIngredients(recipe);
+  int64_t least = SetMissing(&best, refId);
+  if (least == 0 || !refId.empty()) return best;
+  for (const std::string_view candidate : RefIdsOf(best)) {
+    std::vector<Ingredient> ingredients = best;
+    const int64_t missing = SetMissing(&ingredients, candidate);
+    if (missing >= least) continue;
+    best = std::move(ingredients);
+    least = missing;
+  }
+  return best;
+}
+
+int64_t LootCounts::SetMissing(std::vector<Ingredient>* ingredients, std::string_view refId) {
+  Supplies supplies;
+  std::vector<int64_t> units(ingredients->size());
+  for (size_t i = 0; i < units.size(); ++i) {
+    const Listed& listed = FindListed((*ingredients)[i].lootNames);
+    ForEachUsable(listed.units, refId, [&](int64_t held) { units[i] += held; });
+  }
+  ForEachUsable(FindShared(*ingredients), refId, [&](const Supplies& shared) {
+    for (const auto& [demands, held] : shared) {
+      supplies[demands] += held;
+      for (const uint32_t demand : demands) units[demand] -= held;
+    }
+  });
+  for (uint32_t i = 0; i < units.size(); ++i) supplies[{i}] = units[i];  // what only it takes
+
+  SlotAssignment assignment(ingredients->size(), supplies);
+  int64_t missing = 0;
+  for (uint32_t i = 0; i < units.size(); ++i) {
+    Ingredient& ingredient = (*ingredients)[i];
+    ingredient.missing = assignment.Meet(i, ingredient.quantity);
+    missing += ingredient.missing;
+  }
+  return missing;
+}
+
+std::set<std::string_view> LootCounts::RefIdsOf(const std::vector<Ingredient>& ingredients) {
+  std::set<std::string_view> refIds;
+  for (const Ingredient& ingredient : ingredients) {
+    for (const auto& [refId, units] : FindListed(ingredient.lootNames).units) refIds.insert(refId);
+  }
+  return refIds;
+}
+
+const LootCounts::Listed& LootCounts::FindListed(LootNames lootNames) {
+  const auto known = listed_.find(lootNames);
+  if (known != listed_.end()) return known->second;
+  Listed listed;
+  for (const std::string& name : *lootNames) {
+    if (const auto item = items_.find(name); item != items_.end()) {
+      listed.items.push_back(item->second.get());
+    }
+    if (const auto named = issued_.find(name); named != issued_.end()) {
+      listed.items.insert(listed.items.end(), named->second.begin(), named->second.end());
+    }
+  }
+  std::ranges::sort(listed.items);
+  const auto duplicates = std::ranges::unique(listed.items);
+  listed.items.erase(duplicates.begin(), duplicates.end());
+  for (const Item item : listed.items) listed.units[item->refId] += std::max(item->count, 0);
+  return listed_.emplace(lootNames, std::move(listed)).first->second;
+}
+
+const LootCounts::SharedSupplies& LootCounts::FindShared(
+    const std::vector<Ingredient>& ingredients) {
+  std::vector<LootNames> lists;
+  for (const Ingredient& ingredient : ingredients) lists.push_back(ingredient.lootNames);
+  const auto known = shared_.find(lists);
+  if (known != shared_.end()) return known->second;
+  SharedSupplies shared = CollectShared(lists);
+  return shared_.emplace(std::move(lists), std::move(shared)).first->second;
+}
+
+// The longest list is only searched, so that a long one beside short ones costs little.
+LootCounts::SharedSupplies LootCounts::CollectShared(const std::vector<LootNames>& lists) {
+  SharedSupplies shared;
+  if (lists.size() < 2) return shared;
+  std::vector<const std::vector<Item>*> held;
+  for (const LootNames list : lists) held.push_back(&FindListed(list).items);
+  const auto longest = std::ranges::max_element(
+      held, {}, [](const std::vector<Item>* items) { return items->size(); });
+  std::vector<std::pair<Item, uint32_t>> takers;
+  for (uint32_t i = 0; i < held.size(); ++i) {
+    if (held[i] == *longest) continue;
+    for (const Item item : *held[i]) takers.emplace_back(item, i);
+  }
+  std::ranges::sort(takers);
+  for (auto taker = takers.begin(); taker != takers.end();) {
+    const Item item = taker->first;
+    std::vector<uint32_t> demands;
+    for (; taker != takers.end() && taker->first == item; ++taker) demands.push_back(taker->second);
+    if (std::ranges::binary_search(**longest, item)) {
+      const auto last = static_cast<uint32_t>(longest - held.begin());
+      demands.insert(std::ranges::lower_bound(demands, last), last);
+    }
+    if (demands.size() > 1) shared[item->refId][std::move(demands)] += std::max(item->count, 0);
+  }
+  return shared;
 }
 
 }  // namespace Kest::Client::Loot

@@ -70,7 +70,11 @@ expect_problem "in any format of the body" 500 "Internal Server Error" "Loot dis
 request PUT /_host/configuration/PxhEnabled true
 events
 expect_events "all that changed was the switch, twice" \
-  'map([.eventType, .uri, .data]) == [["Update", "/tav-loot/v1/enabled", false], ["Update", "/tav-loot/v1/enabled", true]]'
+  'map(select(.uri | endswith("/context-menu") | not) | [.eventType, .uri, .data]) ==
+     [["Update", "/tav-loot/v1/enabled", false], ["Update", "/tav-loot/v1/enabled", true]]'
+expect_events "and the menus with it" \
+  'map(select(.uri == "/tav-loot/v1/player-loot/CHAMPION_TOKEN_star-11/context-menu") | .data | map(.enabled)) ==
+     [[false, false], [true, true]]'
 
 title "A reader that was away gets what it missed"
 seen=$(sed -n 's/^id: //p' "$work/events" | head -n 50 | tail -n 1)

@@ -28,13 +28,15 @@ expect_changes "the menu changed with the items; the recipes did not" \
   "Update v1/player-loot/MATERIAL_key" "Update v1/player-loot/MATERIAL_key_fragment" \
   "Update v1/player-loot-map" "Update v2/player-loot-map" \
   "Update v1/player-loot/MATERIAL_key_fragment/context-menu"
-expect_event "one fragment is not enough" v1/player-loot/MATERIAL_key_fragment/context-menu "[${forge/true/false}]"
+two_missing=$(jq -c '[.enabled = false | .requiredOthers = "MATERIAL_key_fragment" | .requiredOthersName = "Key Fragment"
+  | .requiredOthersCount = 2]' <<<"$forge")
+expect_event "one fragment is not enough" v1/player-loot/MATERIAL_key_fragment/context-menu "$two_missing"
 request POST /tav-loot/v1/player-loot/MATERIAL_key_fragment/context-menu
-expect_body "and the menu says so" "[${forge/true/false}]"
+expect_body "and the menu says how many are missing" "$two_missing"
 request GET /tav-loot/v1/player-loot/CHAMPION_TOKEN_star-11/context-menu
-expect "tokens name what else an upgrade takes" 200 \
+expect "no tokens are missing; the menu names what else an upgrade takes" 200 \
   'map([.name, .enabled, .essenceType, .essenceQuantity, .requiredTokens, .requiredOthersName, .requiredOthersCount]) == [
-     ["CHAMPION_TOKEN_SHARD_UPGRADE", true, "", 0, "2", "CHAMPION_RENTAL_11", 1],
-     ["CHAMPION_TOKEN_ESSENCE_UPGRADE", true, "CURRENCY_champion", 450, "2", "", 0]]'
+     ["CHAMPION_TOKEN_SHARD_UPGRADE", true, "", 0, "0", "CHAMPION_RENTAL_11", 0],
+     ["CHAMPION_TOKEN_ESSENCE_UPGRADE", true, "CURRENCY_champion", 450, "0", "", 0]]'
 request GET /tav-loot/v1/player-loot/CHEST_unknown/context-menu
 expect_body "an unknown item has an empty menu" '[]'
