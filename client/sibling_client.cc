@@ -1,5 +1,6 @@
 #include "client/sibling_client.h"
 
+#include "api/argument_value.h"
 #include "log/logger.h"
 #include "plugin/once_promise.h"
 
@@ -38,7 +39,7 @@ std::string_view SiblingClient::WhyUnreadable(const Response& response) {
   const std::string_view type = response.contentType;
   const bool isJson = type.empty() || HasContentType(type, kContentTypeJson) ||
                       HasContentType(type, kContentTypeJsonApi);
-  return isJson ? std::string_view() : "Unsupported body content type";
+  return isJson ? std::string_view() : kUnsupportedContentType;
 }
 
 void SiblingClient::Publish(const ResourceChange& change) noexcept {

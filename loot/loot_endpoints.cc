@@ -147,7 +147,7 @@ Maybe<LootEndpoints::ItemMap> LootEndpoints::GetPlayerLootMapV2() {
 Maybe<Api::PlayerLootPointer> LootEndpoints::GetPlayerLootById(const std::string& lootId) {
   Maybe<Api::PlayerLootPointer> item =
       ReadRetrieved([&](const LootState& state) { return state.store.Find(lootId); });
-  if (item && item.GetValue() == nullptr) return Failure{"Not found", 404};
+  if (item && item.GetValue() == nullptr) return Failure{{}, kStatusNotFound};
   return item;
 }
 

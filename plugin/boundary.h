@@ -32,12 +32,16 @@ void RunAtBoundary(Work&& work, Handle&& handle) noexcept {
   }
 }
 
-// The same for calls that return nothing: one error line "<what>: <message>".
+// The error line of an exception: "<what>: <message>".
+inline void LogException(const char* what, const char* text) noexcept {
+  LogError("%s: %s", what, *text != '\0' ? text : "unknown exception");
+}
+
+// The same for calls that return nothing: the error line only.
 template <class Work>
 void RunAndLog(const char* what, Work&& work) noexcept {
-  RunAtBoundary(std::forward<Work>(work), [what](const char* text) noexcept {
-    LogError("%s: %s", what, *text != '\0' ? text : "unknown exception");
-  });
+  RunAtBoundary(std::forward<Work>(work),
+                [what](const char* text) noexcept { LogException(what, text); });
 }
 
 // A copy of an exception's message, or "Out of memory" when there is none for it.

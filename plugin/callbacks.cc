@@ -61,7 +61,7 @@ const KestResponse* HandleCounted(void* context, Handle&& handle) noexcept {
         if (!IsValidUtf8(response.message)) response.message = RepairUtf8(response.message);
       },
       [&response](const char* text) noexcept {
-        LogError("Request: %s", *text != '\0' ? text : "unknown exception");
+        LogException("Request", text);
         response = FailWithMessage(text);
       });
   ++runtime->counters.requestsHandled;

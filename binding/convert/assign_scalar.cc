@@ -1,5 +1,6 @@
 #include "binding/convert/assign_scalar.h"
 
+#include <concepts>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -24,16 +25,8 @@ void FailKind(ConversionContext& context, std::string_view path, std::string_vie
 }
 
 // Whether an integer is in the range of T; its sign counts.
-template <typename T>
-bool Fits(int64_t value) {
-  if constexpr (std::is_floating_point_v<T>) {
-    return true;
-  } else {
-    return std::in_range<T>(value);
-  }
-}
-template <typename T>
-bool Fits(uint64_t value) {
+template <typename T, std::integral V>
+bool Fits(V value) {
   if constexpr (std::is_floating_point_v<T>) {
     return true;
   } else {

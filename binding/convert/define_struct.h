@@ -54,19 +54,41 @@ constexpr bool Holds() {
   }
 }
 
+// What structures and enumerations have in common; Definition is the class of the chain.
+template <typename Definition>
+class DefineType {
+ public:
+  Definition& Description(std::string_view text) {
+    builder_.SetDescription(text);
+    return static_cast<Definition&>(*this);
+  }
+  Definition& Tag(std::string_view tag) { return Tags({tag}); }
+  Definition& Tags(std::initializer_list<std::string_view> tags) {
+    builder_.AddTags(tags);
+    return static_cast<Definition&>(*this);
+  }
+
+ protected:
+  DefineType(TypeRegistry& registry, std::string_view name, std::string_view nameSpace, size_t size,
+             const TypeKey& key, TypeKind kind)
+      : builder_(registry.RegisterType(name, size, key, kind)) {
+    builder_.SetNameSpace(nameSpace);
+  }
+
+  TypeBuilder builder_;
+};
+
 }  // namespace Native
 
 template <typename T>
-class DefineStruct {
+class DefineStruct : public Native::DefineType<DefineStruct<T>> {
   static_assert(std::is_class_v<T>, "DefineStruct takes a structure; enumerations use DefineEnum");
 
  public:
   DefineStruct(TypeRegistry& registry, std::string_view name, std::string_view nameSpace = {})
-      : registry_(registry),
-        builder_(
-            registry.RegisterType(name, sizeof(T), StaticType::Key<T>(), TypeKind::kStructure)) {
-    builder_.SetNameSpace(nameSpace);
-  }
+      : Native::DefineType<DefineStruct>(registry, name, nameSpace, sizeof(T), StaticType::Key<T>(),
+                                         TypeKind::kStructure),
+        registry_(registry) {}
 
   // Adds the next members in wire order.
   template <auto... members>
@@ -99,59 +121,28 @@ class DefineStruct {
     field.tags.assign(tags.begin(), tags.end());
     field.optional = presence == kOptional;
     field.accessor = &NativeAccessor<Value>();
-    builder_.AddField(std::move(field));
-    return *this;
-  }
-
-  DefineStruct& Description(std::string_view text) {
-    builder_.SetDescription(text);
-    return *this;
-  }
-  DefineStruct& Tag(std::string_view tag) {
-    builder_.AddTag(tag);
-    return *this;
-  }
-  DefineStruct& Tags(std::initializer_list<std::string_view> tags) {
-    builder_.AddTags(tags);
+    this->builder_.AddField(std::move(field));
     return *this;
   }
 
  private:
   TypeRegistry& registry_;
-  TypeBuilder builder_;
 };
 
 template <typename T>
-class DefineEnum {
+class DefineEnum : public Native::DefineType<DefineEnum<T>> {
   static_assert(std::is_enum_v<T> && std::is_same_v<std::underlying_type_t<T>, int32_t>,
                 "declare the enumeration as `enum class X : int32_t`");
 
  public:
   DefineEnum(TypeRegistry& registry, std::string_view name, std::string_view nameSpace = {})
-      : builder_(
-            registry.RegisterType(name, sizeof(T), StaticType::Key<T>(), TypeKind::kEnumeration)) {
-    builder_.SetNameSpace(nameSpace);
-  }
+      : Native::DefineType<DefineEnum>(registry, name, nameSpace, sizeof(T), StaticType::Key<T>(),
+                                       TypeKind::kEnumeration) {}
 
   DefineEnum& Enumerator(std::string_view name, T value, std::string_view description = {}) {
-    builder_.AddEnumerator(name, static_cast<int32_t>(value), description);
+    this->builder_.AddEnumerator(name, static_cast<int32_t>(value), description);
     return *this;
   }
-  DefineEnum& Description(std::string_view text) {
-    builder_.SetDescription(text);
-    return *this;
-  }
-  DefineEnum& Tag(std::string_view tag) {
-    builder_.AddTag(tag);
-    return *this;
-  }
-  DefineEnum& Tags(std::initializer_list<std::string_view> tags) {
-    builder_.AddTags(tags);
-    return *this;
-  }
-
- private:
-  TypeBuilder builder_;
 };
 
 }  // namespace Kest

@@ -8,72 +8,71 @@
 namespace Kest {
 namespace {
 
-constexpr std::string_view kNameSpace = "Kest";
+// The definition of a builtin type, described, and tagged with what it belongs to.
+template <typename Definition>
+Definition Builtin(TypeRegistry& registry, std::string_view name, std::string_view tag,
+                   std::string_view description) {
+  Definition definition(registry, name, "Kest");
+  definition.Description(description).Tags({kBuiltinTag, tag});
+  return definition;
+}
 
 void RegisterItemHelp(TypeRegistry& registry) {
-  DefineEnum<BindingHelpFormat>(registry, "BindingHelpFormat", kNameSpace)
+  Builtin<DefineEnum<BindingHelpFormat>>(registry, "BindingHelpFormat", kHelpTag,
+                                         "Help format for binding functions and types.")
       .Enumerator("Full", BindingHelpFormat::kFull, "Native help format")
-      .Enumerator("Epytext", BindingHelpFormat::kEpytext, "Python epytext format")
-      .Description("Help format for binding functions and types.")
-      .Tags({kBuiltinTag, kHelpTag});
-  DefineStruct<BindingFullTypeIdentifier>(registry, "BindingFullTypeIdentifier", kNameSpace)
-      .Fields<&BindingFullTypeIdentifier::type, &BindingFullTypeIdentifier::elementType>(kRequired)
-      .Description("Describes the type of a value.")
-      .Tags({kBuiltinTag, kHelpTag});
-  DefineStruct<BindingFullArgumentHelp>(registry, "BindingFullArgumentHelp", kNameSpace)
+      .Enumerator("Epytext", BindingHelpFormat::kEpytext, "Python epytext format");
+  Builtin<DefineStruct<BindingFullTypeIdentifier>>(registry, "BindingFullTypeIdentifier", kHelpTag,
+                                                   "Describes the type of a value.")
+      .Fields<&BindingFullTypeIdentifier::type, &BindingFullTypeIdentifier::elementType>(kRequired);
+  Builtin<DefineStruct<BindingFullArgumentHelp>>(registry, "BindingFullArgumentHelp", kHelpTag,
+                                                 "Describes a function parameter.")
       .Fields<&BindingFullArgumentHelp::name, &BindingFullArgumentHelp::description,
-              &BindingFullArgumentHelp::type, &BindingFullArgumentHelp::optional>(kRequired)
-      .Description("Describes a function parameter.")
-      .Tags({kBuiltinTag, kHelpTag});
-  DefineStruct<BindingFullFunctionHelp>(registry, "BindingFullFunctionHelp", kNameSpace)
+              &BindingFullArgumentHelp::type, &BindingFullArgumentHelp::optional>(kRequired);
+  Builtin<DefineStruct<BindingFullFunctionHelp>>(registry, "BindingFullFunctionHelp", kHelpTag,
+                                                 "Describes a function.")
       .Fields<&BindingFullFunctionHelp::name, &BindingFullFunctionHelp::nameSpace,
               &BindingFullFunctionHelp::arguments, &BindingFullFunctionHelp::returns,
               &BindingFullFunctionHelp::description, &BindingFullFunctionHelp::help,
               &BindingFullFunctionHelp::threadSafe, &BindingFullFunctionHelp::async,
-              &BindingFullFunctionHelp::tags>(kRequired)
-      .Description("Describes a function.")
-      .Tags({kBuiltinTag, kHelpTag});
+              &BindingFullFunctionHelp::tags>(kRequired);
 }
 
 void RegisterTypeHelp(TypeRegistry& registry) {
-  DefineStruct<BindingFullEnumValueHelp>(registry, "BindingFullEnumValueHelp", kNameSpace)
+  Builtin<DefineStruct<BindingFullEnumValueHelp>>(registry, "BindingFullEnumValueHelp", kHelpTag,
+                                                  "Describes an enumerator.")
       .Fields<&BindingFullEnumValueHelp::name, &BindingFullEnumValueHelp::description,
-              &BindingFullEnumValueHelp::value>(kRequired)
-      .Description("Describes an enumerator.")
-      .Tags({kBuiltinTag, kHelpTag});
-  DefineStruct<BindingFullFieldHelp>(registry, "BindingFullFieldHelp", kNameSpace)
+              &BindingFullEnumValueHelp::value>(kRequired);
+  Builtin<DefineStruct<BindingFullFieldHelp>>(registry, "BindingFullFieldHelp", kHelpTag,
+                                              "Describes a member of a struct.")
       .Fields<&BindingFullFieldHelp::name, &BindingFullFieldHelp::description,
               &BindingFullFieldHelp::offset, &BindingFullFieldHelp::type,
-              &BindingFullFieldHelp::optional>(kRequired)
-      .Description("Describes a member of a struct.")
-      .Tags({kBuiltinTag, kHelpTag});
-  DefineStruct<BindingFullTypeHelp>(registry, "BindingFullTypeHelp", kNameSpace)
+              &BindingFullFieldHelp::optional>(kRequired);
+  Builtin<DefineStruct<BindingFullTypeHelp>>(registry, "BindingFullTypeHelp", kHelpTag,
+                                             "Describes a struct or enum type.")
       .Fields<&BindingFullTypeHelp::name, &BindingFullTypeHelp::nameSpace,
               &BindingFullTypeHelp::size, &BindingFullTypeHelp::description,
               &BindingFullTypeHelp::tags, &BindingFullTypeHelp::fields,
-              &BindingFullTypeHelp::values>(kRequired)
-      .Description("Describes a struct or enum type.")
-      .Tags({kBuiltinTag, kHelpTag});
+              &BindingFullTypeHelp::values>(kRequired);
 }
 
 void RegisterApiHelp(TypeRegistry& registry) {
-  DefineStruct<BindingFullEventHelp>(registry, "BindingFullEventHelp", kNameSpace)
+  Builtin<DefineStruct<BindingFullEventHelp>>(registry, "BindingFullEventHelp", kHelpTag,
+                                              "Describes an event.")
       .Fields<&BindingFullEventHelp::name, &BindingFullEventHelp::nameSpace,
               &BindingFullEventHelp::type, &BindingFullEventHelp::description,
-              &BindingFullEventHelp::tags>(kRequired)
-      .Description("Describes an event.")
-      .Tags({kBuiltinTag, kHelpTag});
-  DefineStruct<BindingFullApiHelp>(registry, "BindingFullApiHelp", kNameSpace)
+              &BindingFullEventHelp::tags>(kRequired);
+  Builtin<DefineStruct<BindingFullApiHelp>>(registry, "BindingFullApiHelp", kHelpTag,
+                                            "Describes the exposed native API.")
       .Fields<&BindingFullApiHelp::functions, &BindingFullApiHelp::types,
-              &BindingFullApiHelp::events>(kRequired)
-      .Description("Describes the exposed native API.")
-      .Tags({kBuiltinTag, kHelpTag});
+              &BindingFullApiHelp::events>(kRequired);
 }
 
 void RegisterAsyncTypes(TypeRegistry& registry) {
   constexpr std::string_view kToken = "Asynchronous operation token";
   constexpr std::string_view kData = "Event data";
-  DefineEnum<BindingAsyncState>(registry, "BindingAsyncState", kNameSpace)
+  Builtin<DefineEnum<BindingAsyncState>>(registry, "BindingAsyncState", kAsyncTag,
+                                         "Possible states of an asynchronous operation.")
       .Enumerator("None", BindingAsyncState::kNone, "Invalid state")
       .Enumerator("Running", BindingAsyncState::kRunning, "The operation is in flight")
       .Enumerator("Cancelling", BindingAsyncState::kCancelling,
@@ -81,31 +80,26 @@ void RegisterAsyncTypes(TypeRegistry& registry) {
       .Enumerator("Cancelled", BindingAsyncState::kCancelled, "The operation was cancelled")
       .Enumerator("Succeeded", BindingAsyncState::kSucceeded,
                   "The operation completed successfully")
-      .Enumerator("Failed", BindingAsyncState::kFailed, "The operation encountered an error")
-      .Description("Possible states of an asynchronous operation.")
-      .Tags({kBuiltinTag, kAsyncTag});
-  DefineStruct<BindingGenericEvent>(registry, "BindingGenericEvent", kNameSpace)
-      .Field<&BindingGenericEvent::data>(kOptional, kData)
-      .Description("Represents generic data for an event.")
-      .Tags({kBuiltinTag, kAsyncTag});
-  DefineStruct<BindingCallbackEvent>(registry, "BindingCallbackEvent", kNameSpace)
+      .Enumerator("Failed", BindingAsyncState::kFailed, "The operation encountered an error");
+  Builtin<DefineStruct<BindingGenericEvent>>(registry, "BindingGenericEvent", kAsyncTag,
+                                             "Represents generic data for an event.")
+      .Field<&BindingGenericEvent::data>(kOptional, kData);
+  Builtin<DefineStruct<BindingCallbackEvent>>(
+      registry, "BindingCallbackEvent", kAsyncTag,
+      "Represents the parameters of a call to a provided callback.")
       .Field<&BindingCallbackEvent::id>(kRequired, "ID of the callback being invoked")
-      .Field<&BindingCallbackEvent::parameters>(kOptional, "Callback parameters")
-      .Description("Represents the parameters of a call to a provided callback.")
-      .Tags({kBuiltinTag, kAsyncTag});
-  DefineStruct<BindingGenericAsyncEvent>(registry, "BindingGenericAsyncEvent", kNameSpace)
+      .Field<&BindingCallbackEvent::parameters>(kOptional, "Callback parameters");
+  Builtin<DefineStruct<BindingGenericAsyncEvent>>(
+      registry, "BindingGenericAsyncEvent", kAsyncTag,
+      "Represents generic data for an asynchronous event.")
       .Field<&BindingGenericAsyncEvent::asyncToken>(kRequired, kToken)
-      .Field<&BindingGenericAsyncEvent::data>(kOptional, kData)
-      .Description("Represents generic data for an asynchronous event.")
-      .Tags({kBuiltinTag, kAsyncTag});
-  DefineStruct<BindingAsyncFailureEvent>(registry, "BindingAsyncFailureEvent", kNameSpace)
-      .Field<&BindingAsyncFailureEvent::error>(kRequired, "Error message")
-      .Description("Represents a failed asynchronous operation.")
-      .Tags({kBuiltinTag, kAsyncTag});
-  DefineStruct<BindingAsyncCancelEvent>(registry, "BindingAsyncCancelEvent", kNameSpace)
-      .Field<&BindingAsyncCancelEvent::asyncToken>(kRequired, kToken)
-      .Description("Represents a cancelled asynchronous operation.")
-      .Tags({kBuiltinTag, kAsyncTag});
+      .Field<&BindingGenericAsyncEvent::data>(kOptional, kData);
+  Builtin<DefineStruct<BindingAsyncFailureEvent>>(registry, "BindingAsyncFailureEvent", kAsyncTag,
+                                                  "Represents a failed asynchronous operation.")
+      .Field<&BindingAsyncFailureEvent::error>(kRequired, "Error message");
+  Builtin<DefineStruct<BindingAsyncCancelEvent>>(registry, "BindingAsyncCancelEvent", kAsyncTag,
+                                                 "Represents a cancelled asynchronous operation.")
+      .Field<&BindingAsyncCancelEvent::asyncToken>(kRequired, kToken);
 }
 
 }  // namespace
