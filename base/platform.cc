@@ -62,20 +62,20 @@ int64_t MillisecondsSinceFirstUse() {
   return std::max<int64_t>(0, now - first);  // another thread's first use may be after `now`
 }
 
-void SetClockForTests(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {
+void StopClocks(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {
   SystemReloadZone();
   StopClock(wallMilliseconds, monotonicMilliseconds);
 }
 
-void SetClockForTests(int64_t wallMilliseconds) {
-  SetClockForTests(wallMilliseconds, 0);
+void StopClocks(int64_t wallMilliseconds) {
+  StopClocks(wallMilliseconds, 0);
 }
 
-void AdvanceClockForTests(int64_t milliseconds) {
+void AdvanceClocks(int64_t milliseconds) {
   StopClock(stoppedWall + milliseconds, stoppedMonotonic + milliseconds);
 }
 
-void ResetClockForTests() {
+void RunClocks() {
   clockStopped = false;
   firstUse = kUnset;
   SystemReloadZone();
@@ -98,7 +98,7 @@ std::string FormatUuid(const UuidBytes& uuid) {
   return text;
 }
 
-void SetUuidSourceForTests(bool (*source)(UuidBytes* uuid)) {
+void SetUuidSource(bool (*source)(UuidBytes* uuid)) {
   uuidSource = source;
 }
 

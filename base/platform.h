@@ -43,15 +43,15 @@ int64_t MonotonicMilliseconds();
 // negative, whichever threads call.
 int64_t MillisecondsSinceFirstUse();
 
-// Stops both clocks at the given readings until the next call or ResetClockForTests.
-void SetClockForTests(int64_t wallMilliseconds, int64_t monotonicMilliseconds);
+// Stops both clocks at the given readings until the next call or RunClocks.
+void StopClocks(int64_t wallMilliseconds, int64_t monotonicMilliseconds);
 // The same, with the monotonic clock at 0.
-void SetClockForTests(int64_t wallMilliseconds);
-// Moves stopped clocks on. REQUIRES: SetClockForTests before.
-void AdvanceClockForTests(int64_t milliseconds);
+void StopClocks(int64_t wallMilliseconds);
+// Moves stopped clocks on. REQUIRES: StopClocks before.
+void AdvanceClocks(int64_t milliseconds);
 // Lets the clocks run again, and the first use count from the next call. A changed TZ is seen after
-// this and after SetClockForTests.
-void ResetClockForTests();
+// this and after StopClocks.
+void RunClocks();
 
 // ---- Unique ids --------------------------------------------------------------------------------
 
@@ -64,7 +64,7 @@ using UuidBytes = std::array<uint8_t, 16>;
 std::string FormatUuid(const UuidBytes& uuid);
 
 // Takes the ids of CreateUuid from `source` instead of the system; null restores the system.
-void SetUuidSourceForTests(bool (*source)(UuidBytes* uuid));
+void SetUuidSource(bool (*source)(UuidBytes* uuid));
 
 // ---- Process -----------------------------------------------------------------------------------
 

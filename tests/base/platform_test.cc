@@ -33,7 +33,7 @@ constexpr char kRandomUuid[] =
 
 class ClockTest : public ::testing::Test {
  protected:
-  ~ClockTest() override { ResetClockForTests(); }
+  ~ClockTest() override { RunClocks(); }
 };
 
 #if !defined(_WIN32)  // Windows has one zone for the machine, and knows it for the present only
@@ -43,7 +43,7 @@ class ZoneTest : public ClockTest {
 
   static void SetZone(const char* zone) {
     setenv("TZ", zone, 1);
-    ResetClockForTests();
+    RunClocks();
   }
 };
 
@@ -75,19 +75,19 @@ TEST_F(ClockTest, LocalTimeIsTheCLibrarysToo) {
 }
 
 TEST_F(ClockTest, StoppedClocksMoveOnlyWhenAdvanced) {
-  SetClockForTests(1'700'000'000'999, 5000);
+  StopClocks(1'700'000'000'999, 5000);
   EXPECT_EQ(MillisecondsSinceFirstUse(), 0);
   EXPECT_EQ(WallClockSeconds(), 1'700'000'000);
-  AdvanceClockForTests(1);
+  AdvanceClocks(1);
   EXPECT_EQ(WallClockMilliseconds(), 1'700'000'001'000);
   EXPECT_EQ(MonotonicMilliseconds(), 5001);
   EXPECT_EQ(MillisecondsSinceFirstUse(), 1);
-  SetClockForTests(0, 4999);  // as a thread sees it that read the clock before the first use
+  StopClocks(0, 4999);  // as a thread sees it that read the clock before the first use
   EXPECT_EQ(MillisecondsSinceFirstUse(), 0);
 }
 
 TEST_F(ClockTest, RunningClockIsTheSystems) {
-  ResetClockForTests();
+  RunClocks();
   const int64_t before = time(nullptr);
   const int64_t now = WallClockSeconds();
   EXPECT_GE(now, before);
@@ -116,10 +116,10 @@ TEST(Uuid, SourceCanFail) {
   constexpr int32_t kNoNetworkAddress = 1739;
   EXPECT_TRUE(IsUuidStatus(0) && IsUuidStatus(1824));
   EXPECT_FALSE(IsUuidStatus(kNoNetworkAddress) || IsUuidStatus(-1));
-  SetUuidSourceForTests([](UuidBytes*) { return false; });
+  SetUuidSource([](UuidBytes*) { return false; });
   UuidBytes bytes{};
   EXPECT_FALSE(CreateUuid(&bytes));
-  SetUuidSourceForTests(nullptr);
+  SetUuidSource(nullptr);
   EXPECT_TRUE(CreateUuid(&bytes));
 }
 

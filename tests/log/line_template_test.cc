@@ -38,12 +38,12 @@ TEST(LineTemplate, Fields) {
 }
 
 TEST(LineTemplate, ElapsedCountsFromTheFirstUse) {
-  ResetClockForTests();
-  SetClockForTests(0, 77);
+  RunClocks();
+  StopClocks(0, 77);
   EXPECT_EQ(Line("#H"), "000000.000\n");
-  AdvanceClockForTests(12'034'005);
+  AdvanceClocks(12'034'005);
   EXPECT_EQ(Line("#H"), "012034.005\n");
-  ResetClockForTests();
+  RunClocks();
 }
 
 TEST(LineTemplate, EndsWithOneLineFeedAndFitsItsBuffer) {

@@ -58,12 +58,12 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
       const bool refused = call.find(refusedMessage_) != std::string::npos;
       return ServiceReply{"", refused ? "no such message" : "", false, refused ? 503 : 0};
     });
-    SetUuidSourceForTests([](UuidBytes* uuid) {
+    SetUuidSource([](UuidBytes* uuid) {
       uuid->fill(0xab);
       return true;
     });
   }
-  ~TraceTest() override { SetUuidSourceForTests(nullptr); }
+  ~TraceTest() override { SetUuidSource(nullptr); }
 
   void SetLogos(const std::string& payload) {
     RespondToGet("/tav-inventory/v1/signedInventory",

@@ -51,14 +51,14 @@ std::string ResourceEventJson(std::string_view path, std::string_view type, std:
 
 FakeHost::FakeHost() {
   FillTable();
-  SetClockForTests(kStartOfTime * 1000);
+  StopClocks(kStartOfTime * 1000);
 }
 
 FakeHost::~FakeHost() {
   if (block_.context != nullptr && !stopped_) Stop();
   RunUntilIdle();
   if (!runner_.End()) GiveUp("Module tasks still wait at the end of the test.", {});
-  ResetClockForTests();
+  RunClocks();
 }
 
 // ---- The plugin's life --------------------------------------------------------------------------
@@ -88,7 +88,7 @@ void FakeHost::Stop() {
 
 void FakeHost::AdvanceSeconds(int64_t seconds) {
   Step(std::to_string(seconds) + " s later");
-  AdvanceClockForTests(seconds * 1000);
+  AdvanceClocks(seconds * 1000);
 }
 
 // ---- Tasks --------------------------------------------------------------------------------------
