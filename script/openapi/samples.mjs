@@ -24,6 +24,8 @@ export const samples = {
   RemoveConfiguration: { path: { name: "PxhEnabled" } },
   SetOwnership: { path: { collection: "skins", id: "11001" }, ...json({ owned: true }) },
   ChangeInventory: json({ lootName: "CHEST_lantern", delta: 1 }),
+  ChangeDefinition: { path: { lootName: "SKIN_RENTAL_11001" }, ...json({ value: 750 }) },
+  ChangeRecipe: { path: { recipeName: "CHEST_lantern_OPEN" }, ...json({ crafterName: "bench" }) },
   PushMessage: json({ name: "mastery chest" }),
   SetLoginPacket: json({ simpleMessages: [{ msgId: "m1", params: ["{}"] }] }),
   SetToken: json({ token: null }),

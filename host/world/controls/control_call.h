@@ -29,6 +29,8 @@ ControlResult ChangeInventory(Platform& platform, const ControlCall& call);
 // controls_platform.cc: configuration, messages, token, service.
 ControlResult SetConfiguration(Platform& platform, const ControlCall& call);
 ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call);
+ControlResult ChangeDefinition(Platform& platform, const ControlCall& call);
+ControlResult ChangeRecipe(Platform& platform, const ControlCall& call);
 ControlResult PushMessage(Platform& platform, const ControlCall& call);
 ControlResult SetLoginPacket(Platform& platform, const ControlCall& call);
 ControlResult SetToken(Platform& platform, const ControlCall& call);

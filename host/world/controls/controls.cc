@@ -25,6 +25,8 @@ constexpr ControlRow kControls[] = {
     {"RemoveConfiguration", RemoveConfiguration},
     {"SetOwnership", SetOwnership},
     {"ChangeInventory", ChangeInventory},
+    {"ChangeDefinition", ChangeDefinition},
+    {"ChangeRecipe", ChangeRecipe},
     {"PushMessage", PushMessage},
     {"SetLoginPacket", SetLoginPacket},
     {"SetToken", SetToken},

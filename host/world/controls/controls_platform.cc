@@ -54,6 +54,34 @@ ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call) {
   return Json({{"name", call.parts[1]}});
 }
 
+ControlResult ChangeDefinition(Platform& platform, const ControlCall& call) {
+  const auto found = platform.data.definitionIndex.find(call.parts[1]);
+  if (found == platform.data.definitionIndex.end()) {
+    return Failure{"there is no definition " + call.parts[1], 404};
+  }
+  FieldReader fields(call.body);
+  const int64_t value = fields.Integer("value", 0, FieldReader::kMax32);
+  if (!fields.Finish()) return fields.failure();
+  platform.data.definitions[found->second].record["value"] = value;
+  return Json({{"lootName", call.parts[1]},
+               {"value", value},
+               {"lastUpdate", ++platform.data.versions.lootItems}});
+}
+
+ControlResult ChangeRecipe(Platform& platform, const ControlCall& call) {
+  const auto found = platform.data.recipeIndex.find(call.parts[1]);
+  if (found == platform.data.recipeIndex.end()) {
+    return Failure{"there is no recipe " + call.parts[1], 404};
+  }
+  FieldReader fields(call.body);
+  const std::string crafterName = fields.String("crafterName");
+  if (!fields.Finish()) return fields.failure();
+  platform.data.recipes[found->second].record["crafterName"] = crafterName;
+  return Json({{"recipeName", call.parts[1]},
+               {"crafterName", crafterName},
+               {"lastUpdate", ++platform.data.versions.recipes}});
+}
+
 ControlResult PushMessage(Platform& platform, const ControlCall& call) {
   FieldReader fields(call.body);
   PreparedMessage message = ReadMessage(fields, platform.data);

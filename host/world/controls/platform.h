@@ -33,7 +33,7 @@ struct Platform {
   Platform& operator=(const Platform&) = delete;
 
   // In order of construction: later parts refer to earlier ones.
-  const WorldData data;
+  WorldData data;  // the controls change definitions and recipes, nothing else of it
   std::vector<WorldEvent> outbox;
   Inventory inventory;
   PlatformCollections collections;

@@ -1,5 +1,6 @@
-// What a world file says, checked and ready to use. Constant once loaded: what changes while the
-// world runs starts as a copy of the parts here.
+// What a world file says, checked and ready to use. Constant once loaded, but for definitions and
+// recipes with their versions: what else changes while the world runs starts as a copy of the parts
+// here.
 #pragma once
 
 #include <array>
