@@ -1,0 +1,12 @@
+#include "host/simulation/checks/checks.h"
+
+namespace Kest::Host {
+
+void CheckAll(const QuietState& state, Findings* findings) {
+  constexpr void (*kChecks[])(const QuietState&, Findings*) = {
+      CheckOpenCalls, CheckSubscriptions, CheckReads,   CheckItems,
+      CheckValues,    CheckInventory,     CheckEnabled, CheckReady};
+  for (const auto check : kChecks) check(state, findings);
+}
+
+}  // namespace Kest::Host

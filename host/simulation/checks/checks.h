@@ -1,0 +1,25 @@
+// The checks at a quiet point, one function for each.
+#pragma once
+
+#include "host/simulation/checks/quiet_state.h"
+#include "host/simulation/finding.h"
+
+namespace Kest::Host {
+
+// Runs all of them.
+void CheckAll(const QuietState& state, Findings* findings);
+
+// inventory_check.cc: items and counts are the platform's.
+void CheckInventory(const QuietState& state, Findings* findings);
+// responses_check.cc: every read succeeds; what is returned is what was published.
+void CheckReads(const QuietState& state, Findings* findings);
+void CheckItems(const QuietState& state, Findings* findings);
+void CheckValues(const QuietState& state, Findings* findings);
+// inputs_check.cc: the switches follow their inputs.
+void CheckEnabled(const QuietState& state, Findings* findings);
+void CheckReady(const QuietState& state, Findings* findings);
+// calls_check.cc: nothing is left open, the subscriptions are those of the state.
+void CheckOpenCalls(const QuietState& state, Findings* findings);
+void CheckSubscriptions(const QuietState& state, Findings* findings);
+
+}  // namespace Kest::Host

@@ -1,0 +1,45 @@
+// What has reached the plugin since it started, as far as its switches, its readiness and its
+// subscriptions follow from it.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Kest::Host {
+
+class PluginInputs {
+ public:
+  void Reset() { *this = PluginInputs(); }
+
+  void TakeResource(std::string_view path, std::optional<std::string_view> data);
+  void TakeRequest(std::string_view url);
+  void TakeResponse(std::string_view url, int32_t status);
+
+  // Nothing is due any more: what was read stays read.
+  void Settle();
+
+  // Both switches are on. A deleted value changes nothing.
+  bool IsEnabled() const { return enabled_ && clientEnabled_; }
+  // Whether the plugin must be ready; nothing: it depends on what was late.
+  std::optional<bool> IsReady() const;
+  // Whose collections the plugin follows; empty: no one follows any.
+  const std::string& FollowedSummoner() const { return followedSummoner_; }
+
+ private:
+  void TakeSession(std::optional<std::string_view> data);
+
+  bool enabled_ = false;
+  bool clientEnabled_ = false;
+  bool connected_ = false;
+  uint32_t goal_ = 63;
+  uint32_t surelyRead_ = 0;
+  uint32_t perhapsRead_ = 0;
+  uint32_t arrivedRead_ = 0;  // counts unless the session changes before its task goes on
+  bool skinsAreLate_ = true;  // the session changed since they were asked for
+  std::string followedSummoner_;
+};
+
+}  // namespace Kest::Host

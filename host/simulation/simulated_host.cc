@@ -1,0 +1,230 @@
+#include "host/simulation/simulated_host.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/json/json_text.h"
+#include "host/library/c_views.h"
+#include "host/simulation/plugin_memory.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
+constexpr std::string_view kResponseEvent = "OnServiceProxyUuidEvent";
+
+// {"uri":..,"eventType":..,"data":..}: the text of "data", the last member; nothing without it.
+std::optional<std::string_view> DataOf(std::string_view payload) {
+  constexpr std::string_view kDelete = "\"eventType\":\"Delete\"}";
+  constexpr std::string_view kData = "\"data\":";
+  const size_t at = payload.find(kData);
+  if (payload.ends_with(kDelete) || at == payload.npos) return std::nullopt;
+  payload.remove_suffix(1);
+  return payload.substr(at + kData.size());
+}
+
+}  // namespace
+
+struct SimulatedHost::Sent {
+  std::string method;
+  std::string url;
+  std::string contentType;
+  std::string body;
+  KestCompletion completion;
+  void* context;
+  uint64_t generation;
+};
+
+struct SimulatedHost::Entries {
+  using Self = const KestHostServices*;
+
+  template <typename Call>
+  static auto AsHost(Self self, Call call) noexcept {
+    const RunningCode code(RunningCode::Of::kHost);
+    return call(*reinterpret_cast<const OwnedTable*>(self)->host);
+  }
+  // For entries whose call may be what a waiting task waited for.
+  template <typename Call>
+  static auto Act(Self self, Call call) noexcept {
+    return AsHost(self, [&](SimulatedHost& host) {
+      host.scheduler_->NoteProgress();
+      return call(host);
+    });
+  }
+
+  static bool Request(Self self, const KestRequest* request, KestCompletion completion,
+                      void* context) {
+    return Act(self,
+               [&](SimulatedHost& host) { return host.Request(*request, completion, context); });
+  }
+  static bool Subscribe(Self self, KestText name, KestDelivery delivery, void* context) {
+    return Act(self,
+               [&](SimulatedHost& host) { return host.Subscribe(View(name), delivery, context); });
+  }
+  static void Unsubscribe(Self self, KestText name) {
+    Act(self, [&](SimulatedHost& host) { host.subscriptions_.erase(std::string(View(name))); });
+  }
+  static bool Publish(Self self, KestText path, int32_t eventType, KestBytes json) {
+    return Act(self, [&](SimulatedHost& host) {
+      host.observer_->OnPublish(View(path), eventType, View(json));
+      return true;
+    });
+  }
+  static int32_t PostTask(Self self, KestText name, KestTask run, void* context) {
+    return Act(self, [&](SimulatedHost& host) { return host.PostTask(View(name), run, context); });
+  }
+  static void WaitBegin(Self, KestText) {}
+  static void WaitEnd(Self) {}
+  static void Yield(Self self) {
+    AsHost(self, [](SimulatedHost& host) { host.scheduler_->Yield(); });
+  }
+  static void Log(Self self, int32_t level, KestText line) {
+    AsHost(self, [&](SimulatedHost& host) { host.observer_->OnLog(level, View(line)); });
+  }
+  static void Telemetry(Self, KestText, KestBytes) {}
+  static void Identify(Self, KestText, KestText) {}
+};
+
+SimulatedHost::SimulatedHost(World* world, VirtualScheduler* scheduler, HostObserver* observer,
+                             bool inOrder)
+    : world_(world), scheduler_(scheduler), observer_(observer), inOrder_(inOrder), table_{} {
+  table_.host = this;
+  table_.entries = {
+      sizeof(KestHostServices), Entries::Request,  Entries::Subscribe, Entries::Unsubscribe,
+      Entries::Publish,         Entries::PostTask, Entries::WaitBegin, Entries::WaitEnd,
+      Entries::Yield,           Entries::Log,      Entries::Telemetry, Entries::Identify};
+}
+
+void SimulatedHost::Close() {
+  ++generation_;
+  subscriptions_.clear();
+  scheduler_->DropAll();
+  openRequests_ = 0;
+  lostResponses_ = 0;
+  nextResponse_ = {};
+  refuseRequest_ = false;
+}
+
+std::vector<std::string> SimulatedHost::SubscribedNames() const {
+  std::vector<std::string> names;
+  for (const auto& [name, subscription] : subscriptions_) names.push_back(name);
+  return names;
+}
+
+WorldResponse SimulatedHost::Control(std::string_view method, std::string_view path,
+                                     std::string_view body) {
+  WorldResponse response = world_->Control(method, path, body);
+  DispatchWorldEvents();
+  return response;
+}
+
+// ---- Requests of the plugin --------------------------------------------------------------------
+
+bool SimulatedHost::Request(const KestRequest& request, KestCompletion completion, void* context) {
+  if (std::exchange(refuseRequest_, false)) return false;
+  Sent sent{std::string(View(request.method)),
+            std::string(View(request.url)),
+            std::string(View(request.contentType)),
+            std::string(View(request.body)),
+            completion,
+            context,
+            generation_};
+  observer_->OnRequest(sent.method, sent.url);
+  ++openRequests_;
+  scheduler_->PostFree([this, sent = std::move(sent)] { Complete(sent); });
+  return true;
+}
+
+void SimulatedHost::Complete(const Sent& sent) {
+  if (sent.generation != generation_) return;
+  const WorldResponse result = world_->Request(sent.method, sent.url, sent.contentType, sent.body);
+  DispatchWorldEvents();
+  const KestResponse response = {result.status, Text(result.message), Text(result.contentType),
+                                 Bytes(result.body)};
+  --openRequests_;
+  observer_->OnResponse(sent.method, sent.url, result.status);
+  const RunningCode code(RunningCode::Of::kPlugin);
+  sent.completion(sent.context, &response);
+}
+
+// ---- Events to the plugin ----------------------------------------------------------------------
+
+bool SimulatedHost::Subscribe(std::string_view name, KestDelivery delivery, void* context) {
+  subscriptions_.insert_or_assign(std::string(name),
+                                  Subscription{delivery, context, ++nextSerial_});
+  if (!name.starts_with(kResourcePrefix)) return true;
+  const std::string_view path = name.substr(kResourcePrefix.size());
+  if (const auto value = world_->Resource(path)) {
+    QueueResourceEvent(std::string(name), "{\"uri\":" + JsonString(path) +
+                                              ",\"eventType\":\"Create\",\"data\":" + *value + "}");
+  }
+  return true;
+}
+
+void SimulatedHost::QueueResourceEvent(const std::string& name, const std::string& payload) {
+  const auto found = subscriptions_.find(name);
+  if (found == subscriptions_.end()) return;
+  const uint64_t serial = found->second.serial;
+  scheduler_->PostToLane(name + " " + std::to_string(serial), [this, name, payload, serial] {
+    if (!subscriptions_.contains(name)) return;
+    observer_->OnResource(std::string_view(name).substr(kResourcePrefix.size()), DataOf(payload));
+    Deliver(name, payload, serial);
+  });
+}
+
+// Serial 0: any follower of the name.
+void SimulatedHost::Deliver(const std::string& name, const std::string& payload, uint64_t serial) {
+  const auto found = subscriptions_.find(name);
+  if (found == subscriptions_.end() || (serial != 0 && found->second.serial != serial)) return;
+  const Subscription subscription = found->second;
+  const RunningCode code(RunningCode::Of::kPlugin);
+  subscription.delivery(subscription.context, Text(name), Text("application/json"), Bytes(payload));
+}
+
+void SimulatedHost::DispatchWorldEvents() {
+  for (const WorldEvent& event : world_->TakeEvents()) {
+    if (event.channel == WorldEvent::Channel::kResource) {
+      QueueResourceEvent(event.name, event.payload);
+    } else if (event.name == kResponseEvent) {
+      SendResponse(event);
+    } else {
+      scheduler_->PostEvent(event.delayMilliseconds,
+                            [this, event] { Deliver(event.name, event.payload, 0); });
+    }
+  }
+}
+
+void SimulatedHost::SendResponse(const WorldEvent& event) {
+  const ResponseLedger::Kind kind = ResponseLedger::KindOf(event.payload);
+  const uint64_t number = ledger_.NoteAct(kind);
+  const ResponseFault fault = std::exchange(nextResponse_, {});
+  if (fault.kind == ResponseFault::Kind::kLost) {
+    ++lostResponses_;
+    return ledger_.NoteLost(kind);
+  }
+  int64_t due = scheduler_->Now() + event.delayMilliseconds;
+  if (fault.kind == ResponseFault::Kind::kLate) due += fault.milliseconds;
+  if (inOrder_) due = lastDue_ = std::max(lastDue_, due);
+  const auto deliver = [this, event, kind, number] {
+    ledger_.NoteArrival(kind, number);
+    Deliver(event.name, event.payload, 0);
+  };
+  scheduler_->PostEvent(due - scheduler_->Now(), deliver);
+  if (fault.kind == ResponseFault::Kind::kTwice) {
+    scheduler_->PostEvent(due - scheduler_->Now() + fault.milliseconds,
+                          [this, event] { Deliver(event.name, event.payload, 0); });
+  }
+}
+
+// ---- Tasks -------------------------------------------------------------------------------------
+
+int32_t SimulatedHost::PostTask(std::string_view name, KestTask run, void* context) {
+  const bool queued = scheduler_->PostTask(name, [this, run, context, generation = generation_] {
+    if (generation != generation_) return;
+    const RunningCode code(RunningCode::Of::kPlugin);
+    run(context);
+  });
+  return queued ? KEST_TASK_QUEUED : KEST_TASK_MERGED;
+}
+
+}  // namespace Kest::Host
