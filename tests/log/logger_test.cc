@@ -89,14 +89,14 @@ TEST(Logger, ConsoleLinesArriveComplete) {
 
 TEST(Logger, StampsEachLineWithItsOwnTimeAndKeepsLongMessages) {
   LogCapture log("#D#M");
-  SetClockForTests(1'700'000'000'123);
+  StopClocks(1'700'000'000'123);
   for (const int step : {0, 1, 876}) {
-    AdvanceClockForTests(step);
+    AdvanceClocks(step);
     LogError(";");
   }
   EXPECT_THAT(log.Lines(),
               ElementsAre(EndsWith(":20.123;"), EndsWith(":20.124;"), EndsWith(":21.000;")));
-  ResetClockForTests();
+  RunClocks();
   LogCapture full("#M");
   LogError("%s", std::string(5000, 'x').c_str());
   EXPECT_THAT(full.Lines(), ElementsAre(std::string(4094, 'x')));

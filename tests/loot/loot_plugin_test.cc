@@ -60,7 +60,7 @@ TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
   StartPlugin();
   Enable();
   const auto craft = [this] {
-    SetUuidSourceForTests([](UuidBytes*) { return false; });
+    SetUuidSource([](UuidBytes*) { return false; });
     host_.Post("/tav-loot/v1/recipes/OPEN/craft", R"(["CHEST_plain"])");
   };
   EXPECT_DEATH(craft(), "ALE-8B4DC795");
