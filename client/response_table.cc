@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <new>
 #include <utility>
 
 #include "client/service_call.h"
@@ -205,8 +206,11 @@ ResponseTable::Buffered ResponseTable::TakeLocked(BufferedMap::iterator entry) {
 
 void ResponseTable::LoseLocked(std::string key) noexcept {
   if (lostKeys_.size() >= kMaxLostKeys) lostUnknown_ = true;
-  RunAtBoundary([&] { lostKeys_.insert(std::move(key)); },
-                [this](const char*) noexcept { lostUnknown_ = true; });
+  try {
+    lostKeys_.insert(std::move(key));
+  } catch (const std::bad_alloc&) {
+    lostUnknown_ = true;
+  }
 }
 
 void ResponseTable::AddUnreadable(std::string_view text, std::string_view error) noexcept {

@@ -6,8 +6,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr int64_t kMax32 = FieldReader::kMax32;
-
 // A number written with digits only, or -1.
 int64_t ReadId(const std::string& text) {
   int64_t id = -1;

@@ -31,7 +31,7 @@ std::string OptionalText(FieldReader& fields, std::string_view name) {
 
 void ReadCollectible(FieldReader& fields, const CollectionLayout& layout,
                      PlatformCollections& collections) {
-  const int64_t id = fields.Integer("id", 0, FieldReader::kMax32);
+  const int64_t id = fields.Integer("id", 0, kMax32);
   Collectible thing;
   thing.name = fields.String("name");
   thing.tilePath = OptionalText(fields, layout.tilePath);

@@ -9,8 +9,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr int64_t kMin32 = FieldReader::kMin32;
-constexpr int64_t kMax32 = FieldReader::kMax32;
 constexpr int64_t kMaxLatency = 60'000;
 
 void ReadItem(FieldReader& fields, WorldData& data) {
@@ -18,7 +16,7 @@ void ReadItem(FieldReader& fields, WorldData& data) {
   const int64_t count = fields.IntegerOr("count", 1, 1, kMax32);
   const LootDefinition* definition = data.FindDefinition(key.lootName);
   const int64_t expiryTime = fields.IntegerOr(
-      "expiryTime", definition == nullptr ? -1 : definition->expiryTime, -1, FieldReader::kMax64);
+      "expiryTime", definition == nullptr ? -1 : definition->expiryTime, -1, kMax64);
   const std::string fault = LootKeyFault(data, key);
   if (!fault.empty()) fields.Fail(fault);
   if (data.inventory.Count(key) != 0) {
@@ -84,9 +82,9 @@ void ReadService(FieldReader& world, WorldData& data) {
     service.FailAt("newPlayerChest", "unknown loot name " + JsonString(data.newPlayerChest));
   }
   FieldReader versions(service.ObjectOr("versions"), service);
-  data.versions.lootItems = versions.IntegerOr("lootItems", 1, 1, FieldReader::kMax64);
-  data.versions.recipes = versions.IntegerOr("recipes", 1, 1, FieldReader::kMax64);
-  data.versions.queries = versions.IntegerOr("queries", 1, 1, FieldReader::kMax64);
+  data.versions.lootItems = versions.IntegerOr("lootItems", 1, 1, kMax64);
+  data.versions.recipes = versions.IntegerOr("recipes", 1, 1, kMax64);
+  data.versions.queries = versions.IntegerOr("queries", 1, 1, kMax64);
   versions.Finish();
   FieldReader client(service.ObjectOr("clientConfiguration"), service);
   for (const char* list : {"lootItemsUsingBreakoutRecipeMenu", "lootMaterialsToAlwaysRender",

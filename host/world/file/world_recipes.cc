@@ -9,10 +9,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr int64_t kMin32 = FieldReader::kMin32;
-constexpr int64_t kMax32 = FieldReader::kMax32;
-constexpr int64_t kMax64 = FieldReader::kMax64;
-
 // Asks for the members in the order of the service's record.
 LootDefinition ReadDefinition(FieldReader& fields) {
   LootDefinition definition;

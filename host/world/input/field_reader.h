@@ -16,12 +16,13 @@
 
 namespace Kest::Host {
 
+// The range of the numbers that the wire types keep.
+inline constexpr int64_t kMin32 = std::numeric_limits<int32_t>::min();
+inline constexpr int64_t kMax32 = std::numeric_limits<int32_t>::max();
+inline constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
+
 class FieldReader {
  public:
-  static constexpr int64_t kMin32 = std::numeric_limits<int32_t>::min();
-  static constexpr int64_t kMax32 = std::numeric_limits<int32_t>::max();
-  static constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
-
   // Reads the document's root, or `value`, a part of the document that `owner` reads. All must
   // outlive the reader. A value that is no object is reported.
   explicit FieldReader(const Document& document);

@@ -45,7 +45,7 @@ class Roll {
   // Stays at one more than an inventory holds, so that a long run cannot overflow and is refused.
   void AddCount(const LootKey& key, int64_t count) {
     int64_t& sum = added_[key];
-    sum = std::min(sum + count, FieldReader::kMax32 + 1);
+    sum = std::min(sum + count, kMax32 + 1);
   }
 
   bool HasAlready(const std::string& lootName) const {
