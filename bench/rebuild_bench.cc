@@ -59,10 +59,10 @@ void RebuildItems(benchmark::State& state) {
   Inventory inventory;
   for (auto _ : state) inventory.Rebuild();
   size_t offers = 0;
-  for (const auto& [lootId, item] : inventory.state.store.items()) {
+  for (const auto& [lootId, item] : inventory.state.store.Snapshot()->playerLoot) {
     offers += item->disenchantLootName.empty() ? 0 : 1;
   }
-  if (inventory.state.store.items().size() != kRecords || offers < kRecords / 2) {
+  if (inventory.state.store.Snapshot()->playerLoot.size() != kRecords || offers < kRecords / 2) {
     state.SkipWithError("the recipes were not found");
   }
 }
@@ -72,7 +72,8 @@ void CopyItems(benchmark::State& state) {
   Inventory inventory;
   inventory.Rebuild();
   std::unordered_map<std::string, Api::PlayerLoot> items;
-  for (const auto& [lootId, item] : inventory.state.store.items()) items.emplace(lootId, *item);
+  for (const auto& [lootId, item] : inventory.state.store.Snapshot()->playerLoot)
+    items.emplace(lootId, *item);
   for (auto _ : state) {
     auto copy = items;
     benchmark::DoNotOptimize(copy);

@@ -127,8 +127,9 @@ auto LootEndpoints::ReadRetrieved(Read read)
 Maybe<std::vector<Api::PlayerLootPointer>> LootEndpoints::GetPlayerLoot() {
   return ReadRetrieved([](const LootState& state) {
     std::vector<Api::PlayerLootPointer> list;
-    list.reserve(state.store.items().size());
-    for (const auto& [lootId, item] : state.store.items()) list.push_back(item);
+    const auto store = state.store.Snapshot();
+    list.reserve(store->playerLoot.size());
+    for (const auto& [lootId, item] : store->playerLoot) list.push_back(item);
     return list;
   });
 }

@@ -111,7 +111,8 @@ std::vector<Api::Recipe> WatchedViews::ReadRecipes(const std::string& lootId) {
 }
 
 std::vector<Api::ContextMenu> WatchedViews::ReadContextMenu(const std::string& lootId) {
-  LootCounts counts(state_.store.items());
+  const auto store = state_.store.Snapshot();
+  LootCounts counts(store->playerLoot);
   auto menu = menus_.MenuOf(lootId, counts);
   if (menusWatched_ < kMostWatched) {
     Watched* const watched = Watch(lootId, !recipeViews_.FindInitialItemRecipes(lootId).empty());
@@ -144,7 +145,8 @@ WatchedViews::Draft WatchedViews::FindChanges(const PlayerLootChanges& changes,
             [&] { return recipeViews_.Show(recipes); });
   }
   if (menusWatched_ == 0) return draft;
-  LootCounts counts(state_.store.items());
+  const auto store = state_.store.Snapshot();
+  LootCounts counts(store->playerLoot);
   for (auto& [lootId, watched] : watched_) {
     if (!watched.menu) continue;
     if (!isAllTouched && !watched.isUnsure &&

@@ -37,8 +37,6 @@ class PlayerLootStore {
 
   // The items and the version, which grows by one with each publication of a change.
   std::shared_ptr<const Api::PlayerLootMap> Snapshot() const { return current_; }
-  // Valid until the next change.
-  const Api::PlayerLootItems& items() const { return current_->playerLoot; }
 
   // Null for an unknown id.
   Api::PlayerLootPointer Find(const std::string& lootId) const;
@@ -66,6 +64,8 @@ class PlayerLootStore {
   void MarkPublished(PlayerLootChanges changes) noexcept;
 
  private:
+  const Api::PlayerLootItems& items() const { return current_->playerLoot; }
+
   using Ids = std::unordered_set<std::string>;
 
   // The pointer to store for `item`: its published copy when that is equal.

@@ -115,11 +115,11 @@ TEST(CraftMenus, AnEntryIsEnabledExactlyWhenThePlatformTakesSomeListWithTheItem)
   for (int round = 0; round < 100 && !testing::Test::HasFailure(); ++round) {
     const bool onlyNames = round % 2 == 0;
     const Pair pair(onlyNames ? kNames : kListable.size(), random);
-    LootCounts counts(pair.state.store.items());
+    LootCounts counts(pair.state.store.Snapshot()->playerLoot);
     const auto& indexed = pair.state.definitions->recipes().recipes();
     for (size_t i = 0; i < indexed.size(); ++i) {
       auto least = LeastMissing(pair.recipes[i], pair.inventory);
-      for (const auto& [lootId, item] : pair.state.store.items()) {
+      for (const auto& [lootId, item] : pair.state.store.Snapshot()->playerLoot) {
         for (const auto& entry : pair.menus.MenuOf(lootId, counts)) {
           if (entry.name != indexed[i].recipe->recipeName) continue;
           SCOPED_TRACE(lootId + " in " + entry.name + ", round " + std::to_string(round));

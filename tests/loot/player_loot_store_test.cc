@@ -34,7 +34,7 @@ TEST(PlayerLootStore, ReportsWhatDiffersFromWhatWasReportedInTheOrderOfTheStore)
   for (const char* id : {"item9", "item1", "item5", "item7", "item3"}) store.Put(Item(id, 1));
   store.Remove("item7");  // never published, so its end is no news
   std::vector<std::string> inOrder;
-  for (const auto& [lootId, item] : store.items()) inOrder.push_back("+" + lootId);
+  for (const auto& [lootId, item] : store.Snapshot()->playerLoot) inOrder.push_back("+" + lootId);
   EXPECT_EQ(Taken(&store), inOrder);
   store.Put(Item("item1", 2));
   store.Remove("item3");
@@ -43,9 +43,10 @@ TEST(PlayerLootStore, ReportsWhatDiffersFromWhatWasReportedInTheOrderOfTheStore)
   EXPECT_THAT(Taken(&store), IsEmpty());
   store.EditAll([](Api::PlayerLoot& item) { item.isNew = item.lootId == "item5"; });
   EXPECT_THAT(Taken(&store), ElementsAre("=item5"));
-  const Api::PlayerLootItems before = store.items();
+  const Api::PlayerLootItems before = store.Snapshot()->playerLoot;
   store.Replace({Item("item1", 1), Item("item9", 2)});
-  EXPECT_EQ(store.items().at("item1"), before.at("item1")) << "equal items share their copies";
+  EXPECT_EQ(store.Snapshot()->playerLoot.at("item1"), before.at("item1"))
+      << "equal items share their copies";
   EXPECT_THAT(Taken(&store), ::testing::UnorderedElementsAre("=item9", "-item3", "-item5"));
   EXPECT_EQ(store.Snapshot()->version, 3);
 }
