@@ -60,7 +60,7 @@ ControlResult ChangeDefinition(Platform& platform, const ControlCall& call) {
     return Failure{"there is no definition " + call.parts[1], 404};
   }
   FieldReader fields(call.body);
-  const int64_t value = fields.Integer("value", 0, FieldReader::kMax32);
+  const int64_t value = fields.Integer("value", 0, kMax32);
   if (!fields.Finish()) return fields.failure();
   platform.data.definitions[found->second].record["value"] = value;
   return Json({{"lootName", call.parts[1]},
