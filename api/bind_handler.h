@@ -6,11 +6,10 @@
 // std::optional<T> may be absent. References must be const. Results:
 //   T                                      200 with the value
 //   Nothing, void                          204
-//   std::reference_wrapper<const T>        200 with the value, read before anything else runs
+//   std::shared_ptr<const T>               the same as T, without a copy
 //   Maybe<any of these but void>           the failure's status and message, else as above
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <tuple>
 #include <type_traits>
@@ -42,8 +41,6 @@ template <typename R>
 struct ResultOf {
   using Value = R;
 };
-template <typename T>
-struct ResultOf<std::reference_wrapper<T>> : ResultOf<std::remove_const_t<T>> {};
 template <typename T>
 struct ResultOf<Maybe<T>> : ResultOf<T> {};
 template <>
@@ -94,10 +91,6 @@ inline Response ToResponse(const FunctionCall&, const Nothing&) {
 template <typename T>
 Response ToResponse(const FunctionCall& call, const T& value) {
   return EncodeResult(call, {&value, NativeAccessor<T>(), StaticType::Name<T>()});
-}
-template <typename T>
-Response ToResponse(const FunctionCall& call, const std::reference_wrapper<T>& value) {
-  return ToResponse(call, value.get());
 }
 template <typename T>
 Response ToResponse(const FunctionCall& call, const Maybe<T>& result) {

@@ -34,8 +34,8 @@ inline constexpr std::string_view kJsonWriteFailures[] = {
 
 inline constexpr std::string_view kConversionFailures[] = {
     "A value for '%1' is required.",
-    "Value %1 for '%2' of type bool is in an incorrect format. Options are \"true\", \"false\", "
-    "\"1\", \"0\".",
+    ("Value %1 for '%2' of type bool is in an incorrect format. Options are \"true\", \"false\", "
+     "\"1\", \"0\"."),
     "Couldn't assign value to '%1' of type %2 because the input is of an invalid type %3.",
     "Value %1 for '%2' of type %3 is out of range",
     "Value %1 for '%2' of type %3 is in an incorrect format",
@@ -80,8 +80,8 @@ inline constexpr std::string_view kYamlFailures[] = {
     "Value %1 for 'yaml' of type uint64_t is out of range",
     "Value %1 for 'yaml' of type double is in an incorrect format",
     "Value %1 for 'yaml' of type double is out of range",
-    "Value %1 for 'yaml' of type bool is in an incorrect format. Options are \"true\", \"false\", "
-    "\"1\", \"0\".",
+    ("Value %1 for 'yaml' of type bool is in an incorrect format. Options are \"true\", \"false\", "
+     "\"1\", \"0\"."),
 };
 
 inline constexpr std::string_view kMessagePackTruncations[] = {

@@ -37,29 +37,30 @@ class Functions {
     return id + ":" + std::to_string(number);
   }
   bool SetFlag(bool value) { return value; }
-  std::string Header(std::string name, std::optional<std::string> any) {
+  std::string Header(const std::string& name, const std::optional<std::string>& any) {
     return name + "/" + any.value_or("-");
   }
   std::vector<std::string> Body(std::vector<std::string> items, std::optional<bool> reverse) {
     if (reverse.value_or(false)) std::reverse(items.begin(), items.end());
     return items;
   }
-  uint64_t Size(BindingProperty list) { return list.Size(); }
+  uint64_t Size(const BindingProperty& list) { return list.Size(); }
 
   Maybe<Nothing> Succeed() { return Nothing{}; }
-  Maybe<std::reference_wrapper<const std::vector<Slot>>> Held() const { return std::cref(held_); }
-  Maybe<Slot> Fail(std::string text, int32_t status) { return Failure{text, status}; }
+  Maybe<std::shared_ptr<const std::vector<Slot>>> Held() const { return held_; }
+  Maybe<Slot> Fail(std::string text, int32_t status) { return Failure{std::move(text), status}; }
   double NoNumber() { return std::nan(""); }
   Maybe<Unregistered> NoType() { return Unregistered{}; }
   std::shared_ptr<const Slot> NoSlot() { return nullptr; }
-  void Throw(std::string what) {
+  void Throw(const std::string& what) {
     if (what == "memory") throw std::bad_alloc();
     if (what == "number") throw 7;
     throw std::runtime_error(what == "nothing" ? "" : what);
   }
 
  private:
-  std::vector<Slot> held_ = {{"first", 1}, {"second", 2}};
+  std::shared_ptr<const std::vector<Slot>> held_ =
+      std::make_shared<const std::vector<Slot>>(std::vector<Slot>{{"first", 1}, {"second", 2}});
 };
 
 // The functions of routes, in a registry of their own.
