@@ -254,7 +254,7 @@ std::map<std::string, PluginReply, std::less<>> Simulation::ReadAll(SeededRandom
     responses.emplace(path, AskNow("GET", path, random));
   };
   for (const std::string_view path : kSwitchPaths) read(path);
-  if (published_.version() == 0) return responses;
+  if (published_.version() == 0 || !isRecovered_) return responses;
   for (const std::string_view path : kInventoryPaths) read(path);
   return responses;
 }
@@ -272,7 +272,7 @@ void Simulation::Recover(SeededRandom& random) {
     Begin(random);
     BecomeQuiet(random);
   }
-  AskNow("POST", kRefresh, random);
+  isRecovered_ = AskNow("POST", kRefresh, random).body == "\"SUCCESS\"";
 }
 
 void Simulation::CheckQuiet(SeededRandom& random) {

@@ -79,6 +79,7 @@ class Simulation : private HostObserver {
   VirtualScheduler scheduler_;
   SimulatedHost host_;
   PluginRun plugin_;
+  bool isRecovered_ = true;  // what is held was retrieved after the last failed allocation
   int64_t blocksBefore_ = 0;
   uint64_t stepSum_ = 0;
 };
