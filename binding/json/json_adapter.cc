@@ -17,6 +17,10 @@
 namespace Kest {
 namespace {
 
+// JsonTextStream and ThrowingAllocator rely on how this reader calls a stream and an allocator.
+static_assert(RAPIDJSON_MAJOR_VERSION == 1 && RAPIDJSON_MINOR_VERSION == 1,
+              "Read what the reader does with them before another version is let in.");
+
 // Numbers stay texts because the reader's own conversions are neither exact nor safe.
 constexpr unsigned kReadFlags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
                                 rapidjson::kParseNumbersAsStringsFlag;

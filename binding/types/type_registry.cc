@@ -10,12 +10,6 @@
 namespace Kest {
 namespace {
 
-#ifndef NDEBUG
-constexpr bool kRefusesTakenKeys = true;
-#else
-constexpr bool kRefusesTakenKeys = false;
-#endif
-
 // Never destroyed: code that runs last in the process may still convert values.
 std::atomic<TypeRegistry*>& ProcessSlot() {
   static std::atomic<TypeRegistry*> slot = new TypeRegistry();
@@ -123,11 +117,10 @@ TypeBuilder TypeRegistry::RegisterType(std::string_view name, size_t size, const
     const auto keyed = byKey_.find(&key);
     if (named != byName_.end()) {
       if (named->second->staticKey != &key) conflict = named->second;
-    } else if (keyed != byKey_.end() && kRefusesTakenKeys) {
+    } else if (keyed != byKey_.end()) {
       conflict = keyed->second;
       builder.state_ = TypeBuilder::State::kFailed;
     } else {
-      if (keyed != byKey_.end()) conflict = keyed->second;
       TypeRecord& record = types_.emplace_back();
       record.kind = kind;
       record.size = size;
