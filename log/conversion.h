@@ -36,10 +36,10 @@ struct Conversion {
   LengthModifier length = LengthModifier::kNone;
   char letter = 's';
 
-  // A negative width is the flag '-' and its amount; widths and precisions above 4096 count as
-  // 4096.
+  // A negative width is the flag '-' and its amount. What of it goes beyond the output is not
+  // written.
   void SetWidth(int64_t value);
-  // A negative precision is none.
+  // A negative precision is none; one above 4096 counts as 4096.
   void SetPrecision(int64_t value);
 };
 

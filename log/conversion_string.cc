@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 #include "log/conversion.h"
@@ -112,9 +113,8 @@ bool ReadFields(std::string_view text, size_t* position, ConversionText* result)
 
 void Conversion::SetWidth(int64_t value) {
   if (value < 0) left = true;
-  width = static_cast<int32_t>(value <= -kMaximumField
-                                   ? kMaximumField
-                                   : std::min(value < 0 ? -value : value, kMaximumField));
+  constexpr int64_t kMost = std::numeric_limits<int32_t>::max();
+  width = static_cast<int32_t>(std::min(value < -kMost ? kMost : std::abs(value), kMost));
 }
 
 void Conversion::SetPrecision(int64_t value) {

@@ -79,7 +79,7 @@ TEST(Format, CapsAndClamps) {
   EXPECT_EQ(Format("[%1$" + Repeated(57, '0') + "1d]", 7), "[");
   EXPECT_EQ(Format("%1", Repeated(5000, 'x')), Repeated(4096, 'x'));
   EXPECT_EQ(Format(Repeated(4095, 'x').append("%1"), "\xc3\xa9").size(), 4096u);
-  EXPECT_EQ(Format("%2147483646d", 1), Repeated(4095, ' ').append("1"));
+  EXPECT_EQ(Format("%2147483646d", 1), Repeated(4096, ' '));
   EXPECT_EQ(Format("%.2147483000f", 1.0), Repeated(4096, '0').replace(0, 2, "1."));
   EXPECT_EQ(Format("%*d|", INT64_MIN, 1), Repeated(4096, ' ').replace(0, 1, "1"));
   EXPECT_EQ(Format("%.100000000d", 1), Repeated(4095, '0').append("1"));
