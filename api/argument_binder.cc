@@ -134,8 +134,8 @@ void ArgumentBinder::Store(size_t argument, std::string_view path, const NamedVa
   }
   const ArgumentRecord& record = function_.Arguments()[argument];
   const bool structured = path.empty() && IsStructured(record.type.id);
-  DecodeValue(context_, {record.name, function_.Name()},
-              ChooseValueFormat(value.contentType, text, structured), text, target);
+  const ValueFormat format = ChooseValueFormat(value.contentType, structured, &text);
+  DecodeValue(context_, {record.name, function_.Name()}, format, text, target);
 }
 
 void ArgumentBinder::StoreWithoutValue(size_t argument) {

@@ -71,17 +71,19 @@ const Decoder& FindDecoder(ValueFormat format) {
 
 }  // namespace
 
-ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view text,
-                              bool structured) {
+ValueFormat ChooseValueFormat(std::string_view contentType, bool structured,
+                              std::string_view* text) {
   const bool sniffed = structured && contentType.empty();
   if (HasContentType(contentType, kContentTypeMessagePack)) return ValueFormat::kMessagePack;
-  if (sniffed && BeginsMessagePack(text)) return ValueFormat::kMessagePack;
-  const std::string_view start = sniffed ? TrimLeadingWhitespace(text) : std::string_view();
+  if (sniffed && BeginsMessagePack(*text)) return ValueFormat::kMessagePack;
+  const std::string_view start = sniffed ? TrimLeadingWhitespace(*text) : std::string_view();
   if (HasContentType(contentType, kContentTypeJson) || start.starts_with('{') ||
       start.starts_with('[')) {
     return ValueFormat::kJson;
   }
-  if (HasContentType(contentType, kContentTypeYamlValue) || start.starts_with("---")) {
+  if (HasContentType(contentType, kContentTypeYamlValue)) return ValueFormat::kYaml;
+  if (start.starts_with("---")) {
+    *text = start;  // indented, it would be no document's begin
     return ValueFormat::kYaml;
   }
   if (HasContentType(contentType, kContentTypeBytes)) return ValueFormat::kBytes;

@@ -13,8 +13,10 @@ namespace Kest {
 enum class ValueFormat : uint8_t { kString, kBytes, kJson, kMessagePack, kYaml };
 
 // The format of an argument's value. `contentType` decides; without one, the first bytes of a
-// structured value (an object, structure or vector). Everything else is a plain string.
-ValueFormat ChooseValueFormat(std::string_view contentType, std::string_view text, bool structured);
+// structured value (an object, structure or vector). Everything else is a plain string. Whitespace
+// before a YAML value that was recognised by its first bytes is removed from `*text`.
+ValueFormat ChooseValueFormat(std::string_view contentType, bool structured,
+                              std::string_view* text);
 
 // The format of a request body; none for an unsupported content type.
 std::optional<ValueFormat> ChooseBodyFormat(std::string_view contentType);

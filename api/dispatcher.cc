@@ -38,6 +38,16 @@ Response HandleSafely(std::string_view name, Handle&& handle) noexcept {
   }
 }
 
+// Binds arguments. Those that outgrow a value's bounds fail like those that cannot be decoded.
+template <typename Bind>
+void BindBounded(ConversionContext& context, Bind&& bind) {
+  try {
+    bind();
+  } catch (const TreeBoundExceeded& exceeded) {
+    context.Fail(exceeded.what());
+  }
+}
+
 Response BadRequest(const ConversionContext& context) {
   return FailureResponse({context.ErrorMessage(), kStatusBadRequest});
 }
@@ -98,10 +108,12 @@ Response Dispatcher::HandleRequest(const Request& request) const {
   const Endpoint& endpoint = endpoints_[*found];
   ConversionContext context(registry_);
   ArgumentBinder binder(endpoint.function, context);
-  binder.BindHeaders(request.headers);
-  binder.BindCaptures(endpoint.route, captures);
-  binder.BindQuery(url.query);
-  binder.BindBody(request.contentType, request.body);
+  BindBounded(context, [&] {
+    binder.BindHeaders(request.headers);
+    binder.BindCaptures(endpoint.route, captures);
+    binder.BindQuery(url.query);
+    binder.BindBody(request.contentType, request.body);
+  });
   if (!context.Ok()) return BadRequest(context);
   return endpoint.function.Call(
       {endpoint.function, registry_, request.accept, binder.TakeValues()});
@@ -119,7 +131,7 @@ Response Dispatcher::HandleInvocation(std::string_view functionName,
   const BoundFunction& function = *found;
   ConversionContext context(registry_);
   ArgumentBinder binder(function, context);
-  binder.BindList(arguments);
+  BindBounded(context, [&] { binder.BindList(arguments); });
   if (!context.Ok()) return BadRequest(context);
   return function.Call({function, registry_, {}, binder.TakeValues()});
 }

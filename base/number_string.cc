@@ -64,8 +64,13 @@ NumberParseStatus ParseMagnitude(std::string_view digits, uint64_t* magnitude) {
 
 bool IsNamedNumber(std::string_view text) {
   if (EqualsIgnoringCase(text, "inf") || EqualsIgnoringCase(text, "infinity")) return true;
-  return text.size() >= 3 && EqualsIgnoringCase(text.substr(0, 3), "nan") &&
-         (text.size() == 3 || (text[3] == '(' && text.back() == ')'));
+  if (text.size() < 3 || !EqualsIgnoringCase(text.substr(0, 3), "nan")) return false;
+  if (text.size() == 3) return true;
+  if (text.size() < 5 || text[3] != '(' || text.back() != ')') return false;
+  const std::string_view name = text.substr(4, text.size() - 5);
+  return std::all_of(name.begin(), name.end(), [](char c) {
+    return c == '_' || (c >= '0' && c <= '9') || (Lower(c) >= 'a' && Lower(c) <= 'z');
+  });
 }
 
 // What from_chars leaves open when the value fits no double: too large or too small.

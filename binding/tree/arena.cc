@@ -13,7 +13,7 @@ constexpr size_t kDoublingEnd = size_t{1} << 20;
 }  // namespace
 
 Arena* Arena::Create(size_t firstBytes) {
-  if (firstBytes > kMaxTreeBytes) throw std::bad_alloc();
+  if (firstBytes > kMaxTreeBytes) throw TreeBoundExceeded();
   const size_t total = sizeof(Arena) + ((firstBytes + kAlignment - 1) & ~(kAlignment - 1));
   char* memory = static_cast<char*>(::operator new(total));
   auto* arena = new (memory) Arena(total);
@@ -51,7 +51,7 @@ void* Arena::AllocateBlock(size_t bytes) {
 
 void* Arena::Allocate(size_t bytes) {
   void* memory = TryAllocate(bytes);
-  if (memory == nullptr) throw std::bad_alloc();
+  if (memory == nullptr) throw TreeBoundExceeded();
   return memory;
 }
 
@@ -64,12 +64,12 @@ const char* Arena::TryCopy(std::string_view text) {
 
 const char* Arena::Copy(std::string_view text) {
   const char* copy = TryCopy(text);
-  if (copy == nullptr) throw std::bad_alloc();
+  if (copy == nullptr) throw TreeBoundExceeded();
   return copy;
 }
 
 void Arena::ChargeValues(size_t count) {
-  if (!TryChargeValues(count)) throw std::bad_alloc();
+  if (!TryChargeValues(count)) throw TreeBoundExceeded();
 }
 
 }  // namespace Kest

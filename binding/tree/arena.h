@@ -17,15 +17,15 @@ namespace Kest {
 // Threads: one writer; owners come and go on any thread.
 class alignas(8) Arena {
  public:
-  // `firstBytes` fit the first block. The caller is the first owner. Throws std::bad_alloc.
+  // `firstBytes` fit the first block. The caller is the first owner.
   static Arena* Create(size_t firstBytes);
   void AddOwner() noexcept { owners_.fetch_add(1, std::memory_order_relaxed); }
   static void DropOwner(Arena* arena) noexcept;
   Arena(const Arena&) = delete;
   Arena& operator=(const Arena&) = delete;
 
-  // Memory for any object of the tree. TryAllocate returns null past the bound; both throw
-  // std::bad_alloc when the system has no memory, Allocate past the bound as well.
+  // Memory for any object of the tree. TryAllocate returns null past the bound, Allocate
+  // throws TreeBoundExceeded; both throw std::bad_alloc when the system has no memory.
   void* TryAllocate(size_t bytes) {
     bytes = (bytes + kAlignment - 1) & ~(kAlignment - 1);
     if (bytes > static_cast<size_t>(end_ - next_)) return AllocateBlock(bytes);
@@ -38,7 +38,7 @@ class alignas(8) Arena {
   const char* TryCopy(std::string_view text);
   const char* Copy(std::string_view text);
 
-  // Charges `count` values that are made; false, or std::bad_alloc, past the bound.
+  // Charges `count` values that are made; false, or TreeBoundExceeded, past the bound.
   bool TryChargeValues(size_t count) {
     if (count > kMaxTreeValues - values_) return false;
     values_ += count;

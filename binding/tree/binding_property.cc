@@ -174,11 +174,11 @@ void BindingProperty::CopyFrom(const BindingProperty& other) {
   }
   if (IsNode()) {
     TreeBuilder builder(*TreeArena());
-    if (!WriteTree(other, builder)) throw std::bad_alloc();
+    if (!WriteTree(other, builder)) throw TreeBoundExceeded();
     Replace(builder.TakeBits());
   } else {
     TreeBuilder builder;
-    if (!WriteTree(other, builder)) throw std::bad_alloc();
+    if (!WriteTree(other, builder)) throw TreeBoundExceeded();
     *this = builder.Take();
   }
 }
@@ -206,7 +206,7 @@ void BindingProperty::ReserveMembers(size_t capacity) {
   capacity = std::max(kFirstCapacity, std::bit_ceil(capacity));
   Arena& arena = NeedArena();
   MemberNode* members = TreeNodes::TryAllocateMembers(arena, capacity);
-  if (members == nullptr) throw std::bad_alloc();
+  if (members == nullptr) throw TreeBoundExceeded();
   const size_t size = bits_.Size();
   for (size_t i = 0; i < size; ++i) {
     const MemberNode& member = Members()[i];
@@ -219,7 +219,7 @@ BindingProperty& BindingProperty::GetOrAddElement(size_t index) {
   if (kind() != BindingKind::kCollection) SetCollection();
   const size_t size = bits_.Size();
   if (index < size) return Elements()[index];
-  if (index >= kMaxTreeValues) throw std::bad_alloc();
+  if (index >= kMaxTreeValues) throw TreeBoundExceeded();
   Arena& arena = NeedArena();
   arena.ChargeValues(index + 1 - size);
   ReserveElements(index + 1);
@@ -245,7 +245,7 @@ BindingProperty& BindingProperty::GetOrAddMember(std::string_view name) {
   Arena& arena = NeedArena();
   arena.ChargeValues(1);
   const MemberKey* key = TreeNodes::TryMakeKey(arena, name, SeededHash(name), /*isStored=*/false);
-  if (key == nullptr) throw std::bad_alloc();
+  if (key == nullptr) throw TreeBoundExceeded();
   ReserveMembers(size + 1);
   TreeNodes::PlaceMember(Members(), size, TreeNodes::Capacity(bits_), Bits(), *key, arena);
   bits_ = TreeNodes::Members(Members(), size + 1, bits_.CapacityBits());

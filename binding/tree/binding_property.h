@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <span>
 #include <string_view>
 #include <type_traits>
@@ -20,10 +21,15 @@ struct MemberNode;
 
 // The most values one tree may ever have made (copies and replaced ones count), and the most bytes
 // its arena may ever have handed out; while a tree is read, the table of its distinct names counts.
-// GetOrAddElement, GetOrAddMember, setters and copies throw std::bad_alloc beyond; readers of
+// GetOrAddElement, GetOrAddMember, setters and copies throw TreeBoundExceeded beyond; readers of
 // outside input stop before, with a failure message.
 inline constexpr size_t kMaxTreeValues = 4'194'304;
 inline constexpr size_t kMaxTreeBytes = size_t{sizeof(void*) == 8 ? 256 : 96} << 20;
+
+class TreeBoundExceeded final : public std::bad_alloc {
+ public:
+  const char* what() const noexcept override { return "Too many values."; }
+};
 
 template <typename T>
 concept Arithmetic = std::is_arithmetic_v<T>;

@@ -32,9 +32,12 @@ BindingProperty ReadYaml(ConversionContext& context, std::string_view text) {
     context.Fail(kYamlTooLarge);
     return {};
   }
-  text = WithoutByteOrderMark(text);
+  const std::string_view unmarked = WithoutByteOrderMark(text);
+  // libyaml skips one mark as well, but then knows no "---" or directive in that line. Of two, the
+  // first is left to it, so that it takes the second for a character.
+  if (WithoutByteOrderMark(unmarked).size() == unmarked.size()) text = unmarked;
   if (text.empty()) return {};  // libyaml takes no null for a text
-  if (const auto line = FindDirectiveBeyond(text, kMaxYamlDirectives)) {
+  if (const auto line = FindDirectiveBeyond(unmarked, kMaxYamlDirectives)) {
     context.Fail(Format(kYamlTooManyDirectives, *line, 0));
     return {};
   }

@@ -23,8 +23,8 @@ inline constexpr size_t kMaxYamlTagBytes = 16 * kMaxYamlBytes;
 // Reads a stream of one document, or of none, which gives an empty value. Mappings become
 // structures (of members of one name the last value counts, in the place of the first; "<<" is a
 // name like any other), sequences collections, scalars what yaml_scalar.h says. An alias becomes a
-// copy of what its anchor names; tags of mappings and sequences mean nothing. A byte-order mark in
-// front is skipped. On failure returns an empty value.
+// copy of what its anchor names; tags of mappings and sequences mean nothing. One byte-order mark
+// in front is skipped. On failure returns an empty value.
 //
 // Failures, with lines and columns counted from zero:
 //   "YAML parser error: %1. At line: %2 col: %3"      %1 libyaml's words

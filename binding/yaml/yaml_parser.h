@@ -12,7 +12,7 @@ namespace Kest {
 // Threads: one. Lifetime: borrows the text; an event is valid until the next call of Next.
 class YamlParser {
  public:
-  // REQUIRES: `text` is UTF-8 by intent, without a byte-order mark, and not empty. Throws
+  // Skips one byte-order mark in front. REQUIRES: `text` is UTF-8 by intent and not empty. Throws
   // std::bad_alloc.
   explicit YamlParser(std::string_view text);
   ~YamlParser();

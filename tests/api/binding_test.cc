@@ -32,5 +32,11 @@ TEST(BindHeaders, AreStrictAndTheLastOfANameCounts) {
             "400 Argument 'name' for 'Header' was specified in an invalid location.");
 }
 
+TEST(BindQuery, OneThatOutgrowsAValueIsRejectedAsBadRequest) {
+  std::string url = "/query?o";
+  for (size_t i = 0; i < kMaxTreeValues; ++i) url += ".a";
+  EXPECT_EQ(Summary(Api().Get(url + "=x")), "400 Too many values.");
+}
+
 }  // namespace
 }  // namespace Kest::Sample

@@ -55,9 +55,12 @@ TEST(ValueFormat, ContentTypeDecidesBeforeTheFirstCharacters) {
     constexpr const char* kNames[] = {"string", "bytes", "JSON", "MessagePack", "YAML"};
     const size_t target = value.find('\n') + 1;
     const size_t text = value.find('\n', target) + 1;
-    const auto format = ChooseValueFormat(value.substr(0, target - 1), value.substr(text),
-                                          value.substr(target).starts_with("structured"));
-    return kNames[static_cast<size_t>(format)];
+    const std::string received = value.substr(text);
+    std::string_view read = received;
+    const auto format = ChooseValueFormat(value.substr(0, target - 1),
+                                          value.substr(target).starts_with("structured"), &read);
+    return kNames[static_cast<size_t>(format)] +
+           std::string(read == received ? "" : " " + std::string(read));
   }));
   EXPECT_EQ(ChooseBodyFormat("application/vnd.api+json"), kJson);
   EXPECT_EQ(ChooseBodyFormat("application/x-yaml"), kYaml);
