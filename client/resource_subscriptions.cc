@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <utility>
 
 #include "binding/convert/convert.h"
@@ -53,22 +54,21 @@ void ResourceSubscriptions::Add(std::string_view url, Handler handler, std::stri
   }
 }
 
-void ResourceSubscriptions::Remove(std::string_view url) {
-  const auto event = events_.find(EventName(url));
-  if (event != events_.end()) {
+void ResourceSubscriptions::Remove(std::string_view url) noexcept {
+  const auto isOfUrl = [url](const auto& entry) { return entry->url == url; };
+  for (auto event = events_.begin(); event != events_.end(); ++event) {
     EntryList& entries = event->second.entries;
-    const auto last = std::find_if(entries.rbegin(), entries.rend(),
-                                   [url](const auto& entry) { return entry->url == url; });
-    if (last != entries.rend()) {
-      (*last)->active = false;
-      entries.erase(std::next(last).base());
-      if (!entries.empty()) return;
-      host_.Unsubscribe(event->first);
-      events_.erase(event);
-      return;
-    }
+    const auto last = std::find_if(entries.rbegin(), entries.rend(), isOfUrl);
+    if (last == entries.rend()) continue;
+    (*last)->active = false;
+    entries.erase(std::next(last).base());
+    if (!entries.empty()) return;
+    host_.Unsubscribe(event->first);
+    events_.erase(event);
+    return;
   }
-  LogWarning("%s: Not subscribed to %s", pluginName_.c_str(), std::string(url).c_str());
+  LogWarning("%s: Not subscribed to %.*s", pluginName_.c_str(), static_cast<int>(url.size()),
+             url.data());
 }
 
 ResourceSubscriptions::EntryList ResourceSubscriptions::HandlersOf(const std::string& name,
@@ -84,15 +84,30 @@ ResourceSubscriptions::EntryList ResourceSubscriptions::HandlersOf(const std::st
 
 void ResourceSubscriptions::OnEvent(const std::string& name, std::string_view body) noexcept {
   bool isLost = false;
-  RunAtBoundary([&] { Deliver(name, body); },
-                [&](const char* text) noexcept {
-                  isLost = true;
-                  LogError("%s: Lost an event of %s: %s", pluginName_.c_str(), name.c_str(), text);
-                });
+  const auto lose = [&](const char* text) noexcept {
+    isLost = true;
+    LogError("%s: Lost an event of %s: %s", pluginName_.c_str(), name.c_str(), text);
+  };
+  RunAtBoundary([&] { Deliver(name, body); }, lose);
+  // A resource that is gone has no present value to ask for. What only looks like its end is put
+  // right by the value that is asked for.
+  if (isLost && body.find("\"Delete\"") != std::string_view::npos) {
+    RunAtBoundary([&] { DeliverDelete(name); }, lose);
+  }
   const auto event = events_.find(name);
   if (event == events_.end()) return;
   event->second.lossesInARow = isLost ? event->second.lossesInARow + 1 : 0;
   if (isLost && event->second.lossesInARow <= kMostLossesInARow) host_.Resubscribe(name);
+}
+
+// Needs no memory, if the handlers need none.
+void ResourceSubscriptions::DeliverDelete(const std::string& name) {
+  for (size_t i = 0;; ++i) {
+    const auto event = events_.find(name);  // again each time: handlers may unsubscribe
+    if (event == events_.end() || i >= event->second.entries.size()) return;
+    const std::shared_ptr<Entry> entry = event->second.entries[i];
+    if (!IsPattern(entry->url)) entry->handler(nullptr, ResourceEventType::kDelete);
+  }
 }
 
 void ResourceSubscriptions::Deliver(const std::string& name, std::string_view body) {
@@ -106,6 +121,7 @@ void ResourceSubscriptions::Deliver(const std::string& name, std::string_view bo
   ResourceEventType type = ResourceEventType::kCreate;
   Assign(context, "uri", uriMember != nullptr ? *uriMember : none, &uri);
   Assign(context, "eventType", eventType != nullptr ? *eventType : none, &type);
+  if (context.RanOutOfMemory()) throw std::bad_alloc();
   if (!context.Ok()) {
     Trace("Couldn't read resource event: %s", context.ErrorMessage().c_str());
     return;

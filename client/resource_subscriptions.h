@@ -5,7 +5,8 @@
 // sorted out here. Any other url is served by "OnJsonApiEvent_" + url.
 //
 // An event that is lost because reading or handling it throws (memory ran out) is asked for again:
-// the host then sends the resource's present value. A handler may therefore see a value twice.
+// the host then sends the resource's present value. A handler may therefore see a value twice, and
+// a Delete before the value that follows it.
 //
 // Threads: module tasks only. Handlers may subscribe and unsubscribe; one that is removed while its
 //          event is under way is not called any more.
@@ -42,7 +43,8 @@ class ResourceSubscriptions {
   // and not kept.
   void Add(std::string_view url, Handler handler, std::string_view typeName);
   // Removes the handler added last for the url.
-  void Remove(std::string_view url);
+  // Needs no memory.
+  void Remove(std::string_view url) noexcept;
 
  private:
   struct Entry {
@@ -59,6 +61,7 @@ class ResourceSubscriptions {
 
   void OnEvent(const std::string& name, std::string_view body) noexcept;
   void Deliver(const std::string& name, std::string_view body);
+  void DeliverDelete(const std::string& name);
   // The handlers that an event of this name concerns.
   EntryList HandlersOf(const std::string& name, std::string_view uri) const;
 

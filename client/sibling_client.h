@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -99,6 +100,7 @@ class SiblingClient {
           T value{};
           ConversionContext context;
           Assign(context, "<value>", *data, &value);
+          if (context.RanOutOfMemory()) throw std::bad_alloc();
           if (!context.Ok()) return ResourceDelivery::kUnconvertible;
           handler(&value, type);
           return ResourceDelivery::kTaken;
@@ -129,9 +131,6 @@ class SiblingClient {
     return change;
   }
   void Publish(const ResourceChange& change) noexcept;
-  void PublishDelete(std::string_view path) {
-    Publish({std::string(path), ResourceEventType::kDelete, {}, true});
-  }
 
  private:
   // Why the body cannot be read as JSON at all; empty when it can.

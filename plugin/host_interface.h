@@ -146,7 +146,8 @@ typedef struct KestHostServices {
    *                              "methodName", "payload", "status", "error"}, all strings;
    *                              `payload` is itself JSON.
    *
-   * One subscription per name: a second one replaces the first. False: refused (the host is
+   * One subscription per name: a second one replaces the first and takes over its queued
+   * deliveries; the present value is queued once more, behind them. False: refused (the host is
    * stopping, or does not know the name). */
   bool(KEST_ABI* subscribe)(const struct KestHostServices* self, KestText name,
                             KestDelivery delivery, void* context);

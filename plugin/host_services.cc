@@ -111,7 +111,6 @@ bool HostServices::DropHandler(std::string_view name) {
 
 bool HostServices::Resubscribe(std::string_view name) {
   if (services_ == nullptr || IsStopping()) return false;
-  services_->unsubscribe(services_, ToText(name));
   return services_->subscribe(services_, ToText(name), &OnDelivery, this);
 }
 

@@ -61,7 +61,7 @@ class HostServices {
   // is kept.
   bool Subscribe(std::string_view name, EventHandler handler);
   void Unsubscribe(std::string_view name);
-  // Subscribes again, so that the host sends the resource's present value once more: for an event
+  // Subscribes again, so that the host queues the resource's present value once more: for an event
   // that was lost for lack of memory. Needs none itself. False: the host refused.
   bool Resubscribe(std::string_view name);
 

@@ -9,6 +9,11 @@ void ConversionContext::Fail(std::string_view text) {
   property_.GetOrAddMember("error").SetString(text);
 }
 
+void ConversionContext::FailOutOfMemory() {
+  ranOutOfMemory_ = ok_;
+  Fail("Out of memory");
+}
+
 std::string ConversionContext::ErrorMessage() const {
   if (ok_) return {};
   const BindingProperty* error = property_.FindMember("error");

@@ -21,6 +21,9 @@ class ConversionContext {
   bool Ok() const { return ok_; }
   // Makes the property a structure whose member "error" holds `text`. Only the first call counts.
   void Fail(std::string_view text);
+  // Fails with "Out of memory". The input may be right: asking for it again may help.
+  void FailOutOfMemory();
+  bool RanOutOfMemory() const { return ranOutOfMemory_; }
   // The failure's text; empty while Ok.
   std::string ErrorMessage() const;
 
@@ -32,6 +35,7 @@ class ConversionContext {
   const TypeRegistry* registry_;
   BindingProperty property_;
   bool ok_ = true;
+  bool ranOutOfMemory_ = false;
 };
 
 }  // namespace Kest

@@ -119,7 +119,7 @@ BindingProperty ReadJson(ConversionContext& context, std::string_view text, size
   try {
     return ReadDocument(context, text, errorOffset);
   } catch (const std::bad_alloc&) {
-    context.Fail("Out of memory");
+    context.FailOutOfMemory();
     return {};
   }
 }

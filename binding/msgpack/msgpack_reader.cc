@@ -299,7 +299,7 @@ BindingProperty ReadMessagePack(ConversionContext& context, std::span<const uint
   try {
     return ReadTree(context, bytes, consumed);
   } catch (const std::bad_alloc&) {
-    context.Fail("Out of memory");
+    context.FailOutOfMemory();
     return {};
   }
 }

@@ -35,13 +35,12 @@ bool PluginSubscriptions::IsKnown(std::string_view name) {
 }
 
 void PluginSubscriptions::Add(std::string_view name, KestDelivery delivery, void* context) {
-  Remove(name);
-  auto subscription = std::make_shared<Subscription>();
+  const MutexLock lock(mutex_);
+  Shared& subscription = byName_[std::string(name)];
+  if (!subscription) subscription = std::make_shared<Subscription>();
   subscription->name = name;
   subscription->delivery = delivery;
   subscription->context = context;
-  const MutexLock lock(mutex_);
-  byName_.emplace(name, std::move(subscription));
 }
 
 void PluginSubscriptions::Remove(std::string_view name) {

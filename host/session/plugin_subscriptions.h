@@ -34,7 +34,7 @@ class PluginSubscriptions {
   // "OnSvdsEvent_x"); `name` itself when it is such a one.
   static std::string_view KindOf(std::string_view name);
 
-  // [task] A second subscription of a name replaces the first.
+  // [task] A second subscription of a name replaces the first and takes over what is queued for it.
   void Add(std::string_view name, KestDelivery delivery, void* context);
   void Remove(std::string_view name);
   void Clear();

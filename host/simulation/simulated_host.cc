@@ -150,8 +150,10 @@ void SimulatedHost::Complete(const Sent& sent) {
 // ---- Events to the plugin ----------------------------------------------------------------------
 
 bool SimulatedHost::Subscribe(std::string_view name, KestDelivery delivery, void* context) {
-  subscriptions_.insert_or_assign(std::string(name),
-                                  Subscription{delivery, context, ++nextSerial_});
+  // A subscription that replaces another takes over what is queued for it.
+  const auto known = subscriptions_.find(name);
+  const uint64_t serial = known != subscriptions_.end() ? known->second.serial : ++nextSerial_;
+  subscriptions_.insert_or_assign(std::string(name), Subscription{delivery, context, serial});
   if (!name.starts_with(kResourcePrefix)) return true;
   const std::string_view path = name.substr(kResourcePrefix.size());
   if (const auto value = world_->Resource(path)) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <utility>
 
 #include "client/service_proxy.h"
@@ -25,9 +24,15 @@ constexpr std::array kInGamePhases = {
 }  // namespace
 
 void GrantNotices::Add(Api::LootGrantNotification grant) {
-  grant.id = static_cast<int64_t>(nextId_++);
-  (allowed_ ? shown_ : queued_).push_back(std::move(grant));
-  if (allowed_) Publish();
+  grant.id = static_cast<int64_t>(nextId_);
+  if (allowed_) {
+    auto shown = shown_;
+    shown.push_back(std::move(grant));
+    Show(std::move(shown));
+  } else {
+    queued_.push_back(std::move(grant));
+  }
+  ++nextId_;
 }
 
 Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
@@ -38,22 +43,24 @@ Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
                static_cast<long long>(id));
     return Nothing{};
   }
+  const ResourceChange deleted{kGrantsPath, ResourceEventType::kDelete, {}, true};
   const Api::LootGrantNotification grant = std::move(*found);
   shown_.erase(found);
-  client_.PublishDelete(kGrantsPath);
+  client_.Publish(deleted);
   if (grant.msgId.empty()) {
     // There is no message to acknowledge. The wording is fixed, although the grant existed.
     LogWarning("Attempted to dismiss non-existant loot-grant from login data packet with id:%lli",
                static_cast<long long>(id));
     return Nothing{};
   }
-  Maybe<Nothing> acknowledged = Acknowledge(grant.accountId, grant.msgId);
-  if (acknowledged) {
-    LogAlways("Acknowledged tav-loot notification with id:%s", grant.msgId.c_str());
-  } else {
+  const Maybe<Nothing> acknowledged = Acknowledge(grant.accountId, grant.msgId);
+  if (!acknowledged) {
     LogError("Failed to acknowledge tav-loot notification with id:%s", grant.msgId.c_str());
+    // Its status is that of the platform's endpoint; here the request itself was right.
+    return Failure{acknowledged.GetFailure().text};
   }
-  return acknowledged;
+  LogAlways("Acknowledged tav-loot notification with id:%s", grant.msgId.c_str());
+  return Nothing{};
 }
 
 void GrantNotices::OnGameflowSession(const Api::GameflowSession& session) {
@@ -68,19 +75,21 @@ Maybe<Nothing> GrantNotices::Acknowledge(uint64_t accountId, const std::string& 
 }
 
 void GrantNotices::SetAllowed(bool allowed) {
-  const bool isReleased = allowed && !allowed_;
-  allowed_ = allowed;
-  if (isReleased) {
-    std::move(queued_.begin(), queued_.end(), std::back_inserter(shown_));
+  if (allowed && !allowed_) {
+    auto shown = shown_;
+    shown.insert(shown.end(), queued_.begin(), queued_.end());
+    Show(std::move(shown));
     queued_.clear();
   }
+  allowed_ = allowed;
   LogAlways("loot grant notifications set to: %s",
             allowed ? "allowed." : "disallowed. notifications will queue until next allowed.");
-  if (isReleased) Publish();
 }
 
-void GrantNotices::Publish() {
-  client_.Publish(kGrantsPath, ResourceEventType::kUpdate, shown_);
+void GrantNotices::Show(std::vector<Api::LootGrantNotification> shown) {
+  const ResourceChange change = client_.MakeChange(kGrantsPath, ResourceEventType::kUpdate, shown);
+  shown_.swap(shown);
+  client_.Publish(change);
 }
 
 }  // namespace Kest::Client::Loot

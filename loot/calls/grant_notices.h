@@ -24,7 +24,8 @@ class GrantNotices {
   // Gives the grant its id, and shows or queues it.
   void Add(Api::LootGrantNotification grant);
 
-  // Removes the grant and acknowledges its message; returns the acknowledgement's failure. An id
+  // Removes the grant and acknowledges its message; returns the acknowledgement's failure, always
+  // as one of status 500. An id
   // that is not shown is logged only.
   Maybe<Nothing> Dismiss(int64_t id);
 
@@ -38,7 +39,8 @@ class GrantNotices {
 
  private:
   void SetAllowed(bool allowed);
-  void Publish();
+  // Replaces and publishes the shown list; changes nothing when memory runs out.
+  void Show(std::vector<Api::LootGrantNotification> shown);
 
   SiblingClient& client_;
   ServiceProxy& proxy_;

@@ -17,6 +17,7 @@ constexpr const char* kItemsPath = "/tav-loot/v1/player-loot-map";
 constexpr const char* kVersionedItemsPath = "/tav-loot/v2/player-loot-map";
 constexpr const char* kCategoriesPath = "/tav-loot/v1/player-display-categories";
 constexpr const char* kTaskName = "LootPlugin.NotifyAllLootResourceUpdated ";
+constexpr int kMostFailuresInARow = 8;
 
 }  // namespace
 
@@ -28,11 +29,21 @@ void LootPublisher::Publish() {
   isDueAgain_ = true;
   if (isPublishing_) return;
   isPublishing_ = true;
-  // What was not published stays due in the store and the others.
-  RunAndLog("Publication", [this] {
-    while (std::exchange(isDueAgain_, false)) PublishOnce();
-  });
+  bool isFailed = false;
+  RunAtBoundary(
+      [this] {
+        while (std::exchange(isDueAgain_, false)) PublishOnce();
+      },
+      [&isFailed](const char* text) noexcept {
+        isFailed = true;
+        LogException("Publication", text);
+      });
   isPublishing_ = false;
+  // What was not published stays due. The next publication does it; memory may suffice sooner.
+  failuresInARow_ = isFailed ? failuresInARow_ + 1 : 0;
+  if (isFailed && failuresInARow_ <= kMostFailuresInARow) {
+    RunAndLog("Publication", [this] { Request(); });
+  }
 }
 
 void LootPublisher::PublishOnce() {

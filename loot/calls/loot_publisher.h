@@ -53,6 +53,7 @@ class LootPublisher {
   uint64_t publications_ = 0;
   bool isPublishing_ = false;
   bool isDueAgain_ = false;
+  int failuresInARow_ = 0;
 };
 
 }  // namespace Kest::Client::Loot

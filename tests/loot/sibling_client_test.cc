@@ -152,7 +152,7 @@ TEST(MatchesPattern, AStarTakesAnyCharactersAndBacktracks) {
 TEST_F(SiblingClientTest, PublishesWhatConvertsAndLogsWhatDoesNot) {
   host_.RunTask([this] {
     client_.Publish("/tav-loot/v1/x", ResourceEventType::kUpdate, TestRecord{"n", 2});
-    client_.PublishDelete("/tav-loot/v1/x");
+    client_.Publish({"/tav-loot/v1/x", ResourceEventType::kDelete, {}, true});
     client_.Publish("/tav-loot/v1/y", ResourceEventType::kCreate, UnregisteredRecord{});
   });
   EXPECT_THAT(host_.Printed({Testing::Action::kPublish}),
