@@ -147,7 +147,7 @@ typedef struct KestHostServices {
    *                              `payload` is itself JSON.
    *
    * One subscription per name: a second one replaces the first and takes over its queued
-   * deliveries; the present value is queued once more, behind them. False: refused (the host is
+   * deliveries; the present value is queued once more, after them. False: refused (the host is
    * stopping, or does not know the name). */
   bool(KEST_ABI* subscribe)(const struct KestHostServices* self, KestText name,
                             KestDelivery delivery, void* context);
