@@ -153,9 +153,9 @@ WatchedViews::Draft WatchedViews::FindChanges(const PlayerLootChanges& changes,
         !touched.Menu(lootId, recipeViews_.FindInitialItemRecipes(lootId))) {
       continue;
     }
-    const auto menu = menus_.MenuOf(lootId, counts);
+    auto menu = menus_.MenuOf(lootId, counts);
     compare(&watched.menu, HashOfJson(menu), "/tav-loot/v1/player-loot/" + lootId + "/context-menu",
-            [&] { return menu; });
+            [&] { return std::move(menu); });
   }
   return draft;
 }

@@ -1,6 +1,9 @@
 // Types and helpers shared by the tests of the binding layer.
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <map>
 #include <memory>

@@ -1,5 +1,7 @@
 // The properties of the fuzzers, in every build: on the seeds that the fuzzers keep, and on what a
 // fixed seed makes of those.
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>

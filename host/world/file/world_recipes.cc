@@ -168,8 +168,9 @@ void ReadDefinitions(FieldReader& world, WorldData& data) {
   });
   for (const Json& definition : world.ListOr("definitions")) {
     const auto upgrade = definition.find("upgradeLootName");
-    if (!world.ok() || upgrade == definition.end() || *upgrade == "") continue;
-    if (data.FindDefinition(upgrade->get<std::string>()) == nullptr) {
+    if (!world.ok() || upgrade == definition.end()) continue;
+    const auto& lootName = upgrade->get_ref<const std::string&>();
+    if (!lootName.empty() && data.FindDefinition(lootName) == nullptr) {
       world.FailPart(*upgrade, "unknown loot name " + WriteJson(*upgrade));
     }
   }
