@@ -15,7 +15,7 @@ namespace Kest::Client {
 
 namespace {
 
-// What is lost this often in a row will not fit in memory next time either.
+// What is lost this often in a row is asked for again only when another event has been read.
 constexpr int kMostLossesInARow = 8;
 
 bool IsPattern(std::string_view url) {
@@ -94,10 +94,21 @@ void ResourceSubscriptions::OnEvent(const std::string& name, std::string_view bo
   if (isLost && body.find("\"Delete\"") != std::string_view::npos) {
     RunAtBoundary([&] { DeliverDelete(name); }, lose);
   }
+  if (!isLost && std::exchange(hasGivenUp_, false)) AskAgainForAll();
   const auto event = events_.find(name);
   if (event == events_.end()) return;
   event->second.lossesInARow = isLost ? event->second.lossesInARow + 1 : 0;
-  if (isLost && event->second.lossesInARow <= kMostLossesInARow) host_.Resubscribe(name);
+  if (!isLost) return;
+  hasGivenUp_ = hasGivenUp_ || event->second.lossesInARow > kMostLossesInARow;
+  if (event->second.lossesInARow <= kMostLossesInARow) host_.Resubscribe(name);
+}
+
+void ResourceSubscriptions::AskAgainForAll() noexcept {
+  for (auto& [name, event] : events_) {
+    if (event.lossesInARow <= kMostLossesInARow) continue;
+    event.lossesInARow = 0;
+    host_.Resubscribe(name);
+  }
 }
 
 // Needs no memory, if the handlers need none.

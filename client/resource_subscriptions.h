@@ -62,12 +62,15 @@ class ResourceSubscriptions {
   void OnEvent(const std::string& name, std::string_view body) noexcept;
   void Deliver(const std::string& name, std::string_view body);
   void DeliverDelete(const std::string& name);
+  // Of those that were lost too often in a row.
+  void AskAgainForAll() noexcept;
   // The handlers that an event of this name concerns.
   EntryList HandlersOf(const std::string& name, std::string_view uri) const;
 
   HostServices& host_;
   const std::string& pluginName_;
   std::map<std::string, Event> events_;  // by the host's event name
+  bool hasGivenUp_ = false;              // on an event that was lost too often in a row
 };
 
 // True when `text` matches `pattern`, in which "*" is any number of any characters.
