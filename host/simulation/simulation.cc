@@ -85,6 +85,10 @@ int64_t Simulation::BlocksKeptByALoad(KestLoadFunction load) {
 
 void Simulation::Note(std::string_view what, std::string_view about, uint64_t digest) {
   stepSum_ += Mix(DigestText(what), Mix(DigestText(about), digest));
+  Print(what, about, digest);
+}
+
+void Simulation::Print(std::string_view what, std::string_view about, uint64_t digest) {
   if (trace_ == nullptr) return;
   std::fprintf(trace_, "  %8lld %.*s %.*s %llx\n", static_cast<long long>(scheduler_.Now()),
                static_cast<int>(what.size()), what.data(), static_cast<int>(about.size()),
@@ -93,12 +97,12 @@ void Simulation::Note(std::string_view what, std::string_view about, uint64_t di
 
 void Simulation::OnPublish(std::string_view path, int32_t eventType, std::string_view json) {
   published_.Take(path, eventType, json);
-  if (trace_ != nullptr) Note("publish", path, PublishedState::Digest(path, json));
+  if (trace_ != nullptr) Print("publish", path, PublishedState::Digest(path, json));
 }
 
 void Simulation::OnLog(int32_t level, std::string_view line) {
   log_.Take(level, line);
-  if (trace_ != nullptr) Note("log", line, static_cast<uint64_t>(level));
+  Print("log", line.substr(0, line.find_last_not_of('\n') + 1), static_cast<uint64_t>(level));
 }
 
 void Simulation::OnResource(std::string_view path, std::optional<std::string_view> data) {

@@ -66,7 +66,9 @@ class Simulation : private HostObserver {
   std::map<std::string, PluginReply, std::less<>> ReadAll(SeededRandom& random);
   PluginReply AskNow(std::string_view method, std::string_view path, SeededRandom& random);
   Json PlatformState();
+  // Adds to the hash what happened in a step, and prints it.
   void Note(std::string_view what, std::string_view about, uint64_t digest);
+  void Print(std::string_view what, std::string_view about, uint64_t digest);
 
   const Script& script_;
   const Plugin pluginCode_;
