@@ -11,6 +11,7 @@ void CheckAll(const QuietState& state, Findings* findings);
 
 // inventory_check.cc: items and counts are the platform's.
 void CheckInventory(const QuietState& state, Findings* findings);
+void CheckDefinitions(const QuietState& state, Findings* findings);
 // responses_check.cc: every read succeeds; what is returned is what was published.
 void CheckReads(const QuietState& state, Findings* findings);
 void CheckItems(const QuietState& state, Findings* findings);

@@ -33,4 +33,11 @@ void CheckInventory(const QuietState& state, Findings* findings) {
   }
 }
 
+// Crossing retrievals leave lists out; whichever is applied, the definitions must not be lost.
+void CheckDefinitions(const QuietState& state, Findings* findings) {
+  const auto response = state.responses.find("/tav-loot/v1/loot-items");
+  if (response == state.responses.end() || response->second.body != "[]") return;
+  findings->Add("definitions that were retrieved stay", "loot items", response->second.body);
+}
+
 }  // namespace Kest::Host
