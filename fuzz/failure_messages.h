@@ -44,8 +44,8 @@ inline constexpr std::string_view kConversionFailures[] = {
     "%1 is not a valid %2 enumeration value for '%3'.",
     "Couldn't assign value to '%1' of enum type because the input is of an invalid type %2.",
     "Couldn't assign value to '%1' of type %2 because the input not a structure.",
-    "Couldn't assign value to '%1' of type %2 because the input structure doesn't have required "
-    "field '%3'.",
+    ("Couldn't assign value to '%1' of type %2 because the input structure doesn't have required "
+     "field '%3'."),
     "Couldn't assign value to '%1' of type vector because the input not a collection.",
 };
 

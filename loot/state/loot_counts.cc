@@ -102,8 +102,7 @@ const LootCounts::Listed& LootCounts::FindListed(LootNames lootNames) {
     }
   }
   std::ranges::sort(listed.items);
-  const auto duplicates = std::ranges::unique(listed.items);
-  listed.items.erase(duplicates.begin(), duplicates.end());
+  listed.items.erase(std::unique(listed.items.begin(), listed.items.end()), listed.items.end());
   for (const Item item : listed.items) listed.units[item->refId] += std::max(item->count, 0);
   return listed_.emplace(lootNames, std::move(listed)).first->second;
 }

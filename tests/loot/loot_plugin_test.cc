@@ -55,6 +55,7 @@ TEST_F(LootPluginTest, AHostMayAskFromInsideAPublication) {
   EXPECT_EQ(maps[1], host_.Get(kLootMap).body) << "then what the host has changed";
 }
 
+#if !defined(_WIN32)  // a crash there waits for a debugger
 TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // the plugin's tasks are threads here
   StartPlugin();
@@ -65,6 +66,7 @@ TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
   };
   EXPECT_DEATH(craft(), "ALE-8B4DC795");
 }
+#endif
 
 // The service leaves out what the request says it holds, though it holds something newer by now.
 TEST_F(LootPluginTest, RetrievalsThatCrossKeepWhatTheOtherBrought) {
