@@ -1,6 +1,9 @@
 // The constant accessor object of each native type.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+
 #include "binding/convert/assign_composite.h"
 #include "binding/convert/assign_scalar.h"
 #include "binding/convert/native_type.h"
@@ -14,6 +17,9 @@ template <typename T>
 const ValueAccessor& NativeAccessor();
 
 namespace Native {
+
+// What a vector reserves at most before its elements have been looked at.
+inline constexpr size_t kMostReservedBytes = size_t{16} * 1024;
 
 template <typename T>
 class Accessor;
@@ -95,10 +101,12 @@ class Accessor<T> final : public ValueAccessor {
     T& items = *static_cast<T*>(target);
     items.clear();
     if (!ExpectCollection(context, path, input)) return;
-    items.resize(input.Size());
+    // Beyond a little they grow as elements arrive: what is refused has cost no memory ahead.
+    items.reserve(std::min(input.Size(), 1 + kMostReservedBytes / sizeof(Item)));
     const TypeIdentifier element = type.Element();
-    for (size_t i = 0; i < items.size() && context.Ok(); ++i) {
-      NativeAccessor<Item>().Assign(context, path, input.Element(i), element, &items[i]);
+    for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
+      NativeAccessor<Item>().Assign(context, path, input.Element(i), element,
+                                    &items.emplace_back());
     }
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,

@@ -22,11 +22,11 @@ bool Contains(const Records& records, std::string_view name) {
                      [name](const auto& record) { return record.name == name; });
 }
 
-template <typename Record>
-std::vector<const Record*> Pointers(const std::deque<Record>& records) {
-  std::vector<const Record*> pointers;
+template <typename Records>
+auto Pointers(const Records& records) {
+  std::vector<const typename Records::value_type*> pointers;
   pointers.reserve(records.size());
-  for (const Record& record : records) pointers.push_back(&record);
+  for (const auto& record : records) pointers.push_back(&record);
   return pointers;
 }
 
@@ -51,6 +51,21 @@ bool TypeBuilder::Accepts(TypeKind kind, Entries TypeRecord::*entries, std::stri
                    name,
                    record_->kind == kind ? "a duplicate" : "an entry of another kind of type"));
   return false;
+}
+
+// It delegates, so that the destructor also runs when entering the type fails half-way.
+TypeBuilder::TypeBuilder(TypeRegistry& registry, std::string_view name, size_t size,
+                         const TypeKey& key, TypeKind kind)
+    : TypeBuilder(registry) {
+  if (const TypeRecord* conflict = registry_.Enter(name, size, key, kind, *this)) {
+    LogMisuse(Format("Type %1 (%2) conflicts with type %3 (%4), which was registered before.", name,
+                     key.name, conflict->name, conflict->staticKey->name));
+  }
+}
+
+TypeBuilder::~TypeBuilder() {
+  const bool isBrokenOff = std::uncaught_exceptions() > exceptions_;
+  if (record_ != nullptr && isBrokenOff) registry_.Withdraw(record_);
 }
 
 TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
@@ -109,34 +124,37 @@ void TypeRegistry::ResetProcessForTests() {
 
 TypeBuilder TypeRegistry::RegisterType(std::string_view name, size_t size, const TypeKey& key,
                                        TypeKind kind) {
-  const TypeRecord* conflict = nullptr;
-  TypeBuilder builder(nullptr, TypeBuilder::State::kRepeat);
-  {
-    MutexLock lock(mutex_);
-    const auto named = byName_.find(name);
-    const auto keyed = byKey_.find(&key);
-    if (named != byName_.end()) {
-      if (named->second->staticKey != &key) conflict = named->second;
-    } else if (keyed != byKey_.end()) {
-      conflict = keyed->second;
-      builder.state_ = TypeBuilder::State::kFailed;
-    } else {
-      TypeRecord& record = types_.emplace_back();
-      record.kind = kind;
-      record.size = size;
-      record.name = name;
-      record.staticKey = &key;
-      record.registry = this;
-      byName_.emplace(record.name, &record);
-      byKey_.emplace(&key, &record);
-      builder = {&record, TypeBuilder::State::kOpen};
-    }
+  return {*this, name, size, key, kind};
+}
+
+const TypeRecord* TypeRegistry::Enter(std::string_view name, size_t size, const TypeKey& key,
+                                      TypeKind kind, TypeBuilder& builder) {
+  MutexLock lock(mutex_);
+  const auto named = byName_.find(name);
+  if (named != byName_.end()) return named->second->staticKey != &key ? named->second : nullptr;
+  const auto keyed = byKey_.find(&key);
+  if (keyed != byKey_.end()) {
+    builder.state_ = TypeBuilder::State::kFailed;
+    return keyed->second;
   }
-  if (conflict != nullptr) {
-    LogMisuse(Format("Type %1 (%2) conflicts with type %3 (%4), which was registered before.", name,
-                     key.name, conflict->name, conflict->staticKey->name));
-  }
-  return builder;
+  TypeRecord& record = types_.emplace_back();
+  builder.record_ = &record;
+  builder.state_ = TypeBuilder::State::kOpen;
+  record.kind = kind;
+  record.size = size;
+  record.name = name;
+  record.staticKey = &key;
+  record.registry = this;
+  byName_.emplace(record.name, &record);
+  byKey_.emplace(&key, &record);
+  return nullptr;
+}
+
+void TypeRegistry::Withdraw(const TypeRecord* record) noexcept {
+  MutexLock lock(mutex_);
+  std::erase_if(byName_, [record](const auto& entry) { return entry.second == record; });
+  std::erase_if(byKey_, [record](const auto& entry) { return entry.second == record; });
+  types_.remove_if([record](const TypeRecord& type) { return &type == record; });
 }
 
 const TypeRecord* TypeRegistry::FindByName(std::string_view name) const {

@@ -3,11 +3,14 @@
 #pragma once
 
 #include <deque>
+#include <exception>
 #include <initializer_list>
+#include <list>
 #include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "base/mutex.h"
@@ -19,9 +22,21 @@ namespace Kest {
 // nothing when the name was registered before or when an earlier call of the chain failed. A call
 // fails, changing nothing but logging an error, for a field of an enumeration, an enumerator of a
 // structure, or a second field or enumerator of the same name.
+//
+// The record stays only when the chain comes to its end: an exception that ends it half-way takes
+// the record out of the registry again, so that a later registration of the name finds none and
+// makes a complete one.
 // Threads: one builder is used by one thread.
 class TypeBuilder {
  public:
+  ~TypeBuilder();
+  TypeBuilder(TypeBuilder&& other) noexcept
+      : registry_(other.registry_),
+        record_(std::exchange(other.record_, nullptr)),
+        state_(std::exchange(other.state_, State::kRepeat)),
+        exceptions_(other.exceptions_) {}
+  TypeBuilder& operator=(TypeBuilder&&) = delete;
+
   TypeBuilder& AddField(FieldRecord field);
   TypeBuilder& AddEnumerator(std::string_view name, int32_t value,
                              std::string_view description = {});
@@ -36,18 +51,22 @@ class TypeBuilder {
  private:
   friend class TypeRegistry;
   enum class State : uint8_t { kOpen, kRepeat, kFailed };
-  TypeBuilder(TypeRecord* record, State state) : record_(record), state_(state) {}
+  explicit TypeBuilder(TypeRegistry& registry) : registry_(registry) {}
+  TypeBuilder(TypeRegistry& registry, std::string_view name, size_t size, const TypeKey& key,
+              TypeKind kind);
   bool IsOpen() const { return state_ == State::kOpen; }
   // Whether an entry of that kind and name may be added; if not, the builder has failed.
   template <typename Entries>
   bool Accepts(TypeKind kind, Entries TypeRecord::*entries, std::string_view name);
 
-  TypeRecord* record_;
-  State state_;
+  TypeRegistry& registry_;
+  TypeRecord* record_ = nullptr;  // the one this chain made
+  State state_ = State::kRepeat;
+  const int exceptions_ = std::uncaught_exceptions();  // in flight when the chain began
 };
 
 // Knows every registered type by name and by static key, and every event, in registration order.
-// Nothing is ever removed.
+// Nothing is ever removed but a record whose registration an exception ended.
 // Threads: any; registration and look-up take the registry's lock.
 class TypeRegistry {
  public:
@@ -81,9 +100,16 @@ class TypeRegistry {
   std::vector<const EventRecord*> Events() const KEST_EXCLUDES(mutex_);
 
  private:
+  friend class TypeBuilder;
+  // Enters the type that `builder` is for, and returns null; otherwise the record it conflicts
+  // with.
+  const TypeRecord* Enter(std::string_view name, size_t size, const TypeKey& key, TypeKind kind,
+                          TypeBuilder& builder) KEST_EXCLUDES(mutex_);
+  void Withdraw(const TypeRecord* record) noexcept KEST_EXCLUDES(mutex_);
+
   mutable Mutex mutex_;
-  // Deques: pointers to records stay valid.
-  std::deque<TypeRecord> types_ KEST_GUARDED_BY(mutex_);
+  // Pointers to records stay valid.
+  std::list<TypeRecord> types_ KEST_GUARDED_BY(mutex_);
   std::deque<EventRecord> events_ KEST_GUARDED_BY(mutex_);
   std::map<std::string, TypeRecord*, std::less<>> byName_ KEST_GUARDED_BY(mutex_);
   std::unordered_map<const TypeKey*, TypeRecord*> byKey_ KEST_GUARDED_BY(mutex_);

@@ -58,12 +58,20 @@ TEST(AssignVector, IsClearedFirstAndStopsAtTheFirstFailure) {
   EXPECT_EQ(numbers, (std::vector<int32_t>{1, 2}));
   EXPECT_EQ(FailureOf("[3,\"x\",\"y\"]", &numbers),
             "Value x for 'p' of type int32 is in an incorrect format");
-  EXPECT_EQ(numbers, (std::vector<int32_t>{3, 0, 0}));
+  EXPECT_EQ(numbers, (std::vector<int32_t>{3, 0}));
   EXPECT_NE(FailureOf("null", &numbers), "");
   EXPECT_TRUE(numbers.empty());
   std::map<std::string, int32_t> map = {{"old", 1}};
   EXPECT_EQ(FailureOf(R"({"a":1,"a":2})", &map), "");
   EXPECT_EQ(map, (std::map<std::string, int32_t>{{"a", 2}}));
+}
+
+TEST(AssignVector, TakesMemoryAsElementsArrive) {
+  std::vector<Whole> wholes;
+  std::string zeros = "[{},0";
+  for (int i = 0; i < 100'000; ++i) zeros += ",0";
+  EXPECT_NE(FailureOf(zeros + "]", &wholes), "");
+  EXPECT_LE(wholes.capacity() * sizeof(Whole), 32'768u);
 }
 
 TEST(ReadValue, EnumeratorsKeepTheirTypeAndNothingIsEmpty) {
