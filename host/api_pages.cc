@@ -29,10 +29,7 @@ HttpResponse HelpPage(PluginSession& session, std::string_view query) {
   if (response.status != 200 || !response.body.starts_with('"')) return response;
   auto text = ReadJsonString(response.body);
   if (!text) return response;
-  return {.status = 200,
-          .contentType = "text/plain; charset=utf-8",
-          .body = std::move(*text),
-          .allow = {}};
+  return {.status = 200, .contentType = "text/plain; charset=utf-8", .body = std::move(*text)};
 }
 
 HttpResponse OpenApiPage(PluginSession& session) {

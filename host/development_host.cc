@@ -58,7 +58,11 @@ Maybe<Nothing> DevelopmentHost::Start() {
   if (!started) return Failure{"The plugin did not start in time.", kTooLate};
   if (!*started) return started->GetFailure();
   server_->Serve(
-      {.refuse = [this](const HttpRequest& request) { return guard_.Refuse(request); },
+      {.refuse =
+           [this](const HttpRequest& request) {
+             auto refusal = guard_.Refuse(request);
+             return refusal ? std::move(refusal) : RequestRouter::Refuse(request);
+           },
        .handle = [this](HttpRequest request,
                         const Respond& respond) { router_.Handle(std::move(request), respond); }});
   return Nothing{};

@@ -26,6 +26,12 @@ bool IsPluginMethod(std::string_view method) {
 RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control)
     : scheduler_(scheduler), sessions_(sessions), control_(control) {}
 
+std::optional<HttpResponse> RequestRouter::Refuse(const HttpRequest& request) {
+  const bool isControl = HostControl::NeedsTask(RequestTarget::Split(request.target).path);
+  if (!request.isReserved || isControl) return std::nullopt;
+  return TooManyConnections();
+}
+
 void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
   const std::string_view path = RequestTarget::Split(request.target).path;
   if (path.starts_with(kPluginPrefix)) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "host/host_control.h"
@@ -17,6 +18,10 @@ class RequestRouter {
  public:
   // The parts outlive the router and every task it posts.
   RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control);
+
+  // [any thread] The refusal of what a reserved connection is not kept for; nothing for the rest.
+  // Needs the request's head only.
+  static std::optional<HttpResponse> Refuse(const HttpRequest& request);
 
   void Handle(HttpRequest request, const Respond& respond);
 

@@ -1,5 +1,6 @@
 #include "host/http/http_connection.h"
 
+#include <algorithm>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
@@ -23,6 +24,10 @@ namespace http = boost::beast::http;
 // What a client may still be sending when it was refused is read for this long, so that it meets
 // the response and not a reset connection.
 constexpr auto kLingerTime = std::chrono::seconds(5);
+
+// What is written at once: each such part that the client takes is progress.
+constexpr size_t kWriteBytes = size_t{64} * 1024;
+constexpr size_t kAheadBytes = 4096;
 
 constexpr std::string_view kServerName = "tav-loot-host";
 constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
@@ -56,6 +61,19 @@ std::string ListOf(const Fields& fields, http::field name) {
   return list;
 }
 
+// The refusal of a head that others may read in another way than this server does.
+template <typename Fields>
+std::optional<HttpResponse> RefuseAmbiguous(const Fields& head) {
+  if (head.count(http::field::host) > 1 || head.count(http::field::origin) > 1) {
+    return ProblemResponse(400, "A request has one Host header and at most one Origin header.");
+  }
+  const bool isEncoded = head.count(http::field::transfer_encoding) != 0;
+  if (isEncoded && !beast::iequals(ListOf(head, http::field::transfer_encoding), "chunked")) {
+    return ProblemResponse(501, "Of the transfer encodings only \"chunked\" is read, once.");
+  }
+  return std::nullopt;
+}
+
 // "http://name:port/path" as sent to proxies: its name replaces the Host header.
 void SplitAbsoluteTarget(HttpRequest* request) {
   constexpr std::string_view kScheme = "http://";
@@ -77,8 +95,10 @@ auto HttpConnection::Bind(Member member) {
 
 // What a reader of heads, chunk sizes and trailers has to hold at once is bounded by the buffer;
 // the parser's own limit leaves trailers out, and its fields throw for what they cannot hold.
-HttpConnection::HttpConnection(net::ip::tcp::socket socket, HttpConnectionOwner* owner)
+HttpConnection::HttpConnection(net::ip::tcp::socket socket, HttpConnectionOwner* owner,
+                               bool isReserved)
     : owner_(owner),
+      isReserved_(isReserved),
       stream_(std::move(socket)),
       silence_(stream_.get_executor()),
       writing_(stream_.get_executor()),
@@ -117,22 +137,17 @@ void HttpConnection::ReadHead() {
   parser_.emplace();
   parser_->header_limit(owner_->Limits().headBytes);
   parser_->body_limit(owner_->Limits().bodyBytes);
-  stream_.expires_after(owner_->Limits().idle);
+  const HttpLimits& limits = owner_->Limits();
+  stream_.expires_after(isReserved_ ? limits.reservedIdle : limits.idle);
   http::async_read_header(stream_, buffer_, *parser_, Bind(&HttpConnection::OnHead));
 }
 
 void HttpConnection::OnHead(Error error) {
   if (error) return OnReadFailure(error);
   const auto& head = parser_->get();
-  HttpRequest request;
-  request.method = Copy(head.method_string());
-  request.host = head.count(http::field::host) == 1 ? FieldOf(head, http::field::host) : "";
-  request.target = Copy(head.target());
-  request.origin = FieldOf(head, http::field::origin);
-  SplitAbsoluteTarget(&request);
-  if (auto response = owner_->Handlers().refuse(request)) return Send(std::move(*response), true);
-  if (head.count(http::field::transfer_encoding) != 0 && !head.chunked()) {
-    return Send(ProblemResponse(501, "Of the transfer encodings only \"chunked\" is read."), true);
+  if (auto response = RefuseAmbiguous(head)) return Send(std::move(*response), true);
+  if (auto response = owner_->Handlers().refuse(DescribeRequest())) {
+    return Send(std::move(*response), true);
   }
   if (beast::iequals(head[http::field::expect], "100-continue")) return Continue100();
   ReadBody();
@@ -153,18 +168,20 @@ void HttpConnection::ReadBody() {
 void HttpConnection::OnBody(Error error) {
   if (error) return OnReadFailure(error);
   stream_.expires_never();
-  closeAfter_ = !parser_->get().keep_alive();
-  HttpRequest request = TakeRequest();
+  closeAfter_ = isReserved_ || !parser_->get().keep_alive();
+  HttpRequest request = DescribeRequest();
+  request.body = std::move(parser_->get().body());
   phase_ = Phase::kHandling;
   try {
+    ReadAhead();
     owner_->Handlers().handle(std::move(request), MakeRespond());
   } catch (const std::bad_alloc&) {
     Send(ProblemResponse(500, "Out of memory"), true);
   }
 }
 
-HttpRequest HttpConnection::TakeRequest() {
-  auto& message = parser_->get();
+HttpRequest HttpConnection::DescribeRequest() const {
+  const auto& message = parser_->get();
   HttpRequest request;
   request.method = Copy(message.method_string());
   request.target = Copy(message.target());
@@ -173,7 +190,7 @@ HttpRequest HttpConnection::TakeRequest() {
   request.contentType = FieldOf(message, http::field::content_type);
   request.accept = ListOf(message, http::field::accept);
   request.lastEventId = Copy(message["Last-Event-ID"]);
-  request.body = std::move(message.body());
+  request.isReserved = isReserved_;
   SplitAbsoluteTarget(&request);
   return request;
 }
@@ -189,6 +206,36 @@ void HttpConnection::OnReadFailure(Error error) {
                           error != http::error::partial_message;
   if (!unreadable) return Close();
   Send(ProblemResponse(400, "The request cannot be read: " + error.message() + "."), true);
+}
+
+// ---- What comes meanwhile ----------------------------------------------------------------------
+
+// Reads while something else is under way, since only reading shows that a client has left. The
+// next requests are kept, as much as a head may be; what comes beside a stream is dropped.
+void HttpConnection::ReadAhead() {
+  const size_t space = buffer_.max_size() - buffer_.size();
+  if (space == 0) return;
+  isReadingAhead_ = true;
+  stream_.async_read_some(buffer_.prepare(std::min(kAheadBytes, space)),
+                          [self = shared_from_this()](Error error, size_t size) {
+                            if (self->phase_ != Phase::kClosed) self->OnReadAhead(error, size);
+                          });
+}
+
+void HttpConnection::OnReadAhead(Error error, size_t size) {
+  isReadingAhead_ = false;
+  if (phase_ != Phase::kStreaming) buffer_.commit(size);
+  if (phase_ == Phase::kReading) return ReadHead();
+  if (phase_ == Phase::kLingering) return BeginDiscard();
+  if (error) return Close();
+  ReadAhead();
+}
+
+// Goes on to a phase that reads for itself: OnReadAhead enters it once nothing is read ahead.
+bool HttpConnection::EndReadAhead(Phase next) {
+  phase_ = next;
+  if (isReadingAhead_) stream_.cancel();
+  return !isReadingAhead_;
 }
 
 // ---- Responding --------------------------------------------------------------------------------
@@ -225,24 +272,34 @@ void HttpConnection::Send(HttpResponse response, bool andClose) {
   if (response.status != 204) response_.content_length(response.body.size());
   response_.keep_alive(!closeAfter_);
   if (!onlyHead && response.status != 204) response_.body() = std::move(response.body);
-  LimitWrite();
-  http::async_write(stream_, response_, Bind(&HttpConnection::OnSent));
+  serializer_.emplace(response_);
+  serializer_->limit(kWriteBytes);
+  WriteSome();
 }
 
-void HttpConnection::OnSent(Error error) {
+void HttpConnection::WriteSome() {
+  LimitWrite();
+  http::async_write_some(stream_, *serializer_, Bind(&HttpConnection::OnWritten));
+}
+
+void HttpConnection::OnWritten(Error error) {
   StopClock();
   if (error) return Close();
+  if (!serializer_->is_done()) return WriteSome();
+  serializer_.reset();
   response_ = Response();
-  if (closeAfter_) return Linger();
   if (finishing_) return Close();
-  ReadHead();
+  if (closeAfter_) return Linger();
+  if (EndReadAhead(Phase::kReading)) ReadHead();
 }
 
 void HttpConnection::Linger() {
-  if (finishing_) return Close();
-  phase_ = Phase::kLingering;
   Error ignored;
   stream_.socket().shutdown(net::ip::tcp::socket::shutdown_send, ignored);
+  if (EndReadAhead(Phase::kLingering)) BeginDiscard();
+}
+
+void HttpConnection::BeginDiscard() {
   stream_.expires_after(kLingerTime);
   Discard();
 }
@@ -277,17 +334,12 @@ void HttpConnection::BeginStream(std::unique_ptr<HttpStream> source) {
   phase_ = Phase::kStreaming;
   source_ = std::move(source);
   piece_ = kStreamHead;
-  stream_.expires_never();
-  WatchForEnd();
+  written_ = 0;
+  if (!isReadingAhead_) {
+    buffer_.clear();
+    ReadAhead();
+  }
   WritePiece();
-}
-
-// A reader that leaves is noticed by the end of what it sends.
-void HttpConnection::WatchForEnd() {
-  stream_.async_read_some(net::buffer(ignored_), [self = shared_from_this()](Error error, size_t) {
-    if (self->phase_ == Phase::kClosed) return;
-    error ? self->Close() : self->WatchForEnd();
-  });
 }
 
 void HttpConnection::Wake() {
@@ -296,18 +348,24 @@ void HttpConnection::Wake() {
 
 void HttpConnection::Pump() {
   piece_ = source_->Next();
+  written_ = 0;
   piece_.empty() ? AwaitComment() : WritePiece();
 }
 
 void HttpConnection::WritePiece() {
   silence_.cancel();
   LimitWrite();
-  net::async_write(stream_, net::buffer(piece_), [self = shared_from_this()](Error error, size_t) {
-    if (self->phase_ == Phase::kClosed) return;
-    self->StopClock();
-    self->piece_.clear();
-    error ? self->Close() : self->Pump();
-  });
+  stream_.async_write_some(
+      net::buffer(piece_.data() + written_, std::min(kWriteBytes, piece_.size() - written_)),
+      [self = shared_from_this()](Error error, size_t size) {
+        if (self->phase_ == Phase::kClosed) return;
+        self->StopClock();
+        self->written_ += size;
+        if (error) return self->Close();
+        if (self->written_ < self->piece_.size()) return self->WritePiece();
+        self->piece_.clear();
+        self->Pump();
+      });
 }
 
 void HttpConnection::AwaitComment() {
@@ -315,6 +373,7 @@ void HttpConnection::AwaitComment() {
   silence_.async_wait([self = shared_from_this()](Error error) {
     if (error || self->phase_ == Phase::kClosed || !self->piece_.empty()) return;
     self->piece_ = kComment;
+    self->written_ = 0;
     self->WritePiece();
   });
 }

@@ -13,6 +13,7 @@
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/message.hpp>
 #include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/serializer.hpp>
 #include <boost/beast/http/string_body.hpp>
 #include <memory>
 #include <optional>
@@ -37,8 +38,9 @@ class HttpConnectionOwner {
 
 class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
  public:
-  // `owner` outlives the connection.
-  HttpConnection(boost::asio::ip::tcp::socket socket, HttpConnectionOwner* owner);
+  // `owner` outlives the connection. `isReserved`: it is one of those kept for controls, and serves
+  // one request.
+  HttpConnection(boost::asio::ip::tcp::socket socket, HttpConnectionOwner* owner, bool isReserved);
 
   void Start();
   // A stream looks for something new.
@@ -54,6 +56,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   using Error = boost::beast::error_code;
   using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
   using Response = boost::beast::http::response<boost::beast::http::string_body>;
+  using Serializer = boost::beast::http::response_serializer<boost::beast::http::string_body>;
   enum class Phase { kReading, kHandling, kWriting, kStreaming, kLingering, kClosed };
 
   void ReadHead();
@@ -62,16 +65,21 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void ReadBody();
   void OnBody(Error error);
   void OnReadFailure(Error error);
-  HttpRequest TakeRequest();
+  HttpRequest DescribeRequest() const;  // without its body
   Respond MakeRespond();
 
+  void ReadAhead();
+  void OnReadAhead(Error error, size_t size);
+  bool EndReadAhead(Phase next);
+
   void Send(HttpResponse response, bool andClose);
-  void OnSent(Error error);
+  void WriteSome();
+  void OnWritten(Error error);
   void Linger();
+  void BeginDiscard();
   void Discard();
 
   void BeginStream(std::unique_ptr<HttpStream> source);
-  void WatchForEnd();
   void Pump();
   void WritePiece();
   void AwaitComment();
@@ -85,16 +93,20 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   auto Bind(Member member);
 
   HttpConnectionOwner* const owner_;
+  const bool isReserved_;
   boost::beast::tcp_stream stream_;
   boost::asio::steady_timer silence_;
   boost::asio::steady_timer writing_;
   boost::beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
   Response response_;
+  std::optional<Serializer> serializer_;
   std::unique_ptr<HttpStream> source_;
   std::string piece_;  // the part of a stream that is being written; empty: none is
+  size_t written_ = 0;
   std::array<char, 4096> ignored_;
   Phase phase_ = Phase::kReading;
+  bool isReadingAhead_ = false;
   bool closeAfter_ = false;
   bool finishing_ = false;
 };

@@ -17,6 +17,7 @@ struct HttpRequest {
   std::string accept;       // the Accept headers, as one list
   std::string lastEventId;  // the Last-Event-ID header
   std::string body;
+  bool isReserved = false;  // came on a connection that is kept for controls
 };
 
 // Text that is sent piece by piece until the reader goes away. Used on the server's thread only.
@@ -31,7 +32,7 @@ struct HttpResponse {
   int status = 200;
   std::string contentType;  // empty without a body
   std::string body;
-  std::string allow;                             // the methods a 405 names
+  std::string allow = {};                        // the methods a 405 names
   bool variesByAccept = false;                   // what was accepted decided about the body
   std::unique_ptr<HttpStream> stream = nullptr;  // instead of `body`
 };

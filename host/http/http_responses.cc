@@ -47,17 +47,18 @@ std::string_view ReasonPhrase(int status) {
 }
 
 HttpResponse JsonResponse(std::string json) {
-  return {.status = 200, .contentType = "application/json", .body = std::move(json), .allow = {}};
+  return {.status = 200, .contentType = "application/json", .body = std::move(json)};
 }
 
 HttpResponse ProblemResponse(int status, std::string_view detail) {
   std::string json = "{\"status\":" + std::to_string(status);
   json += ",\"title\":" + JsonString(ReasonPhrase(status));
   json += ",\"detail\":" + JsonString(detail) + "}";
-  return {.status = status,
-          .contentType = "application/problem+json",
-          .body = std::move(json),
-          .allow = {}};
+  return {.status = status, .contentType = "application/problem+json", .body = std::move(json)};
+}
+
+HttpResponse TooManyConnections() {
+  return ProblemResponse(503, "Too many connections.");
 }
 
 HttpResponse MethodProblem(std::string_view allowed) {

@@ -16,6 +16,9 @@ HttpResponse JsonResponse(std::string json);
 // An "application/problem+json" document with `status`, `title` (the reason phrase) and `detail`.
 HttpResponse ProblemResponse(int status, std::string_view detail);
 
+// The 503 of what comes when all connections are taken.
+HttpResponse TooManyConnections();
+
 // A 405 that names the methods which are allowed: "GET, POST".
 HttpResponse MethodProblem(std::string_view allowed);
 

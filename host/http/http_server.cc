@@ -31,7 +31,7 @@ constexpr auto kAcceptRetry = std::chrono::milliseconds(100);
 
 // The whole response to a connection beyond the limit; it never becomes an HttpConnection.
 std::string FullText() {
-  const HttpResponse response = ProblemResponse(503, "Too many connections.");
+  const HttpResponse response = TooManyConnections();
   return "HTTP/1.1 503 Service Unavailable\r\nConnection: close\r\nContent-Type: " +
          response.contentType + "\r\nContent-Length: " + std::to_string(response.body.size()) +
          "\r\n\r\n" + response.body;
@@ -138,8 +138,9 @@ void BeastServer::OnAccept(Error error, tcp::socket socket) {
     return;
   }
   Accept();
-  if (connections_.size() < limits_.connections) {
-    auto connection = std::make_shared<HttpConnection>(std::move(socket), this);
+  if (connections_.size() < limits_.connections + limits_.reserved) {
+    const bool isReserved = connections_.size() >= limits_.connections;
+    auto connection = std::make_shared<HttpConnection>(std::move(socket), this, isReserved);
     connections_.emplace(connection.get(), connection);
     connection->Start();
   } else {

@@ -15,10 +15,7 @@ HttpResponse ToResponse(int status, std::string_view message, std::string_view c
                            "The plugin responded with the status " + std::to_string(status) + ".");
   }
   if (status >= 400) return ProblemResponse(status, message);
-  return {.status = status,
-          .contentType = std::string(contentType),
-          .body = std::string(body),
-          .allow = {}};
+  return {.status = status, .contentType = std::string(contentType), .body = std::string(body)};
 }
 
 }  // namespace
@@ -96,7 +93,10 @@ HttpResponse PluginSession::TakeResponse(const KestResponse* given) {
 HttpResponse PluginSession::Control(const HttpRequest& request, std::string_view path) {
   const WorldResponse response = world_->Control(request.method, path, request.body);
   services_.DispatchWorldEvents();
-  return ToResponse(response.status, response.message, response.contentType, response.body);
+  HttpResponse given =
+      ToResponse(response.status, response.message, response.contentType, response.body);
+  given.allow = response.allow;
+  return given;
 }
 
 std::string PluginSession::Version() const {

@@ -116,7 +116,7 @@ TEST(TypeBuilder, AFailedCallChangesNothingAndEndsTheChain) {
   }
 }
 
-TEST(TypeRegistry, ARegistrationThatIsBrokenOffLeavesRoomForAWholeOne) {
+TEST(TypeRegistry, ARegistrationThatIsBrokenOffLeavesItsNameFree) {
   TypeRegistry types;
   DefineEnum<Grade>(types, "Grade").Enumerator("A", Grade::kEpic);
   const auto define = [&types](std::string_view name, std::string_view tag) {

@@ -6,7 +6,9 @@
 #include <charconv>
 #include <utility>
 
+#include "tests/host/http_text.h"
 #include "tests/host/loopback_client.h"
+#include "tests/support/golden.h"
 
 namespace Kest::Host {
 namespace {
@@ -66,49 +68,10 @@ class DevelopmentHostTest : public testing::Test {
 };
 
 TEST_F(DevelopmentHostTest, TurnsResponsesOfThePluginAndItsOwnIntoHttp) {
-  struct Case {
-    std::string request;
-    const char *status, *ending;
-  };
-  const std::string kBody = "PUT /_host/gameflow";
-  const Case kCases[] = {
-      {Head("GET /tav-loot/v1/a%2Fb?x=1") + "X-Other: 1\r\nConnection: close\r\n\r\n", "200 OK",
-       R"({"GET":"/tav-loot/v1/a%2Fb?x=1|||0|0"})"},
-      {Head("PATCH /tav-loot/v1/p") +
-           "Accept: application/x-msgpack;q=0.5\r\nContent-Type: text/x\r\nAccept: */*\r\n"
-           "Content-Length: 2\r\nConnection: close\r\n\r\nab",
-       "200 OK", R"({"PATCH":"/tav-loot/v1/p|text/x|application/x-msgpack;q=0.5, */*|2|0"})"},
-      {Simple("GET /tav-loot/v1/none"), "204 No Content", "\r\n\r\n"},
-      {Simple("GET /tav-loot/v1/fail"), "500 Internal Server Error",
-       "{\"status\":500,\"title\":\"Internal Server Error\",\"detail\":\"no "
-       "\\\"\xEF\xBF\xBD\\\"\"}"},
-      {Simple("GET /tav-loot/v1/null"), "500 ", R"("detail":"Out of memory"})"},
-      {Simple("GET /tav-loot/v1/odd"), "502 ", "}"},
-      {Simple("TRACE /tav-loot/v1/a"), "405 ", "}"},
-      {Simple("GET /tav-other/v1/a"), "404 ", "}"},
-      {Simple("GET /"), "200 ", R"("endpoints":[]})"},
-      {Simple("GET /_host/health"), "200 ", "}"},
-      {Simple("GET /_host/log"), "200 ", "\r\n\r\n[]"},
-      {Simple("GET /_host/help"), "200 ", R"({"types":[{"name":"Echo"}]})"},
-      {Simple("GET /_host/help?format=Epytext"), "200 ", "\r\n\r\nEcho\r\n"},
-      {Simple("GET /_host/help?format=x"), "400 ", R"("detail":"no such format"})"},
-      {Simple("GET /_host/openapi.json"), "200 ", R"("x-events":{}})"},
-      {Simple("POST /_host/openapi.json"), "405 ", "}"},
-      {Simple("GET /_host/nothing"), "404 ", "}"},
-      {WithBody(kBody, "text/plain", "x"), "415 ", "}"},
-      {WithBody(kBody, "application/json; charset=utf-8", R"({"phase":"Lobby"})"), "200 ", "}"},
-      {Simple("POST /_host/idle?timeoutMilliseconds=1s"), "400 ", "}"},
-      {Simple("GET /_host/events?lastEventId=x"), "400 ", "}"},
-      {"GET /_host/health HTTP/1.1\r\nHost: a.example\r\n\r\n", "403 ", "}"}};
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.request);
-    const std::string response = Ask(c.request);
-    EXPECT_THAT(response, StartsWith(std::string("HTTP/1.1 ") + c.status));
-    EXPECT_THAT(response, EndsWith(c.ending));
-    const bool isFailure = response[9] >= '4';
-    EXPECT_EQ(response.find("Content-Type: application/problem+json") != std::string::npos,
-              isFailure);
-  }
+  EXPECT_TRUE(Testing::GoldenCases(
+      "tests/host/host_requests.txt",
+      [this](const std::string& request) { return Outline(Ask(RequestOf(request))); }));
+  EXPECT_THAT(Ask(Simple("GET /_host/health")), StartsWith("HTTP/1.1 200 OK"));
 }
 
 TEST_F(DevelopmentHostTest, BytesGoBothWaysAsTheyAre) {
@@ -170,6 +133,19 @@ TEST_F(DevelopmentHostTest, ResetAndStopEndWhatWaitsAndResetLoadsThePluginAfresh
   Stop();
   EXPECT_THAT(again.ReadToEnd(), HasSubstr("Finalizing"));
   EXPECT_THAT(idle.ReadToEnd(), HasSubstr("HTTP/1.1 "));
+}
+
+TEST_F(DevelopmentHostTest, AHostFullOfWaitingRequestsCanBeReset) {
+  const std::string request = Simple("GET /tav-loot/v1/wait");
+  std::vector<std::unique_ptr<LoopbackClient>> waiting;
+  for (int i = 0; i < 256; ++i) {
+    waiting.push_back(std::make_unique<LoopbackClient>(port_));
+    waiting.back()->Send(request);
+  }
+  EXPECT_THAT(Ask(Simple("GET /tav-loot/v1/a")), HasSubstr("503 "));
+  EXPECT_THAT(Ask(Simple("GET /_host/events")), HasSubstr("503 "));
+  EXPECT_THAT(Ask(Simple("POST /_host/reset")), EndsWith(R"({"reset":true})"));
+  EXPECT_THAT(waiting.back()->ReadToEnd(), HasSubstr("Finalizing"));
 }
 
 TEST(DevelopmentHost, SaysWhyItCannotStart) {

@@ -8,7 +8,9 @@
 #include <thread>
 
 #include "host/http/http_responses.h"
+#include "tests/host/http_text.h"
 #include "tests/host/loopback_client.h"
+#include "tests/support/golden.h"
 
 namespace Kest::Host {
 namespace {
@@ -42,6 +44,7 @@ class HttpServerTest : public testing::Test {
     ASSERT_TRUE(server) << server.GetFailure().text;
     server_ = std::move(server.GetValue());
     const auto refuse = [](const HttpRequest& request) -> std::optional<HttpResponse> {
+      if (request.isReserved && request.target != "/control") return TooManyConnections();
       if (request.host == "here") return std::nullopt;
       return ProblemResponse(403, "no");
     };
@@ -59,14 +62,32 @@ class HttpServerTest : public testing::Test {
       });
       return;
     }
+    if (request.target == "/wait") return;  // for ever
     HttpResponse response = JsonResponse(request.method + " " + request.target + " " +
                                          std::to_string(request.body.size()));
-    if (request.target == "/none")
-      response = {.status = 204, .contentType = {}, .body = {}, .allow = {}};
+    if (request.target == "/none") response = {.status = 204, .contentType = {}, .body = {}};
+    if (request.target == "/large") response.body = LargeBody();
     if (request.target == "/stream") response.stream = std::make_unique<TestStream>(false);
     if (request.target == "/flood") response.stream = std::make_unique<TestStream>(true);
     respond(std::move(response));
   }
+
+  static std::string LargeBody() {
+    std::string body;
+    for (size_t i = 0; i < kLargeParts; ++i) body.append(size_t{512} * 1024, 'x').push_back('|');
+    return body;
+  }
+
+  // Whether a connection becomes free for an ordinary request within a while.
+  bool FreesAPlace() {
+    for (int tries = 0; tries < 500; ++tries) {
+      if (Exchange("GET / HTTP/1.0\r\nHost: here\r\n\r\n").starts_with("HTTP/1.0 200")) return true;
+      std::this_thread::sleep_for(milliseconds(10));
+    }
+    return false;
+  }
+
+  static constexpr size_t kLargeParts = 64;
 
   std::string Exchange(std::string_view request, std::string_view mark = "") {
     LoopbackClient client(server_->Port());
@@ -106,35 +127,10 @@ TEST_F(HttpServerTest, RefusesWithAProblemAndGoesOnServing) {
   limits.bodyBytes = 1000;
   limits.headBytes = 2000;
   Serve(limits);
-  const std::string get = "GET / HTTP/1.1\r\nHost: here\r\n";
-  const std::string put = "PUT / HTTP/1.1\r\nHost: here\r\n";
-  const std::string chunked = put + "Transfer-Encoding: chunked\r\n\r\n";
-  const struct {
-    const char* why;
-    std::string request;
-    const char* response;
-  } kCases[] = {
-      {"no HTTP", "hello\r\n\r\n", "HTTP/1.1 400 "},
-      {"another version", "GET / HTTP/3.7\r\nHost: here\r\n\r\n", "HTTP/1.1 400 "},
-      {"two lengths", get + "Content-Length: 1\r\nContent-Length: 2\r\n\r\n", "HTTP/1.1 400 "},
-      {"foreign host", "GET / HTTP/1.1\r\nHost: there\r\n\r\n", "HTTP/1.1 403 "},
-      {"two hosts", get + "Host: there\r\n\r\n", "HTTP/1.1 403 "},
-      {"announced body too large", put + "Content-Length: 1001\r\n\r\n", "HTTP/1.1 413 "},
-      {"sent body too large", chunked + "3e9\r\n" + std::string(1001, 'x') + "\r\n0\r\n\r\n",
-       "HTTP/1.1 413 "},
-      {"head too large", get + "X: " + std::string(3000, 'x') + "\r\n\r\n", "HTTP/1.1 431 "},
-      {"trailer too large", chunked + "0\r\nX: " + std::string(3000, 'x') + "\r\n\r\n",
-       "HTTP/1.1 431 "},
-      {"trailer no field can hold", chunked + "0\r\nX: " + std::string(70'000, 'x') + "\r\n\r\n",
-       "HTTP/1.1 431 "},
-      {"unknown encoding", put + "Transfer-Encoding: gzip\r\n\r\n", "HTTP/1.1 501 "},
-      {"asks to go on", put + "Expect: 100-continue\r\nContent-Length: 2\r\n\r\nab",
-       "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK"},
-      {"the largest body",
-       "PUT / HTTP/1.0\r\nHost: here\r\nContent-Length: 1000\r\n\r\n" + std::string(1000, 'x'),
-       "HTTP/1.0 200 OK"}};
-  for (const auto& c : kCases)
-    EXPECT_THAT(Exchange(c.request, "OK"), StartsWith(c.response)) << c.why;
+  EXPECT_TRUE(
+      Testing::GoldenCases("tests/host/http_requests.txt", [this](const std::string& request) {
+        return Outline(Exchange(RequestOf(request), "\r\n\r\nPUT / "));
+      }));
 }
 
 TEST_F(HttpServerTest, ARequestThatDoesNotArriveIsGivenUp) {
@@ -163,17 +159,35 @@ TEST_F(HttpServerTest, AStreamIsWokenCommentedAndEndedByFinish) {
 }
 
 TEST_F(HttpServerTest, AReaderThatTakesNothingKeepsItsPlaceOnlyForAWhile) {
-  Serve({.connections = 1, .write = milliseconds(100)});
+  Serve({.connections = 1, .reserved = 0, .write = milliseconds(100)});
   LoopbackClient stuck(server_->Port());
   stuck.Send("GET /flood HTTP/1.1\r\nHost: here\r\n\r\n");
   stuck.ReadUpTo("xxx");
   EXPECT_THAT(Exchange(""), StartsWith("HTTP/1.1 503 ")) << "one connection too many";
-  std::string response;
-  for (int tries = 0; tries < 500 && !response.starts_with("HTTP/1.0 200"); ++tries) {
-    std::this_thread::sleep_for(milliseconds(10));
-    response = Exchange("GET / HTTP/1.0\r\nHost: here\r\n\r\n");
+  EXPECT_TRUE(FreesAPlace());
+}
+
+TEST_F(HttpServerTest, AReaderThatIsOnlySlowGetsAll) {
+  Serve({.write = milliseconds(500)});
+  LoopbackClient slow(server_->Port());
+  slow.Send("GET /large HTTP/1.0\r\nHost: here\r\n\r\n");
+  for (size_t i = 0; i < kLargeParts; ++i) {
+    std::this_thread::sleep_for(milliseconds(20));
+    ASSERT_THAT(slow.ReadUpTo("|"), testing::EndsWith("|")) << i;
   }
-  EXPECT_THAT(response, StartsWith("HTTP/1.0 200"));
+}
+
+TEST_F(HttpServerTest, AClientThatLeavesWhileItsRequestWaitsGivesItsPlaceBack) {
+  const std::string ask = " HTTP/1.1\r\nHost: here\r\n\r\n";
+  Serve({.connections = 1, .reserved = 3, .reservedIdle = milliseconds(100)});
+  auto waiting = std::make_unique<LoopbackClient>(server_->Port());
+  waiting->Send("GET /wait" + ask + "GET /next" + ask);
+  EXPECT_THAT(Exchange("GET /x" + ask), StartsWith("HTTP/1.1 503 "));
+  EXPECT_THAT(Exchange("GET /control" + ask),
+              testing::AllOf(StartsWith("HTTP/1.1 200 "), HasSubstr("Connection: close")));
+  EXPECT_EQ(Exchange(""), "") << "an idle one does not keep a reserved place";
+  waiting.reset();
+  EXPECT_TRUE(FreesAPlace());
 }
 
 TEST_F(HttpServerTest, ATakenPortIsAFailureThatNamesIt) {

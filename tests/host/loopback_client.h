@@ -3,6 +3,8 @@
 
 #include <utility>  // Asio of this age needs it ahead
 
+#include <gtest/gtest.h>
+
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -46,7 +48,7 @@ class LoopbackClient {
  private:
   using Error = boost::system::error_code;
 
-  // False: the connection has ended, or nothing came for a long time.
+  // False: the connection has ended. That nothing comes for a long time fails the test.
   bool ReadSome() {
     char piece[65536];
     size_t count = 0;
@@ -55,6 +57,7 @@ class LoopbackClient {
     io_.restart();
     io_.run_for(std::chrono::seconds(10));
     if (!io_.stopped()) {
+      ADD_FAILURE() << "nothing came for a long time";
       socket_.cancel();
       io_.run();
     }

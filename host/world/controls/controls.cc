@@ -55,18 +55,26 @@ ControlFunction FunctionOf(std::string_view operationId) {
   return nullptr;
 }
 
-// The control of that path and method; else why there is none.
-Maybe<const ControlDescription*> FindControl(std::string_view method,
-                                             const std::vector<std::string>& parts,
-                                             std::string_view path) {
-  std::string methods;
+struct FoundControl {
+  const ControlDescription* control = nullptr;
+  std::string methods;  // of all controls at the path, unless there is one of the wanted method
+};
+
+FoundControl FindControl(std::string_view method, const std::vector<std::string>& parts) {
+  FoundControl found;
   for (const ControlDescription& control : AllControls()) {
     if (FunctionOf(control.operationId) == nullptr || !Matches(control.path, parts)) continue;
-    if (method == control.method) return &control;
-    methods += (methods.empty() ? "" : ", ") + control.method;
+    if (method == control.method) return {&control, ""};
+    found.methods += (found.methods.empty() ? "" : ", ") + control.method;
   }
-  if (methods.empty()) return Failure{"there is no control " + std::string(path), 404};
-  return Failure{"this control takes " + methods + ", not " + std::string(method), 405};
+  return found;
+}
+
+WorldResponse RefuseMethod(std::string_view method, const std::string& allowed) {
+  WorldResponse refusal =
+      Refuse({"this control takes " + allowed + ", not " + std::string(method), 405});
+  refusal.allow = allowed;
+  return refusal;
 }
 
 }  // namespace
@@ -75,9 +83,10 @@ WorldResponse CallControl(Platform& platform, std::string_view method, std::stri
                           std::string_view body) {
   std::vector<std::string> parts = PathParts(UrlPath(path));
   if (parts.empty()) return Refuse({"there is no control of an empty name", 404});
-  const auto found = FindControl(method, parts, path);
-  if (!found) return Refuse(found.GetFailure());
-  const ControlDescription& control = *found.GetValue();
+  const FoundControl found = FindControl(method, parts);
+  if (!found.methods.empty()) return RefuseMethod(method, found.methods);
+  if (found.control == nullptr) return Refuse({"there is no control " + std::string(path), 404});
+  const ControlDescription& control = *found.control;
   if (body.empty() && !control.TakesAnyBody()) body = "{}";
   auto document = Document::FromJson("body", body);
   if (!document) return Refuse(document.GetFailure());

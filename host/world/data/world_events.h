@@ -19,7 +19,8 @@ struct WorldResponse {
   int status = 200;
   std::string contentType;
   std::string body;
-  std::string message;  // why, for a status of 400 or above
+  std::string message;     // why, for a status of 400 or above
+  std::string allow = {};  // the methods a 405 names
 };
 
 inline WorldResponse WorldJson(std::string body) {
