@@ -50,7 +50,7 @@ Json TasksJson(const Scheduler::Report& report) {
 Json EndpointsJson(const KestApiDescriptor& api) {
   Json endpoints = Json::array();
   for (size_t i = 0; i < api.endpointCount; ++i) {
-    const KestEndpoint& endpoint = api.endpoints[i];
+    const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     endpoints.push_back({{"method", MethodName(endpoint.methodId)},
                          {"path", View(endpoint.pathTemplate)},
                          {"function", View(endpoint.functionName)}});

@@ -9,6 +9,8 @@ namespace Kest {
 
 ApiDescriptor::ApiDescriptor() {
   table_.size = sizeof table_;
+  table_.endpointSize = sizeof(KestEndpoint);
+  table_.argumentSize = sizeof(KestArgument);
   table_.request = &HandleRequest;
   table_.invoke = &InvokeFunction;
   table_.release = &ReleaseResponse;

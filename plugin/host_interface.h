@@ -4,7 +4,8 @@
  *   1. load_tav_loot(&block)                  the handshake; the block's out-words are then filled
  *   2. block.callbacks->start(context, &host) once; the plugin now calls the host's service table
  *   3. requests through block.api, events through the subscriptions, in any order and number
- *   4. block.callbacks->stop(context)         once; afterwards nothing of the plugin may be touched
+ *   4. block.callbacks->stop(context)         once, also when start returned false; afterwards
+ *                                             nothing of the plugin may be touched
  * The library may then be unloaded, and loaded again from a clean state.
  *
  * Conventions, unless an entry says otherwise:
@@ -14,7 +15,9 @@
  *   Self     each function takes the object it belongs to first: the host's service table, or the
  *            plugin's context (word 4 of the handshake block).
  *   Size     a table's leading `size` is its size in bytes as its owner built it. Test it before
- *            using an entry that is younger than the table you were compiled against.
+ *            using an entry that is younger than the table you were compiled against. The elements
+ *            of the descriptor's lists may be longer than yours: step with KestEndpointAt and
+ *            KestArgumentAt.
  *   Failure  no function throws or lets an exception pass, on either side.
  *
  * Threads. The host runs plugin code as tasks of one cooperative module scheduler: one task runs at
@@ -22,13 +25,21 @@
  *   [module task]  on such a task only.
  *   [any thread]   on any thread, also while a module task runs.
  *   [loader]       on the thread that loads the library, before start or after stop.
+ * A module task needs a stack of 256 KiB; no call of the plugin goes deeper for larger input.
  *
  * Deliveries. The host queues: it never calls a delivery, completion or task function of the plugin
- * from inside a call to its service table. Resource events, request completions and tasks run as
- * [module task]; the events "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent",
- * "OnServiceProxyAsyncEvent" and "OnSvdsEvent" (and its "OnSvdsEvent_..." forms) may come on any
- * thread. After stop has returned the host calls nothing any more: it drops open completions,
- * subscriptions and tasks.
+ * from inside a call to its service table, nor start or stop. `request` and `invoke` it may call
+ * from inside `publish`, on the same task, and from inside no other entry; the response shows the
+ * change that is being published, what the call changes is published after it, and the bytes lent
+ * to `publish` stay as they are. `statistics` and `release` may be called from inside every entry
+ * but `log`.
+ *
+ * Resource events, request completions and tasks run as [module task]; the events
+ * "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent", "OnServiceProxyAsyncEvent" and
+ * "OnSvdsEvent" (and its "OnSvdsEvent_..." forms) may come on any thread. The plugin takes a lock
+ * of its own there, and holds it when it calls `log` and `postTask`. So while the host delivers one
+ * of these events it holds no lock that an entry of its service table takes. After stop has
+ * returned the host calls nothing any more: it drops open completions, subscriptions and tasks.
  */
 #ifndef KEST_PLUGIN_HOST_INTERFACE_H_
 #define KEST_PLUGIN_HOST_INTERFACE_H_
@@ -256,7 +267,20 @@ typedef struct KestApiDescriptor {
 
   /* [any thread] Frees a response. Null does nothing. */
   void(KEST_ABI* release)(void* context, const KestResponse* response);
+
+  /* The bytes of one element of `endpoints` and of its `arguments`, as the plugin was compiled. */
+  size_t endpointSize;
+  size_t argumentSize;
 } KestApiDescriptor;
+
+/* The element at `index` of a list, however long its elements are. */
+static inline const KestEndpoint* KestEndpointAt(const KestApiDescriptor* api, size_t index) {
+  return (const KestEndpoint*)((const char*)api->endpoints + index * api->endpointSize);
+}
+static inline const KestArgument* KestArgumentAt(const KestApiDescriptor* api,
+                                                 const KestEndpoint* endpoint, size_t index) {
+  return (const KestArgument*)((const char*)endpoint->arguments + index * api->argumentSize);
+}
 
 /* Six counters since start, each as two 32-bit halves, low half first, then two zero words. */
 typedef struct KestStatistics {
@@ -274,7 +298,7 @@ typedef struct KestStatistics {
 typedef struct KestCallbackTable {
   /* [module task] Keeps the service table and initialises: subscribes, loads the game data (yields
    * while it waits for it). False: not started (null arguments, started before, or out of
-   * memory). */
+   * memory); stop then takes back what it had begun. */
   bool(KEST_ABI* start)(void* context, const KestHostServices* services);
 
   /* [module task] Ends every wait with a failure, drops the subscriptions, yields until no request

@@ -7,6 +7,12 @@ namespace {
 
 constexpr char kEntryName[] = "load_tav_loot";
 
+// Whether all of it that this host reads is there.
+bool IsComplete(const KestApiDescriptor& api) {
+  return api.size >= sizeof(KestApiDescriptor) && api.endpointSize >= sizeof(KestEndpoint) &&
+         api.argumentSize >= sizeof(KestArgument);
+}
+
 }  // namespace
 
 Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& path) {
@@ -24,7 +30,7 @@ Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& pat
   block.patch = kApiPatch;
   entry(&block);
   if (block.callbacks == nullptr || block.context == nullptr || block.fullName == nullptr ||
-      block.api == nullptr || block.api->size < sizeof(KestApiDescriptor)) {
+      block.api == nullptr || !IsComplete(*block.api)) {
     return Failure{"Cannot load the plugin " + path + ": its handshake is incomplete"};
   }
   return library;

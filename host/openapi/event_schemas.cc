@@ -38,7 +38,7 @@ NamedSchemas ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& h
   NamedSchemas schemas;
   Json all = Json::array();
   for (size_t i = 0; i < api.endpointCount; ++i) {
-    const KestEndpoint& endpoint = api.endpoints[i];
+    const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     if (endpoint.methodId != kGet || endpoint.result.name.size == 0) continue;
     std::string name = SchemaName(View(endpoint.functionName)) + "Event";
     all.push_back({{"$ref", "#/components/schemas/" + name}});

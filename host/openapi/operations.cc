@@ -25,6 +25,7 @@ std::string Words(KestText text) {
 
 // An endpoint and what is known around it.
 struct Described {
+  const KestApiDescriptor& api;
   const KestEndpoint& endpoint;
   const ApiHelp& help;
   std::vector<PathParameter> pathParameters;
@@ -106,7 +107,7 @@ RequestParts RequestOf(const Described& route) {
   RequestParts request;
   std::set<std::string_view> described;
   for (size_t i = 0; i < route.endpoint.argumentCount; ++i) {
-    const KestArgument& argument = route.endpoint.arguments[i];
+    const KestArgument& argument = *KestArgumentAt(&route.api, &route.endpoint, i);
     const std::string_view place = PlaceOf(route, argument);
     if (place == "body") {
       request.body = BodyOf(route, argument);
@@ -159,10 +160,10 @@ Json OperationOf(const Described& route, std::string_view tag) {
 Json PluginPaths(const KestApiDescriptor& api, const ApiHelp& help, std::string_view tag) {
   Json paths = Json::object();
   for (size_t i = 0; i < api.endpointCount; ++i) {
-    const KestEndpoint& endpoint = api.endpoints[i];
+    const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     const std::string method = OperationName(MethodName(endpoint.methodId));
     if (method.empty()) continue;
-    const Described route{endpoint, help, PathParameters(View(endpoint.pathTemplate))};
+    const Described route{api, endpoint, help, PathParameters(View(endpoint.pathTemplate))};
     if (route.FindPathParameter("") != nullptr) continue;
     Json& path = paths[DocumentPath(Words(endpoint.pathTemplate))];
     if (!path.contains(method)) path[method] = OperationOf(route, tag);

@@ -40,21 +40,18 @@ Maybe<std::unique_ptr<PluginSession>> PluginSession::Open(const std::string& lib
 bool PluginSession::Start() {
   const KestHandshakeBlock& block = library_->Block();
   serviceEvents_->Resume();
-  started_ = block.callbacks->start(block.context, services_.Table());
-  if (!started_) Leave();
-  return started_;
+  mustStop_ = true;
+  const bool isStarted = block.callbacks->start(block.context, services_.Table());
+  if (!isStarted) Stop();
+  return isStarted;
 }
 
 void PluginSession::Stop() {
-  if (!std::exchange(started_, false)) return;
+  if (!std::exchange(mustStop_, false)) return;
   // An event that is being delivered on the other thread must not meet a plugin that has gone.
   serviceEvents_->Pause();
   const KestHandshakeBlock& block = library_->Block();
   block.callbacks->stop(block.context);
-  Leave();
-}
-
-void PluginSession::Leave() {
   serviceEvents_->Pause();
   services_.Close();
 }

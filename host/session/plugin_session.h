@@ -33,7 +33,7 @@ class PluginSession {
                                                     std::unique_ptr<World> world,
                                                     const Surroundings& surroundings);
 
-  // False: the plugin did not start.
+  // False: the plugin did not start, and has been stopped.
   bool Start();
   // Returns when the plugin has stopped; nothing of it is called any more. A second call and one
   // without a successful Start do nothing.
@@ -57,13 +57,12 @@ class PluginSession {
                 const Surroundings& surroundings);
 
   HttpResponse TakeResponse(const KestResponse* given);
-  void Leave();
 
   const std::unique_ptr<PluginLibrary> library_;
   const std::unique_ptr<World> world_;
   ServiceEventThread* const serviceEvents_;
   ServiceTable services_;
-  bool started_ = false;
+  bool mustStop_ = false;
 };
 
 }  // namespace Kest::Host

@@ -159,6 +159,7 @@ TEST(DevelopmentHost, SaysWhyItCannotStart) {
               StartsWith("Cannot load the plugin /no/such.so: "));
   EXPECT_THAT(reason("libdl.so.2", "", "127.0.0.1"),
               StartsWith("Cannot load the plugin libdl.so.2: "));
+  EXPECT_THAT(reason(REFUSING_PLUGIN, "", "127.0.0.1"), EndsWith(" did not start."));
   EXPECT_THAT(reason(ECHO_PLUGIN, "/no/such.json", "127.0.0.1"),
               StartsWith("Cannot read the world /no/such.json: "));
   EXPECT_THAT(reason(ECHO_PLUGIN, ECHO_PLUGIN, "127.0.0.1"), StartsWith(ECHO_PLUGIN ":1:"));

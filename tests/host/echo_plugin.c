@@ -118,7 +118,11 @@ static bool KEST_ABI OnStart(void* context, const KestHostServices* given) {
   (void)context;
   services = given;
   services->identify(services, Text("echo"), Text("Echo/1"));
+#if defined(REFUSES_TO_START)
+  return false;
+#else
   return true;
+#endif
 }
 
 static void KEST_ABI OnStop(void* context) {
@@ -138,8 +142,16 @@ __attribute__((destructor)) static void OnUnload(void) {
 }
 
 static const KestCallbackTable callbacks = {OnStart, OnStop, OnStatistics};
-static const KestApiDescriptor api = {
-    sizeof(KestApiDescriptor), NULL, 0, NULL, 0, OnRequest, OnInvoke, OnRelease};
+static const KestApiDescriptor api = {sizeof(KestApiDescriptor),
+                                      NULL,
+                                      0,
+                                      NULL,
+                                      0,
+                                      OnRequest,
+                                      OnInvoke,
+                                      OnRelease,
+                                      sizeof(KestEndpoint),
+                                      sizeof(KestArgument)};
 
 KEST_EXPORT void KEST_ABI load_tav_loot(KestHandshakeBlock* block) {
   block->callbacks = &callbacks;

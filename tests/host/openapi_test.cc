@@ -14,35 +14,43 @@
 namespace Kest::Host {
 namespace {
 
-KestArgument Argument(const char* name, const char* type, const char* element, int32_t location,
-                      bool optional) {
-  return {Text(name), {}, {Text(type), Text(element)}, location, optional};
+// Of a plugin that was compiled with a later interface: its elements have a member more.
+struct LaterArgument : KestArgument {
+  KestText later = {};
+};
+struct LaterEndpoint : KestEndpoint {
+  KestText later = {};
+};
+
+LaterArgument Argument(const char* name, const char* type, const char* element, int32_t location,
+                       bool optional) {
+  return {{Text(name), {}, {Text(type), Text(element)}, location, optional}};
 }
 
 // A small made-up API.
-const KestArgument kFindArguments[] = {
+const LaterArgument kFindArguments[] = {
     Argument("id", "int64", "", KEST_LOCATION_PATH, false),
     Argument("deep", "bool", "", KEST_LOCATION_QUERY, false),
     Argument("rest", "string", "", KEST_LOCATION_ANY, false),
     Argument("tags", "vector", "string", KEST_LOCATION_ANY, true)};
-const KestArgument kPutArguments[] = {Argument("boat", "Boat", "", KEST_LOCATION_BODY, false)};
-const KestArgument kOddArguments[] = {Argument("named", "string", "", KEST_LOCATION_PATH, false),
-                                      Argument("rig", "Rig", "", KEST_LOCATION_QUERY, true),
-                                      Argument("boat", "Boat", "", KEST_LOCATION_QUERY, true)};
-const KestEndpoint kEndpoints[] = {
-    {2, Text("/b.c/{id}/{+rest}"), Text("Find"), {}, kFindArguments, 4, {Text("Boat"), {}}},
-    {7, Text("/b.c/{id}/{+rest}"), Text("Put"), Text("Stores \xff"), kPutArguments, 1, {}},
-    {7, Text("/b.c/{id}/{+rest}"), Text("Never"), {}, nullptr, 0, {}},
-    {2, Text("/all"), Text("All"), {}, nullptr, 0, {Text("map"), Text("Boat")}},
-    {2,
-     Text("/un{named"),
-     Text("No \"more\""),
-     {},
-     kOddArguments,
-     3,
-     {Text("vector"), Text("map")}},
-    {2, Text("/}"), Text("Nameless"), {}, nullptr, 0, {}},
-    {3, Text("{+x}"), Text("Head"), {}, nullptr, 0, {Text("Un\"known"), {}}}};
+const LaterArgument kPutArguments[] = {Argument("boat", "Boat", "", KEST_LOCATION_BODY, false)};
+const LaterArgument kOddArguments[] = {Argument("named", "string", "", KEST_LOCATION_PATH, false),
+                                       Argument("rig", "Rig", "", KEST_LOCATION_QUERY, true),
+                                       Argument("boat", "Boat", "", KEST_LOCATION_QUERY, true)};
+const LaterEndpoint kEndpoints[] = {
+    {{2, Text("/b.c/{id}/{+rest}"), Text("Find"), {}, kFindArguments, 4, {Text("Boat"), {}}}},
+    {{7, Text("/b.c/{id}/{+rest}"), Text("Put"), Text("Stores \xff"), kPutArguments, 1, {}}},
+    {{7, Text("/b.c/{id}/{+rest}"), Text("Never"), {}, nullptr, 0, {}}},
+    {{2, Text("/all"), Text("All"), {}, nullptr, 0, {Text("map"), Text("Boat")}}},
+    {{2,
+      Text("/un{named"),
+      Text("No \"more\""),
+      {},
+      kOddArguments,
+      3,
+      {Text("vector"), Text("map")}}},
+    {{2, Text("/}"), Text("Nameless"), {}, nullptr, 0, {}}},
+    {{3, Text("{+x}"), Text("Head"), {}, nullptr, 0, {Text("Un\"known"), {}}}}};
 const KestApiDescriptor kApi = {.size = sizeof(KestApiDescriptor),
                                 .endpoints = kEndpoints,
                                 .endpointCount = std::size(kEndpoints),
@@ -50,7 +58,9 @@ const KestApiDescriptor kApi = {.size = sizeof(KestApiDescriptor),
                                 .eventNameCount = 0,
                                 .request = nullptr,
                                 .invoke = nullptr,
-                                .release = nullptr};
+                                .release = nullptr,
+                                .endpointSize = sizeof(LaterEndpoint),
+                                .argumentSize = sizeof(LaterArgument)};
 
 constexpr std::string_view kHelp = R"({"functions":[{"name":"Find"}],"types":[
   {"name":"Rig","nameSpace":"N","description":"Sails.","fields":[],

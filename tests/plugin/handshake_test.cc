@@ -89,14 +89,14 @@ TEST_F(HandshakeTest, RegistersTheBuiltInsThenThePluginsOwnAndDescribesAll) {
   }
   EXPECT_EQ(block.api->size, sizeof(KestApiDescriptor));
   for (size_t i = 0; i < block.api->endpointCount; ++i) {
-    const KestEndpoint& endpoint = block.api->endpoints[i];
+    const KestEndpoint& endpoint = *KestEndpointAt(block.api, i);
     text += "endpoint " + std::to_string(endpoint.methodId);
     for (const KestText& part : {endpoint.pathTemplate, endpoint.functionName, endpoint.result.name,
                                  endpoint.result.element}) {
       text.append(" ").append(ToView(part));
     }
     for (size_t j = 0; j < endpoint.argumentCount; ++j) {
-      const KestArgument& argument = endpoint.arguments[j];
+      const KestArgument& argument = *KestArgumentAt(block.api, &endpoint, j);
       text.append(", ")
           .append(ToView(argument.name))
           .append(" ")
