@@ -91,16 +91,19 @@ class ServiceProxy {
         /*post=*/true);
   }
 
-  // Calls the method through the session's synchronous endpoint and waits for its result.
+  // Calls the method through the session's synchronous endpoint and waits for its result. A failure
+  // has the status 500, as that of any call: what the endpoint responded with concerns this
+  // plugin's request, not the one that led to it.
   template <class R, class... A>
   Maybe<R> InvokeSession(std::string_view service, std::string_view method, const A&... arguments) {
     OutgoingRequest request(HttpMethod::kPost, kSessionInvokePath);
     Maybe<Response> response =
         SendToSession({service, method, {}, false}, CallArguments(arguments...), &request);
-    if (!response) return response.GetFailure();
+    if (!response) return Failure{response.GetFailure().text};
     Maybe<R> result = SiblingClient::ReadResponse<R>(request, response.GetValue());
-    if (!result) LogUnreadable(StaticType::Name<R>(), response.GetValue().body);
-    return result;
+    if (result) return result;
+    LogUnreadable(StaticType::Name<R>(), response.GetValue().body);
+    return Failure{result.GetFailure().text};
   }
 
   // The untyped call that the others use. `completion` runs under the lock.
