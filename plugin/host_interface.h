@@ -25,7 +25,7 @@
  *   [module task]  on such a task only.
  *   [any thread]   on any thread, also while a module task runs.
  *   [loader]       on the thread that loads the library, before start or after stop.
- * A module task needs a stack of 256 KiB; no call of the plugin goes deeper for larger input.
+ * A module task needs a stack of 64 KiB; no call of the plugin goes deeper for larger input.
  *
  * Deliveries. The host queues: it never calls a delivery, completion or task function of the plugin
  * from inside a call to its service table, nor start or stop. `request` and `invoke` it may call

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "binding/tree/seeded_hash.h"
 #include "binding/tree/tree_builder.h"
 #include "tests/binding/binding_samples.h"
 
@@ -119,6 +120,16 @@ TEST(TreeBuilder, StopsAtTheBoundOfATree) {
   while (names < kMaxTreeValues && builder.Member(std::to_string(names)) && builder.Null()) ++names;
   EXPECT_LT(names, kMaxTreeBytes / 80);
   EXPECT_GT(names, kMaxTreeBytes / 300);
+}
+
+TEST(SeededHashDeathTest, DiffersFromProcessToProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process of its own, not a copy of this one
+  const std::string own = std::to_string(SeededHash("a name"));
+  const auto printOwn = [] {
+    std::fputs(std::to_string(SeededHash("a name")).c_str(), stderr);
+    std::exit(0);
+  };
+  EXPECT_EXIT(printOwn(), testing::ExitedWithCode(0), testing::Not(testing::HasSubstr(own)));
 }
 
 }  // namespace

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <future>
 #include <utility>
 
+#include "host/world_source.h"
 #include "tests/host/http_text.h"
 #include "tests/host/loopback_client.h"
 #include "tests/support/golden.h"
@@ -146,6 +148,35 @@ TEST_F(DevelopmentHostTest, AHostFullOfWaitingRequestsCanBeReset) {
   EXPECT_THAT(Ask(Simple("GET /_host/events")), HasSubstr("503 "));
   EXPECT_THAT(Ask(Simple("POST /_host/reset")), EndsWith(R"({"reset":true})"));
   EXPECT_THAT(waiting.back()->ReadToEnd(), HasSubstr("Finalizing"));
+}
+
+TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
+  HostLog log(stderr, LogLevel::kNone);
+  EventStream stream;
+  ServiceEventThread events([](const ServiceEventThread::Event&) {});
+  Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
+  SessionManager sessions(ECHO_PLUGIN, [] { return LoadWorld("", 1); },
+                          {&scheduler, &events, &stream, &log});
+  const auto ask = [&sessions](const char* target) {
+    HttpRequest request;
+    request.method = "GET";
+    request.target = target;
+    return sessions.Current()->Request(request).body;
+  };
+  std::promise<std::string> runs;
+  scheduler.Post({.name = "start", .work = [&] {
+                    EXPECT_TRUE(sessions.Start());
+                    ask("/tav-loot/v1/runs");
+                    scheduler.Post({.name = "wait", .work = [&] { ask("/tav-loot/v1/wait"); }});
+                    scheduler.Post(
+                        {.name = "reset", .work = [&] { EXPECT_TRUE(sessions.Reset()); }});
+                    scheduler.Post({.name = "ask", .work = [&] {
+                                      runs.set_value(ask("/tav-loot/v1/runs"));
+                                      sessions.Stop();
+                                    }});
+                  }});
+  EXPECT_EQ(runs.get_future().get(), "1");
+  EXPECT_TRUE(scheduler.End());
 }
 
 TEST(DevelopmentHost, SaysWhyItCannotStart) {

@@ -73,6 +73,14 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   const KestHandshakeBlock& block = host_.Block();
   KestHostServices old = *host_.Services();
   old.size = sizeof old - sizeof(void*);
+  const KestRequest request{};
+  for (const KestResponse* refused :
+       {block.api->request(nullptr, &request), block.api->invoke(nullptr, {}, nullptr, 0),
+        block.api->request(block.context, nullptr)}) {
+    EXPECT_EQ(refused->status, 500);
+    block.api->release(nullptr, refused);
+  }
+  block.api->release(nullptr, nullptr);
   EXPECT_FALSE(block.callbacks->start(block.context, nullptr));
   EXPECT_FALSE(block.callbacks->start(block.context, &old)) << "the table lacks an entry";
   EXPECT_FALSE(host_.Start()) << "an exception in Initialise";
