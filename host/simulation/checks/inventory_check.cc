@@ -19,8 +19,9 @@ void CheckInventory(const QuietState& state, Findings* findings) {
   std::map<std::string, int64_t> expected;
   for (const Json& record : state.platform["inventory"]) {
     const std::string refId = record["refId"].get<std::string>();
-    const std::string name = record["lootName"].get<std::string>();
-    expected[refId.empty() ? name : name + "-" + refId] = record["count"].get<int64_t>();
+    std::string lootId = record["lootName"].get<std::string>();
+    if (!refId.empty()) lootId.append("-").append(refId);
+    expected[lootId] = record["count"].get<int64_t>();
   }
   std::map<std::string, int64_t> found;
   const Json items = ParseJson(response->second.body);
