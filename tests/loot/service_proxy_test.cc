@@ -129,6 +129,7 @@ TEST_F(ServiceProxyTest, AResponseThatCannotBeReadFailsItsRequest) {
   host_.RunUntilIdle();
   host_.ReleaseHeld();
   EXPECT_EQ(seen_.back(), "Response lost") << "it may have been the response";
+  EndPlugin();  // the one that waits must not outlive the test
 }
 
 TEST_F(ServiceProxyTest, OneMethodBasedCallAtATimeAlsoWhileItIsBeingSent) {
