@@ -85,7 +85,11 @@ int64_t PluginMemory::LiveBlocks() {
 
 }  // namespace Kest::Host
 
-// The other forms of new and delete call these.
+// The forms for arrays call these. Those that do not throw would, too, but a sanitizer brings its
+// own.
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  return Kest::Host::Allocate(size, 1);
+}
 void* operator new(size_t size) {
   return Kest::Host::AllocateOrThrow(size, 1);
 }
