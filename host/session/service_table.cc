@@ -7,6 +7,7 @@
 
 #include "host/json/json_text.h"
 #include "host/library/c_views.h"
+#include "host/library/sent_request.h"
 
 namespace Kest::Host {
 namespace {
@@ -21,14 +22,7 @@ std::string PresentValuePayload(std::string_view path, std::string_view value) {
 
 }  // namespace
 
-struct ServiceTable::Sent {
-  std::string method;
-  std::string url;
-  std::string contentType;
-  std::string body;
-  KestCompletion completion;
-  void* context;
-};
+struct ServiceTable::Sent : SentRequest {};
 
 // No exception leaves an entry: what runs out of memory counts as refused.
 struct ServiceTable::Entries {

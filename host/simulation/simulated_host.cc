@@ -5,6 +5,7 @@
 
 #include "host/json/json_text.h"
 #include "host/library/c_views.h"
+#include "host/library/sent_request.h"
 #include "host/simulation/plugin_memory.h"
 
 namespace Kest::Host {
@@ -25,13 +26,7 @@ std::optional<std::string_view> DataOf(std::string_view payload) {
 
 }  // namespace
 
-struct SimulatedHost::Sent {
-  std::string method;
-  std::string url;
-  std::string contentType;
-  std::string body;
-  KestCompletion completion;
-  void* context;
+struct SimulatedHost::Sent : SentRequest {
   uint64_t generation;
 };
 
