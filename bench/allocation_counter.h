@@ -3,8 +3,6 @@
 
 #include <cstdint>
 
-#include <benchmark/benchmark.h>
-
 namespace Kest::Bench {
 
 // Allocations of all threads since the program began.
@@ -12,22 +10,21 @@ uint64_t AllocationCount();
 // Bytes asked for in them.
 uint64_t AllocatedBytes();
 
-// Counts what is allocated from its construction on.
-class AllocationScope {
- public:
-  AllocationScope() : count_(AllocationCount()), bytes_(AllocatedBytes()) {}
-  uint64_t Count() const { return AllocationCount() - count_; }
-  uint64_t Bytes() const { return AllocatedBytes() - bytes_; }
+// Allocations of one call of `run` after a first.
+template <typename Run>
+double Allocations(Run run) {
+  run();
+  const uint64_t before = AllocationCount();
+  run();
+  return static_cast<double>(AllocationCount() - before);
+}
 
- private:
-  uint64_t count_;
-  uint64_t bytes_;
-};
-
-// Shows the allocations per iteration as the counter "allocations". Call it after the loop.
-inline void ReportAllocations(benchmark::State& state, const AllocationScope& scope) {
-  state.counters["allocations"] =
-      static_cast<double>(scope.Count()) / static_cast<double>(state.iterations());
+// Bytes that one call of `run` asks for.
+template <typename Run>
+double BytesAllocated(Run run) {
+  const uint64_t before = AllocatedBytes();
+  run();
+  return static_cast<double>(AllocatedBytes() - before);
 }
 
 }  // namespace Kest::Bench

@@ -1,8 +1,6 @@
 // Each kind of input into a typical native type, against peers that check their input as well. One
 // iteration converts 1,000 values. Both sides find the converter of a type at run time, after a
 // pointer; ours also knows what failed and where, and its structures are registered at run time.
-#include <benchmark/benchmark.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
@@ -78,17 +76,14 @@ Inputs MakeInputs(T (*make)(int32_t)) {
 }
 
 template <typename Target>
-void Convert(benchmark::State& state, const Inputs& inputs) {
-  for (auto _ : state) {
-    ConversionContext context(Registry());
-    for (const BindingProperty& input : inputs) {
-      Target target{};
-      Assign(context, "value", input, &target);
-      benchmark::DoNotOptimize(target);
-    }
-    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
+void Convert(const Inputs& inputs) {
+  ConversionContext context(Registry());
+  for (const BindingProperty& input : inputs) {
+    Target target{};
+    Assign(context, "value", input, &target);
+    Keep(target);
   }
-  state.SetItemsProcessed(state.iterations() * kValues);
+  Require(context.Ok(), "conversion failed");
 }
 
 template <typename T>
@@ -124,45 +119,38 @@ void TakeByPeer(const nlohmann::json& input, void* target) {
   }
 }
 
-template <typename Target, bool isText>
-void ConvertByPeer(benchmark::State& state, const std::vector<nlohmann::json>& inputs) {
-  auto* take = &TakeByPeer<Target, isText>;
-  benchmark::DoNotOptimize(take);  // found at run time, as our converters are
-  for (auto _ : state) {
-    for (const nlohmann::json& input : inputs) {
-      Target target{};
-      take(input, &target);
-      benchmark::DoNotOptimize(target);
-    }
-  }
-  state.SetItemsProcessed(state.iterations() * kValues);
-}
-
-// Adds both sides for inputs that `make` draws, converted to `Target`.
+// Compares both sides for inputs that `make` draws, converted to `Target`.
 template <typename Target, typename T>
-bool Compare(const std::string& what, T (*make)(int32_t), double aim) {
+void CompareConversion(Table& table, const std::string& what, T (*make)(int32_t), double goal) {
   constexpr bool isText = std::is_same_v<T, std::string>;
-  const std::string peer = what + (isText ? ", strtod" : ", nlohmann-json");
+  const Inputs inputs = MakeInputs(make);
   std::vector<nlohmann::json> peerInputs;
   for (int32_t i = 0; i < kValues; ++i) peerInputs.push_back(PeerInput(make(i)));
-  benchmark::RegisterBenchmark(
-      what.c_str(), [inputs = MakeInputs(make)](auto& state) { Convert<Target>(state, inputs); });
-  benchmark::RegisterBenchmark(peer.c_str(), [inputs = std::move(peerInputs)](auto& state) {
-    ConvertByPeer<Target, isText>(state, inputs);
-  });
-  return CompareWithPeer(what + (isText ? " / strtod" : " / nlohmann-json"), what, peer, aim);
+  // Volatile: found at run time, as our converters are.
+  void (*volatile take)(const nlohmann::json&, void*) = &TakeByPeer<Target, isText>;
+  const auto convertByPeer = [&] {
+    for (const nlohmann::json& input : peerInputs) {
+      Target target{};
+      take(input, &target);
+      Keep(target);
+    }
+  };
+  table.Compare(
+      what + ", 1,000 values", [&] { Convert<Target>(inputs); },
+      isText ? "nlohmann-json and strtod" : "nlohmann-json", convertByPeer, AtLeast(goal));
 }
 
-const bool promised[] = {
-    Compare<bool>("bool to bool", &MakeBool, 0.8),
-    Compare<int32_t>("signed to int32", &MakeSigned, 0.6),
-    Compare<uint32_t>("unsigned to uint32", &MakeUnsigned, 0.6),
-    Compare<double>("float to double", &MakeFloat, 0.6),
-    Compare<double>("string to double", &MakeString, 1.7),
-    Compare<std::vector<uint8_t>>("blob to blob", &MakeBlob, 0.8),
-    Compare<std::vector<int32_t>>("collection to vector", &MakeCollection, 0.6),
-    Compare<Item>("structure to structure", &MakeStructure, 0.7),
-};
-
 }  // namespace
+
+void AddRows(Table& table) {
+  CompareConversion<bool>(table, "tree to bool", &MakeBool, 0.8);
+  CompareConversion<int32_t>(table, "tree to int32", &MakeSigned, 0.6);
+  CompareConversion<uint32_t>(table, "tree to uint32", &MakeUnsigned, 0.6);
+  CompareConversion<double>(table, "tree to double", &MakeFloat, 0.6);
+  CompareConversion<double>(table, "string to double", &MakeString, 1.7);
+  CompareConversion<std::vector<uint8_t>>(table, "tree to blob", &MakeBlob, 0.8);
+  CompareConversion<std::vector<int32_t>>(table, "tree to vector", &MakeCollection, 0.6);
+  CompareConversion<Item>(table, "tree to structure", &MakeStructure, 0.7);
+}
+
 }  // namespace Kest::Bench

@@ -1,12 +1,11 @@
 // JSON text to a tree, to registered structures, and back, against the same work written by hand
-// with two peers. One iteration handles the whole document.
+// with peers. One iteration handles the whole document.
 //
 // The first peer is compiled at its best.
 #if defined(__SSE2__)
 #define RAPIDJSON_SSE2
 #endif
 
-#include <benchmark/benchmark.h>
 #include <rapidjson/document.h>
 
 #include <nlohmann/json.hpp>
@@ -21,126 +20,82 @@
 namespace Kest::Bench {
 namespace {
 
-void ReportBytes(benchmark::State& state, size_t bytes) {
-  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
+void ReadTree() {
+  ConversionContext context(LootRegistry());
+  Keep(ReadJson(context, SampleText()));
+  Require(context.Ok(), "text to tree failed");
 }
 
-void TextToTree(benchmark::State& state) {
-  const std::string& text = SampleText();
-  const AllocationScope scope;
-  for (auto _ : state) {
-    ConversionContext context(LootRegistry());
-    const BindingProperty tree = ReadJson(context, text);
-    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
-    benchmark::DoNotOptimize(tree);
-  }
-  ReportAllocations(state, scope);
-  state.counters["memory per text"] =
-      static_cast<double>(scope.Bytes()) / static_cast<double>(state.iterations() * text.size());
-  ReportBytes(state, text.size());
+void ParseRapidJson(rapidjson::Document* document) {
+  document->Parse<kPeerFlags>(SampleText().data(), SampleText().size());
+  Require(!document->HasParseError(), "RapidJSON refuses the text");
 }
-BENCHMARK(TextToTree)->Unit(benchmark::kMillisecond);
 
-void TextToRapidJsonDocument(benchmark::State& state) {
-  const std::string& text = SampleText();
-  for (auto _ : state) {
-    rapidjson::Document document;
-    document.Parse<kPeerFlags>(text.data(), text.size());
-    if (document.HasParseError()) return state.SkipWithError("parse error");
-    benchmark::DoNotOptimize(document);
-  }
-  ReportBytes(state, text.size());
+void ReadRapidJson() {
+  rapidjson::Document document;
+  ParseRapidJson(&document);
+  Keep(document);
 }
-BENCHMARK(TextToRapidJsonDocument)->Unit(benchmark::kMillisecond);
 
-void TextToStructures(benchmark::State& state) {
-  const std::string& text = SampleText();
-  ConversionContext check(LootRegistry());
+void ReadStructures() {
+  ConversionContext context(LootRegistry());
+  Definitions definitions;
+  ReadJsonValue(context, "<value>", SampleText(), &definitions);
+  Require(context.Ok(), "text to structures failed");
+  Keep(definitions);
+}
+
+void CheckStructures() {
+  ConversionContext context(LootRegistry());
   Definitions read;
-  ReadJsonValue(check, "<value>", text, &read);
+  ReadJsonValue(context, "<value>", SampleText(), &read);
   std::string written;
-  WriteJsonValue(check, read, &written);
-  if (written != text) return state.SkipWithError("the document was read wrongly");
-  for (auto _ : state) {
-    ConversionContext context(LootRegistry());
-    Definitions definitions;
-    ReadJsonValue(context, "<value>", text, &definitions);
-    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
-    benchmark::DoNotOptimize(definitions);
-  }
-  ReportBytes(state, text.size());
+  WriteJsonValue(context, read, &written);
+  Require(written == SampleText(), "the document was read wrongly");
 }
-BENCHMARK(TextToStructures)->Unit(benchmark::kMillisecond);
 
-void TextToStructuresRapidJson(benchmark::State& state) {
-  const std::string& text = SampleText();
-  for (auto _ : state) {
-    rapidjson::Document document;
-    document.Parse<kPeerFlags>(text.data(), text.size());
-    Definitions definitions;
-    if (document.HasParseError() || !ConvertRapidJson(document, &definitions)) {
-      return state.SkipWithError("conversion failed");
-    }
-    benchmark::DoNotOptimize(definitions);
-  }
-  ReportBytes(state, text.size());
+void ReadStructuresRapidJson() {
+  rapidjson::Document document;
+  ParseRapidJson(&document);
+  Definitions definitions;
+  Require(ConvertRapidJson(document, &definitions), "RapidJSON's values do not convert");
+  Keep(definitions);
 }
-BENCHMARK(TextToStructuresRapidJson)->Unit(benchmark::kMillisecond);
 
-void TextToStructuresNlohmann(benchmark::State& state) {
-  const std::string& text = SampleText();
-  for (auto _ : state) {
-    Definitions definitions;
-    ConvertNlohmann(nlohmann::json::parse(text), &definitions);
-    benchmark::DoNotOptimize(definitions);
-  }
-  ReportBytes(state, text.size());
+void ReadStructuresNlohmann() {
+  Definitions definitions;
+  ConvertNlohmann(nlohmann::json::parse(SampleText()), &definitions);
+  Keep(definitions);
 }
-BENCHMARK(TextToStructuresNlohmann)->Unit(benchmark::kMillisecond);
-
-void ItemsToText(benchmark::State& state) {
-  const auto& items = SampleItems();
-  std::string text;
-  const auto write = [&] {
-    text.clear();
-    ConversionContext context(LootRegistry());
-    WriteJsonValue(context, items, &text);
-    benchmark::DoNotOptimize(text.data());
-  };
-  write();
-  const AllocationScope scope;
-  for (auto _ : state) write();
-  ReportAllocations(state, scope);
-  ReportBytes(state, text.size());
-}
-BENCHMARK(ItemsToText)->Unit(benchmark::kMillisecond);
-
-void ItemsToTextRapidJson(benchmark::State& state) {
-  const auto& items = SampleItems();
-  rapidjson::StringBuffer buffer;
-  for (auto _ : state) {
-    buffer.Clear();
-    WriteRapidJson(items, &buffer);
-    benchmark::DoNotOptimize(buffer.GetString());
-  }
-  ReportBytes(state, buffer.GetSize());
-}
-BENCHMARK(ItemsToTextRapidJson)->Unit(benchmark::kMillisecond);
-
-const bool promised[] = {
-    CompareWithPeer("text to tree / RapidJSON Document", "TextToTree", "TextToRapidJsonDocument",
-                    1.0),
-    LimitCounter("text to tree: allocations", "TextToTree", "allocations", 30),
-    LimitCounter("text to tree: bytes allocated per byte of text", "TextToTree", "memory per text",
-                 3),
-    CompareWithPeer("text to structures / RapidJSON by hand", "TextToStructures",
-                    "TextToStructuresRapidJson", 1.0),
-    CompareWithPeer("text to structures / nlohmann-json", "TextToStructures",
-                    "TextToStructuresNlohmann", 2.5),
-    CompareWithPeer("map of items to text / RapidJSON by hand", "ItemsToText",
-                    "ItemsToTextRapidJson", 1.0),
-    LimitCounter("map of items to text: allocations", "ItemsToText", "allocations", 0),
-};
 
 }  // namespace
+
+void AddRows(Table& table) {
+  table.Compare("JSON text to tree", ReadTree, "RapidJSON Document", ReadRapidJson, AtLeast(1));
+  table.Value("JSON text to tree: allocations", Allocations(ReadTree), "", 30);
+  table.Value("JSON text to tree: bytes allocated per byte of text",
+              BytesAllocated(ReadTree) / static_cast<double>(SampleText().size()), "", 3);
+  CheckStructures();
+  table.Compare("JSON text to structures", ReadStructures, "RapidJSON by hand",
+                ReadStructuresRapidJson, AtLeast(1));
+  table.Compare("JSON text to structures", ReadStructures, "nlohmann-json", ReadStructuresNlohmann,
+                AtLeast(2.5));
+  std::string text;
+  const auto writeItems = [&] {
+    text.clear();
+    ConversionContext context(LootRegistry());
+    WriteJsonValue(context, SampleItems(), &text);
+    Keep(text.data());
+  };
+  rapidjson::StringBuffer buffer;
+  const auto writeItemsRapidJson = [&] {
+    buffer.Clear();
+    WriteRapidJson(SampleItems(), &buffer);
+    Keep(buffer.GetString());
+  };
+  table.Compare("map of 5,000 items to JSON", writeItems, "RapidJSON by hand", writeItemsRapidJson,
+                AtLeast(1));
+  table.Value("map of 5,000 items to JSON: allocations", Allocations(writeItems), "", 0);
+}
+
 }  // namespace Kest::Bench

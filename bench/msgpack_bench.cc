@@ -1,8 +1,6 @@
-// MessagePack to a tree, against msgpack-cxx: both own their texts afterwards. One
-// iteration handles the whole document, that of the JSON benchmarks.
+// MessagePack to a tree, against msgpack-cxx: both own their strings afterwards.
+// One iteration handles the whole document, that of the JSON benchmarks.
 #define MSGPACK_NO_BOOST
-
-#include <benchmark/benchmark.h>
 
 #include <msgpack.hpp>
 #include <string>
@@ -40,42 +38,26 @@ BindingProperty Unpack(ConversionContext& context, const std::string& bytes) {
                          &consumed);
 }
 
-void ReportBytes(benchmark::State& state, size_t bytes) {
-  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
+void ReadTree() {
+  ConversionContext context(LootRegistry());
+  Keep(Unpack(context, SampleBytes()));
+  Require(context.Ok(), "MessagePack to tree failed");
 }
 
-void BytesToTree(benchmark::State& state) {
-  const std::string& bytes = SampleBytes();
-  ConversionContext check(LootRegistry());
-  if (Pack(Unpack(check, bytes)) != bytes) return state.SkipWithError("read wrongly");
-  const AllocationScope scope;
-  for (auto _ : state) {
-    ConversionContext context(LootRegistry());
-    const BindingProperty tree = Unpack(context, bytes);
-    if (!context.Ok()) return state.SkipWithError(context.ErrorMessage().c_str());
-    benchmark::DoNotOptimize(tree);
-  }
-  ReportAllocations(state, scope);
-  ReportBytes(state, bytes.size());
+void ReadMsgpackCxx() {
+  // Without a reference function it copies strings into the zone of the handle.
+  const msgpack::object_handle tree = msgpack::unpack(SampleBytes().data(), SampleBytes().size());
+  Keep(tree.get());
 }
-BENCHMARK(BytesToTree)->Unit(benchmark::kMillisecond);
-
-void BytesToMsgpackObject(benchmark::State& state) {
-  const std::string& bytes = SampleBytes();
-  for (auto _ : state) {
-    // Without a reference function it copies texts into the zone of the handle.
-    const msgpack::object_handle tree = msgpack::unpack(bytes.data(), bytes.size());
-    benchmark::DoNotOptimize(tree.get());
-  }
-  ReportBytes(state, bytes.size());
-}
-BENCHMARK(BytesToMsgpackObject)->Unit(benchmark::kMillisecond);
-
-const bool promised[] = {
-    CompareWithPeer("MessagePack to tree / msgpack-cxx, owned texts", "BytesToTree",
-                    "BytesToMsgpackObject", 1.5),
-    LimitCounter("MessagePack to tree: allocations", "BytesToTree", "allocations", 30),
-};
 
 }  // namespace
+
+void AddRows(Table& table) {
+  ConversionContext check(LootRegistry());
+  Require(Pack(Unpack(check, SampleBytes())) == SampleBytes(), "MessagePack was read wrongly");
+  table.Compare("MessagePack to tree", ReadTree, "msgpack-cxx, owned strings", ReadMsgpackCxx,
+                AtLeast(1.5));
+  table.Value("MessagePack to tree: allocations", Allocations(ReadTree), "", 30);
+}
+
 }  // namespace Kest::Bench

@@ -1,7 +1,6 @@
 // Publication: finding the one item of 10,000 that changed, beside a comparison of all items with
 // their published copies field by field; and the memory of store and snapshot beside that of the
 // items alone.
-#include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <string>
@@ -46,69 +45,66 @@ std::vector<Api::PlayerLoot> MakeItems() {
   return items;
 }
 
-void MarkedChange(benchmark::State& state) {
-  PlayerLootStore store;
-  store.Replace(MakeItems());
-  store.MarkPublished(store.FindChanges());
-  Api::PlayerLoot item = MakeItem(kItems / 2);
-  for (auto _ : state) {
-    ++item.count;
-    store.Put(item);
-    PlayerLootChanges changes = store.FindChanges();
-    if (changes.written.size() != 1) return state.SkipWithError("not found");
-    store.MarkPublished(std::move(changes));
-  }
-}
-BENCHMARK(MarkedChange);
-
-void FullComparison(benchmark::State& state) {
-  std::unordered_map<std::string, Api::PlayerLoot> current;
-  for (Api::PlayerLoot& item : MakeItems()) current.emplace(item.lootId, std::move(item));
-  std::unordered_map<std::string, Api::PlayerLoot> published = current;
-  Api::PlayerLoot item = MakeItem(kItems / 2);
-  for (auto _ : state) {
-    ++item.count;
-    current[item.lootId] = item;
-    size_t changes = 0;
-    for (const auto& [lootId, candidate] : current) {
-      Api::PlayerLoot& copy = published[lootId];
-      if (copy == candidate) continue;
-      copy = candidate;
-      ++changes;
-    }
-    if (changes != 1) return state.SkipWithError("not found");
-  }
-}
-BENCHMARK(FullComparison);
-
 size_t LiveBytes() {
   return mallinfo2().uordblks + mallinfo2().hblkhd;
 }
 
 // What holding the items costs after two publications, in multiples of a plain list of them.
-void StoreAndSnapshot(benchmark::State& state) {
-  double ratio = 0;
-  for (auto _ : state) {
-    const size_t atStart = LiveBytes();
-    std::vector<Api::PlayerLoot> items = MakeItems();
-    const size_t once = LiveBytes() - atStart;
-    PlayerLootStore store;
-    const size_t before = LiveBytes();
-    store.Replace(items);
-    store.MarkPublished(store.FindChanges());
-    items[0].count = 2;
-    store.Replace(items);
-    store.MarkPublished(store.FindChanges());
-    ratio = static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
-  }
-  state.counters["memory ratio"] = ratio;
+double MemoryRatio() {
+  const size_t atStart = LiveBytes();
+  std::vector<Api::PlayerLoot> items = MakeItems();
+  const size_t once = LiveBytes() - atStart;
+  PlayerLootStore store;
+  const size_t before = LiveBytes();
+  store.Replace(items);
+  store.MarkPublished(store.FindChanges());
+  items[0].count = 2;
+  store.Replace(items);
+  store.MarkPublished(store.FindChanges());
+  return static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
 }
-BENCHMARK(StoreAndSnapshot);
 
-[[maybe_unused]] const bool kCompared =
-    Bench::CompareWithPeer("one change in 10,000 items", "MarkedChange", "FullComparison", 20);
-[[maybe_unused]] const bool kLimited = Bench::LimitCounter("store and snapshot to items once",
-                                                           "StoreAndSnapshot", "memory ratio", 2.2);
+// How many items differ from their published copies, which follow.
+size_t CompareAll(const std::unordered_map<std::string, Api::PlayerLoot>& current,
+                  std::unordered_map<std::string, Api::PlayerLoot>* published) {
+  size_t changes = 0;
+  for (const auto& [lootId, candidate] : current) {
+    Api::PlayerLoot& copy = (*published)[lootId];
+    if (copy == candidate) continue;
+    copy = candidate;
+    ++changes;
+  }
+  return changes;
+}
+
+void AddRows(Bench::Table& table) {
+  PlayerLootStore store;
+  store.Replace(MakeItems());
+  store.MarkPublished(store.FindChanges());
+  std::unordered_map<std::string, Api::PlayerLoot> current;
+  for (Api::PlayerLoot& item : MakeItems()) current.emplace(item.lootId, std::move(item));
+  std::unordered_map<std::string, Api::PlayerLoot> published = current;
+  Api::PlayerLoot item = MakeItem(kItems / 2);
+  const auto findMarked = [&] {
+    ++item.count;
+    store.Put(item);
+    PlayerLootChanges changes = store.FindChanges();
+    Bench::Require(changes.written.size() == 1, "the change was not found");
+    store.MarkPublished(std::move(changes));
+  };
+  const auto compareAll = [&] {
+    ++item.count;
+    current[item.lootId] = item;
+    Bench::Require(CompareAll(current, &published) == 1, "the change was not found");
+  };
+  table.Compare("one change in 10,000 items found", findMarked, "comparison of all items",
+                compareAll, Bench::AtLeast(20));
+  table.Value("store and snapshot: memory", MemoryRatio(), "x the items", 2.2);
+}
 
 }  // namespace
 }  // namespace Kest::Client::Loot
+
+void Kest::Bench::AddRows(Table& table) {
+  Client::Loot::AddRows(table);
+}

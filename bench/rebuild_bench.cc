@@ -1,7 +1,5 @@
 // Rebuilding the inventory after a change of the definitions: the recipes are indexed again and
 // 10,000 items are made, each looked up in 2,000 recipes; beside a plain copy of the same items.
-#include <benchmark/benchmark.h>
-
 #include <string>
 #include <vector>
 
@@ -55,34 +53,21 @@ struct Inventory {
   LootDefinitions::Lists lists;
 };
 
-void RebuildItems(benchmark::State& state) {
-  Inventory inventory;
-  for (auto _ : state) inventory.Rebuild();
-  size_t offers = 0;
-  for (const auto& [lootId, item] : inventory.state.store.Snapshot()->playerLoot) {
-    offers += item->disenchantLootName.empty() ? 0 : 1;
-  }
-  if (inventory.state.store.Snapshot()->playerLoot.size() != kRecords || offers < kRecords / 2) {
-    state.SkipWithError("the recipes were not found");
-  }
-}
-BENCHMARK(RebuildItems)->Unit(benchmark::kMillisecond);
-
-void CopyItems(benchmark::State& state) {
-  Inventory inventory;
-  inventory.Rebuild();
-  std::unordered_map<std::string, Api::PlayerLoot> items;
-  for (const auto& [lootId, item] : inventory.state.store.Snapshot()->playerLoot)
-    items.emplace(lootId, *item);
-  for (auto _ : state) {
-    auto copy = items;
-    benchmark::DoNotOptimize(copy);
-  }
-}
-BENCHMARK(CopyItems)->Unit(benchmark::kMillisecond);
-
-[[maybe_unused]] const bool kCompared = Bench::CompareWithPeer(
-    "rebuild to copy, 10,000 items (0.20x: five copies)", "RebuildItems", "CopyItems", 0.2);
-
 }  // namespace
 }  // namespace Kest::Client::Loot
+
+void Kest::Bench::AddRows(Table& table) {
+  Client::Loot::Inventory inventory;
+  inventory.Rebuild();
+  std::unordered_map<std::string, PlayerLoot> items;
+  size_t offers = 0;
+  for (const auto& [lootId, item] : inventory.state.store.Snapshot()->playerLoot) {
+    items.emplace(lootId, *item);
+    offers += item->disenchantLootName.empty() ? 0 : 1;
+  }
+  Require(items.size() == Client::Loot::kRecords && offers >= items.size() / 2,
+          "the recipes were not found");
+  table.Compare(
+      "inventory of 10,000 items made again", [&] { inventory.Rebuild(); }, "copy of the items",
+      [&] { Keep(std::unordered_map(items)); }, AtMost(5));
+}

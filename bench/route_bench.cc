@@ -1,8 +1,6 @@
 // Finding the route of a request among the 24 endpoints of the loot back end: the route table
 // against a scan of compiled regular expressions. An iteration is one look-up; the endpoints are
 // asked for in turn.
-#include <benchmark/benchmark.h>
-
 #include <deque>
 #include <iterator>
 #include <regex>
@@ -63,34 +61,31 @@ constexpr size_t kCount = std::size(kEndpoints);
 
 // Asks `find(endpoint)` for one endpoint after the other, expecting its place in the list.
 template <typename Find>
-void LookUp(benchmark::State& state, Find find) {
-  size_t next = 0;
-  const AllocationScope allocations;
-  for (auto _ : state) {
-    if (find(kEndpoints[next]) != next) return state.SkipWithError("wrong route");
+auto LookUp(Find find) {
+  return [find, next = size_t{0}]() mutable {
+    Require(find(kEndpoints[next]) == next, "wrong route");
     if (++next == kCount) next = 0;
-  }
-  ReportAllocations(state, allocations);
+  };
 }
 
-void RouteTableFind(benchmark::State& state) {
+}  // namespace
+
+void AddRows(Table& table) {
   std::deque<RouteTemplate> routes;
-  RouteTable table;
-  for (const Endpoint& e : kEndpoints) table.Add(e.method, routes.emplace_back(e.text));
-  RouteCaptures captures;
-  LookUp(state, [&](const Endpoint& e) {
-    const auto found = table.Find(e.method, e.path, &captures);
-    benchmark::DoNotOptimize(captures);
-    return found.value_or(kCount);
-  });
-}
-void RegexScan(benchmark::State& state) {
+  RouteTable routeTable;
   std::vector<std::regex> patterns;
   for (const Endpoint& e : kEndpoints) {
-    patterns.emplace_back(RouteTemplate(e.text).Pattern(), std::regex::optimize);
+    routeTable.Add(e.method, routes.emplace_back(e.text));
+    patterns.emplace_back(routes.back().Pattern(), std::regex::optimize);
   }
+  RouteCaptures captures;
+  const auto find = LookUp([&](const Endpoint& e) {
+    const auto found = routeTable.Find(e.method, e.path, &captures);
+    Keep(captures);
+    return found.value_or(kCount);
+  });
   std::cmatch groups;
-  LookUp(state, [&](const Endpoint& e) {
+  const auto scan = LookUp([&](const Endpoint& e) {
     for (size_t i = 0; i < kCount; ++i) {
       if (kEndpoints[i].method == e.method && std::regex_match(e.path, groups, patterns[i])) {
         return i;
@@ -98,14 +93,8 @@ void RegexScan(benchmark::State& state) {
     }
     return kCount;
   });
+  table.Compare("route of a request, 24 endpoints", find, "scan of std::regex", scan, AtLeast(20));
+  table.Value("route of a request: allocations", Allocations(find), "", 0);
 }
-BENCHMARK(RouteTableFind);
-BENCHMARK(RegexScan);
 
-const bool kPromises =
-    LimitTime("route of a request", "RouteTableFind", 60) &&
-    LimitCounter("allocations of a look-up", "RouteTableFind", "allocations", 0) &&
-    CompareWithPeer("route of a request, beside std::regex", "RouteTableFind", "RegexScan", 20);
-
-}  // namespace
 }  // namespace Kest::Bench

@@ -1,7 +1,6 @@
 // Watched views: 1,500 shards, each with its list of recipes and its menu watched, and one recipe
 // of three slots that takes them all. What a publication costs when nothing has changed, when one
 // shard has, and what watching costs in memory.
-#include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <string>
@@ -78,31 +77,21 @@ struct Player {
   size_t watchedBytes = 0;
 };
 
-void NothingChanged(benchmark::State& state) {
-  Player player;
-  for (auto _ : state) {
-    state.PauseTiming();
-    player.inventory.Replace(player.records, player.definitions);  // a retrieval that is equal
-    state.ResumeTiming();
-    if (player.Publish() != 0) return state.SkipWithError("published");
-  }
-  state.counters["MB watched"] = static_cast<double>(player.watchedBytes) / 1e6;
-}
-BENCHMARK(NothingChanged)->Unit(benchmark::kMicrosecond);
-
-void OneShardChanged(benchmark::State& state) {
-  Player player;
-  for (auto _ : state) {
-    player.inventory.ApplyDelta(player.records[7], 1);
-    player.Publish();
-  }
-}
-BENCHMARK(OneShardChanged)->Unit(benchmark::kMicrosecond);
-
-[[maybe_unused]] const bool kTime =
-    Bench::LimitTime("views, nothing changed", "NothingChanged", 1e6);
-[[maybe_unused]] const bool kMemory =
-    Bench::LimitCounter("MB for all views", "NothingChanged", "MB watched", 5);
-
 }  // namespace
 }  // namespace Kest::Client::Loot
+
+void Kest::Bench::AddRows(Table& table) {
+  Client::Loot::Player player;
+  const auto retrieveTheSame = [&] {
+    player.inventory.Replace(player.records, player.definitions);
+  };
+  const auto publishNothing = [&] { Require(player.Publish() == 0, "published"); };
+  table.Time("watched views, nothing changed", Side::Prepared(retrieveTheSame, publishNothing),
+             1e6);
+  const auto changeOne = [&] {
+    player.inventory.ApplyDelta(player.records[7], 1);
+    player.Publish();
+  };
+  table.Time("watched views, one shard changed", changeOne, 25e6);
+  table.Value("watched views: memory", static_cast<double>(player.watchedBytes) / 1e6, " MB", 5);
+}

@@ -1,6 +1,5 @@
 // YAML text to a tree, against libyaml alone: what its parser takes to find the events of the same
 // text, which then go unused. One iteration reads the whole document.
-#include <benchmark/benchmark.h>
 #include <yaml.h>
 
 #include <string>
@@ -54,51 +53,35 @@ const std::string& Inventory() {
   return text;
 }
 
-void ReportBytes(benchmark::State& state) {
-  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(Inventory().size()));
+void ReadTree() {
+  ConversionContext context(LootRegistry());
+  const BindingProperty tree = ReadYaml(context, Inventory());
+  Require(context.Ok() && tree.FindMember("items")->Size() == kItems, "YAML was read wrongly");
+  Keep(tree);
 }
 
-void YamlToTree(benchmark::State& state) {
+void FindEvents() {
   const std::string& text = Inventory();
-  const AllocationScope scope;
-  for (auto _ : state) {
-    ConversionContext context(LootRegistry());
-    const BindingProperty tree = ReadYaml(context, text);
-    if (!context.Ok() || tree.FindMember("items")->Size() != kItems) {
-      return state.SkipWithError("the document was read wrongly");
-    }
-    benchmark::DoNotOptimize(tree);
+  yaml_parser_t parser;
+  yaml_parser_initialize(&parser);
+  yaml_parser_set_encoding(&parser, YAML_UTF8_ENCODING);
+  yaml_parser_set_input_string(&parser, reinterpret_cast<const unsigned char*>(text.data()),
+                               text.size());
+  yaml_event_t event;
+  bool isLast = false;
+  while (!isLast) {
+    Require(yaml_parser_parse(&parser, &event) != 0, "libyaml refuses the text");
+    isLast = event.type == YAML_STREAM_END_EVENT;
+    yaml_event_delete(&event);
   }
-  ReportAllocations(state, scope);
-  ReportBytes(state);
+  yaml_parser_delete(&parser);
 }
-BENCHMARK(YamlToTree)->Unit(benchmark::kMillisecond);
-
-void YamlToEvents(benchmark::State& state) {
-  const std::string& text = Inventory();
-  for (auto _ : state) {
-    yaml_parser_t parser;
-    yaml_parser_initialize(&parser);
-    yaml_parser_set_encoding(&parser, YAML_UTF8_ENCODING);
-    yaml_parser_set_input_string(&parser, reinterpret_cast<const unsigned char*>(text.data()),
-                                 text.size());
-    yaml_event_t event;
-    bool isLast = false;
-    while (!isLast) {
-      if (yaml_parser_parse(&parser, &event) == 0) return state.SkipWithError("parse error");
-      isLast = event.type == YAML_STREAM_END_EVENT;
-      yaml_event_delete(&event);
-    }
-    yaml_parser_delete(&parser);
-  }
-  ReportBytes(state);
-}
-BENCHMARK(YamlToEvents)->Unit(benchmark::kMillisecond);
-
-const bool promised[] = {
-    CompareWithPeer("YAML to tree / libyaml's events alone", "YamlToTree", "YamlToEvents", 0.9),
-    LimitCounter("YAML to tree: allocations", "YamlToTree", "allocations", 30),
-};
 
 }  // namespace
+
+void AddRows(Table& table) {
+  table.Compare("YAML to tree", ReadTree, "libyaml's events alone", FindEvents, AtLeast(0.9));
+  table.Value("YAML to tree: allocations", Allocations(ReadTree), "", 30);
+}
+
 }  // namespace Kest::Bench
