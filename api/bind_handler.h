@@ -7,10 +7,12 @@
 //   T                                      200 with the value
 //   Nothing, void                          204
 //   std::shared_ptr<const T>               the same as T, without a copy
+//   WithJson<any of these>                 the same, without writing the JSON
 //   Maybe<any of these but void>           the failure's status and message, else as above
 #pragma once
 
 #include <optional>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -23,6 +25,14 @@
 #include "binding/convert/native_type.h"
 
 namespace Kest {
+
+// A result whose JSON is known; where it is empty it is written. The JSON is borrowed until the
+// handler has returned and, without a wait, its response was made.
+template <typename T>
+struct WithJson {
+  T value;
+  std::string_view json;
+};
 
 namespace Handlers {
 
@@ -43,6 +53,8 @@ struct ResultOf {
 };
 template <typename T>
 struct ResultOf<Maybe<T>> : ResultOf<T> {};
+template <typename T>
+struct ResultOf<WithJson<T>> : ResultOf<T> {};
 template <>
 struct ResultOf<Nothing> {
   using Value = void;
@@ -89,8 +101,12 @@ inline Response ToResponse(const FunctionCall&, const Nothing&) {
   return response;
 }
 template <typename T>
-Response ToResponse(const FunctionCall& call, const T& value) {
-  return EncodeResult(call, {&value, NativeAccessor<T>(), StaticType::Name<T>()});
+Response ToResponse(const FunctionCall& call, const T& value, std::string_view json = {}) {
+  return EncodeResult(call, {&value, NativeAccessor<T>(), StaticType::Name<T>(), json});
+}
+template <typename T>
+Response ToResponse(const FunctionCall& call, const WithJson<T>& result) {
+  return ToResponse(call, result.value, result.json);
 }
 template <typename T>
 Response ToResponse(const FunctionCall& call, const Maybe<T>& result) {

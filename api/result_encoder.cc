@@ -30,7 +30,8 @@ Response EncodeResult(const FunctionCall& call, const NativeResult& result) {
   switch (ChooseResultFormat(call.accept)) {
     case ResultFormat::kJson:
       response.contentType = kContentTypeJson;
-      WriteBody<JsonWriter>(context, call, result, &response);
+      response.body = result.json;
+      if (result.json.empty()) WriteBody<JsonWriter>(context, call, result, &response);
       break;
     case ResultFormat::kMessagePack:
       response.contentType = kContentTypeMessagePack;

@@ -14,6 +14,7 @@ struct NativeResult {
   const void* value;
   const ValueAccessor& accessor;
   std::string_view typeName;  // full native name
+  std::string_view json;      // the value as JSON; empty: to be written
 };
 
 // 200 with the value in the encoding that fits `call.accept`, written straight from the native

@@ -45,6 +45,11 @@ std::vector<Api::PlayerLoot> MakeItems() {
   return items;
 }
 
+void MarkPublished(PlayerLootStore* store) {
+  PlayerLootChanges changes = store->FindChanges();
+  store->MarkPublished(&changes);
+}
+
 size_t LiveBytes() {
   return mallinfo2().uordblks + mallinfo2().hblkhd;
 }
@@ -57,10 +62,10 @@ double MemoryRatio() {
   PlayerLootStore store;
   const size_t before = LiveBytes();
   store.Replace(items);
-  store.MarkPublished(store.FindChanges());
+  MarkPublished(&store);
   items[0].count = 2;
   store.Replace(items);
-  store.MarkPublished(store.FindChanges());
+  MarkPublished(&store);
   return static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
 }
 
@@ -80,7 +85,7 @@ size_t CompareAll(const std::unordered_map<std::string, Api::PlayerLoot>& curren
 void AddRows(Bench::Table& table) {
   PlayerLootStore store;
   store.Replace(MakeItems());
-  store.MarkPublished(store.FindChanges());
+  MarkPublished(&store);
   std::unordered_map<std::string, Api::PlayerLoot> current;
   for (Api::PlayerLoot& item : MakeItems()) current.emplace(item.lootId, std::move(item));
   std::unordered_map<std::string, Api::PlayerLoot> published = current;
@@ -90,7 +95,7 @@ void AddRows(Bench::Table& table) {
     store.Put(item);
     PlayerLootChanges changes = store.FindChanges();
     Bench::Require(changes.written.size() == 1, "the change was not found");
-    store.MarkPublished(std::move(changes));
+    store.MarkPublished(&changes);
   };
   const auto compareAll = [&] {
     ++item.count;

@@ -57,7 +57,7 @@ struct Player {
     PlayerLootChanges changes = state.store.FindChanges();
     std::vector<PublicationStep> steps;
     WatchedViews::Draft draft = views.FindChanges(changes, &steps);
-    state.store.MarkPublished(std::move(changes));
+    state.store.MarkPublished(&changes);
     views.Keep(std::move(draft));
     return steps.size();
   }

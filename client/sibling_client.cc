@@ -46,9 +46,11 @@ void SiblingClient::Publish(const ResourceChange& change) noexcept {
   if (change.isConverted) host_.Publish(change.path, change.type, change.json);
 }
 
-void SiblingClient::LogUnpublished(std::string_view typeName, std::string_view path) const {
-  LogError("%s: Couldn't convert resource %s for event uri \"%s\"", pluginName_.c_str(),
-           std::string(typeName).c_str(), std::string(path).c_str());
+void SiblingClient::LogUnpublished(std::string_view typeName,
+                                   std::string_view path) const noexcept {
+  LogError("%s: Couldn't convert resource %.*s for event uri \"%.*s\"", pluginName_.c_str(),
+           static_cast<int>(typeName.size()), typeName.data(), static_cast<int>(path.size()),
+           path.data());
 }
 
 }  // namespace Kest::Client

@@ -132,10 +132,21 @@ class SiblingClient {
   }
   void Publish(const ResourceChange& change) noexcept;
 
+  // The same for a value of type T that is JSON already, which is lent for the call; without JSON
+  // it did not convert. Needs no memory.
+  template <class T>
+  void PublishJson(std::string_view path, ResourceEventType type, std::string_view json) noexcept {
+    if (json.empty()) return LogUnpublished(StaticType::Name<T>(), path);
+    host_.Publish(path, type, json);
+  }
+  void PublishDelete(std::string_view path) noexcept {
+    host_.Publish(path, ResourceEventType::kDelete, {});
+  }
+
  private:
   // Why the body cannot be read as JSON at all; empty when it can.
   static std::string_view WhyUnreadable(const Response& response);
-  void LogUnpublished(std::string_view typeName, std::string_view path) const;
+  void LogUnpublished(std::string_view typeName, std::string_view path) const noexcept;
 
   HostServices& host_;
   AppModule& module_;

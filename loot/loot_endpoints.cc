@@ -134,15 +134,21 @@ Maybe<std::vector<Api::PlayerLootPointer>> LootEndpoints::GetPlayerLoot() {
   });
 }
 
-Maybe<LootEndpoints::Items> LootEndpoints::GetPlayerLootMap() {
-  return ReadRetrieved([](const LootState& state) {
+Maybe<WithJson<LootEndpoints::Items>> LootEndpoints::GetPlayerLootMap() {
+  return ReadRetrieved([this](const LootState& state) {
     const ItemMap map = state.store.Snapshot();
-    return Items(map, &map->playerLoot);
+    const MapText* const text = targets_.publisher.PresentText();
+    return WithJson<Items>{Items(map, &map->playerLoot),
+                           text != nullptr ? text->Items() : std::string_view()};
   });
 }
 
-Maybe<LootEndpoints::ItemMap> LootEndpoints::GetPlayerLootMapV2() {
-  return ReadRetrieved([](const LootState& state) { return ItemMap(state.store.Snapshot()); });
+Maybe<WithJson<LootEndpoints::ItemMap>> LootEndpoints::GetPlayerLootMapV2() {
+  return ReadRetrieved([this](const LootState& state) {
+    const MapText* const text = targets_.publisher.PresentText();
+    return WithJson<ItemMap>{state.store.Snapshot(),
+                             text != nullptr ? text->Versioned() : std::string_view()};
+  });
 }
 
 Maybe<Api::PlayerLootPointer> LootEndpoints::GetPlayerLootById(const std::string& lootId) {

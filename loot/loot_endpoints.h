@@ -52,8 +52,8 @@ class LootEndpoints {
   auto ReadRetrieved(Read read) -> Maybe<decltype(read(std::declval<const LootState&>()))>;
 
   Maybe<std::vector<Api::PlayerLootPointer>> GetPlayerLoot();
-  Maybe<Items> GetPlayerLootMap();
-  Maybe<ItemMap> GetPlayerLootMapV2();
+  Maybe<WithJson<Items>> GetPlayerLootMap();
+  Maybe<WithJson<ItemMap>> GetPlayerLootMapV2();
   Maybe<Api::PlayerLootPointer> GetPlayerLootById(const std::string& lootId);
   Maybe<std::vector<std::string>> GetPlayerDisplayCategories();
   Maybe<std::vector<Api::LootItem>> GetLootItems();

@@ -3,13 +3,16 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "loot/calls/chest_notices.h"
 #include "loot/calls/forward.h"
 #include "loot/calls/publication_step.h"
+#include "loot/calls/watched_views.h"
 #include "loot/model/loot_definitions.h"
+#include "loot/state/map_text.h"
 #include "loot/state/player_loot_store.h"
 
 namespace Kest::Client::Loot {
@@ -39,16 +42,39 @@ class LootPublisher {
   // follows when this one is complete.
   void Publish();
 
+  // The JSON of the maps as they are now; null when it has to be written. Valid until the next
+  // publication, which a wait may bring.
+  const MapText* PresentText() const;
+
  private:
   using Steps = std::vector<PublicationStep>;
 
+  // All that is made before the first event leaves.
+  struct Publication {
+    explicit Publication(const ChestNotices& published) : notices(published) {}
+
+    PlayerLootChanges changes;
+    ItemTexts texts;                    // of the written items
+    std::optional<MapText::Draft> map;  // nothing: it stays
+    ChestNotices::Draft notices;
+    Steps noticeSteps;
+    std::vector<size_t> noticeItems;  // by step: the written item that it follows
+    std::string path;                 // has the capacity for each item's
+    std::vector<std::string> categories;
+    WatchedViews::Draft views;
+    Steps steps;  // after the maps
+  };
+
   void PublishOnce();
-  void AddItems(const PlayerLootChanges& changes, ChestNotices::Draft* notices, Steps* steps) const;
-  void AddMaps(Steps* steps) const;
+  void Prepare(Publication* next);
+  void Commit(Publication* next) noexcept;
+  void Send(Publication& sent) noexcept;
+  void SendStep(const PublicationStep& step) noexcept;
 
   AppModule& module_;
   SiblingClient& client_;
   const Sources sources_;
+  MapText text_;
   std::vector<std::string> publishedCategories_;
   uint64_t publications_ = 0;
   bool isPublishing_ = false;

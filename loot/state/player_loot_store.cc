@@ -109,13 +109,13 @@ PlayerLootChanges PlayerLootStore::FindChanges() {
   return changes;
 }
 
-void PlayerLootStore::MarkPublished(PlayerLootChanges changes) noexcept {
-  for (const auto& [item, isCreated] : changes.written) {
+void PlayerLootStore::MarkPublished(PlayerLootChanges* changes) noexcept {
+  for (const auto& [item, isCreated] : changes->written) {
     if (!isCreated) published_.find(item->lootId)->second = item;
   }
-  published_.merge(changes.created);
-  for (const Api::PlayerLootPointer& item : changes.removed) published_.erase(item->lootId);
-  if (changes.Any()) ++current_->version;
+  published_.merge(changes->created);
+  for (const Api::PlayerLootPointer& item : changes->removed) published_.erase(item->lootId);
+  if (changes->Any()) ++current_->version;
   Ids().swap(touched_);
 }
 

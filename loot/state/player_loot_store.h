@@ -26,7 +26,7 @@ struct PlayerLootChanges {
   };
   std::vector<Written> written;                 // in the store's order
   std::vector<Api::PlayerLootPointer> removed;  // as last published, by rising id
-  Api::PlayerLootItems created;                 // those of `written`, to be moved into the store
+  Api::PlayerLootItems created;                 // those of `written`, which MarkPublished takes
 
   bool Any() const { return !written.empty() || !removed.empty(); }
 };
@@ -61,7 +61,7 @@ class PlayerLootStore {
   bool HasChanges() const { return !touched_.empty(); }
   // Marks them as published, and increments the version if there are any. REQUIRES: they were
   // found last, and the store has not changed since.
-  void MarkPublished(PlayerLootChanges changes) noexcept;
+  void MarkPublished(PlayerLootChanges* changes) noexcept;
 
  private:
   const Api::PlayerLootItems& items() const { return current_->playerLoot; }

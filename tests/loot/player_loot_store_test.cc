@@ -25,7 +25,7 @@ std::vector<std::string> Taken(PlayerLootStore* store) {
   }
   for (const auto& item : changes.removed) texts.push_back("-" + item->lootId);
   EXPECT_EQ(changes.Any(), !texts.empty());
-  store->MarkPublished(std::move(changes));
+  store->MarkPublished(&changes);
   return texts;
 }
 

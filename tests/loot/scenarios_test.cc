@@ -19,7 +19,8 @@ constexpr const char* kRecipes = "/tav-loot/v1/recipes/initial-item/CHEST_plain"
 // By loot name and reference id; a count of 0 is not held.
 using Counts = std::map<std::pair<std::string, std::string>, int>;
 
-std::string Records(const Counts& counts) {
+template <class Entries>
+std::string Records(const Entries& counts) {
   std::string json;
   for (const auto& [key, count] : counts) {
     json += (json.empty() ? "[" : ",") + std::string(R"({"lootName":")") + key.first +
@@ -84,6 +85,12 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
     if (reply.status != 200) return;
     Apply(added, 1, &held_);
     Apply(removed, -1, &held_);
+  }
+  // The same inventory in another order, after it came in its own.
+  void RetrieveReversed() {
+    host_.Post("/tav-loot/v1/refresh?force=true");
+    playerLoot_ = Records(std::vector<Counts::value_type>(service_.rbegin(), service_.rend()));
+    host_.Post("/tav-loot/v1/refresh?force=true");
   }
   void Configure() {
     const int which = Draw(2);
@@ -150,6 +157,7 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
         [this] { ChangePhase(); },
         [this] { TouchGrants(); },
         [this] { Craft(); },
+        [this] { RetrieveReversed(); },
     };
     kMoves[Draw(std::size(kMoves))]();
   }
@@ -199,9 +207,21 @@ class ScenarioTest : public LootPluginTest, public ::testing::WithParamInterface
     EXPECT_TRUE(before == known_.end() || *before->second != item) << "published twice";
     known_[lootId] = std::make_shared<const Api::PlayerLoot>(item);
   }
+  // The maps, whose JSON is kept, have the order of the list, which is always written.
+  void CompareOrder() {
+    std::string items = "{";
+    for (const auto& item :
+         Parse<std::vector<Api::PlayerLoot>>(host_.Get("/tav-loot/v1/player-loot").body)) {
+      items += (items.size() > 1 ? ",\"" : "\"") + item.lootId + "\":";
+      ConversionContext context;
+      WriteJsonValue(context, item, &items);
+    }
+    EXPECT_EQ(host_.Get("/tav-loot/v1/player-loot-map").body, items + "}");
+  }
   void CompareWithResponses() {
     const bool enabled = enabled_[0] && enabled_[1];
     ExpectMap(host_.Get(kLootMap).body);
+    CompareOrder();
     for (auto& [path, json] : published_) {
       const std::string body = host_.Get(path).body;
       // A view is followed from its first read on that finds an item or a recipe.

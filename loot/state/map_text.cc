@@ -1,0 +1,211 @@
+#include "loot/state/map_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <functional>
+#include <utility>
+
+#include "binding/json/json_adapter.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+constexpr std::string_view kBeforeVersion = "{\"version\":";
+constexpr std::string_view kAfterVersion = ",\"playerLoot\":";
+constexpr size_t kMaxVersion = 20;
+
+// Finds the texts of items that come mostly in the order of the texts.
+class TextFinder {
+ public:
+  explicit TextFinder(const std::vector<MemberText>& texts) : texts_(texts) {}
+
+  // Looks at the few that come next.
+  const MemberText* FindNext(const Api::PlayerLoot* item) {
+    const size_t end = std::min(next_ + kProbes, texts_.size());
+    for (size_t i = next_; i < end; ++i) {
+      if (texts_[i].item == item) return Found(i);
+    }
+    return nullptr;
+  }
+  // Looks at all.
+  const MemberText* Find(const Api::PlayerLoot* item) {
+    if (byItem_.empty()) Sort();
+    const auto itemOf = [this](size_t i) { return texts_[i].item; };
+    const auto found = std::ranges::lower_bound(byItem_, item, std::less<>(), itemOf);
+    return found != byItem_.end() && itemOf(*found) == item ? Found(*found) : nullptr;
+  }
+
+ private:
+  static constexpr size_t kProbes = 8;
+
+  const MemberText* Found(size_t i) {
+    next_ = i + 1;
+    return &texts_[i];
+  }
+  void Sort() {
+    byItem_.resize(texts_.size());
+    for (size_t i = 0; i < texts_.size(); ++i) byItem_[i] = i;
+    std::ranges::sort(byItem_, std::less<>(), [this](size_t i) { return texts_[i].item; });
+  }
+
+  const std::vector<MemberText>& texts_;
+  size_t next_ = 0;
+  std::vector<size_t> byItem_;  // places in `texts_`; empty until it is needed
+};
+
+// The members lie at `text` one after the other, with a comma between.
+void SetTexts(std::span<MemberText> members, const char* text) {
+  for (MemberText& member : members) {
+    member.text = text;
+    text += member.size + 1;
+  }
+}
+
+}  // namespace
+
+void ItemTexts::Add(std::span<const Api::PlayerLootPointer> items) {
+  std::string text;
+  std::vector<MemberText> added;
+  added.reserve(items.size());
+  for (const Api::PlayerLootPointer& item : items) {
+    const size_t start = text.size();
+    if (start != 0) text += ',';
+    const size_t nameAt = text.size();
+    ConversionContext context;
+    WriteJsonValue(context, item->lootId, &text);
+    text += ':';
+    const size_t valueAt = text.size();
+    WriteJsonValue(context, *item, &text);
+    if (context.Ok()) {
+      added.push_back({item.get(), nullptr, text.size() - nameAt, valueAt - nameAt});
+    } else {
+      text.resize(start);
+    }
+  }
+  items_.reserve(items_.size() + items.size());
+  members_.reserve(members_.size() + added.size());
+  SetTexts(added, texts_.emplace_back(std::move(text)).data());
+  items_.insert(items_.end(), items.begin(), items.end());
+  members_.insert(members_.end(), added.begin(), added.end());
+}
+
+void MapText::Draft::Append(const MemberText& member, bool isKept) {
+  const size_t to = size + 1;  // after a brace or a comma
+  members.push_back(member);
+  size = to + member.size;
+  if (!runs.empty()) {
+    Run& last = runs.back();
+    const char* const end = last.from + last.size;
+    if (member.text == end + 1 && *end == ',') {
+      last.size += 1 + member.size;
+      return;
+    }
+  }
+  runs.push_back({member.text, to, member.size, isKept});
+  if (!isKept) return;
+  isInOrder = isInOrder && (lastKept == nullptr || lastKept < member.text);
+  lastKept = member.text;
+}
+
+MapText::Draft MapText::Prepare(const Api::PlayerLootItems& items, const ItemTexts& made) const {
+  Draft draft;
+  draft.members.reserve(items.size());
+  TextFinder kept(members_);
+  TextFinder added(made.Members());
+  for (const auto& [lootId, item] : items) {
+    const MemberText* member = kept.FindNext(item.get());
+    bool isKept = member != nullptr;
+    if (member == nullptr) member = added.FindNext(item.get());
+    if (member == nullptr) member = added.Find(item.get());
+    if (member == nullptr) {
+      member = kept.Find(item.get());
+      isKept = true;
+    }
+    if (member == nullptr) return {};
+    draft.Append(*member, isKept);
+  }
+  draft.isMade = true;
+  draft.size = std::max<size_t>(draft.size, 1) + 1;
+  const size_t bytes = kFront + draft.size + 1;
+  const bool isInPlace = draft.isInOrder && bytes <= capacity_ && capacity_ / 2 <= bytes;
+  if (!isInPlace) {
+    draft.capacity = bytes + bytes / 32;
+    draft.buffer = std::make_unique_for_overwrite<char[]>(draft.capacity);
+    for (const Draft::Run& run : draft.runs) {
+      std::memcpy(draft.buffer.get() + kFront + run.to, run.from, run.size);
+    }
+  }
+  SetTexts(draft.members, (isInPlace ? buffer_ : draft.buffer).get() + kFront + 1);
+  return draft;
+}
+
+void MapText::Keep(Draft draft, int64_t version) noexcept {
+  if (!draft.isMade) {
+    *this = MapText();
+    return;
+  }
+  if (draft.buffer != nullptr) {
+    buffer_.swap(draft.buffer);
+    capacity_ = draft.capacity;
+  } else {
+    MoveInPlace(draft.runs);
+  }
+  isMade_ = true;
+  members_.swap(draft.members);
+  size_ = draft.size;
+  char* const map = buffer_.get() + kFront;
+  for (const Draft::Run& run : draft.runs) map[run.to - 1] = ',';
+  map[0] = '{';
+  map[size_ - 1] = '}';
+  map[size_] = '}';
+  WriteVersion(version);
+}
+
+// Of the runs that were in the buffer, those that move back never meet those that move forward:
+// their order stays.
+void MapText::MoveInPlace(const std::vector<Draft::Run>& runs) noexcept {
+  char* const map = buffer_.get() + kFront;
+  for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
+    if (run->isKept && run->from < map + run->to) std::memmove(map + run->to, run->from, run->size);
+  }
+  for (const Draft::Run& run : runs) {
+    if (run.isKept && map + run.to < run.from) std::memmove(map + run.to, run.from, run.size);
+  }
+  for (const Draft::Run& run : runs) {
+    if (!run.isKept) std::memcpy(map + run.to, run.from, run.size);
+  }
+}
+
+// Its digits end where the rest begins, so that a longer version moves nothing.
+void MapText::WriteVersion(int64_t version) noexcept {
+  char digits[kMaxVersion];
+  const char* const end = std::to_chars(digits, digits + kMaxVersion, version).ptr;
+  char* to = buffer_.get() + kFront;
+  for (const std::string_view part :
+       {kAfterVersion, std::string_view(digits, static_cast<size_t>(end - digits)),
+        kBeforeVersion}) {
+    to -= part.size();
+    std::memcpy(to, part.data(), part.size());
+  }
+  versionedAt_ = static_cast<size_t>(to - buffer_.get());
+}
+
+std::string_view MapText::Items() const {
+  return isMade_ ? std::string_view(buffer_.get() + kFront, size_) : std::string_view();
+}
+
+std::string_view MapText::Versioned() const {
+  if (!isMade_) return {};
+  return {buffer_.get() + versionedAt_, kFront - versionedAt_ + size_ + 1};
+}
+
+std::string_view MapText::Item(const Api::PlayerLoot& item, size_t* place) const {
+  while (*place < members_.size()) {
+    const MemberText& member = members_[(*place)++];
+    if (member.item == &item) return member.Value();
+  }
+  return {};
+}
+
+}  // namespace Kest::Client::Loot

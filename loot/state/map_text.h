@@ -1,0 +1,106 @@
+// MapText keeps the JSON of the inventory as it was last published, so that publishing it again and
+// returning it cost a memory copy at most: one text of the versioned map, of which that of the map
+// without a version is a part, and of that the text of each item.
+//
+//   ItemTexts made;
+//   made.Add(changedItems);
+//   MapText::Draft draft = text.Prepare(items, made);   // may throw; nothing has changed then
+//   text.Keep(std::move(draft), version);               // cannot fail
+//
+// Threads:  module tasks only.
+// Lifetime: what it returns is valid until the next Keep. Items are known by their address: those
+// of
+//           the last Keep are alive until the next Prepare has returned.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "loot/wire/loot_resources.h"
+
+namespace Kest::Client::Loot {
+
+// The member of an item in the JSON of a map: "\"id\":{..}".
+struct MemberText {
+  const Api::PlayerLoot* item = nullptr;
+  const char* text = nullptr;
+  size_t size = 0;
+  size_t valueAt = 0;  // where the item's own JSON begins
+
+  std::string_view Value() const { return {text + valueAt, size - valueAt}; }
+};
+
+// The members of items that are to become part of the map. It shares the items.
+class ItemTexts {
+ public:
+  // Writes the members of `items`. One that does not convert is left out. When memory runs out,
+  // none is added.
+  void Add(std::span<const Api::PlayerLootPointer> items);
+
+  const std::vector<MemberText>& Members() const { return members_; }
+
+ private:
+  std::vector<Api::PlayerLootPointer> items_;
+  std::deque<std::string> texts_;  // one of each Add: its members with commas between
+  std::vector<MemberText> members_;
+};
+
+class MapText {
+ public:
+  // The text as Keep will leave it. Where the present buffer can hold it, its bytes move only then.
+  class Draft {
+    friend class MapText;
+    // Members one after the other, with commas between.
+    struct Run {
+      const char* from;
+      size_t to;  // in the map
+      size_t size;
+      bool isKept;  // from the present text
+    };
+
+    void Append(const MemberText& member, bool isKept);
+
+    bool isMade = false;
+    std::vector<MemberText> members;
+    std::vector<Run> runs;  // by rising `to`
+    size_t size = 0;        // of the map
+    const char* lastKept = nullptr;
+    bool isInOrder = true;           // what is kept
+    std::unique_ptr<char[]> buffer;  // null: the present one
+    size_t capacity = 0;
+  };
+
+  // The text of all `items` in their order: of those in `made` as it is there, of the others as it
+  // was. When an item has no text, the draft is that of no text.
+  Draft Prepare(const Api::PlayerLootItems& items, const ItemTexts& made) const;
+  // REQUIRES: `draft` was prepared last, and the texts it was made of are alive.
+  void Keep(Draft draft, int64_t version) noexcept;
+
+  // {"id":{..},..}
+  std::string_view Items() const;
+  // {"version":1,"playerLoot":{"id":{..},..}}
+  std::string_view Versioned() const;
+  // An item's JSON. It is looked for from `*place` on, which then is after it.
+  std::string_view Item(const Api::PlayerLoot& item, size_t* place) const;
+
+ private:
+  void MoveInPlace(const std::vector<Draft::Run>& runs) noexcept;
+  void WriteVersion(int64_t version) noexcept;
+
+  static constexpr size_t kFront = 64;  // holds the version and what is around it
+
+  bool isMade_ = false;              // without a text, all that is returned is empty
+  std::vector<MemberText> members_;  // in the order of the text
+  std::unique_ptr<char[]> buffer_;   // the map begins at kFront
+  size_t capacity_ = 0;
+  size_t size_ = 0;         // of the map
+  size_t versionedAt_ = 0;  // where the versioned map begins
+};
+
+}  // namespace Kest::Client::Loot

@@ -1,0 +1,101 @@
+#include "loot/state/map_text.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "binding/json/json_adapter.h"
+#include "loot/state/player_loot_store.h"
+#include "loot/wire/register_resources.h"
+
+namespace Kest::Client::Loot {
+namespace {
+
+template <class T>
+std::string Written(const T& value) {
+  ConversionContext context;
+  std::string json;
+  WriteJsonValue(context, value, &json);
+  EXPECT_TRUE(context.Ok()) << context.ErrorMessage();
+  return json;
+}
+
+// A store and its text, with changes drawn from a fixed seed.
+class MapTextTest : public ::testing::Test {
+ protected:
+  MapTextTest() { Api::RegisterLootResources(TypeRegistry::Process()); }
+
+  size_t Below(size_t end) { return random_() % end; }
+
+  // Of few ids, so that items come again; their texts are often as long as before.
+  Api::PlayerLoot AnyItem() {
+    Api::PlayerLoot item;
+    item.lootId = "item \"" + std::to_string(Below(60)) + "\"";
+    item.count = static_cast<int32_t>(Below(Below(3) == 0 ? 100'000 : 10));
+    item.tags = std::string(Below(20) == 0 ? Below(3'000) : 3, 'x');
+    return item;
+  }
+  void ChangeAny() {
+    switch (Below(12)) {
+      case 0:
+        return store_.Replace(std::vector<Api::PlayerLoot>(Below(2) * Below(70), AnyItem()));
+      case 1: {
+        std::vector<Api::PlayerLoot> items(Below(70));
+        for (Api::PlayerLoot& item : items) item = AnyItem();
+        return store_.Replace(items);
+      }
+      case 2:  // the same in another order
+        return ReplaceReversed();
+      case 3:
+        return store_.EditAll([this](Api::PlayerLoot& item) { item.isNew = Below(4) == 0; });
+      case 4:
+      case 5:
+      case 6:
+        return store_.Remove(AnyItem().lootId);
+      default:
+        return store_.Put(AnyItem());
+    }
+  }
+  void ReplaceReversed() {
+    std::vector<Api::PlayerLoot> items;
+    for (const auto& [lootId, item] : store_.Snapshot()->playerLoot) items.push_back(*item);
+    store_.Replace({items.rbegin(), items.rend()});
+  }
+  // As a publication does it, with the texts made in `parts` parts.
+  PlayerLootChanges Publish(size_t parts) {
+    PlayerLootChanges changes = store_.FindChanges();
+    if (!store_.HasChanges()) return changes;
+    std::vector<std::vector<Api::PlayerLootPointer>> items(parts);
+    for (const auto& [item, created] : changes.written) items[Below(parts)].push_back(item);
+    ItemTexts made;
+    for (const auto& part : items) made.Add(part);
+    MapText::Draft draft = text_.Prepare(store_.Snapshot()->playerLoot, made);
+    store_.MarkPublished(&changes);
+    text_.Keep(std::move(draft), store_.Snapshot()->version);
+    return changes;
+  }
+
+  std::mt19937 random_{301};
+  PlayerLootStore store_;
+  MapText text_;
+};
+
+TEST_F(MapTextTest, IsAlwaysWhatWritingTheStoreGives) {
+  store_.Put(AnyItem());
+  for (int round = 0; round < 1'500; ++round) {
+    SCOPED_TRACE(round);
+    for (size_t change = Below(6); change > 0; --change) ChangeAny();
+    const PlayerLootChanges changes = Publish(1 + Below(3));
+    const auto store = store_.Snapshot();
+    ASSERT_EQ(text_.Items(), Written(store->playerLoot));
+    ASSERT_EQ(text_.Versioned(), Written(*store));
+    size_t place = 0;
+    for (const auto& [item, created] : changes.written) {
+      ASSERT_EQ(text_.Item(*item, &place), Written(*item));
+    }
+  }
+  EXPECT_GT(store_.Snapshot()->version, 1'000);
+}
+
+}  // namespace
+}  // namespace Kest::Client::Loot
