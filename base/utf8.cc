@@ -1,6 +1,5 @@
 #include "base/utf8.h"
 
-#include <cstdint>
 #include <cstring>
 
 namespace Kest {
@@ -34,6 +33,19 @@ size_t Utf8CharacterSize(std::string_view text) {
     if (!IsTail(text[i])) return 0;
   }
   return size;
+}
+
+char* WriteUtf8(uint32_t character, char* to) {
+  if (character < 0x80) {
+    *to = static_cast<char>(character);
+    return to + 1;
+  }
+  const int tails = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+  const uint32_t lead = 0xf00u >> (tails + 1);  // in its low byte one bit for each byte to come
+  *to++ = static_cast<char>(lead | character >> (6 * tails));
+  for (int i = tails - 1; i >= 0; --i)
+    *to++ = static_cast<char>(0x80 | (character >> (6 * i) & 0x3f));
+  return to;
 }
 
 bool IsValidUtf8(std::string_view text) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,10 @@ namespace Kest {
 // Bytes of the character at the front of `text`, 0 when it is malformed or cut.
 // REQUIRES: `text` is not empty.
 size_t Utf8CharacterSize(std::string_view text);
+
+// Writes the character of that number, up to four bytes; returns what follows it.
+// REQUIRES: at most U+10FFFF, and no surrogate.
+char* WriteUtf8(uint32_t character, char* to);
 
 bool IsValidUtf8(std::string_view text);
 

@@ -6,6 +6,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace Kest {
 
 inline constexpr uint64_t kEachByte = 0x0101010101010101ull;
@@ -48,6 +52,37 @@ inline uint64_t EscapeMask(uint64_t word) {
 inline size_t IndexOfFirstSetByte(uint64_t marks) {
   return static_cast<size_t>(std::countr_zero(marks)) / 8;
 }
+
+#if defined(__SSE2__)
+inline constexpr size_t kPlainBlock = 32;
+
+// Copies 16 bytes, and marks those that do not stand for themselves, the first in the lowest bit.
+inline uint64_t CopyMarked(const char* from, char* to) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
+  const __m128i quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+  const __m128i slashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+  const __m128i others = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));  // non-ASCII ones are negative
+  const __m128i marks = _mm_or_si128(_mm_or_si128(quotes, slashes), others);
+  return static_cast<uint32_t>(_mm_movemask_epi8(marks));
+}
+
+// Copies kPlainBlock bytes. Returns how many at their front stand for themselves, in the sense of
+// EscapeMask. Most strings of a document fit in one such step.
+inline size_t CopyPlainBlock(const char* from, char* to) {
+  const uint64_t marks = CopyMarked(from, to) | CopyMarked(from + 16, to + 16) << 16;
+  return static_cast<size_t>(std::countr_zero(marks | uint64_t{1} << kPlainBlock));
+}
+#else
+inline constexpr size_t kPlainBlock = 8;
+
+inline size_t CopyPlainBlock(const char* from, char* to) {
+  const uint64_t word = LoadWord(from);
+  std::memcpy(to, &word, sizeof(word));
+  const uint64_t marks = EscapeMask(word);
+  return marks != 0 ? IndexOfFirstSetByte(marks) : kPlainBlock;
+}
+#endif
 
 // As memcmp == 0, for the short texts that names are.
 inline bool EqualBytes(const char* left, const char* right, size_t size) {

@@ -19,6 +19,9 @@ void CheckTokenLoad(std::string_view input);
 void CheckTreeEdits(std::string_view input);
 void CheckYamlRead(std::string_view input);
 
+// The part of CheckJsonRead that is about the fast pass alone; false: it gave up.
+bool CheckJsonScan(std::string_view text);
+
 struct Property {
   std::string_view name;  // of its fuzzer, and of the folder of its seeds in fuzz/corpus/
   void (*check)(std::string_view input);

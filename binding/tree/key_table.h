@@ -29,6 +29,18 @@ class KeyTable {
     }
     return TryFind(name, isStored, arena, number);
   }
+  // The name that is expected next; empty before there is any.
+  std::string_view Expected() const {
+    if (entries_.empty()) return {};
+    const Entry& entry = entries_[entries_[previous_].next[place_]];
+    return {entry.chars, entry.size};
+  }
+  // Takes it. REQUIRES: there is one.
+  uint32_t TakeExpected() {
+    const uint32_t number = entries_[previous_].next[place_];
+    MoveCursor(number, kPastEntry);
+    return number;
+  }
   void Refund(Arena& arena) { arena.Refund(std::exchange(chargedBytes_, 0)); }
   const MemberKey& Key(uint32_t number) const { return *entries_[number].key; }
 

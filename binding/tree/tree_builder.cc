@@ -49,13 +49,13 @@ bool TreeBuilder::Repeat(TreeNodes::Bits value, size_t values) {
   return true;
 }
 
-bool TreeBuilder::Begin() {
+bool TreeBuilder::Begin(bool isStructure) {
   if (!arena_->TryChargeValues(1)) return false;
   if (children_.capacity() == 0) {
     children_.reserve(kFirstChildren);
     open_.reserve(kFirstDepth);
   }
-  open_.emplace_back(children_.size(), key_);
+  open_.emplace_back(children_.size(), key_, isStructure);
   keys_.MoveCursor(key_, KeyTable::kOnEntry);
   return true;
 }

@@ -36,10 +36,10 @@ class TreeBuilder final : public ValueWriter {
   bool Enum(const TypeRecord& type, int32_t value) override {
     return Add(TreeNodes::Enum(type, value));
   }
-  bool BeginStructure(size_t) override { return Begin(); }
+  bool BeginStructure(size_t) override { return Begin(/*isStructure=*/true); }
   bool Member(std::string_view name) override { return SetKey(name, /*isStored=*/false); }
   bool EndStructure() override;
-  bool BeginCollection(size_t) override { return Begin(); }
+  bool BeginCollection(size_t) override { return Begin(/*isStructure=*/false); }
   bool EndCollection() override;
   std::string_view ErrorMessage() const override;
 
@@ -54,6 +54,15 @@ class TreeBuilder final : public ValueWriter {
                                {reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
   }
   bool StoredMember(std::string_view name) { return SetKey(name, /*isStored=*/true); }
+
+  // The name of the last member that came where one is due now, which is likely to come again;
+  // empty when there is none. MemberAsExpected is as Member with it.
+  std::string_view ExpectedMember() const { return keys_.Expected(); }
+  void MemberAsExpected() { key_ = keys_.TakeExpected(); }
+
+  // Whether all that was begun has ended, and else, what the innermost container is.
+  bool IsComplete() const { return open_.empty(); }
+  bool IsInStructure() const { return open_.back().isStructure; }
 
   // The value that was finished last. REQUIRES: nothing was begun or ended since.
   TreeNodes::Bits LastValue() const { return children_.back().bits; }
@@ -72,10 +81,11 @@ class TreeBuilder final : public ValueWriter {
     uint32_t key = 0;  // in keys_; of an element: any
   };
   struct Container {
-    Container(size_t firstChild, uint32_t ownKey)
-        : first(static_cast<uint32_t>(firstChild)), key(ownKey) {}
+    Container(size_t firstChild, uint32_t ownKey, bool structure)
+        : first(static_cast<uint32_t>(firstChild)), key(ownKey), isStructure(structure) {}
     uint32_t first;  // of its children in children_; kMaxTreeValues bounds them
     uint32_t key;    // its own name
+    bool isStructure;
   };
 
   bool Add(TreeNodes::Bits bits) {
@@ -83,7 +93,7 @@ class TreeBuilder final : public ValueWriter {
     children_.emplace_back(bits, key_);
     return true;
   }
-  bool Begin();
+  bool Begin(bool isStructure);
   void End(TreeNodes::Bits bits);
   bool SetKey(std::string_view name, bool isStored) {
     return keys_.TryIntern(name, isStored, *arena_, &key_);
