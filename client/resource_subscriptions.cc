@@ -15,7 +15,7 @@ namespace Kest::Client {
 
 namespace {
 
-// What is lost this often in a row is asked for again only when another event has been read.
+// What is lost this often in a row is asked for again only when something else has been read.
 constexpr int kMostLossesInARow = 8;
 
 bool IsPattern(std::string_view url) {
@@ -94,7 +94,7 @@ void ResourceSubscriptions::OnEvent(const std::string& name, std::string_view bo
   if (isLost && body.find("\"Delete\"") != std::string_view::npos) {
     RunAtBoundary([&] { DeliverDelete(name); }, lose);
   }
-  if (!isLost && std::exchange(hasGivenUp_, false)) AskAgainForAll();
+  if (!isLost) AskAgainForLost();
   const auto event = events_.find(name);
   if (event == events_.end()) return;
   event->second.lossesInARow = isLost ? event->second.lossesInARow + 1 : 0;
@@ -103,7 +103,8 @@ void ResourceSubscriptions::OnEvent(const std::string& name, std::string_view bo
   if (event->second.lossesInARow <= kMostLossesInARow) host_.Resubscribe(name);
 }
 
-void ResourceSubscriptions::AskAgainForAll() noexcept {
+void ResourceSubscriptions::AskAgainForLost() noexcept {
+  if (!std::exchange(hasGivenUp_, false)) return;
   for (auto& [name, event] : events_) {
     if (event.lossesInARow <= kMostLossesInARow) continue;
     event.lossesInARow = 0;

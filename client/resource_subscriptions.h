@@ -6,7 +6,8 @@
 //
 // An event that is lost because reading or handling it throws (memory ran out) is asked for again:
 // the host then sends the resource's present value. A handler may therefore see a value twice, and
-// a Delete before the value that follows it.
+// a Delete before the value that follows it. One that is lost several times in a row is asked for
+// again when something else could be read.
 //
 // Threads: module tasks only. Handlers may subscribe and unsubscribe; one that is removed while its
 //          event is under way is not called any more.
@@ -45,6 +46,9 @@ class ResourceSubscriptions {
   // Removes the handler added last for the url.
   // Needs no memory.
   void Remove(std::string_view url) noexcept;
+  // Memory suffices again: asks for the events that were lost too often in a row. Mostly there is
+  // none.
+  void AskAgainForLost() noexcept;
 
  private:
   struct Entry {
@@ -62,8 +66,6 @@ class ResourceSubscriptions {
   void OnEvent(const std::string& name, std::string_view body) noexcept;
   void Deliver(const std::string& name, std::string_view body);
   void DeliverDelete(const std::string& name);
-  // Of those that were lost too often in a row.
-  void AskAgainForAll() noexcept;
   // The handlers that an event of this name concerns.
   EntryList HandlersOf(const std::string& name, std::string_view uri) const;
 

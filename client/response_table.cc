@@ -68,35 +68,38 @@ size_t ResponseTable::Buffered::Bytes() const {
 // ---- Requests -----------------------------------------------------------------------------------
 
 ResponseTable::Sending::Sending(ResponseTable& table, std::string methodKey)
-    : table_(table), methodKey_(std::move(methodKey)), ok_(table.BeginSending(methodKey_)) {}
+    : table_(table),
+      methodKey_(std::move(methodKey)),
+      ok_(table.BeginSending(methodKey_, &begin_)) {}
 
 ResponseTable::Sending::~Sending() {
-  if (ok_) table_.EndSending(methodKey_);
+  if (ok_) table_.EndSending(methodKey_, begin_);
 }
 
-bool ResponseTable::BeginSending(const std::string& methodKey) {
+bool ResponseTable::BeginSending(const std::string& methodKey, uint64_t* begin) {
   Lock hold(*this);
+  *begin = arrivals_;
   if (!methodKey.empty()) {
     return !pending_.contains(methodKey) && methodsBeingSent_.insert(methodKey).second;
   }
-  ++uuidsBeingSent_;
+  uuidsBeingSent_.insert(arrivals_);
   return true;
 }
 
-void ResponseTable::EndSending(const std::string& methodKey) {
+void ResponseTable::EndSending(const std::string& methodKey, uint64_t begin) noexcept {
   Lock hold(*this);
   if (methodKey.empty()) {
-    --uuidsBeingSent_;
+    uuidsBeingSent_.erase(uuidsBeingSent_.find(begin));
   } else {
     methodsBeingSent_.erase(methodKey);
   }
-  if (uuidsBeingSent_ == 0) {  // no caller can claim these any more
-    for (auto entry = buffered_.begin(); entry != buffered_.end();) {
-      const auto current = entry++;
-      if (current->second.byUuid) TakeLocked(current);
-    }
+  // No caller can claim these any more: they arrived before the requests that are still being sent.
+  const uint64_t unclaimed = uuidsBeingSent_.empty() ? arrivals_ : *uuidsBeingSent_.begin();
+  for (auto entry = buffered_.begin(); entry != buffered_.end() && entry->first <= unclaimed;) {
+    const auto current = entry++;
+    if (current->second.byUuid) TakeLocked(current);
   }
-  if (uuidsBeingSent_ == 0 && methodsBeingSent_.empty()) {
+  if (uuidsBeingSent_.empty() && methodsBeingSent_.empty()) {
     lostKeys_.clear();
     lostUnknown_ = false;
   }
@@ -166,7 +169,7 @@ void ResponseTable::AddResponse(Buffered received) {
     pending = pending_.extract(received.key);
     if (pending) {
       CompleteLocked(pending.mapped(), {std::move(received.response), arrival});
-    } else if (!received.byUuid || uuidsBeingSent_ != 0) {
+    } else if (!received.byUuid || !uuidsBeingSent_.empty()) {
       dropped = BufferLocked(std::move(received), arrival);
     }
   }
@@ -223,7 +226,7 @@ void ResponseTable::AddUnreadable(std::string_view text, std::string_view error)
     CompleteLocked(pending.mapped(), {MakeFailure(error), ++arrivals_});
     isKnown = true;
   }
-  if (!isKnown && (uuidsBeingSent_ != 0 || !methodsBeingSent_.empty())) lostUnknown_ = true;
+  if (!isKnown && (!uuidsBeingSent_.empty() || !methodsBeingSent_.empty())) lostUnknown_ = true;
 }
 
 bool ResponseTable::HasUnclaimedBefore(uint64_t arrival) const {

@@ -66,6 +66,7 @@ class ResponseTable {
    private:
     ResponseTable& table_;
     const std::string methodKey_;  // empty: keyed by uuid
+    uint64_t begin_ = 0;           // what arrived up to then is no response to it
     const bool ok_;
   };
 
@@ -104,8 +105,8 @@ class ResponseTable {
   };
   using BufferedMap = std::map<uint64_t, Buffered>;  // by arrival
 
-  bool BeginSending(const std::string& methodKey) KEST_EXCLUDES(mutex_);
-  void EndSending(const std::string& methodKey) KEST_EXCLUDES(mutex_);
+  bool BeginSending(const std::string& methodKey, uint64_t* begin) KEST_EXCLUDES(mutex_);
+  void EndSending(const std::string& methodKey, uint64_t begin) noexcept KEST_EXCLUDES(mutex_);
   void AddResponse(Buffered received) KEST_EXCLUDES(mutex_);
   // Returns the key of a response that was dropped for it, the first of a burst; otherwise nothing.
   std::string BufferLocked(Buffered received, uint64_t arrival) KEST_REQUIRES(mutex_);
@@ -124,7 +125,7 @@ class ResponseTable {
   bool finalising_ KEST_GUARDED_BY(mutex_) = false;
   PendingMap pending_ KEST_GUARDED_BY(mutex_);
   std::set<std::string> methodsBeingSent_ KEST_GUARDED_BY(mutex_);
-  size_t uuidsBeingSent_ KEST_GUARDED_BY(mutex_) = 0;
+  std::multiset<uint64_t> uuidsBeingSent_ KEST_GUARDED_BY(mutex_);  // by what had arrived before
   uint64_t arrivals_ KEST_GUARDED_BY(mutex_) = 0;
   BufferedMap buffered_ KEST_GUARDED_BY(mutex_);
   size_t bufferedBytes_ KEST_GUARDED_BY(mutex_) = 0;

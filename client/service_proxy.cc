@@ -72,15 +72,16 @@ void ServiceProxy::PostHandling() noexcept {
 }
 
 void ServiceProxy::HandleArrived() noexcept {
-  if (isHandling_) return;  // by the task that is handling, further down its stack
-  isHandling_ = true;
-  for (auto first = arrived_.First(); first && !responses_.HasUnclaimedBefore(*first);
-       first = arrived_.First()) {
+  while (turn_ == 0) {
+    const auto first = arrived_.First();
+    if (!first || responses_.HasUnclaimedBefore(*first)) return;
     ArrivalQueue::Place place = arrived_.TakeFirst();
+    turn_ = *first;
     RunAndLog("Service proxy response",
               [&place] { place.mapped().handle(std::move(place.mapped().response)); });
+    if (turn_ == *first) EndTurn();
+    client_.AskAgainForLostEvents();
   }
-  isHandling_ = false;
 }
 
 Maybe<std::string> ServiceProxy::SendByUuid(const ServiceCall& call,

@@ -7,7 +7,9 @@
 //
 // Results are handled in the order in which the responses arrived: a task that waits also handles
 // those of other tasks that came before its own. While a request is being sent, its response may be
-// among the unknown ones; later responses are handled after it.
+// among the unknown ones; later responses are handled after it. A handler that publishes ends its
+// turn first: from inside the publication the host may ask for something that waits for a later
+// response.
 //
 // Failure messages: "Finalizing" (also for requests that were pending when the plugin stopped),
 //   "Failed to convert type {type} to BindingProperty for serialization", "Request already in
@@ -83,12 +85,18 @@ class ServiceProxy {
   std::string InvokeAsync(std::string_view service, std::string_view method,
                           std::string_view requestKey, bool flag,
                           std::function<void(Maybe<R>)> onDone, const A&... arguments) {
-    return InvokeInOrder(
-        {service, method, requestKey, flag}, CallArguments(arguments...),
-        [this, onDone = std::move(onDone)](const PluginServiceProxyResponse& response) {
-          onDone(Decode<R>(response));
+    std::string failure;
+    RunAtBoundary(
+        [&] {
+          failure = InvokeInOrder(
+              {service, method, requestKey, flag}, CallArguments(arguments...),
+              [this, onDone = std::move(onDone)](const PluginServiceProxyResponse& response) {
+                onDone(Decode<R>(response));
+              },
+              /*post=*/true);
         },
-        /*post=*/true);
+        [&failure](const char* text) noexcept { failure = CopyMessage(text); });
+    return failure;
   }
 
   // Calls the method through the session's synchronous endpoint and waits for its result. A failure
@@ -105,6 +113,10 @@ class ServiceProxy {
     LogUnreadable(StaticType::Name<R>(), response.GetValue().body);
     return Failure{result.GetFailure().text};
   }
+
+  // For a `use` or `onDone` that has applied its result: what arrived later may be handled from
+  // here on, before it returns.
+  void EndTurn() { turn_ = 0; }
 
   // The untyped call that the others use. `completion` runs under the lock.
   std::string Invoke(const ServiceCall& call, const CallArguments& arguments,
@@ -185,7 +197,7 @@ class ServiceProxy {
   std::atomic<uint64_t> nextMessage_{0};  // keeps task names apart, so that none is merged away
   ResponseTable responses_;
   ArrivalQueue arrived_;
-  bool isHandling_ = false;
+  uint64_t turn_ = 0;  // the arrival number of the response that is being applied; 0: none
   std::map<std::string, std::function<void(const PluginSvdsEvent&)>> svdsHandlers_;  // by subtopic
 };
 

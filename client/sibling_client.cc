@@ -2,6 +2,7 @@
 
 #include "api/argument_value.h"
 #include "log/logger.h"
+#include "plugin/boundary.h"
 #include "plugin/once_promise.h"
 
 namespace Kest::Client {
@@ -24,6 +25,7 @@ Maybe<Response> SiblingClient::Send(const OutgoingRequest& request) {
   Maybe<Response> result = module_.Await(std::move(future));
   if (!result) {
     if (result.GetFailure().text == kFinalizing) return result;
+    if (result.GetFailure().text == kOutOfMemory) throw std::bad_alloc();
     return request.Fail(RequestStep::kResponse, result.GetFailure().text);
   }
   const Response& response = result.GetValue();

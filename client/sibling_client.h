@@ -11,6 +11,8 @@
 //   "Error reading streamed response for {method} {url}: {error}"   body too large or not JSON
 //   "Error converting response for {method} {url}: {error}"
 //   "Finalizing" when the plugin stops before the response
+// A response that there is no memory for throws std::bad_alloc, so that what asked for it is
+// repeated where it can be.
 //
 // Threads: module tasks only. Request waits, so other tasks run during the call; Subscribe and
 //          Publish do not. Handlers run on module tasks, in the order of the events of one url.
@@ -78,6 +80,7 @@ class SiblingClient {
       const BindingProperty tree =
           response.body.empty() ? BindingProperty() : ReadJson(context, response.body);
       Assign(context, "<result>", tree, &result);
+      if (context.RanOutOfMemory()) throw std::bad_alloc();
       if (!context.Ok()) return request.Fail(RequestStep::kConversion, context.ErrorMessage());
     }
     return result;
@@ -109,6 +112,8 @@ class SiblingClient {
   }
   // Ends the last subscription of the url. Without one it logs a warning and does nothing else.
   void Unsubscribe(std::string_view url) { subscriptions_.Remove(url); }
+  // What was read otherwise shows that memory suffices: events that were given up come again.
+  void AskAgainForLostEvents() noexcept { subscriptions_.AskAgainForLost(); }
 
   // Publishes a change of one of this plugin's resources. A value that does not convert is logged
   // and not published.

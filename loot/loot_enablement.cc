@@ -11,11 +11,14 @@ namespace Kest::Client::Loot {
 void LootEnablement::Set(bool LootSwitch::*value, bool enabled) {
   loot_.*value = enabled;
   if (loot_.Enabled() == isKnownEnabled_) return;
+  const ResourceChange change =
+      client_.MakeChange("/tav-loot/v1/enabled", ResourceEventType::kUpdate, loot_.Enabled());
   LogAlways("Loot %s", loot_.Enabled() ? "enabled" : "disabled");
   newPlayerChest_.Schedule();
-  client_.Publish("/tav-loot/v1/enabled", ResourceEventType::kUpdate, loot_.Enabled());
   if (views_.HasMenus()) publisher_.Request();
+  // What needs memory is done; from inside the publication the host may change a switch again.
   isKnownEnabled_ = loot_.Enabled();
+  client_.Publish(change);
 }
 
 }  // namespace Kest::Client::Loot

@@ -9,11 +9,15 @@ namespace Kest {
 
 void AppModule::WaitUntil(const std::function<bool()>& isReady, std::string_view typeName) {
   if (isReady()) return;
-  RunAndLog("Wait", [&] { host_.WaitBegin(Format("Wait: future<%1>", typeName)); });
+  bool isShown = false;
+  RunAndLog("Wait", [&] {
+    host_.WaitBegin(Format("Wait: future<%1>", typeName));
+    isShown = true;
+  });
   do {
     host_.Yield();
   } while (!isReady());
-  host_.WaitEnd();
+  if (isShown) host_.WaitEnd();
 }
 
 void AppModule::EndProcess(const std::future_error& error) {

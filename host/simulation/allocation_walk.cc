@@ -14,6 +14,7 @@ struct Scenario {
   std::string_view name;
   std::string_view before;
   std::string_view during;
+  bool onlyLargeBlocks = false;  // its single allocations are those of another scenario
 };
 
 // Late enough for the next retrieval, which comes at most every three seconds.
@@ -40,6 +41,11 @@ constexpr Scenario kScenarios[] = {
      "ask 2 POST /tav-loot/v1/refresh?force=true\n"},
     {"switches", kSignedIn,
      "platform 1 PUT /configuration/Enabled false\nplatform 1 PUT /configuration/Enabled true\n"},
+    {"large definitions",
+     "platform 1 PUT /recipes/MATERIAL_pin_FORGE {\"crafterName\":\"LONG\"}\n"
+     "platform 1 PUT /recipes/MATERIAL_wire_DRAW {\"crafterName\":\"LONG\"}\n"
+     "platform 1 PUT /recipes/CHEST_reed_OPEN {\"crafterName\":\"LONG\"}\n",
+     "platform 2 POST /login\n", true},
     {"goal", kSignedIn, "platform 1 PUT /configuration/InitializationGoalFlags 7\n"},
     {"message", kSignedIn, "platform 1 POST /messages {\"name\":\"moss grant\"}\n"},
     {"malformed message", kSignedIn,
@@ -78,12 +84,19 @@ constexpr Scenario kScenarios[] = {
      "ask 2 GET /tav-loot/v1/new-player-check-done\nask 2 GET /tav-loot/v1/no-such-path\n"},
 };
 
-constexpr size_t kSizes[] = {250, 500, 1'000, 2'000, 4'000, 8'000, 16'000, 32'000};
+constexpr size_t kSizes[] = {250, 500, 1'000, 2'000, 4'000, 8'000, 16'000, 32'000, 1'900'000};
+
+// Stands for a text of 700,000 bytes, of which three make blocks above every size.
+constexpr std::string_view kLongText = "LONG";
 
 // The scenario with `failure` as the line of the step that makes memory fail.
 Script MakeWalk(const Scenario& scenario, const std::string& failure) {
   std::string text = "simulation 1 ordered\n";
-  text.append(scenario.before).append(failure).append("\n").append(scenario.during);
+  text.append(scenario.before);
+  for (size_t at = text.find(kLongText); at != std::string::npos; at = text.find(kLongText, at)) {
+    text.replace(at, kLongText.size(), 700'000, 'x');
+  }
+  text.append(failure).append("\n").append(scenario.during);
   return ReadScript(text + "quiet 4\nquiet 5\n").GetValue();
 }
 
@@ -121,7 +134,7 @@ WalkResult Walk(const std::string& name, const Simulation::Plugin& plugin) {
       *std::find_if(std::begin(kScenarios), std::end(kScenarios),
                     [&name](const Scenario& other) { return other.name == name; });
   WalkResult result;
-  for (size_t nth = 0;; ++nth) {
+  for (size_t nth = 0; !scenario.onlyLargeBlocks; ++nth) {
     if (!RunOnce(MakeWalk(scenario, "memory 1 " + std::to_string(nth)), plugin, &result)) break;
   }
   for (const size_t size : kSizes) {

@@ -17,13 +17,12 @@ constexpr const char* kConfigurationMethod = "getClientConfiguration";
 constexpr const char* kRecipeMenuPath = "/tav-loot/v1/recipes/configuration";
 constexpr const char* kCurrenciesPath = "/tav-loot/v1/currency-configuration";
 
-// Keeps `received` and publishes it, unless it equals what is held.
+// The change to publish when `received` replaces `held`: nothing when they are equal.
 template <class T>
-void Replace(SiblingClient& client, const char* path, T received, T* held) {
-  if (received == *held) return;
-  const ResourceChange change = client.MakeChange(path, ResourceEventType::kUpdate, received);
-  *held = std::move(received);
-  client.Publish(change);
+ResourceChange MakeUpdate(const SiblingClient& client, const char* path, const T& received,
+                          const T& held) {
+  if (received == held) return {{}, ResourceEventType::kUpdate, {}, false};
+  return client.MakeChange(path, ResourceEventType::kUpdate, received);
 }
 
 }  // namespace
@@ -59,12 +58,16 @@ void ClientConfiguration::OnResponse(Maybe<Settings> response) {
   }
   Settings& settings = response.GetValue();
   const bool enabled = !settings.lootItemsUsingBreakoutRecipeMenu.empty();
-  Replace(client_, kRecipeMenuPath,
-          Api::RecipeMenuConfig{enabled, std::move(settings.lootItemsUsingBreakoutRecipeMenu),
-                                std::move(settings.lootMaterialsToAlwaysRender)},
-          &recipeMenu_);
-  Replace(client_, kCurrenciesPath,
-          Api::CurrencyConfiguration{std::move(settings.currenciesUsingCapWallets)}, &currencies_);
+  Api::RecipeMenuConfig recipeMenu{enabled, std::move(settings.lootItemsUsingBreakoutRecipeMenu),
+                                   std::move(settings.lootMaterialsToAlwaysRender)};
+  Api::CurrencyConfiguration currencies{std::move(settings.currenciesUsingCapWallets)};
+  const ResourceChange ofMenu = MakeUpdate(client_, kRecipeMenuPath, recipeMenu, recipeMenu_);
+  const ResourceChange ofCurrencies = MakeUpdate(client_, kCurrenciesPath, currencies, currencies_);
+  recipeMenu_ = std::move(recipeMenu);
+  currencies_ = std::move(currencies);
+  proxy_.EndTurn();
+  client_.Publish(ofMenu);
+  client_.Publish(ofCurrencies);
 }
 
 }  // namespace Kest::Client::Loot

@@ -8,6 +8,7 @@
 #include "client/sibling_client.h"
 #include "log/logger.h"
 #include "loot/wire/loot_dtos.h"
+#include "plugin/boundary.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -25,14 +26,9 @@ constexpr std::array kInGamePhases = {
 
 void GrantNotices::Add(Api::LootGrantNotification grant) {
   grant.id = static_cast<int64_t>(nextId_);
-  if (allowed_) {
-    auto shown = shown_;
-    shown.push_back(std::move(grant));
-    Show(std::move(shown));
-  } else {
-    queued_.push_back(std::move(grant));
-  }
+  queued_.push_back(std::move(grant));
   ++nextId_;
+  if (allowed_) RunAndLog("Loot grants", [this] { ShowQueued(); });
 }
 
 Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
@@ -75,20 +71,19 @@ Maybe<Nothing> GrantNotices::Acknowledge(uint64_t accountId, const std::string& 
 }
 
 void GrantNotices::SetAllowed(bool allowed) {
-  if (allowed && !allowed_) {
-    auto shown = shown_;
-    shown.insert(shown.end(), queued_.begin(), queued_.end());
-    Show(std::move(shown));
-    queued_.clear();
-  }
+  const bool isChanged = allowed != allowed_;
   allowed_ = allowed;
+  if (allowed && (isChanged || !queued_.empty())) ShowQueued();
   LogAlways("loot grant notifications set to: %s",
             allowed ? "allowed." : "disallowed. notifications will queue until next allowed.");
 }
 
-void GrantNotices::Show(std::vector<Api::LootGrantNotification> shown) {
+void GrantNotices::ShowQueued() {
+  auto shown = shown_;
+  shown.insert(shown.end(), queued_.begin(), queued_.end());
   const ResourceChange change = client_.MakeChange(kGrantsPath, ResourceEventType::kUpdate, shown);
   shown_.swap(shown);
+  queued_.clear();
   client_.Publish(change);
 }
 

@@ -21,7 +21,8 @@ class GrantNotices {
 
   const std::vector<Api::LootGrantNotification>& Shown() const { return shown_; }
 
-  // Gives the grant its id, and shows or queues it.
+  // Gives the grant its id, and shows or queues it. One that cannot be shown for lack of memory is
+  // shown with the next.
   void Add(Api::LootGrantNotification grant);
 
   // Removes the grant and acknowledges its message; returns the acknowledgement's failure, always
@@ -39,8 +40,9 @@ class GrantNotices {
 
  private:
   void SetAllowed(bool allowed);
-  // Replaces and publishes the shown list; changes nothing when memory runs out.
-  void Show(std::vector<Api::LootGrantNotification> shown);
+  // Appends what is queued to the shown list and publishes it; changes nothing when memory runs
+  // out.
+  void ShowQueued();
 
   SiblingClient& client_;
   ServiceProxy& proxy_;

@@ -1,6 +1,8 @@
 #include "loot/calls/inbound_messages.h"
 
 #include <cstdint>
+#include <functional>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,11 +18,17 @@ namespace {
 constexpr std::string_view kMasteryGrantType = "championMasteryLootGrant";
 constexpr std::string_view kShownKeys[] = {"UNOWNED_CHAMPION", "GAME_LEAVER"};
 
+size_t HashOf(const Api::LoginSimpleMessage& message) {
+  const std::hash<std::string> hash;
+  return hash(message.msgId) * 31 + (message.params.empty() ? 0 : hash(message.params.front()));
+}
+
 // False, with a log line, when the text is not JSON.
 bool ReadBody(std::string_view text, BindingProperty* body) {
   ConversionContext context;
   *body = ReadJson(context, text);
   if (context.Ok()) return true;
+  if (context.RanOutOfMemory()) throw std::bad_alloc();
   LogError("Malformed JSON message received: %s", std::string(text).c_str());
   return false;
 }
@@ -69,6 +77,7 @@ void InboundMessages::OnMasteryGrant(const PluginSvdsEvent& event) {
   Api::LootGrantNotification grant;
   ConversionContext context;
   Assign(context, "<value>", *message, &grant);
+  if (context.RanOutOfMemory()) throw std::bad_alloc();
   if (!context.Ok()) {
     LogError("Failed to convert 'championMasteryLootGrant' to a 'LootGrantNotification' resource");
     return;
@@ -77,8 +86,20 @@ void InboundMessages::OnMasteryGrant(const PluginSvdsEvent& event) {
 }
 
 void InboundMessages::OnLoginDataPacket(const Api::LoginDataPacket& packet) {
-  for (const Api::LoginSimpleMessage& message : packet.simpleMessages) {
-    if (message.type == kMasteryGrantType) OnLoginMessage(message);
+  const std::vector<size_t> before = std::exchange(handled_, {});
+  std::vector<size_t> handled;
+  handled.reserve(packet.simpleMessages.size());
+  try {
+    for (const Api::LoginSimpleMessage& message : packet.simpleMessages) {
+      const size_t place = handled.size();
+      const size_t hash = HashOf(message);
+      const bool isHandled = place < before.size() && before[place] == hash;
+      if (!isHandled && message.type == kMasteryGrantType) OnLoginMessage(message);
+      handled.push_back(hash);
+    }
+  } catch (...) {
+    handled_.swap(handled);
+    throw;
   }
 }
 

@@ -3,6 +3,9 @@
 // dropped. Threads: module tasks only; OnLoginDataPacket waits.
 #pragma once
 
+#include <cstddef>
+#include <vector>
+
 #include "loot/calls/forward.h"
 #include "loot/wire/sibling_resources.h"
 #include "plugin/plugin_events.h"
@@ -26,6 +29,9 @@ class InboundMessages {
   void OnLoginMessage(const Api::LoginSimpleMessage& message);
 
   GrantNotices& grants_;
+  // The messages of a packet that were handled before memory ended, by their hash: the packet comes
+  // again, and none of them is handled twice.
+  std::vector<size_t> handled_;
 };
 
 }  // namespace Kest::Client::Loot

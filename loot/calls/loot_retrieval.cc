@@ -21,7 +21,7 @@ constexpr int64_t kInterval = 3;  // seconds between retrievals that are not for
 // Whether the response holds a list of its own. The service leaves out a list of the version that
 // the request sent; and what is held already need not be replaced.
 bool IsNew(int64_t offered, int64_t sent, int64_t held) {
-  return offered != sent && offered != held;
+  return offered != SVDS::kLeftOut && offered != sent && offered != held;
 }
 
 }  // namespace

@@ -28,6 +28,7 @@ bool NewPlayerChest::Qualifies() const {
 std::string_view NewPlayerChest::Check() {
   using Result = SVDS::PlayerLootResultDTO;
   if (!Qualifies()) return kNotDone;
+  const uint64_t decision = ++decisions_;
   done_ = true;  // before the call waits, so that no second one is sent
   const std::function<void(Maybe<Result>)> onDone = [this](const Maybe<Result>& response) {
     OnResponse(response);
@@ -35,7 +36,7 @@ std::string_view NewPlayerChest::Check() {
   const std::string failure =
       proxy_.InvokeAsync<Result>(kLootService, kChestMethod, {}, false, onDone);
   if (failure.empty()) return kSubmitted;
-  done_ = false;  // nothing was sent
+  if (decision == decisions_) done_ = false;  // nothing was sent
   OnResponse(Failure{failure});
   return kNotDone;
 }
@@ -80,6 +81,7 @@ void NewPlayerChest::OnSummoner(const Api::Summoner& summoner) {
 }
 
 std::string NewPlayerChest::SetDone(bool done) {
+  ++decisions_;
   done_ = done;
   return std::string(done ? kNotDone : Check());
 }

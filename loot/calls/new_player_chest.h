@@ -57,6 +57,7 @@ class NewPlayerChest {
   LootRetrieval& retrieval_;
   bool enabled_ = false;
   bool done_ = false;
+  uint64_t decisions_ = 0;      // about done_: a call that was not sent takes back its own only
   uint32_t minimumLevel_ = 0;   // 0: not configured
   uint32_t summonerLevel_ = 0;  // 0: not known
   int64_t periodBegin_ = 0;     // seconds since 1970

@@ -18,8 +18,10 @@ void SourceReadiness::Set(uint8_t bits, uint8_t goal) {
   flags_ = static_cast<uint8_t>(flags_ | bits);
   LogAlways("Loot %s: %hhu/%hhu", Ready() ? "ready" : "not yet ready", flags_, goal_);
   if (Ready() == isKnownReady_) return;
-  client_.Publish("/tav-loot/v1/ready", ResourceEventType::kUpdate, Ready());
+  const ResourceChange change =
+      client_.MakeChange("/tav-loot/v1/ready", ResourceEventType::kUpdate, Ready());
   isKnownReady_ = Ready();
+  client_.Publish(change);
 }
 
 }  // namespace Kest::Client::Loot

@@ -34,6 +34,7 @@ const BindingProperty& CastToArray(const BindingProperty& value) {
 
 void TournamentLogos::Load() {
   using Tokens = std::map<std::string, std::string>;
+  const uint64_t load = ++loads_;
   const std::vector<std::string> types{std::string(kTournamentLogoInventory)};
   const Maybe<Tokens> tokens = client_.Request<Tokens>(HttpMethod::kGet, kSignedInventoryPath,
                                                        Query("inventoryTypes", types));
@@ -47,8 +48,10 @@ void TournamentLogos::Load() {
     LogError("Unable to load tournament logo inventory - missing JWT token.");
     return;
   }
+  if (load < applied_) return;  // a later one was the first to be here
   try {
     if (!Apply(token->second)) return;
+    applied_ = load;
   } catch (const json::Exception& error) {
     LogError("Unable to load tournament logo inventory - %s", error.what());
     return;

@@ -3,6 +3,7 @@
 // Threads: module tasks only; Load waits.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "binding/tree/binding_property.h"
@@ -32,6 +33,8 @@ class TournamentLogos {
   SiblingClient& client_;
   Collections& collections_;
   SourceReadiness& readiness_;
+  uint64_t loads_ = 0;
+  uint64_t applied_ = 0;  // which load brought the owned logos; an earlier one comes too late
 };
 
 }  // namespace Kest::Client::Loot

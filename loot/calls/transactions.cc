@@ -14,6 +14,7 @@
 #include "loot/calls/loot_retrieval.h"
 #include "loot/model/loot_constants.h"
 #include "loot/model/loot_id.h"
+#include "plugin/boundary.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -82,8 +83,9 @@ Maybe<Api::PlayerLootUpdate> Transactions::Run(const char* kind, const char* met
       proxy_.InvokeAndWait<Result>(kLootService, method, use, requestId, body);
   if (done) return update;
   Trace("Failed to get response for request id: %s", requestId.c_str());
-  if (isUsed) publisher_.Request();  // the result may have been applied in part
-  retrieval_.Post();                 // the service may have carried it out all the same
+  // The result may have been applied in part.
+  if (isUsed) RunAndLog("Publication", [this] { publisher_.Request(); });
+  retrieval_.Post();  // the service may have carried it out all the same
   return Failure{Format("Error in ProcessPlayerLootUpdateResponse: %1", done.GetFailure().text)};
 }
 

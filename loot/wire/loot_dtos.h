@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -11,6 +12,10 @@
 #include "binding/tree/binding_property.h"
 
 namespace Kest::Client::Loot::SVDS {
+
+// The `lastUpdate` of a list that a response does not have: the service leaves out what it need not
+// say.
+inline constexpr int64_t kLeftOut = std::numeric_limits<int64_t>::min();
 
 struct LootSvdsClientConfigurationDTO {
   std::vector<std::string> lootItemsUsingBreakoutRecipeMenu;
@@ -56,7 +61,7 @@ struct LootSvdsRecipeClientDTO {
 
 struct LootSvdsRecipeListClientDTO {
   std::vector<LootSvdsRecipeClientDTO> recipes;
-  int64_t lastUpdate = 0;  // the version the service compares with
+  int64_t lastUpdate = kLeftOut;  // the version the service compares with
 };
 
 struct LootItemClientDTO {
@@ -83,12 +88,12 @@ struct PlayerLootDTO {
 
 struct LootItemListClientDTO {
   std::vector<LootItemClientDTO> lootItems;
-  int64_t lastUpdate = 0;
+  int64_t lastUpdate = kLeftOut;
 };
 
 struct QueryResultDTO {
   BindingProperty queryToLootNames;  // query to a list of loot names, or to a single one
-  int64_t lastUpdate = 0;
+  int64_t lastUpdate = kLeftOut;
 };
 
 struct PlayerLootDefinitionsDTO {

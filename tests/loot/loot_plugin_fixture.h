@@ -12,6 +12,7 @@
 #include "binding/json/json_adapter.h"
 #include "loot/loot_plugin.h"
 #include "plugin/handshake.h"
+#include "plugin/text_view.h"
 #include "tests/support/fake_host.h"
 
 namespace Kest::Client::Loot {
@@ -83,6 +84,19 @@ class LootPluginTest : public ::testing::Test {
                                                       R"(","typeName":")" + type + R"(","body":)" +
                                                       bodyJson + "}");
     host_.RunUntilIdle();
+  }
+  // For use inside a publication. The status of the response.
+  int32_t AskInside(const char* method, const char* url, const char* body = "") {
+    KestRequest request{};
+    request.method = ToText(method);
+    request.url = ToText(url);
+    request.contentType = ToText("application/json");
+    request.body = ToBytes(body);
+    const auto& block = host_.Block();
+    const KestResponse* response = block.api->request(block.context, &request);
+    const int32_t status = response->status;
+    block.api->release(block.context, response);
+    return status;
   }
   void RespondToGet(const std::string& path, const std::string& json, bool held = false) {
     host_.OnRequest("GET", path, {200, json, "", "application/json", held});

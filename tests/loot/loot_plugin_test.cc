@@ -1,6 +1,5 @@
 // What is too large for the texts of trace_test.cc.
 #include "base/platform.h"
-#include "plugin/text_view.h"
 #include "tests/loot/loot_plugin_fixture.h"
 
 namespace Kest::Client::Loot {
@@ -38,13 +37,8 @@ TEST_F(LootPluginTest, AHostMayAskFromInsideAPublication) {
   host_.Get(kLootMap);
   result_ = {R"({"status":"OK","added":[{"lootName":"CHEST_plain","count":1}]})"};
   host_.ForgetPublished();
-  host_.OnNextPublish([this] {
-    KestRequest request{};
-    request.method = ToText("DELETE");
-    request.url = ToText("/tav-loot/v1/player-loot/CHEST_plain/new-notification");
-    const auto& block = host_.Block();
-    block.api->release(block.context, block.api->request(block.context, &request));
-  });
+  host_.OnNextPublish(
+      [this] { AskInside("DELETE", "/tav-loot/v1/player-loot/CHEST_plain/new-notification"); });
   host_.Post("/tav-loot/v1/recipes/OPEN/craft", R"(["CHEST_plain"])");
   std::vector<std::string> maps;
   for (const PublishedEvent& event : host_.PublishedEvents()) {
@@ -53,6 +47,34 @@ TEST_F(LootPluginTest, AHostMayAskFromInsideAPublication) {
   ASSERT_EQ(maps.size(), 2u);
   EXPECT_NE(maps[0].find(R"("isNew":true)"), std::string::npos) << "this one first, complete";
   EXPECT_EQ(maps[1], host_.Get(kLootMap).body) << "then what the host has changed";
+}
+
+// The response to the request from inside arrives after the one that is being published.
+TEST_F(LootPluginTest, WhatAHostAsksFromInsideAPublicationMayWait) {
+  StartPlugin();
+  Enable();
+  host_.Get(kLootMap);
+  host_.OnService("loot", "getClientConfiguration", [](const std::string&) {
+    return ServiceReply{R"({"currenciesUsingCapWallets":["CURRENCY_champion"]})", ""};
+  });
+  int32_t crafted = 0;
+  host_.OnNextPublish([&] {
+    crafted = AskInside("POST", "/tav-loot/v1/recipes/OPEN/craft", R"(["CHEST_plain"])");
+  });
+  host_.Get("/tav-loot/v1/currency-configuration");
+  EXPECT_EQ(crafted, 200);
+
+  // What is published from inside the publication of "true" is the last word.
+  Config("PxhEnabled", "false");
+  host_.OnService("loot", kRetrieve, [](const std::string&) {
+    return ServiceReply{"{}", "", /*held=*/true};
+  });
+  host_.OnNextPublish([&] { AskInside("POST", "/tav-loot/v1/refresh?force=true"); });
+  Config("PxhEnabled", "true");
+  Config("PxhEnabled", "false");
+  host_.ReleaseHeld();
+  Config("PxhEnabled", "false");
+  EXPECT_EQ(host_.PublishedEvents().back().json, host_.Get("/tav-loot/v1/enabled").body);
 }
 
 #if !defined(_WIN32)  // a crash there waits for a debugger
@@ -69,7 +91,7 @@ TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
 #endif
 
 // The service leaves out what the request says it holds, though it holds something newer by now.
-TEST_F(LootPluginTest, RetrievalsThatCrossKeepWhatTheOtherBrought) {
+TEST_F(LootPluginTest, AListThatTheServiceLeavesOutStays) {
   playerLoot_ = R"([{"lootName":"CHEST_plain","count":1}])";
   StartPlugin();
   Enable();
@@ -89,7 +111,13 @@ TEST_F(LootPluginTest, RetrievalsThatCrossKeepWhatTheOtherBrought) {
   });
   for (int i = 0; i < 2; ++i) host_.StartRequest("POST", "/tav-loot/v1/refresh?force=true");
   host_.RunUntilIdle();
-  EXPECT_NE(host_.Get("/tav-loot/v1/loot-items").body, "[]");
+  EXPECT_NE(host_.Get("/tav-loot/v1/loot-items").body, "[]") << "retrievals that crossed";
+  EXPECT_NE(host_.Get("/tav-loot/v1/player-loot").body, "[]");
+  host_.OnService("loot", kRetrieve, [&](const std::string&) {
+    return ServiceReply{R"({"lootItemList":null,"playerLoot":)" + playerLoot_ + "}", ""};
+  });
+  EXPECT_EQ(host_.Post("/tav-loot/v1/refresh?force=true").status, 200);
+  EXPECT_NE(host_.Get("/tav-loot/v1/loot-items").body, "[]") << "not in the response at all";
   EXPECT_NE(host_.Get("/tav-loot/v1/player-loot").body, "[]");
 }
 

@@ -265,6 +265,16 @@ TEST_F(ResponseTableTest, ACompletionThatThrowsGetsTheTextOnceAndBlocksNobody) {
   EXPECT_THAT(seen_, ElementsAre("a:", "a:full", "2"));
 }
 
+TEST_F(ResponseTableTest, AResponseWaitsForTheRequestsThatWereBeingSentWhenItCame) {
+  Add("foreign", "1");
+  ResponseTable::Sending later(table_, "");
+  EXPECT_TRUE(table_.HasUnclaimedBefore(2));
+  sending_.reset();
+  EXPECT_FALSE(table_.HasUnclaimedBefore(2)) << "it came before the other was sent";
+  Add("unknown", "2");
+  EXPECT_TRUE(table_.HasUnclaimedBefore(3));
+}
+
 TEST_F(ResponseTableTest, KeepsWithinItsBoundsTheOldestGoingFirst) {
   for (size_t i = 0; i <= ResponseTable::kMaxBufferedResponses; ++i) {
     Add("k" + std::to_string(i), "v");

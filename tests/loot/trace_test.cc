@@ -65,9 +65,9 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
   }
   ~TraceTest() override { SetUuidSource(nullptr); }
 
-  void SetLogos(const std::string& payload) {
+  void SetLogos(const std::string& payload, bool held = false) {
     RespondToGet("/tav-inventory/v1/signedInventory",
-                 R"({"TOURNAMENT_LOGO":")" + MakeToken(payload) + "\"}");
+                 R"({"TOURNAMENT_LOGO":")" + MakeToken(payload) + "\"}", held);
   }
   // An action as the texts have it; empty for one that they leave out.
   std::string Line(Action action) const;
@@ -121,6 +121,7 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
       {"found", [this](Words& words) { Respond(words, false); }},
       {"found-later", [this](Words& words) { Respond(words, true); }},
       {"logos", [this](Words& words) { SetLogos(Rest(words)); }},
+      {"logos-later", [this](Words& words) { SetLogos(Rest(words), true); }},
       {"busy",
        [this](Words& words) {
          host_.OnRequest("POST", Word(words), {503, "", "busy"});
