@@ -8,12 +8,15 @@
 namespace Kest::Bench {
 namespace {
 
+constinit std::atomic<bool> isCounting = false;
 constinit std::atomic<uint64_t> count = 0;
 constinit std::atomic<uint64_t> bytes = 0;
 
 void* Allocate(size_t size, size_t alignment) {
-  count.fetch_add(1, std::memory_order_relaxed);
-  bytes.fetch_add(size, std::memory_order_relaxed);
+  if (isCounting.load(std::memory_order_relaxed)) {
+    count.fetch_add(1, std::memory_order_relaxed);
+    bytes.fetch_add(size, std::memory_order_relaxed);
+  }
   if (size == 0) size = 1;
   // aligned_alloc wants whole multiples of the alignment.
   void* memory =
@@ -26,11 +29,15 @@ void* Allocate(size_t size, size_t alignment) {
 
 }  // namespace
 
-uint64_t AllocationCount() {
-  return count.load(std::memory_order_relaxed);
+void StartCounting() {
+  count = 0;
+  bytes = 0;
+  isCounting = true;
 }
-uint64_t AllocatedBytes() {
-  return bytes.load(std::memory_order_relaxed);
+
+Allocated StopCounting() {
+  isCounting = false;
+  return {count, bytes};
 }
 
 }  // namespace Kest::Bench

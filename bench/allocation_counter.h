@@ -1,30 +1,33 @@
-// Counts the heap allocations of a benchmark program, whose operator new it replaces.
+// Counts heap allocations of a benchmark program, whose operator new it replaces.
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 namespace Kest::Bench {
 
-// Allocations of all threads since the program began.
-uint64_t AllocationCount();
-// Bytes asked for in them.
-uint64_t AllocatedBytes();
+struct Allocated {
+  uint64_t count = 0;
+  uint64_t bytes = 0;  // asked for
+};
 
-// Allocations of one call of `run` after a first.
+// Counts what all threads allocate from StartCounting on; nothing is counted, nor costs time,
+// after StopCounting.
+void StartCounting();
+Allocated StopCounting();
+
+// What the second of two calls of `run` allocates.
 template <typename Run>
-double Allocations(Run run) {
+Allocated CountAllocations(Run run) {
   run();
-  const uint64_t before = AllocationCount();
+  StartCounting();
   run();
-  return static_cast<double>(AllocationCount() - before);
+  return StopCounting();
 }
 
-// Bytes that one call of `run` asks for.
 template <typename Run>
-double BytesAllocated(Run run) {
-  const uint64_t before = AllocatedBytes();
-  run();
-  return static_cast<double>(AllocatedBytes() - before);
+double Allocations(Run run) {
+  return static_cast<double>(CountAllocations(std::move(run)).count);
 }
 
 }  // namespace Kest::Bench

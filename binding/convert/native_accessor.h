@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <span>
 
 #include "binding/convert/assign_composite.h"
 #include "binding/convert/assign_scalar.h"
@@ -30,17 +31,10 @@ class Accessor<T> final : public ValueAccessor {
  public:
   void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
               const TypeIdentifier& type, void* target) const override {
-    if (!context.Ok()) return;
-    if constexpr (std::is_enum_v<T>) {
-      int32_t value = 0;
-      AssignEnumeration(context, path, input, type.record, &value);
-      if (context.Ok()) *static_cast<T*>(target) = static_cast<T>(value);
-    } else {
-      if constexpr (std::is_arithmetic_v<T>) {
-        if (TryAssignSimple(input, static_cast<T*>(target))) return;
-      }
-      AssignScalar(context, path, input, static_cast<T*>(target));
+    if constexpr (std::is_arithmetic_v<T>) {
+      if (context.Ok() && TryAssignSimple(input, static_cast<T*>(target))) return;
     }
+    AssignAny(context, path, input, type, target);
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
             ValueWriter& writer) const override {
@@ -50,6 +44,21 @@ class Accessor<T> final : public ValueAccessor {
                       writer);
     } else {
       ReadScalar(context, *static_cast<const T*>(value), writer);
+    }
+  }
+
+ private:
+  // Apart, with the parameters of Assign: calling it costs what is assigned at once nothing.
+  [[gnu::noinline, gnu::cold]] void AssignAny(ConversionContext& context, std::string_view path,
+                                              const BindingProperty& input,
+                                              const TypeIdentifier& type, void* target) const {
+    if constexpr (std::is_enum_v<T>) {
+      if (!context.Ok()) return;
+      int32_t value = 0;
+      AssignEnumeration(context, path, input, type.record, &value);
+      if (context.Ok()) *static_cast<T*>(target) = static_cast<T>(value);
+    } else {
+      AssignScalar(context, path, input, static_cast<T*>(target));
     }
   }
 };
@@ -101,12 +110,17 @@ class Accessor<T> final : public ValueAccessor {
     T& items = *static_cast<T*>(target);
     items.clear();
     if (!ExpectCollection(context, path, input)) return;
-    // Beyond a little they grow as elements arrive: what is refused has cost no memory ahead.
-    items.reserve(std::min(input.Size(), 1 + kMostReservedBytes / sizeof(Item)));
     const TypeIdentifier element = type.Element();
-    for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
-      NativeAccessor<Item>().Assign(context, path, input.Element(i), element,
-                                    &items.emplace_back());
+    if constexpr (std::is_arithmetic_v<Item>) {
+      items.resize(input.Size());  // less memory than the elements take in the tree
+      AssignNumbers(context, path, input.AllElements(), element, items.data());
+    } else {
+      // Beyond a little they grow as elements arrive: what is refused has cost no memory ahead.
+      items.reserve(std::min(input.Size(), 1 + kMostReservedBytes / sizeof(Item)));
+      for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
+        NativeAccessor<Item>().Assign(context, path, input.Element(i), element,
+                                      &items.emplace_back());
+      }
     }
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
@@ -120,6 +134,19 @@ class Accessor<T> final : public ValueAccessor {
       if (!context.Ok()) return;
     }
     if (!writer.EndCollection()) context.Fail(writer.ErrorMessage());
+  }
+
+ private:
+  static void AssignNumbers(ConversionContext& context, std::string_view path,
+                            std::span<const BindingProperty> inputs, const TypeIdentifier& type,
+                            Item* targets) {
+    for (const BindingProperty& input : inputs) {
+      if (!TryAssignSimple(input, targets)) {
+        NativeAccessor<Item>().Assign(context, path, input, type, targets);
+        if (!context.Ok()) return;
+      }
+      ++targets;
+    }
   }
 };
 

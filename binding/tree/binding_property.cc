@@ -252,11 +252,6 @@ BindingProperty& BindingProperty::GetOrAddMember(std::string_view name) {
   return Members()[size].value;
 }
 
-size_t BindingProperty::Size() const {
-  const bool isContainer = kind() == BindingKind::kCollection || kind() == BindingKind::kStructure;
-  return isContainer ? bits_.Size() : 0;
-}
-
 const BindingProperty* BindingProperty::FindElement(size_t index) const {
   if (kind() != BindingKind::kCollection || index >= bits_.Size()) return nullptr;
   return &Elements()[index];
@@ -278,11 +273,6 @@ const BindingProperty* BindingProperty::FindMember(std::string_view name, size_t
   }
   *hint = position + 1;
   return &members[position].value;
-}
-
-const BindingProperty& BindingProperty::Element(size_t index) const {
-  assert(kind() == BindingKind::kCollection && index < bits_.Size());
-  return Elements()[index];
 }
 
 const BindingProperty& BindingProperty::MemberValue(size_t index) const {

@@ -122,7 +122,11 @@ class BindingProperty {
   BindingProperty& GetOrAddMember(std::string_view name);
 
   // Elements of a collection or members of a structure; 0 for all else.
-  size_t Size() const;
+  size_t Size() const {
+    const BindingKind held = kind();
+    const bool isContainer = held == BindingKind::kCollection || held == BindingKind::kStructure;
+    return isContainer ? bits_.Size() : 0;
+  }
   // These never change anything: null when the kind differs or there is no such element or member.
   const BindingProperty* FindElement(size_t index) const;
   const BindingProperty* FindMember(std::string_view name) const;
@@ -130,7 +134,11 @@ class BindingProperty {
   // one found. Asking for members in their order costs one comparison each.
   const BindingProperty* FindMember(std::string_view name, size_t* hint) const;
   // REQUIRES: a collection, or a structure, with more than `index` entries.
-  const BindingProperty& Element(size_t index) const;
+  const BindingProperty& Element(size_t index) const { return AllElements()[index]; }
+  // REQUIRES: a collection.
+  std::span<const BindingProperty> AllElements() const {
+    return {As(BindingKind::kCollection).Pointer<const BindingProperty>(), bits_.Size()};
+  }
   const BindingProperty& MemberValue(size_t index) const;
   std::string_view MemberName(size_t index) const;
 
