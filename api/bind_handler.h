@@ -88,10 +88,10 @@ void Convert(ConversionContext& context, const ArgumentRecord& argument,
   using Value = typename ParameterOf<Stored>::Value;
   if constexpr (ParameterOf<Stored>::kOptional) {
     if (value.IsEmpty()) return;
-    NativeAccessor<Value>().Assign(context, argument.name, value, argument.type,
+    NativeAccessor<Value>().Assign(context, {argument.name, argument.type}, value,
                                    &target->emplace());
   } else {
-    NativeAccessor<Value>().Assign(context, argument.name, value, argument.type, target);
+    NativeAccessor<Value>().Assign(context, {argument.name, argument.type}, value, target);
   }
 }
 

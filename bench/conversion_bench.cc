@@ -80,11 +80,11 @@ template <typename Target>
 void Convert(const Inputs& inputs) {
   const ValueAccessor* volatile found = &NativeAccessor<Target>();
   const ValueAccessor* const accessor = found;
-  const TypeIdentifier type = IdentifyType<Target>(Registry());
+  const NamedType as = {"value", IdentifyType<Target>(Registry())};
   ConversionContext context(Registry());
   for (const BindingProperty& input : inputs) {
     Target target{};
-    accessor->Assign(context, "value", input, type, &target);
+    accessor->Assign(context, as, input, &target);
     Keep(target);
   }
   Require(context.Ok(), "conversion failed");

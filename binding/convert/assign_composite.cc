@@ -21,7 +21,7 @@ void AssignStructure(ConversionContext& context, std::string_view path,
   for (const FieldRecord& field : type->fields) {
     const BindingProperty* member = input.FindMember(field.name, &place);
     if (member != nullptr && !member->IsEmpty()) {
-      field.accessor->Assign(context, field.name, *member, field.type,
+      field.accessor->Assign(context, {field.name, field.type}, *member,
                              static_cast<char*>(target) + field.offset);
       if (!context.Ok()) return;
     } else if (!field.optional) {

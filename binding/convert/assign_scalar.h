@@ -6,7 +6,7 @@
 // locale of the process.
 #pragma once
 
-#include <cmath>
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -36,7 +36,8 @@ void AssignScalar(ConversionContext&, std::string_view path, const BindingProper
                   BindingProperty* target);
 
 // What AssignScalar does with most values, small enough to be inlined: a bool, an integer
-// within the range of `*target`, a floating-point number. False: AssignScalar has to look.
+// within the range of `*target`, a floating-point number, a string, a blob. False: AssignScalar has
+// to look.
 template <Arithmetic T>
 bool TryAssignSimple(const BindingProperty& input, T* target) {
   if constexpr (std::is_same_v<T, bool>) {
@@ -53,11 +54,27 @@ bool TryAssignSimple(const BindingProperty& input, T* target) {
     if (fits) *target = static_cast<T>(input.AsUnsigned());
     return fits;
   } else {
-    const bool fits = std::is_same_v<T, double> && input.kind() == BindingKind::kFloat &&
-                      std::isfinite(input.AsFloat());
-    if (fits) *target = static_cast<T>(input.AsFloat());
-    return fits;
+    constexpr uint64_t kExponent = 0x7FF0'0000'0000'0000;  // all of it set: infinite or NaN
+    if (!std::is_same_v<T, double> || input.kind() != BindingKind::kFloat) return false;
+    const double value = input.AsFloat();
+    if ((std::bit_cast<uint64_t>(value) & kExponent) == kExponent) return false;
+    *target = static_cast<T>(value);
+    return true;
   }
+}
+
+inline bool TryAssignSimple(const BindingProperty& input, std::string* target) {
+  if (input.kind() != BindingKind::kString) return false;
+  target->assign(input.AsString());
+  return true;
+}
+inline bool TryAssignSimple(const BindingProperty& input, std::vector<uint8_t>* target) {
+  if (input.kind() != BindingKind::kBlob) return false;
+  target->assign(input.AsBlob().begin(), input.AsBlob().end());
+  return true;
+}
+inline bool TryAssignSimple(const BindingProperty&, BindingProperty*) {
+  return false;
 }
 
 // The value must be one of the enumerators of `type`; null is an unregistered type.

@@ -18,7 +18,7 @@ namespace Kest {
 template <typename T>
 void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
             T* target) {
-  NativeAccessor<T>().Assign(context, path, input, IdentifyType<T>(context.registry()), target);
+  NativeAccessor<T>().Assign(context, {path, IdentifyType<T>(context.registry())}, input, target);
 }
 
 // Writes the native value to `writer`.

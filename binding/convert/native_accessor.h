@@ -29,12 +29,17 @@ class Accessor;
 template <BoundScalar T>
 class Accessor<T> final : public ValueAccessor {
  public:
-  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
-              const TypeIdentifier& type, void* target) const override {
-    if constexpr (std::is_arithmetic_v<T>) {
+  void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,
+              void* target) const override {
+    if constexpr (std::is_enum_v<T>) {
+      if (!context.Ok()) return;
+      int32_t value = 0;
+      AssignEnumeration(context, as.name, input, as.type.record, &value);
+      if (context.Ok()) *static_cast<T*>(target) = static_cast<T>(value);
+    } else {
       if (context.Ok() && TryAssignSimple(input, static_cast<T*>(target))) return;
+      AssignOther(context, as, input, target);
     }
-    AssignAny(context, path, input, type, target);
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
             ValueWriter& writer) const override {
@@ -48,18 +53,10 @@ class Accessor<T> final : public ValueAccessor {
   }
 
  private:
-  // Apart, with the parameters of Assign: calling it costs what is assigned at once nothing.
-  [[gnu::noinline, gnu::cold]] void AssignAny(ConversionContext& context, std::string_view path,
-                                              const BindingProperty& input,
-                                              const TypeIdentifier& type, void* target) const {
-    if constexpr (std::is_enum_v<T>) {
-      if (!context.Ok()) return;
-      int32_t value = 0;
-      AssignEnumeration(context, path, input, type.record, &value);
-      if (context.Ok()) *static_cast<T*>(target) = static_cast<T>(value);
-    } else {
-      AssignScalar(context, path, input, static_cast<T*>(target));
-    }
+  // Apart, with the parameters of Assign, so that the simple case moves none of them.
+  [[gnu::noinline, gnu::cold]] void AssignOther(ConversionContext& context, const NamedType& as,
+                                                const BindingProperty& input, void* target) const {
+    AssignScalar(context, as.name, input, static_cast<T*>(target));
   }
 };
 
@@ -67,9 +64,9 @@ class Accessor<T> final : public ValueAccessor {
 template <BoundStruct T>
 class Accessor<T> final : public ValueAccessor {
  public:
-  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
-              const TypeIdentifier& type, void* target) const override {
-    AssignStructure(context, path, input, type.record, target);
+  void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,
+              void* target) const override {
+    AssignStructure(context, as.name, input, as.type.record, target);
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
             ValueWriter& writer) const override {
@@ -81,10 +78,10 @@ class Accessor<T> final : public ValueAccessor {
 template <typename T>
 class Accessor<std::shared_ptr<const T>> final : public ValueAccessor {
  public:
-  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
-              const TypeIdentifier& type, void* target) const override {
+  void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,
+              void* target) const override {
     auto item = std::make_shared<T>();
-    NativeAccessor<T>().Assign(context, path, input, type, item.get());
+    NativeAccessor<T>().Assign(context, as, input, item.get());
     if (context.Ok()) *static_cast<std::shared_ptr<const T>*>(target) = std::move(item);
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,
@@ -104,22 +101,28 @@ class Accessor<T> final : public ValueAccessor {
   static_assert(!std::is_same_v<Item, bool>, "std::vector<bool> has no elements to point at");
 
  public:
-  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
-              const TypeIdentifier& type, void* target) const override {
+  void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,
+              void* target) const override {
     if (!context.Ok()) return;
     T& items = *static_cast<T*>(target);
     items.clear();
-    if (!ExpectCollection(context, path, input)) return;
-    const TypeIdentifier element = type.Element();
+    if (!ExpectCollection(context, as.name, input)) return;
+    const NamedType element = as.Element();
     if constexpr (std::is_arithmetic_v<Item>) {
       items.resize(input.Size());  // less memory than the elements take in the tree
-      AssignNumbers(context, path, input.AllElements(), element, items.data());
+      Item* item = items.data();
+      for (const BindingProperty& number : input.AllElements()) {
+        if (!TryAssignSimple(number, item)) {
+          NativeAccessor<Item>().Assign(context, element, number, item);
+          if (!context.Ok()) return items.resize(static_cast<size_t>(item + 1 - items.data()));
+        }
+        ++item;
+      }
     } else {
       // Beyond a little they grow as elements arrive: what is refused has cost no memory ahead.
       items.reserve(std::min(input.Size(), 1 + kMostReservedBytes / sizeof(Item)));
       for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
-        NativeAccessor<Item>().Assign(context, path, input.Element(i), element,
-                                      &items.emplace_back());
+        NativeAccessor<Item>().Assign(context, element, input.Element(i), &items.emplace_back());
       }
     }
   }
@@ -135,19 +138,6 @@ class Accessor<T> final : public ValueAccessor {
     }
     if (!writer.EndCollection()) context.Fail(writer.ErrorMessage());
   }
-
- private:
-  static void AssignNumbers(ConversionContext& context, std::string_view path,
-                            std::span<const BindingProperty> inputs, const TypeIdentifier& type,
-                            Item* targets) {
-    for (const BindingProperty& input : inputs) {
-      if (!TryAssignSimple(input, targets)) {
-        NativeAccessor<Item>().Assign(context, path, input, type, targets);
-        if (!context.Ok()) return;
-      }
-      ++targets;
-    }
-  }
 };
 
 template <BoundMap T>
@@ -155,16 +145,16 @@ class Accessor<T> final : public ValueAccessor {
   using Item = typename T::mapped_type;
 
  public:
-  void Assign(ConversionContext& context, std::string_view path, const BindingProperty& input,
-              const TypeIdentifier& type, void* target) const override {
+  void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,
+              void* target) const override {
     if (!context.Ok()) return;
     T& items = *static_cast<T*>(target);
     items.clear();
-    if (!ExpectMap(context, path, input)) return;
-    const TypeIdentifier element = type.Element();
+    if (!ExpectMap(context, as.name, input)) return;
+    const NamedType element = as.Element();
     for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
       Item& item = items[std::string(input.MemberName(i))];
-      NativeAccessor<Item>().Assign(context, path, input.MemberValue(i), element, &item);
+      NativeAccessor<Item>().Assign(context, element, input.MemberValue(i), &item);
     }
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,

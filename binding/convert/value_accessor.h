@@ -9,15 +9,23 @@
 
 namespace Kest {
 
+// What a value is called in failure messages, by its argument or field, and its registered type.
+// Together, so that all parameters of a call to a converter are passed in registers.
+struct NamedType {
+  std::string_view name;
+  TypeIdentifier type;
+
+  // An element of a vector or map has the name of the whole.
+  NamedType Element() const { return {name, type.Element()}; }
+};
+
 class ValueAccessor {
  public:
   virtual ~ValueAccessor() = default;
 
-  // Assigns `input` to the native value at `target`. `path` is the name of the argument or field in
-  // failure messages; `type` is the value's registered type. Does nothing once `context` has
-  // failed; after a failure the target may be partly assigned.
-  virtual void Assign(ConversionContext& context, std::string_view path,
-                      const BindingProperty& input, const TypeIdentifier& type,
+  // Assigns `input` to the native value at `target`, named and typed as `as` says. Does nothing
+  // once `context` has failed; after a failure the target may be partly assigned.
+  virtual void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,
                       void* target) const = 0;
 
   // Writes the native value at `value` to `writer`. Does nothing once `context` has failed.
