@@ -56,22 +56,59 @@ inline size_t IndexOfFirstSetByte(uint64_t marks) {
 #if defined(__SSE2__)
 inline constexpr size_t kPlainBlock = 32;
 
-// Copies 16 bytes, and marks those that do not stand for themselves, the first in the lowest bit.
-inline uint64_t CopyMarked(const char* from, char* to) {
-  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
-  const __m128i quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
-  const __m128i slashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
-  const __m128i others = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));  // non-ASCII ones are negative
-  const __m128i marks = _mm_or_si128(_mm_or_si128(quotes, slashes), others);
-  return static_cast<uint32_t>(_mm_movemask_epi8(marks));
-}
+// One bit for each of kPlainBlock bytes, the first in the lowest bit.
+struct PlainBlock {
+  __m128i low;
+  __m128i high;
 
-// Copies kPlainBlock bytes. Returns how many at their front stand for themselves, in the sense of
-// EscapeMask. Most strings of a document fit in one such step.
+  static PlainBlock Load(const char* at) {
+    const auto* words = reinterpret_cast<const __m128i*>(at);
+    return {_mm_loadu_si128(words), _mm_loadu_si128(words + 1)};
+  }
+  void Store(char* at) const {
+    auto* words = reinterpret_cast<__m128i*>(at);
+    _mm_storeu_si128(words, low);
+    _mm_storeu_si128(words + 1, high);
+  }
+  template <typename Test>
+  uint32_t Mask(Test test) const {
+    return static_cast<uint32_t>(_mm_movemask_epi8(test(low))) |
+           static_cast<uint32_t>(_mm_movemask_epi8(test(high))) << 16;
+  }
+  // Quotes, backslashes, control characters and all that is not ASCII.
+  uint32_t Marks() const {
+    return Mask([](__m128i bytes) {
+      const __m128i quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+      const __m128i slashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+      const __m128i others = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));  // high ones are negative
+      return _mm_or_si128(_mm_or_si128(quotes, slashes), others);
+    });
+  }
+  // The bytes of well-formed characters of two bytes.
+  uint32_t Pairs() const {
+    const uint32_t leads = Mask([](__m128i bytes) {
+      return _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8(static_cast<char>(0xc1))),
+                           _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(0xe0))));
+    });
+    const uint32_t tails = Mask([](__m128i bytes) {
+      return _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(0xc0)));
+    });
+    const uint32_t paired = leads & tails >> 1;
+    return paired | paired << 1;
+  }
+};
+
+// Copies kPlainBlock bytes. Returns how many at their front stand for themselves between the quotes
+// of a JSON string; what is after them may do so, too, when it is not ASCII. Most strings of a
+// document fit in one such step.
 inline size_t CopyPlainBlock(const char* from, char* to) {
-  const uint64_t marks = CopyMarked(from, to) | CopyMarked(from + 16, to + 16) << 16;
-  return static_cast<size_t>(std::countr_zero(marks | uint64_t{1} << kPlainBlock));
+  const PlainBlock block = PlainBlock::Load(from);
+  block.Store(to);
+  uint32_t marks = block.Marks();
+  const auto plain = static_cast<size_t>(std::countr_zero(marks));
+  if (plain == kPlainBlock || static_cast<uint8_t>(from[plain]) < 0x80) return plain;
+  marks &= ~block.Pairs();
+  return static_cast<size_t>(std::countr_zero(marks));
 }
 #else
 inline constexpr size_t kPlainBlock = 8;
@@ -83,6 +120,21 @@ inline size_t CopyPlainBlock(const char* from, char* to) {
   return marks != 0 ? IndexOfFirstSetByte(marks) : kPlainBlock;
 }
 #endif
+
+// How many decimal digits a word begins with.
+inline size_t CountDigits(uint64_t word) {
+  const uint64_t digits = word ^ (kEachByte * '0');
+  const uint64_t others = ((digits + kEachByte * 0x76) | digits) & kHighBits;
+  return others != 0 ? IndexOfFirstSetByte(others) : sizeof(word);
+}
+// The number that these digits are: adds up neighbours, then pairs, then fours.
+// REQUIRES: `count` is CountDigits of the word, and above 0.
+inline uint64_t DigitsValue(uint64_t word, size_t count) {
+  word = (word ^ (kEachByte * '0')) << (64 - 8 * count);
+  word = (word * 10 + (word >> 8)) & 0x00ff00ff00ff00ffull;
+  word = (word * 100 + (word >> 16)) & 0x0000ffff0000ffffull;
+  return (word * 10000 + (word >> 32)) & 0xffffffffull;
+}
 
 // As memcmp == 0, for the short texts that names are.
 inline bool EqualBytes(const char* left, const char* right, size_t size) {

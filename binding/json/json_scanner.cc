@@ -1,5 +1,6 @@
 #include "binding/json/json_scanner.h"
 
+#include <array>
 #include <cstring>
 
 #include "base/utf8.h"
@@ -24,6 +25,19 @@ bool IsHigh(char c) {
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
+
+// What a character after a backslash is for; 0: it is for none, or begins a longer escape.
+constexpr std::array<char, 256> MakeUnescaped() {
+  std::array<char, 256> table = {};
+  for (const char c : {'"', '\\', '/'}) table[static_cast<size_t>(c)] = c;
+  table['b'] = '\b';
+  table['f'] = '\f';
+  table['n'] = '\n';
+  table['r'] = '\r';
+  table['t'] = '\t';
+  return table;
+}
+constexpr std::array<char, 256> kUnescaped = MakeUnescaped();
 
 // A text that ends with a closing bracket: a move over characters of another kind stops
 // there at the latest, so that only what looks at more than one at a time asks for the end.
@@ -51,10 +65,9 @@ class JsonScanner {
   const char* AddOtherNumber(const char* at);
   const char* Decode(const char* at, std::string_view* decoded);
   size_t CopyPlain(const char* at, char* to) const;
-  const char* DecodeSpecial(const char* at, char** to);
-  const char* DecodeCharacters(const char* at, char** to);
-  const char* DecodeEscape(const char* at, char** to);
-  const char* DecodeUnicode(const char* at, char** to);
+  const char* DecodeSpecial(const char* at, char** to) const;
+  const char* DecodeLong(const char* at, char** to) const;
+  const char* DecodeUnicode(const char* at, char** to) const;
   const char* ReadHex(const char* at, uint32_t* code) const;
 
   TreeBuilder& builder_;
@@ -156,6 +169,13 @@ KEST_PER_VALUE const char* JsonScanner::AddNumber(const char* at) {
   const char* const first = at + (isNegative ? 1 : 0);
   const char* last = first;
   uint64_t magnitude = 0;
+  if (Left(first) >= sizeof(uint64_t)) {
+    const uint64_t word = LoadWord(first);
+    const size_t count = CountDigits(word);
+    if (count == 0) return nullptr;
+    magnitude = DigitsValue(word, count);
+    last += count;
+  }
   for (; IsDigit(*last); ++last) magnitude = magnitude * 10 + static_cast<uint64_t>(*last - '0');
   constexpr ptrdiff_t kMostDigits = 18;
   const bool isOther = last - first > kMostDigits || *last == '.' || *last == 'e' || *last == 'E';
@@ -226,50 +246,33 @@ KEST_PER_VALUE size_t JsonScanner::CopyPlain(const char* at, char* to) const {
   return CopyPlainBlock(block, to);
 }
 
-const char* JsonScanner::DecodeSpecial(const char* at, char** to) {
-  if (*at == '\\') return DecodeEscape(at, to);
-  return IsHigh(*at) ? DecodeCharacters(at, to) : nullptr;
+// Decodes what is not plain. Nearly all of it comes in two bytes, of which neither is the last of
+// the text.
+KEST_PER_VALUE const char* JsonScanner::DecodeSpecial(const char* at, char** to) const {
+  const auto first = static_cast<uint8_t>(at[0]);
+  const auto second = static_cast<uint8_t>(at[1]);
+  if (first == '\\') {
+    const char c = kUnescaped[second];
+    if (c == '\0') return second == 'u' ? DecodeUnicode(at + 2, to) : nullptr;
+    *(*to)++ = c;
+    return at + 2;
+  }
+  if (first < 0xc2 || first > 0xdf || second < 0x80 || second > 0xbf) return DecodeLong(at, to);
+  (*to)[0] = at[0];
+  (*to)[1] = at[1];
+  *to += 2;
+  return at + 2;
 }
 
-// Copies characters that are not ASCII.
-const char* JsonScanner::DecodeCharacters(const char* at, char** to) {
+// Copies characters that are not ASCII, if there are any.
+const char* JsonScanner::DecodeLong(const char* at, char** to) const {
   do {
-    const size_t size = Utf8CharacterSize({at, Left(at)});
+    const size_t size = IsHigh(*at) ? Utf8CharacterSize({at, Left(at)}) : 0;
     if (size == 0) return nullptr;
     *to = static_cast<char*>(std::memcpy(*to, at, size)) + size;
     at += size;
-  } while (at != end_ && IsHigh(*at));
+  } while (IsHigh(*at));
   return at;
-}
-
-// The character after a backslash stands for this one; 0: for none.
-char Unescape(char c) {
-  switch (c) {
-    case '"':
-    case '\\':
-    case '/':
-      return c;
-    case 'b':
-      return '\b';
-    case 'f':
-      return '\f';
-    case 'n':
-      return '\n';
-    case 'r':
-      return '\r';
-    case 't':
-      return '\t';
-    default:
-      return '\0';
-  }
-}
-
-const char* JsonScanner::DecodeEscape(const char* at, char** to) {
-  if (Left(at) < 2) return nullptr;
-  if (at[1] == 'u') return DecodeUnicode(at + 2, to);
-  const char c = Unescape(at[1]);
-  *(*to)++ = c;
-  return c != '\0' ? at + 2 : nullptr;
 }
 
 // Four hexadecimal digits of one half of UTF-16.
@@ -287,7 +290,7 @@ const char* JsonScanner::ReadHex(const char* at, uint32_t* code) const {
   return at + kDigits;
 }
 
-const char* JsonScanner::DecodeUnicode(const char* at, char** to) {
+const char* JsonScanner::DecodeUnicode(const char* at, char** to) const {
   uint32_t code = 0;
   at = ReadHex(at, &code);
   if (at == nullptr) return nullptr;
