@@ -72,8 +72,7 @@ class JsonScanner {
 
   TreeBuilder& builder_;
   const char* const end_;
-  char* strings_;              // where the next one is decoded to
-  bool namesArePlain_ = true;  // none was escaped
+  char* strings_;  // where the next one is decoded to
   bool isDone_ = false;
 };
 
@@ -132,8 +131,8 @@ KEST_PER_VALUE const char* JsonScanner::TakeName(const char* at) {
   if (*at != '"') return nullptr;
   ++at;
   const std::string_view expected = builder_.ExpectedMember();
-  if (namesArePlain_ && !expected.empty() && Left(at) > expected.size() &&
-      at[expected.size()] == '"' && EqualBytes(at, expected.data(), expected.size())) {
+  if (!expected.empty() && Left(at) > expected.size() && at[expected.size()] == '"' &&
+      EqualBytes(at, expected.data(), expected.size())) {
     builder_.MemberAsExpected();
     at += expected.size() + 1;
   } else {
@@ -147,9 +146,10 @@ KEST_PER_VALUE const char* JsonScanner::TakeName(const char* at) {
 const char* JsonScanner::TakeOtherName(const char* at) {
   std::string_view name;
   const char* const last = Decode(at, &name);
-  if (last == nullptr || !builder_.StoredMember(name)) return nullptr;
-  namesArePlain_ &= static_cast<size_t>(last - at) == name.size() + 1;
-  return last;
+  if (last == nullptr) return nullptr;
+  const bool isVerbatim = static_cast<size_t>(last - at) == name.size() + 1;
+  const bool isTaken = isVerbatim ? builder_.VerbatimMember(name) : builder_.StoredMember(name);
+  return isTaken ? last : nullptr;
 }
 
 KEST_PER_VALUE const char* JsonScanner::AddString(const char* at) {

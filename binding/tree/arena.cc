@@ -72,4 +72,10 @@ void Arena::ChargeValues(size_t count) {
   if (!TryChargeValues(count)) throw TreeBoundExceeded();
 }
 
+size_t Arena::ChargeValuesUpTo(size_t count) {
+  count = std::min(count, kMaxTreeValues - values_);
+  values_ += count;
+  return count;
+}
+
 }  // namespace Kest

@@ -45,6 +45,9 @@ class alignas(8) Arena {
     return true;
   }
   void ChargeValues(size_t count);
+  // Charges up to `count` values that shall be made, as many as the bound allows; returns how many.
+  size_t ChargeValuesUpTo(size_t count);
+  void RefundValues(size_t count) { values_ -= count; }
 
   // Charges memory elsewhere that building the tree takes; false past the bound.
   bool TryCharge(size_t bytes) {

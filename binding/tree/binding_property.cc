@@ -210,8 +210,9 @@ void BindingProperty::ReserveMembers(size_t capacity) {
   const size_t size = bits_.Size();
   for (size_t i = 0; i < size; ++i) {
     const MemberNode& member = Members()[i];
-    TreeNodes::PlaceMember(members, i, capacity, member.value.bits_, *member.key, arena);
+    TreeNodes::PlaceMember(members + i, member.value.bits_, *member.key, arena);
   }
+  TreeNodes::EnterMembers(members, 0, size, capacity);
   bits_ = TreeNodes::Members(members, size, CapacityBits(capacity));
 }
 
@@ -247,7 +248,8 @@ BindingProperty& BindingProperty::GetOrAddMember(std::string_view name) {
   const MemberKey* key = TreeNodes::TryMakeKey(arena, name, SeededHash(name), /*isStored=*/false);
   if (key == nullptr) throw TreeBoundExceeded();
   ReserveMembers(size + 1);
-  TreeNodes::PlaceMember(Members(), size, TreeNodes::Capacity(bits_), Bits(), *key, arena);
+  TreeNodes::PlaceMember(Members() + size, Bits(), *key, arena);
+  TreeNodes::EnterMembers(Members(), size, size + 1, TreeNodes::Capacity(bits_));
   bits_ = TreeNodes::Members(Members(), size + 1, bits_.CapacityBits());
   return Members()[size].value;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory_resource>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -10,86 +11,95 @@
 
 namespace Kest {
 
-// Numbers the distinct names. Structures of one type come with the same names in the same order, so
-// the table first compares with the name that came last time at the same place: after the previous
-// one, or first inside a member's value. Only when that misses is the name hashed.
+// Structures of one type come with the same names in the same order, so the table expects the name
+// that came last time at the same place: after the previous one, or first inside a member's value.
+// Only when another one comes is it hashed.
 // Threads: one.
 class KeyTable {
  public:
-  // Sets `*number` to that of `name`, which is copied into `arena` when new unless `isStored` says
-  // it is there. False past the arena's bound; the table is charged to the arena until Refund.
-  bool TryIntern(std::string_view name, bool isStored, Arena& arena, uint32_t* number) {
-    if (!entries_.empty()) {
-      const uint32_t guess = entries_[previous_].next[place_];
-      if (entries_[guess].Is(name)) {
-        *number = guess;
-        MoveCursor(guess, kPastEntry);
-        return true;
-      }
-    }
-    return TryFind(name, isStored, arena, number);
-  }
-  // The name that is expected next; empty before there is any.
-  std::string_view Expected() const {
-    if (entries_.empty()) return {};
-    const Entry& entry = entries_[entries_[previous_].next[place_]];
-    return {entry.chars, entry.size};
-  }
-  // Takes it. REQUIRES: there is one.
-  uint32_t TakeExpected() {
-    const uint32_t number = entries_[previous_].next[place_];
-    MoveCursor(number, kPastEntry);
-    return number;
-  }
-  void Refund(Arena& arena) { arena.Refund(std::exchange(chargedBytes_, 0)); }
-  const MemberKey& Key(uint32_t number) const { return *entries_[number].key; }
-
-  // The position of the next name, by which it is guessed.
-  enum Place : uint32_t { kPastEntry, kOnEntry };
-  void MoveCursor(uint32_t number, Place place) {
-    previous_ = number;
-    place_ = place;
-  }
-
-  // Forgets the slots of all names.
-  void BeginPlaces() { ++round_; }
-  // The slot of a name: that of the last call of this round, else `next`, which it then keeps.
-  uint32_t FindSlot(uint32_t number, uint32_t next) {
-    Entry& entry = entries_[number];
-    if (entry.round == round_) return entry.place;
-    entry.round = round_;
-    entry.place = next;
-    return next;
-  }
-
- private:
+  // A distinct name; it stays where it is.
   struct Entry {
     const char* chars;  // the key's: a comparison need not load the key
     const MemberKey* key;
     uint32_t size;
-    uint32_t next[2];  // by Place: the names that came last time
-    uint32_t round;    // in which `place` was set
-    uint32_t place;
+    uint32_t expectedSize;  // 0: Expected never returns it
+    Entry* next[2];         // by Place: the names that came last time
+    uint32_t number;        // rises in the order in which the names came first
+    uint32_t round;         // in which `slot` was set
+    uint32_t slot;
 
     bool Is(std::string_view name) const {
       return name.size() == size && EqualBytes(name.data(), chars, size);
     }
   };
+  // How a name is passed.
+  enum class Form {
+    kBorrowed,  // it is copied when it is new
+    kStored,    // it is in the arena
+    kVerbatim,  // also, and its characters are those of the text it was read from
+  };
 
+  KeyTable() = default;
+  KeyTable(const KeyTable&) = delete;
+  KeyTable& operator=(const KeyTable&) = delete;
+
+  // The entry of the name that came; null past the arena's bound. The table is charged to the arena
+  // until Refund.
+  Entry* TryIntern(std::string_view name, Form form, Arena& arena) {
+    Entry* entry = *cursor_;
+    if (!entry->Is(name)) {
+      entry = TryFind(name, form, arena);
+      if (entry == nullptr) return nullptr;
+      *cursor_ = entry;
+    }
+    MoveCursor(*entry, kPastEntry);
+    return entry;
+  }
+  // What the text is expected to hold where the next name is due; empty: there is no telling.
+  std::string_view Expected() const { return {(*cursor_)->chars, (*cursor_)->expectedSize}; }
+  // The entry of Expected, which came. REQUIRES: it is not empty.
+  Entry* TakeExpected() {
+    Entry* entry = *cursor_;
+    MoveCursor(*entry, kPastEntry);
+    return entry;
+  }
+  void Refund(Arena& arena) { arena.Refund(std::exchange(chargedBytes_, 0)); }
+
+  // Stands for the name of the root, which has none.
+  Entry* Root() { return &root_; }
+
+  // The position of the next name, by which it is guessed.
+  enum Place : uint32_t { kPastEntry, kOnEntry };
+  void MoveCursor(Entry& entry, Place place) { cursor_ = &entry.next[place]; }
+
+  // Forgets the slots of all names.
+  void BeginSlots() { ++round_; }
+  // The slot of a name: that of the last call of this round, else `next`, which it then keeps.
+  uint32_t FindSlot(Entry& entry, uint32_t next) const {
+    if (entry.round == round_) return entry.slot;
+    entry.round = round_;
+    entry.slot = next;
+    return next;
+  }
+
+ private:
   // Holds the hash, too: names that differ are distinguished without loading the entry.
   struct Slot {
-    uint32_t entry = 0;  // its number + 1; 0: the slot is free
+    Entry* entry = nullptr;
     uint32_t hash = 0;
   };
 
-  bool TryFind(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
-  bool TryFindNumber(std::string_view name, bool isStored, Arena& arena, uint32_t* number);
+  static constexpr size_t kFirstSlots = 64;
+  static constexpr uint32_t kNoSize = UINT32_MAX;  // of no name
+
+  Entry* TryFind(std::string_view name, Form form, Arena& arena);
   bool TryGrow(Arena& arena);
 
-  std::vector<Entry> entries_;
+  Entry root_ = {"", nullptr, kNoSize, 0, {&root_, &root_}, 0, 0, 0};
+  Entry** cursor_ = &root_.next[kOnEntry];
+  std::pmr::monotonic_buffer_resource entries_{kFirstSlots / 2 * sizeof(Entry)};
+  uint32_t count_ = 0;
   std::vector<Slot> slots_;  // open hash table; a power of two of them
-  uint32_t previous_ = 0;
-  Place place_ = kOnEntry;
   uint32_t round_ = 0;
   size_t chargedBytes_ = 0;
 };

@@ -10,7 +10,6 @@ namespace Kest {
 namespace {
 
 constexpr size_t kFirstChildren = 32;
-constexpr size_t kFirstDepth = 16;
 
 // Space for the text itself, and for its nodes while that is no great waste.
 size_t FirstBytes(size_t textBytes, size_t nodesPerByte) {
@@ -44,71 +43,86 @@ bool TreeBuilder::Blob(std::span<const uint8_t> bytes) {
 
 bool TreeBuilder::Repeat(TreeNodes::Bits value, size_t values) {
   TreeNodes::Bits copy;
-  if (!arena_->TryChargeValues(values) || !TryCopyTree(value, *arena_, &copy)) return false;
-  children_.emplace_back(copy, key_);
-  return true;
+  return arena_->TryChargeValues(values - 1) && TryCopyTree(value, *arena_, &copy) && Add(copy);
+}
+
+// Makes space for further children, and charges them all at once.
+bool TreeBuilder::TryGrow() {
+  const auto count = static_cast<size_t>(next_ - children_.get());
+  if (count == capacity_) {
+    const size_t openIndex = open_ != nullptr ? static_cast<size_t>(open_ - children_.get()) : 0;
+    const size_t capacity = std::max(kFirstChildren, 2 * capacity_);
+    auto larger = std::make_unique_for_overwrite<Child[]>(capacity);
+    std::copy_n(children_.get(), count, larger.get());
+    children_ = std::move(larger);
+    capacity_ = capacity;
+    next_ = children_.get() + count;
+    if (open_ != nullptr) open_ = children_.get() + openIndex;
+  }
+  limit_ = next_ + arena_->ChargeValuesUpTo(capacity_ - count);
+  return limit_ != next_;
 }
 
 bool TreeBuilder::Begin(bool isStructure) {
-  if (!arena_->TryChargeValues(1)) return false;
-  if (children_.capacity() == 0) {
-    children_.reserve(kFirstChildren);
-    open_.reserve(kFirstDepth);
-  }
-  open_.emplace_back(children_.size(), key_, isStructure);
-  keys_.MoveCursor(key_, KeyTable::kOnEntry);
+  const size_t around = open_ != nullptr ? static_cast<size_t>(open_ - children_.get()) + 1 : 0;
+  if (!Add({around, isStructure})) return false;
+  open_ = next_ - 1;
+  keys_.MoveCursor(*key_, KeyTable::kOnEntry);
   return true;
 }
 
-// Replaces the children of the innermost container by the container.
+// Takes the children of the innermost container away, which becomes one itself.
 void TreeBuilder::End(TreeNodes::Bits bits) {
-  const size_t first = open_.back().first;
-  key_ = open_.back().key;
-  open_.pop_back();
-  children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(first), children_.end());
-  children_.emplace_back(bits, key_);
-  keys_.MoveCursor(key_, KeyTable::kPastEntry);
+  Child* const container = open_;
+  open_ = container->payload > 0 ? &children_[container->payload - 1] : nullptr;
+  container->payload = bits.payload;
+  container->shape = bits.shape;
+  limit_ -= next_ - (container + 1);
+  next_ = container + 1;
+  key_ = container->key;
+  keys_.MoveCursor(*key_, KeyTable::kPastEntry);
 }
 
 bool TreeBuilder::EndCollection() {
-  const Child* children = children_.data() + open_.back().first;
-  const size_t count = children_.size() - open_.back().first;
+  const Child* const children = open_ + 1;
+  const auto count = static_cast<size_t>(next_ - children);
   auto* elements =
       static_cast<BindingProperty*>(arena_->TryAllocate(count * sizeof(BindingProperty)));
   if (elements == nullptr) return false;
-  for (size_t i = 0; i < count; ++i) TreeNodes::Place(elements + i, children[i].bits, *arena_);
+  for (size_t i = 0; i < count; ++i) TreeNodes::Place(elements + i, children[i].Bits(), *arena_);
   End(TreeNodes::Elements(elements, count));
   return true;
 }
 
 bool TreeBuilder::EndStructure() {
-  const size_t first = open_.back().first;
-  const size_t count = MergeRepeatedMembers(first);
+  Child* const children = open_ + 1;
+  const size_t count = MergeRepeatedMembers(children, static_cast<size_t>(next_ - children));
   MemberNode* members = TreeNodes::TryAllocateMembers(*arena_, count);
   if (members == nullptr) return false;
-  const Child* children = children_.data() + first;
   for (size_t i = 0; i < count; ++i) {
-    TreeNodes::PlaceMember(members, i, count, children[i].bits, keys_.Key(children[i].key),
-                           *arena_);
+    TreeNodes::PlaceMember(members + i, children[i].Bits(), *children[i].key->key, *arena_);
   }
+  TreeNodes::EnterMembers(members, 0, count, count);
   End(TreeNodes::Members(members, count));
   return true;
 }
 
 // Gives each repeated name the value of its last and the place of its first member; returns how
 // many members stay.
-size_t TreeBuilder::MergeRepeatedMembers(size_t first) {
-  Child* children = children_.data() + first;
-  const size_t count = children_.size() - first;
+size_t TreeBuilder::MergeRepeatedMembers(Child* children, size_t count) {
   // Names are numbered as they come, so those of most structures rise: then none is repeated.
-  const auto isNoRise = [](const Child& left, const Child& right) { return left.key >= right.key; };
-  if (std::adjacent_find(children, children + count, isNoRise) == children + count) return count;
-  keys_.BeginPlaces();
+  uint32_t last = 0;
+  size_t rising = 0;
+  for (; rising < count && children[rising].key->number > last; ++rising) {
+    last = children[rising].key->number;
+  }
+  if (rising == count) return count;
+  keys_.BeginSlots();
   uint32_t kept = 0;
   for (size_t i = 0; i < count; ++i) {
-    const uint32_t place = keys_.FindSlot(children[i].key, kept);
-    if (place != i) children[place] = children[i];
-    if (place == kept) ++kept;
+    const uint32_t slot = keys_.FindSlot(*children[i].key, kept);
+    if (slot != i) children[slot] = children[i];
+    if (slot == kept) ++kept;
   }
   return kept;
 }
@@ -118,9 +132,10 @@ std::string_view TreeBuilder::ErrorMessage() const {
 }
 
 TreeNodes::Bits TreeBuilder::TakeBits() {
-  assert(open_.empty() && children_.size() == 1);
+  assert(open_ == nullptr && next_ == children_.get() + 1);
   keys_.Refund(*arena_);
-  return children_.front().bits;
+  arena_->RefundValues(static_cast<size_t>(limit_ - next_));
+  return LastValue();
 }
 
 BindingProperty TreeBuilder::Take() {

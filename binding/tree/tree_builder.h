@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "binding/tree/binding_property.h"
 #include "binding/tree/key_table.h"
@@ -37,7 +37,7 @@ class TreeBuilder final : public ValueWriter {
     return Add(TreeNodes::Enum(type, value));
   }
   bool BeginStructure(size_t) override { return Begin(/*isStructure=*/true); }
-  bool Member(std::string_view name) override { return SetKey(name, /*isStored=*/false); }
+  bool Member(std::string_view name) override { return SetKey(name, KeyTable::Form::kBorrowed); }
   bool EndStructure() override;
   bool BeginCollection(size_t) override { return Begin(/*isStructure=*/false); }
   bool EndCollection() override;
@@ -53,19 +53,21 @@ class TreeBuilder final : public ValueWriter {
     return Add(TreeNodes::Text(BindingKind::kBlob,
                                {reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
   }
-  bool StoredMember(std::string_view name) { return SetKey(name, /*isStored=*/true); }
+  bool StoredMember(std::string_view name) { return SetKey(name, KeyTable::Form::kStored); }
 
-  // The name of the last member that came where one is due now, which is likely to come again;
-  // empty when there is none. MemberAsExpected is as Member with it.
+  // For readers of text that has the same names again and again: what the text is likely to hold
+  // where the next name is due, empty when there is no telling; MemberAsExpected takes it for that
+  // name. Only names of VerbatimMember come back, which is StoredMember of what the text holds.
   std::string_view ExpectedMember() const { return keys_.Expected(); }
   void MemberAsExpected() { key_ = keys_.TakeExpected(); }
+  bool VerbatimMember(std::string_view name) { return SetKey(name, KeyTable::Form::kVerbatim); }
 
-  // Whether all that was begun has ended, and else, what the innermost container is.
-  bool IsComplete() const { return open_.empty(); }
-  bool IsInStructure() const { return open_.back().isStructure; }
+  // Whether all that was begun has ended, and else, whether the innermost is a structure.
+  bool IsComplete() const { return open_ == nullptr; }
+  bool IsInStructure() const { return open_->shape != 0; }
 
   // The value that was finished last. REQUIRES: nothing was begun or ended since.
-  TreeNodes::Bits LastValue() const { return children_.back().bits; }
+  TreeNodes::Bits LastValue() const { return next_[-1].Bits(); }
   // Adds a copy of a finished value, which holds so many values (tree_copy.h).
   bool Repeat(TreeNodes::Bits value, size_t values);
 
@@ -74,38 +76,39 @@ class TreeBuilder final : public ValueWriter {
   TreeNodes::Bits TakeBits();
 
  private:
+  // A value that is not in its container yet. One that has begun holds, until it ends, 1 + the
+  // index of the one around it or 0, and whether it is a structure.
   struct Child {
-    Child() = default;
-    Child(TreeNodes::Bits childBits, uint32_t childKey) : bits(childBits), key(childKey) {}
-    TreeNodes::Bits bits;
-    uint32_t key = 0;  // in keys_; of an element: any
-  };
-  struct Container {
-    Container(size_t firstChild, uint32_t ownKey, bool structure)
-        : first(static_cast<uint32_t>(firstChild)), key(ownKey), isStructure(structure) {}
-    uint32_t first;  // of its children in children_; kMaxTreeValues bounds them
-    uint32_t key;    // its own name
-    bool isStructure;
+    uint64_t payload;
+    uint64_t shape;
+    KeyTable::Entry* key;  // the name; of an element: any
+
+    TreeNodes::Bits Bits() const { return {payload, shape}; }
   };
 
   bool Add(TreeNodes::Bits bits) {
-    if (!arena_->TryChargeValues(1)) return false;
-    children_.emplace_back(bits, key_);
+    if (next_ == limit_ && !TryGrow()) return false;
+    *next_++ = {bits.payload, bits.shape, key_};
     return true;
   }
+  bool TryGrow();
   bool Begin(bool isStructure);
   void End(TreeNodes::Bits bits);
-  bool SetKey(std::string_view name, bool isStored) {
-    return keys_.TryIntern(name, isStored, *arena_, &key_);
+  bool SetKey(std::string_view name, KeyTable::Form form) {
+    key_ = keys_.TryIntern(name, form, *arena_);
+    return key_ != nullptr;
   }
-  size_t MergeRepeatedMembers(size_t first);
+  size_t MergeRepeatedMembers(Child* children, size_t count);
 
   Arena* arena_;
   bool ownsArena_;
-  uint32_t key_ = 0;  // the name of the next value
-  std::vector<Child> children_;
-  std::vector<Container> open_;
   KeyTable keys_;
+  KeyTable::Entry* key_ = keys_.Root();  // the name of the next value
+  std::unique_ptr<Child[]> children_;
+  size_t capacity_ = 0;
+  Child* next_ = nullptr;   // past the last child
+  Child* limit_ = nullptr;  // so many of them are charged to the arena
+  Child* open_ = nullptr;   // the innermost container
 };
 
 }  // namespace Kest

@@ -36,9 +36,10 @@ bool TryCopyEntries(Bits container, Arena& arena, Bits* copy) {
   if (members == nullptr) return false;
   const auto* originals = container.Pointer<const MemberNode>();
   for (size_t i = 0; i < size; ++i) {
-    TreeNodes::PlaceMember(members, i, size, TreeNodes::BitsOf(originals[i].value),
-                           *originals[i].key, arena);
+    TreeNodes::PlaceMember(members + i, TreeNodes::BitsOf(originals[i].value), *originals[i].key,
+                           arena);
   }
+  TreeNodes::EnterMembers(members, 0, size, size);
   *copy = TreeNodes::Members(members, size);
   return true;
 }

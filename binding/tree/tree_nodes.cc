@@ -43,9 +43,9 @@ MemberNode* TreeNodes::TryAllocateMembers(Arena& arena, size_t capacity) {
   return reinterpret_cast<MemberNode*>(memory + sizeof(MemberIndex));
 }
 
-void TreeNodes::Enter(MemberNode* members, size_t position, const MemberKey& key) {
+void TreeNodes::Enter(MemberNode* members, size_t position) {
   MemberIndex& index = IndexOf(members);
-  uint32_t slot = key.hash & index.mask;
+  uint32_t slot = members[position].key->hash & index.mask;
   while (index.slots[slot] != 0) slot = (slot + 1) & index.mask;
   index.slots[slot] = static_cast<uint32_t>(position + 1);
 }

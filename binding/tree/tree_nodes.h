@@ -95,13 +95,18 @@ struct TreeNodes {
   // An array for `capacity` members with an empty index where one is due; null past the arena's
   // bound.
   static MemberNode* TryAllocateMembers(Arena& arena, size_t capacity);
-  // Makes member `position` of an array of that capacity, and enters it into the index.
+  // Makes a member at `at`, a place of such an array.
   // REQUIRES: `key` is stored in the arena and names no other member of the array.
-  static void PlaceMember(MemberNode* members, size_t position, size_t capacity, Bits bits,
-                          const MemberKey& key, Arena& arena) {
-    Place(&members[position].value, bits, arena);
-    members[position].key = &key;
-    if (capacity > kLinearMembers) Enter(members, position, key);
+  static void PlaceMember(MemberNode* at, Bits bits, const MemberKey& key, Arena& arena) {
+    Place(&at->value, bits, arena);
+    at->key = &key;
+  }
+  // Enters members from `first` up to `end` into the index of an array of that capacity, if it has
+  // one.
+  static void EnterMembers(MemberNode* members, size_t first, size_t end, size_t capacity) {
+    if (capacity > kLinearMembers) {
+      for (size_t i = first; i < end; ++i) Enter(members, i);
+    }
   }
   // The position of the member of that name, or `count`.
   static size_t FindPosition(const MemberNode* members, size_t count, size_t capacity,
@@ -112,7 +117,7 @@ struct TreeNodes {
     return {payload, size | static_cast<uint64_t>(kind) << 32 | capacityBits << 40};
   }
   static uint64_t Address(const void* memory) { return reinterpret_cast<uintptr_t>(memory); }
-  static void Enter(MemberNode* members, size_t position, const MemberKey& key);
+  static void Enter(MemberNode* members, size_t position);
 };
 
 }  // namespace Kest
