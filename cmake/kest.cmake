@@ -52,6 +52,16 @@ function(kest_compile_together target)
   set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
+# The standard headers that most sources of the libraries include, compiled once. Sources include what they use all
+# the same: the grouped builds and clang-tidy compile them without it.
+if(NOT KEST_UNITY)
+  file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/kest_library_pch.cc" CONTENT "")
+  add_library(kest_library_pch OBJECT "${PROJECT_BINARY_DIR}/kest_library_pch.cc")
+  target_link_libraries(kest_library_pch PRIVATE kest_options)
+  target_precompile_headers(kest_library_pch PRIVATE
+    <algorithm> <functional> <future> <map> <memory> <optional> <string> <unordered_map> <unordered_set> <vector>)
+endif()
+
 # kest_library(name DEPENDS a b SOURCES x.cc y.cc LIBRARIES ext): the static library kest_<name>.
 function(kest_library name)
   cmake_parse_arguments(ARG "" "" "DEPENDS;SOURCES;LIBRARIES" ${ARGN})
@@ -62,6 +72,9 @@ function(kest_library name)
   endforeach()
   target_link_libraries(kest_${name} PRIVATE ${ARG_LIBRARIES})
   kest_compile_together(kest_${name})
+  if(TARGET kest_library_pch AND NOT KEST_OWN_PRECOMPILED_HEADERS)
+    target_precompile_headers(kest_${name} REUSE_FROM kest_library_pch)
+  endif()
 endfunction()
 
 # kest_plugin(name EXPORT load_x DEPENDS a b SOURCES load_x.cc): the library that a host loads, <name>.so or
