@@ -121,6 +121,20 @@ inline size_t CopyPlainBlock(const char* from, char* to) {
 }
 #endif
 
+// Whether two names of one size begin alike: compares kNameStart bytes, of which those past `size`
+// do not count. More than that do not count either.
+inline constexpr size_t kNameStart = 16;
+inline bool StartsAlike(const char* left, const char* right, size_t size) {
+#if defined(__SSE2__)
+  const __m128i equal = _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(left)),
+                                       _mm_loadu_si128(reinterpret_cast<const __m128i*>(right)));
+  const auto mask = static_cast<uint32_t>(_mm_movemask_epi8(equal));
+  return std::countr_one(mask) >= static_cast<int>(size < kNameStart ? size : kNameStart);
+#else
+  return std::memcmp(left, right, size < kNameStart ? size : kNameStart) == 0;
+#endif
+}
+
 // How many decimal digits a word begins with.
 inline size_t CountDigits(uint64_t word) {
   const uint64_t digits = word ^ (kEachByte * '0');

@@ -71,7 +71,7 @@ void ReadStructuresNlohmann() {
 }  // namespace
 
 void AddRows(Table& table) {
-  table.Compare("JSON text to tree", ReadTree, "RapidJSON Document", ReadRapidJson, AtLeast(1));
+  table.Compare("JSON text to tree", ReadTree, "RapidJSON Document", ReadRapidJson, AtLeast(3));
   const Allocated allocated = CountAllocations(ReadTree);
   table.Value("JSON text to tree: allocations", static_cast<double>(allocated.count), "", 30);
   table.Value("JSON text to tree: bytes allocated per byte of text",

@@ -13,8 +13,9 @@
 namespace Kest::Bench {
 
 // The flags that check what our reader checks.
-inline constexpr unsigned kPeerFlags =
-    rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+inline constexpr unsigned kPeerFlags = rapidjson::kParseIterativeFlag |
+                                       rapidjson::kParseValidateEncodingFlag |
+                                       rapidjson::kParseFullPrecisionFlag;
 
 bool ConvertRapidJson(const rapidjson::Value& value, Definitions* definitions);
 void ConvertNlohmann(const nlohmann::json& value, Definitions* definitions);

@@ -78,8 +78,13 @@ class JsonScanner {
 
 bool JsonScanner::Scan(const char* at) {
   while (true) {
-    at = SkipSpaces(at);
     switch (*at) {
+      case ' ':
+      case '\n':
+      case '\r':
+      case '\t':
+        ++at;
+        continue;
       case '"':
         at = AddString(at);
         break;
@@ -87,7 +92,7 @@ bool JsonScanner::Scan(const char* at) {
         if (!builder_.BeginStructure(0)) return false;
         at = SkipSpaces(at + 1);
         if (*at == '}') break;
-        at = TakeName(at);
+        at = *at == '"' ? TakeName(at + 1) : nullptr;
         if (at == nullptr) return false;
         continue;
       case '[':
@@ -113,33 +118,36 @@ bool JsonScanner::Scan(const char* at) {
   }
 }
 
-// Ends the containers that end here. Returns where the next value begins.
+// Ends the containers that end here. Returns where the next value begins, or spaces before it.
 KEST_PER_VALUE const char* JsonScanner::AfterValue(const char* at) {
+  bool isStructure = builder_.IsInStructure();
+  if (isStructure && at[0] == ',' && at[1] == '"') return TakeName(at + 2);
   while (true) {
     at = SkipSpaces(at);
-    const bool isStructure = builder_.IsInStructure();
-    if (*at == ',') return isStructure ? TakeName(SkipSpaces(at + 1)) : at + 1;
+    if (*at == ',') break;
     if (*at != (isStructure ? '}' : ']')) return nullptr;
     if (!(isStructure ? builder_.EndStructure() : builder_.EndCollection())) return nullptr;
     ++at;
     isDone_ = builder_.IsComplete() && at == end_;
     if (builder_.IsComplete() || at == end_) return nullptr;
+    isStructure = builder_.IsInStructure();
   }
+  if (!isStructure) return at + 1;
+  at = SkipSpaces(at + 1);
+  return *at == '"' ? TakeName(at + 1) : nullptr;
 }
 
+// The name whose first character is at `at`, and the colon.
 KEST_PER_VALUE const char* JsonScanner::TakeName(const char* at) {
-  if (*at != '"') return nullptr;
-  ++at;
-  const std::string_view expected = builder_.ExpectedMember();
-  if (!expected.empty() && Left(at) > expected.size() && at[expected.size()] == '"' &&
-      EqualBytes(at, expected.data(), expected.size())) {
-    builder_.MemberAsExpected();
-    at += expected.size() + 1;
+  const size_t size = builder_.SizeOfExpectedMember({at, Left(at)});
+  if (size > 0 && at[size] == '"') {
+    builder_.ExpectedMember();
+    at += size + 1;
   } else {
     at = TakeOtherName(at);
     if (at == nullptr) return nullptr;
   }
-  at = SkipSpaces(at);
+  if (*at != ':') at = SkipSpaces(at);
   return *at == ':' ? at + 1 : nullptr;
 }
 

@@ -1,6 +1,8 @@
 #include "binding/tree/key_table.h"
 
 #include <algorithm>
+#include <cstring>
+#include <new>
 #include <utility>
 
 #include "binding/tree/seeded_hash.h"
@@ -19,7 +21,9 @@ KeyTable::Entry* KeyTable::TryFind(std::string_view name, Form form, Arena& aren
   if (key == nullptr) return nullptr;
   const uint32_t expectedSize = form == Form::kVerbatim ? key->size : 0;
   void* memory = entries_.allocate(sizeof(Entry), alignof(Entry));
-  auto* entry = new (memory) Entry{key->chars, key, key->size, expectedSize, {}, ++count_, 0, 0};
+  auto* entry =
+      new (memory) Entry{{}, key->chars, key, key->size, expectedSize, {}, ++count_, 0, 0};
+  std::memcpy(entry->start, key->chars, std::min(name.size(), kNameStart));
   entry->next[kPastEntry] = entry->next[kOnEntry] = entry;
   slots_[slot] = {entry, hash};
   return entry;

@@ -19,10 +19,11 @@ class KeyTable {
  public:
   // A distinct name; it stays where it is.
   struct Entry {
-    const char* chars;  // the key's: a comparison need not load the key
+    char start[kNameStart];  // of the name, then zeros
+    const char* chars;       // the key's: a comparison need not load the key
     const MemberKey* key;
     uint32_t size;
-    uint32_t expectedSize;  // 0: Expected never returns it
+    uint32_t expectedSize;  // 0: SizeOfExpected does not look for it
     Entry* next[2];         // by Place: the names that came last time
     uint32_t number;        // rises in the order in which the names came first
     uint32_t round;         // in which `slot` was set
@@ -55,9 +56,16 @@ class KeyTable {
     MoveCursor(*entry, kPastEntry);
     return entry;
   }
-  // What the text is expected to hold where the next name is due; empty: there is no telling.
-  std::string_view Expected() const { return {(*cursor_)->chars, (*cursor_)->expectedSize}; }
-  // The entry of Expected, which came. REQUIRES: it is not empty.
+  // The size of the expected name if `text` begins with it and goes on, else 0; 0 near its end,
+  // too.
+  size_t SizeOfExpected(std::string_view text) const {
+    const Entry& entry = **cursor_;
+    const size_t size = entry.expectedSize;
+    if (text.size() <= kNameStart || !StartsAlike(text.data(), entry.start, size)) return 0;
+    if (size <= kNameStart) return size;
+    return text.size() > size && EqualBytes(text.data(), entry.chars, size) ? size : 0;
+  }
+  // The entry of the expected name, which came.
   Entry* TakeExpected() {
     Entry* entry = *cursor_;
     MoveCursor(*entry, kPastEntry);
@@ -95,7 +103,7 @@ class KeyTable {
   Entry* TryFind(std::string_view name, Form form, Arena& arena);
   bool TryGrow(Arena& arena);
 
-  Entry root_ = {"", nullptr, kNoSize, 0, {&root_, &root_}, 0, 0, 0};
+  Entry root_ = {"", "", nullptr, kNoSize, 0, {&root_, &root_}, 0, 0, 0};
   Entry** cursor_ = &root_.next[kOnEntry];
   std::pmr::monotonic_buffer_resource entries_{kFirstSlots / 2 * sizeof(Entry)};
   uint32_t count_ = 0;

@@ -96,27 +96,41 @@ bool TreeBuilder::EndCollection() {
 
 bool TreeBuilder::EndStructure() {
   Child* const children = open_ + 1;
-  const size_t count = MergeRepeatedMembers(children, static_cast<size_t>(next_ - children));
+  auto count = static_cast<size_t>(next_ - children);
   MemberNode* members = TreeNodes::TryAllocateMembers(*arena_, count);
   if (members == nullptr) return false;
-  for (size_t i = 0; i < count; ++i) {
-    TreeNodes::PlaceMember(members + i, children[i].Bits(), *children[i].key->key, *arena_);
+  if (!PlaceMembers(members, children, count)) {
+    const size_t kept = MergeRepeatedMembers(children, count);
+    if (kept < count) {
+      count = kept;
+      members = TreeNodes::TryAllocateMembers(*arena_, count);
+      if (members == nullptr) return false;
+      PlaceMembers(members, children, count);
+    }
   }
   TreeNodes::EnterMembers(members, 0, count, count);
   End(TreeNodes::Members(members, count));
   return true;
 }
 
-// Gives each repeated name the value of its last and the place of its first member; returns how
-// many members stay.
-size_t TreeBuilder::MergeRepeatedMembers(Child* children, size_t count) {
-  // Names are numbered as they come, so those of most structures rise: then none is repeated.
+// Returns whether the names rise: they are numbered as they come, so those of most structures do,
+// and then none is repeated.
+inline bool TreeBuilder::PlaceMembers(MemberNode* members, const Child* children, size_t count) {
+  Arena& arena = *arena_;
   uint32_t last = 0;
-  size_t rising = 0;
-  for (; rising < count && children[rising].key->number > last; ++rising) {
-    last = children[rising].key->number;
+  bool isRising = true;
+  for (size_t i = 0; i < count; ++i) {
+    const KeyTable::Entry& entry = *children[i].key;
+    TreeNodes::PlaceMember(members + i, children[i].Bits(), *entry.key, arena);
+    isRising &= entry.number > last;
+    last = entry.number;
   }
-  if (rising == count) return count;
+  return isRising;
+}
+
+// Gives each repeated name the value of its last and the place of its first member; returns how
+// many members stay. They stay as they are when none is repeated.
+size_t TreeBuilder::MergeRepeatedMembers(Child* children, size_t count) {
   keys_.BeginSlots();
   uint32_t kept = 0;
   for (size_t i = 0; i < count; ++i) {

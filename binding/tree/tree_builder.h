@@ -55,11 +55,11 @@ class TreeBuilder final : public ValueWriter {
   }
   bool StoredMember(std::string_view name) { return SetKey(name, KeyTable::Form::kStored); }
 
-  // For readers of text that has the same names again and again: what the text is likely to hold
-  // where the next name is due, empty when there is no telling; MemberAsExpected takes it for that
-  // name. Only names of VerbatimMember come back, which is StoredMember of what the text holds.
-  std::string_view ExpectedMember() const { return keys_.Expected(); }
-  void MemberAsExpected() { key_ = keys_.TakeExpected(); }
+  // For readers of text that has the same names again and again: the size of the name that is
+  // expected next if `text` begins with it, else 0; ExpectedMember takes it. Only names of
+  // VerbatimMember are expected, which is StoredMember of the very characters of the text.
+  size_t SizeOfExpectedMember(std::string_view text) const { return keys_.SizeOfExpected(text); }
+  void ExpectedMember() { key_ = keys_.TakeExpected(); }
   bool VerbatimMember(std::string_view name) { return SetKey(name, KeyTable::Form::kVerbatim); }
 
   // Whether all that was begun has ended, and else, whether the innermost is a structure.
@@ -98,6 +98,7 @@ class TreeBuilder final : public ValueWriter {
     key_ = keys_.TryIntern(name, form, *arena_);
     return key_ != nullptr;
   }
+  bool PlaceMembers(MemberNode* members, const Child* children, size_t count);
   size_t MergeRepeatedMembers(Child* children, size_t count);
 
   Arena* arena_;
