@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -166,6 +167,35 @@ inline bool EqualBytes(const char* left, const char* right, size_t size) {
     if (left[i] != right[i]) return false;
   }
   return true;
+}
+
+// As memcpy, for sizes that are small most of the time: the first and the last bytes, which may
+// overlap.
+inline void CopyBytes(char* to, const char* from, size_t size) {
+  if (size > 16) {
+    std::memcpy(to, from, size);
+  } else if (size >= 8) {
+    std::memcpy(to, from, 8);
+    std::memcpy(to + size - 8, from + size - 8, 8);
+  } else if (size >= 4) {
+    std::memcpy(to, from, 4);
+    std::memcpy(to + size - 4, from + size - 4, 4);
+  } else {
+    for (size_t i = 0; i < size; ++i) to[i] = from[i];
+  }
+}
+
+// The place of the first `byte`, or the size of the text; made for places near its start.
+inline size_t FindByte(std::string_view text, char byte) {
+  size_t i = 0;
+  for (; i + 8 <= text.size(); i += 8) {
+    const uint64_t rest = LoadWord(text.data() + i) ^ (kEachByte * static_cast<uint8_t>(byte));
+    // The lowest mark is exact: the subtraction borrows upwards only.
+    const uint64_t zeros = (rest - kEachByte) & ~rest & kHighBits;
+    if (zeros != 0) return i + IndexOfFirstSetByte(zeros);
+  }
+  while (i < text.size() && text[i] != byte) ++i;
+  return i;
 }
 
 }  // namespace Kest

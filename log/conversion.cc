@@ -61,22 +61,6 @@ IntegerArgument ToInteger(const FormatArgument& argument, bool isSigned) {
   return {false, argument.Bits() < 64 ? bits & ((uint64_t{1} << argument.Bits()) - 1) : bits};
 }
 
-// Written in place where there is space.
-void RenderPlainDecimal(const IntegerArgument& value, FixedBuffer& out) {
-  constexpr size_t kDigits = 20;
-  if (value.negative) out.Append('-');
-  char digits[kDigits];
-  char* const space = out.Reserve(kDigits);
-  char* const start = space != nullptr ? space : digits;
-  const char* const end = std::to_chars(start, start + kDigits, value.amount).ptr;
-  const size_t size = static_cast<size_t>(end - start);
-  if (space != nullptr) {
-    out.Advance(size);
-  } else {
-    out.Append({digits, size});
-  }
-}
-
 // The short way for texts and decimal numbers without flags, width and precision, which are nearly
 // all there is. False, with nothing written: not one of them.
 bool RenderPlain(char letter, const FormatArgument& argument, FixedBuffer& out) {
@@ -88,7 +72,9 @@ bool RenderPlain(char letter, const FormatArgument& argument, FixedBuffer& out) 
   if (kind != FormatArgument::Kind::kSigned && kind != FormatArgument::Kind::kUnsigned)
     return false;
   if (letter != 'd' && letter != 'u' && letter != 's') return false;
-  RenderPlainDecimal(ToInteger(argument, letter != 'u'), out);
+  const IntegerArgument value = ToInteger(argument, letter != 'u');
+  if (value.negative) out.Append('-');
+  out.AppendDecimal(value.amount);
   return true;
 }
 

@@ -75,6 +75,29 @@ struct ConversionText {
 // is one); `*result` is then unspecified.
 bool ReadConversion(std::string_view text, ConversionText* result);
 
+// Reads a length modifier, if there is one, at `*position` and moves it past it.
+inline LengthModifier ReadLength(std::string_view text, size_t* position) {
+  const auto at = [text](size_t place) { return place < text.size() ? text[place] : '\0'; };
+  const char first = at(*position);
+  if (!LetterSet("hljztL").Has(first)) return LengthModifier::kNone;
+  const bool isDoubled = (first == 'h' || first == 'l') && at(*position + 1) == first;
+  *position += isDoubled ? 2 : 1;
+  switch (first) {
+    case 'h':
+      return isDoubled ? LengthModifier::kChar : LengthModifier::kShort;
+    case 'l':
+      return isDoubled ? LengthModifier::kLongLong : LengthModifier::kLong;
+    case 'j':
+      return LengthModifier::kMax;
+    case 'z':
+      return LengthModifier::kSize;
+    case 't':
+      return LengthModifier::kDiff;
+    default:
+      return LengthModifier::kLongDouble;
+  }
+}
+
 // Reads decimal digits at `*position` and moves it past them. 0 without a digit or with a leading
 // zero (nothing is moved then); very large numbers stay very large.
 uint64_t ReadPosition(std::string_view text, size_t* position);

@@ -8,7 +8,6 @@ namespace Kest {
 namespace {
 
 constexpr int64_t kMaximumField = 4096;  // no output is longer
-constexpr LetterSet kModifiers("hljztL");
 constexpr LetterSet kLetters("diouxXcsfFeEgGaAp");
 
 bool IsDigit(char c) {
@@ -63,34 +62,6 @@ bool ReadField(std::string_view text, size_t* position, uint64_t* number, StarAr
   if (!IsDigit(At(text, *position))) return true;
   star->position = ReadPosition(text, position);
   return star->position != 0 && At(text, (*position)++) == '$';
-}
-
-LengthModifier ReadLength(std::string_view text, size_t* position) {
-  const char first = At(text, *position);
-  if (!kModifiers.Has(first)) return LengthModifier::kNone;
-  const bool doubled = At(text, *position + 1) == first;
-  switch (first) {
-    case 'h':
-      *position += doubled ? 2 : 1;
-      return doubled ? LengthModifier::kChar : LengthModifier::kShort;
-    case 'l':
-      *position += doubled ? 2 : 1;
-      return doubled ? LengthModifier::kLongLong : LengthModifier::kLong;
-    case 'j':
-      ++*position;
-      return LengthModifier::kMax;
-    case 'z':
-      ++*position;
-      return LengthModifier::kSize;
-    case 't':
-      ++*position;
-      return LengthModifier::kDiff;
-    case 'L':
-      ++*position;
-      return LengthModifier::kLongDouble;
-    default:
-      return LengthModifier::kNone;
-  }
 }
 
 // Flags, width and precision: all that may precede the length modifier.

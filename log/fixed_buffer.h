@@ -2,9 +2,14 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
+
+#include "base/word_scan.h"
 
 namespace Kest {
 
@@ -18,30 +23,38 @@ class FixedBuffer {
   }
   void Append(std::string_view text) {
     const size_t count = std::min(text.size(), capacity_ - size_);
-    if (count != 0) std::memcpy(buffer_ + size_, text.data(), count);
+    CopyBytes(buffer_ + size_, text.data(), count);
     size_ += count;
+  }
+  // The same for a size that the compiler knows.
+  template <size_t size>
+  void Append(const std::array<char, size>& text) {
+    if (capacity_ - size_ < size) return Append(std::string_view(text.data(), size));
+    std::memcpy(buffer_ + size_, text.data(), size);
+    size_ += size;
   }
   // Appends `text` up to the first `stop`, or all of it. Returns how long that stretch is, what did
   // not fit included. Made for stretches of a few bytes.
   size_t AppendUntil(char stop, std::string_view text) {
-    char* const target = buffer_ + size_;
-    const size_t space = capacity_ - size_;
-    size_t length = 0;
-    for (; length < text.size() && text[length] != stop; ++length) {
-      if (length < space) target[length] = text[length];
-    }
-    size_ += std::min(length, space);
+    const size_t length = FindByte(text, stop);
+    Append(text.substr(0, length));
     return length;
+  }
+  void AppendDecimal(uint64_t number) {
+    constexpr size_t kDigits = 20;
+    if (number < 10) return Append(static_cast<char>('0' + number));
+    char digits[kDigits];
+    char* const start = capacity_ - size_ >= kDigits ? buffer_ + size_ : digits;
+    const char* const end = std::to_chars(start, start + kDigits, number).ptr;
+    const size_t size = static_cast<size_t>(end - start);
+    if (start == digits) return Append(std::string_view(digits, size));
+    size_ += size;
   }
   void AppendRepeated(char character, size_t times) {
     const size_t count = std::min(times, capacity_ - size_);
     if (count != 0) std::memset(buffer_ + size_, character, count);
     size_ += count;
   }
-
-  // Memory for `size` more bytes, or null when there is less; Advance says how many were written.
-  char* Reserve(size_t size) { return capacity_ - size_ >= size ? buffer_ + size_ : nullptr; }
-  void Advance(size_t written) { size_ += written; }
 
   bool IsFull() const { return size_ == capacity_; }
   std::string_view View() const { return {buffer_, size_}; }

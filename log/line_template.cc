@@ -1,7 +1,9 @@
 #include "log/line_template.h"
 
+#include <array>
 #include <bit>
 #include <charconv>
+#include <cstring>
 
 namespace Kest {
 namespace {
@@ -15,23 +17,36 @@ void AppendPadded(uint64_t value, size_t digits, FixedBuffer& out) {
   out.Append({buffer, size});
 }
 
-void AppendPadded(int32_t value, size_t digits, FixedBuffer& out) {
-  AppendPadded(static_cast<uint64_t>(value), digits, out);
+constexpr std::array<char, 200> kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (size_t i = 0; i < pairs.size(); ++i) {
+    pairs[i] = static_cast<char>('0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
+  }
+  return pairs;
+}();
+
+// The two digits of a number below 100.
+void PutPair(int32_t value, char* to) {
+  std::memcpy(to, &kPairs[2 * (static_cast<uint32_t>(value) % 100)], 2);
 }
 
 // "2024-05-06T07:08:09" with `separator` between the parts of the time.
 void AppendDateAndTime(const LocalTime& time, char separator, FixedBuffer& out) {
-  AppendPadded(time.year, 4, out);
-  out.Append('-');
-  AppendPadded(time.month, 2, out);
-  out.Append('-');
-  AppendPadded(time.day, 2, out);
-  out.Append('T');
-  AppendPadded(time.hour, 2, out);
-  out.Append(separator);
-  AppendPadded(time.minute, 2, out);
-  out.Append(separator);
-  AppendPadded(time.second, 2, out);
+  if (time.year > 9999) {
+    AppendPadded(static_cast<uint64_t>(time.year), 4, out);
+  } else {
+    std::array<char, 4> year;
+    PutPair(time.year / 100, &year[0]);
+    PutPair(time.year, &year[2]);
+    out.Append(year);
+  }
+  std::array<char, 15> rest = {'-', 0, 0, '-', 0, 0, 'T', 0, 0, separator, 0, 0, separator, 0, 0};
+  PutPair(time.month, &rest[1]);
+  PutPair(time.day, &rest[4]);
+  PutPair(time.hour, &rest[7]);
+  PutPair(time.minute, &rest[10]);
+  PutPair(time.second, &rest[13]);
+  out.Append(rest);
 }
 
 void AppendGroups(GroupMask groups, FixedBuffer& out) {
@@ -103,8 +118,9 @@ std::string_view FormatLine(std::string_view lineTemplate, const LogRecord& reco
 
 void AppendTimestamp(const LocalTime& time, FixedBuffer& out) {
   AppendDateAndTime(time, ':', out);
-  out.Append('.');
-  AppendPadded(time.millisecond, 3, out);
+  std::array<char, 4> fraction = {'.', static_cast<char>('0' + time.millisecond / 100 % 10)};
+  PutPair(time.millisecond, &fraction[2]);
+  out.Append(fraction);
 }
 
 void AppendFileNameTimestamp(const LocalTime& time, FixedBuffer& out) {

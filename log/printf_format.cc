@@ -91,8 +91,31 @@ bool IsWide(const Conversion& conversion) {
          (conversion.letter == 's' || conversion.letter == 'c');
 }
 
+// A string or decimal number without flags, width and precision, which are nearly all there is.
+// Returns the size of the conversion; 0: it is something else, and nothing has been done.
+size_t AppendPlain(std::string_view text, ArgumentList& arguments, FixedBuffer& out) {
+  size_t position = 0;
+  const LengthModifier length = ReadLength(text, &position);
+  const char letter = position < text.size() ? text[position] : '\0';
+  if (letter == 's' && length == LengthModifier::kNone) {
+    out.Append(FormatArgument(va_arg(arguments.list, const char*)).Text());
+  } else if (letter == 'd') {
+    const int64_t value = NextSigned(length, arguments).Signed();
+    if (value < 0) out.Append('-');
+    out.AppendDecimal(value < 0 ? uint64_t{0} - static_cast<uint64_t>(value)
+                                : static_cast<uint64_t>(value));
+  } else if (letter == 'u') {
+    out.AppendDecimal(NextUnsigned(length, arguments).Unsigned());
+  } else {
+    return 0;
+  }
+  return position + 1;
+}
+
 // The conversion at the start of `text`. False: formatting ends.
 bool Convert(std::string_view text, ArgumentList& arguments, FixedBuffer& out, size_t* size) {
+  *size = AppendPlain(text, arguments, out);
+  if (*size != 0) return true;
   ConversionText read;
   if (!ReadConversion(text, &read) || IsWide(read.conversion)) return false;
   if (read.width.present) read.conversion.SetWidth(va_arg(arguments.list, int));
