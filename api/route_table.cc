@@ -21,11 +21,11 @@ void RouteTable::Add(HttpMethod method, const RouteTemplate& route) {
   row.route = &route;
   row.number = count_++;
   row.minimum = route.MinimumLength();
-  if (route.IsLiteral()) row.maximum = row.minimum;
+  if (route.IsLiteral()) row.more = 0;
   const bool atEnd = !route.Suffix().empty();
   const std::string_view literal = atEnd ? route.Suffix() : route.Prefix();
-  if (!atEnd) row.prefixEnd = literal.size();
   if (row.minimum >= kWindow && (atEnd || literal.size() >= kWindow)) {
+    if (!atEnd) row.prefixEnd = literal.size();
     char window[kWindow] = {};
     char mask[kWindow] = {};
     const size_t count = std::min(kWindow, literal.size());
@@ -37,17 +37,14 @@ void RouteTable::Add(HttpMethod method, const RouteTemplate& route) {
   rows_[static_cast<size_t>(method)].push_back(row);
 }
 
-bool RouteTable::MayMatch(const Row& row, std::string_view path) {
-  if (path.size() < row.minimum || path.size() > row.maximum) return false;
-  if (row.mask == 0) return true;
-  const size_t end = row.prefixEnd != 0 ? row.prefixEnd : path.size();
-  return (LoadWindow(path.data() + end) & row.mask) == row.window;
-}
-
 std::optional<size_t> RouteTable::Find(HttpMethod method, std::string_view path,
                                        RouteCaptures* captures) const {
+  const uint64_t last = path.size() >= kWindow ? LoadWindow(path.data() + path.size()) : 0;
   for (const Row& row : rows_[static_cast<size_t>(method)]) {
-    if (MayMatch(row, path) && row.route->Match(path, captures)) return row.number;
+    if (path.size() - row.minimum > row.more) continue;  // a shorter path wraps around
+    const uint64_t window = row.prefixEnd != 0 ? LoadWindow(path.data() + row.prefixEnd) : last;
+    if ((window & row.mask) != row.window) continue;
+    if (row.route->Match(path, captures)) return row.number;
   }
   return std::nullopt;
 }

@@ -33,13 +33,12 @@ class RouteTable {
   struct Row {
     uint64_t window = 0;
     uint64_t mask = 0;
-    size_t prefixEnd = 0;  // 0: the window ends with the path
-    size_t minimum = 0;    // length of a path
-    size_t maximum = SIZE_MAX;
+    size_t prefixEnd = 0;        // 0: the window ends with the path
+    size_t minimum = 0;          // length of a path
+    size_t more = SIZE_MAX / 2;  // bytes that a path may have beyond that
     const RouteTemplate* route = nullptr;
     size_t number = 0;
   };
-  static bool MayMatch(const Row& row, std::string_view path);
 
   std::array<std::vector<Row>, kHttpMethodCount> rows_;
   size_t count_ = 0;

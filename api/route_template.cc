@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/word_scan.h"
+
 namespace Kest {
 namespace {
 
@@ -25,8 +27,8 @@ bool MatchesChar(bool isRest, char c) {
 }
 
 bool MatchesRemainder(bool isRest, std::string_view text) {
-  const std::string_view refused = isRest ? "\n\r" : "/";
-  return text.find_first_of(refused) == std::string_view::npos;
+  const size_t refused = isRest ? text.find_first_of("\n\r") : text.find('/');
+  return refused == std::string_view::npos;
 }
 
 }  // namespace
@@ -75,7 +77,9 @@ void RouteTemplate::AppendLiteral(char c) {
 
 bool RouteTemplate::Match(std::string_view path, RouteCaptures* captures) const {
   captures->Clear();
-  if (path.size() < minimumLength_ || !path.starts_with(prefix_)) return false;
+  if (path.size() < minimumLength_ || !EqualBytes(path.data(), prefix_.data(), prefix_.size())) {
+    return false;
+  }
   std::string_view rest = path.substr(prefix_.size());
   if (groups_.empty()) return rest.empty();
   if (!isDirect_) return MatchAmbiguous(rest, captures);
@@ -93,8 +97,11 @@ bool RouteTemplate::Match(std::string_view path, RouteCaptures* captures) const 
 // The last group matches all but the last literal, or nothing does.
 bool RouteTemplate::MatchLast(std::string_view rest, RouteCaptures* captures) const {
   const Group& last = groups_.back();
-  if (!rest.ends_with(last.literal)) return false;
+  if (rest.size() < last.literal.size()) return false;
   const std::string_view capture = rest.substr(0, rest.size() - last.literal.size());
+  if (!EqualBytes(rest.data() + capture.size(), last.literal.data(), last.literal.size())) {
+    return false;
+  }
   if (!MatchesRemainder(last.isRest, capture)) return false;
   captures->Append(capture);
   return true;

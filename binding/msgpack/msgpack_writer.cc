@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/word_scan.h"
 #include "binding/convert/conversion_context.h"
 #include "binding/msgpack/byte_cursor.h"
 #include "binding/msgpack/msgpack_format.h"
@@ -78,13 +79,19 @@ bool MessagePackWriter::Float(double value) {
 }
 
 bool MessagePackWriter::String(std::string_view text) {
-  if (text.size() >= kFixstrs) {
+  if (text.size() > UINT8_MAX) {
     return CheckSize(text.size()) && NarrowNumber(kStr8, text.size()) && Bytes(text);
   }
-  char* to = block_.Reserve(1 + text.size());
-  *to = static_cast<char>(kFixstr + text.size());
-  if (!text.empty()) std::memcpy(to + 1, text.data(), text.size());
-  block_.FilledTo(to + 1 + text.size());
+  // Its size and its bytes in one go: nearly all strings are short.
+  char* to = block_.Reserve(2 + text.size());
+  if (text.size() < kFixstrs) {
+    *to++ = static_cast<char>(kFixstr + text.size());
+  } else {
+    *to++ = static_cast<char>(kStr8);
+    *to++ = static_cast<char>(text.size());
+  }
+  CopyBytes(to, text.data(), text.size());
+  block_.FilledTo(to + text.size());
   return true;
 }
 
