@@ -1,14 +1,24 @@
-// Publication: finding the one item of 10,000 that changed, beside a comparison of all items with
-// their published copies field by field; and the memory of store and snapshot beside that of the
-// items alone.
+// Publication of an inventory of 10,000 items, on a host that does nothing with it: one change
+// beside writing the maps by hand and beside copying their bytes; the longest time that it keeps a
+// module task; and the memory of all that is kept beside that of the items alone.
 #include <malloc.h>
 
+#include <cstring>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "api/dispatcher.h"
 #include "bench/comparison.h"
-#include "loot/state/player_loot_store.h"
+#include "bench/json_peers.h"
+#include "bench/slice_host.h"
+#include "client/sibling_client.h"
+#include "loot/calls/chest_notices.h"
+#include "loot/calls/loot_publisher.h"
+#include "loot/calls/watched_views.h"
+#include "loot/state/loot_state.h"
+#include "loot/state/loot_switch.h"
+#include "loot/wire/register_resources.h"
 
 namespace Kest::Client::Loot {
 namespace {
@@ -45,66 +55,129 @@ std::vector<Api::PlayerLoot> MakeItems() {
   return items;
 }
 
-void MarkPublished(PlayerLootStore* store) {
-  PlayerLootChanges changes = store->FindChanges();
-  store->MarkPublished(&changes);
-}
-
 size_t LiveBytes() {
   return mallinfo2().uordblks + mallinfo2().hblkhd;
 }
+
+// An inventory and its publisher, on a host that does nothing.
+struct Player {
+  Player() { Api::RegisterLootResources(TypeRegistry::Process()); }
+
+  // A part of the items gets another count.
+  void Change(int32_t step, int32_t count) {
+    for (int32_t i = 0; i < kItems; i += step) {
+      Api::PlayerLoot item = MakeItem(i);
+      item.count = count;
+      state.store.Put(item);
+    }
+  }
+
+  // As the endpoint returns it.
+  WithJson<std::shared_ptr<const Api::PlayerLootItems>> GetMap() {
+    const auto map = state.store.Snapshot();
+    return {{map, &map->playerLoot}, publisher.PresentText()->Items()};
+  }
+
+  Bench::SliceHost host;
+  const std::string name = "vwm-be-bench";
+  SiblingClient client{host.Services(), host.Module(), name};
+  const LootSwitch loot{true, true};
+  LootState state;
+  WatchedViews views{client, state, loot};
+  ChestNotices notices{client};
+  LootPublisher publisher{host.Module(), client, {state.store, state.definitions, notices, views}};
+};
 
 // What holding the items costs after two publications, in multiples of a plain list of them.
 double MemoryRatio() {
   const size_t atStart = LiveBytes();
   std::vector<Api::PlayerLoot> items = MakeItems();
   const size_t once = LiveBytes() - atStart;
-  PlayerLootStore store;
   const size_t before = LiveBytes();
-  store.Replace(items);
-  MarkPublished(&store);
-  items[0].count = 2;
-  store.Replace(items);
-  MarkPublished(&store);
+  Player player;
+  player.state.store.Replace(items);
+  player.publisher.Publish();
+  items[0].count = 20;
+  player.state.store.Replace(items);
+  player.publisher.Publish();
   return static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
 }
 
-// How many items differ from their published copies, which follow.
-size_t CompareAll(const std::unordered_map<std::string, Api::PlayerLoot>& current,
-                  std::unordered_map<std::string, Api::PlayerLoot>* published) {
-  size_t changes = 0;
-  for (const auto& [lootId, candidate] : current) {
-    Api::PlayerLoot& copy = (*published)[lootId];
-    if (copy == candidate) continue;
-    copy = candidate;
-    ++changes;
-  }
-  return changes;
+// One item changes, and with it the length of its JSON.
+void AddChangeRows(Bench::Table& table) {
+  Player player;
+  player.state.store.Replace(MakeItems());
+  player.publisher.Publish();
+  Api::PlayerLoot item = MakeItem(kItems / 2);
+  const auto publish = [&] {
+    item.count = 21 - item.count;
+    player.state.store.Put(item);
+    const size_t before = player.host.Published();
+    player.publisher.Publish();
+    Bench::Require(player.host.Published() - before > 10'000'000, "the maps were not published");
+  };
+  std::unordered_map<std::string, Api::PlayerLoot> items;
+  for (Api::PlayerLoot& each : MakeItems()) items.emplace(each.lootId, std::move(each));
+  const auto writeByHand = [&] {
+    for (int map = 0; map < 2; ++map) {
+      rapidjson::StringBuffer buffer;
+      Bench::WriteRapidJson(items, &buffer);
+      Bench::Keep(buffer.GetString());
+    }
+  };
+  const std::string json(player.publisher.PresentText()->Items());
+  std::string copies[2] = {json, json};
+  const auto copy = [&] {
+    for (std::string& each : copies) {
+      std::memcpy(each.data(), json.data(), json.size());
+      Bench::Keep(each.data());
+    }
+  };
+  table.Compare("one of 10,000 items changed, item and maps published", publish,
+                "RapidJSON Writer, both maps", writeByHand, Bench::AtLeast(20));
+  table.Compare("the same", publish, "memory copy of both maps", copy, Bench::AtMost(2));
+
+  Dispatcher api(TypeRegistry::Process());
+  api.Route(HttpMethod::kGet, "/map", "GetMap", &player, &Player::GetMap);
+  const auto get = [&] {
+    const Response response = api.Handle({"GET", "/map", {}, {}, {}, {}});
+    Bench::Require(response.body.size() == json.size(), "another text");
+  };
+  table.Compare(
+      "the map of 10,000 items returned again", get, "copy of its JSON",
+      [&] { Bench::Keep(std::string(json).data()); }, Bench::AtMost(1.25));
+}
+
+void AddSliceRows(Bench::Table& table) {
+  const auto parse = [] {
+    rapidjson::Document document;
+    document.Parse<Bench::kPeerFlags>(Bench::SampleText().c_str());
+    Bench::Require(!document.HasParseError(), "not parsed");
+  };
+  constexpr const char* kPeer = "RapidJSON Document of 4.5 MB";
+  const auto publishAll = [] {
+    Player player;
+    player.state.store.Replace(MakeItems());
+    return player.host.LongestSlice([&] { player.publisher.Publish(); });
+  };
+  table.Compare("longest slice, 10,000 new items published", Bench::Side::Measured(publishAll),
+                kPeer, parse, Bench::AtMost(0.31));
+  Player player;
+  player.state.store.Replace(MakeItems());
+  player.publisher.Publish();
+  int32_t count = 1;
+  const auto publishChanged = [&] {
+    player.Change(1, ++count);
+    return player.host.LongestSlice([&] { player.publisher.Publish(); });
+  };
+  table.Compare("longest slice, 10,000 changed items published",
+                Bench::Side::Measured(publishChanged), kPeer, parse, Bench::AtMost(0.31));
 }
 
 void AddRows(Bench::Table& table) {
-  PlayerLootStore store;
-  store.Replace(MakeItems());
-  MarkPublished(&store);
-  std::unordered_map<std::string, Api::PlayerLoot> current;
-  for (Api::PlayerLoot& item : MakeItems()) current.emplace(item.lootId, std::move(item));
-  std::unordered_map<std::string, Api::PlayerLoot> published = current;
-  Api::PlayerLoot item = MakeItem(kItems / 2);
-  const auto findMarked = [&] {
-    ++item.count;
-    store.Put(item);
-    PlayerLootChanges changes = store.FindChanges();
-    Bench::Require(changes.written.size() == 1, "the change was not found");
-    store.MarkPublished(&changes);
-  };
-  const auto compareAll = [&] {
-    ++item.count;
-    current[item.lootId] = item;
-    Bench::Require(CompareAll(current, &published) == 1, "the change was not found");
-  };
-  table.Compare("one change in 10,000 items found", findMarked, "comparison of all items",
-                compareAll, Bench::AtLeast(20));
-  table.Value("store and snapshot: memory", MemoryRatio(), "x the items", 2.2);
+  AddChangeRows(table);
+  AddSliceRows(table);
+  table.Value("store, snapshot and kept JSON: memory", MemoryRatio(), "x the items", 2.5);
 }
 
 }  // namespace

@@ -54,9 +54,12 @@ struct Player {
     watchedBytes = LiveBytes() - before;
   }
   size_t Publish() {
-    PlayerLootChanges changes = state.store.FindChanges();
+    PlayerLootChanges changes;
+    Pace pace;
+    Bench::Require(state.store.FindChanges(pace, &changes), "given up");
     std::vector<PublicationStep> steps;
     WatchedViews::Draft draft = views.FindChanges(changes, &steps);
+    state.store.PrepareToMark();
     state.store.MarkPublished(&changes);
     views.Keep(std::move(draft));
     return steps.size();

@@ -5,14 +5,15 @@
 
 namespace Kest::Client::Loot {
 
-LootPlugin::LootPlugin(PluginRuntime& runtime)
+LootPlugin::LootPlugin(PluginRuntime& runtime, size_t itemsInSlice)
     : PluginBase(runtime),
       client_(Host(), Module(), FullName()),
       proxy_(Host(), Module(), client_, FullName()),
       inventory_(state_),
       views_(client_, state_, loot_),
       chests_(client_),
-      publisher_(Module(), client_, {state_.store, state_.definitions, chests_, views_}),
+      publisher_(Module(), client_, {state_.store, state_.definitions, chests_, views_},
+                 itemsInSlice),
       readiness_(client_, inventory_, publisher_),
       logos_(Module(), client_, state_.collections, readiness_),
       sources_(client_, state_.collections, readiness_),

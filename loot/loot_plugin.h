@@ -30,7 +30,8 @@ namespace Kest::Client::Loot {
 
 class LootPlugin final : public PluginBase {
  public:
-  explicit LootPlugin(PluginRuntime& runtime);
+  // Work on more than `itemsInSlice` items has pauses.
+  explicit LootPlugin(PluginRuntime& runtime, size_t itemsInSlice = kItemsInSlice);
 
   void RegisterApi() override;
   bool Initialise() override;

@@ -1,9 +1,12 @@
 #include "plugin/app_module.h"
 
+#include <memory>
+
 #include "log/fatal.h"
 #include "log/logger.h"
 #include "log/positional_format.h"
 #include "plugin/boundary.h"
+#include "plugin/once_promise.h"
 
 namespace Kest {
 
@@ -18,6 +21,20 @@ void AppModule::WaitUntil(const std::function<bool()>& isReady, std::string_view
     host_.Yield();
   } while (!isReady());
   if (isShown) host_.WaitEnd();
+}
+
+bool AppModule::LetOthersRun(std::string_view name) noexcept {
+  RunAtBoundary(
+      [&] {
+        auto promise = std::make_shared<OncePromise<Nothing>>();
+        auto future = promise->GetFuture();
+        const TaskPosting posting =
+            PostTask(name, [promise = std::move(promise)] { promise->Set(Nothing{}); });
+        // At stop the task is dropped, which ends the wait too.
+        if (posting == TaskPosting::kQueued) static_cast<void>(Await(std::move(future)));
+      },
+      [](const char*) noexcept {});
+  return !host_.IsStopping();
 }
 
 void AppModule::EndProcess(const std::future_error& error) {

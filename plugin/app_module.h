@@ -46,6 +46,11 @@ class AppModule {
     }
   }
 
+  // Lets run what is due: the tasks that were queued before, and other tasks that wait. False: the
+  // plugin stops. When memory runs out it returns at once. `name` is that of the task that ends the
+  // pause; of several pauses of one name at a time only the first lasts.
+  [[nodiscard]] bool LetOthersRun(std::string_view name) noexcept;
+
   TaskPosting PostTask(std::string_view name, std::function<void()> run) {
     return host_.PostTask(name, std::move(run));
   }

@@ -39,6 +39,7 @@ std::string ChestNotices::Acknowledge(const std::string& id) {
   const ResourceChange change =
       client_.MakeChange(kPath, ResourceEventType::kUpdate, ListOf(notifications));
   notifications_.swap(notifications);
+  ++acknowledgements_;
   client_.Publish(change);
   return "ACKNOWLEDGED";
 }

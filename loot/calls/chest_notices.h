@@ -3,6 +3,7 @@
 // grows. Every change is published. Threads: module tasks only; it does not wait.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -42,9 +43,13 @@ class ChestNotices {
 
   std::vector<Api::PlayerLootNotification> List() const;
 
+  // How often one was acknowledged: what was made to be published before then is out of date.
+  uint64_t Acknowledgements() const { return acknowledgements_; }
+
  private:
   SiblingClient& client_;
   Notifications notifications_{8};
+  uint64_t acknowledgements_ = 0;
 };
 
 }  // namespace Kest::Client::Loot

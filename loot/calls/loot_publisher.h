@@ -1,5 +1,5 @@
 // LootPublisher turns changes of the store and of the display categories into resource events.
-// Threads: module tasks only; it does not wait.
+// Threads: module tasks only; publishing many items waits.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,10 @@ class LootPublisher {
     ChestNotices& notices;
     WatchedViews& views;
   };
-  LootPublisher(AppModule& module, SiblingClient& client, const Sources& sources)
-      : module_(module), client_(client), sources_(sources) {}
+  // Up to `itemsInSlice` changed items are published without a pause.
+  LootPublisher(AppModule& module, SiblingClient& client, const Sources& sources,
+                size_t itemsInSlice = kItemsInSlice)
+      : module_(module), client_(client), sources_(sources), itemsInSlice_(itemsInSlice) {}
 
   // Posts the task "LootPlugin.NotifyAllLootResourceUpdated <count of publications>", which
   // publishes. Requests made before it runs may share one task.
@@ -40,6 +42,11 @@ class LootPublisher {
   // event leaves: when memory runs out nothing is published, and the next publication does it. The
   // host may ask the plugin something from inside an event; a publication that this brings about
   // follows when this one is complete.
+  //
+  // When more than a few hundred items may have changed, other tasks run every few hundred items:
+  // while texts are made, before anything has changed, and between events. What changes meanwhile
+  // is in this publication if its first event has not left, else in one that follows it. Stop ends
+  // it in a pause.
   void Publish();
 
   // The JSON of the maps as they are now; null when it has to be written. Valid until the next
@@ -51,12 +58,11 @@ class LootPublisher {
 
   // All that is made before the first event leaves.
   struct Publication {
-    explicit Publication(const ChestNotices& published) : notices(published) {}
-
+    bool isLarge = false;  // it is made and sent with pauses
     PlayerLootChanges changes;
     ItemTexts texts;                    // of the written items
     std::optional<MapText::Draft> map;  // nothing: it stays
-    ChestNotices::Draft notices;
+    std::optional<ChestNotices::Draft> notices;
     Steps noticeSteps;
     std::vector<size_t> noticeItems;  // by step: the written item that it follows
     std::string path;                 // has the capacity for each item's
@@ -65,15 +71,21 @@ class LootPublisher {
     Steps steps;  // after the maps
   };
 
-  void PublishOnce();
-  void Prepare(Publication* next);
+  // Those that return false have been given up in a pause, most because the plugin stops.
+  bool PublishOnce();
+  bool PrepareItems(Publication* next);
+  bool TryPrepareItems(Pace& pace, Publication* next);
+  void PrepareRest(Publication* next);
   void Commit(Publication* next) noexcept;
-  void Send(Publication& sent) noexcept;
+  bool Send(Publication* sent) noexcept;
+  bool SendItems(Pace& pace, Publication* sent) noexcept;
+  bool SendMaps(Pace& pace) noexcept;
   void SendStep(const PublicationStep& step) noexcept;
 
   AppModule& module_;
   SiblingClient& client_;
   const Sources sources_;
+  const size_t itemsInSlice_;
   MapText text_;
   std::vector<std::string> publishedCategories_;
   uint64_t publications_ = 0;

@@ -38,9 +38,9 @@ class WatchedViews::Touched {
  public:
   Touched(const PlayerLootChanges& changes, const RecipeIndex& recipes)
       : recipes_(recipes.recipes().size()) {
-    for (const auto& [item, isCreated] : changes.written) {
-      Add(*item, recipes);
-      if (isCreated) comeAndGone_.insert(item->lootId);
+    for (const PlayerLootChanges::Written& written : changes.written) {
+      Add(*written.item, recipes);
+      if (written.isCreated) comeAndGone_.insert(written.item->lootId);
     }
     for (const Api::PlayerLootPointer& item : changes.removed) {
       Add(*item, recipes);

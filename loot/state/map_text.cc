@@ -15,6 +15,24 @@ constexpr std::string_view kBeforeVersion = "{\"version\":";
 constexpr std::string_view kAfterVersion = ",\"playerLoot\":";
 constexpr size_t kMaxVersion = 20;
 
+// What ItemTexts reserves at a time.
+constexpr size_t kBytesOfTexts = size_t{256} << 10;
+// Bytes that are copied in about the time of one item's work.
+constexpr size_t kBytesInStep = 4096;
+
+// What is copied into the present buffer at a time; more has pauses, so it needs another buffer.
+constexpr size_t kMostBytesInPlace = size_t{1} << 20;
+
+// The place of the item among the few from `from` on, or the size.
+size_t FindNear(const std::vector<MemberText>& texts, size_t from, const Api::PlayerLoot* item) {
+  constexpr size_t kFew = 8;
+  const size_t end = std::min(from + kFew, texts.size());
+  for (size_t i = from; i < end; ++i) {
+    if (texts[i].item == item) return i;
+  }
+  return texts.size();
+}
+
 // Finds the texts of items that come mostly in the order of the texts.
 class TextFinder {
  public:
@@ -22,11 +40,7 @@ class TextFinder {
 
   // Looks at the few that come next.
   const MemberText* FindNext(const Api::PlayerLoot* item) {
-    const size_t end = std::min(next_ + kProbes, texts_.size());
-    for (size_t i = next_; i < end; ++i) {
-      if (texts_[i].item == item) return Found(i);
-    }
-    return nullptr;
+    return Found(FindNear(texts_, next_, item));
   }
   // Looks at all.
   const MemberText* Find(const Api::PlayerLoot* item) {
@@ -37,9 +51,8 @@ class TextFinder {
   }
 
  private:
-  static constexpr size_t kProbes = 8;
-
   const MemberText* Found(size_t i) {
+    if (i == texts_.size()) return nullptr;
     next_ = i + 1;
     return &texts_[i];
   }
@@ -64,35 +77,41 @@ void SetTexts(std::span<MemberText> members, const char* text) {
 
 }  // namespace
 
-void ItemTexts::Add(std::span<const Api::PlayerLootPointer> items) {
-  std::string text;
-  std::vector<MemberText> added;
-  added.reserve(items.size());
-  for (const Api::PlayerLootPointer& item : items) {
-    const size_t start = text.size();
-    if (start != 0) text += ',';
-    const size_t nameAt = text.size();
-    ConversionContext context;
-    WriteJsonValue(context, item->lootId, &text);
-    text += ':';
-    const size_t valueAt = text.size();
-    WriteJsonValue(context, *item, &text);
-    if (context.Ok()) {
-      added.push_back({item.get(), nullptr, text.size() - nameAt, valueAt - nameAt});
-    } else {
-      text.resize(start);
-    }
+void ItemTexts::Add(const Api::PlayerLootPointer& item) {
+  ConversionContext context;
+  scratch_.clear();
+  WriteJsonValue(context, item->lootId, &scratch_);
+  scratch_ += ':';
+  const size_t valueAt = scratch_.size();
+  WriteJsonValue(context, *item, &scratch_);
+  if (!context.Ok()) return;
+  items_.push_back(item);
+  std::string* const text = TextWithSpaceFor(scratch_.size() + 1);
+  members_.push_back({item.get(), text->data() + text->size(), scratch_.size(), valueAt});
+  text->append(scratch_).append(",");
+}
+
+// The first text is as long as it needs to be: mostly it is the only one.
+std::string* ItemTexts::TextWithSpaceFor(size_t bytes) {
+  if (texts_.empty() || texts_.back().capacity() - texts_.back().size() < bytes) {
+    std::string text;
+    text.reserve(texts_.empty() ? bytes : std::max(bytes, kBytesOfTexts));
+    texts_.push_back(std::move(text));
   }
-  items_.reserve(items_.size() + items.size());
-  members_.reserve(members_.size() + added.size());
-  SetTexts(added, texts_.emplace_back(std::move(text)).data());
-  items_.insert(items_.end(), items.begin(), items.end());
-  members_.insert(members_.end(), added.begin(), added.end());
+  return &texts_.back();
+}
+
+bool ItemTexts::HasNext(const Api::PlayerLoot& item) {
+  const size_t place = FindNear(members_, next_, &item);
+  if (place == members_.size()) return false;
+  next_ = place + 1;
+  return true;
 }
 
 void MapText::Draft::Append(const MemberText& member, bool isKept) {
   const size_t to = size + 1;  // after a brace or a comma
   members.push_back(member);
+  if (!isKept) madeBytes += member.size;
   size = to + member.size;
   if (!runs.empty()) {
     Run& last = runs.back();
@@ -108,9 +127,9 @@ void MapText::Draft::Append(const MemberText& member, bool isKept) {
   lastKept = member.text;
 }
 
-MapText::Draft MapText::Prepare(const Api::PlayerLootItems& items, const ItemTexts& made) const {
-  Draft draft;
-  draft.members.reserve(items.size());
+bool MapText::Lay(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
+                  Draft* draft) const {
+  draft->members.reserve(items.size());
   TextFinder kept(members_);
   TextFinder added(made.Members());
   for (const auto& [lootId, item] : items) {
@@ -122,22 +141,41 @@ MapText::Draft MapText::Prepare(const Api::PlayerLootItems& items, const ItemTex
       member = kept.Find(item.get());
       isKept = true;
     }
-    if (member == nullptr) return {};
-    draft.Append(*member, isKept);
+    if (member == nullptr) return true;
+    draft->Append(*member, isKept);
+    if (!pace.Step()) return false;
   }
-  draft.isMade = true;
-  draft.size = std::max<size_t>(draft.size, 1) + 1;
-  const size_t bytes = kFront + draft.size + 1;
-  const bool isInPlace = draft.isInOrder && bytes <= capacity_ && capacity_ / 2 <= bytes;
-  if (!isInPlace) {
-    draft.capacity = bytes + bytes / 32;
-    draft.buffer = std::make_unique_for_overwrite<char[]>(draft.capacity);
-    for (const Draft::Run& run : draft.runs) {
-      std::memcpy(draft.buffer.get() + kFront + run.to, run.from, run.size);
+  draft->size = std::max<size_t>(draft->size, 1) + 1;
+  draft->isMade = true;
+  return true;
+}
+
+bool MapText::CopyRuns(Pace& pace, const std::vector<Draft::Run>& runs, char* map) {
+  for (const Draft::Run& run : runs) {
+    for (size_t at = 0; at < run.size; at += kBytesInStep) {
+      std::memcpy(map + run.to + at, run.from + at, std::min(kBytesInStep, run.size - at));
+      if (!pace.Step()) return false;
     }
   }
-  SetTexts(draft.members, (isInPlace ? buffer_ : draft.buffer).get() + kFront + 1);
-  return draft;
+  return true;
+}
+
+bool MapText::Prepare(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
+                      Draft* draft) const {
+  *draft = {};
+  if (!Lay(pace, items, made, draft)) return false;
+  if (!draft->isMade) return true;
+  const size_t bytes = kFront + draft->size + 1;
+  const bool isLittle = draft->madeBytes <= kMostBytesInPlace;
+  if (isLittle && draft->isInOrder && bytes <= capacity_ && capacity_ / 2 <= bytes) {
+    SetTexts(draft->members, buffer_.get() + kFront + 1);
+    return true;
+  }
+  draft->capacity = bytes + bytes / 32;
+  draft->buffer = std::make_unique_for_overwrite<char[]>(draft->capacity);
+  char* const map = draft->buffer.get() + kFront;
+  SetTexts(draft->members, map + 1);
+  return CopyRuns(pace, draft->runs, map);
 }
 
 void MapText::Keep(Draft draft, int64_t version) noexcept {

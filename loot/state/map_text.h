@@ -3,9 +3,10 @@
 // without a version is a part, and of that the text of each item.
 //
 //   ItemTexts made;
-//   made.Add(changedItems);
-//   MapText::Draft draft = text.Prepare(items, made);   // may throw; nothing has changed then
-//   text.Keep(std::move(draft), version);               // cannot fail
+//   made.Add(changedItem);
+//   MapText::Draft draft;
+//   if (!text.Prepare(pace, items, made, &draft)) return;  // nothing has changed, nor if it throws
+//   text.Keep(std::move(draft), version);                  // cannot fail
 //
 // Threads:  module tasks only.
 // Lifetime: what it returns is valid until the next Keep. Items are known by their address: those
@@ -15,13 +16,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "loot/state/pace.h"
 #include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
@@ -39,16 +41,23 @@ struct MemberText {
 // The members of items that are to become part of the map. It shares the items.
 class ItemTexts {
  public:
-  // Writes the members of `items`. One that does not convert is left out. When memory runs out,
-  // none is added.
-  void Add(std::span<const Api::PlayerLootPointer> items);
+  // Writes the member of an item. One that does not convert is left out.
+  void Add(const Api::PlayerLootPointer& item);
+  // Whether there is an item, of those that come next in the order in which they were added.
+  bool HasNext(const Api::PlayerLoot& item);
+  // From here on, the first come next.
+  void Rewind() { next_ = 0; }
 
   const std::vector<MemberText>& Members() const { return members_; }
 
  private:
+  std::string* TextWithSpaceFor(size_t bytes);
+
   std::vector<Api::PlayerLootPointer> items_;
-  std::deque<std::string> texts_;  // one of each Add: its members with commas between
+  std::list<std::string> texts_;  // never grown: the members point into them
   std::vector<MemberText> members_;
+  std::string scratch_;
+  size_t next_ = 0;
 };
 
 class MapText {
@@ -70,6 +79,7 @@ class MapText {
     std::vector<MemberText> members;
     std::vector<Run> runs;  // by rising `to`
     size_t size = 0;        // of the map
+    size_t madeBytes = 0;   // of the members that are not kept
     const char* lastKept = nullptr;
     bool isInOrder = true;           // what is kept
     std::unique_ptr<char[]> buffer;  // null: the present one
@@ -77,8 +87,10 @@ class MapText {
   };
 
   // The text of all `items` in their order: of those in `made` as it is there, of the others as it
-  // was. When an item has no text, the draft is that of no text.
-  Draft Prepare(const Api::PlayerLootItems& items, const ItemTexts& made) const;
+  // was. When an item has no text, the draft is that of no text. False: given up in a pause of
+  // `pace`, which must not go on once `items` have changed.
+  bool Prepare(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
+               Draft* draft) const;
   // REQUIRES: `draft` was prepared last, and the texts it was made of are alive.
   void Keep(Draft draft, int64_t version) noexcept;
 
@@ -90,6 +102,9 @@ class MapText {
   std::string_view Item(const Api::PlayerLoot& item, size_t* place) const;
 
  private:
+  bool Lay(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
+           Draft* draft) const;
+  static bool CopyRuns(Pace& pace, const std::vector<Draft::Run>& runs, char* map);
   void MoveInPlace(const std::vector<Draft::Run>& runs) noexcept;
   void WriteVersion(int64_t version) noexcept;
 

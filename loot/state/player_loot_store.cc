@@ -26,8 +26,13 @@ Api::PlayerLootPointer PlayerLootStore::Find(const std::string& lootId) const {
   return FindIn(items(), lootId);
 }
 
-Api::PlayerLootMap& PlayerLootStore::Edit() {
+void PlayerLootStore::Own() {
   if (current_.use_count() > 1) current_ = std::make_shared<Api::PlayerLootMap>(*current_);
+}
+
+Api::PlayerLootMap& PlayerLootStore::Edit() {
+  ++revision_;
+  Own();
   return *current_;
 }
 
@@ -72,51 +77,64 @@ void PlayerLootStore::EditAll(const std::function<void(Api::PlayerLoot& item)>& 
   }
 }
 
-bool PlayerLootStore::DiffersFromPublished(const std::string& lootId) const {
-  return FindIn(items(), lootId) != FindIn(published_, lootId);
+void PlayerLootStore::CollectWritten(const std::string& lootId, const Api::PlayerLootPointer& item,
+                                     PlayerLootChanges* changes) {
+  const auto place = published_.try_emplace(lootId).first;
+  Api::PlayerLootPointer& published = place->second;
+  if (published == item) return;
+  changes->written.push_back({item, published == nullptr, &published});
 }
 
-std::vector<PlayerLootChanges::Written> PlayerLootStore::CollectWritten() const {
-  std::vector<PlayerLootChanges::Written> written;
-  const auto add = [&](const std::string& lootId, const Api::PlayerLootPointer& item) {
-    if (DiffersFromPublished(lootId)) written.push_back({item, !published_.contains(lootId)});
-  };
+bool PlayerLootStore::CollectRemoved(Pace& pace, PlayerLootChanges* changes) {
+  for (const std::string& lootId : touched_) {
+    if (!pace.Step()) return false;
+    const auto place = published_.find(lootId);
+    if (place == published_.end() || items().contains(lootId)) continue;
+    if (place->second != nullptr) {
+      changes->removed.push_back(place->second);
+    } else {
+      published_.erase(place);  // a publication that failed has left it
+    }
+  }
+  std::sort(changes->removed.begin(), changes->removed.end(),
+            [](const auto& left, const auto& right) { return left->lootId < right->lootId; });
+  return true;
+}
+
+bool PlayerLootStore::FindChanges(Pace& pace, PlayerLootChanges* changes) {
+  *changes = {};
   if (touched_.size() == 1) {  // the usual case needs no walk to find the order
     const auto found = items().find(*touched_.begin());
-    if (found != items().end()) add(found->first, found->second);
-    return written;
+    if (found != items().end()) CollectWritten(found->first, found->second, changes);
+  } else if (!touched_.empty()) {
+    for (const auto& [lootId, item] : items()) {
+      if (touched_.contains(lootId)) CollectWritten(lootId, item, changes);
+      if (!pace.Step()) return false;
+    }
   }
-  if (touched_.empty()) return written;
-  for (const auto& [lootId, item] : items()) {
-    if (touched_.contains(lootId)) add(lootId, item);
-  }
-  return written;
-}
-
-PlayerLootChanges PlayerLootStore::FindChanges() {
-  PlayerLootChanges changes{CollectWritten(), {}, {}};
-  for (const std::string& lootId : touched_) {
-    const Api::PlayerLootPointer published = FindIn(published_, lootId);
-    if (published != nullptr && !items().contains(lootId)) changes.removed.push_back(published);
-  }
-  std::sort(changes.removed.begin(), changes.removed.end(),
-            [](const auto& left, const auto& right) { return left->lootId < right->lootId; });
-  for (const auto& [item, isCreated] : changes.written) {
-    if (isCreated) changes.created.emplace(item->lootId, item);
-  }
-  published_.reserve(published_.size() + changes.created.size());
-  Edit();
-  return changes;
+  return CollectRemoved(pace, changes);
 }
 
 void PlayerLootStore::MarkPublished(PlayerLootChanges* changes) noexcept {
-  for (const auto& [item, isCreated] : changes->written) {
-    if (!isCreated) published_.find(item->lootId)->second = item;
+  for (PlayerLootChanges::Written& written : changes->written) {
+    written.replaced = std::exchange(*written.published, written.item);
   }
-  published_.merge(changes->created);
   for (const Api::PlayerLootPointer& item : changes->removed) published_.erase(item->lootId);
   if (changes->Any()) ++current_->version;
+  marked_.swap(touched_);
   Ids().swap(touched_);
+}
+
+bool PlayerLootStore::FreeMarked(Pace& pace, PlayerLootChanges* changes) noexcept {
+  while (!changes->written.empty()) {
+    changes->written.pop_back();
+    if (!pace.Step()) return false;
+  }
+  while (!marked_.empty()) {
+    marked_.erase(marked_.begin());
+    if (!pace.Step()) return false;
+  }
+  return true;
 }
 
 }  // namespace Kest::Client::Loot

@@ -14,6 +14,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "loot/state/pace.h"
 #include "loot/wire/loot_resources.h"
 
 namespace Kest::Client::Loot {
@@ -22,11 +23,12 @@ namespace Kest::Client::Loot {
 struct PlayerLootChanges {
   struct Written {
     Api::PlayerLootPointer item;
-    bool created = false;  // not in the last publication
+    bool isCreated = false;                       // not in the last publication
+    Api::PlayerLootPointer* published = nullptr;  // the store's place for it
+    Api::PlayerLootPointer replaced{};            // what was there, until it is freed
   };
   std::vector<Written> written;                 // in the store's order
   std::vector<Api::PlayerLootPointer> removed;  // as last published, by rising id
-  Api::PlayerLootItems created;                 // those of `written`, which MarkPublished takes
 
   bool Any() const { return !written.empty() || !removed.empty(); }
 };
@@ -37,6 +39,9 @@ class PlayerLootStore {
 
   // The items and the version, which grows by one with each publication of a change.
   std::shared_ptr<const Api::PlayerLootMap> Snapshot() const { return current_; }
+
+  // The same items, until the next change.
+  const Api::PlayerLootItems& items() const { return current_->playerLoot; }
 
   // Null for an unknown id.
   Api::PlayerLootPointer Find(const std::string& lootId) const;
@@ -55,31 +60,43 @@ class PlayerLootStore {
   // alone and must not use the store.
   void EditAll(const std::function<void(Api::PlayerLoot& item)>& edit);
 
-  // What differs from the last publication. Reserves the space that MarkPublished needs.
-  PlayerLootChanges FindChanges();
-  // Whether FindChanges may find something.
+  // Grows with each change of the store.
+  uint64_t Revision() const { return revision_; }
+  // How many items may differ from the last publication, and whether there are any.
+  size_t TouchedItems() const { return touched_.size(); }
   bool HasChanges() const { return !touched_.empty(); }
-  // Marks them as published, and increments the version if there are any. REQUIRES: they were
-  // found last, and the store has not changed since.
+
+  // What differs from the last publication. False: given up in a pause of `pace`, which must not go
+  // on once the store has changed.
+  bool FindChanges(Pace& pace, PlayerLootChanges* changes);
+  // Makes what MarkPublished needs.
+  void PrepareToMark() { Own(); }
+  // Marks `*changes` as published, and increments the version if there are any. REQUIRES: they were
+  // found last, and the store has not changed since, nor has other code run since PrepareToMark.
   void MarkPublished(PlayerLootChanges* changes) noexcept;
+  // Frees what the last MarkPublished has left. False: given up in a pause.
+  bool FreeMarked(Pace& pace, PlayerLootChanges* changes) noexcept;
 
  private:
-  const Api::PlayerLootItems& items() const { return current_->playerLoot; }
-
   using Ids = std::unordered_set<std::string>;
 
   // The pointer to store for `item`: its published copy when that is equal.
   Api::PlayerLootPointer Share(const Api::PlayerLoot& item) const;
-  bool DiffersFromPublished(const std::string& lootId) const;
-  // The touched items that differ, in the store's order.
-  std::vector<PlayerLootChanges::Written> CollectWritten() const;
+  // Adds a touched item if it differs from its published copy.
+  void CollectWritten(const std::string& lootId, const Api::PlayerLootPointer& item,
+                      PlayerLootChanges* changes);
+  bool CollectRemoved(Pace& pace, PlayerLootChanges* changes);
 
-  // The map to change: its own copy while a snapshot is held.
+  // Makes the map this store's own: a copy while a snapshot is held.
+  void Own();
+  // The map to change.
   Api::PlayerLootMap& Edit();
 
   std::shared_ptr<Api::PlayerLootMap> current_;
-  Api::PlayerLootItems published_;
-  Ids touched_;  // every id whose current and published pointers may differ
+  Api::PlayerLootItems published_;  // null: a place for what is published next
+  Ids touched_;                     // every id whose current and published pointers may differ
+  Ids marked_;                      // of the last publication, to be freed
+  uint64_t revision_ = 0;
 };
 
 }  // namespace Kest::Client::Loot

@@ -64,7 +64,7 @@ class LootPluginTest : public ::testing::Test {
 
   void StartPlugin() {
     constexpr PluginFactory kFactory = [](PluginRuntime& runtime) -> std::unique_ptr<PluginBase> {
-      return std::make_unique<LootPlugin>(runtime);
+      return std::make_unique<LootPlugin>(runtime, itemsInSlice_);
     };
     host_.Load(+[](KestHandshakeBlock* block) { Handshake(block, "tav-loot", kFactory); });
     ASSERT_TRUE(host_.Start());
@@ -103,6 +103,7 @@ class LootPluginTest : public ::testing::Test {
   }
 
   FakeHost host_;
+  static inline size_t itemsInSlice_ = kItemsInSlice;  // of the plugin that is started next
   std::string definitions_ = kDefinitions;
   std::string recipes_ = "[]";
   std::string queries_ = "{}";

@@ -61,18 +61,26 @@ class MapTextTest : public ::testing::Test {
     for (const auto& [lootId, item] : store_.Snapshot()->playerLoot) items.push_back(*item);
     store_.Replace({items.rbegin(), items.rend()});
   }
-  // As a publication does it, with the texts made in `parts` parts.
-  PlayerLootChanges Publish(size_t parts) {
-    PlayerLootChanges changes = store_.FindChanges();
-    if (!store_.HasChanges()) return changes;
-    std::vector<std::vector<Api::PlayerLootPointer>> items(parts);
-    for (const auto& [item, created] : changes.written) items[Below(parts)].push_back(item);
+  // As a publication does it. A pause may give up, and the work is done again.
+  PlayerLootChanges Publish() {
+    int interruptions = 3;
+    Pace pace(1 + Below(40), [&] { return Below(9) != 0 || interruptions-- <= 0; });
+    PlayerLootChanges changes;
     ItemTexts made;
-    for (const auto& part : items) made.Add(part);
-    MapText::Draft draft = text_.Prepare(store_.Snapshot()->playerLoot, made);
+    MapText::Draft draft;
+    while (!TryPrepare(pace, &changes, &made, &draft)) continue;
+    store_.PrepareToMark();
     store_.MarkPublished(&changes);
     text_.Keep(std::move(draft), store_.Snapshot()->version);
     return changes;
+  }
+  bool TryPrepare(Pace& pace, PlayerLootChanges* changes, ItemTexts* made, MapText::Draft* draft) {
+    if (!store_.FindChanges(pace, changes)) return false;
+    made->Rewind();
+    for (const auto& written : changes->written) {
+      if (!made->HasNext(*written.item)) made->Add(written.item);
+    }
+    return text_.Prepare(pace, store_.items(), *made, draft);
   }
 
   std::mt19937 random_{301};
@@ -85,13 +93,13 @@ TEST_F(MapTextTest, IsAlwaysWhatWritingTheStoreGives) {
   for (int round = 0; round < 1'500; ++round) {
     SCOPED_TRACE(round);
     for (size_t change = Below(6); change > 0; --change) ChangeAny();
-    const PlayerLootChanges changes = Publish(1 + Below(3));
+    const PlayerLootChanges changes = Publish();
     const auto store = store_.Snapshot();
     ASSERT_EQ(text_.Items(), Written(store->playerLoot));
     ASSERT_EQ(text_.Versioned(), Written(*store));
     size_t place = 0;
-    for (const auto& [item, created] : changes.written) {
-      ASSERT_EQ(text_.Item(*item, &place), Written(*item));
+    for (const auto& written : changes.written) {
+      ASSERT_EQ(text_.Item(*written.item, &place), Written(*written.item));
     }
   }
   EXPECT_GT(store_.Snapshot()->version, 1'000);

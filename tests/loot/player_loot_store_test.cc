@@ -18,10 +18,12 @@ Api::PlayerLoot Item(const std::string& lootId, int32_t count) {
 
 // "+id", "=id" and "-id" for what was created, updated and removed, in order.
 std::vector<std::string> Taken(PlayerLootStore* store) {
-  PlayerLootChanges changes = store->FindChanges();
+  PlayerLootChanges changes;
+  Pace pace;
+  EXPECT_TRUE(store->FindChanges(pace, &changes));
   std::vector<std::string> texts;
-  for (const auto& [item, created] : changes.written) {
-    texts.push_back((created ? "+" : "=") + item->lootId);
+  for (const auto& written : changes.written) {
+    texts.push_back((written.isCreated ? "+" : "=") + written.item->lootId);
   }
   for (const auto& item : changes.removed) texts.push_back("-" + item->lootId);
   EXPECT_EQ(changes.Any(), !texts.empty());
