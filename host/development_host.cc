@@ -27,10 +27,10 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
         scheduler_.Wake();
       }),
       sessions_(options_.pluginPath,
-                [this] { return LoadWorld(options_.worldPath, options_.seed); },
+                [this] { return LoadWorld(options_.worldPath, options_.seed); }, options_.signsIn,
                 {&scheduler_, &serviceEvents_, &stream_, log}),
       control_(&scheduler_, &serviceEvents_, &stream_, &sessions_, log),
-      guard_(options_.address),
+      guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_) {}
 
 DevelopmentHost::~DevelopmentHost() {
@@ -64,7 +64,9 @@ Maybe<Nothing> DevelopmentHost::Start() {
              return refusal ? std::move(refusal) : RequestRouter::Refuse(request);
            },
        .handle = [this](HttpRequest request,
-                        const Respond& respond) { router_.Handle(std::move(request), respond); }});
+                        const Respond& respond) { router_.Handle(std::move(request), respond); },
+       .letsPageRead =
+           [this](const HttpRequest& request) { return guard_.Allows(request.origin); }});
   return Nothing{};
 }
 

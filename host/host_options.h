@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "host/session/host_log.h"
 
@@ -14,6 +15,9 @@ struct HostOptions {
   std::string address = "127.0.0.1";
   uint16_t port = 8510;  // 0: any free one
   uint64_t seed = 1;
+  std::vector<std::string> allowedOrigins = {};  // of pages, besides loopback
+  bool signsIn = true;                           // the player is signed in when a session begins
+  bool untilInputCloses = false;                 // ends also when standard input is closed
   LogLevel logLevel = LogLevel::kOkay;
 };
 

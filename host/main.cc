@@ -29,6 +29,7 @@ int Fail(const Kest::Failure& failure) {
 int RunHost(const HostOptions& options) {
   HostLog log(stderr, options.logLevel);
   StopSignal signal;
+  if (options.untilInputCloses) signal.FollowInput();
   DevelopmentHost host(options, &log);
   if (const auto started = host.Start(); !started) return Fail(started.GetFailure());
   std::printf("%s\n", host.ReadyLine().c_str());

@@ -3,8 +3,11 @@
 #include <utility>  // Asio of this age needs it ahead
 
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
+#include <cstdio>
+#include <thread>
 
 namespace Kest::Host {
 
@@ -18,13 +21,22 @@ struct StopSignal::State {
 #endif
 };
 
-StopSignal::StopSignal() : state_(std::make_unique<State>()) {
+StopSignal::StopSignal() : state_(std::make_shared<State>()) {
 #if !defined(_WIN32)
   std::signal(SIGPIPE, SIG_IGN);  // a closed standard output is no reason to end
 #endif
 }
 
 StopSignal::~StopSignal() = default;
+
+// The thread may still read when the program ends; the state it uses stays until then.
+void StopSignal::FollowInput() {
+  std::thread([state = state_] {
+    while (std::getchar() != EOF) {
+    }
+    boost::asio::post(state->io, [state] { state->signals.cancel(); });
+  }).detach();
+}
 
 void StopSignal::Wait() {
   state_->signals.async_wait([this](const boost::system::error_code&, int) {

@@ -1,4 +1,5 @@
-// The request to end the program: SIGINT or SIGTERM; on Windows Ctrl-C or Ctrl-Break.
+// The request to end the program: SIGINT or SIGTERM, on Windows Ctrl-C or Ctrl-Break, and the end
+// of standard input for who asks for it.
 #pragma once
 
 #include <memory>
@@ -11,12 +12,15 @@ class StopSignal {
   StopSignal();
   ~StopSignal();
 
+  // The end of standard input is one, too: a program that started this one need not end it.
+  void FollowInput();
+
   // Returns when one has come. From then on a second one ends the process at once.
   void Wait();
 
  private:
   struct State;
-  const std::unique_ptr<State> state_;
+  const std::shared_ptr<State> state_;
 };
 
 }  // namespace Kest::Host

@@ -37,8 +37,19 @@ constexpr std::string_view kStreamHead =
     "Content-Type: text/event-stream\r\n"
     "Cache-Control: no-store\r\n"
     "X-Content-Type-Options: nosniff\r\n"
-    "Connection: close\r\n\r\n";
+    "Connection: close\r\n";
 constexpr std::string_view kComment = ": keep-alive\n\n";
+// Comes with the head: proxies hand a head on only when something follows it.
+constexpr std::string_view kFirstComment = "\r\n: connected\n\n";
+
+// What a page of an allowed origin may send.
+constexpr std::string_view kPageMethods = "DELETE, GET, HEAD, PATCH, POST, PUT";
+constexpr std::string_view kPageHeaders = "Accept, Content-Type, Last-Event-ID";
+constexpr std::string_view kPreflightSeconds = "600";
+
+beast::string_view View(std::string_view text) {
+  return {text.data(), text.size()};
+}
 
 std::string Copy(beast::string_view text) {
   return {text.data(), text.size()};
@@ -134,6 +145,7 @@ void HttpConnection::Close() {
 
 void HttpConnection::ReadHead() {
   phase_ = Phase::kReading;
+  readableBy_.clear();
   parser_.emplace();
   parser_->header_limit(owner_->Limits().headBytes);
   parser_->body_limit(owner_->Limits().bodyBytes);
@@ -146,9 +158,13 @@ void HttpConnection::OnHead(Error error) {
   if (error) return OnReadFailure(error);
   const auto& head = parser_->get();
   if (auto response = RefuseAmbiguous(head)) return Send(std::move(*response), true);
-  if (auto response = owner_->Handlers().refuse(DescribeRequest())) {
+  const HttpRequest request = DescribeRequest();
+  const HttpHandlers& handlers = owner_->Handlers();
+  if (handlers.letsPageRead && handlers.letsPageRead(request)) readableBy_ = request.origin;
+  if (auto response = handlers.refuse(request)) {
     return Send(std::move(*response), true);
   }
+  if (IsPreflight(request)) return SendPreflight();
   if (beast::iequals(head[http::field::expect], "100-continue")) return Continue100();
   ReadBody();
 }
@@ -187,6 +203,7 @@ HttpRequest HttpConnection::DescribeRequest() const {
   request.target = Copy(message.target());
   request.host = FieldOf(message, http::field::host);
   request.origin = FieldOf(message, http::field::origin);
+  request.asksFor = FieldOf(message, http::field::access_control_request_method);
   request.contentType = FieldOf(message, http::field::content_type);
   request.accept = ListOf(message, http::field::accept);
   request.lastEventId = Copy(message["Last-Event-ID"]);
@@ -254,20 +271,42 @@ Respond HttpConnection::MakeRespond() {
   };
 }
 
+bool HttpConnection::IsPreflight(const HttpRequest& request) const {
+  return request.method == "OPTIONS" && !request.asksFor.empty() && !readableBy_.empty();
+}
+
+void HttpConnection::SendPreflight() {
+  response_ = Response();
+  response_.set(http::field::access_control_allow_methods, View(kPageMethods));
+  response_.set(http::field::access_control_allow_headers, View(kPageHeaders));
+  response_.set(http::field::access_control_max_age, View(kPreflightSeconds));
+  HttpResponse empty;
+  empty.status = 204;
+  Complete(std::move(empty), !parser_->is_done() || !parser_->get().keep_alive());
+}
+
 void HttpConnection::Send(HttpResponse response, bool andClose) {
+  response_ = Response();
+  Complete(std::move(response), andClose);
+}
+
+void HttpConnection::Complete(HttpResponse response, bool andClose) {
   phase_ = Phase::kWriting;
   closeAfter_ = andClose || finishing_;
   const auto& request = parser_->get();
   const bool onlyHead = request.method() == http::verb::head;
-  response_ = Response();
   response_.version(request.version() == 10 ? 10 : 11);
   response_.result(static_cast<unsigned>(response.status));
   response_.reason(std::string(ReasonPhrase(response.status)));
-  response_.set(http::field::server, beast::string_view(kServerName.data(), kServerName.size()));
+  response_.set(http::field::server, View(kServerName));
   response_.set(http::field::cache_control, "no-store");
   response_.set("X-Content-Type-Options", "nosniff");
   if (!response.allow.empty()) response_.set(http::field::allow, response.allow);
   if (response.variesByAccept) response_.set(http::field::vary, "Accept");
+  if (!readableBy_.empty()) {
+    response_.set(http::field::access_control_allow_origin, readableBy_);
+    response_.insert(http::field::vary, "Origin");
+  }
   if (!response.contentType.empty()) response_.set(http::field::content_type, response.contentType);
   if (response.status != 204) response_.content_length(response.body.size());
   response_.keep_alive(!closeAfter_);
@@ -334,6 +373,10 @@ void HttpConnection::BeginStream(std::unique_ptr<HttpStream> source) {
   phase_ = Phase::kStreaming;
   source_ = std::move(source);
   piece_ = kStreamHead;
+  if (!readableBy_.empty()) {
+    piece_.append("Vary: Origin\r\nAccess-Control-Allow-Origin: ").append(readableBy_ + "\r\n");
+  }
+  piece_ += kFirstComment;
   written_ = 0;
   if (!isReadingAhead_) {
     buffer_.clear();

@@ -66,6 +66,9 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void OnBody(Error error);
   void OnReadFailure(Error error);
   HttpRequest DescribeRequest() const;  // without its body
+  // Whether a page asks if it may send a request, and it may.
+  bool IsPreflight(const HttpRequest& request) const;
+  void SendPreflight();
   Respond MakeRespond();
 
   void ReadAhead();
@@ -73,6 +76,8 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   bool EndReadAhead(Phase next);
 
   void Send(HttpResponse response, bool andClose);
+  // Sends the response with the fields that response_ has already.
+  void Complete(HttpResponse response, bool andClose);
   void WriteSome();
   void OnWritten(Error error);
   void Linger();
@@ -99,6 +104,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   boost::asio::steady_timer writing_;
   boost::beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
+  std::string readableBy_;  // the origin of the page that may read the response; empty: none
   Response response_;
   std::optional<Serializer> serializer_;
   std::unique_ptr<HttpStream> source_;

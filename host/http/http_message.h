@@ -13,6 +13,7 @@ struct HttpRequest {
   std::string target;       // raw path and query: "/tav-loot/v1/player-loot?x=1"
   std::string host;         // the Host header; empty when there is none
   std::string origin;       // the Origin header; empty when there is none
+  std::string asksFor;      // Access-Control-Request-Method: what a page's preflight asks for
   std::string contentType;  // of `body`
   std::string accept;       // the Accept headers, as one list
   std::string lastEventId;  // the Last-Event-ID header
@@ -44,6 +45,8 @@ struct HttpHandlers {
   // Looks at the head of a request before its body is read; a response ends the connection.
   std::function<std::optional<HttpResponse>(const HttpRequest&)> refuse;
   std::function<void(HttpRequest, Respond)> handle;
+  // Whether the page that sent a request may read the response. Without it none may.
+  std::function<bool(const HttpRequest&)> letsPageRead = {};
 };
 
 }  // namespace Kest::Host

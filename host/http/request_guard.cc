@@ -46,15 +46,25 @@ std::optional<HttpResponse> RequestGuard::Refuse(const HttpRequest& request) con
   if (!NamesThisMachine(request.host)) {
     return ProblemResponse(403, "The Host header must name this machine: localhost or 127.0.0.1.");
   }
-  if (request.origin.empty() || OnlyReads(request.method)) return std::nullopt;
+  if (request.origin.empty() || OnlyReads(request.method) || Allows(request.origin)) {
+    return std::nullopt;
+  }
+  return ProblemResponse(403,
+                         "Pages of another origin may not change anything here; "
+                         "--allow-origin lets in more.");
+}
+
+bool RequestGuard::Allows(const std::string& origin) const {
   constexpr std::string_view kSchemes[] = {"http://", "https://"};
   for (const std::string_view scheme : kSchemes) {
-    if (request.origin.starts_with(scheme) &&
-        NamesThisMachine(std::string_view(request.origin).substr(scheme.size()))) {
-      return std::nullopt;
+    if (origin.starts_with(scheme) &&
+        NamesThisMachine(std::string_view(origin).substr(scheme.size()))) {
+      return true;
     }
   }
-  return ProblemResponse(403, "Pages of another origin may not change anything here.");
+  return std::any_of(origins_.begin(), origins_.end(), [&origin](const std::string& allowed) {
+    return EqualIgnoringCase(origin, allowed);
+  });
 }
 
 }  // namespace Kest::Host

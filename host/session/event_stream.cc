@@ -13,15 +13,13 @@ void AppendOnOneLine(std::string* text, std::string_view json) {
   for (const char c : json) text->push_back(c == '\n' || c == '\r' ? ' ' : c);
 }
 
-std::string MakeFrame(uint64_t id, std::string_view uri, std::string_view eventType,
-                      std::string_view json) {
-  std::string frame = "id: " + std::to_string(id) + "\nevent: resource\ndata: ";
-  frame += "{\"uri\":" + JsonString(uri) + ",\"eventType\":" + JsonString(eventType);
+std::string MakeData(std::string_view uri, std::string_view eventType, std::string_view json) {
+  std::string data = "{\"uri\":" + JsonString(uri) + ",\"eventType\":" + JsonString(eventType);
   if (!json.empty()) {
-    frame += ",\"data\":";
-    AppendOnOneLine(&frame, json);
+    data += ",\"data\":";
+    AppendOnOneLine(&data, json);
   }
-  return frame += "}\n\n";
+  return data += '}';
 }
 
 // Events `from` to `to` are lost to the reader. The id lets it resume after them.
@@ -34,9 +32,19 @@ std::string MakeGap(uint64_t from, uint64_t to, bool restarted) {
 }  // namespace
 
 void EventStream::Append(std::string_view uri, std::string_view eventType, std::string_view json) {
+  AppendFrame("resource", MakeData(uri, eventType, json));
+}
+
+void EventStream::AppendReset() {
+  AppendFrame("reset", "{}");
+}
+
+void EventStream::AppendFrame(std::string_view event, std::string_view data) {
   {
     const MutexLock lock(mutex_);
-    frames_.push_back(MakeFrame(last_ + 1, uri, eventType, json));
+    std::string frame = "id: " + std::to_string(last_ + 1);
+    frame.append("\nevent: ").append(event).append("\ndata: ").append(data).append("\n\n");
+    frames_.push_back(std::move(frame));
     bytes_ += frames_.back().size();
     ++last_;
     while (frames_.size() > limits_.events || (bytes_ > limits_.bytes && frames_.size() > 1)) {

@@ -3,7 +3,8 @@
 // gets a gap event that names the range it missed.
 //
 // Threads: any.
-// Format:  server-sent events: "id: 7", "event: resource", "data: {uri, eventType, data}".
+// Format:  server-sent events: "id: 7", "event: resource", "data: {uri, eventType, data}", and
+//          "event: reset" with "data: {}".
 #pragma once
 
 #include <cstddef>
@@ -34,6 +35,9 @@ class EventStream {
   // Adds an event and gives it the next id. `eventType` is "Create", "Update" or "Delete"; `json`
   // is the value as one JSON document, empty for none.
   void Append(std::string_view uri, std::string_view eventType, std::string_view json);
+  // Adds the event "reset": the plugin and its world begin anew, and what was published before no
+  // longer holds.
+  void AppendReset();
 
   // The events after `*position` as stream text, about `atMost` bytes of them but at least one;
   // moves `*position` to the last one returned. Empty: there is nothing newer. A position this
@@ -47,6 +51,8 @@ class EventStream {
   void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
  private:
+  void AppendFrame(std::string_view event, std::string_view data);
+
   const Limits limits_;
   std::function<void()> listener_;
   mutable Mutex mutex_;

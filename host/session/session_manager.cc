@@ -4,15 +4,18 @@
 
 namespace Kest::Host {
 
-SessionManager::SessionManager(std::string libraryPath, MakeWorld makeWorld,
+SessionManager::SessionManager(std::string libraryPath, MakeWorld makeWorld, bool signsIn,
                                PluginSession::Surroundings surroundings)
     : libraryPath_(std::move(libraryPath)),
       makeWorld_(std::move(makeWorld)),
+      signsIn_(signsIn),
       surroundings_(surroundings) {}
 
 Maybe<Nothing> SessionManager::Start() {
   BeginChange();
-  auto result = OpenSession();
+  auto world = makeWorld_();
+  const Maybe<Nothing> result =
+      world ? OpenSession(std::move(world.GetValue())) : Maybe<Nothing>(world.GetFailure());
   changing_ = false;
   return result;
 }
@@ -25,8 +28,15 @@ void SessionManager::Stop() {
 
 Maybe<Nothing> SessionManager::Reset() {
   BeginChange();
-  CloseSession();
-  auto result = OpenSession();
+  auto world = makeWorld_();
+  Maybe<Nothing> result = Nothing{};
+  if (world) {
+    CloseSession();
+    surroundings_.stream->AppendReset();
+    result = OpenSession(std::move(world.GetValue()));
+  } else {
+    result = world.GetFailure();
+  }
   changing_ = false;
   return result;
 }
@@ -45,15 +55,20 @@ void SessionManager::BeginChange() {
   changing_ = true;
 }
 
-Maybe<Nothing> SessionManager::OpenSession() {
-  auto world = makeWorld_();
-  if (!world) return world.GetFailure();
-  auto session = PluginSession::Open(libraryPath_, std::move(world.GetValue()), surroundings_);
+Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<World> world) {
+  auto session = PluginSession::Open(libraryPath_, std::move(world), surroundings_);
   if (!session) return session.GetFailure();
   session_ = std::move(session.GetValue());
-  if (session_->Start()) return Nothing{};
-  session_.reset();
-  return Failure{"The plugin " + libraryPath_ + " did not start."};
+  if (!session_->Start()) {
+    session_.reset();
+    return Failure{"The plugin " + libraryPath_ + " did not start."};
+  }
+  if (signsIn_) {
+    HttpRequest signIn;
+    signIn.method = "POST";
+    session_->Control(signIn, "/login");
+  }
+  return Nothing{};
 }
 
 void SessionManager::CloseSession() {

@@ -16,15 +16,17 @@ class SessionManager {
  public:
   using MakeWorld = std::function<Maybe<std::unique_ptr<World>>()>;
 
-  // `makeWorld` builds a world at its start, the same one each time.
-  SessionManager(std::string libraryPath, MakeWorld makeWorld,
+  // `makeWorld` builds a world at its start, the same one each time. `signsIn`: each session begins
+  // with the player signed in.
+  SessionManager(std::string libraryPath, MakeWorld makeWorld, bool signsIn,
                  PluginSession::Surroundings surroundings);
 
   // Makes the world, loads the plugin and starts it.
   Maybe<Nothing> Start();
   // Stops the plugin and closes its library. Does nothing without a session.
   void Stop();
-  // Stop and Start in one step: requests that come meanwhile wait for the new session.
+  // Stop and Start in one step: requests that come meanwhile wait for the new session. When no
+  // world can be made the session that runs goes on.
   Maybe<Nothing> Reset();
 
   // The running session, after waiting for a change under way; null when there is none. Valid until
@@ -36,11 +38,12 @@ class SessionManager {
 
  private:
   void BeginChange();
-  Maybe<Nothing> OpenSession();
+  Maybe<Nothing> OpenSession(std::unique_ptr<World> world);
   void CloseSession();
 
   const std::string libraryPath_;
   const MakeWorld makeWorld_;
+  const bool signsIn_;
   const PluginSession::Surroundings surroundings_;
   std::unique_ptr<PluginSession> session_;
   bool changing_ = false;

@@ -50,7 +50,7 @@ SimulateCommandLine ReadSimulateCommandLine(int argc, const char* const* argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    line.exitCode = app.exit(error) == EXIT_SUCCESS ? EXIT_SUCCESS : EXIT_FAILURE;
+    line.exitCode = app.exit(error) == EXIT_SUCCESS ? EXIT_SUCCESS : 2;
   }
   return line;
 }

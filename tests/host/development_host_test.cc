@@ -16,8 +16,10 @@ namespace Kest::Host {
 namespace {
 
 using std::chrono::milliseconds;
+using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 // The whole host with a plugin that returns what it is asked.
@@ -64,7 +66,8 @@ class DevelopmentHostTest : public testing::Test {
   }
 
   HostLog log_{stderr, LogLevel::kNone};
-  DevelopmentHost host_{{.pluginPath = ECHO_PLUGIN, .worldPath = "", .port = 0}, &log_};
+  DevelopmentHost host_{{.pluginPath = ECHO_PLUGIN, .worldPath = "", .port = 0, .signsIn = false},
+                        &log_};
   uint16_t port_ = 0;
   bool stopped_ = false;
 };
@@ -104,7 +107,7 @@ TEST_F(DevelopmentHostTest, PublishedEventsAreFollowedLiveAndFromAPlace) {
   publish("1");
   LoopbackClient live(port_);
   live.Send(Simple("GET /_host/events"));
-  live.ReadUpTo("\r\n\r\n");
+  EXPECT_THAT(live.ReadUpTo(": connected\n\n"), HasSubstr("200 OK")) << "a head with something";
   EXPECT_THAT(publish("{"), HasSubstr("400 "));
   publish("2");
   const std::string frame =
@@ -113,8 +116,46 @@ TEST_F(DevelopmentHostTest, PublishedEventsAreFollowedLiveAndFromAPlace) {
   EXPECT_EQ(live.ReadUpTo("\n\n"), frame);
   LoopbackClient again(port_);
   again.Send(Head("GET /_host/events?lastEventId=0") + "Last-Event-ID: 1\r\n\r\n");
-  again.ReadUpTo("\r\n\r\n");
+  again.ReadUpTo(": connected\n\n");
   EXPECT_EQ(again.ReadUpTo("\n\n"), frame);
+  Ask(Simple("POST /_host/reset"));
+  EXPECT_EQ(live.ReadUpTo("\n\n"), "id: 3\nevent: reset\ndata: {}\n\n");
+}
+
+TEST_F(DevelopmentHostTest, PagesOfThisMachineMayReadWhatIsServed) {
+  for (const char* target : {"GET /tav-loot/v1/none", "GET /_host/health", "GET /_host/events"}) {
+    LoopbackClient page(port_);
+    page.Send(Head(target) + "Origin: http://localhost:5173\r\n\r\n");
+    EXPECT_THAT(page.ReadUpTo("\r\n\r\n"),
+                AllOf(HasSubstr("Access-Control-Allow-Origin: http://localhost:5173\r\n"),
+                      HasSubstr("Vary: Origin\r\n")))
+        << target;
+  }
+  EXPECT_THAT(Ask(Head("GET /_host/health") +
+                  "Connection: close\r\nOrigin: https://attacker.example\r\n\r\n"),
+              AllOf(HasSubstr("200 OK"), Not(HasSubstr("Access-Control"))));
+}
+
+TEST(SessionManager, ANewWorldIsMadeBeforeTheOldOneGoes) {
+  HostLog log(stderr, LogLevel::kNone);
+  EventStream stream;
+  ServiceEventThread events([](const ServiceEventThread::Event&) {});
+  Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
+  std::string world;
+  SessionManager sessions(ECHO_PLUGIN, [&world] { return LoadWorld(world, 1); }, true,
+                          {&scheduler, &events, &stream, &log});
+  std::promise<bool> runs;
+  scheduler.Post({.name = "start", .work = [&] {
+                    EXPECT_TRUE(sessions.Start());
+                    const PluginSession* const session = sessions.Current();
+                    world = "no/such/world.json";
+                    EXPECT_FALSE(sessions.Reset());
+                    runs.set_value(sessions.Current() == session);
+                    sessions.Stop();
+                  }});
+  EXPECT_TRUE(runs.get_future().get());
+  EXPECT_TRUE(scheduler.End());
+  EXPECT_EQ(stream.Held().last, 0u);
 }
 
 TEST_F(DevelopmentHostTest, ResetAndStopEndWhatWaitsAndResetLoadsThePluginAfresh) {
@@ -155,7 +196,7 @@ TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
   EventStream stream;
   ServiceEventThread events([](const ServiceEventThread::Event&) {});
   Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
-  SessionManager sessions(ECHO_PLUGIN, [] { return LoadWorld("", 1); },
+  SessionManager sessions(ECHO_PLUGIN, [] { return LoadWorld("", 1); }, false,
                           {&scheduler, &events, &stream, &log});
   const auto ask = [&sessions](const char* target) {
     HttpRequest request;

@@ -12,12 +12,13 @@ namespace Kest::Host {
 namespace {
 
 TEST(RequestGuard, LetsInThisMachineOnly) {
-  const RequestGuard guard("192.0.2.7");
+  const RequestGuard guard("192.0.2.7", {"https://shop.example:3000"});
   EXPECT_TRUE(Testing::GoldenCases("tests/host/request_guard.txt", [&](const std::string& words) {
     HttpRequest request;
     std::istringstream(words) >> request.method >> request.host >> request.origin;
     const auto response = guard.Refuse(request);
-    return std::to_string(response ? response->status : 0);
+    return std::to_string(response ? response->status : 0) +
+           (guard.Allows(request.origin) ? " readable" : "");
   }));
 }
 
