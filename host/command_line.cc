@@ -19,12 +19,12 @@ constexpr char kPluginFile[] = "vwm-be-tav-loot.so";
 constexpr int kUsageError = 2;
 
 template <typename Number>
-std::string IsWholeNumber(const std::string& text) {
+std::string IsInteger(const std::string& text) {
   constexpr uint64_t kMost = std::numeric_limits<Number>::max();
   const auto number = ParseNumber(text);
   return number && *number <= kMost
              ? ""
-             : "must be a whole number up to " + std::to_string(kMost) + ", found " + text;
+             : "must be an integer from 0 to " + std::to_string(kMost) + ", found " + text;
 }
 
 constexpr char kFooter[] =
@@ -54,10 +54,10 @@ CommandLine ReadCommandLine(int argc, const char* const* argv,
   app.add_option("--world", options.worldPath, "The world file (default: the sample inside)");
   app.add_option("--address", options.address, "The address to listen on")->capture_default_str();
   app.add_option("--port", options.port, "The port to listen on, 0 for any free one")
-      ->check(IsWholeNumber<uint16_t>)
+      ->check(IsInteger<uint16_t>)
       ->capture_default_str();
   app.add_option("--seed", options.seed, "Start of the world's random numbers")
-      ->check(IsWholeNumber<uint64_t>)
+      ->check(IsInteger<uint64_t>)
       ->capture_default_str();
   app.add_flag("!--no-login", options.signsIn, "Leaves signing the player in to the first request");
   app.add_flag(

@@ -29,7 +29,9 @@ bool IsDigit(char c) {
 // What a character after a backslash is for; 0: it is for none, or begins a longer escape.
 constexpr std::array<char, 256> MakeUnescaped() {
   std::array<char, 256> table = {};
-  for (const char c : {'"', '\\', '/'}) table[static_cast<size_t>(c)] = c;
+  table['"'] = '"';
+  table['\\'] = '\\';
+  table['/'] = '/';
   table['b'] = '\b';
   table['f'] = '\f';
   table['n'] = '\n';

@@ -10,7 +10,7 @@
 namespace Kest {
 
 KeyTable::Entry* KeyTable::TryFind(std::string_view name, Form form, Arena& arena) {
-  if (2 * (count_ + 1) >= slots_.size() && !TryGrow(arena)) return nullptr;
+  if (size_t{2} * (count_ + 1) >= slots_.size() && !TryGrow(arena)) return nullptr;
   const uint32_t mask = static_cast<uint32_t>(slots_.size() - 1);
   const uint32_t hash = SeededHash(name);
   uint32_t slot = hash & mask;

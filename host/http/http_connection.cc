@@ -5,14 +5,13 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/error.hpp>
-#include <boost/beast/http/field.hpp>
 #include <boost/beast/http/read.hpp>
-#include <boost/beast/http/rfc7230.hpp>
 #include <boost/beast/http/write.hpp>
 #include <new>
 #include <string_view>
 
 #include "host/http/http_responses.h"
+#include "host/http/request_head.h"
 
 namespace Kest::Host {
 namespace {
@@ -46,54 +45,6 @@ constexpr std::string_view kFirstComment = "\r\n: connected\n\n";
 constexpr std::string_view kPageMethods = "DELETE, GET, HEAD, PATCH, POST, PUT";
 constexpr std::string_view kPageHeaders = "Accept, Content-Type, Last-Event-ID";
 constexpr std::string_view kPreflightSeconds = "600";
-
-beast::string_view View(std::string_view text) {
-  return {text.data(), text.size()};
-}
-
-std::string Copy(beast::string_view text) {
-  return {text.data(), text.size()};
-}
-
-template <typename Fields>
-std::string FieldOf(const Fields& fields, http::field name) {
-  return Copy(fields[name]);
-}
-
-// A list that may be spread over several fields.
-template <typename Fields>
-std::string ListOf(const Fields& fields, http::field name) {
-  std::string list;
-  const auto [first, last] = fields.equal_range(name);
-  for (auto field = first; field != last; ++field) {
-    if (!list.empty()) list += ", ";
-    list += Copy(field->value());
-  }
-  return list;
-}
-
-// The refusal of a head that others may read in another way than this server does.
-template <typename Fields>
-std::optional<HttpResponse> RefuseAmbiguous(const Fields& head) {
-  if (head.count(http::field::host) > 1 || head.count(http::field::origin) > 1) {
-    return ProblemResponse(400, "A request has one Host header and at most one Origin header.");
-  }
-  const bool isEncoded = head.count(http::field::transfer_encoding) != 0;
-  if (isEncoded && !beast::iequals(ListOf(head, http::field::transfer_encoding), "chunked")) {
-    return ProblemResponse(501, "Of the transfer encodings only \"chunked\" is read, once.");
-  }
-  return std::nullopt;
-}
-
-// "http://name:port/path" as sent to proxies: its name replaces the Host header.
-void SplitAbsoluteTarget(HttpRequest* request) {
-  constexpr std::string_view kScheme = "http://";
-  if (!request->target.starts_with(kScheme)) return;
-  const size_t path = request->target.find('/', kScheme.size());
-  const size_t nameEnd = path == std::string::npos ? request->target.size() : path;
-  request->host = request->target.substr(kScheme.size(), nameEnd - kScheme.size());
-  request->target = path == std::string::npos ? "/" : request->target.substr(path);
-}
 
 }  // namespace
 

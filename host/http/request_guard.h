@@ -4,7 +4,7 @@
 // Host header:  must name this machine, so that a foreign name that was made to resolve to loopback
 //               is turned away.
 // Origin:       a request that may change something must come from a loopback page, from a page of
-//               an origin that the host was told to allow, or from no page at all. These pages may
+//               an origin that the host's options name, or from no page at all. These pages may
 //               also read what is returned; a browser keeps it from others.
 #pragma once
 

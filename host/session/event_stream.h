@@ -35,7 +35,7 @@ class EventStream {
   // Adds an event and gives it the next id. `eventType` is "Create", "Update" or "Delete"; `json`
   // is the value as one JSON document, empty for none.
   void Append(std::string_view uri, std::string_view eventType, std::string_view json);
-  // Adds the event "reset": the plugin and its world begin anew, and what was published before no
+  // Adds the event "reset": the plugin and its world start again, and what was published before no
   // longer holds.
   void AppendReset();
 

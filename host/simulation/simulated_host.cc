@@ -117,12 +117,9 @@ WorldResponse SimulatedHost::Control(std::string_view method, std::string_view p
 
 bool SimulatedHost::Request(const KestRequest& request, KestCompletion completion, void* context) {
   if (std::exchange(refuseRequest_, false)) return false;
-  Sent sent{std::string(View(request.method)),
-            std::string(View(request.url)),
-            std::string(View(request.contentType)),
-            std::string(View(request.body)),
-            completion,
-            context,
+  Sent sent{{std::string(View(request.method)), std::string(View(request.url)),
+             std::string(View(request.contentType)), std::string(View(request.body)), completion,
+             context},
             generation_};
   observer_->OnRequest(sent.method, sent.url);
   ++openRequests_;

@@ -110,6 +110,7 @@ const LootCounts::Listed& LootCounts::FindListed(LootNames lootNames) {
 const LootCounts::SharedSupplies& LootCounts::FindShared(
     const std::vector<Ingredient>& ingredients) {
   std::vector<LootNames> lists;
+  lists.reserve(ingredients.size());
   for (const Ingredient& ingredient : ingredients) lists.push_back(ingredient.lootNames);
   const auto known = shared_.find(lists);
   if (known != shared_.end()) return known->second;
@@ -122,6 +123,7 @@ LootCounts::SharedSupplies LootCounts::CollectShared(const std::vector<LootNames
   SharedSupplies shared;
   if (lists.size() < 2) return shared;
   std::vector<const std::vector<Item>*> held;
+  held.reserve(lists.size());
   for (const LootNames list : lists) held.push_back(&FindListed(list).items);
   const auto longest = std::ranges::max_element(
       held, {}, [](const std::vector<Item>* items) { return items->size(); });
