@@ -105,9 +105,9 @@ void ResponseTable::EndSending(const std::string& methodKey, uint64_t begin) noe
   }
 }
 
-ResponseTable::PendingMap::node_type ResponseTable::MakePending(Completion completion) {
+ResponseTable::PendingMap::node_type ResponseTable::MakePending(Pending pending) {
   PendingMap made;
-  made.emplace(std::string(), std::move(completion));
+  made.emplace(std::string(), std::move(pending));
   return made.extract(made.begin());
 }
 
@@ -124,9 +124,10 @@ std::string ResponseTable::AddPending(const std::string& key, PendingMap::node_t
       return {};
     }
     const uint64_t arrival = found->first;
-    CompleteLocked(pending.mapped(), {TakeLocked(found).response, arrival});
+    CompleteLocked(pending.mapped().complete, {TakeLocked(found).response, arrival});
   }
   LogFulfilled(key);
+  pending.mapped().follow();
   return {};
 }
 
@@ -168,12 +169,15 @@ void ResponseTable::AddResponse(Buffered received) {
     const uint64_t arrival = ++arrivals_;
     pending = pending_.extract(received.key);
     if (pending) {
-      CompleteLocked(pending.mapped(), {std::move(received.response), arrival});
+      CompleteLocked(pending.mapped().complete, {std::move(received.response), arrival});
     } else if (!received.byUuid || !uuidsBeingSent_.empty()) {
       dropped = BufferLocked(std::move(received), arrival);
     }
   }
-  if (pending) LogFulfilled(pending.key());
+  if (pending) {
+    LogFulfilled(pending.key());
+    pending.mapped().follow();
+  }
   if (!dropped.empty()) {
     LogWarning("%s: Dropped buffered service proxy response: %s", pluginName_.c_str(),
                dropped.c_str());
@@ -217,16 +221,19 @@ void ResponseTable::LoseLocked(std::string key) noexcept {
 }
 
 void ResponseTable::AddUnreadable(std::string_view text, std::string_view error) noexcept {
-  Lock hold(*this);
-  bool isKnown = false;
-  for (auto entry = pending_.begin(); entry != pending_.end();) {
-    const auto current = entry++;
-    if (!Names(text, current->first)) continue;
-    const PendingMap::node_type pending = pending_.extract(current);
-    CompleteLocked(pending.mapped(), {MakeFailure(error), ++arrivals_});
-    isKnown = true;
+  PendingMap failed;
+  {
+    Lock hold(*this);
+    for (auto entry = pending_.begin(); entry != pending_.end();) {
+      const auto current = entry++;
+      if (!Names(text, current->first)) continue;
+      CompleteLocked(current->second.complete, {MakeFailure(error), ++arrivals_});
+      failed.insert(pending_.extract(current));
+    }
+    const bool isBeingSent = !uuidsBeingSent_.empty() || !methodsBeingSent_.empty();
+    if (failed.empty() && isBeingSent) lostUnknown_ = true;
   }
-  if (!isKnown && (!uuidsBeingSent_.empty() || !methodsBeingSent_.empty())) lostUnknown_ = true;
+  for (const auto& [key, pending] : failed) pending.follow();
 }
 
 bool ResponseTable::HasUnclaimedBefore(uint64_t arrival) const {

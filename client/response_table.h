@@ -9,7 +9,7 @@
 //
 // Threads: any. One lock covers the table; it is held while a completion or handler runs. A
 //          completion may therefore move the response, set a promise or post a task, but not call
-//          the table again; debug builds stop there.
+//          the table again; debug builds stop there. What takes longer follows without the lock.
 #pragma once
 
 #include <atomic>
@@ -37,9 +37,14 @@ class ResponseTable {
   // Called at most once, except that one which throws is called again with the exception's message
   // as the response's `error`. Dropped unused when the plugin stops first.
   using Completion = std::function<void(ArrivedResponse arrived)>;
+  struct Pending {
+    Completion complete;
+    // Called after it, on the same thread without the lock.
+    std::function<void()> follow;
+  };
   // By request key. A request is entered as a node made before it is sent, so that entering it
   // needs no memory.
-  using PendingMap = std::map<std::string, Completion>;
+  using PendingMap = std::map<std::string, Pending>;
 
   static constexpr std::string_view kInFlight = "Request already in flight";
   static constexpr std::string_view kLost = "Response lost";
@@ -70,9 +75,9 @@ class ResponseTable {
     const bool ok_;
   };
 
-  static PendingMap::node_type MakePending(Completion completion);
+  static PendingMap::node_type MakePending(Pending pending);
   // Enters a request that is being sent, fulfils it if its response is buffered already, and
-  // returns an empty string. Otherwise the failure message; the completion is dropped.
+  // returns an empty string. Otherwise the failure message; `pending` is dropped.
   std::string AddPending(const std::string& key, PendingMap::node_type pending)
       KEST_EXCLUDES(mutex_);
 

@@ -17,16 +17,8 @@ ServiceProxy::ServiceProxy(HostServices& host, AppModule& module, SiblingClient&
       handlingTask_(pluginName + ".ServiceProxyResponses"),
       responses_(pluginName) {}
 
-std::string ServiceProxy::Invoke(const ServiceCall& call, const CallArguments& arguments,
-                                 Completion completion) {
-  std::string failure;
-  RunAtBoundary([&] { failure = Send(call, arguments, std::move(completion)); },
-                [&](const char* text) noexcept { failure = CopyMessage(text); });
-  return failure;
-}
-
 std::string ServiceProxy::Send(const ServiceCall& call, const CallArguments& arguments,
-                               Completion completion) {
+                               ResponseTable::Pending pending) {
   if (IsFinalising()) return std::string(kFinalizing);
   if (!arguments.Ok()) {
     return FormatNamed("Failed to convert type {type} to BindingProperty for serialization",
@@ -35,7 +27,7 @@ std::string ServiceProxy::Send(const ServiceCall& call, const CallArguments& arg
   const std::string callKey = call.Key();
   LogAlways("%s: Preparing service proxy request: %s", pluginName_.c_str(), callKey.c_str());
   // What the response needs is made first: once the request is sent, it will be waited for.
-  auto pending = ResponseTable::MakePending(std::move(completion));
+  auto entry = ResponseTable::MakePending(std::move(pending));
   const bool byUuid = call.requestKey.empty();
   const ResponseTable::Sending sending(responses_, byUuid ? std::string() : callKey);
   if (!sending.Ok()) {
@@ -49,38 +41,57 @@ std::string ServiceProxy::Send(const ServiceCall& call, const CallArguments& arg
   if (!key) return key.GetFailure().text;
   LogAlways("%s: Started service proxy request: %s (%s)", pluginName_.c_str(), callKey.c_str(),
             key.GetValue().c_str());
-  return responses_.AddPending(key.GetValue(), std::move(pending));
+  return responses_.AddPending(key.GetValue(), std::move(entry));
 }
 
 std::string ServiceProxy::InvokeInOrder(const ServiceCall& call, const CallArguments& arguments,
-                                        ArrivalQueue::Handler handle, bool post) {
-  auto place = std::make_shared<ArrivalQueue::Place>(ArrivalQueue::MakePlace(std::move(handle)));
-  std::string failure =
-      Invoke(call, arguments, [this, place = std::move(place), post](ArrivedResponse arrived) {
-        arrived_.Arrive(std::move(*place), arrived.arrival, std::move(arrived.response));
-        if (post) PostHandling();
-      });
+                                        std::unique_ptr<ResponseHandler> handler, bool post) {
+  std::string failure;
+  RunAtBoundary(
+      [&] {
+        const auto place =
+            std::make_shared<ArrivalQueue::Place>(ArrivalQueue::MakePlace(std::move(handler)));
+        const auto complete = [this, place](ArrivedResponse arrived) {
+          arrived_.Arrive(std::move(*place), arrived.arrival, std::move(arrived.response));
+        };
+        const auto follow = [this, delivery = place->mapped(), post] {
+          arrived_.Read(delivery);
+          if (post) PostHandling();
+        };
+        failure = Send(call, arguments, {complete, follow});
+      },
+      [&failure](const char* text) noexcept { failure = CopyMessage(text); });
   // It may have held back responses that arrived while it was being sent.
   if (arrived_.First()) PostHandling();
   return failure;
 }
 
-void ServiceProxy::PostHandling() noexcept {
+bool ServiceProxy::PostHandling() noexcept {
   // Without memory for a task the next one that waits handles what has arrived.
+  TaskPosting posting = TaskPosting::kRefused;
   RunAndLog("Service proxy response",
-            [this] { host_.PostTask(handlingTask_, [this] { HandleArrived(); }); });
+            [&] { posting = host_.PostTask(handlingTask_, [this] { HandleArrived(); }); });
+  return posting != TaskPosting::kRefused;
+}
+
+ArrivalQueue::Place ServiceProxy::TakeNext() {
+  if (begun_) return std::move(begun_);
+  const auto first = arrived_.First();
+  if (!first || responses_.HasUnclaimedBefore(*first)) return {};
+  return arrived_.TakeFirst();
 }
 
 void ServiceProxy::HandleArrived() noexcept {
   while (turn_ == 0) {
-    const auto first = arrived_.First();
-    if (!first || responses_.HasUnclaimedBefore(*first)) return;
-    ArrivalQueue::Place place = arrived_.TakeFirst();
-    turn_ = *first;
-    RunAndLog("Service proxy response",
-              [&place] { place.mapped().handle(std::move(place.mapped().response)); });
-    if (turn_ == *first) EndTurn();
+    ArrivalQueue::Place place = TakeNext();
+    if (!place) return;
+    const uint64_t turn = turn_ = place.key();
+    const bool isLastPart = place.mapped()->handler->Handle();
+    if (turn_ == turn) EndTurn();
     client_.AskAgainForLostEvents();
+    if (isLastPart) continue;
+    begun_ = std::move(place);
+    if (PostHandling()) return;
   }
 }
 
@@ -160,6 +171,7 @@ void ServiceProxy::Start() {
 void ServiceProxy::Finalise() {
   responses_.Finalise();
   arrived_.Clear();
+  begun_ = {};
 }
 
 void ServiceProxy::SubscribeAsync(std::string_view service, std::string_view method,
@@ -184,11 +196,6 @@ void ServiceProxy::OnSvdsEvent(PluginSvdsEvent event) {
     const auto handler = found->second;  // it may wait, and be replaced meanwhile
     handler(event);
   });
-}
-
-void ServiceProxy::LogUnreadable(std::string_view typeName, std::string_view text) {
-  LogError("%s: Couldn't convert SVDS DTO %s to C++ from %s", pluginName_.c_str(),
-           std::string(typeName).c_str(), std::string(text).c_str());
 }
 
 }  // namespace Kest::Client

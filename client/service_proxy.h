@@ -5,11 +5,12 @@
 // and any number may run side by side; with a request key the call is keyed "service.method" and
 // only one may run at a time. No time-out ends a request; stop does.
 //
-// Results are handled in the order in which the responses arrived: a task that waits also handles
-// those of other tasks that came before its own. While a request is being sent, its response may be
-// among the unknown ones; later responses are handled after it. A handler that publishes ends its
-// turn first: from inside the publication the host may ask for something that waits for a later
-// response.
+// A result is read on the thread its response comes on, and used on module tasks, one after the
+// other in the order in which the responses arrived: a task that waits also handles those of other
+// tasks that came before its own. A long result is used in parts, and other tasks run between them.
+// While a request is being sent, its response may be among the unknown ones; later responses are
+// handled after it. A handler that publishes ends its turn first: from inside the publication the
+// host may ask for something that waits for a later response.
 //
 // Failure messages: "Finalizing" (also for requests that were pending when the plugin stopped),
 //   "Failed to convert type {type} to BindingProperty for serialization", "Request already in
@@ -38,6 +39,7 @@
 #include "binding/types/static_type.h"
 #include "client/arrival_queue.h"
 #include "client/response_table.h"
+#include "client/result_handler.h"
 #include "client/service_call.h"
 #include "client/sibling_client.h"
 #include "plugin/app_module.h"
@@ -61,38 +63,40 @@ class ServiceProxy {
   // Ends every pending request with "Finalizing" and refuses new ones. Does not wait.
   void Finalise();
 
-  // Calls the method with a uuid-based request and waits. `use(result)` has run, on some module
-  // task, when this returns a success; it must not wait. When it throws, that is the failure.
+  // Calls the method with a uuid-based request and waits. The last part of `use` has run, on some
+  // module task, when this returns a success.
   template <class R, class... A>
   Maybe<Nothing> InvokeAndWait(std::string_view service, std::string_view method,
-                               const std::function<void(R result)>& use, const A&... arguments) {
+                               Preparation<R> use, const A&... arguments) {
     auto promise = std::make_shared<OncePromise<Nothing>>();
     auto future = promise->GetFuture();
-    const std::string failure = InvokeInOrder(
-        {service, method, {}, false}, CallArguments(arguments...),
-        [this, &use, promise = std::move(promise)](const PluginServiceProxyResponse& response) {
-          promise->Set(Use<R>(response, use));
+    auto handler = std::make_unique<ResultHandler<R>>(
+        pluginName_, std::move(use), [promise = std::move(promise)](Maybe<Nothing> outcome) {
+          promise->Set(std::move(outcome));
         });
+    const std::string failure = InvokeInOrder({service, method, {}, false},
+                                              CallArguments(arguments...), std::move(handler));
     if (!failure.empty()) return Failure{failure};
     return module_.Await(std::move(future), StaticType::Name<Maybe<R>>(),
                          [this] { HandleArrived(); });
   }
 
-  // Starts the call and returns an empty string, or why it could not be started; `onDone` is then
-  // dropped unused. `onDone(result)` runs later on a module task, unless the plugin stops; it must
-  // not wait.
+  // Starts the call and returns an empty string, or why it could not be started. Then neither
+  // function is called; otherwise `use` runs later, or `fail` on a module task, unless the plugin
+  // stops.
   template <class R, class... A>
   std::string InvokeAsync(std::string_view service, std::string_view method,
-                          std::string_view requestKey, bool flag,
-                          std::function<void(Maybe<R>)> onDone, const A&... arguments) {
+                          std::string_view requestKey, bool flag, Preparation<R> use,
+                          std::function<void(const Failure& failure)> fail, const A&... arguments) {
     std::string failure;
     RunAtBoundary(
         [&] {
           failure = InvokeInOrder(
               {service, method, requestKey, flag}, CallArguments(arguments...),
-              [this, onDone = std::move(onDone)](const PluginServiceProxyResponse& response) {
-                onDone(Decode<R>(response));
-              },
+              std::make_unique<ResultHandler<R>>(pluginName_, std::move(use),
+                                                 [fail = std::move(fail)](Maybe<Nothing> outcome) {
+                                                   if (!outcome) fail(outcome.GetFailure());
+                                                 }),
               /*post=*/true);
         },
         [&failure](const char* text) noexcept { failure = CopyMessage(text); });
@@ -110,17 +114,13 @@ class ServiceProxy {
     if (!response) return Failure{response.GetFailure().text};
     Maybe<R> result = SiblingClient::ReadResponse<R>(request, response.GetValue());
     if (result) return result;
-    LogUnreadable(StaticType::Name<R>(), response.GetValue().body);
+    LogUnreadableResult(pluginName_, StaticType::Name<R>(), response.GetValue().body);
     return Failure{result.GetFailure().text};
   }
 
-  // For a `use` or `onDone` that has applied its result: what arrived later may be handled from
-  // here on, before it returns.
+  // For a last part that has applied its result: what arrived later may be handled from here on,
+  // before it returns.
   void EndTurn() { turn_ = 0; }
-
-  // The untyped call that the others use. `completion` runs under the lock.
-  std::string Invoke(const ServiceCall& call, const CallArguments& arguments,
-                     Completion completion);
 
   // Handles the responses that come without a request. `handler` runs under the lock.
   void SubscribeAsync(std::string_view service, std::string_view method, Completion handler);
@@ -130,47 +130,21 @@ class ServiceProxy {
                      std::function<void(const PluginSvdsEvent& event)> handler);
 
  private:
-  template <class R>
-  Maybe<R> Decode(const PluginServiceProxyResponse& response) {
-    if (!response.error.empty()) return Failure{response.error};
-    R result{};
-    if constexpr (!std::is_same_v<R, Nothing>) {
-      ConversionContext context;
-      ReadJsonValue(context, "<result>", response.payload, &result);
-      if (!context.Ok()) {
-        LogUnreadable(StaticType::Name<R>(), response.payload);
-        return Failure{context.ErrorMessage()};
-      }
-    }
-    return result;
-  }
-
-  template <class R>
-  Maybe<Nothing> Use(const PluginServiceProxyResponse& response,
-                     const std::function<void(R result)>& use) noexcept {
-    Maybe<Nothing> outcome = Nothing{};
-    RunAtBoundary(
-        [&] {
-          Maybe<R> result = Decode<R>(response);
-          if (!result) {
-            outcome = result.GetFailure();
-          } else {
-            use(std::move(result.GetValue()));
-          }
-        },
-        [&](const char* text) noexcept { outcome = Failure{CopyMessage(text)}; });
-    return outcome;
-  }
-
   bool IsFinalising() const { return host_.IsStopping() || responses_.IsFinalising(); }
-  // Calls the method; `handle` then runs on a module task. `post`: posts one for it, otherwise the
-  // caller waits and handles what has arrived.
+  // Calls the method; `handler` is then used on a module task. `post`: posts one for it, otherwise
+  // the caller waits and handles what has arrived.
   std::string InvokeInOrder(const ServiceCall& call, const CallArguments& arguments,
-                            ArrivalQueue::Handler handle, bool post = false);
-  // Handles the responses that have arrived, up to the first that must not be handled yet.
+                            std::unique_ptr<ResponseHandler> handler, bool post = false);
+  // Handles the responses that have arrived, up to the first that must not be handled yet, or one
+  // part of a longer one. All tasks that wait and one that is posted take turns with its parts: no
+  // task keeps a response to itself while another runs, so any of them can end it.
   void HandleArrived() noexcept;
-  void PostHandling() noexcept;
-  std::string Send(const ServiceCall& call, const CallArguments& arguments, Completion completion);
+  // The part or response whose turn it is; empty: there is none yet.
+  ArrivalQueue::Place TakeNext();
+  // False: no task will handle what has arrived, unless one waits.
+  bool PostHandling() noexcept;
+  std::string Send(const ServiceCall& call, const CallArguments& arguments,
+                   ResponseTable::Pending pending);
   // Both return the request's key.
   Maybe<std::string> SendByUuid(const ServiceCall& call, const CallArguments& arguments);
   Maybe<std::string> SendByMethod(const ServiceCall& call, const std::string& key,
@@ -187,7 +161,6 @@ class ServiceProxy {
                        void (ResponseTable::*handle)(PluginServiceProxyResponse response),
                        bool areAwaited);
   void OnSvdsEvent(PluginSvdsEvent event);
-  void LogUnreadable(std::string_view typeName, std::string_view text);
 
   HostServices& host_;
   AppModule& module_;
@@ -197,7 +170,8 @@ class ServiceProxy {
   std::atomic<uint64_t> nextMessage_{0};  // keeps task names apart, so that none is merged away
   ResponseTable responses_;
   ArrivalQueue arrived_;
-  uint64_t turn_ = 0;  // the arrival number of the response that is being applied; 0: none
+  ArrivalQueue::Place begun_;  // the response of which parts are left; it goes before all others
+  uint64_t turn_ = 0;          // the arrival number of the response that is being applied; 0: none
   std::map<std::string, std::function<void(const PluginSvdsEvent&)>> svdsHandlers_;  // by subtopic
 };
 

@@ -43,20 +43,19 @@ void ClientConfiguration::PostRequest() {
 }
 
 void ClientConfiguration::Request() {
-  const std::function<void(Maybe<Settings>)> onDone = [this](Maybe<Settings> response) {
-    OnResponse(std::move(response));
+  const std::function<void(Settings)> use = [this](Settings settings) {
+    Apply(std::move(settings));
   };
-  const std::string failure =
-      proxy_.InvokeAsync<Settings>(kLootService, kConfigurationMethod, {}, false, onDone);
-  if (!failure.empty()) OnResponse(Failure{failure});
+  const std::string failure = proxy_.InvokeAsync<Settings>(kLootService, kConfigurationMethod, {},
+                                                           false, InOnePart(use), LogFailure);
+  if (!failure.empty()) LogFailure({failure});
 }
 
-void ClientConfiguration::OnResponse(Maybe<Settings> response) {
-  if (!response) {
-    return LogError("Loot::GetClientConfiguration service async returned error: %s",
-                    response.GetFailure().text.c_str());
-  }
-  Settings& settings = response.GetValue();
+void ClientConfiguration::LogFailure(const Failure& failure) {
+  LogError("Loot::GetClientConfiguration service async returned error: %s", failure.text.c_str());
+}
+
+void ClientConfiguration::Apply(Settings settings) {
   const bool enabled = !settings.lootItemsUsingBreakoutRecipeMenu.empty();
   Api::RecipeMenuConfig recipeMenu{enabled, std::move(settings.lootItemsUsingBreakoutRecipeMenu),
                                    std::move(settings.lootMaterialsToAlwaysRender)};

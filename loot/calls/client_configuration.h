@@ -26,7 +26,8 @@ class ClientConfiguration {
 
   void PostRequest();
   void Request();
-  void OnResponse(Maybe<Settings> response);
+  void Apply(Settings settings);
+  static void LogFailure(const Failure& failure);
 
   AppModule& module_;
   ServiceProxy& proxy_;

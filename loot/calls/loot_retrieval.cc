@@ -50,7 +50,7 @@ Maybe<std::string> LootRetrieval::RetrieveAndWait() {
     Apply(std::move(inventory), sent);
   };
   const Maybe<Nothing> done = proxy_.InvokeAndWait<Inventory>(
-      kLootService, kRetrievalMethod, use, sent.items, sent.recipes, sent.queryResults);
+      kLootService, kRetrievalMethod, InOnePart(use), sent.items, sent.recipes, sent.queryResults);
   if (!done) {
     return Failure{Format("Error while calling getAllPlayerLootAndAllDefinitions: %1",
                           done.GetFailure().text)};
@@ -61,20 +61,19 @@ Maybe<std::string> LootRetrieval::RetrieveAndWait() {
 
 void LootRetrieval::StartRetrieval() {
   const Versions sent = held_;
-  const std::function<void(Maybe<Inventory>)> onDone = [this, sent](Maybe<Inventory> response) {
-    OnResponse(std::move(response), sent);
+  const std::function<void(Inventory)> use = [this, sent](Inventory inventory) {
+    Apply(std::move(inventory), sent);
   };
   const std::string failure =
-      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, onDone, sent.items,
-                                    sent.recipes, sent.queryResults);
-  if (!failure.empty()) OnResponse(Failure{failure}, sent);
+      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, InOnePart(use),
+                                    LogFailure, sent.items, sent.recipes, sent.queryResults);
+  if (!failure.empty()) LogFailure({failure});
   targets_.logos.PostLoad();
 }
 
-void LootRetrieval::OnResponse(Maybe<Inventory> response, const Versions& sent) {
-  if (response) return Apply(std::move(response.GetValue()), sent);
+void LootRetrieval::LogFailure(const Failure& failure) {
   LogError("Loot::RetrievePlayerLootAndDefinitions service async returned error: %s",
-           response.GetFailure().text.c_str());
+           failure.text.c_str());
 }
 
 // The definitions, then the items assembled from them, then what depends on these: all is made

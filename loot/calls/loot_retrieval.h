@@ -54,7 +54,7 @@ class LootRetrieval {
 
   Maybe<std::string> RetrieveAndWait();
   void StartRetrieval();
-  void OnResponse(Maybe<Inventory> response, const Versions& sent);
+  static void LogFailure(const Failure& failure);
   // Replaces each list whose version is neither the one sent nor the one held, and the inventory.
   // Changes nothing when memory runs out.
   void Apply(Inventory inventory, const Versions& sent);

@@ -30,23 +30,21 @@ std::string_view NewPlayerChest::Check() {
   if (!Qualifies()) return kNotDone;
   const uint64_t decision = ++decisions_;
   done_ = true;  // before the call waits, so that no second one is sent
-  const std::function<void(Maybe<Result>)> onDone = [this](const Maybe<Result>& response) {
-    OnResponse(response);
-  };
+  const std::function<void(Result)> use = [this](const Result& result) { OnResult(result); };
   const std::string failure =
-      proxy_.InvokeAsync<Result>(kLootService, kChestMethod, {}, false, onDone);
+      proxy_.InvokeAsync<Result>(kLootService, kChestMethod, {}, false, InOnePart(use), LogFailure);
   if (failure.empty()) return kSubmitted;
   if (decision == decisions_) done_ = false;  // nothing was sent
-  OnResponse(Failure{failure});
+  LogFailure({failure});
   return kNotDone;
 }
 
-void NewPlayerChest::OnResponse(const Maybe<SVDS::PlayerLootResultDTO>& response) {
-  if (!response) {
-    return LogError("Failed to get response for checkAndGrantNewPlayerChest, returned error: %s",
-                    response.GetFailure().text.c_str());
-  }
-  const SVDS::PlayerLootResultDTO& result = response.GetValue();
+void NewPlayerChest::LogFailure(const Failure& failure) {
+  LogError("Failed to get response for checkAndGrantNewPlayerChest, returned error: %s",
+           failure.text.c_str());
+}
+
+void NewPlayerChest::OnResult(const SVDS::PlayerLootResultDTO& result) {
   if (result.status != kOk) {
     Trace("Received unexpected status for request checkAndGrantNewPlayerChest, status: %s",
           result.status.c_str());

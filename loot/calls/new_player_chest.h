@@ -49,7 +49,8 @@ class NewPlayerChest {
  private:
   // The chest is for the moment the configured level is reached: a higher level does not qualify.
   bool Qualifies() const;
-  void OnResponse(const Maybe<SVDS::PlayerLootResultDTO>& response);
+  void OnResult(const SVDS::PlayerLootResultDTO& result);
+  static void LogFailure(const Failure& failure);
 
   AppModule& module_;
   ServiceProxy& proxy_;

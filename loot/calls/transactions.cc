@@ -80,7 +80,7 @@ Maybe<Api::PlayerLootUpdate> Transactions::Run(const char* kind, const char* met
     update = ProcessPlayerLootUpdateResponse(requestId, result);
   };
   const Maybe<Nothing> done =
-      proxy_.InvokeAndWait<Result>(kLootService, method, use, requestId, body);
+      proxy_.InvokeAndWait<Result>(kLootService, method, InOnePart(use), requestId, body);
   if (done) return update;
   Trace("Failed to get response for request id: %s", requestId.c_str());
   // The result may have been applied in part.

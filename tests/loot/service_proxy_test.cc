@@ -38,7 +38,7 @@ class ServiceProxyTest : public CallsTest {
   void Call(std::string_view method, const A&... arguments) {
     host_.RunTask([=, this] {
       const std::function<void(R)> use = [this](const R& result) { Note<R>(result); };
-      const auto done = proxy_.InvokeAndWait<R>("loot", method, use, arguments...);
+      const auto done = proxy_.InvokeAndWait<R>("loot", method, InOnePart(use), arguments...);
       if (!done) Note<R>(done.GetFailure());
     });
   }
@@ -50,8 +50,11 @@ class ServiceProxyTest : public CallsTest {
   std::string CallByMethod() {
     failure_ = "not returned";
     host_.RunTask([this] {
-      failure_ = proxy_.InvokeAsync<TestRecord>("loot", "m", "key", true,
-                                                [this](Maybe<TestRecord> result) { Note(result); });
+      const std::function<void(TestRecord)> use = [this](const TestRecord& r) {
+        Note<TestRecord>(r);
+      };
+      failure_ = proxy_.InvokeAsync<TestRecord>("loot", "m", "key", true, InOnePart(use),
+                                                [this](const Failure& f) { Note<TestRecord>(f); });
     });
     return failure_;
   }
@@ -98,12 +101,12 @@ TEST_F(ServiceProxyTest, ResultsAreHandledInTheOrderOfArrivalWhicheverTaskIsResu
   for (const char* name : {"first", "second"}) {
     host_.RunTask([=, this] {
       const std::function<void(Nothing)> use = [=, this](Nothing) { seen_.emplace_back(name); };
-      EXPECT_TRUE(proxy_.InvokeAndWait<Nothing>("loot", "m", use));
+      EXPECT_TRUE(proxy_.InvokeAndWait<Nothing>("loot", "m", InOnePart(use)));
     });
   }
   host_.RunTask([this] {
-    proxy_.InvokeAsync<Nothing>("loot", "m", {}, false,
-                                [this](Maybe<Nothing>) { seen_.emplace_back("posted"); });
+    const std::function<void(Nothing)> use = [this](Nothing) { seen_.emplace_back("posted"); };
+    proxy_.InvokeAsync<Nothing>("loot", "m", {}, false, InOnePart(use), [](const Failure&) {});
   });
   host_.OnRequest("POST", "/tav-login/v1/service-proxy-uuid-requests",
                   FakeResponse{200, "\"held\"", "", "", true});
@@ -114,6 +117,65 @@ TEST_F(ServiceProxyTest, ResultsAreHandledInTheOrderOfArrivalWhicheverTaskIsResu
   host_.ReleaseHeld();
   host_.RunHeldTasks();
   EXPECT_THAT(seen_, ElementsAre("posted", "second", "done", "first"));
+}
+
+// "name:part" in the order in which parts are run, and what runs between them.
+TEST_F(ServiceProxyTest, ALongResultIsReadWhereItArrivesAndUsedInParts) {
+  std::thread::id reader;
+  std::thread::id task;
+  const auto inParts = [&, this](const std::string& name, int count) -> Preparation<TestRecord> {
+    return [=, &reader, &task, this](const TestRecord& record) -> Parts {
+      if (record.name == "bad") throw std::runtime_error("not to be made");
+      reader = std::this_thread::get_id();
+      return [=, &task, part = 0, this]() mutable {
+        task = std::this_thread::get_id();
+        seen_.push_back(name + ":" + std::to_string(++part));
+        services_.PostTask("other", [this] { seen_.emplace_back("other"); });
+        return part == count;
+      };
+    };
+  };
+  const auto fail = [this](const Failure& failure) { seen_.push_back(failure.text); };
+  host_.HoldTasks();
+  for (const char* name : {"a", "b"}) {
+    host_.RunTask([=, this] {
+      proxy_.InvokeAsync<TestRecord>("loot", "m", {}, false, inParts(name, 2), fail);
+    });
+  }
+  for (const auto& [uuid, name] : {std::pair("uuid-1", "good"), std::pair("uuid-2", "bad")}) {
+    Respond(kUuidEvent, uuid, name);
+  }
+  host_.RunHeldTasks();
+  EXPECT_THAT(seen_, ElementsAre("a:1", "other", "a:2", "not to be made", "other"));
+  EXPECT_NE(reader, task);
+  seen_.clear();
+  const auto wait = [&](const char* name, int parts) {
+    host_.RunTask([=, this] {
+      const auto done = proxy_.InvokeAndWait<TestRecord>("loot", "m", inParts(name, parts));
+      Note<Nothing>(done);
+    });
+  };
+  wait("c", 2);
+  wait("d", 1);
+  for (const char* uuid : {"uuid-4", "uuid-3"}) Respond(kUuidEvent, uuid, "good");
+  EXPECT_THAT(seen_, ElementsAre("d:1", "done", "c:1", "c:2", "done")) << "by the task that waits";
+}
+
+TEST_F(ServiceProxyTest, TheEndCutsAResultShortBetweenItsParts) {
+  host_.RunTask([this] {
+    const Maybe<Nothing> done = proxy_.InvokeAndWait<Nothing>(
+        "loot", "m",
+        [this](Nothing) -> Parts { return [this] { return seen_.emplace_back("part").empty(); }; });
+    Note(done);
+  });
+  services_.PostTask("stop", [this] {
+    while (seen_.size() < 3) services_.Yield();
+    gate_.Close();
+    proxy_.Finalise();
+    services_.CancelAll();
+  });
+  Respond(kUuidEvent, "uuid-1", "good");
+  EXPECT_EQ(seen_.back(), "Finalizing");
 }
 
 TEST_F(ServiceProxyTest, AResponseThatCannotBeReadFailsItsRequest) {
@@ -243,7 +305,7 @@ class ResponseTableTest : public CallsTest {
     table_.AddUuidResponse(std::move(response));
   }
   std::string Await(const std::string& key, ResponseTable::Completion completion) {
-    return table_.AddPending(key, ResponseTable::MakePending(std::move(completion)));
+    return table_.AddPending(key, ResponseTable::MakePending({std::move(completion), [] {}}));
   }
   ResponseTable::Completion Note() {
     return [this](ArrivedResponse r) { seen_.push_back(r.response.payload); };
