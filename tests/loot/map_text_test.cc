@@ -4,21 +4,12 @@
 
 #include <random>
 
-#include "binding/json/json_adapter.h"
 #include "loot/state/player_loot_store.h"
 #include "loot/wire/register_resources.h"
+#include "tests/loot/written_json.h"
 
 namespace Kest::Client::Loot {
 namespace {
-
-template <class T>
-std::string Written(const T& value) {
-  ConversionContext context;
-  std::string json;
-  WriteJsonValue(context, value, &json);
-  EXPECT_TRUE(context.Ok()) << context.ErrorMessage();
-  return json;
-}
 
 // A store and its text, with changes drawn from a fixed seed.
 class MapTextTest : public ::testing::Test {
