@@ -27,7 +27,7 @@ constexpr std::array<char, 200> kPairs = [] {
 
 // The two digits of a number below 100.
 void PutPair(int32_t value, char* to) {
-  std::memcpy(to, &kPairs[2 * (static_cast<uint32_t>(value) % 100)], 2);
+  std::memcpy(to, &kPairs[static_cast<size_t>(value) % 100 * 2], 2);
 }
 
 // "2024-05-06T07:08:09" with `separator` between the parts of the time.
