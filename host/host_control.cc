@@ -10,6 +10,7 @@
 #include "host/http/http_responses.h"
 #include "host/http/request_target.h"
 #include "host/json/json.h"
+#include "host/json/json_text.h"
 #include "host/library/c_views.h"
 #include "host/library/methods.h"
 #include "host/openapi/control_description.h"
@@ -78,6 +79,21 @@ bool MayBeJson(std::string_view contentType) {
   return type.empty() || type == "application/json" || type == "application/x-www-form-urlencoded";
 }
 
+// A misspelt parameter would otherwise be one that is not there.
+std::optional<HttpResponse> RefuseUnknown(const HttpRequest& request, const Json& parameters) {
+  const auto unknown =
+      RequestTarget::Split(request.target).UnknownParameter([&parameters](std::string_view name) {
+        return parameters.contains(name);
+      });
+  if (!unknown) return std::nullopt;
+  std::string known;
+  for (const auto& [name, schema] : parameters.items()) {
+    if (name.find(' ') == std::string::npos) known += (known.empty() ? "" : ", ") + name;
+  }
+  return ProblemResponse(400, "Unknown query parameter " + JsonString(*unknown) +
+                                  "; known here: " + (known.empty() ? "none" : known) + ".");
+}
+
 }  // namespace
 
 const HostControl::Row HostControl::kRows[] = {
@@ -108,6 +124,7 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
         [&control](const Row& candidate) { return candidate.operationId == control.operationId; });
     if (row == std::end(kRows)) break;
     if (control.method != request.method) return MethodProblem(control.method);
+    if (auto refusal = RefuseUnknown(request, control.parameters)) return std::move(*refusal);
     return (this->*row->handle)(request);
   }
   if (path.starts_with(kHostPrefix)) return AskWorld(request);
@@ -118,6 +135,7 @@ HttpResponse HostControl::AskWorld(const HttpRequest& request) {
   if (!request.body.empty() && !MayBeJson(request.contentType)) {
     return ProblemResponse(415, "Send the body as application/json.");
   }
+  if (auto refusal = RefuseUnknown(request, Json::object())) return std::move(*refusal);
   const std::string_view path = RequestTarget::Split(request.target).path;
   return WithSession([&](PluginSession& session) {
     return session.Control(request, path.substr(kControlPrefix.size()));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -15,6 +16,9 @@ struct RequestTarget {
   static RequestTarget Split(std::string_view target);
   // The raw value of the first parameter of that name; empty text when it has no "=".
   std::optional<std::string_view> Parameter(std::string_view name) const;
+  // The name of the first parameter that `isKnown` does not know; nothing when it knows all.
+  std::optional<std::string_view> UnknownParameter(
+      const std::function<bool(std::string_view name)>& isKnown) const;
 };
 
 // An integer of decimal digits alone, or nothing.
