@@ -74,7 +74,7 @@ TEST(Formats, OneValueReadsAlikeInEach) {
     const BindingProperty trees[] = {ReadJson(context, json), ReadPacked(context, Bytes(packed)),
                                      ReadYaml(context, yaml)};
     const Conversion convert = kTargets.at(target);
-    const std::string outcome = Shown(context, trees[0]) + ", " + convert(trees[0]);
+    std::string outcome = Shown(context, trees[0]) + ", " + convert(trees[0]);
     for (const BindingProperty& tree : trees) {
       EXPECT_EQ(Shown(tree) + ", " + convert(tree), outcome);
       EXPECT_TRUE(tree == trees[0]) << outcome;

@@ -49,7 +49,7 @@ class Harbour {
  private:
   static FieldRecord Field(const char* name, const char* description, size_t offset,
                            TypeIdentifier type, bool optional) {
-    return {name, description, offset, 0, type, {}, optional, nullptr};
+    return {name, description, offset, nullptr, type, {}, optional, nullptr};
   }
 
   TypeRecord seal_, crate_;

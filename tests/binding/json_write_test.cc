@@ -9,7 +9,6 @@ namespace {
 
 using namespace Samples;
 using namespace std::string_literals;
-using ::testing::ElementsAre;
 
 TEST(WriteJson, WhatCannotBeWrittenLeavesNothing) {
   for (const BindingProperty& value : {Float(NAN), Blob("\xff\xfe")}) {

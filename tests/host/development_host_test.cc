@@ -221,7 +221,8 @@ TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
 }
 
 TEST(DevelopmentHost, SaysWhyItCannotStart) {
-  const auto reason = [](std::string plugin, std::string world, std::string address) {
+  const auto reason = [](const std::string& plugin, const std::string& world,
+                         const std::string& address) {
     HostLog log(stderr, LogLevel::kNone);
     DevelopmentHost host({plugin, world, address, 0}, &log);
     const auto started = host.Start();

@@ -11,7 +11,7 @@ namespace Kest::Testing {
 inline void RunOnSmallStack(std::function<void()> work) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, size_t{256} * 1024), 0);
   pthread_t thread;
   const auto run = [](void* context) -> void* {
     (*static_cast<std::function<void()>*>(context))();
