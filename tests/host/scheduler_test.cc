@@ -177,7 +177,7 @@ TEST_F(SchedulerTest, AChangeByAnotherThreadIsSeenWithoutBurningTheProcessor) {
 
 TEST_F(SchedulerTest, EveryTaskPostedFromManyThreadsRunsOnceAlsoWhenItYields) {
   constexpr int kTasks = 500;
-  std::vector<int> runs(4 * kTasks, 0);  // touched on the scheduler's thread only
+  std::vector<int> runs(size_t{4} * kTasks, 0);  // touched on the scheduler's thread only
   std::vector<std::thread> posters;
   for (int t = 0; t < 4; ++t) {
     posters.emplace_back([&, t] {
