@@ -96,7 +96,7 @@ class LootPublisherTest : public CallsTest {
   int looks_ = 0;
 };
 
-TEST_F(LootPublisherTest, WhatIsReturnedAndPublishedBetweenItsPausesIsWhole) {
+TEST_F(LootPublisherTest, WhatIsReturnedAndPublishedBetweenItsPausesIsComplete) {
   for (int round = 0; round < 200 && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
     host_.RunTask([this] { Meddle(); });
