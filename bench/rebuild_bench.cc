@@ -45,10 +45,12 @@ struct Inventory {
     lists = {MakeLootItems(items), MakeShared(std::move(recipes)),
              MakeShared(MakeQueryResults(items))};
   }
-  void Rebuild() { inventory.Replace(records, std::make_shared<const LootDefinitions>(lists)); }
+  void Rebuild() {
+    inventory.Replace(records, std::make_shared<const LootDefinitions>(lists)).Continue();
+  }
 
   LootState state;
-  LootInventory inventory{state};
+  LootInventory inventory{state, kRecords};
   std::vector<SVDS::PlayerLootDTO> records;
   LootDefinitions::Lists lists;
 };

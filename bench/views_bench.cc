@@ -43,7 +43,7 @@ struct Player {
     definitions = std::make_shared<const LootDefinitions>(
         LootDefinitions::Lists{MakeLootItems(std::move(items)), MakeShared(std::vector{recipe}),
                                MakeShared(std::move(queries))});
-    inventory.Replace(records, definitions);
+    inventory.Replace(records, definitions).Continue();
     Publish();
     const size_t before = LiveBytes();
     for (int i = 0; i < kShards; ++i) {
@@ -73,7 +73,7 @@ struct Player {
   SiblingClient client{services, module, name};
   const LootSwitch loot{true, true};
   LootState state;
-  LootInventory inventory{state};
+  LootInventory inventory{state, kShards};
   WatchedViews views{client, state, loot};
   std::vector<SVDS::PlayerLootDTO> records;
   LootDefinitionsPointer definitions;
@@ -86,7 +86,7 @@ struct Player {
 void Kest::Bench::AddRows(Table& table) {
   Client::Loot::Player player;
   const auto retrieveTheSame = [&] {
-    player.inventory.Replace(player.records, player.definitions);
+    player.inventory.Replace(player.records, player.definitions).Continue();
   };
   const auto publishNothing = [&] { Require(player.Publish() == 0, "published"); };
   table.Time("watched views, nothing changed", Side::Prepared(retrieveTheSame, publishNothing),

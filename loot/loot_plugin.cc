@@ -9,7 +9,7 @@ LootPlugin::LootPlugin(PluginRuntime& runtime, size_t itemsInSlice)
     : PluginBase(runtime),
       client_(Host(), Module(), FullName()),
       proxy_(Host(), Module(), client_, FullName()),
-      inventory_(state_),
+      inventory_(state_, itemsInSlice),
       views_(client_, state_, loot_),
       chests_(client_),
       publisher_(Module(), client_, {state_.store, state_.definitions, chests_, views_},

@@ -1,6 +1,5 @@
 #include "loot/calls/loot_retrieval.h"
 
-#include <functional>
 #include <utility>
 
 #include "base/platform.h"
@@ -19,9 +18,19 @@ constexpr const char* kRetrievalMethod = "getAllPlayerLootAndAllDefinitions";
 constexpr int64_t kInterval = 3;  // seconds between retrievals that are not forced
 
 // Whether the response holds a list of its own. The service leaves out a list of the version that
-// the request sent; and what is held already need not be replaced.
-bool IsNew(int64_t offered, int64_t sent, int64_t held) {
-  return offered != SVDS::kLeftOut && offered != sent && offered != held;
+// the request sent.
+bool IsNew(int64_t offered, int64_t sent) {
+  return offered != SVDS::kLeftOut && offered != sent;
+}
+
+// `base` with the lists that are not null in place of its own.
+LootDefinitionsPointer WithLists(const LootDefinitionsPointer& base, LootDefinitions::Lists lists) {
+  const LootDefinitions::Lists& old = base->lists();
+  if (!lists.items && !lists.recipes && !lists.queryResults) return base;
+  if (!lists.items) lists.items = old.items;
+  if (!lists.recipes) lists.recipes = old.recipes;
+  if (!lists.queryResults) lists.queryResults = old.queryResults;
+  return std::make_shared<const LootDefinitions>(std::move(lists));
 }
 
 }  // namespace
@@ -44,13 +53,22 @@ void LootRetrieval::Post() {
   });
 }
 
+Preparation<LootRetrieval::Inventory> LootRetrieval::UseOfResponse() {
+  return [this, sent = held_, base = targets_.definitions](Inventory inventory) -> Parts {
+    return [this, offer = MakeOffer(std::move(inventory), sent, base),
+            replacement = std::shared_ptr<InventoryReplacement>()]() mutable {
+      if (replacement == nullptr) replacement = Begin(&offer);
+      if (!replacement->Continue()) return false;
+      End(offer);
+      return true;
+    };
+  };
+}
+
 Maybe<std::string> LootRetrieval::RetrieveAndWait() {
   const Versions sent = held_;
-  const std::function<void(Inventory)> use = [&](Inventory inventory) {
-    Apply(std::move(inventory), sent);
-  };
   const Maybe<Nothing> done = proxy_.InvokeAndWait<Inventory>(
-      kLootService, kRetrievalMethod, InOnePart(use), sent.items, sent.recipes, sent.queryResults);
+      kLootService, kRetrievalMethod, UseOfResponse(), sent.items, sent.recipes, sent.queryResults);
   if (!done) {
     return Failure{Format("Error while calling getAllPlayerLootAndAllDefinitions: %1",
                           done.GetFailure().text)};
@@ -61,11 +79,8 @@ Maybe<std::string> LootRetrieval::RetrieveAndWait() {
 
 void LootRetrieval::StartRetrieval() {
   const Versions sent = held_;
-  const std::function<void(Inventory)> use = [this, sent](Inventory inventory) {
-    Apply(std::move(inventory), sent);
-  };
   const std::string failure =
-      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, InOnePart(use),
+      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, UseOfResponse(),
                                     LogFailure, sent.items, sent.recipes, sent.queryResults);
   if (!failure.empty()) LogFailure({failure});
   targets_.logos.PostLoad();
@@ -76,27 +91,41 @@ void LootRetrieval::LogFailure(const Failure& failure) {
            failure.text.c_str());
 }
 
-// The definitions, then the items assembled from them, then what depends on these: all is made
-// before anything is replaced.
-void LootRetrieval::Apply(Inventory inventory, const Versions& sent) {
-  Versions versions = held_;
-  LootDefinitions::Lists lists = targets_.definitions->lists();
-  if (IsNew(inventory.lootItemList.lastUpdate, sent.items, held_.items)) {
-    versions.items = inventory.lootItemList.lastUpdate;
+LootRetrieval::Offer LootRetrieval::MakeOffer(Inventory inventory, const Versions& sent,
+                                              LootDefinitionsPointer base) {
+  const Versions offered{inventory.lootItemList.lastUpdate, inventory.recipeList.lastUpdate,
+                         inventory.queryResult.lastUpdate};
+  LootDefinitions::Lists lists;
+  if (IsNew(offered.items, sent.items)) {
     lists.items = MakeLootItems(std::move(inventory.lootItemList.lootItems));
   }
-  if (IsNew(inventory.recipeList.lastUpdate, sent.recipes, held_.recipes)) {
-    versions.recipes = inventory.recipeList.lastUpdate;
+  if (IsNew(offered.recipes, sent.recipes)) {
     lists.recipes = MakeShared(std::move(inventory.recipeList.recipes));
   }
-  if (IsNew(inventory.queryResult.lastUpdate, sent.queryResults, held_.queryResults)) {
-    versions.queryResults = inventory.queryResult.lastUpdate;
+  if (IsNew(offered.queryResults, sent.queryResults)) {
     lists.queryResults = MakeShared(std::move(inventory.queryResult.queryToLootNames));
   }
-  LootDefinitionsPointer definitions = targets_.definitions;
-  if (!(versions == held_)) definitions = std::make_shared<const LootDefinitions>(std::move(lists));
-  targets_.inventory.Replace(inventory.playerLoot, std::move(definitions));
-  held_ = versions;
+  LootDefinitionsPointer definitions = WithLists(base, lists);
+  return {offered, std::move(lists), std::move(base), std::move(definitions),
+          std::move(inventory.playerLoot)};
+}
+
+// Another retrieval may have replaced the definitions that the offer was made for.
+std::shared_ptr<InventoryReplacement> LootRetrieval::Begin(Offer* offer) const {
+  if (offer->base != targets_.definitions) {
+    if (offer->versions.items == held_.items) offer->lists.items.reset();
+    if (offer->versions.recipes == held_.recipes) offer->lists.recipes.reset();
+    if (offer->versions.queryResults == held_.queryResults) offer->lists.queryResults.reset();
+    offer->definitions = WithLists(targets_.definitions, offer->lists);
+  }
+  return std::make_shared<InventoryReplacement>(
+      targets_.inventory.Replace(std::move(offer->records), offer->definitions));
+}
+
+void LootRetrieval::End(const Offer& offer) {
+  if (offer.lists.items != nullptr) held_.items = offer.versions.items;
+  if (offer.lists.recipes != nullptr) held_.recipes = offer.versions.recipes;
+  if (offer.lists.queryResults != nullptr) held_.queryResults = offer.versions.queryResults;
   pending_ = false;
   targets_.publisher.Request();
 }

@@ -1,12 +1,18 @@
-// LootRetrieval reads the whole inventory and all definitions from the service.
-// Threads: module tasks only.
+// LootRetrieval reads the whole inventory and all definitions from the service. What a response
+// brings is applied in parts, and other tasks run in between: they see the inventory and the
+// definitions that were held before until the last part, which replaces all. Nothing is replaced
+// when memory runs out.
+// Threads: module tasks only, but the definitions are made where the response arrives.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/maybe_type.h"
+#include "client/result_handler.h"
 #include "loot/calls/forward.h"
 #include "loot/model/loot_definitions.h"
 #include "loot/state/loot_inventory.h"
@@ -48,16 +54,26 @@ class LootRetrieval {
     int64_t items = 0;
     int64_t recipes = 0;
     int64_t queryResults = 0;
+  };
 
-    friend bool operator==(const Versions&, const Versions&) = default;
+  // What a response brings.
+  struct Offer {
+    Versions versions;
+    LootDefinitions::Lists lists;  // null: left out, or of the version that was sent or is held
+    // What was held when the request was sent, and the same with these lists.
+    LootDefinitionsPointer base;
+    LootDefinitionsPointer definitions;
+    std::vector<SVDS::PlayerLootDTO> records;
   };
 
   Maybe<std::string> RetrieveAndWait();
   void StartRetrieval();
   static void LogFailure(const Failure& failure);
-  // Replaces each list whose version is neither the one sent nor the one held, and the inventory.
-  // Changes nothing when memory runs out.
-  void Apply(Inventory inventory, const Versions& sent);
+  Preparation<Inventory> UseOfResponse();
+  // Runs on any thread.
+  static Offer MakeOffer(Inventory inventory, const Versions& sent, LootDefinitionsPointer base);
+  std::shared_ptr<InventoryReplacement> Begin(Offer* offer) const;
+  void End(const Offer& offer);
 
   AppModule& module_;
   ServiceProxy& proxy_;

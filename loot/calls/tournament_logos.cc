@@ -65,7 +65,7 @@ void TournamentLogos::PostLoad() {
 
 bool TournamentLogos::Apply(std::string_view token) {
   const BindingProperty payload = DecodeToken(token).payload;
-  collections_.ownedTournamentLogos.clear();
+  collections_.ClearTournamentLogos();
   const BindingProperty* items = FindValue(payload, "items");
   if (items == nullptr) {
     LogError("Unable to load tournament logo inventory - missing 'items' in JWT payload.");
@@ -96,7 +96,7 @@ void TournamentLogos::ReadLogo(const BindingProperty& element) {
     if (name == nullptr) return;
   }
   const Maybe<int32_t> id = ReadDecimal32(CastToString(*name));
-  if (id) collections_.ownedTournamentLogos.insert(id.GetValue());
+  if (id) collections_.AddTournamentLogo(id.GetValue());
 }
 
 }  // namespace Kest::Client::Loot

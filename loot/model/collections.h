@@ -1,5 +1,5 @@
 // What the sibling plugins report about the player's collection. Each response of a source
-// replaces its table. Threads: module tasks only.
+// replaces its table, and each such change increments the revision. Threads: module tasks only.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,21 @@ struct Collections {
   IdTable<int64_t, Api::CollectionsWardSkin> wardSkins;
   IdTable<int64_t, Api::CollectionsEmote> emoteInventory;
   std::unordered_set<int32_t> ownedSummonerIcons;
-  std::unordered_set<int32_t> ownedTournamentLogos;  // added one by one by the logo load
+  std::unordered_set<int32_t> ownedTournamentLogos;
 
   void ReplaceChampions(std::vector<Api::CollectionsChampionMinimal> records);
   void ReplaceSkins(std::vector<Api::CollectionsChampionSkinMinimal> records);
   void ReplaceWardSkins(std::vector<Api::CollectionsWardSkin> records);
   void ReplaceEmoteInventory(std::vector<Api::CollectionsEmote> records);
   void ReplaceOwnedSummonerIcons(const Api::CollectionsSummonerIcons& owned);
+  // The logos are read one by one.
+  void ClearTournamentLogos();
+  void AddTournamentLogo(int32_t id);
+
+  uint64_t revision() const { return revision_; }
+
+ private:
+  uint64_t revision_ = 0;
 };
 
 }  // namespace Kest::Client::Loot

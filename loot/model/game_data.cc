@@ -14,10 +14,12 @@ void GameData::ReplaceLoot(Api::LootDataGdsResource file) {
 void GameData::ReplaceIcons(std::vector<Api::GameDataSummonerIcon> records) {
   RefillTable(std::move(records), &Api::GameDataSummonerIcon::id, &iconPaths_,
               [](Api::GameDataSummonerIcon&& icon) { return std::move(icon.iconPath); });
+  ++revision_;
 }
 
 void GameData::ReplaceEmotes(std::vector<Api::GameDataSummonerEmote> records) {
   RefillTable(std::move(records), &Api::GameDataSummonerEmote::id, &emotes_);
+  ++revision_;
 }
 
 const Api::LootItemGdsResource* GameData::FindLootItem(std::string_view id) const {

@@ -21,7 +21,7 @@ class GameData {
   void ReplaceIcons(std::vector<Api::GameDataSummonerIcon> records);
   void ReplaceEmotes(std::vector<Api::GameDataSummonerEmote> records);
 
-  // Grows when the loot definition file is replaced.
+  // Grows with each replacement.
   uint64_t revision() const { return revision_; }
 
   // Null when the file holds no entry of that id; of equal ids the first is found.

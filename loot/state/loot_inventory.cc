@@ -21,24 +21,12 @@ int32_t ClampCount(int64_t count, const std::string& lootId) {
 
 }  // namespace
 
-LootInventory::LootInventory(LootState& state)
-    : state_(state), assembly_(state.collections, state.gameData) {}
+LootInventory::LootInventory(LootState& state, size_t itemsInSlice)
+    : state_(state), itemsInSlice_(itemsInSlice), assembly_(state.collections, state.gameData) {}
 
-void LootInventory::Replace(const std::vector<SVDS::PlayerLootDTO>& records,
-                            LootDefinitionsPointer definitions) {
-  std::vector<Api::PlayerLoot> items;
-  items.reserve(records.size());
-  for (const SVDS::PlayerLootDTO& record : records) {
-    LogOkay("Loot::UpdatePlayerLoot %s", record.lootName.c_str());
-    const SVDS::LootItemClientDTO* definition = definitions->Find(record.lootName);
-    if (!IsValidRecord(record, definition)) {
-      LogWarning("Loot::UpdatePlayerLoot %s is not valid - ignoring", record.lootName.c_str());
-      continue;
-    }
-    assembly_.Create(definitions->recipes(), record, *definition, &items.emplace_back());
-  }
-  state_.store.Replace(items);
-  state_.definitions = std::move(definitions);
+InventoryReplacement LootInventory::Replace(std::vector<SVDS::PlayerLootDTO> records,
+                                            LootDefinitionsPointer definitions) {
+  return {state_, std::move(records), std::move(definitions), itemsInSlice_};
 }
 
 void LootInventory::ApplyDelta(const SVDS::PlayerLootDTO& record, int64_t delta) {

@@ -3,24 +3,27 @@
 // waits.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "loot/model/player_loot_assembly.h"
+#include "loot/state/inventory_replacement.h"
 #include "loot/state/loot_state.h"
+#include "loot/state/pace.h"
 
 namespace Kest::Client::Loot {
 
 class LootInventory {
  public:
-  // Borrows the state, which outlives it.
-  explicit LootInventory(LootState& state);
+  // Borrows the state, which outlives it. `itemsInSlice`: see InventoryReplacement.
+  explicit LootInventory(LootState& state, size_t itemsInSlice = kItemsInSlice);
 
-  // Replaces the definitions, and all items by those of `records`, each assembled again. An invalid
-  // record is logged and skipped. Changes nothing when memory runs out.
-  void Replace(const std::vector<SVDS::PlayerLootDTO>& records, LootDefinitionsPointer definitions);
+  // Begins to replace the definitions, and all items by those of `records`.
+  InventoryReplacement Replace(std::vector<SVDS::PlayerLootDTO> records,
+                               LootDefinitionsPointer definitions);
 
   // Adds `delta` to the count of the item that `record` names. An item whose count
   // becomes 0 is removed; an unknown one is created from its definition, when there is one. A
@@ -43,6 +46,7 @@ class LootInventory {
 
  private:
   LootState& state_;
+  const size_t itemsInSlice_;
   PlayerLootAssembly assembly_;
 };
 

@@ -42,16 +42,19 @@ Api::PlayerLootPointer PlayerLootStore::Share(const Api::PlayerLoot& item) const
   return std::make_shared<const Api::PlayerLoot>(item);
 }
 
-void PlayerLootStore::Replace(const std::vector<Api::PlayerLoot>& items) {
-  Api::PlayerLootItems replacement(kInitialBuckets);
-  Ids touched;
-  for (const auto& [lootId, item] : published_) touched.insert(lootId);
-  for (const Api::PlayerLoot& item : items) {
-    touched.insert(item.lootId);
-    replacement[item.lootId] = Share(item);
-  }
-  Edit().playerLoot.swap(replacement);
-  touched_.swap(touched);
+void PlayerLootStore::AddTo(Replacement* replacement, const Api::PlayerLoot& item) const {
+  replacement->touched.insert(item.lootId);
+  replacement->items[item.lootId] = Share(item);
+}
+
+void PlayerLootStore::Replace(Replacement replacement) {
+  for (const auto& [lootId, item] : published_) replacement.touched.insert(lootId);
+  const auto replaced = std::make_shared<Api::PlayerLootMap>();
+  replaced->version = current_->version;
+  replaced->playerLoot.swap(replacement.items);
+  current_ = replaced;
+  touched_.swap(replacement.touched);
+  ++revision_;
 }
 
 void PlayerLootStore::Put(const Api::PlayerLoot& item) {

@@ -34,11 +34,14 @@ struct PlayerLootChanges {
 };
 
 class PlayerLootStore {
+  using Ids = std::unordered_set<std::string>;
+
  public:
   PlayerLootStore();
 
   // The items and the version, which grows by one with each publication of a change.
   std::shared_ptr<const Api::PlayerLootMap> Snapshot() const { return current_; }
+  int64_t version() const { return current_->version; }
 
   // The same items, until the next change.
   const Api::PlayerLootItems& items() const { return current_->playerLoot; }
@@ -46,9 +49,17 @@ class PlayerLootStore {
   // Null for an unknown id.
   Api::PlayerLootPointer Find(const std::string& lootId) const;
 
-  // Replaces all items; of two with one id the later stays. The store is unchanged when memory runs
-  // out.
-  void Replace(const std::vector<Api::PlayerLoot>& items);
+  // All items in the making.
+  class Replacement {
+    friend class PlayerLootStore;
+    Api::PlayerLootItems items;
+    Ids touched;
+  };
+  // Of two items with one id the later stays.
+  void AddTo(Replacement* replacement, const Api::PlayerLoot& item) const;
+  // Replaces all items. The store is unchanged when memory runs out. REQUIRES: the version is the
+  // same as when the first of them was added.
+  void Replace(Replacement replacement);
 
   // Inserts an item under its `lootId`, or replaces the one that is there.
   void Put(const Api::PlayerLoot& item);
@@ -78,8 +89,6 @@ class PlayerLootStore {
   bool FreeMarked(Pace& pace, PlayerLootChanges* changes) noexcept;
 
  private:
-  using Ids = std::unordered_set<std::string>;
-
   // The pointer to store for `item`: its published copy when that is equal.
   Api::PlayerLootPointer Share(const Api::PlayerLoot& item) const;
   // Adds a touched item if it differs from its published copy.

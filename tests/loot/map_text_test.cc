@@ -4,8 +4,8 @@
 
 #include <random>
 
-#include "loot/state/player_loot_store.h"
 #include "loot/wire/register_resources.h"
+#include "tests/loot/replace_items.h"
 #include "tests/loot/written_json.h"
 
 namespace Kest::Client::Loot {
@@ -29,11 +29,11 @@ class MapTextTest : public ::testing::Test {
   void ChangeAny() {
     switch (Below(12)) {
       case 0:
-        return store_.Replace(std::vector<Api::PlayerLoot>(Below(2) * Below(70), AnyItem()));
+        return ReplaceItems(std::vector<Api::PlayerLoot>(Below(2) * Below(70), AnyItem()), &store_);
       case 1: {
         std::vector<Api::PlayerLoot> items(Below(70));
         for (Api::PlayerLoot& item : items) item = AnyItem();
-        return store_.Replace(items);
+        return ReplaceItems(items, &store_);
       }
       case 2:  // the same in another order
         return ReplaceReversed();
@@ -50,7 +50,7 @@ class MapTextTest : public ::testing::Test {
   void ReplaceReversed() {
     std::vector<Api::PlayerLoot> items;
     for (const auto& [lootId, item] : store_.Snapshot()->playerLoot) items.push_back(*item);
-    store_.Replace({items.rbegin(), items.rend()});
+    ReplaceItems({items.rbegin(), items.rend()}, &store_);
   }
   // As a publication does it. A pause may give up, and the work is done again.
   PlayerLootChanges Publish() {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/loot/replace_items.h"
+
 namespace Kest::Client::Loot {
 namespace {
 
@@ -46,7 +48,7 @@ TEST(PlayerLootStore, ReportsWhatDiffersFromWhatWasReportedInTheOrderOfTheStore)
   store.EditAll([](Api::PlayerLoot& item) { item.isNew = item.lootId == "item5"; });
   EXPECT_THAT(Taken(&store), ElementsAre("=item5"));
   const Api::PlayerLootItems before = store.Snapshot()->playerLoot;
-  store.Replace({Item("item1", 1), Item("item9", 2)});
+  ReplaceItems({Item("item1", 1), Item("item9", 2)}, &store);
   EXPECT_EQ(store.Snapshot()->playerLoot.at("item1"), before.at("item1"))
       << "equal items share their copies";
   EXPECT_THAT(Taken(&store), ::testing::UnorderedElementsAre("=item9", "-item3", "-item5"));
