@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstring>
 #include <functional>
+#include <span>
 #include <utility>
 
 #include "binding/json/json_adapter.h"

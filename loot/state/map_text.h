@@ -9,16 +9,14 @@
 //   text.Keep(std::move(draft), version);                  // cannot fail
 //
 // Threads:  module tasks only.
-// Lifetime: what it returns is valid until the next Keep. Items are known by their address: those
-// of
-//           the last Keep are alive until the next Prepare has returned.
+// Lifetime: what it returns is valid until the next Keep. Items are known by their address, so
+//           those of the last Keep are alive until the next Prepare has returned.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -102,9 +100,11 @@ class MapText {
   std::string_view Item(const Api::PlayerLoot& item, size_t* place) const;
 
  private:
+  // The halves of Prepare: finds the text and the place of each item; copies them.
   bool Lay(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
            Draft* draft) const;
   static bool CopyRuns(Pace& pace, const std::vector<Draft::Run>& runs, char* map);
+  // Does in the present buffer what CopyRuns does in a new one.
   void MoveInPlace(const std::vector<Draft::Run>& runs) noexcept;
   void WriteVersion(int64_t version) noexcept;
 
