@@ -58,7 +58,7 @@ std::vector<Api::PlayerLoot> MakeItems() {
 void Replace(const std::vector<Api::PlayerLoot>& items, PlayerLootStore* store) {
   PlayerLootStore::Replacement replacement;
   for (const Api::PlayerLoot& item : items) store->AddTo(&replacement, item);
-  store->Replace(std::move(replacement));
+  store->Replace(&replacement);
 }
 
 size_t LiveBytes() {

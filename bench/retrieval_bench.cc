@@ -42,13 +42,15 @@ class Player {
  public:
   // Returns the nanoseconds that the tasks took; `*longest` grows to those of the longest part.
   double Use(Received received, double* longest) {
-    double sum = 0;
-    bool isLast = false;
+    // Whoever makes the next response frees these.
+    const LootDefinitionsPointer retired = state_.definitions;
     auto replacement = std::make_unique<InventoryReplacement>(
         inventory_.Replace(std::move(received.records), std::move(received.definitions)));
-    while (!isLast) {
+    double sum = 0;
+    for (bool isLast = false, isReplaced = false; !isLast;) {
       const double start = CpuNanoseconds();
-      isLast = replacement->Continue();
+      isReplaced = isReplaced || replacement->Continue();
+      isLast = isReplaced && replacement->FreeSome();
       if (isLast) replacement.reset();
       const double part = CpuNanoseconds() - start;
       sum += part;

@@ -54,13 +54,18 @@ void LootRetrieval::Post() {
 }
 
 Preparation<LootRetrieval::Inventory> LootRetrieval::UseOfResponse() {
-  return [this, sent = held_, base = targets_.definitions](Inventory inventory) -> Parts {
-    return [this, offer = MakeOffer(std::move(inventory), sent, base),
-            replacement = std::shared_ptr<InventoryReplacement>()]() mutable {
+  return [this, sent = held_, base = targets_.definitions,
+          retired = std::move(retired_)](Inventory inventory) mutable -> Parts {
+    retired.reset();
+    return [this, offer = MakeOffer(std::move(inventory), sent, std::move(base)),
+            replacement = std::shared_ptr<InventoryReplacement>(), isReplaced = false]() mutable {
       if (replacement == nullptr) replacement = Begin(&offer);
-      if (!replacement->Continue()) return false;
-      End(offer);
-      return true;
+      if (!isReplaced) {
+        if (!replacement->Continue()) return false;
+        isReplaced = true;
+        End(&offer);
+      }
+      return replacement->FreeSome();
     };
   };
 }
@@ -117,15 +122,17 @@ std::shared_ptr<InventoryReplacement> LootRetrieval::Begin(Offer* offer) const {
     if (offer->versions.recipes == held_.recipes) offer->lists.recipes.reset();
     if (offer->versions.queryResults == held_.queryResults) offer->lists.queryResults.reset();
     offer->definitions = WithLists(targets_.definitions, offer->lists);
+    offer->base = targets_.definitions;
   }
   return std::make_shared<InventoryReplacement>(
       targets_.inventory.Replace(std::move(offer->records), offer->definitions));
 }
 
-void LootRetrieval::End(const Offer& offer) {
-  if (offer.lists.items != nullptr) held_.items = offer.versions.items;
-  if (offer.lists.recipes != nullptr) held_.recipes = offer.versions.recipes;
-  if (offer.lists.queryResults != nullptr) held_.queryResults = offer.versions.queryResults;
+void LootRetrieval::End(Offer* offer) {
+  if (offer->lists.items != nullptr) held_.items = offer->versions.items;
+  if (offer->lists.recipes != nullptr) held_.recipes = offer->versions.recipes;
+  if (offer->lists.queryResults != nullptr) held_.queryResults = offer->versions.queryResults;
+  retired_ = std::move(offer->base);
   pending_ = false;
   targets_.publisher.Request();
 }

@@ -73,7 +73,7 @@ class LootRetrieval {
   // Runs on any thread.
   static Offer MakeOffer(Inventory inventory, const Versions& sent, LootDefinitionsPointer base);
   std::shared_ptr<InventoryReplacement> Begin(Offer* offer) const;
-  void End(const Offer& offer);
+  void End(Offer* offer);
 
   AppModule& module_;
   ServiceProxy& proxy_;
@@ -82,6 +82,9 @@ class LootRetrieval {
   bool pending_ = true;
   int64_t lastRetrieval_ = 0;  // when the last one was sent, in seconds since 1970
   Versions held_;
+  // The definitions that were replaced last. Freeing them takes long: where the next response
+  // arrives does it.
+  LootDefinitionsPointer retired_;
 };
 
 }  // namespace Kest::Client::Loot

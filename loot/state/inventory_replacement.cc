@@ -10,6 +10,7 @@ namespace Kest::Client::Loot {
 namespace {
 
 constexpr int kMostTimesBegun = 3;
+constexpr size_t kFreedForOneMade = 8;  // takes about as long
 
 }  // namespace
 
@@ -34,9 +35,16 @@ bool InventoryReplacement::Continue() {
   const size_t end = next_ + (isInOneGo ? left : std::min(left, itemsInSlice_));
   for (; next_ < end; ++next_) Assemble(records_[next_]);
   if (left > 0 && !isInOneGo) return false;
-  state_.store.Replace(std::move(made_));
+  state_.store.Replace(&made_);
   state_.definitions = std::move(definitions_);
   return true;
+}
+
+bool InventoryReplacement::FreeSome() noexcept {
+  const size_t most = kFreedForOneMade * itemsInSlice_;
+  if (!PlayerLootStore::FreeSome(&made_, most)) return false;
+  records_.resize(records_.size() - std::min(records_.size(), most));
+  return records_.empty();
 }
 
 void InventoryReplacement::BeginAgain(const Basis& basis) {

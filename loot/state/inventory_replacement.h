@@ -1,6 +1,6 @@
 // InventoryReplacement assembles all items of a retrieval again, in parts, so that other tasks run
 // in between. They see the items and definitions that were there before until the last part, which
-// replaces both at once.
+// replaces both at once. What is replaced is freed in parts, too, but for the definitions.
 //
 // What the items are made of may change between two parts: a source of the collection or the game
 // data responds, or a publication changes which items can be shared. What was made is then made
@@ -27,9 +27,11 @@ class InventoryReplacement {
   InventoryReplacement(LootState& state, std::vector<SVDS::PlayerLootDTO> records,
                        LootDefinitionsPointer definitions, size_t itemsInSlice);
 
-  // Does the next part and returns whether it was the last. When memory runs out nothing of the
-  // state has changed.
+  // Does the next part. True: items and definitions are replaced. When memory runs out nothing of
+  // the state has changed.
   bool Continue();
+  // After that, frees a part of what is not needed any more. True: that was the last one.
+  bool FreeSome() noexcept;
 
  private:
   // What the items made so far depend on, beside the definitions.

@@ -13,6 +13,12 @@ Api::PlayerLootPointer FindIn(const Api::PlayerLootItems& items, const std::stri
   return found == items.end() ? nullptr : found->second;
 }
 
+Api::PlayerLootPointer ShareWith(const Api::PlayerLootPointer& published,
+                                 const Api::PlayerLoot& item) {
+  if (published != nullptr && *published == item) return published;
+  return std::make_shared<const Api::PlayerLoot>(item);
+}
+
 }  // namespace
 
 PlayerLootStore::PlayerLootStore() : current_(std::make_shared<Api::PlayerLootMap>()) {
@@ -37,24 +43,40 @@ Api::PlayerLootMap& PlayerLootStore::Edit() {
 }
 
 Api::PlayerLootPointer PlayerLootStore::Share(const Api::PlayerLoot& item) const {
-  Api::PlayerLootPointer published = FindIn(published_, item.lootId);
-  if (published != nullptr && *published == item) return published;
-  return std::make_shared<const Api::PlayerLoot>(item);
+  return ShareWith(FindIn(published_, item.lootId), item);
 }
 
 void PlayerLootStore::AddTo(Replacement* replacement, const Api::PlayerLoot& item) const {
-  replacement->touched.insert(item.lootId);
-  replacement->items[item.lootId] = Share(item);
+  const Api::PlayerLootPointer published = FindIn(published_, item.lootId);
+  const bool isFirst = replacement->touched.insert(item.lootId).second;
+  if (isFirst && published != nullptr) ++replacement->published;
+  replacement->items[item.lootId] = ShareWith(published, item);
 }
 
-void PlayerLootStore::Replace(Replacement replacement) {
-  for (const auto& [lootId, item] : published_) replacement.touched.insert(lootId);
-  const auto replaced = std::make_shared<Api::PlayerLootMap>();
-  replaced->version = current_->version;
-  replaced->playerLoot.swap(replacement.items);
-  current_ = replaced;
-  touched_.swap(replacement.touched);
+void PlayerLootStore::Replace(Replacement* replacement) {
+  if (replacement->published != published_.size()) {
+    for (const auto& [lootId, item] : published_) {
+      if (!replacement->items.contains(lootId)) replacement->touched.insert(lootId);
+    }
+  }
+  if (current_.use_count() > 1) {
+    const int64_t version = current_->version;
+    current_ = std::make_shared<Api::PlayerLootMap>();
+    current_->version = version;
+  }
+  current_->playerLoot.swap(replacement->items);
+  touched_.swap(replacement->touched);
   ++revision_;
+}
+
+bool PlayerLootStore::FreeSome(Replacement* replaced, size_t most) noexcept {
+  for (; most > 0 && !replaced->items.empty(); --most) {
+    replaced->items.erase(replaced->items.begin());
+  }
+  for (; most > 0 && !replaced->touched.empty(); --most) {
+    replaced->touched.erase(replaced->touched.begin());
+  }
+  return replaced->items.empty() && replaced->touched.empty();
 }
 
 void PlayerLootStore::Put(const Api::PlayerLoot& item) {

@@ -54,12 +54,16 @@ class PlayerLootStore {
     friend class PlayerLootStore;
     Api::PlayerLootItems items;
     Ids touched;
+    size_t published = 0;  // of these
   };
   // Of two items with one id the later stays.
   void AddTo(Replacement* replacement, const Api::PlayerLoot& item) const;
-  // Replaces all items. The store is unchanged when memory runs out. REQUIRES: the version is the
-  // same as when the first of them was added.
-  void Replace(Replacement replacement);
+  // Replaces all items; `*replacement` then holds what has to be freed of the old ones. The store
+  // is unchanged when memory runs out. REQUIRES: the version is the same as when the first of them
+  // was added.
+  void Replace(Replacement* replacement);
+  // Frees up to `most` of them. True: none is left.
+  static bool FreeSome(Replacement* replaced, size_t most) noexcept;
 
   // Inserts an item under its `lootId`, or replaces the one that is there.
   void Put(const Api::PlayerLoot& item);

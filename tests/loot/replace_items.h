@@ -1,7 +1,6 @@
 // Replaces the items of a store.
 #pragma once
 
-#include <utility>
 #include <vector>
 
 #include "loot/state/player_loot_store.h"
@@ -11,7 +10,7 @@ namespace Kest::Client::Loot {
 inline void ReplaceItems(const std::vector<Api::PlayerLoot>& items, PlayerLootStore* store) {
   PlayerLootStore::Replacement replacement;
   for (const Api::PlayerLoot& item : items) store->AddTo(&replacement, item);
-  store->Replace(std::move(replacement));
+  store->Replace(&replacement);
 }
 
 }  // namespace Kest::Client::Loot
