@@ -42,7 +42,7 @@ class Player {
  public:
   // Returns the nanoseconds that the tasks took; `*longest` grows to those of the longest part.
   double Use(Received received, double* longest) {
-    // Whoever makes the next response frees these.
+    // The thread of the next response frees these.
     const LootDefinitionsPointer retired = state_.definitions;
     auto replacement = std::make_unique<InventoryReplacement>(
         inventory_.Replace(std::move(received.records), std::move(received.definitions)));
