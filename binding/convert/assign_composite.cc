@@ -2,6 +2,7 @@
 
 #include "binding/convert/conversion_messages.h"
 #include "binding/convert/value_accessor.h"
+#include "binding/tree/tree_nodes.h"
 #include "binding/types/type_record.h"
 #include "log/positional_format.h"
 
@@ -19,7 +20,7 @@ void AssignStructure(ConversionContext& context, std::string_view path,
   }
   size_t place = 0;  // where input in field order holds the next member
   for (const FieldRecord& field : type->fields) {
-    const BindingProperty* member = input.FindMember(field.name, &place);
+    const BindingProperty* member = TreeNodes::FindMember(input, field.name, &place);
     if (member != nullptr && !member->IsEmpty()) {
       field.accessor->Assign(context, {field.name, field.type}, *member,
                              static_cast<char*>(target) + field.offset);

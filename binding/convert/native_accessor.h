@@ -153,8 +153,9 @@ class Accessor<T> final : public ValueAccessor {
     if (!ExpectMap(context, as.name, input)) return;
     const NamedType element = as.Element();
     for (size_t i = 0; i < input.Size() && context.Ok(); ++i) {
-      Item& item = items[std::string(input.MemberName(i))];
-      NativeAccessor<Item>().Assign(context, element, input.MemberValue(i), &item);
+      // Names differ, and what was written from a sorted map is sorted.
+      const auto entry = items.try_emplace(items.end(), std::string(input.MemberName(i)));
+      NativeAccessor<Item>().Assign(context, element, input.MemberValue(i), &entry->second);
     }
   }
   void Read(ConversionContext& context, const void* value, const TypeIdentifier& type,

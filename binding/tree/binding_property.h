@@ -131,7 +131,8 @@ class BindingProperty {
   const BindingProperty* FindElement(size_t index) const;
   const BindingProperty* FindMember(std::string_view name) const;
   // The same, looking at member `*hint` first; on success `*hint` becomes the position after the
-  // one found. Asking for members in their order costs one comparison each.
+  // one found. Asking for members in their order costs one comparison each; TreeNodes has a form of
+  // it for loops.
   const BindingProperty* FindMember(std::string_view name, size_t* hint) const;
   // REQUIRES: a collection, or a structure, with more than `index` entries.
   const BindingProperty& Element(size_t index) const { return AllElements()[index]; }

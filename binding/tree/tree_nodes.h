@@ -112,6 +112,20 @@ struct TreeNodes {
   static size_t FindPosition(const MemberNode* members, size_t count, size_t capacity,
                              std::string_view name);
 
+  // As structure.FindMember, where most names are where the hint says. REQUIRES: a structure.
+  static const BindingProperty* FindMember(const BindingProperty& structure, std::string_view name,
+                                           size_t* hint) {
+    const size_t position = *hint;
+    if (position < structure.bits_.Size()) {
+      const MemberNode& member = structure.Members()[position];
+      if (member.key->Is(name)) {
+        *hint = position + 1;
+        return &member.value;
+      }
+    }
+    return structure.FindMember(name, hint);
+  }
+
  private:
   static Bits Of(BindingKind kind, uint64_t payload, uint64_t size = 0, uint64_t capacityBits = 0) {
     return {payload, size | static_cast<uint64_t>(kind) << 32 | capacityBits << 40};
