@@ -54,6 +54,14 @@ inline size_t IndexOfFirstSetByte(uint64_t marks) {
   return static_cast<size_t>(std::countr_zero(marks)) / 8;
 }
 
+// Copies eight bytes. Returns how many at their front have no mark.
+inline size_t CopyPlainWord(const char* from, char* to) {
+  const uint64_t word = LoadWord(from);
+  std::memcpy(to, &word, sizeof(word));
+  const uint64_t marks = EscapeMask(word);
+  return marks != 0 ? IndexOfFirstSetByte(marks) : sizeof(word);
+}
+
 #if defined(__SSE2__)
 inline constexpr size_t kPlainBlock = 32;
 
@@ -99,13 +107,13 @@ struct PlainBlock {
   }
 };
 
-// Copies kPlainBlock bytes. Returns how many at their front stand for themselves between the quotes
-// of a JSON string; what is after them may do so, too, when it is not ASCII. Most strings of a
-// document fit in one such step.
-inline size_t CopyPlainBlock(const char* from, char* to) {
+// Copies kPlainBlock bytes, the first `known` of which are known to be plain. Returns how many at
+// their front are: stand for themselves between the quotes of a JSON string. What is after them may
+// do so, too, when it is not ASCII. Most strings of a document fit in one such step.
+inline size_t CopyPlainBlock(const char* from, char* to, size_t known = 0) {
   const PlainBlock block = PlainBlock::Load(from);
   block.Store(to);
-  uint32_t marks = block.Marks();
+  uint32_t marks = block.Marks() >> known << known;
   const auto plain = static_cast<size_t>(std::countr_zero(marks));
   if (plain == kPlainBlock || static_cast<uint8_t>(from[plain]) < 0x80) return plain;
   marks &= ~block.Pairs();
@@ -114,13 +122,33 @@ inline size_t CopyPlainBlock(const char* from, char* to) {
 #else
 inline constexpr size_t kPlainBlock = 8;
 
-inline size_t CopyPlainBlock(const char* from, char* to) {
-  const uint64_t word = LoadWord(from);
-  std::memcpy(to, &word, sizeof(word));
-  const uint64_t marks = EscapeMask(word);
-  return marks != 0 ? IndexOfFirstSetByte(marks) : kPlainBlock;
+inline size_t CopyPlainBlock(const char* from, char* to, size_t = 0) {
+  return CopyPlainWord(from, to);
 }
 #endif
+
+// The same for any number of bytes. Up to seven bytes of no meaning are written after them.
+inline size_t CopyPlain(const char* from, size_t size, char* to) {
+  size_t done = 0;
+  for (; done + kPlainBlock <= size; done += kPlainBlock) {
+    const size_t plain = CopyPlainBlock(from + done, to + done);
+    if (plain < kPlainBlock) return done + plain;
+  }
+  if (done == size) return size;
+  if (done > 0) {  // the last block, of which a part was copied before
+    const size_t last = size - kPlainBlock;
+    return last + CopyPlainBlock(from + last, to + last, done - last);
+  }
+  for (; done + 8 <= size; done += 8) {
+    const size_t plain = CopyPlainWord(from + done, to + done);
+    if (plain < 8) return done + plain;
+  }
+  if (done == size) return size;
+  const uint64_t word = LoadPartialWord(from + done, size - done);
+  std::memcpy(to + done, &word, sizeof(word));
+  const uint64_t marks = EscapeMask(word);
+  return marks != 0 ? done + IndexOfFirstSetByte(marks) : size;
+}
 
 // Whether two names of one size begin alike: compares kNameStart bytes, of which those past `size`
 // do not count. More than that do not count either.

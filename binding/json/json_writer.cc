@@ -21,24 +21,6 @@ constexpr size_t kMaxEscape = 6;
 constexpr size_t kQuoteSlack = 10;
 constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 
-// Copies bytes that stand for themselves up to the first that does not; returns how many. Up to
-// seven bytes of no meaning are written after them.
-size_t CopyPlain(std::string_view text, char* to) {
-  const char* from = text.data();
-  const size_t size = text.size();
-  size_t done = 0;
-  for (; done + 8 <= size; done += 8) {
-    const uint64_t word = LoadWord(from + done);
-    std::memcpy(to + done, &word, 8);
-    if (const uint64_t marks = EscapeMask(word)) return done + IndexOfFirstSetByte(marks);
-  }
-  if (done == size) return size;
-  const uint64_t word = LoadPartialWord(from + done, size - done);
-  std::memcpy(to + done, &word, 8);
-  const uint64_t marks = EscapeMask(word);
-  return marks != 0 ? done + IndexOfFirstSetByte(marks) : size;
-}
-
 // The letter after the backslash, or 'u'.
 char EscapeLetter(char c) {
   switch (c) {
@@ -169,7 +151,7 @@ inline char* JsonWriter::Quote(std::string_view text) {
   char* to = BeginValue(std::min(text.size(), OutputBlock::kBytes / 2) + kQuoteSlack);
   *to++ = '"';
   if (text.size() <= OutputBlock::kBytes / 2) {
-    const size_t plain = CopyPlain(text, to);
+    const size_t plain = CopyPlain(text.data(), text.size(), to);
     to += plain;
     if (plain == text.size()) {
       *to++ = '"';
@@ -186,7 +168,7 @@ char* JsonWriter::QuoteRest(std::string_view text) {
   while (!text.empty()) {
     const std::string_view part = text.substr(0, OutputBlock::kBytes / 2);
     char* to = block_.Reserve(part.size() + kQuoteSlack);
-    const size_t plain = CopyPlain(part, to);
+    const size_t plain = CopyPlain(part.data(), part.size(), to);
     block_.FilledTo(to + plain);
     text.remove_prefix(plain);
     if (plain < part.size()) Escape(&text);

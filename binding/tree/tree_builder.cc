@@ -63,14 +63,6 @@ bool TreeBuilder::TryGrow() {
   return limit_ != next_;
 }
 
-bool TreeBuilder::Begin(bool isStructure) {
-  const size_t around = open_ != nullptr ? static_cast<size_t>(open_ - children_.get()) + 1 : 0;
-  if (!Add({around, isStructure})) return false;
-  open_ = next_ - 1;
-  keys_.MoveCursor(*key_, KeyTable::kOnEntry);
-  return true;
-}
-
 // Takes the children of the innermost container away, which becomes one itself.
 void TreeBuilder::End(TreeNodes::Bits bits) {
   Child* const container = open_;
@@ -119,9 +111,9 @@ inline bool TreeBuilder::PlaceMembers(MemberNode* members, const Child* children
   Arena& arena = *arena_;
   uint32_t last = 0;
   bool isRising = true;
-  for (size_t i = 0; i < count; ++i) {
-    const KeyTable::Entry& entry = *children[i].key;
-    TreeNodes::PlaceMember(members + i, children[i].Bits(), *entry.key, arena);
+  for (const Child* const end = children + count; children != end; ++children, ++members) {
+    const KeyTable::Entry& entry = *children->key;
+    TreeNodes::PlaceMember(members, children->Bits(), *entry.key, arena);
     isRising &= entry.number > last;
     last = entry.number;
   }

@@ -92,7 +92,13 @@ class TreeBuilder final : public ValueWriter {
     return true;
   }
   bool TryGrow();
-  bool Begin(bool isStructure);
+  bool Begin(bool isStructure) {
+    const size_t around = open_ != nullptr ? static_cast<size_t>(open_ - children_.get()) + 1 : 0;
+    if (!Add({around, isStructure})) return false;
+    open_ = next_ - 1;
+    keys_.MoveCursor(*key_, KeyTable::kOnEntry);
+    return true;
+  }
   void End(TreeNodes::Bits bits);
   bool SetKey(std::string_view name, KeyTable::Form form) {
     key_ = keys_.TryIntern(name, form, *arena_);

@@ -29,10 +29,7 @@ const MemberKey* TreeNodes::TryMakeKey(Arena& arena, std::string_view name, uint
   return new (memory) MemberKey{chars, static_cast<uint32_t>(name.size()), hash};
 }
 
-MemberNode* TreeNodes::TryAllocateMembers(Arena& arena, size_t capacity) {
-  if (capacity <= kLinearMembers) {
-    return static_cast<MemberNode*>(arena.TryAllocate(capacity * sizeof(MemberNode)));
-  }
+MemberNode* TreeNodes::TryAllocateIndexed(Arena& arena, size_t capacity) {
   const size_t slots = std::bit_ceil(capacity + capacity / 2);
   const size_t arrayBytes = sizeof(MemberIndex) + capacity * sizeof(MemberNode);
   auto* memory = static_cast<char*>(arena.TryAllocate(arrayBytes + slots * sizeof(uint32_t)));

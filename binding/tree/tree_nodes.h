@@ -94,7 +94,10 @@ struct TreeNodes {
                                      bool isStored);
   // An array for `capacity` members with an empty index where one is due; null past the arena's
   // bound.
-  static MemberNode* TryAllocateMembers(Arena& arena, size_t capacity);
+  static MemberNode* TryAllocateMembers(Arena& arena, size_t capacity) {
+    if (capacity > kLinearMembers) return TryAllocateIndexed(arena, capacity);
+    return static_cast<MemberNode*>(arena.TryAllocate(capacity * sizeof(MemberNode)));
+  }
   // Makes a member at `at`, a place of such an array.
   // REQUIRES: `key` is stored in the arena and names no other member of the array.
   static void PlaceMember(MemberNode* at, Bits bits, const MemberKey& key, Arena& arena) {
@@ -131,6 +134,7 @@ struct TreeNodes {
     return {payload, size | static_cast<uint64_t>(kind) << 32 | capacityBits << 40};
   }
   static uint64_t Address(const void* memory) { return reinterpret_cast<uintptr_t>(memory); }
+  static MemberNode* TryAllocateIndexed(Arena& arena, size_t capacity);
   static void Enter(MemberNode* members, size_t position);
 };
 

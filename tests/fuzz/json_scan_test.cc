@@ -109,17 +109,32 @@ TEST(JsonScan, NumbersAtTheirBorders) {
 }
 
 TEST(JsonScan, WhatIsNoDocumentIsLeft) {
-  for (const char* text : {"",           " ",
-                           "1",          "\"]",
-                           "{]",         "[}",
-                           "[[]",        "[]]",
-                           "[1 2]",      "[,]",
-                           "[1,]",       "{,}",
-                           "{1:2}",      "{\"a\"}",
-                           "{\"a\":}",   "{\"a\" 1}",
-                           "{\"a\":1,}", "{\"a\":1 \"b\":2}",
-                           "[] []",      "\xEF\xBB\xBF[]",
-                           "[1]x",       "[]]"}) {
+  for (const char* text : {"",
+                           " ",
+                           "1",
+                           "\"]",
+                           "{]",
+                           "[}",
+                           "[[]",
+                           "[[}]",
+                           "[{]]",
+                           "[[1}]",
+                           "[{\"a\":1]]",
+                           "[]]",
+                           "[1 2]",
+                           "[,]",
+                           "[1,]",
+                           "{,}",
+                           "{1:2}",
+                           "{\"a\"}",
+                           "{\"a\":}",
+                           "{\"a\" 1}",
+                           "{\"a\":1,}",
+                           "{\"a\":1 \"b\":2}",
+                           "[] []",
+                           "\xEF\xBB\xBF[]",
+                           "[1]x",
+                           "[]]"}) {
     EXPECT_FALSE(Scan(text)) << text;
   }
   EXPECT_FALSE(Scan(R"([{"a\"":1},{"a"":1}])"));  // the name expected there has this quote
