@@ -137,7 +137,7 @@ TEST(JsonScan, WhatIsNoDocumentIsLeft) {
                            "[]]"}) {
     EXPECT_FALSE(Scan(text)) << text;
   }
-  EXPECT_FALSE(Scan(R"([{"a\"":1},{"a"":1}])"));  // the name expected there has this quote
+  EXPECT_FALSE(Scan(R"([{"a\"":1},{"a"":1},"enough text"])"));  // the name has this quote
   EXPECT_FALSE(Scan("[1\0]"s));
   EXPECT_FALSE(Scan("[1]\0]"s));
   EXPECT_TRUE(Scan(R"({"":1,"":{"":2,"a\"":3,"a":4,"a\"":5},"a":6})"));
