@@ -91,8 +91,15 @@ function schemasFor(uri) {
 
 async function followEvents() {
   const seen = new Set();
-  for (const message of await readStream("0")) {
+  const messages = await readStream("0");
+  for (const message of messages) {
     const data = JSON.parse(Buffer.from(message.data, "latin1").toString("utf8"));
+    check(misfit(["components", "schemas", "EventStreamMessage"], message) === "", "it is a message of the stream");
+    if (message.event === "reset") {
+      const wrong = misfit(["components", "schemas", "ResetEvent"], data);
+      check(wrong === "", `event ${message.id} is a ResetEvent`, wrong);
+      continue;
+    }
     const names = schemasFor(data.uri);
     check(names.length === 1, `${data.uri} is one resource of the document`, names.join(", "));
     for (const name of names) {
@@ -100,8 +107,8 @@ async function followEvents() {
       const wrong = misfit(["components", "schemas", name], data);
       check(wrong === "", `event ${message.id} is a ${name}`, wrong);
     }
-    check(misfit(["components", "schemas", "EventStreamMessage"], message) === "", "it is a message of the stream");
   }
+  check(messages.some((message) => message.event === "reset"), "the reset is an event");
   check(seen.size >= 8, "events of several resources were seen", [...seen].join(", "));
   const [gap] = await readStream("99999999");
   check(gap?.event === "gap", "a place this host never gave gives a gap");
