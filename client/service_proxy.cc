@@ -87,11 +87,10 @@ void ServiceProxy::HandleArrived() noexcept {
     if (!place) return;
     const uint64_t turn = turn_ = place.key();
     const bool isLastPart = place.mapped()->handler->Handle();
+    if (!isLastPart) begun_ = std::move(place);
     if (turn_ == turn) EndTurn();
     client_.AskAgainForLostEvents();
-    if (isLastPart) continue;
-    begun_ = std::move(place);
-    if (PostHandling()) return;
+    if (!isLastPart && PostHandling()) return;
   }
 }
 

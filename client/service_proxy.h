@@ -91,13 +91,13 @@ class ServiceProxy {
     std::string failure;
     RunAtBoundary(
         [&] {
-          failure = InvokeInOrder(
-              {service, method, requestKey, flag}, CallArguments(arguments...),
-              std::make_unique<ResultHandler<R>>(pluginName_, std::move(use),
-                                                 [fail = std::move(fail)](Maybe<Nothing> outcome) {
-                                                   if (!outcome) fail(outcome.GetFailure());
-                                                 }),
-              /*post=*/true);
+          failure = InvokeInOrder({service, method, requestKey, flag}, CallArguments(arguments...),
+                                  std::make_unique<ResultHandler<R>>(
+                                      pluginName_, std::move(use),
+                                      [fail = std::move(fail)](const Maybe<Nothing>& outcome) {
+                                        if (!outcome) fail(outcome.GetFailure());
+                                      }),
+                                  /*post=*/true);
         },
         [&failure](const char* text) noexcept { failure = CopyMessage(text); });
     return failure;

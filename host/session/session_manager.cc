@@ -14,7 +14,7 @@ SessionManager::SessionManager(std::string libraryPath, MakeWorld makeWorld, boo
 Maybe<Nothing> SessionManager::Start() {
   BeginChange();
   auto world = makeWorld_();
-  const Maybe<Nothing> result =
+  Maybe<Nothing> result =
       world ? OpenSession(std::move(world.GetValue())) : Maybe<Nothing>(world.GetFailure());
   changing_ = false;
   return result;

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "host/library/c_views.h"
-#include "host/simulation/plugin_memory.h"
+#include "host/simulation/machine/plugin_memory.h"
 
 namespace Kest::Host {
 namespace {

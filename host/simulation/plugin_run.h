@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/simulation/machine/virtual_scheduler.h"
 #include "host/simulation/simulated_host.h"
-#include "host/simulation/virtual_scheduler.h"
 #include "plugin/host_interface.h"
 
 namespace Kest::Host {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "host/json/json.h"
-#include "host/simulation/child_process.h"
+#include "host/simulation/machine/child_process.h"
 
 namespace Kest::Host {
 namespace {

@@ -6,7 +6,7 @@
 #include "host/json/json_text.h"
 #include "host/library/c_views.h"
 #include "host/library/sent_request.h"
-#include "host/simulation/plugin_memory.h"
+#include "host/simulation/machine/plugin_memory.h"
 
 namespace Kest::Host {
 namespace {

@@ -5,7 +5,7 @@
 #include "base/platform.h"
 #include "host/simulation/checks/checks.h"
 #include "host/simulation/json_digest.h"
-#include "host/simulation/plugin_memory.h"
+#include "host/simulation/machine/plugin_memory.h"
 #include "host/simulation/simulation_world.h"
 
 namespace Kest::Host {

@@ -1,4 +1,4 @@
-#include "host/simulation/child_process.h"
+#include "host/simulation/machine/child_process.h"
 
 namespace Kest::Host {
 

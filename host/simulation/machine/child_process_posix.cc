@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "host/simulation/child_process.h"
+#include "host/simulation/machine/child_process.h"
 
 namespace Kest::Host {
 namespace {

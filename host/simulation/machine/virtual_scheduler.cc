@@ -1,4 +1,4 @@
-#include "host/simulation/virtual_scheduler.h"
+#include "host/simulation/machine/virtual_scheduler.h"
 
 #include <algorithm>
 #include <utility>

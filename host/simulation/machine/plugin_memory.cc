@@ -1,4 +1,4 @@
-#include "host/simulation/plugin_memory.h"
+#include "host/simulation/machine/plugin_memory.h"
 
 #include <cstdlib>
 #include <new>
