@@ -5,6 +5,9 @@
 #include <future>
 #include <utility>
 
+#include "host/controls/description_controls.h"
+#include "host/controls/event_controls.h"
+#include "host/controls/session_controls.h"
 #include "host/json/json_text.h"
 #include "host/world_source.h"
 
@@ -29,7 +32,9 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
       sessions_(options_.pluginPath,
                 [this] { return LoadWorld(options_.worldPath, options_.seed); }, options_.signsIn,
                 {&scheduler_, &serviceEvents_, &stream_, log}),
-      control_(&scheduler_, &serviceEvents_, &stream_, &sessions_, log),
+      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log}),
+                EventControls(&stream_), DescriptionControls(&sessions_)},
+               &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_) {}
 

@@ -27,7 +27,8 @@ RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, Hos
     : scheduler_(scheduler), sessions_(sessions), control_(control) {}
 
 std::optional<HttpResponse> RequestRouter::Refuse(const HttpRequest& request) {
-  const bool isControl = HostControl::NeedsTask(RequestTarget::Split(request.target).path);
+  const bool isControl =
+      HostControl::NeedsTask(request.method, RequestTarget::Split(request.target).path);
   if (!request.isReserved || isControl) return std::nullopt;
   return TooManyConnections();
 }
@@ -39,7 +40,7 @@ void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
     return RunTask(std::move(request), respond,
                    [this](const HttpRequest& asked) { return AskPlugin(asked); });
   }
-  if (!HostControl::NeedsTask(path)) return respond(control_->Handle(request));
+  if (!HostControl::NeedsTask(request.method, path)) return respond(control_->Handle(request));
   RunTask(std::move(request), respond,
           [this](const HttpRequest& asked) { return control_->Handle(asked); });
 }

@@ -12,6 +12,8 @@
 namespace Kest::Host {
 
 constexpr std::string_view kControlPrefix = "/_host";
+// Precedes the name of a parameter that is a header.
+constexpr std::string_view kHeaderMark = "header ";
 
 // The file: {"controls": [..], "schemas": {name: shorthand}}.
 extern const std::string_view kControlsText;
@@ -30,6 +32,8 @@ struct ControlDescription {
   Json response;
 
   bool TakesAnyBody() const { return body.is_object() && body.value("$", "") == "any"; }
+  // Whether the response is a stream of events without end.
+  bool IsStream() const { return response.is_object() && response.contains("text/event-stream"); }
 };
 
 // In the order of the document. [any thread]

@@ -10,8 +10,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr std::string_view kHeaderMark = "header ";
-
 Json Parameter(const std::string& name, std::string_view place, bool required, Json schema) {
   Json parameter = {{"name", name}, {"in", place}, {"required", required}};
   if (schema.contains("description")) {

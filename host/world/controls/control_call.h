@@ -1,17 +1,15 @@
 // One call of a control, and the functions that carry them out.
 #pragma once
 
-#include <string>
-#include <vector>
-
+#include "host/openapi/control_lookup.h"
 #include "host/world/controls/platform.h"
 #include "host/world/input/field_reader.h"
 
 namespace Kest::Host {
 
 struct ControlCall {
-  std::vector<std::string> parts;  // of the path, decoded: "collections", "skins", "11002"
-  Document body;                   // an empty object when there was none
+  PathArguments path;  // "collection": "skins", "id": "11002"
+  Document body;       // an empty object when there was none
 };
 
 using ControlResult = Maybe<Json>;

@@ -1,8 +1,8 @@
 #include "host/world/controls/controls.h"
 
-#include <algorithm>
+#include <utility>
 
-#include "host/openapi/control_description.h"
+#include "host/openapi/control_lookup.h"
 #include "host/world/controls/control_call.h"
 #include "host/world/input/document.h"
 #include "host/world/input/url_text.h"
@@ -35,14 +35,6 @@ constexpr ControlRow kControls[] = {
     {"ResetService", ResetService},
 };
 
-bool Matches(std::string_view pathTemplate, const std::vector<std::string>& parts) {
-  const std::vector<std::string> wanted = PathParts(pathTemplate.substr(kControlPrefix.size()));
-  return std::equal(wanted.begin(), wanted.end(), parts.begin(), parts.end(),
-                    [](const std::string& literal, const std::string& part) {
-                      return literal.starts_with('{') || literal == part;
-                    });
-}
-
 WorldResponse Refuse(const Failure& failure) {
   return WorldFailure(failure.status, failure.text);
 }
@@ -53,21 +45,6 @@ ControlFunction FunctionOf(std::string_view operationId) {
     if (row.operationId == operationId) return row.call;
   }
   return nullptr;
-}
-
-struct FoundControl {
-  const ControlDescription* control = nullptr;
-  std::string methods;  // of all controls at the path, unless there is one of the wanted method
-};
-
-FoundControl FindControl(std::string_view method, const std::vector<std::string>& parts) {
-  FoundControl found;
-  for (const ControlDescription& control : AllControls()) {
-    if (FunctionOf(control.operationId) == nullptr || !Matches(control.path, parts)) continue;
-    if (method == control.method) return {&control, ""};
-    found.methods += (found.methods.empty() ? "" : ", ") + control.method;
-  }
-  return found;
 }
 
 WorldResponse RefuseMethod(std::string_view method, const std::string& allowed) {
@@ -81,9 +58,11 @@ WorldResponse RefuseMethod(std::string_view method, const std::string& allowed) 
 
 WorldResponse CallControl(Platform& platform, std::string_view method, std::string_view path,
                           std::string_view body) {
-  std::vector<std::string> parts = PathParts(UrlPath(path));
+  const std::vector<std::string> parts = PathParts(UrlPath(path));
   if (parts.empty()) return Refuse({"there is no control of an empty name", 404});
-  const FoundControl found = FindControl(method, parts);
+  FoundControl found = FindControl(method, parts, [](std::string_view operationId) {
+    return FunctionOf(operationId) != nullptr;
+  });
   if (!found.methods.empty()) return RefuseMethod(method, found.methods);
   if (found.control == nullptr) return Refuse({"there is no control " + std::string(path), 404});
   const ControlDescription& control = *found.control;
@@ -91,8 +70,8 @@ WorldResponse CallControl(Platform& platform, std::string_view method, std::stri
   auto document = Document::FromJson("body", body);
   if (!document) return Refuse(document.GetFailure());
 
-  const ControlResult result =
-      FunctionOf(control.operationId)(platform, {std::move(parts), std::move(document.GetValue())});
+  const ControlResult result = FunctionOf(control.operationId)(
+      platform, {std::move(found.arguments), std::move(document.GetValue())});
   if (!result) return Refuse(result.GetFailure());
   return WorldJson(WriteJson(result.GetValue()));
 }

@@ -40,44 +40,48 @@ bool IsServiceMethod(const std::string& method) {
 }  // namespace
 
 ControlResult SetConfiguration(Platform& platform, const ControlCall& call) {
-  if (!IsPlainName(call.parts[1])) {
+  const std::string& name = call.path.at("name");
+  if (!IsPlainName(name)) {
     return Failure{"the name of a configuration value is made of letters and digits", 400};
   }
-  platform.session.SetConfiguration(call.parts[1], call.body.root());
-  return Json({{"name", call.parts[1]}, {"value", call.body.root()}});
+  platform.session.SetConfiguration(name, call.body.root());
+  return Json({{"name", name}, {"value", call.body.root()}});
 }
 
 ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call) {
-  if (!platform.session.RemoveConfiguration(call.parts[1])) {
-    return Failure{"there is no configuration value " + call.parts[1], 404};
+  const std::string& name = call.path.at("name");
+  if (!platform.session.RemoveConfiguration(name)) {
+    return Failure{"there is no configuration value " + name, 404};
   }
-  return Json({{"name", call.parts[1]}});
+  return Json({{"name", name}});
 }
 
 ControlResult ChangeDefinition(Platform& platform, const ControlCall& call) {
-  const auto found = platform.data.definitionIndex.find(call.parts[1]);
+  const std::string& lootName = call.path.at("lootName");
+  const auto found = platform.data.definitionIndex.find(lootName);
   if (found == platform.data.definitionIndex.end()) {
-    return Failure{"there is no definition " + call.parts[1], 404};
+    return Failure{"there is no definition " + lootName, 404};
   }
   FieldReader fields(call.body);
   const int64_t value = fields.Integer("value", 0, kMax32);
   if (!fields.Finish()) return fields.failure();
   platform.data.definitions[found->second].record["value"] = value;
-  return Json({{"lootName", call.parts[1]},
+  return Json({{"lootName", lootName},
                {"value", value},
                {"lastUpdate", ++platform.data.versions.lootItems}});
 }
 
 ControlResult ChangeRecipe(Platform& platform, const ControlCall& call) {
-  const auto found = platform.data.recipeIndex.find(call.parts[1]);
+  const std::string& recipeName = call.path.at("recipeName");
+  const auto found = platform.data.recipeIndex.find(recipeName);
   if (found == platform.data.recipeIndex.end()) {
-    return Failure{"there is no recipe " + call.parts[1], 404};
+    return Failure{"there is no recipe " + recipeName, 404};
   }
   FieldReader fields(call.body);
   const std::string crafterName = fields.String("crafterName");
   if (!fields.Finish()) return fields.failure();
   platform.data.recipes[found->second].record["crafterName"] = crafterName;
-  return Json({{"recipeName", call.parts[1]},
+  return Json({{"recipeName", recipeName},
                {"crafterName", crafterName},
                {"lastUpdate", ++platform.data.versions.recipes}});
 }
@@ -133,7 +137,7 @@ ControlResult ResetToken(Platform& platform, const ControlCall&) {
 }
 
 ControlResult OverrideService(Platform& platform, const ControlCall& call) {
-  const std::string& method = call.parts[1];
+  const std::string& method = call.path.at("method");
   if (!IsServiceMethod(method)) return UnknownMethod(method);
   constexpr int64_t kMaxLatency = 600'000;
   FieldReader fields(call.body);
@@ -156,7 +160,7 @@ ControlResult OverrideService(Platform& platform, const ControlCall& call) {
 }
 
 ControlResult ResetService(Platform& platform, const ControlCall& call) {
-  const std::string& method = call.parts[1];
+  const std::string& method = call.path.at("method");
   if (!IsServiceMethod(method)) return UnknownMethod(method);
   platform.proxy.SetOverride(method, std::nullopt);
   return Json({{"method", method}});

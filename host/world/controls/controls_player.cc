@@ -58,11 +58,13 @@ ControlResult SetGameflow(Platform& platform, const ControlCall& call) {
 }
 
 ControlResult SetOwnership(Platform& platform, const ControlCall& call) {
-  const auto collection = CollectionByName(call.parts[1]);
-  if (!collection) return Failure{"there is no collection " + call.parts[1], 404};
-  const int64_t id = ReadId(call.parts[2]);
+  const std::string& name = call.path.at("collection");
+  const std::string& idText = call.path.at("id");
+  const auto collection = CollectionByName(name);
+  if (!collection) return Failure{"there is no collection " + name, 404};
+  const int64_t id = ReadId(idText);
   if (platform.collections.Find(*collection, id) == nullptr) {
-    return Failure{call.parts[2] + " is not among the " + call.parts[1], 404};
+    return Failure{idText + " is not among the " + name, 404};
   }
   FieldReader fields(call.body);
   Ownership& present = platform.collections[*collection][id].ownership;

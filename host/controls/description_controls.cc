@@ -1,10 +1,10 @@
-#include "host/api_pages.h"
+#include "host/controls/description_controls.h"
 
 #include <string>
 #include <utility>
 
+#include "host/controls/with_session.h"
 #include "host/http/http_responses.h"
-#include "host/http/request_target.h"
 #include "host/json/json_text.h"
 #include "host/library/c_views.h"
 #include "host/openapi/openapi_document.h"
@@ -21,10 +21,8 @@ HttpResponse AskHelp(PluginSession& session, std::string_view format) {
   return session.Invoke(kHelp, {&argument, 1});
 }
 
-}  // namespace
-
-HttpResponse HelpPage(PluginSession& session, std::string_view query) {
-  const auto format = RequestTarget{{}, query}.Parameter(kFormat);
+HttpResponse HelpPage(PluginSession& session, const RequestTarget& target) {
+  const auto format = target.Parameter(kFormat);
   HttpResponse response = format ? AskHelp(session, *format) : session.Invoke(kHelp, {});
   if (response.status != 200 || !response.body.starts_with('"')) return response;
   auto text = ReadJsonString(response.body);
@@ -41,6 +39,18 @@ HttpResponse OpenApiPage(PluginSession& session) {
                                        .help = help.body});
   return document ? JsonResponse(std::move(document.GetValue()))
                   : ProblemResponse(500, document.GetFailure().text);
+}
+
+}  // namespace
+
+ControlGroup DescriptionControls(SessionManager* sessions) {
+  return {{"GetHelp",
+           [sessions](const HostCall& call) {
+             return WithSession(sessions, [&call](PluginSession& session) {
+               return HelpPage(session, call.target);
+             });
+           }},
+          {"GetOpenApi", [sessions](const HostCall&) { return WithSession(sessions, OpenApiPage); }}};
 }
 
 }  // namespace Kest::Host

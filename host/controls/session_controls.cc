@@ -1,0 +1,112 @@
+#include "host/controls/session_controls.h"
+
+#include <chrono>
+#include <string>
+#include <utility>
+
+#include "host/controls/with_session.h"
+#include "host/http/http_responses.h"
+#include "host/json/json.h"
+#include "host/library/c_views.h"
+#include "host/library/methods.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kTimeoutName = "timeoutMilliseconds";
+constexpr uint64_t kDefaultIdleTimeout = 30'000;
+constexpr uint64_t kLongestIdleTimeout = 600'000;
+
+uint64_t Joined(const uint32_t (&halves)[2]) {
+  return halves[0] | uint64_t{halves[1]} << 32;
+}
+
+Json StatisticsJson(const KestStatistics& statistics) {
+  return {{"requestsHandled", Joined(statistics.requestsHandled)},
+          {"requestsFailed", Joined(statistics.requestsFailed)},
+          {"eventsReceived", Joined(statistics.eventsReceived)},
+          {"eventsPublished", Joined(statistics.eventsPublished)},
+          {"warningsLogged", Joined(statistics.warningsLogged)},
+          {"errorsLogged", Joined(statistics.errorsLogged)}};
+}
+
+Json TasksJson(const Scheduler::Report& report) {
+  Json running = Json::array();
+  for (const Scheduler::TaskReport& task : report.running) {
+    Json& entry = running.emplace_back(Json{{"name", task.name}});
+    if (!task.waitLabel.empty()) entry["waitsFor"] = task.waitLabel;
+  }
+  return {{"queued", report.queued}, {"delayed", report.delayed}, {"running", std::move(running)}};
+}
+
+Json EndpointsJson(const KestApiDescriptor& api) {
+  Json endpoints = Json::array();
+  for (size_t i = 0; i < api.endpointCount; ++i) {
+    const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
+    endpoints.push_back({{"method", MethodName(endpoint.methodId)},
+                         {"path", View(endpoint.pathTemplate)},
+                         {"function", View(endpoint.functionName)}});
+  }
+  return endpoints;
+}
+
+HttpResponse Index(PluginSession& session) {
+    return JsonResponse(WriteJson(Json{{"plugin", session.FullName()},
+                                       {"version", session.Version()},
+                                       {"events", "/_host/events"},
+                                       {"health", "/_host/health"},
+                                       {"help", "/_host/help"},
+                                       {"openapi", "/_host/openapi.json"},
+                                       {"endpoints", EndpointsJson(session.Api())}}));
+}
+
+HttpResponse Health(const SessionParts& parts) {
+  PluginSession* const session = parts.sessions->Current();
+  const EventStream::Range held = parts.stream->Held();
+  Json health = {{"status", session != nullptr ? "running" : "stopped"},
+                 {"tasks", TasksJson(parts.scheduler->Describe())},
+                 {"events", {{"first", held.first}, {"last", held.last}}}};
+  if (session != nullptr) {
+    health["plugin"] = session->FullName();
+    health["version"] = session->Version();
+    health["userAgent"] = session->Services().UserAgent();
+    health["subscriptions"] = session->Services().SubscribedNames();
+    health["statistics"] = StatisticsJson(session->Statistics());
+  }
+  return JsonResponse(WriteJson(health));
+}
+
+HttpResponse Idle(const SessionParts& parts, const HostCall& call) {
+  uint64_t limit = kDefaultIdleTimeout;
+  if (const auto text = call.target.Parameter(kTimeoutName)) {
+    const auto number = ParseNumber(*text);
+    if (!number || *number > kLongestIdleTimeout) {
+      return ProblemResponse(400, std::string(kTimeoutName) + " must be a number up to " +
+                                      std::to_string(kLongestIdleTimeout) + ".");
+    }
+    limit = *number;
+  }
+  const bool quiet = parts.scheduler->WaitUntilQuiet(std::chrono::milliseconds(limit),
+                                                [&parts] { return parts.serviceEvents->Quiet(); });
+  if (quiet) return JsonResponse(R"({"idle":true})");
+  return ProblemResponse(504, "Still busy after " + std::to_string(limit) + " ms.");
+}
+
+HttpResponse Reset(SessionManager* sessions) {
+  const auto done = sessions->Reset();
+  return done ? JsonResponse(R"({"reset":true})") : ProblemResponse(500, done.GetFailure().text);
+}
+
+}  // namespace
+
+ControlGroup SessionControls(const SessionParts& parts) {
+  return {
+      {"GetHostIndex", [parts](const HostCall&) { return WithSession(parts.sessions, Index); }},
+      {"GetHealth", [parts](const HostCall&) { return Health(parts); }},
+      {"AwaitIdle", [parts](const HostCall& call) { return Idle(parts, call); }},
+      {"Reset", [parts](const HostCall&) { return Reset(parts.sessions); }},
+      {"GetLog", [parts](const HostCall&) { return JsonResponse(WriteJson(parts.log->Kept())); }},
+  };
+}
+
+}  // namespace Kest::Host
