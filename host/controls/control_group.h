@@ -1,5 +1,5 @@
-// The host's own controls, in groups of rows. A row is found by the operation id that its description
-// has (host/openapi/controls.json), which also says its method, path, query and body.
+// The host's own controls, in groups of rows. A row is found by the operation id that its
+// description has (host/openapi/controls.json), which also says its method, path, query and body.
 //
 // Threads: [task] on the scheduler's tasks; those that return a stream on any thread.
 #pragma once

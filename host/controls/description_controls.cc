@@ -44,13 +44,13 @@ HttpResponse OpenApiPage(PluginSession& session) {
 }  // namespace
 
 ControlGroup DescriptionControls(SessionManager* sessions) {
-  return {{"GetHelp",
-           [sessions](const HostCall& call) {
-             return WithSession(sessions, [&call](PluginSession& session) {
-               return HelpPage(session, call.target);
-             });
-           }},
-          {"GetOpenApi", [sessions](const HostCall&) { return WithSession(sessions, OpenApiPage); }}};
+  return {
+      {"GetHelp",
+       [sessions](const HostCall& call) {
+         return WithSession(
+             sessions, [&call](PluginSession& session) { return HelpPage(session, call.target); });
+       }},
+      {"GetOpenApi", [sessions](const HostCall&) { return WithSession(sessions, OpenApiPage); }}};
 }
 
 }  // namespace Kest::Host

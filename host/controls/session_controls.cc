@@ -51,13 +51,13 @@ Json EndpointsJson(const KestApiDescriptor& api) {
 }
 
 HttpResponse Index(PluginSession& session) {
-    return JsonResponse(WriteJson(Json{{"plugin", session.FullName()},
-                                       {"version", session.Version()},
-                                       {"events", "/_host/events"},
-                                       {"health", "/_host/health"},
-                                       {"help", "/_host/help"},
-                                       {"openapi", "/_host/openapi.json"},
-                                       {"endpoints", EndpointsJson(session.Api())}}));
+  return JsonResponse(WriteJson(Json{{"plugin", session.FullName()},
+                                     {"version", session.Version()},
+                                     {"events", "/_host/events"},
+                                     {"health", "/_host/health"},
+                                     {"help", "/_host/help"},
+                                     {"openapi", "/_host/openapi.json"},
+                                     {"endpoints", EndpointsJson(session.Api())}}));
 }
 
 HttpResponse Health(const SessionParts& parts) {
@@ -86,8 +86,8 @@ HttpResponse Idle(const SessionParts& parts, const HostCall& call) {
     }
     limit = *number;
   }
-  const bool quiet = parts.scheduler->WaitUntilQuiet(std::chrono::milliseconds(limit),
-                                                [&parts] { return parts.serviceEvents->Quiet(); });
+  const bool quiet = parts.scheduler->WaitUntilQuiet(
+      std::chrono::milliseconds(limit), [&parts] { return parts.serviceEvents->Quiet(); });
   if (quiet) return JsonResponse(R"({"idle":true})");
   return ProblemResponse(504, "Still busy after " + std::to_string(limit) + " ms.");
 }
