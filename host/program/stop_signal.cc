@@ -1,4 +1,4 @@
-#include "host/stop_signal.h"
+#include "host/program/stop_signal.h"
 
 #include <utility>  // Asio of this age needs it ahead
 

@@ -1,0 +1,97 @@
+#include "host/program/completion_script.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kScriptHead = R"(# Completes the arguments of tav-loot-host.
+_tav_loot_host() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+  # bash takes "--option=value" for three words.
+  if [ "$word" = = ]; then word=''; fi
+  if [ "$before" = = ]; then before=${COMP_WORDS[COMP_CWORD - 2]}; fi
+  for ((i = 1; i < COMP_CWORD; ++i)); do
+    case ${COMP_WORDS[i]} in
+)";
+constexpr std::string_view kScriptMiddle = R"(    esac
+  done
+  COMPREPLY=()
+  case "$command $before" in
+)";
+constexpr std::string_view kScriptFoot = R"(  esac
+}
+complete -F _tav_loot_host tav-loot-host
+)";
+
+std::vector<const CLI::App*> SubcommandsOf(const CLI::App& program) {
+  return program.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::vector<std::string> DashedNames(const CLI::Option& option) {
+  std::vector<std::string> names;
+  for (const std::string& name : option.get_lnames()) names.push_back("--" + name);
+  return names;
+}
+
+std::string Reply(const std::string& generator) {
+  return "mapfile -t COMPREPLY < <(compgen " + generator + R"( -- "$word"))";
+}
+
+// What completes a value of that type; empty when nothing does.
+std::string ValueReply(std::string type) {
+  if (type == "FILE") return "compopt -o filenames; " + Reply("-f");
+  if (type == "DIR") return "compopt -o filenames; " + Reply("-d");
+  if (std::any_of(type.begin(), type.end(), [](char c) { return c >= 'A' && c <= 'Z'; })) return "";
+  std::replace(type.begin(), type.end(), '|', ' ');
+  return Reply("-W '" + type + "'");
+}
+
+// The lines of the script's second choice: what follows an option that takes a value.
+std::string ValueCases(const CLI::App& app, const std::string& command) {
+  std::string cases;
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->get_items_expected_max() == 0) continue;
+    for (const std::string& name : DashedNames(*option)) {
+      const std::string reply = ValueReply(option->get_type_name());
+      cases += "    '" + command + " " + name + "') " + (reply.empty() ? ":" : reply) + " ;;\n";
+    }
+  }
+  return cases;
+}
+
+// The line for a word that follows no such option.
+std::string WordCase(const CLI::App& app, const std::string& command) {
+  std::string words;
+  std::string values;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : DashedNames(*option)) words += name + ' ';
+    if (option->get_positional()) values = ValueReply(option->get_type_name());
+  }
+  for (const CLI::App* subcommand : SubcommandsOf(app)) words += subcommand->get_name() + ' ';
+  words.pop_back();
+  const std::string reply = Reply("-W '" + words + "'");
+  if (values.empty()) return "    '" + command + " '*) " + reply + " ;;\n";
+  return "    '" + command + " '*) if [[ $word = -* ]]; then " + reply + "; else " + values +
+         "; fi ;;\n";
+}
+
+}  // namespace
+
+std::string BashCompletion(const CLI::App& program) {
+  std::string script(kScriptHead);
+  std::string cases = ValueCases(program, "");
+  std::string words = WordCase(program, "");
+  for (const CLI::App* subcommand : SubcommandsOf(program)) {
+    const std::string& name = subcommand->get_name();
+    script += "      " + name + ") command=" + name + " && break ;;\n";
+    cases += ValueCases(*subcommand, name);
+    words += WordCase(*subcommand, name);
+  }
+  return script.append(kScriptMiddle).append(cases).append(words).append(kScriptFoot);
+}
+
+}  // namespace Kest::Host

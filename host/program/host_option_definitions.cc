@@ -1,0 +1,77 @@
+#include "host/program/host_option_definitions.h"
+
+#include <CLI/CLI.hpp>
+#include <limits>
+#include <map>
+
+#include "host/http/request_target.h"
+
+namespace Kest::Host {
+namespace {
+
+#if defined(_WIN32)
+constexpr char kPluginFile[] = "vwm-be-tav-loot.dll";
+#else
+constexpr char kPluginFile[] = "vwm-be-tav-loot.so";
+#endif
+
+template <typename Number>
+std::string IsInteger(const std::string& text) {
+  constexpr uint64_t kMost = std::numeric_limits<Number>::max();
+  const auto number = ParseNumber(text);
+  return number && *number <= kMost
+             ? ""
+             : "must be an integer from 0 to " + std::to_string(kMost) + ", found " + text;
+}
+
+void AddWorldOptions(CLI::App& app, HostOptions* options) {
+  app.add_option("--world", options->worldPath, "The world file (default: the sample inside)")
+      ->type_name("FILE");
+  app.add_option("--seed", options->seed, "Start of the world's random numbers")
+      ->type_name("NUMBER")
+      ->check(IsInteger<uint64_t>)
+      ->capture_default_str();
+  app.add_flag("!--no-login", options->signsIn,
+               "Leaves signing the player in to the first request");
+}
+
+void AddNetworkOptions(CLI::App& app, HostOptions* options) {
+  app.add_option("--address", options->address, "The address to listen on")
+      ->type_name("ADDRESS")
+      ->capture_default_str();
+  app.add_option("--port", options->port, "The port to listen on, 0 for any free one")
+      ->type_name("NUMBER")
+      ->check(IsInteger<uint16_t>)
+      ->capture_default_str();
+  app.add_option("--allow-origin", options->allowedOrigins,
+                 "A page of this origin may use the host, too, for example https://shop.test:3000; "
+                 "repeatable")
+      ->type_name("ORIGIN")
+      ->take_all();
+}
+
+void AddLogOptions(CLI::App& app, HostOptions* options) {
+  const std::map<std::string, LogLevel> levels = {{"okay", LogLevel::kOkay},
+                                                  {"warning", LogLevel::kWarning},
+                                                  {"error", LogLevel::kError},
+                                                  {"always", LogLevel::kAlways},
+                                                  {"none", LogLevel::kNone}};
+  app.add_option("--log-level", options->logLevel,
+                 "Least level of the host's own lines on standard error")
+      ->type_name("okay|warning|error|always|none")
+      ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case).description(""));
+}
+
+}  // namespace
+
+void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* options) {
+  options->pluginPath = folder + kPluginFile;
+  app.add_option("--plugin", options->pluginPath, "The plugin library")
+      ->type_name("FILE")
+      ->capture_default_str();
+  AddWorldOptions(app, options);
+  AddNetworkOptions(app, options);
+  AddLogOptions(app, options);
+}
+
+}  // namespace Kest::Host

@@ -1,0 +1,54 @@
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "host/development_host.h"
+#include "host/program/command.h"
+#include "host/program/host_option_definitions.h"
+#include "host/program/stop_signal.h"
+#include "host/session/host_log.h"
+
+namespace Kest::Host {
+namespace {
+
+constexpr char kServeFooter[] =
+    "Examples:\n"
+    "  tav-loot-host                               the sample world at http://127.0.0.1:8510/\n"
+    "  tav-loot-host --port 0 --seed 7             any free port; the same loot at each run\n"
+    "  tav-loot-host --world shop.yaml             a world of your own\n"
+    "  tav-loot-host --allow-origin https://shop.test:3000\n"
+    "Exit status: 0 stopped in order, 1 the host did not start or stop, 2 wrong options.";
+
+// Does not come back when tasks of the plugin still run: nothing may be taken from under them.
+int Fail(const Failure& failure) {
+  const int status = ReportFailure(failure.text);
+  if (failure.status == DevelopmentHost::kTooLate) std::_Exit(status);
+  return status;
+}
+
+int Serve(const HostOptions& options) {
+  HostLog log(stderr, options.logLevel);
+  StopSignal signal;
+  if (options.untilInputCloses) signal.FollowInput();
+  DevelopmentHost host(options, &log);
+  if (const auto started = host.Start(); !started) return Fail(started.GetFailure());
+  std::printf("%s\n", host.ReadyLine().c_str());
+  std::fflush(stdout);
+  signal.Wait();
+  if (const auto stopped = host.Stop(); !stopped) return Fail(stopped.GetFailure());
+  return kSucceeded;
+}
+
+}  // namespace
+
+RunCommand DescribeServe(CLI::App& app, const ProgramContext& context) {
+  app.footer(kServeFooter);
+  const auto options = std::make_shared<HostOptions>();
+  AddHostOptions(app, context.folder, options.get());
+  app.add_flag(
+      "--until-stdin-closes", options->untilInputCloses,
+      "Ends also when standard input is closed, as when the program that started this one ends");
+  return [options] { return Serve(*options); };
+}
+
+}  // namespace Kest::Host
