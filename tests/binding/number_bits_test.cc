@@ -11,6 +11,7 @@
 #include "binding/convert/assign_scalar.h"
 #include "binding/json/json_float.h"
 #include "tests/binding/binding_samples.h"
+#include "tests/support/classic_locale.h"
 #include "tests/support/text_hash.h"
 
 namespace Kest {
@@ -81,6 +82,7 @@ TEST_F(NumberBits, AMillionTextsBecomeTheSameDoublesInEveryBuild) {
     double value = 0;
     ASSERT_EQ(ParseDecimal(text, &value), text.size()) << text;
 #if defined(__GLIBC__)  // whose reading is exact
+    const Testing::ClassicLocale classic;
     ASSERT_EQ(std::bit_cast<uint64_t>(value),
               std::bit_cast<uint64_t>(std::strtod(text.c_str(), nullptr)))
         << text;

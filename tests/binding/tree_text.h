@@ -9,6 +9,7 @@
 #include "binding/msgpack/msgpack_reader.h"
 #include "binding/msgpack/msgpack_writer.h"
 #include "tests/binding/binding_samples.h"
+#include "tests/support/classic_locale.h"
 
 namespace Kest::Samples {
 
@@ -46,6 +47,7 @@ inline std::string Shown(const ConversionContext& context, const BindingProperty
 
 // The value of an input: s-1 u1 f1.5 fnan e1 (an enumerator) bBYTES, or JSON.
 inline BindingProperty ReadInput(const std::string& text) {
+  const Testing::ClassicLocale classic;
   const std::string rest = text.substr(1);
   switch (text == "false" ? '0' : text[0]) {
     case 's':

@@ -11,6 +11,7 @@
 #include "fuzz/fuzz_support.h"
 #include "fuzz/properties.h"
 #include "log/logger.h"
+#include "tests/support/classic_locale.h"
 
 namespace Kest::Fuzz {
 namespace {
@@ -89,6 +90,9 @@ class FuzzProperty : public ::testing::TestWithParam<Property> {
       FAIL() << finding.what() << "\ninput: " << ::testing::PrintToString(input);
     }
   }
+
+ private:
+  const Testing::ClassicLocale classic_;  // the C library is the reference of some properties
 };
 
 TEST_P(FuzzProperty, HoldsForItsSeedsAndWhatIsMadeOfThem) {

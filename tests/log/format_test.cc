@@ -3,11 +3,13 @@
 #include <cstdarg>
 #include <cstdio>
 #include <limits>
+#include <locale>
 #include <sstream>
 
 #include "log/positional_format.h"
 #include "log/printf_attribute.h"
 #include "log/printf_format.h"
+#include "tests/support/classic_locale.h"
 #include "tests/support/golden.h"
 #include "tests/support/text_hash.h"
 
@@ -18,6 +20,7 @@ using namespace std::string_literals;
 
 // printf is the reference for what a conversion prints.
 [[maybe_unused]] KEST_PRINTF(1, 2) std::string Printed(const char* format, ...) {
+  const Testing::ClassicLocale classic;
   char buffer[8192];
   va_list arguments;
   va_start(arguments, format);
@@ -38,6 +41,7 @@ KEST_PRINTF(1, 2) std::string Logged(const char* format, ...) {
 
 std::string Address(const void* memory) {
   std::ostringstream text;
+  text.imbue(std::locale::classic());
   text << "0x" << std::hex << reinterpret_cast<uintptr_t>(memory);
   return text.str();
 }

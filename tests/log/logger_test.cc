@@ -9,6 +9,7 @@
 
 #include "log/positional_format.h"
 #include "tests/support/cases.h"
+#include "tests/support/classic_locale.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/pattern.h"
 
@@ -139,6 +140,7 @@ using HookCalls = std::vector<std::string>;
 // Notes what a hook is given and logs a line of its own, which no target sees.
 void Record(void* context, int32_t level, uint32_t low, uint32_t high, const char* format,
             va_list arguments) {
+  const Testing::ClassicLocale classic;
   char text[64];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"

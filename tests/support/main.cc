@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <locale>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,11 +54,29 @@ class LogKeeper : public ::testing::EmptyTestEventListener {
   std::optional<LinesOfTheTest> lines_;
 };
 
+// A host may have set a locale of its own. KEST_TEST_LOCALE names one with a decimal comma, in
+// which numbers must be read and written as in any other.
+bool SetLocaleOfHost() {
+  const char* name = std::getenv("KEST_TEST_LOCALE");
+  if (name == nullptr) return true;
+  char half[8] = "";
+  if (std::setlocale(LC_ALL, name) != nullptr) std::snprintf(half, sizeof half, "%.1f", 0.5);
+  if (std::strcmp(half, "0,5") != 0) {
+    std::fprintf(stderr, "The locale %s is missing or has no decimal comma.\n", name);
+    return false;
+  }
+#if !defined(_WIN32)  // there the C++ library knows the classic one only
+  std::locale::global(std::locale(name));
+#endif
+  return true;
+}
+
 }  // namespace
 }  // namespace Kest::Testing
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleMock(&argc, argv);
+  if (!Kest::Testing::SetLocaleOfHost()) return EXIT_FAILURE;
   if (std::getenv("KEST_TEST_LOG") == nullptr) {
     ::testing::UnitTest::GetInstance()->listeners().Append(new Kest::Testing::LogKeeper);
   }
