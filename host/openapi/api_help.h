@@ -47,8 +47,8 @@ struct ApiHelp {
   const TypeHelp* FindType(std::string_view name) const;
 };
 
-// Reads the "Full" form. A failure names the member at fault: "help.types.3 has no member
-// \"name\"".
+// Reads the "Full" form. A failure names the type or event at fault: "help.types.3: key 'name' not
+// found".
 Maybe<ApiHelp> ReadApiHelp(std::string_view json);
 
 }  // namespace Kest::Host
