@@ -12,10 +12,12 @@ void CheckAll(const QuietState& state, Findings* findings);
 // inventory_check.cc: items and counts are the platform's.
 void CheckInventory(const QuietState& state, Findings* findings);
 void CheckDefinitions(const QuietState& state, Findings* findings);
-// responses_check.cc: every read succeeds; what is returned is what was published.
+// responses_check.cc: every read succeeds; what is returned is what was published; no grant is
+// shown twice.
 void CheckReads(const QuietState& state, Findings* findings);
 void CheckItems(const QuietState& state, Findings* findings);
 void CheckValues(const QuietState& state, Findings* findings);
+void CheckGrants(const QuietState& state, Findings* findings);
 // inputs_check.cc: the switches follow their inputs.
 void CheckEnabled(const QuietState& state, Findings* findings);
 void CheckReady(const QuietState& state, Findings* findings);

@@ -1,3 +1,5 @@
+#include <set>
+
 #include "host/simulation/checks/checks.h"
 #include "host/simulation/json_digest.h"
 
@@ -57,6 +59,17 @@ void CheckValues(const QuietState& state, Findings* findings) {
     if (!published || *published == PublishedState::Digest(path, reply.body)) continue;
     findings->Add("a value that was published is the value returned",
                   "the value last published at " + path, reply.body.substr(0, 1000));
+  }
+}
+
+void CheckGrants(const QuietState& state, Findings* findings) {
+  const auto response = state.responses.find("/tav-loot/v1/loot-grants");
+  if (response == state.responses.end()) return;
+  std::set<int64_t> ids;
+  for (const Json& grant : ParseJson(response->second.body)) {
+    if (ids.insert(grant["id"].get<int64_t>()).second) continue;
+    findings->Add("a grant is shown once", "one of each id", response->second.body.substr(0, 1000));
+    return;
   }
 }
 
