@@ -5,9 +5,11 @@
 #include <future>
 #include <utility>
 
+#include "base/platform.h"
 #include "host/controls/description_controls.h"
 #include "host/controls/event_controls.h"
 #include "host/controls/session_controls.h"
+#include "host/controls/timeline_controls.h"
 #include "host/json/json_text.h"
 #include "host/world_source.h"
 
@@ -21,6 +23,8 @@ constexpr auto kFarewell = std::chrono::seconds(2);
 
 DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
     : options_(std::move(options)),
+      log_(log),
+      timeline_(WallClockMilliseconds),
       scheduler_([log](std::string_view task, std::string_view text) {
         log->Write(LogLevel::kError,
                    "Task \"" + std::string(task) + "\" failed: " + std::string(text));
@@ -31,12 +35,16 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
       }),
       sessions_(options_.pluginPath,
                 [this] { return LoadWorld(options_.worldPath, options_.seed); }, options_.signsIn,
-                {&scheduler_, &serviceEvents_, &stream_, log}),
+                {&scheduler_, &serviceEvents_, &stream_, log, &traffic_}),
       control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log}),
-                EventControls(&stream_), DescriptionControls(&sessions_)},
+                EventControls(&stream_), DescriptionControls(&sessions_),
+                TimelineControls(&traffic_, &timelineStream_)},
                &sessions_),
       guard_(options_.address, options_.allowedOrigins),
-      router_(&scheduler_, &sessions_, &control_) {}
+      router_(&scheduler_, &sessions_, &control_, &traffic_) {
+  timeline_.SetListener(
+      [this](const std::string& row) { timelineStream_.AppendFrame("row", row); });
+}
 
 DevelopmentHost::~DevelopmentHost() {
   scheduler_.End();  // before what its tasks use
@@ -59,6 +67,7 @@ Maybe<Nothing> DevelopmentHost::Start() {
   if (!server) return server.GetFailure();
   server_ = std::move(server.GetValue());
   stream_.SetListener([this] { server_->WakeStreams(); });
+  timelineStream_.SetListener([this] { server_->WakeStreams(); });
   const auto started = RunTask<Maybe<Nothing>>("start", [this] { return sessions_.Start(); });
   if (!started) return Failure{"The plugin did not start in time.", kTooLate};
   if (!*started) return started->GetFailure();

@@ -19,6 +19,7 @@
 #include "host/session/service_event_thread.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
+#include "host/timeline/traffic.h"
 
 namespace Kest::Host {
 
@@ -45,7 +46,12 @@ class DevelopmentHost {
   std::optional<Result> RunTask(const std::string& name, std::function<Result()> work);
 
   const HostOptions options_;
+  HostLog* const log_;
   EventStream stream_;
+  EventStream timelineStream_;
+  Timeline timeline_;
+  Ledger ledger_;
+  Traffic traffic_{&timeline_, &ledger_};
   std::unique_ptr<HttpServer> server_;  // outlives the tasks, which hold its Responds
   Scheduler scheduler_;
   ServiceEventThread serviceEvents_;

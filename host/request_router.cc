@@ -6,8 +6,10 @@
 #include <new>
 #include <utility>
 
+#include "host/cause/cause.h"
 #include "host/http/http_responses.h"
 #include "host/http/request_target.h"
+#include "host/json/json.h"
 #include "host/library/methods.h"
 
 namespace Kest::Host {
@@ -21,10 +23,55 @@ bool IsPluginMethod(std::string_view method) {
                                 std::end(kMethodNames);
 }
 
+bool OnlyReads(std::string_view method) {
+  return method == "GET" || method == "HEAD";
+}
+
+constexpr std::string_view kTokenPath = "/_host/token";
+
+// The member of a JSON object; empty when it is no string.
+std::string StringMember(std::string_view json, const char* name) {
+  const Json object = ParseJson(json);
+  const bool isThere = object.is_object() && object.contains(name) && object[name].is_string();
+  return isThere ? object[name].get<std::string>() : std::string();
+}
+
+// What the timeline keeps of a body: all but the token.
+std::string KeptBody(Timeline* timeline, const HttpRequest& request) {
+  if (RequestTarget::Split(request.target).path != kTokenPath) return request.body;
+  const std::string token = StringMember(request.body, "token");
+  timeline->Hide(token);
+  return token.empty() ? request.body : WriteJson(Json{{"token", TokenMask::kMask}});
+}
+
+uint64_t AddRequest(Timeline* timeline, RowKind kind, const HttpRequest& request) {
+  return timeline->Add({.kind = kind,
+                        .name = request.target,
+                        .method = request.method,
+                        .payload = KeptBody(timeline, request),
+                        .payloadType = request.contentType,
+                        .host = request.host,
+                        .accept = request.accept});
+}
+
+void AddResponse(Timeline* timeline, uint64_t request, const HttpRequest& asked,
+                 const HttpResponse& response) {
+  timeline->Add({.kind = RowKind::kResponse,
+                 .name = asked.target,
+                 .method = asked.method,
+                 .status = std::to_string(response.status),
+                 .summary = response.status < 400 ? "" : StringMember(response.body, "detail"),
+                 .payload = response.body,
+                 .payloadType = response.contentType,
+                 .cause = request,
+                 .endsCause = true});
+}
+
 }  // namespace
 
-RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control)
-    : scheduler_(scheduler), sessions_(sessions), control_(control) {}
+RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
+                             Traffic* traffic)
+    : scheduler_(scheduler), sessions_(sessions), control_(control), traffic_(traffic) {}
 
 std::optional<HttpResponse> RequestRouter::Refuse(const HttpRequest& request) {
   const bool isControl =
@@ -42,7 +89,7 @@ void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
   }
   if (!HostControl::NeedsTask(request.method, path)) return respond(control_->Handle(request));
   RunTask(std::move(request), respond,
-          [this](const HttpRequest& asked) { return control_->Handle(asked); });
+          [this](const HttpRequest& asked) { return AskControl(asked); });
 }
 
 void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Handler handle) {
@@ -65,7 +112,26 @@ void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Handler
 HttpResponse RequestRouter::AskPlugin(const HttpRequest& request) {
   PluginSession* const session = sessions_->Current();
   if (session == nullptr) return ProblemResponse(503, "The plugin is not running.");
-  return session->Request(request);
+  const uint64_t row = AddRequest(&traffic_->Rows(), RowKind::kRequest, request);
+  const CauseScope scope(row);
+  HttpResponse response = session->Request(request);
+  AddResponse(&traffic_->Rows(), row, request, response);
+  response.headers.emplace_back("X-Loot-Host-Row", std::to_string(row));
+  if (response.status < 400) return response;
+  if (const auto refusal = traffic_->Transactions().RefusalOf(row)) {
+    response.headers.emplace_back("X-Loot-Host-Refusal", RefusalHeader(*refusal));
+  }
+  return response;
+}
+
+HttpResponse RequestRouter::AskControl(const HttpRequest& request) {
+  if (OnlyReads(request.method)) return control_->Handle(request);
+  const uint64_t row = AddRequest(&traffic_->Rows(), RowKind::kControl, request);
+  const CauseScope scope(row);
+  HttpResponse response = control_->Handle(request);
+  AddResponse(&traffic_->Rows(), row, request, response);
+  response.headers.emplace_back("X-Loot-Host-Row", std::to_string(row));
+  return response;
 }
 
 }  // namespace Kest::Host

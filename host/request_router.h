@@ -11,13 +11,15 @@
 #include "host/http/http_message.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
+#include "host/timeline/traffic.h"
 
 namespace Kest::Host {
 
 class RequestRouter {
  public:
   // The parts outlive the router and every task it posts.
-  RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control);
+  RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
+                Traffic* traffic);
 
   // [any thread] The refusal of what a reserved connection is not kept for; nothing for the rest.
   // Needs the request's head only.
@@ -29,11 +31,14 @@ class RequestRouter {
   using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
   void RunTask(HttpRequest request, const Respond& respond, Handler handle);
+  // Each with its rows in the timeline.
   HttpResponse AskPlugin(const HttpRequest& request);
+  HttpResponse AskControl(const HttpRequest& request);
 
   Scheduler* const scheduler_;
   SessionManager* const sessions_;
   HostControl* const control_;
+  Traffic* const traffic_;
 };
 
 }  // namespace Kest::Host

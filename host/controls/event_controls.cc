@@ -23,7 +23,9 @@ class EventReader : public HttpStream {
   uint64_t position_;
 };
 
-HttpResponse Follow(const EventStream* stream, const HostCall& call) {
+}  // namespace
+
+HttpResponse FollowStream(const EventStream* stream, const HostCall& call) {
   uint64_t position = stream->Held().last;  // without a position to resume from: what is new
   std::string_view last = call.request.lastEventId;
   if (last.empty()) last = call.target.Parameter("lastEventId").value_or("");
@@ -37,10 +39,8 @@ HttpResponse Follow(const EventStream* stream, const HostCall& call) {
   return response;
 }
 
-}  // namespace
-
 ControlGroup EventControls(const EventStream* stream) {
-  return {{"FollowEvents", [stream](const HostCall& call) { return Follow(stream, call); }}};
+  return {{"FollowEvents", [stream](const HostCall& call) { return FollowStream(stream, call); }}};
 }
 
 }  // namespace Kest::Host

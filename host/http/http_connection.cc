@@ -44,6 +44,7 @@ constexpr std::string_view kFirstComment = "\r\n: connected\n\n";
 // What a page of an allowed origin may send.
 constexpr std::string_view kPageMethods = "DELETE, GET, HEAD, PATCH, POST, PUT";
 constexpr std::string_view kPageHeaders = "Accept, Content-Type, Last-Event-ID";
+constexpr std::string_view kReadableHeaders = "X-Loot-Host-Row, X-Loot-Host-Refusal";
 constexpr std::string_view kPreflightSeconds = "600";
 
 }  // namespace
@@ -253,9 +254,11 @@ void HttpConnection::Complete(HttpResponse response, bool andClose) {
   response_.set(http::field::cache_control, "no-store");
   response_.set("X-Content-Type-Options", "nosniff");
   if (!response.allow.empty()) response_.set(http::field::allow, response.allow);
+  for (const auto& [name, value] : response.headers) response_.set(name, value);
   if (response.variesByAccept) response_.set(http::field::vary, "Accept");
   if (!readableBy_.empty()) {
     response_.set(http::field::access_control_allow_origin, readableBy_);
+    response_.set(http::field::access_control_expose_headers, View(kReadableHeaders));
     response_.insert(http::field::vary, "Origin");
   }
   if (!response.contentType.empty()) response_.set(http::field::content_type, response.contentType);

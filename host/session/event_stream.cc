@@ -31,28 +31,32 @@ std::string MakeGap(uint64_t from, uint64_t to, bool restarted) {
 
 }  // namespace
 
-void EventStream::Append(std::string_view uri, std::string_view eventType, std::string_view json) {
-  AppendFrame("resource", MakeData(uri, eventType, json));
+uint64_t EventStream::Append(std::string_view uri, std::string_view eventType,
+                             std::string_view json) {
+  return AppendFrame("resource", MakeData(uri, eventType, json));
 }
 
 void EventStream::AppendReset() {
   AppendFrame("reset", "{}");
 }
 
-void EventStream::AppendFrame(std::string_view event, std::string_view data) {
+uint64_t EventStream::AppendFrame(std::string_view event, std::string_view data) {
+  uint64_t id = 0;
   {
     const MutexLock lock(mutex_);
-    std::string frame = "id: " + std::to_string(last_ + 1);
+    id = last_ + 1;
+    std::string frame = "id: " + std::to_string(id);
     frame.append("\nevent: ").append(event).append("\ndata: ").append(data).append("\n\n");
     frames_.push_back(std::move(frame));
     bytes_ += frames_.back().size();
-    ++last_;
+    last_ = id;
     while (frames_.size() > limits_.events || (bytes_ > limits_.bytes && frames_.size() > 1)) {
       bytes_ -= frames_.front().size();
       frames_.pop_front();
     }
   }
   if (listener_) listener_();
+  return id;
 }
 
 std::string EventStream::Read(uint64_t* position, size_t atMost) const {

@@ -33,11 +33,13 @@ class EventStream {
   EventStream() : EventStream(Limits{}) {}
 
   // Adds an event and gives it the next id. `eventType` is "Create", "Update" or "Delete"; `json`
-  // is the value as one JSON document, empty for none.
-  void Append(std::string_view uri, std::string_view eventType, std::string_view json);
+  // is the value as one JSON document, empty for none. Returns the id.
+  uint64_t Append(std::string_view uri, std::string_view eventType, std::string_view json);
   // Adds the event "reset": the plugin and its world start again, and what was published before no
   // longer holds.
   void AppendReset();
+  // Adds an event of that kind. `data` is JSON without line feeds.
+  uint64_t AppendFrame(std::string_view event, std::string_view data);
 
   // The events after `*position` as stream text, about `atMost` bytes of them but at least one;
   // moves `*position` to the last one returned. Empty: there is nothing newer. A position this
@@ -51,8 +53,6 @@ class EventStream {
   void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
  private:
-  void AppendFrame(std::string_view event, std::string_view data);
-
   const Limits limits_;
   std::function<void()> listener_;
   mutable Mutex mutex_;

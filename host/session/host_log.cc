@@ -1,6 +1,14 @@
 #include "host/session/host_log.h"
 
+#include <iterator>
+
 namespace Kest::Host {
+
+std::string_view LogLevelName(int32_t level) {
+  constexpr std::string_view kNames[] = {"okay", "warning", "error", "always"};
+  const bool isKnown = level >= 0 && static_cast<size_t>(level) < std::size(kNames);
+  return kNames[isKnown ? level : 3];
+}
 
 void HostLog::Write(LogLevel level, std::string_view text) {
   if (level < least_ || least_ == LogLevel::kNone) return;

@@ -17,6 +17,9 @@ namespace Kest::Host {
 // The levels of the C interface, and one above them all.
 enum class LogLevel : int32_t { kOkay = 0, kWarning = 1, kError = 2, kAlways = 3, kNone = 4 };
 
+// "okay", "warning", ...; a number that is no level counts as "always".
+std::string_view LogLevelName(int32_t level);
+
 class HostLog {
  public:
   // Own lines below `least` are dropped. `stream` outlives the log.

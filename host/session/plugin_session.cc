@@ -26,7 +26,7 @@ PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique
       world_(std::move(world)),
       serviceEvents_(surroundings.serviceEvents),
       services_({surroundings.scheduler, surroundings.serviceEvents, surroundings.stream,
-                 surroundings.log, world_.get()}) {}
+                 surroundings.log, surroundings.traffic, world_.get()}) {}
 
 Maybe<std::unique_ptr<PluginSession>> PluginSession::Open(const std::string& libraryPath,
                                                           std::unique_ptr<World> world,

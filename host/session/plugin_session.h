@@ -26,6 +26,7 @@ class PluginSession {
     ServiceEventThread* serviceEvents;
     EventStream* stream;
     HostLog* log;
+    Traffic* traffic;
   };
 
   // Loads the library. A failure message is fit to be shown.

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "host/cause/cause.h"
 #include "host/library/c_views.h"
 
 namespace Kest::Host {
@@ -73,7 +74,7 @@ PluginSubscriptions::Shared PluginSubscriptions::Find(std::string_view name) con
 void PluginSubscriptions::QueueResourceEvent(std::string_view name, std::string_view payload) {
   const Shared subscription = Find(name);
   if (!subscription) return;
-  subscription->queued.emplace_back(payload);
+  subscription->queued.push_back({std::string(payload), CurrentCause()});
   if (subscription->delivering) return;
   subscription->delivering = true;
   scheduler_->Post(
@@ -82,10 +83,11 @@ void PluginSubscriptions::QueueResourceEvent(std::string_view name, std::string_
 
 void PluginSubscriptions::DeliverQueued(const Shared& subscription) {
   while (!subscription->queued.empty() && !subscription->ended) {
-    const std::string payload = std::move(subscription->queued.front());
+    const Queued next = std::move(subscription->queued.front());
     subscription->queued.pop_front();
+    const CauseScope scope(next.cause);
     subscription->delivery(subscription->context, Text(subscription->name), Text(kContentType),
-                           Bytes(payload));
+                           Bytes(next.payload));
   }
   subscription->delivering = false;
 }

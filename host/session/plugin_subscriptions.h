@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
@@ -48,12 +49,16 @@ class PluginSubscriptions {
   bool DeliverServiceEvent(std::string_view name, std::string_view payload);
 
  private:
+  struct Queued {
+    std::string payload;
+    uint64_t cause;
+  };
   struct Subscription {
     std::string name;
     KestDelivery delivery;
     void* context;
     std::atomic<bool> ended = false;
-    std::deque<std::string> queued;  // with the next on the scheduler's thread only
+    std::deque<Queued> queued;  // with the next on the scheduler's thread only
     bool delivering = false;
   };
   using Shared = std::shared_ptr<Subscription>;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <thread>
@@ -20,6 +21,7 @@ class ServiceEventThread {
   struct Event {
     std::string name;
     std::string payload;  // JSON
+    uint64_t cause = 0;   // what it follows from
   };
   // Called on the event thread, one event at a time. Lets no exception out.
   using Deliver = std::function<void(const Event&)>;

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "host/cause/cause.h"
 #include "host/json/json_text.h"
 #include "host/library/c_views.h"
 #include "host/library/sent_request.h"
@@ -22,7 +23,9 @@ std::string PresentValuePayload(std::string_view path, std::string_view value) {
 
 }  // namespace
 
-struct ServiceTable::Sent : SentRequest {};
+struct ServiceTable::Sent : SentRequest {
+  uint64_t row;  // of the timeline
+};
 
 // No exception leaves an entry: what runs out of memory counts as refused.
 struct ServiceTable::Entries {
@@ -90,9 +93,13 @@ struct ServiceTable::Entries {
   static void Yield(const KestHostServices* self) {
     OnTask(self, "yield", [](ServiceTable& services) { services.wiring_.scheduler->Yield(); });
   }
-  static void Log(const KestHostServices* self, int32_t, KestText line) {
+  static void Log(const KestHostServices* self, int32_t level, KestText line) {
     Guarded(self, false, [&](ServiceTable& services) {
       services.wiring_.log->Append(View(line));
+      services.wiring_.traffic->Rows().Add({.kind = RowKind::kLog,
+                                            .name = "plugin",
+                                            .status = std::string(LogLevelName(level)),
+                                            .summary = std::string(View(line))});
       return true;
     });
   }
@@ -143,10 +150,16 @@ bool ServiceTable::Request(const KestRequest& request, KestCompletion completion
             std::string(View(request.contentType)),
             std::string(View(request.body)),
             completion,
-            context};
+            context,
+            0};
   const std::string name = "request " + sent.method + " " + sent.url;
-  const auto posted = wiring_.scheduler->Post(
-      {.name = name, .work = [this, sent = std::move(sent)] { Complete(sent); }, .owner = this});
+  sent.row = wiring_.traffic->AddRequest(sent.method, sent.url, {sent.contentType, sent.body});
+  const uint64_t cause = sent.row;
+  const auto posted =
+      wiring_.scheduler->Post({.name = name,
+                               .work = [this, sent = std::move(sent)] { Complete(sent); },
+                               .owner = this,
+                               .cause = cause});
   return posted != Scheduler::Posted::kRefused;
 }
 
@@ -158,6 +171,8 @@ void ServiceTable::Complete(const Sent& sent) {
   } catch (const std::bad_alloc&) {  // a completion that never came would be waited for
     result = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
   }
+  const CauseScope scope(wiring_.traffic->AddResponse(
+      sent.row, sent.url, result.status, result.message, {result.contentType, result.body}));
   const KestResponse response = {result.status, Text(result.message), Text(result.contentType),
                                  Bytes(result.body)};
   sent.completion(sent.context, &response);
@@ -177,6 +192,7 @@ bool ServiceTable::Subscribe(std::string_view name, KestDelivery delivery, void*
 }
 
 void ServiceTable::QueueResourceEvent(std::string_view name, std::string_view payload) {
+  const CauseScope scope(wiring_.traffic->AddResourceEvent(name, payload));
   subscriptions_.QueueResourceEvent(name, payload);
   const std::string_view kind = PluginSubscriptions::KindOf(name);
   if (kind != name) subscriptions_.QueueResourceEvent(kind, payload);
@@ -186,7 +202,8 @@ void ServiceTable::DispatchWorldEvents() {
   for (WorldEvent& event : wiring_.world->TakeEvents()) {
     const std::chrono::milliseconds delay(std::max(0, event.delayMilliseconds));
     if (event.channel == WorldEvent::Channel::kService) {
-      wiring_.serviceEvents->Post(delay, {std::move(event.name), std::move(event.payload)});
+      wiring_.serviceEvents->Post(
+          delay, {std::move(event.name), std::move(event.payload), CurrentCause()});
     } else if (delay.count() == 0) {
       QueueResourceEvent(event.name, event.payload);
     } else {
@@ -200,6 +217,7 @@ void ServiceTable::DispatchWorldEvents() {
 }
 
 void ServiceTable::DeliverServiceEvent(const ServiceEventThread::Event& event) {
+  const CauseScope scope(wiring_.traffic->AddServiceEvent(event.name, event.payload, event.cause));
   bool followed = subscriptions_.DeliverServiceEvent(event.name, event.payload);
   const std::string_view kind = PluginSubscriptions::KindOf(event.name);
   if (kind != event.name) followed |= subscriptions_.DeliverServiceEvent(kind, event.payload);
@@ -216,16 +234,26 @@ bool ServiceTable::Publish(std::string_view path, int32_t eventType, std::string
                        std::string("Not published, the value is no JSON: ").append(path));
     return false;
   }
-  wiring_.stream->Append(path, kEventTypes[eventType], json);
+  const uint64_t event = wiring_.stream->Append(path, kEventTypes[eventType], json);
+  wiring_.traffic->Rows().Add({.kind = RowKind::kEvent,
+                               .name = std::string(path),
+                               .status = std::string(kEventTypes[eventType]),
+                               .payload = std::string(json),
+                               .payloadType = deleted ? "" : "application/json",
+                               .event = event});
   return true;
 }
 
 int32_t ServiceTable::PostTask(std::string_view name, KestTask run, void* context) {
   if (run == nullptr) return KEST_TASK_REFUSED;
-  const auto posted = wiring_.scheduler->Post({.name = std::string(name),
-                                               .work = [run, context] { run(context); },
-                                               .owner = this,
-                                               .merge = !name.empty()});
+  auto work = [timeline = &wiring_.traffic->Rows(), name = std::string(name), run, context] {
+    const uint64_t row = timeline->Add({.kind = RowKind::kTask, .name = name});
+    const CauseScope scope(row);
+    run(context);
+    timeline->End(row);
+  };
+  const auto posted = wiring_.scheduler->Post(
+      {.name = std::string(name), .work = std::move(work), .owner = this, .merge = !name.empty()});
   switch (posted) {
     case Scheduler::Posted::kQueued:
       return KEST_TASK_QUEUED;

@@ -17,6 +17,7 @@
 #include "host/session/plugin_subscriptions.h"
 #include "host/session/service_event_thread.h"
 #include "host/tasks/scheduler.h"
+#include "host/timeline/traffic.h"
 #include "host/world/world.h"
 #include "plugin/host_interface.h"
 
@@ -30,6 +31,7 @@ class ServiceTable {
     ServiceEventThread* serviceEvents;
     EventStream* stream;
     HostLog* log;
+    Traffic* traffic;
     World* world;
   };
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/cause/cause.h"
+
 namespace Kest::Host {
 
 SessionManager::SessionManager(std::string libraryPath, MakeWorld makeWorld, bool signsIn,
@@ -56,6 +58,8 @@ void SessionManager::BeginChange() {
 }
 
 Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<World> world) {
+  const CauseScope scope(
+      surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "start"}));
   auto session = PluginSession::Open(libraryPath_, std::move(world), surroundings_);
   if (!session) return session.GetFailure();
   session_ = std::move(session.GetValue());
@@ -72,7 +76,11 @@ Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<World> world) {
 }
 
 void SessionManager::CloseSession() {
-  if (session_) session_->Stop();
+  if (session_) {
+    const CauseScope scope(
+        surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "stop"}));
+    session_->Stop();
+  }
   session_.reset();
 }
 

@@ -234,7 +234,11 @@ size_t Scheduler::ResumeYielded() {
 
 void Scheduler::Continue(RunningTask* running) {
   current_ = running;
-  running->fiber->Resume();
+  {
+    const CauseScope scope(running->task.cause);
+    running->fiber->Resume();
+    running->task.cause = CurrentCause();
+  }
   current_ = nullptr;
   if (running->fiber->HasWork()) return;
   const auto place = std::find_if(

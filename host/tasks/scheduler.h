@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "base/mutex.h"
+#include "host/cause/cause.h"
 #include "host/tasks/condition.h"
 #include "host/tasks/due_queue.h"
 #include "host/tasks/fiber.h"
@@ -37,6 +39,7 @@ class Scheduler {
     Work work;
     const void* owner = nullptr;  // Drop(owner) takes its tasks back
     bool merge = false;           // one waiting task of this owner and name serves for all
+    uint64_t cause = CurrentCause();
   };
   struct TaskReport {
     std::string name;

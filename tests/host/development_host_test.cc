@@ -140,10 +140,13 @@ TEST(SessionManager, ANewWorldIsMadeBeforeTheOldOneGoes) {
   HostLog log(stderr, LogLevel::kNone);
   EventStream stream;
   ServiceEventThread events([](const ServiceEventThread::Event&) {});
+  Timeline timeline([] { return int64_t{0}; });
+  Ledger ledger;
+  Traffic traffic(&timeline, &ledger);
   Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
   std::string world;
   SessionManager sessions(ECHO_PLUGIN, [&world] { return LoadWorld(world, 1); }, true,
-                          {&scheduler, &events, &stream, &log});
+                          {&scheduler, &events, &stream, &log, &traffic});
   std::promise<bool> runs;
   scheduler.Post({.name = "start", .work = [&] {
                     EXPECT_TRUE(sessions.Start());
@@ -195,9 +198,12 @@ TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
   HostLog log(stderr, LogLevel::kNone);
   EventStream stream;
   ServiceEventThread events([](const ServiceEventThread::Event&) {});
+  Timeline timeline([] { return int64_t{0}; });
+  Ledger ledger;
+  Traffic traffic(&timeline, &ledger);
   Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
   SessionManager sessions(ECHO_PLUGIN, [] { return LoadWorld("", 1); }, false,
-                          {&scheduler, &events, &stream, &log});
+                          {&scheduler, &events, &stream, &log, &traffic});
   const auto ask = [&sessions](const char* target) {
     HttpRequest request;
     request.method = "GET";

@@ -26,8 +26,8 @@ class ServiceTableTest : public testing::Test {
     auto world = World::Load(World::SampleText(), "sample.json", 1);
     ASSERT_TRUE(world) << world.GetFailure().text;
     world_ = std::move(world.GetValue());
-    services_ = std::make_unique<ServiceTable>(
-        ServiceTable::Wiring{&scheduler_, &serviceEvents_, &stream_, &log_, world_.get()});
+    services_ = std::make_unique<ServiceTable>(ServiceTable::Wiring{
+        &scheduler_, &serviceEvents_, &stream_, &log_, &traffic_, world_.get()});
     table_ = services_->Table();
   }
   void TearDown() override {
@@ -74,6 +74,9 @@ class ServiceTableTest : public testing::Test {
   std::FILE* const logFile_ = std::tmpfile();
   HostLog log_{logFile_, LogLevel::kOkay};
   EventStream stream_;
+  Timeline timeline_{[] { return int64_t{0}; }};
+  Ledger ledger_;
+  Traffic traffic_{&timeline_, &ledger_};
   std::unique_ptr<World> world_;
   Scheduler scheduler_{[](std::string_view, std::string_view text) { ADD_FAILURE() << text; }};
   ServiceEventThread serviceEvents_{
