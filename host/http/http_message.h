@@ -35,7 +35,7 @@ struct HttpResponse {
   int status = 200;
   std::string contentType;  // empty without a body
   std::string body;
-  std::string allow = {};                        // the methods a 405 names
+  std::string allow = {};                                         // the methods a 405 names
   std::vector<std::pair<std::string, std::string>> headers = {};  // names with values
   bool variesByAccept = false;                   // what was accepted decided about the body
   std::unique_ptr<HttpStream> stream = nullptr;  // instead of `body`

@@ -44,9 +44,9 @@ class Ledger {
   struct Response {
     uint64_t row = 0;
     int64_t time = 0;
-    std::string status;   // of the transaction, or "ERROR"
-    std::string details;  // why not
-    Json result;          // of the transaction; null for an error
+    std::string status;     // of the transaction, or "ERROR"
+    std::string details;    // why not
+    Json result = nullptr;  // of the transaction; null for an error
   };
 
   // A transaction has been asked for by the row `call`.

@@ -36,7 +36,7 @@ std::string RowKindNames();
 
 struct TimelineRow {
   RowKind kind;
-  std::string name;                    // the path, "service.method", the task's name
+  std::string name = {};               // the path, "service.method", the task's name
   std::string method = {};             // of a request
   std::string status = {};             // "200", "OK", "Create", "ERROR"
   std::string summary = {};            // one line for people

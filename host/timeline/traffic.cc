@@ -164,7 +164,10 @@ uint64_t Traffic::AddServiceResponse(uint64_t call, std::string_view method, std
   if (!IsTransaction(method)) return timeline_->Add(std::move(row));
   Ledger::Response entry = {.status = row.status, .details = row.summary};
   if (error.empty() && result.size() <= kMostResultBytes) entry.result = ParseJson(result);
-  if (entry.result.is_object()) {
+  if (error.empty() && !entry.result.is_object()) {
+    entry.status = kFailed;
+    entry.details = "The result is no transaction.";
+  } else if (error.empty()) {
     row.status = entry.status = StringOf(entry.result, "status");
     entry.details = StringOf(entry.result, "details");
     row.summary = entry.details.empty() ? Counts(entry.result, "removed", "took ") +

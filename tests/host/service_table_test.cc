@@ -6,6 +6,7 @@
 #include <future>
 #include <thread>
 
+#include "host/cause/cause.h"
 #include "host/library/c_views.h"
 
 namespace Kest::Host {
@@ -66,6 +67,12 @@ class ServiceTableTest : public testing::Test {
     auto* self = static_cast<ServiceTableTest*>(context);
     self->delivered_.push_back(std::to_string(response->status) + " " +
                                std::string(View(response->message)));
+  }
+  // Others run before it publishes.
+  static void PublishAfterYield(void* context) {
+    auto* self = static_cast<ServiceTableTest*>(context);
+    while (self->delivered_.size() < 4) self->table_->yield(self->table_);
+    self->table_->publish(self->table_, Text("/x"), KEST_EVENT_UPDATE, Bytes("1"));
   }
   static void Note(void* context) {
     static_cast<ServiceTableTest*>(context)->delivered_.push_back("task");
@@ -188,6 +195,43 @@ TEST_F(ServiceTableTest, NamedTasksMergeAndNamelessOnesDoNot) {
     EXPECT_EQ(table_->postTask(table_, Text("c"), nullptr, this), KEST_TASK_REFUSED);
   });
   EXPECT_THAT(delivered_, ElementsAre("task", "task", "task", "task"));
+}
+
+TEST_F(ServiceTableTest, EachRowOfTheTimelineHasItsCause) {
+  const std::string call =
+      R"({"serviceName":"loot","methodName":"redeemPlayerLoot","args":["r","{\"lootName\":\"EMOTE_0\"}"]})";
+  OnTask([&] {
+    world_->Control("POST", "/login", "{}");
+    ASSERT_TRUE(Subscribe("OnServiceProxyUuidEvent"));
+    const CauseScope scope(timeline_.Add({.kind = RowKind::kRequest, .name = "redeem"}));
+    KestRequest request = kRequest;
+    request.method = Text("POST");
+    request.url = Text("/tav-login/v1/service-proxy-uuid-requests");
+    request.body = Bytes(call);
+    ASSERT_TRUE(table_->request(table_, &request, Complete, this));
+    ASSERT_TRUE(table_->request(table_, &kRequest, Complete, this));
+    table_->postTask(table_, Text("publish"), PublishAfterYield, this);
+    table_->postTask(table_, Text("note"), Note, this);
+  });
+  std::string rows;
+  const Json page = timeline_.Read({.limit = 1000});
+  for (const Json& row : page["rows"]) {
+    if (row["kind"] == "resource") continue;
+    rows += row["kind"].get<std::string>() + " " + row["name"].get<std::string>() + " " +
+            row.value("status", "") + " <" + timeline_.NameOf(row.value("cause", 0)) + "\n";
+  }
+  EXPECT_EQ(rows,
+            "request redeem  <\n"
+            "service-call loot.redeemPlayerLoot  <redeem\n"
+            "sibling-request /no-such/v1/thing  <redeem\n"
+            "sibling-response /no-such/v1/thing 404 </no-such/v1/thing\n"
+            "task publish  <redeem\n"
+            "task note  <redeem\n"
+            "service-response loot.redeemPlayerLoot MISSING_LOOT <loot.redeemPlayerLoot\n"
+            "event /x Update <publish\n");
+  EXPECT_EQ(
+      ledger_.RefusalOf(timeline_.NearestCause(page["last"], RowKind::kRequest)).value().details,
+      "has no EMOTE_0");
 }
 
 TEST_F(ServiceTableTest, PublishesJsonOnly) {
