@@ -62,7 +62,6 @@ BoundFunction& Dispatcher::Add(HttpMethod method, std::string_view pathTemplate,
   Endpoint& endpoint =
       endpoints_.emplace_back(Endpoint{method, RouteTemplate(pathTemplate), std::move(function)});
   routes_.Add(method, endpoint.route);
-  functions_.emplace(endpoint.function.Name(), &endpoint.function);
   const auto& parameters = endpoint.route.Parameters();
   if (std::any_of(parameters.begin(), parameters.end(),
                   [](const TemplateParameter& parameter) { return parameter.name.empty(); })) {
@@ -93,8 +92,11 @@ std::vector<const FunctionRecord*> Dispatcher::FunctionRecords() const {
 }
 
 const BoundFunction* Dispatcher::FindRegistered(std::string_view functionName) const {
-  const auto found = functions_.find(functionName);
-  return found != functions_.end() ? found->second : nullptr;
+  const auto found =
+      std::find_if(endpoints_.begin(), endpoints_.end(), [functionName](const Endpoint& endpoint) {
+        return endpoint.function.Name() == functionName;
+      });
+  return found != endpoints_.end() ? &found->function : nullptr;
 }
 
 Response Dispatcher::HandleRequest(const Request& request) const {

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
-#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +23,7 @@
 #include "api/response.h"
 #include "api/route_table.h"
 #include "api/route_template.h"
+#include "base/kept_memory.h"
 #include "binding/types/type_registry.h"
 
 namespace Kest {
@@ -124,7 +124,7 @@ class Dispatcher {
                   std::span<const NamedValue> arguments) const noexcept;
 
   // In the order of their registration.
-  const std::deque<Endpoint>& Endpoints() const { return endpoints_; }
+  const std::pmr::deque<Endpoint>& Endpoints() const { return endpoints_; }
 
  private:
   template <typename R, typename... A, typename Object, typename Handler>
@@ -149,9 +149,9 @@ class Dispatcher {
 
   TypeRegistry& registry_;
   const BuiltinFunctions builtins_;
-  std::deque<Endpoint> endpoints_;
+  KeptMemory memory_;
+  std::pmr::deque<Endpoint> endpoints_{memory_.Resource()};
   RouteTable routes_;
-  std::map<std::string, const BoundFunction*, std::less<>> functions_;
 };
 
 }  // namespace Kest

@@ -9,16 +9,11 @@ namespace {
 
 constexpr std::string_view kEscaped = "^$.*+?()[]|\\";
 
-std::string_view GroupPattern(ParameterForm form) {
-  switch (form) {
-    case ParameterForm::kRest:
-      return "(.*)";
-    case ParameterForm::kFragment:
-      return "#(.*)";
-    case ParameterForm::kSegment:
-      break;
+void AppendEscaped(std::string_view literal, std::string* pattern) {
+  for (const char c : literal) {
+    if (kEscaped.find(c) != std::string_view::npos) pattern->push_back('\\');
+    pattern->push_back(c);
   }
-  return "([^/]*)";
 }
 
 // Whether a group matches `c`: "." or "[^/]" in the pattern.
@@ -34,7 +29,6 @@ bool MatchesRemainder(bool isRest, std::string_view text) {
 }  // namespace
 
 RouteTemplate::RouteTemplate(std::string_view text) : text_(text) {
-  pattern_.reserve(text.size());
   bool inParameter = false;
   TemplateParameter parameter;
   for (const char c : text) {
@@ -59,18 +53,22 @@ RouteTemplate::RouteTemplate(std::string_view text) : text_(text) {
   }
 }
 
-void RouteTemplate::AppendGroup(ParameterForm form) {
-  if (form == ParameterForm::kFragment) {
-    (groups_.empty() ? prefix_ : groups_.back().literal).push_back('#');
-    ++minimumLength_;
+std::string RouteTemplate::Pattern() const {
+  std::string pattern;
+  AppendEscaped(prefix_, &pattern);
+  for (const Group& group : groups_) {
+    pattern += group.isRest ? "(.*)" : "([^/]*)";
+    AppendEscaped(group.literal, &pattern);
   }
-  pattern_ += GroupPattern(form);
+  return pattern;
+}
+
+void RouteTemplate::AppendGroup(ParameterForm form) {
+  if (form == ParameterForm::kFragment) AppendLiteral('#');
   groups_.push_back({form != ParameterForm::kSegment, {}});
 }
 
 void RouteTemplate::AppendLiteral(char c) {
-  if (kEscaped.find(c) != std::string_view::npos) pattern_.push_back('\\');
-  pattern_.push_back(c);
   (groups_.empty() ? prefix_ : groups_.back().literal).push_back(c);
   ++minimumLength_;
 }

@@ -66,7 +66,7 @@ class RouteTemplate {
   explicit RouteTemplate(std::string_view text);
 
   const std::string& Text() const { return text_; }
-  const std::string& Pattern() const { return pattern_; }
+  std::string Pattern() const;
   // In order; parameter i has capture i.
   const std::vector<TemplateParameter>& Parameters() const { return parameters_; }
 
@@ -94,7 +94,6 @@ class RouteTemplate {
   bool MatchAmbiguous(std::string_view rest, RouteCaptures* captures) const;
 
   std::string text_;
-  std::string pattern_;
   std::vector<TemplateParameter> parameters_;
   std::string prefix_;
   std::vector<Group> groups_;

@@ -70,7 +70,8 @@ class TreeDescriber final : public ValueWriter {
     return false;
   }
   bool Enum(const TypeRecord& type, int32_t value) override {
-    if (view_ == TreeView::kExact) return Say("e" + type.name + "." + std::to_string(value));
+    if (view_ == TreeView::kExact)
+      return Say("e" + std::string(type.name) + "." + std::to_string(value));
     const EnumeratorRecord* named = type.FindEnumerator(value);
     return named != nullptr ? String(named->name) : Signed(value);
   }

@@ -17,7 +17,7 @@ ApiDescriptor::ApiDescriptor() {
 }
 
 KestText ApiDescriptor::Keep(std::string_view text) {
-  return ToText(texts_.emplace_back(text));
+  return ToText(texts_.Copy(text));
 }
 
 KestTypeName ApiDescriptor::Name(const TypeIdentifier& type) {

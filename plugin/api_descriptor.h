@@ -4,10 +4,10 @@
 #pragma once
 
 #include <deque>
-#include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/kept_memory.h"
 #include "plugin/host_interface.h"
 
 namespace Kest {
@@ -31,7 +31,7 @@ class ApiDescriptor {
   KestTypeName Name(const TypeIdentifier& type);
 
   KestApiDescriptor table_{};
-  std::deque<std::string> texts_;
+  KeptMemory texts_;
   std::deque<std::vector<KestArgument>> arguments_;
   std::vector<KestEndpoint> endpoints_;
   std::vector<KestText> eventNames_;

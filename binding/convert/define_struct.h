@@ -93,6 +93,7 @@ class DefineStruct : public Native::DefineType<DefineStruct<T>> {
   // Adds the next members in wire order.
   template <auto... members>
   DefineStruct& Fields(FieldPresence presence = kOptional) {
+    this->builder_.Expect(sizeof...(members));
     (Field<members>(presence), ...);
     return *this;
   }
@@ -118,10 +119,10 @@ class DefineStruct : public Native::DefineType<DefineStruct<T>> {
     field.offset = Native::OffsetOf<T>(member);
     field.staticKey = &StaticType::Key<typename Native::Shown<Value>::Type>();
     field.type = IdentifyType<Value>(registry_);
-    field.tags.assign(tags.begin(), tags.end());
+    field.tags = {tags.begin(), tags.size()};
     field.optional = presence == kOptional;
     field.accessor = &NativeAccessor<Value>();
-    this->builder_.AddField(std::move(field));
+    this->builder_.AddField(field);
     return *this;
   }
 

@@ -62,10 +62,11 @@ class ItemList {
   void Type(std::string_view name, const TypeIdentifier& type) {
     Line({"@type ", name, ": ", ShowType(type)});
   }
-  void Tags(const std::vector<std::string>& tags) {
+  template <typename Names>
+  void Tags(const Names& tags) {
     if (tags.empty()) return;
     std::string joined;
-    for (const std::string& tag : tags) joined += (joined.empty() ? "" : ", ") + tag;
+    for (const auto& tag : tags) joined.append(joined.empty() ? "" : ", ").append(tag);
     Line({"@tags: ", joined});
   }
   std::string Take() { return std::move(text_); }

@@ -37,12 +37,12 @@ BindingFullFunctionHelp DescribeFunction(const FunctionRecord* function) {
 }
 
 BindingFullFieldHelp DescribeField(const FieldRecord& field) {
-  return {field.name, field.description, static_cast<uint32_t>(field.offset), NameType(field.type),
-          field.optional};
+  return {std::string(field.name), std::string(field.description),
+          static_cast<uint32_t>(field.offset), NameType(field.type), field.optional};
 }
 
 BindingFullEnumValueHelp DescribeEnumerator(const EnumeratorRecord& enumerator) {
-  return {enumerator.name, enumerator.description, enumerator.value};
+  return {std::string(enumerator.name), std::string(enumerator.description), enumerator.value};
 }
 
 BindingFullTypeHelp DescribeType(const TypeRecord* type) {
@@ -51,7 +51,7 @@ BindingFullTypeHelp DescribeType(const TypeRecord* type) {
   help.nameSpace = type->nameSpace;
   help.size = static_cast<uint32_t>(type->size);
   help.description = type->description;
-  help.tags = type->tags;
+  help.tags.assign(type->tags.begin(), type->tags.end());
   help.fields = DescribeAll<BindingFullFieldHelp>(type->fields, &DescribeField);
   help.values = DescribeAll<BindingFullEnumValueHelp>(type->enumerators, &DescribeEnumerator);
   return help;

@@ -18,8 +18,7 @@ const EnumeratorRecord* TypeRecord::FindEnumerator(std::string_view enumeratorNa
 
 std::string_view TypeName(const TypeIdentifier& type) {
   const bool isRegistered = type.id == TypeId::kEnum || type.id == TypeId::kStruct;
-  return isRegistered && type.record != nullptr ? std::string_view(type.record->name)
-                                                : TypeIdName(type.id);
+  return isRegistered && type.record != nullptr ? type.record->name : TypeIdName(type.id);
 }
 
 std::string FullName(std::string_view nameSpace, std::string_view name) {

@@ -1,11 +1,13 @@
 // What the registry knows about types, events and functions. Help is written from these records.
 // Threads:  a record is built by one registration chain and immutable afterwards; registration ends
 //           before routes and events are bound, so readers need no lock.
-// Lifetime: as long as the registry that owns it (for the process's own: for ever).
+// Lifetime: as long as the registry that owns it (for the process's own: for ever), with all texts.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,33 +30,37 @@ inline constexpr FieldPresence kRequired = FieldPresence::kRequired;
 
 // One member of a structure, in wire order.
 struct FieldRecord {
-  std::string name;
-  std::string description;
+  std::string_view name;
+  std::string_view description;
   size_t offset = 0;                   // of the member inside the native structure
   const TypeKey* staticKey = nullptr;  // of the member's native type
   TypeIdentifier type;
-  std::vector<std::string> tags;
+  std::span<const std::string_view> tags;
   bool optional = true;
   const ValueAccessor* accessor = nullptr;  // constant object, lives as long as the program
 };
 
 struct EnumeratorRecord {
-  std::string name;
-  std::string description;
+  std::string_view name;
+  std::string_view description;
   int32_t value = 0;
 };
 
 // A registered structure (has fields) or enumeration (has enumerators).
 struct TypeRecord {
+  // Its lists are in `memory`, which outlives it.
+  explicit TypeRecord(std::pmr::memory_resource* memory = std::pmr::get_default_resource())
+      : tags(memory), fields(memory), enumerators(memory) {}
+
   TypeKind kind = TypeKind::kStructure;
-  size_t size = 0;   // of the native type, in bytes
-  std::string name;  // on the wire and in messages, without namespace
+  size_t size = 0;        // of the native type, in bytes
+  std::string_view name;  // on the wire and in messages, without namespace
   const TypeKey* staticKey = nullptr;
-  std::string nameSpace;
-  std::string description;
-  std::vector<std::string> tags;
-  std::vector<FieldRecord> fields;
-  std::vector<EnumeratorRecord> enumerators;
+  std::string_view nameSpace;
+  std::string_view description;
+  std::pmr::vector<std::string_view> tags;
+  std::pmr::vector<FieldRecord> fields;
+  std::pmr::vector<EnumeratorRecord> enumerators;
   const TypeRegistry* registry = nullptr;
 
   // Null when there is none; where several share a value, the first.

@@ -76,7 +76,11 @@ TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
                  "that one first.",
                  record_->name, field.name, field.staticKey->name));
     }
-    record_->fields.push_back(std::move(field));
+    MutexLock lock(registry_.mutex_);
+    field.name = registry_.memory_.Copy(field.name);
+    field.description = registry_.memory_.Copy(field.description);
+    field.tags = registry_.CopyAll(field.tags);
+    record_->fields.push_back(field);
   }
   return *this;
 }
@@ -84,29 +88,39 @@ TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
 TypeBuilder& TypeBuilder::AddEnumerator(std::string_view name, int32_t value,
                                         std::string_view description) {
   if (Accepts(TypeKind::kEnumeration, &TypeRecord::enumerators, name)) {
-    record_->enumerators.push_back({std::string(name), std::string(description), value});
+    MutexLock lock(registry_.mutex_);
+    record_->enumerators.push_back(
+        {registry_.memory_.Copy(name), registry_.memory_.Copy(description), value});
   }
   return *this;
 }
 
 TypeBuilder& TypeBuilder::SetNameSpace(std::string_view nameSpace) {
-  if (IsOpen()) record_->nameSpace = nameSpace;
+  if (IsOpen()) record_->nameSpace = Copy(nameSpace);
   return *this;
 }
 
 TypeBuilder& TypeBuilder::SetDescription(std::string_view description) {
-  if (IsOpen()) record_->description = description;
-  return *this;
-}
-
-TypeBuilder& TypeBuilder::AddTag(std::string_view tag) {
-  if (IsOpen()) record_->tags.emplace_back(tag);
+  if (IsOpen()) record_->description = Copy(description);
   return *this;
 }
 
 TypeBuilder& TypeBuilder::AddTags(std::initializer_list<std::string_view> tags) {
-  for (const std::string_view tag : tags) AddTag(tag);
+  if (!IsOpen()) return *this;
+  MutexLock lock(registry_.mutex_);
+  for (const std::string_view tag : tags) record_->tags.push_back(registry_.memory_.Copy(tag));
   return *this;
+}
+
+void TypeBuilder::Expect(size_t fields) {
+  if (!IsOpen()) return;
+  MutexLock lock(registry_.mutex_);
+  record_->fields.reserve(record_->fields.size() + fields);
+}
+
+std::string_view TypeBuilder::Copy(std::string_view text) {
+  MutexLock lock(registry_.mutex_);
+  return registry_.memory_.Copy(text);
 }
 
 TypeRegistry::TypeRegistry() = default;
@@ -137,17 +151,26 @@ const TypeRecord* TypeRegistry::Enter(std::string_view name, size_t size, const 
     builder.state_ = TypeBuilder::State::kFailed;
     return keyed->second;
   }
-  TypeRecord& record = types_.emplace_back();
+  TypeRecord& record = types_.emplace_back(memory_.Resource());
   builder.record_ = &record;
   builder.state_ = TypeBuilder::State::kOpen;
   record.kind = kind;
   record.size = size;
-  record.name = name;
+  record.name = memory_.Copy(name);
   record.staticKey = &key;
   record.registry = this;
   byName_.emplace(record.name, &record);
   byKey_.emplace(&key, &record);
   return nullptr;
+}
+
+std::span<const std::string_view> TypeRegistry::CopyAll(std::span<const std::string_view> texts) {
+  if (texts.empty()) return {};
+  std::pmr::polymorphic_allocator<std::string_view> memory(memory_.Resource());
+  std::string_view* const copies = memory.allocate(texts.size());
+  std::transform(texts.begin(), texts.end(), copies,
+                 [this](std::string_view text) { return memory_.Copy(text); });
+  return {copies, texts.size()};
 }
 
 void TypeRegistry::Withdraw(const TypeRecord* record) noexcept {

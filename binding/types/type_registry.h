@@ -13,15 +13,17 @@
 #include <utility>
 #include <vector>
 
+#include "base/kept_memory.h"
 #include "base/mutex.h"
 #include "binding/types/type_record.h"
 
 namespace Kest {
 
-// Fills one record. Each call returns the builder, so a registration reads as one chain. Calls do
-// nothing when the name was registered before or when an earlier call of the chain failed. A call
-// fails, changing nothing but logging an error, for a field of an enumeration, an enumerator of a
-// structure, or a second field or enumerator of the same name.
+// Fills one record and copies the texts it is given. Each call returns the builder, so a
+// registration reads as one chain. Calls do nothing when the name was registered before or when an
+// earlier call of the chain failed. A call fails, changing nothing but logging an error, for a
+// field of an enumeration, an enumerator of a structure, or a second field or enumerator of the
+// same name.
 //
 // The record stays only when the chain comes to its end: an exception that ends it half-way takes
 // the record out of the registry again, so that a later registration of the name finds none and
@@ -42,8 +44,9 @@ class TypeBuilder {
                              std::string_view description = {});
   TypeBuilder& SetNameSpace(std::string_view nameSpace);
   TypeBuilder& SetDescription(std::string_view description);
-  TypeBuilder& AddTag(std::string_view tag);
   TypeBuilder& AddTags(std::initializer_list<std::string_view> tags);
+  // Reserves space for as many fields.
+  void Expect(size_t fields);
 
   bool IsRepeat() const { return state_ == State::kRepeat; }
   bool HasFailed() const { return state_ == State::kFailed; }
@@ -55,6 +58,7 @@ class TypeBuilder {
   TypeBuilder(TypeRegistry& registry, std::string_view name, size_t size, const TypeKey& key,
               TypeKind kind);
   bool IsOpen() const { return state_ == State::kOpen; }
+  std::string_view Copy(std::string_view text);
   // Whether an entry of that kind and name may be added; if not, the builder has failed.
   template <typename Entries>
   bool Accepts(TypeKind kind, Entries TypeRecord::*entries, std::string_view name);
@@ -106,13 +110,17 @@ class TypeRegistry {
   const TypeRecord* Enter(std::string_view name, size_t size, const TypeKey& key, TypeKind kind,
                           TypeBuilder& builder) KEST_EXCLUDES(mutex_);
   void Withdraw(const TypeRecord* record) noexcept KEST_EXCLUDES(mutex_);
+  std::span<const std::string_view> CopyAll(std::span<const std::string_view> texts)
+      KEST_REQUIRES(mutex_);
 
   mutable Mutex mutex_;
+  KeptMemory memory_ KEST_GUARDED_BY(mutex_);  // of all records
   // Pointers to records stay valid.
-  std::list<TypeRecord> types_ KEST_GUARDED_BY(mutex_);
+  std::pmr::list<TypeRecord> types_ KEST_GUARDED_BY(mutex_){memory_.Resource()};
   std::deque<EventRecord> events_ KEST_GUARDED_BY(mutex_);
-  std::map<std::string, TypeRecord*, std::less<>> byName_ KEST_GUARDED_BY(mutex_);
-  std::unordered_map<const TypeKey*, TypeRecord*> byKey_ KEST_GUARDED_BY(mutex_);
+  std::pmr::map<std::string_view, TypeRecord*> byName_ KEST_GUARDED_BY(mutex_){memory_.Resource()};
+  std::pmr::unordered_map<const TypeKey*, TypeRecord*> byKey_ KEST_GUARDED_BY(mutex_){
+      memory_.Resource()};
 };
 
 }  // namespace Kest

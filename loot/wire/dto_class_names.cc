@@ -108,18 +108,15 @@ void RegisterMessageDtos(DtoRegistrar& registrar) {
 
 void DtoClassNames::Enter(std::string_view shortName, const TypeKey& typeKey,
                           std::string_view className) {
-  byShortName_.emplace(shortName, className);
-  byTypeKey_.emplace(&typeKey, className);
+  entries_.push_back({shortName, &typeKey, className});
 }
 
 std::string_view DtoClassNames::FindByShortName(std::string_view shortName) const {
-  const auto found = byShortName_.find(shortName);
-  return found == byShortName_.end() ? std::string_view() : found->second;
+  return Find([shortName](const Entry& entry) { return entry.shortName == shortName; });
 }
 
 std::string_view DtoClassNames::FindByTypeKey(const TypeKey& typeKey) const {
-  const auto found = byTypeKey_.find(&typeKey);
-  return found == byTypeKey_.end() ? std::string_view() : found->second;
+  return Find([&typeKey](const Entry& entry) { return entry.typeKey == &typeKey; });
 }
 
 void RegisterLootDtos(TypeRegistry& registry, DtoClassNames* names) {

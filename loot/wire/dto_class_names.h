@@ -2,8 +2,9 @@
 // Threads: filled at registration, read-only afterwards.
 #pragma once
 
+#include <algorithm>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace Kest {
 class TypeRegistry;
@@ -22,8 +23,19 @@ class DtoClassNames {
   std::string_view FindByTypeKey(const TypeKey& typeKey) const;
 
  private:
-  std::unordered_map<std::string_view, std::string_view> byShortName_;
-  std::unordered_map<const TypeKey*, std::string_view> byTypeKey_;
+  struct Entry {
+    std::string_view shortName;
+    const TypeKey* typeKey;
+    std::string_view className;
+  };
+
+  template <class Test>
+  std::string_view Find(Test test) const {
+    const auto found = std::find_if(entries_.begin(), entries_.end(), test);
+    return found == entries_.end() ? std::string_view() : found->className;
+  }
+
+  std::vector<Entry> entries_;  // few: looking at each is enough
 };
 
 // Enters the names of every DTO in `*names` and registers its structure, DTO by DTO in the one

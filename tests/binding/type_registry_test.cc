@@ -107,7 +107,7 @@ TEST(TypeBuilder, AFailedCallChangesNothingAndEndsTheChain) {
     const TypeKey key("T");
     TypeBuilder builder = types.RegisterType("T", 4, key, kind);
     wrong(builder);
-    builder.AddTag("late").SetDescription("late");
+    builder.AddTags({"late"}).SetDescription("late");
     EXPECT_TRUE(builder.HasFailed());
     const TypeRecord* record = types.FindByName("T");
     EXPECT_TRUE(record->tags.empty() && record->description.empty());

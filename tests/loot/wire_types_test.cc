@@ -2,7 +2,9 @@
 // field, a type out of order or a renumbered enumerator shows as the lines that differ.
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "binding/help/help_types.h"
 #include "binding/types/type_registry.h"
@@ -19,9 +21,9 @@ std::string Describe(const TypeIdentifier& type) {
   return type.elementId == TypeId::kNone ? name : name + " of " + Describe(type.Element());
 }
 
-std::string Attributes(const std::string& description, const std::vector<std::string>& tags) {
-  std::string text = description.empty() ? "" : " \"" + description + "\"";
-  for (const std::string& tag : tags) text += " #" + tag;
+std::string Attributes(std::string_view description, std::span<const std::string_view> tags) {
+  std::string text = description.empty() ? "" : " \"" + std::string(description) + "\"";
+  for (const std::string_view tag : tags) text.append(" #").append(tag);
   return text + "\n";
 }
 
@@ -32,15 +34,17 @@ std::string Describe(const TypeRegistry& registry, const SVDS::DtoClassNames& cl
     const bool isEnum = type->kind == TypeKind::kEnumeration;
     const std::string_view className = classNames.FindByShortName(type->name);
     EXPECT_EQ(classNames.FindByTypeKey(*type->staticKey), className) << type->name;
-    text += type->name + (isEnum ? " is enum " : " is struct ") + type->nameSpace;
+    text.append(type->name).append(isEnum ? " is enum " : " is struct ").append(type->nameSpace);
     text += className.empty() ? "" : ", class " + std::string(className);
     text += Attributes(type->description, type->tags);
     for (const FieldRecord& field : type->fields) {
-      text += type->name + "." + field.name + ": " + Describe(field.type);
+      text.append(type->name).append(".").append(field.name);
+      text += ": " + Describe(field.type);
       text += (field.optional ? "" : " required") + Attributes(field.description, field.tags);
     }
     for (const EnumeratorRecord& enumerator : type->enumerators) {
-      text += type->name + "." + enumerator.name + " = " + std::to_string(enumerator.value);
+      text.append(type->name).append(".").append(enumerator.name);
+      text += " = " + std::to_string(enumerator.value);
       text += Attributes(enumerator.description, {});
     }
   }

@@ -73,8 +73,8 @@ TEST_F(HandshakeTest, RegistersTheBuiltInsThenThePluginsOwnAndDescribesAll) {
   std::string text;
   ScriptedPlugin::script.registerApi = [&](ScriptedPlugin&) {
     for (const TypeRecord* type : TypeRegistry::Process().Types()) {
-      text += "type " + type->name;
-      for (const std::string& tag : type->tags) text += " #" + tag;
+      text.append("type ").append(type->name);
+      for (const std::string_view tag : type->tags) text.append(" #").append(tag);
       text += "\n";
     }
     EXPECT_THAT(log.Lines(), IsEmpty());

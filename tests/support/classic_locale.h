@@ -1,4 +1,4 @@
-// For what the C library prints or reads as a reference, whatever locale the tests run in.
+// For what the C library prints or reads as a reference, in any locale the tests run in.
 #pragma once
 
 #include <clocale>
