@@ -41,13 +41,20 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                 TimelineControls(&traffic_, &timelineStream_)},
                &sessions_),
       guard_(options_.address, options_.allowedOrigins),
-      router_(&scheduler_, &sessions_, &control_, &traffic_) {
+      router_(&scheduler_, &sessions_, &control_, &traffic_, log) {
+  log_->SetListener([this](LogLevel level, std::string_view text) {
+    timeline_.Add({.kind = RowKind::kLog,
+                   .name = "host",
+                   .status = std::string(LogLevelName(static_cast<int32_t>(level))),
+                   .summary = std::string(text)});
+  });
   timeline_.SetListener(
       [this](const std::string& row) { timelineStream_.AppendFrame("row", row); });
 }
 
 DevelopmentHost::~DevelopmentHost() {
   scheduler_.End();  // before what its tasks use
+  log_->SetListener({});
 }
 
 // Runs `work` as a task and waits for its result; nothing when it takes too long.

@@ -18,7 +18,7 @@ struct HostOptions {
   std::vector<std::string> allowedOrigins = {};  // of pages, besides loopback
   bool signsIn = true;                           // the player is signed in when a session begins
   bool untilInputCloses = false;                 // ends also when standard input is closed
-  LogLevel logLevel = LogLevel::kOkay;
+  LogSettings log = {};
 };
 
 }  // namespace Kest::Host

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "base/platform.h"
 #include "host/cause/cause.h"
 #include "host/http/http_responses.h"
 #include "host/http/request_target.h"
@@ -70,8 +71,8 @@ void AddResponse(Timeline* timeline, uint64_t request, const HttpRequest& asked,
 }  // namespace
 
 RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
-                             Traffic* traffic)
-    : scheduler_(scheduler), sessions_(sessions), control_(control), traffic_(traffic) {}
+                             Traffic* traffic, HostLog* log)
+    : scheduler_(scheduler), sessions_(sessions), control_(control), traffic_(traffic), log_(log) {}
 
 std::optional<HttpResponse> RequestRouter::Refuse(const HttpRequest& request) {
   const bool isControl =
@@ -81,6 +82,16 @@ std::optional<HttpResponse> RequestRouter::Refuse(const HttpRequest& request) {
 }
 
 void RequestRouter::Handle(HttpRequest request, const Respond& respond) {
+  if (!log_->settings().requests) return Dispatch(std::move(request), respond);
+  auto logged = [log = log_, method = request.method, target = request.target,
+                 begin = MonotonicMilliseconds(), respond](HttpResponse response) {
+    log->WriteRequest(method, target, response.status, MonotonicMilliseconds() - begin);
+    respond(std::move(response));
+  };
+  Dispatch(std::move(request), logged);
+}
+
+void RequestRouter::Dispatch(HttpRequest request, const Respond& respond) {
   const std::string_view path = RequestTarget::Split(request.target).path;
   if (path.starts_with(kPluginPrefix)) {
     if (!IsPluginMethod(request.method)) return respond(MethodProblem(kAllPluginMethods));

@@ -19,7 +19,7 @@ class RequestRouter {
  public:
   // The parts outlive the router and every task it posts.
   RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
-                Traffic* traffic);
+                Traffic* traffic, HostLog* log);
 
   // [any thread] The refusal of what a reserved connection is not kept for; nothing for the rest.
   // Needs the request's head only.
@@ -30,6 +30,7 @@ class RequestRouter {
  private:
   using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
+  void Dispatch(HttpRequest request, const Respond& respond);
   void RunTask(HttpRequest request, const Respond& respond, Handler handle);
   // Each with its rows in the timeline.
   HttpResponse AskPlugin(const HttpRequest& request);
@@ -39,6 +40,7 @@ class RequestRouter {
   SessionManager* const sessions_;
   HostControl* const control_;
   Traffic* const traffic_;
+  HostLog* const log_;
 };
 
 }  // namespace Kest::Host

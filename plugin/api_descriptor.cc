@@ -14,6 +14,7 @@ ApiDescriptor::ApiDescriptor() {
   table_.request = &HandleRequest;
   table_.invoke = &InvokeFunction;
   table_.release = &ReleaseResponse;
+  table_.setLogging = &SetLogging;
 }
 
 KestText ApiDescriptor::Keep(std::string_view text) {

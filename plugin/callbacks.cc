@@ -130,6 +130,11 @@ const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName
   });
 }
 
+void KEST_ABI SetLogging(void* context, int32_t leastLevel, uint32_t outputs) noexcept {
+  auto* const runtime = static_cast<PluginRuntime*>(context);
+  if (runtime != nullptr) runtime->logOutputs.Set(leastLevel, outputs);
+}
+
 void KEST_ABI ReleaseResponse(void* /*context*/, const KestResponse* response) noexcept {
   delete reinterpret_cast<const LentResponse*>(response);
 }

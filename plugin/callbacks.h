@@ -15,5 +15,6 @@ const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName
                                             const KestValue* arguments,
                                             size_t argumentCount) noexcept;
 void KEST_ABI ReleaseResponse(void* context, const KestResponse* response) noexcept;
+void KEST_ABI SetLogging(void* context, int32_t leastLevel, uint32_t outputs) noexcept;
 
 }  // namespace Kest

@@ -204,6 +204,9 @@ typedef struct KestHostServices {
 
 /* ---- What the plugin offers ------------------------------------------------------------------ */
 
+/* Where log lines go. The debugger is that of Windows. */
+enum { KEST_LOG_STANDARD_ERROR = 1, KEST_LOG_DEBUGGER = 2, KEST_LOG_HOST = 4 };
+
 /* Where an argument is taken from. */
 enum {
   KEST_LOCATION_ANY = 0,
@@ -271,7 +274,21 @@ typedef struct KestApiDescriptor {
   /* The bytes of one element of `endpoints` and of its `arguments`, as the plugin was compiled. */
   size_t endpointSize;
   size_t argumentSize;
+
+  /* [any thread] Chooses where the plugin's log lines of at least `leastLevel` (see `log`) go from
+   * now on: `outputs` is a sum of KEST_LOG_.... It holds for all of this library; a host that
+   * prints what `log` hands to it leaves standard error out, so that no line is there twice. Until
+   * the first call lines of level 1 and above go to all three, among them the one that says that
+   * the handshake is over. Not from inside `log`. Absent in a plugin that is older than this entry:
+   * see KestCanSetLogging. */
+  void(KEST_ABI* setLogging)(void* context, int32_t leastLevel, uint32_t outputs);
 } KestApiDescriptor;
+
+/* Whether the plugin that gave the descriptor has `setLogging`. */
+static inline bool KestCanSetLogging(const KestApiDescriptor* api) {
+  return api->size >= offsetof(KestApiDescriptor, setLogging) + sizeof api->setLogging &&
+         api->setLogging != NULL;
+}
 
 /* The element at `index` of a list, however long its elements are. */
 static inline const KestEndpoint* KestEndpointAt(const KestApiDescriptor* api, size_t index) {

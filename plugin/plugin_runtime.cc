@@ -48,6 +48,7 @@ void PluginRuntime::AttachLogTarget(const KestHostServices& services) {
   if (logger.FindTarget(PluginLogTarget::kClassName) != nullptr) return;
   logTarget_ = std::make_unique<PluginLogTarget>(services);
   logger.Attach(*logTarget_);
+  logOutputs.Apply();
 }
 
 void PluginRuntime::DetachLogTarget() {

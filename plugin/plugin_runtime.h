@@ -12,6 +12,7 @@
 #include "plugin/api_descriptor.h"
 #include "plugin/entry_gate.h"
 #include "plugin/host_services.h"
+#include "plugin/log_outputs.h"
 #include "plugin/plugin_identity.h"
 #include "plugin/plugin_log_target.h"
 #include "plugin/runtime_counters.h"
@@ -39,6 +40,7 @@ struct PluginRuntime {
   EntryGate gate;
   RuntimeCounters counters;
   HostServices host;
+  LogOutputs logOutputs;
   std::unique_ptr<PluginBase> plugin;
   ApiDescriptor api;
 

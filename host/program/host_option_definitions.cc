@@ -56,10 +56,21 @@ void AddLogOptions(CLI::App& app, HostOptions* options) {
                                                   {"error", LogLevel::kError},
                                                   {"always", LogLevel::kAlways},
                                                   {"none", LogLevel::kNone}};
-  app.add_option("--log-level", options->logLevel,
-                 "Least level of the host's own lines on standard error")
-      ->type_name("okay|warning|error|always|none")
-      ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case).description(""));
+  CLI::Option* const level =
+      app.add_option("--log-level", options->log.least,
+                     "Least level of the lines on standard error; none: nothing at all")
+          ->type_name("okay|warning|error|always|none")
+          ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case).description(""));
+  CLI::Option* const quiet =
+      app.add_flag("--quiet", options->log.onlyErrors, "Only errors on standard error");
+  app.add_flag_callback(
+         "--verbose", [log = &options->log] { log->isVerbose = log->requests = true; },
+         "The plugin's lines of level okay and a line for each request, too")
+      ->excludes(level)
+      ->excludes(quiet);
+  quiet->excludes(level);
+  app.add_flag("--log-requests", options->log.requests,
+               "A line for each request: time, method, path, status, milliseconds");
 }
 
 }  // namespace

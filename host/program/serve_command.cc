@@ -1,10 +1,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "host/development_host.h"
 #include "host/program/command.h"
 #include "host/program/host_option_definitions.h"
+#include "host/program/standard_error_mute.h"
 #include "host/program/stop_signal.h"
 #include "host/session/host_log.h"
 
@@ -27,15 +29,21 @@ int Fail(const Failure& failure) {
 }
 
 int Serve(const HostOptions& options) {
-  HostLog log(stderr, options.logLevel);
+  std::optional<StandardErrorMute> mute;
+  if (options.log.least == LogLevel::kNone) mute.emplace();
+  const auto fail = [&mute](const Failure& failure) {
+    mute.reset();
+    return Fail(failure);
+  };
+  HostLog log(stderr, options.log);
   StopSignal signal;
   if (options.untilInputCloses) signal.FollowInput();
   DevelopmentHost host(options, &log);
-  if (const auto started = host.Start(); !started) return Fail(started.GetFailure());
+  if (const auto started = host.Start(); !started) return fail(started.GetFailure());
   std::printf("%s\n", host.ReadyLine().c_str());
   std::fflush(stdout);
   signal.Wait();
-  if (const auto stopped = host.Stop(); !stopped) return Fail(stopped.GetFailure());
+  if (const auto stopped = host.Stop(); !stopped) return fail(stopped.GetFailure());
   return kSucceeded;
 }
 

@@ -1,16 +1,20 @@
-// The host's log: its own lines go to standard error, one at a time. The lines that the plugin
-// hands on are only kept, for those who ask over HTTP: the plugin prints them itself.
+// The host's log: lines of its own and of the plugin go to standard error, one at a time and each
+// with its time. The plugin's newest lines are also kept, for those who ask over HTTP.
 //
 // Threads: any; lines are never mixed.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/mutex.h"
+#include "base/platform.h"
 
 namespace Kest::Host {
 
@@ -20,25 +24,56 @@ enum class LogLevel : int32_t { kOkay = 0, kWarning = 1, kError = 2, kAlways = 3
 // "okay", "warning", ...; a number that is no level counts as "always".
 std::string_view LogLevelName(int32_t level);
 
+// What is printed.
+struct LogSettings {
+  LogLevel least = LogLevel::kOkay;  // lines below are dropped; kNone: all are
+  bool onlyErrors = false;
+  bool isVerbose = false;  // the plugin writes its lines of level okay too
+  bool requests = false;   // a line for each request
+};
+
 class HostLog {
  public:
-  // Own lines below `least` are dropped. `stream` outlives the log.
-  HostLog(std::FILE* stream, LogLevel least) : stream_(stream), least_(least) {}
+  // `stream` outlives the log.
+  HostLog(std::FILE* stream, const LogSettings& settings) : stream_(stream), settings_(settings) {}
+  HostLog(std::FILE* stream, LogLevel least) : HostLog(stream, LogSettings{.least = least}) {}
 
   // How many kept lines there are at most; the oldest go first.
   static constexpr size_t kMostKept = 1000;
 
-  // Writes "tav-loot-host: <text>".
+  const LogSettings& settings() const { return settings_; }
+  // Takes times from `clock`, milliseconds since 1970. Set it before others use the log.
+  void SetClock(std::function<int64_t()> clock) { clock_ = std::move(clock); }
+  // `listener` gets each line of the host itself, also those that are not printed, on the thread
+  // that writes it. Set it as the clock.
+  void SetListener(std::function<void(LogLevel level, std::string_view text)> listener) {
+    listener_ = std::move(listener);
+  }
+  // Whether the plugin leaves printing its lines to this log.
+  void SetPrintsPlugin(bool prints) { printsPlugin_ = prints; }
+
+  // Writes "<time>| <level>| | tav-loot-host: <text>".
   void Write(LogLevel level, std::string_view text);
-  // Keeps a finished line of the plugin, without the line feed at its end.
-  void Append(std::string_view line);
+  // Writes a line for a request that was responded to, if they are asked for.
+  void WriteRequest(std::string_view method, std::string_view target, int status,
+                    int64_t milliseconds);
+  // Keeps a finished line of the plugin, without the line feed at its end, and prints it when the
+  // plugin does not.
+  void Append(LogLevel level, std::string_view line);
   // The kept lines, oldest first.
   std::deque<std::string> Kept() const;
 
  private:
+  bool Shows(LogLevel level) const;
+  void Print(LogLevel level, std::string_view label, std::string_view text);
+  void PrintLocked(std::string_view line) KEST_REQUIRES(mutex_);
+
   std::FILE* const stream_;
-  const LogLevel least_;
-  mutable Mutex mutex_;  // also keeps own lines apart
+  const LogSettings settings_;
+  std::function<int64_t()> clock_ = WallClockMilliseconds;
+  std::function<void(LogLevel level, std::string_view text)> listener_;
+  std::atomic<bool> printsPlugin_ = false;
+  mutable Mutex mutex_;  // also keeps lines apart
   std::deque<std::string> kept_ KEST_GUARDED_BY(mutex_);
 };
 

@@ -33,6 +33,15 @@ Maybe<std::unique_ptr<PluginSession>> PluginSession::Open(const std::string& lib
                                                           const Surroundings& surroundings) {
   auto library = PluginLibrary::Open(libraryPath);
   if (!library) return library.GetFailure();
+  const KestHandshakeBlock& block = library.GetValue()->Block();
+  const bool canSet = KestCanSetLogging(block.api);
+  if (canSet) {
+    const LogLevel least =
+        surroundings.log->settings().isVerbose ? LogLevel::kOkay : LogLevel::kWarning;
+    block.api->setLogging(block.context, static_cast<int32_t>(least),
+                          KEST_LOG_HOST | KEST_LOG_DEBUGGER);
+  }
+  surroundings.log->SetPrintsPlugin(canSet);
   return std::unique_ptr<PluginSession>(
       new PluginSession(std::move(library.GetValue()), std::move(world), surroundings));
 }

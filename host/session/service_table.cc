@@ -95,7 +95,7 @@ struct ServiceTable::Entries {
   }
   static void Log(const KestHostServices* self, int32_t level, KestText line) {
     Guarded(self, false, [&](ServiceTable& services) {
-      services.wiring_.log->Append(View(line));
+      services.wiring_.log->Append(static_cast<LogLevel>(level), View(line));
       services.wiring_.traffic->Rows().Add({.kind = RowKind::kLog,
                                             .name = "plugin",
                                             .status = std::string(LogLevelName(level)),

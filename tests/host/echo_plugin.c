@@ -151,7 +151,8 @@ static const KestApiDescriptor api = {sizeof(KestApiDescriptor),
                                       OnInvoke,
                                       OnRelease,
                                       sizeof(KestEndpoint),
-                                      sizeof(KestArgument)};
+                                      sizeof(KestArgument),
+                                      NULL};
 
 KEST_EXPORT void KEST_ABI load_tav_loot(KestHandshakeBlock* block) {
   block->callbacks = &callbacks;

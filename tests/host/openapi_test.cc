@@ -60,7 +60,8 @@ const KestApiDescriptor kApi = {.size = sizeof(KestApiDescriptor),
                                 .invoke = nullptr,
                                 .release = nullptr,
                                 .endpointSize = sizeof(LaterEndpoint),
-                                .argumentSize = sizeof(LaterArgument)};
+                                .argumentSize = sizeof(LaterArgument),
+                                .setLogging = nullptr};
 
 constexpr std::string_view kHelp = R"({"functions":[{"name":"Find"}],"types":[
   {"name":"Rig","nameSpace":"N","description":"Sails.","fields":[],

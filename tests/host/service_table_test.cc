@@ -117,7 +117,7 @@ TEST_F(ServiceTableTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOr
   EXPECT_THAT(delivered_, ElementsAre(HasSubstr("LootConfig/Enabled")));
 }
 
-TEST_F(ServiceTableTest, LinesOfThePluginAreKeptAndNotPrintedAgain) {
+TEST_F(ServiceTableTest, TheNewestLinesOfThePluginAreKept) {
   table_->log(table_, 2, Text("first\n"));
   for (size_t i = 1; i < HostLog::kMostKept; ++i) table_->log(table_, 77, Text("more"));
   EXPECT_EQ(log_.Kept().front(), "first");
@@ -125,7 +125,7 @@ TEST_F(ServiceTableTest, LinesOfThePluginAreKeptAndNotPrintedAgain) {
   EXPECT_EQ(log_.Kept().size(), HostLog::kMostKept);
   EXPECT_EQ(log_.Kept().front(), "more");
   EXPECT_EQ(log_.Kept().back(), "newest");
-  EXPECT_EQ(std::ftell(logFile_), 0);
+  EXPECT_EQ(std::ftell(logFile_), 0) << "a plugin that prints its lines itself";
 }
 
 TEST_F(ServiceTableTest, NothingIsCalledForADroppedSubscriptionAndAfterClose) {

@@ -63,6 +63,32 @@ TEST_F(PluginLifeTest, StartIdentifiesThePluginAndSendsTheProcesssLogToOneHost) 
   EXPECT_EQ(ScriptedPlugin::script.alive, 1) << "the second one lives on";
 }
 
+TEST_F(PluginLifeTest, TheHostChoosesWhereLinesGo) {
+  Logger::Instance().ResetForTests();
+  const auto outputs = [&](Level level) {
+    std::string names;
+    for (const char* name : {"StdErrLogTarget", "DebuggerConsoleLogTarget", "PluginLogTarget"}) {
+      const LogTarget* const target = Logger::Instance().FindTarget(name);
+      const bool passes = LogFilter::Passes(level, kNoGroups) && target != nullptr;
+      names += passes && target->Accepts(level, kNoGroups) ? "+" : "-";
+    }
+    return names;
+  };
+  Load();
+  EXPECT_EQ(outputs(Level::kWarning), "++-");
+  const auto set = host_.Block().api->setLogging;
+  set(host_.Block().context, 0, KEST_LOG_HOST);
+  EXPECT_EQ(outputs(Level::kAlways), "---") << "before start the host has no log";
+  ASSERT_TRUE(host_.Start());
+  EXPECT_EQ(outputs(Level::kOkay) + outputs(Level::kError), "--+--+");
+  set(host_.Block().context, 2, KEST_LOG_STANDARD_ERROR | KEST_LOG_DEBUGGER);
+  EXPECT_EQ(outputs(Level::kWarning) + outputs(Level::kError), "---++-");
+  set(host_.Block().context, 4, ~0u);
+  EXPECT_EQ(outputs(Level::kAlways), "---") << "no line has this level";
+  set(nullptr, 0, ~0u);
+  EXPECT_EQ(outputs(Level::kAlways), "---");
+}
+
 TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   int runs = 0;
   ScriptedPlugin::script.initialise = [&](ScriptedPlugin&) -> bool {
