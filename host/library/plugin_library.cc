@@ -9,8 +9,8 @@ constexpr char kEntryName[] = "load_tav_loot";
 
 // Whether all of it that this host reads is there.
 bool IsComplete(const KestApiDescriptor& api) {
-  return api.size >= offsetof(KestApiDescriptor, setLogging) && api.endpointSize >= sizeof(KestEndpoint) &&
-         api.argumentSize >= sizeof(KestArgument);
+  return api.size >= offsetof(KestApiDescriptor, setLogging) &&
+         api.endpointSize >= sizeof(KestEndpoint) && api.argumentSize >= sizeof(KestArgument);
 }
 
 }  // namespace

@@ -44,7 +44,9 @@ TEST(HostLog, PrintsWhatItIsAskedFor) {
       {{}, true, kAll},
       {{.requests = true}, true, std::string(kAll) + ";   OKAY| | GET /a??[31m 404 7 ms"},
       {{.onlyErrors = true}, true, "p2;  ERROR| | tav-loot-host: h2"},
-      {{.least = LogLevel::kError}, false, " ERROR| | tav-loot-host: h2; ALWAYS| | tav-loot-host: h3"},
+      {{.least = LogLevel::kError},
+       false,
+       " ERROR| | tav-loot-host: h2; ALWAYS| | tav-loot-host: h3"},
       {{.least = LogLevel::kNone, .requests = true}, true, ""},
   };
   for (const auto& c : kCases) EXPECT_EQ(Printed(c.settings, c.printsPlugin), c.printed);
