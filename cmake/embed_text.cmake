@@ -9,12 +9,12 @@ file(WRITE "${OUTPUT}"
 namespace ${NAMESPACE} {
 namespace {
 
-constexpr char kBytes[] = {
+constexpr char ${NAME}Bytes[] = {
 ${bytes}};
 
 }  // namespace
 
-const std::string_view ${NAME}(kBytes, sizeof(kBytes));
+const std::string_view ${NAME}(${NAME}Bytes, sizeof(${NAME}Bytes));
 
 }  // namespace ${NAMESPACE}
 ")

@@ -100,18 +100,21 @@ function(kest_plugin name)
   endif()
 endfunction()
 
-# kest_embed_text(source TEXT file HEADER x.h NAME kX): puts the file, named from the root, into the program as the
-# std::string_view kX that the header declares. `source` becomes the name of the C++ file to compile.
+# kest_embed_text(source TEXT file HEADER x.h NAME kX): puts the file, named from the root or one that the build makes,
+# into the program as the std::string_view kX that the header declares. `source` becomes the name of the C++ file to
+# compile.
 function(kest_embed_text source)
   cmake_parse_arguments(ARG "" "TEXT;HEADER;NAME" "" ${ARGN})
-  cmake_path(GET ARG_TEXT STEM stem)
+  cmake_path(ABSOLUTE_PATH ARG_TEXT BASE_DIRECTORY "${PROJECT_SOURCE_DIR}")
+  cmake_path(GET ARG_TEXT FILENAME file)
+  string(REPLACE "." "_" stem "${file}")
   set(output "${CMAKE_CURRENT_BINARY_DIR}/${stem}_text.cc")
   set(maker "${PROJECT_SOURCE_DIR}/cmake/embed_text.cmake")
   add_custom_command(
     OUTPUT "${output}"
-    COMMAND "${CMAKE_COMMAND}" "-DINPUT=${PROJECT_SOURCE_DIR}/${ARG_TEXT}" "-DOUTPUT=${output}"
+    COMMAND "${CMAKE_COMMAND}" "-DINPUT=${ARG_TEXT}" "-DOUTPUT=${output}"
             "-DHEADER=${ARG_HEADER}" -DNAMESPACE=Kest::Host -DNAME=${ARG_NAME} -P "${maker}"
-    DEPENDS "${PROJECT_SOURCE_DIR}/${ARG_TEXT}" "${maker}"
+    DEPENDS "${ARG_TEXT}" "${maker}"
     VERBATIM)
   set(${source} "${output}" PARENT_SCOPE)
 endfunction()

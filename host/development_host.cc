@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/platform.h"
+#include "host/controls/console_controls.h"
 #include "host/controls/description_controls.h"
 #include "host/controls/event_controls.h"
 #include "host/controls/session_controls.h"
@@ -38,7 +39,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                 {&scheduler_, &serviceEvents_, &stream_, log, &traffic_}),
       control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log}),
                 EventControls(&stream_), DescriptionControls(&sessions_),
-                TimelineControls(&traffic_, &timelineStream_)},
+                TimelineControls(&traffic_, &timelineStream_), ConsoleControls()},
                &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_, &traffic_, log) {

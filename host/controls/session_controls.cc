@@ -4,8 +4,10 @@
 #include <string>
 #include <utility>
 
+#include "host/console/console_files.h"
 #include "host/controls/with_session.h"
 #include "host/http/http_responses.h"
+#include "host/http/media_ranges.h"
 #include "host/json/json.h"
 #include "host/library/c_views.h"
 #include "host/library/methods.h"
@@ -50,14 +52,23 @@ Json EndpointsJson(const KestApiDescriptor& api) {
   return endpoints;
 }
 
-HttpResponse Index(PluginSession& session) {
-  return JsonResponse(WriteJson(Json{{"plugin", session.FullName()},
-                                     {"version", session.Version()},
-                                     {"events", "/_host/events"},
-                                     {"health", "/_host/health"},
-                                     {"help", "/_host/help"},
-                                     {"openapi", "/_host/openapi.json"},
-                                     {"endpoints", EndpointsJson(session.Api())}}));
+HttpResponse PluginIndex(PluginSession& session) {
+  HttpResponse response =
+      JsonResponse(WriteJson(Json{{"plugin", session.FullName()},
+                                  {"version", session.Version()},
+                                  {"events", "/_host/events"},
+                                  {"health", "/_host/health"},
+                                  {"help", "/_host/help"},
+                                  {"openapi", "/_host/openapi.json"},
+                                  {"endpoints", EndpointsJson(session.Api())}}));
+  response.variesByAccept = true;
+  return response;
+}
+
+// Browsers name HTML, programs take what comes. The console is there without a plugin, too.
+HttpResponse Index(SessionManager* sessions, const HostCall& call) {
+  if (Prefers(call.request.accept, "text/html", "application/json")) return ConsolePage();
+  return WithSession(sessions, PluginIndex);
 }
 
 HttpResponse Health(const SessionParts& parts) {
@@ -101,7 +112,7 @@ HttpResponse Reset(SessionManager* sessions) {
 
 ControlGroup SessionControls(const SessionParts& parts) {
   return {
-      {"GetHostIndex", [parts](const HostCall&) { return WithSession(parts.sessions, Index); }},
+      {"GetHostIndex", [parts](const HostCall& call) { return Index(parts.sessions, call); }},
       {"GetHealth", [parts](const HostCall&) { return Health(parts); }},
       {"AwaitIdle", [parts](const HostCall& call) { return Idle(parts, call); }},
       {"Reset", [parts](const HostCall&) { return Reset(parts.sessions); }},

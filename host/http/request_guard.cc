@@ -3,18 +3,13 @@
 #include <algorithm>
 #include <cctype>
 
+#include "host/http/header_text.h"
 #include "host/http/http_responses.h"
 
 namespace Kest::Host {
 namespace {
 
 constexpr std::string_view kLoopbackNames[] = {"localhost", "127.0.0.1", "[::1]"};
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
-    return std::tolower(x) == std::tolower(y);
-  });
-}
 
 // "name:port" without its port; unchanged when what follows the colon is no port.
 std::string_view WithoutPort(std::string_view hostAndPort) {

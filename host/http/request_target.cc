@@ -2,18 +2,9 @@
 
 #include <charconv>
 
+#include "host/http/header_text.h"
+
 namespace Kest::Host {
-namespace {
-
-// Removes the part of `*text` up to the first `separator` and returns what precedes that.
-std::string_view TakeUpTo(char separator, std::string_view* text) {
-  const size_t end = text->find(separator);
-  const std::string_view head = text->substr(0, end);
-  text->remove_prefix(end == std::string_view::npos ? text->size() : end + 1);
-  return head;
-}
-
-}  // namespace
 
 RequestTarget RequestTarget::Split(std::string_view target) {
   const std::string_view path = TakeUpTo('?', &target);

@@ -16,6 +16,7 @@ export const samples = {
   PostContextMenu: { path: { lootId: "SKIN_RENTAL_11001" } },
   DismissNewNotification: { path: { lootId: "CURRENCY_cosmetic" } },
   AcknowledgePlayerLootNotification: { path: { id: "CHEST_new_player" } },
+  GetConsoleFile: { path: { file: "icon.svg" } },
   GetHelp: { query: { format: "Full" } },
   AwaitIdle: { query: { timeoutMilliseconds: 20000 } },
   GetTimeline: { query: { after: 0, kind: "request,task,event", limit: 50 } },

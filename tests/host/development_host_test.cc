@@ -49,10 +49,10 @@ class DevelopmentHostTest : public testing::Test {
   }
 
   static std::string Head(std::string_view requestLine) {
-    return std::string(requestLine) + " HTTP/1.1\r\nHost: localhost\r\n";
+    return std::string(requestLine).append(" HTTP/1.1\r\nHost: localhost\r\n");
   }
   static std::string Simple(std::string_view requestLine) {
-    return Head(requestLine) + "Connection: close\r\n\r\n";
+    return Head(requestLine).append("Connection: close\r\n\r\n");
   }
   static std::string WithBody(std::string_view requestLine, std::string_view type,
                               std::string_view body) {
@@ -77,6 +77,32 @@ TEST_F(DevelopmentHostTest, TurnsResponsesOfThePluginAndItsOwnIntoHttp) {
       "tests/host/host_requests.txt",
       [this](const std::string& request) { return Outline(Ask(RequestOf(request))); }));
   EXPECT_THAT(Ask(Simple("GET /_host/health")), StartsWith("HTTP/1.1 200 OK"));
+}
+
+TEST_F(DevelopmentHostTest, BrowsersGetTheConsoleAndOthersTheIndex) {
+  const struct {
+    const char* why;
+    const char* accept;
+    const char* type;
+  } cases[] = {
+      {"a browser", "text/html,application/xhtml+xml,application/xml;q=0.9,*/*;q=0.8",
+       "text/html;"},
+      {"what comes", "*/*", "application/json"},
+      {"JSON goes before", "TEXT/HTML ; q=0.5, application/json;q=0.75", "application/json"},
+      {"HTML goes before", "application/json;q=0.2, text/html;level=1;q=0.25", "text/html;"},
+      {"no HTML", "text/html;q=0.000, */*", "application/json"},
+      {"no quality", "text/html;q=x", "text/html;"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.why);
+    std::string request = Head("GET /");
+    request.append("Connection: close\r\nAccept: ").append(c.accept).append("\r\n\r\n");
+    const std::string response = Ask(request);
+    EXPECT_THAT(response, AllOf(HasSubstr("\r\nVary: Accept\r\n"),
+                                HasSubstr("\r\nContent-Type: " + std::string(c.type))));
+    EXPECT_EQ(response.find("Content-Security-Policy: default-src 'none'") != std::string::npos,
+              c.type == std::string("text/html;"));
+  }
+  EXPECT_THAT(Ask(Simple("GET /_host/console/..%2Fmain.cc")), StartsWith("HTTP/1.1 404 "));
 }
 
 TEST_F(DevelopmentHostTest, BytesGoBothWaysAsTheyAre) {

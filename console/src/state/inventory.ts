@@ -1,0 +1,111 @@
+// The items as the plugin publishes them: read once, then kept by the events of single items.
+import { signal } from "@preact/signals";
+import { call } from "../api/client";
+import type { PlayerLoot } from "../api/types";
+import { connections, dataOf, onEvent, type StreamEvent } from "./stream";
+
+const itemPath = "/tav-loot/v1/player-loot/";
+const mapPath = "/tav-loot/v2/player-loot-map";
+
+export type LoadState = "loading" | "loaded" | "failed";
+export const loadState = signal<LoadState>("loading");
+export const loadFailure = signal("");
+// Grows with each change that is to be drawn.
+export const inventoryVersion = signal(0);
+// The version of the last published map.
+export const publishedVersion = signal(0);
+
+export const items = new Map<string, PlayerLoot>();
+// When an item last changed by an event, by performance.now().
+export const changedAt = new Map<string, number>();
+
+// Between two drawings of a stream of changes.
+const leastPause = 50;
+let drawnAt = 0;
+let isDrawing = false;
+function draw(): void {
+  if (isDrawing) return;
+  isDrawing = true;
+  const flush = () => {
+    isDrawing = false;
+    drawnAt = performance.now();
+    inventoryVersion.value++;
+  };
+  const wait = drawnAt + leastPause - performance.now();
+  if (document.hidden || wait > 0) setTimeout(flush, Math.max(wait, 16));
+  else requestAnimationFrame(flush);
+}
+
+interface Batch {
+  version: number;
+  changes: StreamEvent[];
+}
+// What came while the whole inventory was being read, in batches that end with the map's version.
+let waiting: Batch[] | undefined;
+
+// The id in "/tav-loot/v1/player-loot/{lootId}"; nothing for a menu below it.
+export function itemIdOf(uri: string): string | undefined {
+  if (!uri.startsWith(itemPath)) return undefined;
+  const rest = uri.slice(itemPath.length);
+  return rest.includes("/") ? undefined : decodeURIComponent(rest);
+}
+
+function apply(event: StreamEvent): void {
+  if (event.kind !== "resource") return;
+  const id = itemIdOf(event.uri);
+  if (id === undefined) return;
+  if (event.type === "Delete") items.delete(id);
+  else items.set(id, dataOf(event) as PlayerLoot);
+  changedAt.set(id, performance.now());
+  draw();
+}
+
+function onResource(event: StreamEvent & { kind: "resource" }): void {
+  const version = event.uri === mapPath ? Number(/"version":(\d+)/.exec(event.text.slice(0, 200))?.[1] ?? 0) : 0;
+  if (version) publishedVersion.value = version;
+  if (loadState.value === "failed" && itemIdOf(event.uri) !== undefined) void load();
+  if (!waiting) return apply(event);
+  waiting.at(-1)?.changes.push(event);
+  if (!version) return;
+  const last = waiting.at(-1);
+  if (last) last.version = version;
+  waiting.push({ version: Infinity, changes: [] });
+}
+
+let loads = 0;
+// Reads all items. The latest call counts.
+export async function load(): Promise<void> {
+  const mine = ++loads;
+  waiting = [{ version: Infinity, changes: [] }];
+  if (loadState.value !== "loaded") loadState.value = "loading";
+  try {
+    const map = await call("get", mapPath);
+    if (mine !== loads) return;
+    items.clear();
+    for (const [id, item] of Object.entries(map.playerLoot)) items.set(id, item);
+    publishedVersion.value = Math.max(map.version, 0);
+    const late = waiting.filter((batch) => batch.version > map.version);
+    waiting = undefined;
+    for (const batch of late) batch.changes.forEach(apply);
+    loadState.value = "loaded";
+  } catch (failure) {
+    if (mine !== loads) return;
+    waiting = undefined;
+    loadState.value = "failed";
+    loadFailure.value = (failure as Error).message;
+  }
+  draw();
+}
+
+export function startInventory(): void {
+  onEvent((event) => {
+    if (event.kind === "resource") return onResource(event);
+    if (event.kind === "reset") {
+      items.clear();
+      changedAt.clear();
+      loadState.value = "loading";
+    }
+    void load();
+  });
+  connections.subscribe((count) => void (count > 0 && load()));
+}

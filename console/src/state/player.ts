@@ -1,0 +1,14 @@
+// Signing in and out.
+import { call } from "../api/client";
+import { load } from "./inventory";
+
+export async function login(): Promise<string> {
+  await call("post", "/_host/login");
+  await load();
+  return "Signed in";
+}
+
+export async function logout(): Promise<string> {
+  await call("post", "/_host/logout");
+  return "Signed out";
+}

@@ -1,0 +1,57 @@
+// What always matters: which world and player, whether the host is there, and the way back to the start.
+import { call } from "./api/client";
+import { nextTheme, theme } from "./theme";
+import { connection, retryNow } from "./state/stream";
+import { waiting } from "./state/crafts";
+import { world } from "./state/world";
+import { useAction } from "./ui/action";
+import { Badge, Button } from "./ui/controls";
+import { Icon } from "./ui/icon";
+
+const themeIcons = { system: "half", light: "sun", dark: "moon" } as const;
+const connectionTexts = { connecting: "Connecting", live: "Live", lost: "Reconnecting" } as const;
+
+function Connection() {
+  const state = connection.value;
+  return (
+    <button type="button" class={`connection ${state}`} aria-live="polite" title="The stream of events" disabled={state !== "lost"} onClick={retryNow}>
+      <span class="dot" aria-hidden="true" />
+      <span>{connectionTexts[state]}</span>
+    </button>
+  );
+}
+
+export function TopBar() {
+  const reset = useAction(async () => {
+    await call("post", "/_host/reset");
+    return "World and plugin have started again";
+  });
+  const state = world.value;
+  return (
+    <header class="top">
+      <p class="brand">
+        <Icon name="grid" />
+        <span>Loot console</span>
+      </p>
+      <p class="scene">
+        {state && (
+          <>
+            <b>{state.name}</b>
+            <Badge kind={state.session ? "good" : "warn"}>{state.session ? "Signed in" : "Signed out"}</Badge>
+            {state.phase && <Badge>{state.phase}</Badge>}
+          </>
+        )}
+        {waiting.value.length > 0 && (
+          <span class="badge strong" role="status">
+            <span class="spinner" aria-hidden="true" /> {waiting.value.length} waiting
+          </span>
+        )}
+      </p>
+      <Connection />
+      <Button icon={themeIcons[theme.value]} kind="plain" label={`Colors: ${theme.value}`} onClick={nextTheme} />
+      <Button icon="reset" label="Reset world and plugin" isRunning={reset.isRunning} onClick={() => void reset.run()}>
+        Reset
+      </Button>
+    </header>
+  );
+}

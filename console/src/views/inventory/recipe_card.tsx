@@ -1,0 +1,91 @@
+// One recipe that takes the item: what goes in, what is missing, and the button that crafts.
+import { useSignal } from "@preact/signals";
+import type { Recipe } from "../../api/types";
+import { craft, mostWaiting, waiting } from "../../state/crafts";
+import { inventoryVersion, items } from "../../state/inventory";
+import { lootText } from "../../state/names";
+import { Badge, Button, Select } from "../../ui/controls";
+import { fillSlots, type FilledSlot } from "./slots";
+
+function SlotRow({ slot, tags, onChoose }: { slot: FilledSlot; tags: string; onChoose: (id: string) => void }) {
+  const id = slot.chosen;
+  const option = (choice: string) => [choice, `${lootText(choice)} (${items.get(choice)?.count ?? 0})`] as const;
+  return (
+    <li class="slot">
+      <span class="slot-quantity">{slot.quantity}×</span>
+      {id === undefined ? (
+        <span class="slot-name">{lootText(tags)}</span>
+      ) : slot.choices.length > 1 ? (
+        <Select label={`Item for slot ${slot.slotNumber}`} options={slot.choices.map(option)} value={id} onChange={onChoose} />
+      ) : (
+        <span class="slot-name">
+          {lootText(id)} <span class="quiet">({items.get(id)?.count ?? 0} held)</span>
+        </span>
+      )}
+      {slot.missing > 0 && <Badge kind="warn">{slot.missing} missing</Badge>}
+    </li>
+  );
+}
+
+function Outputs({ recipe }: { recipe: Recipe }) {
+  if (recipe.outputs.length === 0) return null;
+  const text = recipe.outputs.map((output) => `${output.quantity} ${lootText(output.lootName)}`).join(", ");
+  return <p class="recipe-outputs">Gives from: {text}</p>;
+}
+
+export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string }) {
+  void inventoryVersion.value;
+  const chosen = useSignal<Record<number, string>>({});
+  const repeat = useSignal(1);
+  const slots = fillSlots(recipe, items, lootId, chosen.value, repeat.value);
+  const isWaiting = waiting.value.some((entry) => entry.title === recipe.recipeName);
+  const isFull = waiting.value.length >= mostWaiting;
+  const run = () => {
+    const given = slots.flatMap((slot) => slot.chosen ?? []);
+    void craft(recipe.recipeName, lootId, recipe.recipeName, given, repeat.value);
+  };
+  const isMissing = slots.some((slot) => slot.missing > 0);
+  const name = recipe.contextMenuText || recipe.type;
+  return (
+    <article class="recipe">
+      <h4>
+        {name} <span class="quiet">{recipe.recipeName}</span>
+      </h4>
+      {recipe.description && <p>{recipe.description}</p>}
+      <ul class="slots">
+        {slots.map((slot) => (
+          <SlotRow
+            key={slot.slotNumber}
+            slot={slot}
+            tags={recipe.slots.find((each) => each.slotNumber === slot.slotNumber)?.tags ?? ""}
+            onChoose={(id) => (chosen.value = { ...chosen.value, [slot.slotNumber]: id })}
+          />
+        ))}
+      </ul>
+      <Outputs recipe={recipe} />
+      <div class="recipe-actions">
+        <label class="repeat">
+          Times
+          <input
+            type="number"
+            min={1}
+            max={1000}
+            value={repeat.value}
+            onInput={(event) => (repeat.value = Math.max(1, Math.min(1000, event.currentTarget.valueAsNumber || 1)))}
+          />
+        </label>
+        <Button
+          kind={isMissing ? "normal" : "main"}
+          icon="bolt"
+          isRunning={isWaiting}
+          disabled={isFull}
+          label={`${name}: craft ${recipe.recipeName}`}
+          title={isFull ? "Three calls wait already: release one first" : isMissing ? "The platform will refuse this" : undefined}
+          onClick={run}
+        >
+          {isMissing ? "Craft anyway" : "Craft"}
+        </Button>
+      </div>
+    </article>
+  );
+}

@@ -1,0 +1,45 @@
+// Filters and sorting; all of it is in the address.
+import { change } from "../../route";
+import { inventoryVersion, items, publishedVersion } from "../../state/inventory";
+import { SearchField, Select } from "../../ui/controls";
+import { countsOf, sorts, type Filters } from "./filters";
+import { redeemableText } from "./status";
+
+type Option = readonly [string, string];
+
+function options(all: string, field: Parameters<typeof countsOf>[1], text: (value: string) => string): Option[] {
+  const counted = countsOf(items.values(), field).map(([value, count]): Option => [value, `${text(value)} (${count})`]);
+  return [["", all], ...counted];
+}
+
+export function Toolbar({ filters, shown }: { filters: Filters; shown: number }) {
+  void inventoryVersion.value;
+  const same = (value: string) => value;
+  return (
+    <div class="toolbar" role="search" aria-label="Filters">
+      <SearchField label="Name, id or tag" value={filters.text} onInput={(q) => change({ q })} />
+      <Select label="Type" options={options("All types", "type", same)} value={filters.type} onChange={(type) => change({ type })} />
+      <Select
+        label="Status"
+        options={options("Any status", "redeemableStatus", redeemableText)}
+        value={filters.status}
+        onChange={(status) => change({ status })}
+      />
+      <Select
+        label="Category"
+        options={options("All categories", "displayCategories", same)}
+        value={filters.category}
+        onChange={(category) => change({ category })}
+      />
+      <button type="button" class="toggle" aria-pressed={filters.isNew} onClick={() => change({ new: filters.isNew ? "" : "1" })}>
+        New only
+      </button>
+      <Select label="Order" options={sorts} value={filters.sort} onChange={(sort) => change({ sort })} />
+      <p class="toolbar-count">
+        <b>{shown.toLocaleString("en")}</b>
+        {shown !== items.size && ` of ${items.size.toLocaleString("en")}`} items
+        <span class="quiet"> · version {publishedVersion.value}</span>
+      </p>
+    </div>
+  );
+}

@@ -1,0 +1,27 @@
+// The platform's side: the player, the game, configuration, collections, grants and messages.
+import { world } from "../../state/world";
+import { Empty } from "../../ui/controls";
+import { CollectionsCard } from "./collections_card";
+import { ConfigurationCard } from "./configuration_card";
+import { GrantCard } from "./grant_card";
+import { MessagesCard } from "./messages_card";
+import { NoticesCard } from "./notices_card";
+import { PlayerCard } from "./player_card";
+
+export function WorldView() {
+  const state = world.value;
+  if (!state) return <Empty icon="globe" title="Asking the host …" />;
+  return (
+    <div class="page scroll">
+      <h1>{state.name}</h1>
+      <div class="cards">
+        <PlayerCard state={state} />
+        <ConfigurationCard state={state} />
+        <GrantCard />
+        <MessagesCard state={state} />
+        <NoticesCard />
+        <CollectionsCard state={state} />
+      </div>
+    </div>
+  );
+}

@@ -1,0 +1,3 @@
+// All tests of the console, one after the other in one process.
+import "./views_test";
+import "./use_test";

@@ -1,0 +1,103 @@
+// The console in use: what is done in it reaches the plugin, and what changes is seen.
+import assert from "node:assert/strict";
+import { host, onPage, reset, tile } from "./harness";
+
+onPage("a chest is opened and the grid shows what came", "#/inventory?item=CHEST_lantern", async (page) => {
+  await tile(page, "CHEST_lantern").getByLabel("2 held").waitFor();
+  await page.getByRole("button", { name: "Open: craft CHEST_lantern_OPEN" }).click();
+  const result = page.getByRole("region", { name: "Result" });
+  await result.getByRole("heading", { name: "Added" }).waitFor();
+  await tile(page, "CHEST_lantern").getByLabel("1 held").waitFor();
+  const name = await result.locator(".delta .link").first().textContent();
+  await page.getByRole("button", { name: "Close the item" }).click();
+  await page.getByRole("searchbox").fill(name ?? "");
+  await page.getByRole("option", { name: name ?? "" }).filter({ hasText: "New" }).first().waitFor();
+});
+
+onPage("a refusal is shown with its reason", "#/inventory?item=MATERIAL_key_fragment", async (page) => {
+  await page.getByRole("spinbutton", { name: "Times" }).fill("500");
+  await page.getByText("1493 missing").waitFor();
+  await page.getByRole("button", { name: /craft MATERIAL_key_FORGE/ }).click();
+  await page.getByRole("region", { name: "Result" }).getByText("MISSING_INGREDIENTS").waitFor();
+});
+
+onPage("filters are in the address, back and forward go through the views", "#/inventory", async (page) => {
+  await page.getByRole("combobox", { name: "Type" }).selectOption("CHEST");
+  await page.getByRole("searchbox").fill("lantern");
+  await page.waitForURL(/type=CHEST&q=lantern/);
+  assert.equal(await page.getByRole("option", { name: /Chest/ }).count(), 1);
+  await page.getByRole("link", { name: "World" }).click();
+  await page.getByRole("heading", { name: "Collections" }).waitFor();
+  await page.goBack();
+  assert.equal(await page.getByRole("searchbox").inputValue(), "lantern");
+  await page.goForward();
+  await page.getByRole("heading", { name: "Collections" }).waitFor();
+});
+
+onPage("the keyboard reaches views, search, items and their panel", "#/host", async (page) => {
+  await page.keyboard.press("1");
+  await page.getByRole("listbox").waitFor();
+  await page.keyboard.press("/");
+  await page.keyboard.type("quillam");
+  await page.getByRole("listbox").focus();
+  await page.keyboard.press("ArrowRight");
+  await page.keyboard.press("Enter");
+  await page.getByRole("complementary").waitFor();
+  await page.keyboard.press("Escape");
+  await page.getByRole("complementary").waitFor({ state: "detached" });
+});
+
+onPage("the player signs out and in", "#/world", async (page) => {
+  await page.getByRole("button", { name: "Sign out" }).click();
+  await page.getByRole("banner").getByText("Signed out").waitFor();
+  await page.getByRole("button", { name: "Sign in" }).click();
+  await page.getByRole("banner").getByText("Signed in").waitFor();
+});
+
+onPage("a change of the platform's inventory is retrieved and seen", "#/world", async (page) => {
+  await page.getByRole("combobox", { name: "Loot name" }).fill("CHEST_harbour");
+  await page.getByRole("button", { name: "Change" }).click();
+  await page.getByText(/The platform holds \d+ of CHEST_harbour/).waitFor();
+  const { count } = (await host.call("GET", "/tav-loot/v1/player-loot/CHEST_harbour")) as { count: number };
+  await page.getByRole("link", { name: "Inventory" }).click();
+  await tile(page, "CHEST_harbour").getByLabel(`${count} held`).waitFor();
+});
+
+onPage("an endpoint's form sends what it says", "#/api?op=GetPlayerLootById", async (page) => {
+  await page.getByLabel("lootId").fill("CHEST_harbour");
+  await page.getByRole("button", { name: "Send" }).click();
+  await page.getByRole("region", { name: "Response", exact: true }).getByText('"CHEST_harbour"').first().waitFor();
+  await page.getByLabel("lootId").fill("CHEST_nothing");
+  await page.keyboard.press("Enter");
+  await page.getByRole("region", { name: "Response", exact: true }).getByText('"Not Found"', { exact: true }).waitFor();
+});
+
+onPage("a reset by another program is noticed", "#/inventory", async (page) => {
+  await host.call("POST", "/tav-loot/v1/recipes/CHEST_harbour_OPEN/craft", ["CHEST_harbour", "MATERIAL_key"]);
+  const { count } = (await host.call("GET", "/tav-loot/v1/player-loot/MATERIAL_key")) as { count: number };
+  await tile(page, "MATERIAL_key").getByLabel(`${count} held`).waitFor();
+  await reset();
+  await tile(page, "MATERIAL_key").getByLabel("5 held").waitFor();
+});
+
+onPage("the console comes back when the host does", "#/inventory", async (page) => {
+  await host.call("POST", "/tav-loot/v1/recipes/CHEST_lantern_OPEN/craft", ["CHEST_lantern"]);
+  await tile(page, "CHEST_lantern").getByLabel("1 held").waitFor();
+  await host.stop();
+  await page.getByText("Reconnecting").waitFor();
+  await host.start();
+  await page.getByText("Live", { exact: true }).waitFor();
+  await tile(page, "CHEST_lantern").getByLabel("2 held").waitFor();
+});
+
+onPage("a page of another origin can change nothing", "#/inventory", async (page) => {
+  const other = await page.context().newPage();
+  await other.route("http://elsewhere.test/", (route) => route.fulfill({ contentType: "text/html", body: "another page" }));
+  await other.goto("http://elsewhere.test/");
+  const url = `${host.url}_host/logout`;
+  const refused = other.waitForResponse(url);
+  await other.evaluate((target) => void fetch(target, { method: "POST", mode: "no-cors" }), url);
+  assert.equal((await refused).status(), 403);
+  const policy = (await page.request.get(host.url, { headers: { Accept: "text/html" } })).headers();
+  assert.match(policy["content-security-policy"] ?? "", /default-src 'none'; script-src 'self'; style-src 'self'/);
+});
