@@ -9,6 +9,7 @@
 #include "host/controls/console_controls.h"
 #include "host/controls/description_controls.h"
 #include "host/controls/event_controls.h"
+#include "host/controls/explain_controls.h"
 #include "host/controls/session_controls.h"
 #include "host/controls/timeline_controls.h"
 #include "host/json/json_text.h"
@@ -39,7 +40,8 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                 {&scheduler_, &serviceEvents_, &stream_, log, &traffic_}),
       control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log}),
                 EventControls(&stream_), DescriptionControls(&sessions_),
-                TimelineControls(&traffic_, &timelineStream_), ConsoleControls()},
+                TimelineControls(&traffic_, &timelineStream_), ConsoleControls(),
+                ExplainControls(&sessions_)},
                &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_, &traffic_, log) {

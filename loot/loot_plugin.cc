@@ -29,7 +29,9 @@ LootPlugin::LootPlugin(PluginRuntime& runtime, size_t itemsInSlice)
       subscriptions_(client_, proxy_,
                      {enablement_, readiness_, newPlayerChest_, session_, messages_, grants_}),
       endpoints_({loot_, state_, inventory_, publisher_, readiness_, retrieval_, newPlayerChest_,
-                  configuration_, views_, transactions_, grants_, chests_}) {}
+                  configuration_, views_, transactions_, grants_, chests_}),
+      explainer_({loot_, state_, inventory_, readiness_, sources_, logos_, session_, retrieval_,
+                  newPlayerChest_, grants_}) {}
 
 void LootPlugin::RegisterApi() {
   Api::RegisterLootResources(TypeRegistry::Process());
@@ -47,6 +49,10 @@ bool LootPlugin::Initialise() {
 
 void LootPlugin::Shutdown() {
   proxy_.Finalise();
+}
+
+Response LootPlugin::Explain(std::string_view question) {
+  return explainer_.Explain(question);
 }
 
 }  // namespace Kest::Client::Loot

@@ -14,10 +14,12 @@
 #include "loot/calls/loot_publisher.h"
 #include "loot/calls/loot_retrieval.h"
 #include "loot/calls/new_player_chest.h"
+#include "loot/calls/player_session.h"
 #include "loot/calls/source_readiness.h"
 #include "loot/calls/tournament_logos.h"
 #include "loot/calls/transactions.h"
 #include "loot/calls/watched_views.h"
+#include "loot/explain/explainer.h"
 #include "loot/loot_endpoints.h"
 #include "loot/loot_subscriptions.h"
 #include "loot/state/loot_inventory.h"
@@ -36,6 +38,7 @@ class LootPlugin final : public PluginBase {
   void RegisterApi() override;
   bool Initialise() override;
   void Shutdown() override;
+  Response Explain(std::string_view question) override;
 
  private:
   SVDS::DtoClassNames dtoClassNames_;
@@ -63,6 +66,7 @@ class LootPlugin final : public PluginBase {
 
   LootSubscriptions subscriptions_;
   LootEndpoints endpoints_;
+  Explainer explainer_;
 };
 
 }  // namespace Kest::Client::Loot

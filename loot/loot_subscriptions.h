@@ -3,8 +3,8 @@
 #pragma once
 
 #include "loot/calls/forward.h"
+#include "loot/calls/player_session.h"
 #include "loot/loot_enablement.h"
-#include "loot/player_session.h"
 #include "loot/wire/sibling_resources.h"
 
 namespace Kest::Client::Loot {

@@ -15,6 +15,7 @@ ApiDescriptor::ApiDescriptor() {
   table_.invoke = &InvokeFunction;
   table_.release = &ReleaseResponse;
   table_.setLogging = &SetLogging;
+  table_.explain = &ExplainDecision;
 }
 
 KestText ApiDescriptor::Keep(std::string_view text) {

@@ -46,9 +46,12 @@ Response FailWithMessage(const char* text) noexcept {
   return response;
 }
 
+enum class InStatistics { kNo, kYes };
+
 // Responds with `handle(plugin)`, counted in the gate; any failure becomes a response too.
 template <class Handle>
-const KestResponse* HandleCounted(void* context, Handle&& handle) noexcept {
+const KestResponse* HandleInGate(void* context, InStatistics inStatistics,
+                                 Handle&& handle) noexcept {
   auto* const runtime = static_cast<PluginRuntime*>(context);
   if (runtime == nullptr) return Lend(FailWithMessage(""));
   const GateEntry entry(runtime->gate);
@@ -64,8 +67,10 @@ const KestResponse* HandleCounted(void* context, Handle&& handle) noexcept {
         LogException("Request", text);
         response = FailWithMessage(text);
       });
-  ++runtime->counters.requestsHandled;
-  if (response.status >= kStatusBadRequest) ++runtime->counters.requestsFailed;
+  if (inStatistics == InStatistics::kYes) {
+    ++runtime->counters.requestsHandled;
+    if (response.status >= kStatusBadRequest) ++runtime->counters.requestsFailed;
+  }
   return Lend(std::move(response));
 }
 
@@ -96,7 +101,7 @@ const KestCallbackTable& CallbackTable() {
 
 const KestResponse* KEST_ABI HandleRequest(void* context, const KestRequest* request) noexcept {
   if (request == nullptr) return Lend(FailWithMessage(""));
-  return HandleCounted(context, [request](PluginBase& plugin) {
+  return HandleInGate(context, InStatistics::kYes, [request](PluginBase& plugin) {
     std::vector<HeaderPair> headers;
     headers.reserve(request->headerCount);
     for (size_t i = 0; i < request->headerCount; ++i) {
@@ -116,7 +121,7 @@ const KestResponse* KEST_ABI HandleRequest(void* context, const KestRequest* req
 const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName,
                                             const KestValue* arguments,
                                             size_t argumentCount) noexcept {
-  return HandleCounted(context, [&](PluginBase& plugin) {
+  return HandleInGate(context, InStatistics::kYes, [&](PluginBase& plugin) {
     std::vector<NamedValue> values;
     values.reserve(argumentCount);
     for (size_t i = 0; i < argumentCount; ++i) {
@@ -133,6 +138,11 @@ const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName
 void KEST_ABI SetLogging(void* context, int32_t leastLevel, uint32_t outputs) noexcept {
   auto* const runtime = static_cast<PluginRuntime*>(context);
   if (runtime != nullptr) runtime->logOutputs.Set(leastLevel, outputs);
+}
+
+const KestResponse* KEST_ABI ExplainDecision(void* context, KestText question) noexcept {
+  return HandleInGate(context, InStatistics::kNo,
+                      [question](PluginBase& plugin) { return plugin.Explain(ToView(question)); });
 }
 
 void KEST_ABI ReleaseResponse(void* /*context*/, const KestResponse* response) noexcept {

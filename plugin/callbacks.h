@@ -14,6 +14,7 @@ const KestResponse* KEST_ABI HandleRequest(void* context, const KestRequest* req
 const KestResponse* KEST_ABI InvokeFunction(void* context, KestText functionName,
                                             const KestValue* arguments,
                                             size_t argumentCount) noexcept;
+const KestResponse* KEST_ABI ExplainDecision(void* context, KestText question) noexcept;
 void KEST_ABI ReleaseResponse(void* context, const KestResponse* response) noexcept;
 void KEST_ABI SetLogging(void* context, int32_t leastLevel, uint32_t outputs) noexcept;
 

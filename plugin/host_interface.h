@@ -28,11 +28,11 @@
  * A module task needs a stack of 64 KiB; no call of the plugin goes deeper for larger input.
  *
  * Deliveries. The host queues: it never calls a delivery, completion or task function of the plugin
- * from inside a call to its service table, nor start or stop. `request` and `invoke` it may call
- * from inside `publish`, on the same task, and from inside no other entry; the response shows the
- * change that is being published, what the call changes is published after it, and the bytes lent
- * to `publish` stay as they are. `statistics` and `release` may be called from inside every entry
- * but `log`.
+ * from inside a call to its service table, nor start or stop. `request`, `invoke` and `explain` it
+ * may call from inside `publish`, on the same task, and from inside no other entry; the response
+ * shows the change that is being published, what the call changes is published after it, and the
+ * bytes lent to `publish` stay as they are. `statistics` and `release` may be called from inside
+ * every entry but `log`.
  *
  * Resource events, request completions and tasks run as [module task]; the events
  * "OnServiceProxyUuidEvent", "OnServiceProxyMethodEvent", "OnServiceProxyAsyncEvent" and
@@ -282,12 +282,26 @@ typedef struct KestApiDescriptor {
    * the handshake is over. Not from inside `log`. Absent in a plugin that is older than this entry:
    * see KestCanSetLogging. */
   void(KEST_ABI* setLogging)(void* context, int32_t leastLevel, uint32_t outputs);
+
+  /* [module task] Explains a decision of the plugin as it is now: why loot is disabled, what the
+   * plugin waits for, why an item has its status. `question` is a raw path without a "/" in front,
+   * with a query where it takes one: "ready", "item/CHEST_1". The response is that of `request`:
+   * 200 with a JSON document, 404 for a question that the plugin does not know, 400 for one with a
+   * part missing. It does not yield, changes nothing and is not counted by `statistics`. Absent in
+   * a plugin that is older than this entry: see KestCanExplain. */
+  const KestResponse*(KEST_ABI* explain)(void* context, KestText question);
 } KestApiDescriptor;
 
 /* Whether the plugin that gave the descriptor has `setLogging`. */
 static inline bool KestCanSetLogging(const KestApiDescriptor* api) {
   return api->size >= offsetof(KestApiDescriptor, setLogging) + sizeof api->setLogging &&
          api->setLogging != NULL;
+}
+
+/* Whether the plugin that gave the descriptor has `explain`. */
+static inline bool KestCanExplain(const KestApiDescriptor* api) {
+  return api->size >= offsetof(KestApiDescriptor, explain) + sizeof api->explain &&
+         api->explain != NULL;
 }
 
 /* The element at `index` of a list, however long its elements are. */

@@ -9,4 +9,8 @@ PluginBase::PluginBase(PluginRuntime& runtime)
 
 PluginBase::~PluginBase() = default;
 
+Response PluginBase::Explain(std::string_view) {
+  return NotFound();
+}
+
 }  // namespace Kest

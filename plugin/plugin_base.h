@@ -12,8 +12,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "api/dispatcher.h"
+#include "api/response.h"
 #include "plugin/app_module.h"
 #include "plugin/host_services.h"
 #include "plugin/plugin_runtime.h"
@@ -32,6 +34,9 @@ class PluginBase {
   virtual bool Initialise() = 0;
   // Ends waits that are not on host services. Must not wait.
   virtual void Shutdown() {}
+  // Explains a decision as it is now; `question` is a path and query ("item/CHEST_1"). Must not
+  // wait and changes nothing. A plugin that explains nothing knows no question.
+  virtual Response Explain(std::string_view question);
 
   Dispatcher& Api() { return dispatcher_; }
 

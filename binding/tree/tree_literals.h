@@ -1,4 +1,4 @@
-// Trees as initialiser lists, for tests and samples:
+// Trees as initialiser lists, for small documents; each level copies those below it:
 //
 //   const BindingProperty tree =
 //       Structure{{"name", "chest"}, {"count", 3u}, {"tags", Collection{true, -2, 2.5, nullptr}}};

@@ -1,5 +1,7 @@
 #include "host/library/plugin_library.h"
 
+#include <cstddef>
+
 #include "host/library/shared_library.h"
 
 namespace Kest::Host {
@@ -7,7 +9,7 @@ namespace {
 
 constexpr char kEntryName[] = "load_tav_loot";
 
-// Whether all of it that this host reads is there.
+// Whether all of it that this host needs is there: of the entries, all but the late ones.
 bool IsComplete(const KestApiDescriptor& api) {
   return api.size >= offsetof(KestApiDescriptor, setLogging) &&
          api.endpointSize >= sizeof(KestEndpoint) && api.argumentSize >= sizeof(KestArgument);

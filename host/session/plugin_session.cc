@@ -82,6 +82,16 @@ HttpResponse PluginSession::Invoke(std::string_view function,
       block.api->invoke(block.context, Text(function), arguments.data(), arguments.size()));
 }
 
+HttpResponse PluginSession::Explain(std::string_view question) {
+  const KestHandshakeBlock& block = library_->Block();
+  if (!KestCanExplain(block.api)) {
+    return ProblemResponse(501, "The plugin is older than explanations.");
+  }
+  HttpResponse response = TakeResponse(block.api->explain(block.context, Text(question)));
+  response.variesByAccept = false;
+  return response;
+}
+
 // Copies the plugin's response and gives it back.
 HttpResponse PluginSession::TakeResponse(const KestResponse* given) {
   const KestHandshakeBlock& block = library_->Block();

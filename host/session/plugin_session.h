@@ -44,6 +44,8 @@ class PluginSession {
   HttpResponse Request(const HttpRequest& request);
   // Calls a function of the plugin by its name. Returns as Request.
   HttpResponse Invoke(std::string_view function, std::span<const KestValue> arguments);
+  // Asks the plugin to explain a decision. Returns as Request; 501 when the plugin cannot.
+  HttpResponse Explain(std::string_view question);
   // Hands a control request to the world and delivers what it causes.
   HttpResponse Control(const HttpRequest& request, std::string_view path);
 

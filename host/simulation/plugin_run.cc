@@ -51,6 +51,19 @@ PluginReply PluginRun::Call(const std::string& method, const std::string& url,
     const RunningCode code(RunningCode::Of::kPlugin);
     response = block_.api->request(block_.context, &request);
   }
+  return Copy(response);
+}
+
+PluginReply PluginRun::Explain(std::string_view question) {
+  const KestResponse* response = nullptr;
+  {
+    const RunningCode code(RunningCode::Of::kPlugin);
+    response = block_.api->explain(block_.context, Text(question));
+  }
+  return Copy(response);
+}
+
+PluginReply PluginRun::Copy(const KestResponse* response) {
   if (response == nullptr) return {};
   PluginReply reply{response->status, std::string(View(response->message)),
                     std::string(View(response->body))};

@@ -34,6 +34,8 @@ class PluginRun {
   void Start();
   void Ask(std::string method, std::string url, std::string body, TakeReply take);
   void Stop();
+  // Asks for an explanation, which waits for nothing and so needs no task.
+  PluginReply Explain(std::string_view question);
 
   bool IsLoaded() const { return block_.context != nullptr; }
   bool HasStarted() const { return started_; }
@@ -43,6 +45,8 @@ class PluginRun {
   const KestApiDescriptor& Api() const { return *block_.api; }
 
  private:
+  // Copies the plugin's response and gives it back.
+  PluginReply Copy(const KestResponse* response);
   PluginReply Call(const std::string& method, const std::string& url, const std::string& body);
 
   SimulatedHost* const host_;

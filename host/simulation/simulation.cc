@@ -288,7 +288,11 @@ void Simulation::CheckQuiet(SeededRandom& random) {
   }
   if (findings_.First()) return;
   inputs_.Settle();
-  QuietState state{published_, inputs_, ReadAll(random), PlatformState(), false, 0, 0, 0, 0, {}};
+  QuietState state{published_, inputs_, ReadAll(random), {}, PlatformState(), false, 0, 0, 0,
+                   0,          {}};
+  for (const std::string_view question : kQuestions) {
+    state.explanations.emplace(question, plugin_.Explain(question));
+  }
   state.knowsAll = host_.Ledger().PluginKnowsAll();
   state.openAsks = plugin_.OpenAsks();
   state.openRequests = host_.OpenRequests();

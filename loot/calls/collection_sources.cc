@@ -1,10 +1,10 @@
 #include "loot/calls/collection_sources.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "client/sibling_client.h"
 #include "log/logger.h"
-#include "loot/calls/source_readiness.h"
 
 namespace Kest::Client::Loot {
 
@@ -16,7 +16,7 @@ void CollectionSources::FollowOne(std::string url, uint8_t readinessBits, Keep k
     (collections_.*keep)(*value);
     readiness_.OnSourceRead(readinessBits);
   });
-  followed_.push_back(std::move(url));
+  followed_.push_back({std::move(url), readinessBits});
 }
 
 void CollectionSources::Follow(uint64_t summonerId) {
@@ -34,7 +34,7 @@ void CollectionSources::Follow(uint64_t summonerId) {
 
 void CollectionSources::Drop() {
   ++latestChampions_;
-  for (const std::string& url : followed_) client_.Unsubscribe(url);
+  for (const Followed& followed : followed_) client_.Unsubscribe(followed.url);
   followed_.clear();
 }
 
@@ -47,21 +47,42 @@ void CollectionSources::FollowChampions(const std::string& inventory) {
     collections_.ReplaceChampions(*champions);
     OnChampions(skinsUrl);
   });
-  followed_.push_back(std::move(url));
+  followed_.push_back({std::move(url), kReadyChampions});
 }
 
 void CollectionSources::OnChampions(const std::string& skinsUrl) {
   const uint64_t champions = ++latestChampions_;
+  const InProgress::Mark mark = skinsRequests_.Begin();
+  skinsUrl_ = skinsUrl;
   Maybe<Skins> skins = client_.Request<Skins>(HttpMethod::kGet, skinsUrl);
   // Newer champions have come while the request was under way, or the player has left.
   if (champions != latestChampions_) return;
   if (!skins) {
     LogError("Failed to retrieve %s with error %s", skinsUrl.c_str(),
              skins.GetFailure().text.c_str());
+    skinsFailure_ = skins.GetFailure().text;
     return readiness_.OnSourceRead(kReadyChampions);
   }
+  skinsFailure_.clear();
   collections_.ReplaceSkins(std::move(skins.GetValue()));
   readiness_.OnSourceRead(kReadyChampions | kReadySkins);
+}
+
+SourceWait CollectionSources::WaitOf(ReadinessBit bit) const {
+  if (followed_.empty()) return {"signIn", "Waits until a player is signed in.", {}};
+  const bool isOfChampions = bit == kReadyChampions || bit == kReadySkins;
+  if (isOfChampions && skinsRequests_.Count() > 0) {
+    return {"request", "The champions have come; their skins are being requested.", skinsUrl_};
+  }
+  if (bit == kReadySkins) {
+    if (!skinsFailure_.empty()) {
+      return {"champions", "Waits for the next change of the champions: " + skinsFailure_, {}};
+    }
+    return {"champions", "Waits for the champions: the skins are requested after them.", {}};
+  }
+  const auto followed = std::ranges::find(followed_, static_cast<uint8_t>(bit), &Followed::bits);
+  const std::string url = followed == followed_.end() ? std::string() : followed->url;
+  return {"resource", "Waits for the resource " + url + ".", url};
 }
 
 }  // namespace Kest::Client::Loot

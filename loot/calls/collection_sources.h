@@ -8,6 +8,9 @@
 #include <vector>
 
 #include "loot/calls/forward.h"
+#include "loot/calls/in_progress.h"
+#include "loot/calls/source_readiness.h"
+#include "loot/calls/source_wait.h"
 #include "loot/model/collections.h"
 
 namespace Kest::Client::Loot {
@@ -24,6 +27,10 @@ class CollectionSources {
   // Ends the subscriptions. What they brought stays.
   void Drop();
 
+  // What the source of a bit waits for, if it has not responded. REQUIRES: one of its four
+  // resources, or the skins, sets the bit.
+  SourceWait WaitOf(ReadinessBit bit) const;
+
  private:
   using Champions = std::vector<Api::CollectionsChampionMinimal>;
   using Skins = std::vector<Api::CollectionsChampionSkinMinimal>;
@@ -35,10 +42,18 @@ class CollectionSources {
   // Reads the skins that belong to the champions just kept.
   void OnChampions(const std::string& skinsUrl);
 
+  struct Followed {
+    std::string url;
+    uint8_t bits;
+  };
+
   SiblingClient& client_;
   Collections& collections_;
   SourceReadiness& readiness_;
-  std::vector<std::string> followed_;  // urls, in the order they were subscribed
+  std::vector<Followed> followed_;  // in the order they were subscribed
+  const InProgress skinsRequests_;
+  std::string skinsUrl_;      // of the last request
+  std::string skinsFailure_;  // of the last request; empty when it did not fail
   // Counts the champions' events and calls of Drop: skins requested at an earlier count are late.
   uint64_t latestChampions_ = 0;
 };

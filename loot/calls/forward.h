@@ -23,6 +23,7 @@ class LootRetrieval;
 struct LootState;
 struct LootSwitch;
 class NewPlayerChest;
+class PlayerSession;
 class SourceReadiness;
 class TournamentLogos;
 class Transactions;

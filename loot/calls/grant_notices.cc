@@ -28,7 +28,7 @@ void GrantNotices::Add(Api::LootGrantNotification grant) {
   grant.id = static_cast<int64_t>(nextId_);
   queued_.push_back(std::move(grant));
   ++nextId_;
-  if (allowed_) RunAndLog("Loot grants", [this] { ShowQueued(); });
+  if (AllHold(ShownConditions())) RunAndLog("Loot grants", [this] { ShowQueued(); });
 }
 
 Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
@@ -63,6 +63,17 @@ void GrantNotices::OnGameflowSession(const Api::GameflowSession& session) {
   const bool inGame =
       std::find(kInGamePhases.begin(), kInGamePhases.end(), session.phase) != kInGamePhases.end();
   SetAllowed(!inGame);
+  phase_ = session.phase;
+}
+
+void GrantNotices::OnGameflowSessionDeleted() {
+  SetAllowed(true);
+  phase_.reset();
+}
+
+Conditions<1> GrantNotices::ShownConditions() const {
+  return {{{"isAllowed", allowed_, "No game is in a phase in which grants wait.",
+            "The phase of the game makes grants wait until it is over."}}};
 }
 
 Maybe<Nothing> GrantNotices::Acknowledge(uint64_t accountId, const std::string& messageId) {

@@ -4,11 +4,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/maybe_type.h"
 #include "loot/calls/forward.h"
+#include "loot/model/condition.h"
 #include "loot/wire/loot_resources.h"
 #include "loot/wire/sibling_resources.h"
 
@@ -33,7 +35,14 @@ class GrantNotices {
   // Grants are queued from the ready check until the statistics after the game, then shown after
   // the others.
   void OnGameflowSession(const Api::GameflowSession& session);
-  void OnGameflowSessionDeleted() { SetAllowed(true); }
+  void OnGameflowSessionDeleted();
+
+  // Queued grants, in the order in which they will be shown.
+  const std::vector<Api::LootGrantNotification>& Queued() const { return queued_; }
+  // Of the game that is on; nothing when there is none.
+  std::optional<Api::GameflowPhase> Phase() const { return phase_; }
+  // What showing a grant needs.
+  Conditions<1> ShownConditions() const;
 
   // Reports to the platform that a message need not come again. Any response counts as success.
   Maybe<Nothing> Acknowledge(uint64_t accountId, const std::string& messageId);
@@ -47,6 +56,7 @@ class GrantNotices {
   SiblingClient& client_;
   ServiceProxy& proxy_;
   bool allowed_ = true;
+  std::optional<Api::GameflowPhase> phase_;
   uint64_t nextId_ = 0;
   std::vector<Api::LootGrantNotification> shown_;
   std::vector<Api::LootGrantNotification> queued_;

@@ -35,15 +35,28 @@ LootDefinitionsPointer WithLists(const LootDefinitionsPointer& base, LootDefinit
 
 }  // namespace
 
+LootRetrieval::Decision LootRetrieval::Decide(bool isForced, int64_t now) const {
+  if (!loot_.Enabled()) return {kLootDisabled, false, "Loot is disabled."};
+  if (isForced) return {kSuccess, true, "A forced retrieval is never too frequent."};
+  if (now < ThrottledUntil()) {
+    return {kTooFrequent, false, "The last retrieval was sent less than 3 seconds ago."};
+  }
+  return {kRequestedAsync, true, "No retrieval was sent in the last 3 seconds."};
+}
+
+int64_t LootRetrieval::ThrottledUntil() const {
+  return lastRetrieval_ + kInterval;
+}
+
 Maybe<std::string> LootRetrieval::Retrieve(std::optional<bool> forced) {
-  if (!loot_.Enabled()) return std::string(kLootDisabled);
-  const int64_t now = WallClockSeconds();
   const bool isForced = forced.value_or(false);
-  if (!isForced && now < lastRetrieval_ + kInterval) return std::string(kTooFrequent);
+  const int64_t now = WallClockSeconds();
+  const Decision decision = Decide(isForced, now);
+  if (!decision.isSent) return std::string(decision.result);
   lastRetrieval_ = now;
   if (isForced) return RetrieveAndWait();
   StartRetrieval();
-  return std::string(kRequestedAsync);
+  return std::string(decision.result);
 }
 
 void LootRetrieval::Post() {
@@ -54,7 +67,7 @@ void LootRetrieval::Post() {
 }
 
 Preparation<LootRetrieval::Inventory> LootRetrieval::UseOfResponse() {
-  return [this, sent = held_, base = targets_.definitions,
+  return [this, mark = running_.Begin(), sent = held_, base = targets_.definitions,
           retired = std::move(retired_)](Inventory inventory) mutable -> Parts {
     retired.reset();
     return [this, offer = MakeOffer(std::move(inventory), sent, std::move(base)),
@@ -75,6 +88,7 @@ Maybe<std::string> LootRetrieval::RetrieveAndWait() {
   const Maybe<Nothing> done = proxy_.InvokeAndWait<Inventory>(
       kLootService, kRetrievalMethod, UseOfResponse(), sent.items, sent.recipes, sent.queryResults);
   if (!done) {
+    lastFailure_ = done.GetFailure().text;
     return Failure{Format("Error while calling getAllPlayerLootAndAllDefinitions: %1",
                           done.GetFailure().text)};
   }
@@ -84,16 +98,18 @@ Maybe<std::string> LootRetrieval::RetrieveAndWait() {
 
 void LootRetrieval::StartRetrieval() {
   const Versions sent = held_;
-  const std::string failure =
-      proxy_.InvokeAsync<Inventory>(kLootService, kRetrievalMethod, {}, false, UseOfResponse(),
-                                    LogFailure, sent.items, sent.recipes, sent.queryResults);
-  if (!failure.empty()) LogFailure({failure});
+  const std::string failure = proxy_.InvokeAsync<Inventory>(
+      kLootService, kRetrievalMethod, {}, false, UseOfResponse(),
+      [this](const Failure& reason) { OnFailure(reason); }, sent.items, sent.recipes,
+      sent.queryResults);
+  if (!failure.empty()) OnFailure({failure});
   targets_.logos.PostLoad();
 }
 
-void LootRetrieval::LogFailure(const Failure& failure) {
+void LootRetrieval::OnFailure(const Failure& failure) {
   LogError("Loot::RetrievePlayerLootAndDefinitions service async returned error: %s",
            failure.text.c_str());
+  lastFailure_ = failure.text;
 }
 
 LootRetrieval::Offer LootRetrieval::MakeOffer(Inventory inventory, const Versions& sent,
@@ -134,6 +150,7 @@ void LootRetrieval::End(Offer* offer) {
   if (offer->lists.queryResults != nullptr) held_.queryResults = offer->versions.queryResults;
   retired_ = std::move(offer->base);
   pending_ = false;
+  lastFailure_.clear();
   targets_.publisher.Request();
 }
 

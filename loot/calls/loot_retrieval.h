@@ -5,15 +5,18 @@
 // Threads: module tasks only, but the definitions are made where the response arrives.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/maybe_type.h"
 #include "client/result_handler.h"
 #include "loot/calls/forward.h"
+#include "loot/calls/in_progress.h"
 #include "loot/model/loot_definitions.h"
 #include "loot/state/loot_inventory.h"
 #include "loot/state/loot_switch.h"
@@ -46,8 +49,14 @@ class LootRetrieval {
   // No inventory has been applied yet. Once false, it stays so.
   bool Pending() const { return pending_; }
 
- private:
-  using Inventory = SVDS::PlayerLootDefinitionsDTO;
+  // What Retrieve does when it is called at that time, and why; `result` is what it returns on
+  // success.
+  struct Decision {
+    std::string_view result;
+    bool isSent = false;
+    std::string_view because;
+  };
+  Decision Decide(bool isForced, int64_t now) const;
 
   // `lastUpdate` of the three lists.
   struct Versions {
@@ -55,6 +64,18 @@ class LootRetrieval {
     int64_t recipes = 0;
     int64_t queryResults = 0;
   };
+  const Versions& HeldVersions() const { return held_; }
+  // Retrievals whose response has not come, or is being applied.
+  size_t Running() const { return running_.Count(); }
+  // When the last one was sent, in seconds since 1970; 0: never.
+  int64_t LastSent() const { return lastRetrieval_; }
+  // Until when one that is not forced is too frequent.
+  int64_t ThrottledUntil() const;
+  // Why the last one failed; empty when it did not.
+  const std::string& LastFailure() const { return lastFailure_; }
+
+ private:
+  using Inventory = SVDS::PlayerLootDefinitionsDTO;
 
   // What a response brings.
   struct Offer {
@@ -68,7 +89,8 @@ class LootRetrieval {
 
   Maybe<std::string> RetrieveAndWait();
   void StartRetrieval();
-  static void LogFailure(const Failure& failure);
+  // Keeps it, after its log line.
+  void OnFailure(const Failure& failure);
   Preparation<Inventory> UseOfResponse();
   // Runs on any thread.
   static Offer MakeOffer(Inventory inventory, const Versions& sent, LootDefinitionsPointer base);
@@ -82,6 +104,8 @@ class LootRetrieval {
   bool pending_ = true;
   int64_t lastRetrieval_ = 0;  // when the last one was sent, in seconds since 1970
   Versions held_;
+  const InProgress running_;
+  std::string lastFailure_;
   // The definitions that were replaced last. Freeing them takes long: where the next response
   // arrives does it.
   LootDefinitionsPointer retired_;

@@ -20,14 +20,38 @@ constexpr int64_t kPeriod = 30;  // seconds
 
 }  // namespace
 
-bool NewPlayerChest::Qualifies() const {
-  return loot_.Enabled() && !done_ && enabled_ && summonerLevel_ != 0 && minimumLevel_ != 0 &&
-         summonerLevel_ == minimumLevel_;
+Conditions<6> NewPlayerChest::ChestConditions() const {
+  return {
+      {{"isLootEnabled", loot_.Enabled(), "Loot is enabled.", "Loot is disabled."},
+       {"isNotDone", !done_, "The chest was not requested yet.",
+        "The chest was requested already."},
+       {"isChestEnabled", enabled_, "The configuration value \"NewPlayerChestEnabled\" is true.",
+        "The configuration value \"NewPlayerChestEnabled\" is not true."},
+       {"hasSummonerLevel", summonerLevel_ != 0, "The player's level is known.",
+        "The player's level is not known."},
+       {"hasMinimumLevel", minimumLevel_ != 0,
+        "The configuration value \"MinSummonerLevel\" is set.",
+        "The configuration value \"MinSummonerLevel\" is not set."},
+       {"isAtMinimumLevel", summonerLevel_ == minimumLevel_,
+        "The player's level is the configured one.",
+        "The player's level is not the configured one; a higher level does not qualify either."}}};
+}
+
+Conditions<3> NewPlayerChest::ScheduleConditions() const {
+  return {{{"isRetrievalPending", retrieval_.Pending(), "No inventory has been retrieved yet.",
+            "An inventory has been retrieved already."},
+           {"isLootEnabled", loot_.Enabled(), "Loot is enabled.", "Loot is disabled."},
+           {"isInPeriod", WallClockSeconds() < PeriodEnd(), "The player signed in just now.",
+            "The time after the sign-in is over."}}};
+}
+
+int64_t NewPlayerChest::PeriodEnd() const {
+  return periodBegin_ + kPeriod;
 }
 
 std::string_view NewPlayerChest::Check() {
   using Result = SVDS::PlayerLootResultDTO;
-  if (!Qualifies()) return kNotDone;
+  if (!AllHold(ChestConditions())) return kNotDone;
   const uint64_t decision = ++decisions_;
   done_ = true;  // before the call waits, so that no second one is sent
   const std::function<void(Result)> use = [this](const Result& result) { OnResult(result); };
@@ -53,8 +77,7 @@ void NewPlayerChest::OnResult(const SVDS::PlayerLootResultDTO& result) {
 }
 
 void NewPlayerChest::Schedule() {
-  if (!retrieval_.Pending() || !loot_.Enabled()) return;
-  if (WallClockSeconds() >= periodBegin_ + kPeriod) return;
+  if (!AllHold(ScheduleConditions())) return;
   module_.PostTask(kCheckTaskName, [this] { Check(); });
 }
 

@@ -8,6 +8,7 @@
 
 #include "base/maybe_type.h"
 #include "loot/calls/forward.h"
+#include "loot/model/condition.h"
 #include "loot/state/loot_switch.h"
 #include "loot/wire/loot_dtos.h"
 #include "loot/wire/sibling_resources.h"
@@ -46,9 +47,18 @@ class NewPlayerChest {
   bool IsDone() const { return done_; }
   std::string SetDone(bool done);
 
+  // What a check needs to request the chest. It is for the moment the configured level is reached:
+  // a higher level does not qualify.
+  Conditions<6> ChestConditions() const;
+  // What Schedule needs to post the check.
+  Conditions<3> ScheduleConditions() const;
+
+  uint32_t summonerLevel() const { return summonerLevel_; }
+  uint32_t minimumLevel() const { return minimumLevel_; }
+  // When Schedule stops posting, in seconds since 1970.
+  int64_t PeriodEnd() const;
+
  private:
-  // The chest is for the moment the configured level is reached: a higher level does not qualify.
-  bool Qualifies() const;
   void OnResult(const SVDS::PlayerLootResultDTO& result);
   static void LogFailure(const Failure& failure);
 

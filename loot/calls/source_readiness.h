@@ -33,7 +33,12 @@ class SourceReadiness {
   void SetGoal(uint8_t goal) { Set(0, goal); }
 
   // A goal of 0 is always reached, one with a bit that has no source never.
-  bool Ready() const { return (flags_ & goal_) == goal_; }
+  bool Ready() const { return MissingBits() == 0; }
+
+  uint8_t goal() const { return goal_; }
+  uint8_t RespondedBits() const { return flags_; }
+  // Of the goal, what has not responded.
+  uint8_t MissingBits() const { return static_cast<uint8_t>(goal_ & ~flags_); }
 
  private:
   void Set(uint8_t bits, uint8_t goal);

@@ -35,27 +35,28 @@ const BindingProperty& CastToArray(const BindingProperty& value) {
 void TournamentLogos::Load() {
   using Tokens = std::map<std::string, std::string>;
   const uint64_t load = ++loads_;
+  const InProgress::Mark mark = running_.Begin();
   const std::vector<std::string> types{std::string(kTournamentLogoInventory)};
   const Maybe<Tokens> tokens = client_.Request<Tokens>(HttpMethod::kGet, kSignedInventoryPath,
                                                        Query("inventoryTypes", types));
   if (!tokens) {
     LogError("Failed to retrieve tournament logo player inventory: %s",
              tokens.GetFailure().text.c_str());
+    failure_ = tokens.GetFailure().text;
     return;
   }
   const auto token = tokens.GetValue().find(types.front());
   if (token == tokens.GetValue().end()) {
-    LogError("Unable to load tournament logo inventory - missing JWT token.");
-    return;
+    return Fail("missing JWT token.");
   }
   if (load < applied_) return;  // a later one was the first to be here
   try {
     if (!Apply(token->second)) return;
     applied_ = load;
   } catch (const json::Exception& error) {
-    LogError("Unable to load tournament logo inventory - %s", error.what());
-    return;
+    return Fail(error.what());
   }
+  failure_.clear();
   readiness_.OnSourceRead(kReadyTournamentLogos);
 }
 
@@ -63,18 +64,33 @@ void TournamentLogos::PostLoad() {
   module_.PostTask("LootPlugin.LoadTournamentLogoInventory", [this] { Load(); });
 }
 
+SourceWait TournamentLogos::Wait() const {
+  if (running_.Count() > 0) {
+    const std::string path(kSignedInventoryPath);
+    return {"request", "The signed inventory is being requested.", path};
+  }
+  if (!failure_.empty()) {
+    return {"retrieval", "Waits for the next retrieval of the inventory: " + failure_, {}};
+  }
+  return {"retrieval", "Waits for a retrieval of the inventory: the logos are read with it.", {}};
+}
+
+void TournamentLogos::Fail(const std::string& reason) {
+  LogError("Unable to load tournament logo inventory - %s", reason.c_str());
+  failure_ = reason;
+}
+
 bool TournamentLogos::Apply(std::string_view token) {
   const BindingProperty payload = DecodeToken(token).payload;
   collections_.ClearTournamentLogos();
   const BindingProperty* items = FindValue(payload, "items");
   if (items == nullptr) {
-    LogError("Unable to load tournament logo inventory - missing 'items' in JWT payload.");
+    Fail("missing 'items' in JWT payload.");
     return false;
   }
   const BindingProperty* logos = FindValue(*items, kTournamentLogoInventory);
   if (logos == nullptr) {
-    LogError("Unable to load tournament logo inventory - missing '%s' in JWT payload.",
-             std::string(kTournamentLogoInventory).c_str());
+    Fail("missing '" + std::string(kTournamentLogoInventory) + "' in JWT payload.");
     return false;
   }
   const size_t count = CastToArray(*logos).Size();

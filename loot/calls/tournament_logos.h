@@ -4,10 +4,13 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "binding/tree/binding_property.h"
 #include "loot/calls/forward.h"
+#include "loot/calls/in_progress.h"
+#include "loot/calls/source_wait.h"
 #include "loot/model/collections.h"
 
 namespace Kest::Client::Loot {
@@ -25,14 +28,21 @@ class TournamentLogos {
   // The same as a task.
   void PostLoad();
 
+  // What the source waits for, if it has not responded.
+  SourceWait Wait() const;
+
  private:
   bool Apply(std::string_view token);
   void ReadLogo(const BindingProperty& element);
+  // Logs it, and keeps it.
+  void Fail(const std::string& reason);
 
   AppModule& module_;
   SiblingClient& client_;
   Collections& collections_;
   SourceReadiness& readiness_;
+  const InProgress running_;
+  std::string failure_;  // of the last load; empty when it did not fail
   uint64_t loads_ = 0;
   uint64_t applied_ = 0;  // which load brought the owned logos; an earlier one comes too late
 };

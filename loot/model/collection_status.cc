@@ -16,130 +16,207 @@ namespace {
 
 constexpr int64_t kSkinsPerChampion = 1000;  // the base skin's id is the champion's times this
 
-void SetItemStatus(ItemOwnershipStatus status, PlayerLoot* item) {
-  item->itemStatus = status;
-  item->redeemableStatus = RedeemableStatusOf(*item);
+void SetItemStatus(const Reasoned<ItemOwnershipStatus>& ownership, PlayerLoot* item,
+                   DecisionTrace* trace) {
+  item->itemStatus = ownership.value;
+  const auto redeemable = RedeemableStatusOf(*item);
+  item->redeemableStatus = redeemable.value;
+  if (trace == nullptr) return;
+  trace->Add("ownership", ownership.because, {{"itemStatus", ValueTree(ownership.value)}});
+  trace->Add("redeemable", redeemable.because,
+             {{"storeItemId", item->storeItemId},
+              {"isRental", IsRentalType(item->type)},
+              {"redeemableStatus", ValueTree(redeemable.value)}});
 }
 
-void SetOwnedOrNot(bool owned, PlayerLoot* item) {
-  SetItemStatus(owned ? ItemOwnershipStatus::kOwned : ItemOwnershipStatus::kNone, item);
+void SetRedeemableStatus(const Reasoned<RedeemableStatus>& redeemable, PlayerLoot* item,
+                         DecisionTrace* trace) {
+  item->redeemableStatus = redeemable.value;
+  if (trace == nullptr) return;
+  trace->Add("redeemable", redeemable.because, {{"redeemableStatus", ValueTree(redeemable.value)}});
 }
 
-void CopySkinDisplay(const Api::CollectionsChampionSkinMinimal& skin, PlayerLoot* item) {
+// The entry of that id, or null.
+template <class Key, class Value>
+const Value* Look(const IdTable<Key, Value>& table, int64_t id, std::string_view step,
+                  DecisionTrace* trace) {
+  const Value* const found = FindById(table, id);
+  if (trace != nullptr) {
+    trace->Add(step,
+               found != nullptr ? "The collections know it."
+                                : "The collections do not know it, or not yet.",
+               {{"id", id}, {"isFound", found != nullptr}});
+  }
+  return found;
+}
+
+void KeepStatuses(std::string_view reason, DecisionTrace* trace) {
+  if (trace != nullptr) trace->Add("kept", reason);
+}
+
+constexpr std::string_view kNotKnownYet =
+    "What it unlocks is not known, or not yet: it keeps the statuses that it had.";
+
+void TraceArtwork(const PlayerLoot& item, std::string_view reason, DecisionTrace* trace) {
+  if (trace == nullptr) return;
+  trace->Add("artwork", reason,
+             {{"itemDesc", item.itemDesc},
+              {"tilePath", item.tilePath},
+              {"splashPath", item.splashPath},
+              {"shadowPath", item.shadowPath}});
+}
+
+void CopySkinDisplay(const Api::CollectionsChampionSkinMinimal& skin, PlayerLoot* item,
+                     DecisionTrace* trace) {
   item->itemDesc = skin.name;
   item->tilePath = skin.tilePath;
   item->splashPath = skin.splashPath;
+  TraceArtwork(*item, "It shows the skin.", trace);
 }
 
 }  // namespace
 
 struct CollectionStatus::TypeRule {
   std::string_view type;
+  std::string_view name;
   Rule rule;
 };
 
 const CollectionStatus::TypeRule CollectionStatus::kTypeRules[] = {
-    {kChampion, &CollectionStatus::ApplyChampion},
-    {kChampionRental, &CollectionStatus::ApplyChampion},
-    {kSkin, &CollectionStatus::ApplySkin},
-    {kSkinRental, &CollectionStatus::ApplySkin},
-    {kChroma, &CollectionStatus::KeepAsItIs},
-    {kChromaRental, &CollectionStatus::KeepAsItIs},
-    {kWardSkin, &CollectionStatus::ApplyWardSkin},
-    {kWardSkinRental, &CollectionStatus::ApplyWardSkin},
-    {kEmote, &CollectionStatus::ApplyEmote},
-    {kEmoteRental, &CollectionStatus::ApplyEmote},
-    {kSummonerIcon, &CollectionStatus::ApplySummonerIcon},
-    {kTournamentLogo, &CollectionStatus::ApplyTournamentLogo},
-    {kBoost, &CollectionStatus::ApplyBoost},
-    {kChampionToken, &CollectionStatus::ApplyChampionToken},
+    {kChampion, "champion", &CollectionStatus::ApplyChampion},
+    {kChampionRental, "champion", &CollectionStatus::ApplyChampion},
+    {kSkin, "skin", &CollectionStatus::ApplySkin},
+    {kSkinRental, "skin", &CollectionStatus::ApplySkin},
+    {kChroma, "chroma", &CollectionStatus::KeepAsItIs},
+    {kChromaRental, "chroma", &CollectionStatus::KeepAsItIs},
+    {kWardSkin, "wardSkin", &CollectionStatus::ApplyWardSkin},
+    {kWardSkinRental, "wardSkin", &CollectionStatus::ApplyWardSkin},
+    {kEmote, "emote", &CollectionStatus::ApplyEmote},
+    {kEmoteRental, "emote", &CollectionStatus::ApplyEmote},
+    {kSummonerIcon, "summonerIcon", &CollectionStatus::ApplySummonerIcon},
+    {kTournamentLogo, "tournamentLogo", &CollectionStatus::ApplyTournamentLogo},
+    {kBoost, "boost", &CollectionStatus::ApplyBoost},
+    {kChampionToken, "championToken", &CollectionStatus::ApplyChampionToken},
 };
 
-void CollectionStatus::Apply(PlayerLoot* item) const {
+const CollectionStatus::TypeRule CollectionStatus::kOtherRule = {
+    {}, "other", &CollectionStatus::ApplyOther};
+
+void CollectionStatus::Apply(PlayerLoot* item, DecisionTrace* trace) const {
+  const TypeRule* chosen = &kOtherRule;
   for (const TypeRule& typeRule : kTypeRules) {
-    if (typeRule.type == item->type) return (this->*typeRule.rule)(item);
+    if (typeRule.type != item->type) continue;
+    chosen = &typeRule;
+    break;
   }
-  ApplyOther(item);
+  if (trace != nullptr) {
+    trace->Add("type", "The type decides which rule the item follows.",
+               {{"type", item->type}, {"rule", chosen->name}});
+  }
+  (this->*chosen->rule)(item, trace);
 }
 
-void CollectionStatus::ApplyChampion(PlayerLoot* item) const {
-  ApplyChampionOf(item->storeItemId, item);
+void CollectionStatus::ApplyChampion(PlayerLoot* item, DecisionTrace* trace) const {
+  ApplyChampionOf(item->storeItemId, item, trace);
 }
 
-void CollectionStatus::ApplySkin(PlayerLoot* item) const {
-  const auto* champion = FindById(collections_.champions, item->storeItemId / kSkinsPerChampion);
-  const auto* skin = FindById(collections_.skins, item->storeItemId);
-  if (champion == nullptr || skin == nullptr) return;
+void CollectionStatus::ApplySkin(PlayerLoot* item, DecisionTrace* trace) const {
+  const auto* champion =
+      Look(collections_.champions, item->storeItemId / kSkinsPerChampion, "champion", trace);
+  const auto* skin = Look(collections_.skins, item->storeItemId, "skin", trace);
+  if (champion == nullptr || skin == nullptr) return KeepStatuses(kNotKnownYet, trace);
   item->parentStoreItemId = skin->championId;
-  CopySkinDisplay(*skin, item);
-  item->parentItemStatus = OwnershipOf(champion->ownership);
-  SetItemStatus(OwnershipOf(skin->ownership), item);
+  CopySkinDisplay(*skin, item, trace);
+  const auto parent = OwnershipOf(champion->ownership);
+  item->parentItemStatus = parent.value;
+  if (trace != nullptr) {
+    trace->Add("parent", parent.because,
+               {{"parentStoreItemId", item->parentStoreItemId},
+                {"parentItemStatus", ValueTree(parent.value)}});
+  }
+  SetItemStatus(OwnershipOf(skin->ownership), item, trace);
   if (item->parentItemStatus != ItemOwnershipStatus::kOwned) {
     // Last on purpose: it replaces the status even of an owned skin.
-    item->redeemableStatus = RedeemableStatus::kChampionNotOwned;
+    SetRedeemableStatus({RedeemableStatus::kChampionNotOwned,
+                         "The player does not own its champion, which counts before all else."},
+                        item, trace);
   }
 }
 
-void CollectionStatus::KeepAsItIs(PlayerLoot*) const {}
+void CollectionStatus::KeepAsItIs(PlayerLoot*, DecisionTrace* trace) const {
+  KeepStatuses("Items of its type keep the statuses that they had.", trace);
+}
 
-void CollectionStatus::ApplyWardSkin(PlayerLoot* item) const {
-  const auto* wardSkin = FindById(collections_.wardSkins, item->storeItemId);
-  if (wardSkin == nullptr) return;
+void CollectionStatus::ApplyWardSkin(PlayerLoot* item, DecisionTrace* trace) const {
+  const auto* wardSkin = Look(collections_.wardSkins, item->storeItemId, "wardSkin", trace);
+  if (wardSkin == nullptr) return KeepStatuses(kNotKnownYet, trace);
   item->itemDesc = wardSkin->name;
   item->tilePath = wardSkin->wardImagePath;
   item->splashPath = wardSkin->wardImagePath;
   item->shadowPath = wardSkin->wardShadowImagePath;
-  SetItemStatus(OwnershipOf(wardSkin->ownership), item);
+  TraceArtwork(*item, "It shows the ward skin.", trace);
+  SetItemStatus(OwnershipOf(wardSkin->ownership), item, trace);
 }
 
-void CollectionStatus::ApplyEmote(PlayerLoot* item) const {
-  const auto* held = FindById(collections_.emoteInventory, item->storeItemId);
-  SetItemStatus(held == nullptr ? ItemOwnershipStatus::kNone : OwnershipOf(held->ownershipType),
-                item);
+void CollectionStatus::ApplyEmote(PlayerLoot* item, DecisionTrace* trace) const {
+  const auto* held = Look(collections_.emoteInventory, item->storeItemId, "emote", trace);
+  SetItemStatus(held == nullptr ? OwnershipIf(false) : OwnershipOf(held->ownershipType), item,
+                trace);
   const auto* emote = gameData_.FindEmote(item->storeItemId);
-  if (emote == nullptr) return;
+  if (emote == nullptr) return TraceArtwork(*item, "The game data has no such emote.", trace);
   item->tilePath = emote->inventoryIcon;
   item->itemDesc = emote->name;
   item->splashPath = item->tilePath;
+  TraceArtwork(*item, "It shows the emote of the game data.", trace);
 }
 
-void CollectionStatus::ApplySummonerIcon(PlayerLoot* item) const {
-  SetOwnedOrNot(collections_.ownedSummonerIcons.contains(item->storeItemId), item);
+void CollectionStatus::ApplySummonerIcon(PlayerLoot* item, DecisionTrace* trace) const {
+  SetItemStatus(OwnershipIf(collections_.ownedSummonerIcons.contains(item->storeItemId)), item,
+                trace);
   item->tilePath = gameData_.GetOrAddIconPath(item->storeItemId);
   item->splashPath = item->tilePath;
+  TraceArtwork(*item, "It shows the icon of the game data, if that has a path.", trace);
 }
 
-void CollectionStatus::ApplyTournamentLogo(PlayerLoot* item) const {
-  SetOwnedOrNot(collections_.ownedTournamentLogos.contains(item->storeItemId), item);
-  ApplyDefaultArtwork(item);
+void CollectionStatus::ApplyTournamentLogo(PlayerLoot* item, DecisionTrace* trace) const {
+  SetItemStatus(OwnershipIf(collections_.ownedTournamentLogos.contains(item->storeItemId)), item,
+                trace);
+  ApplyDefaultArtwork(item, trace);
 }
 
-void CollectionStatus::ApplyBoost(PlayerLoot* item) const {
-  SetOwnedOrNot(false, item);
-  ApplyDefaultArtwork(item);
+void CollectionStatus::ApplyBoost(PlayerLoot* item, DecisionTrace* trace) const {
+  SetItemStatus({ItemOwnershipStatus::kNone, "A boost is never owned."}, item, trace);
+  ApplyDefaultArtwork(item, trace);
 }
 
-void CollectionStatus::ApplyChampionToken(PlayerLoot* item) const {
-  item->redeemableStatus = RedeemableStatus::kNotRedeemable;
+void CollectionStatus::ApplyChampionToken(PlayerLoot* item, DecisionTrace* trace) const {
+  SetRedeemableStatus({RedeemableStatus::kNotRedeemable,
+                       "A token is not redeemable, unless its champion is known."},
+                      item, trace);
   const Maybe<int32_t> championId = ReadDecimal32(item->refId);
-  if (championId) ApplyChampionOf(championId.GetValue(), item);
+  if (championId) return ApplyChampionOf(championId.GetValue(), item, trace);
+  KeepStatuses("Its reference id is no champion's id.", trace);
 }
 
-void CollectionStatus::ApplyOther(PlayerLoot* item) const {
-  item->redeemableStatus = RedeemableStatus::kNotRedeemable;
-  ApplyDefaultArtwork(item);
+void CollectionStatus::ApplyOther(PlayerLoot* item, DecisionTrace* trace) const {
+  SetRedeemableStatus({RedeemableStatus::kNotRedeemable, "Items of its type are never redeemed."},
+                      item, trace);
+  ApplyDefaultArtwork(item, trace);
 }
 
-void CollectionStatus::ApplyChampionOf(int64_t championId, PlayerLoot* item) const {
-  const auto* champion = FindById(collections_.champions, championId);
-  const auto* baseSkin = FindById(collections_.skins, championId * kSkinsPerChampion);
-  if (champion == nullptr || baseSkin == nullptr) return;
-  CopySkinDisplay(*baseSkin, item);
-  SetItemStatus(OwnershipOf(champion->ownership), item);
+void CollectionStatus::ApplyChampionOf(int64_t championId, PlayerLoot* item,
+                                       DecisionTrace* trace) const {
+  const auto* champion = Look(collections_.champions, championId, "champion", trace);
+  const auto* baseSkin =
+      Look(collections_.skins, championId * kSkinsPerChampion, "baseSkin", trace);
+  if (champion == nullptr || baseSkin == nullptr) return KeepStatuses(kNotKnownYet, trace);
+  CopySkinDisplay(*baseSkin, item, trace);
+  SetItemStatus(OwnershipOf(champion->ownership), item, trace);
 }
 
-void CollectionStatus::ApplyDefaultArtwork(PlayerLoot* item) const {
-  if (const auto* described = gameData_.FindLootItem(item->lootId)) {
+void CollectionStatus::ApplyDefaultArtwork(PlayerLoot* item, DecisionTrace* trace) const {
+  const auto* described = gameData_.FindLootItem(item->lootId);
+  if (described != nullptr) {
     item->tilePath = described->image;
   } else {
     item->tilePath.assign("/fe/tav-loot/assets/loot_item_icons/");
@@ -147,6 +224,11 @@ void CollectionStatus::ApplyDefaultArtwork(PlayerLoot* item) const {
     item->tilePath.append(".png");
   }
   item->splashPath = item->tilePath;
+  TraceArtwork(*item,
+               described != nullptr ? "It shows the image of the game data."
+                                    : "The game data has no image of it: it shows a file named "
+                                      "after its asset or loot name.",
+               trace);
 }
 
 }  // namespace Kest::Client::Loot

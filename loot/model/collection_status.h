@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "loot/model/collections.h"
+#include "loot/model/decision_trace.h"
 #include "loot/model/game_data.h"
 #include "loot/wire/loot_resources.h"
 
@@ -17,28 +18,29 @@ class CollectionStatus {
   CollectionStatus(const Collections& collections, GameData& gameData)
       : collections_(collections), gameData_(gameData) {}
 
-  // Runs the rule of the item's type.
-  void Apply(Api::PlayerLoot* item) const;
+  // Runs the rule of the item's type. `trace` may be null; it gets the steps.
+  void Apply(Api::PlayerLoot* item, DecisionTrace* trace = nullptr) const;
 
  private:
-  using Rule = void (CollectionStatus::*)(Api::PlayerLoot* item) const;
+  using Rule = void (CollectionStatus::*)(Api::PlayerLoot* item, DecisionTrace* trace) const;
   struct TypeRule;
   static const TypeRule kTypeRules[];
+  static const TypeRule kOtherRule;
 
-  void ApplyChampion(Api::PlayerLoot* item) const;
-  void ApplySkin(Api::PlayerLoot* item) const;
-  void KeepAsItIs(Api::PlayerLoot* item) const;
-  void ApplyWardSkin(Api::PlayerLoot* item) const;
-  void ApplyEmote(Api::PlayerLoot* item) const;
-  void ApplySummonerIcon(Api::PlayerLoot* item) const;
-  void ApplyTournamentLogo(Api::PlayerLoot* item) const;
-  void ApplyBoost(Api::PlayerLoot* item) const;
-  void ApplyChampionToken(Api::PlayerLoot* item) const;
-  void ApplyOther(Api::PlayerLoot* item) const;
+  void ApplyChampion(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplySkin(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void KeepAsItIs(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyWardSkin(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyEmote(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplySummonerIcon(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyTournamentLogo(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyBoost(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyChampionToken(Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyOther(Api::PlayerLoot* item, DecisionTrace* trace) const;
 
   // The champion and its base skin; does nothing unless both are known.
-  void ApplyChampionOf(int64_t championId, Api::PlayerLoot* item) const;
-  void ApplyDefaultArtwork(Api::PlayerLoot* item) const;
+  void ApplyChampionOf(int64_t championId, Api::PlayerLoot* item, DecisionTrace* trace) const;
+  void ApplyDefaultArtwork(Api::PlayerLoot* item, DecisionTrace* trace) const;
 
   const Collections& collections_;
   GameData& gameData_;

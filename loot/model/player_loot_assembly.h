@@ -19,9 +19,11 @@ class PlayerLootAssembly {
 
   // Assembles `*item` by the recipes and its definition. `*item` is a copy of the stored item of
   // that loot id, or empty when there is none: it keeps a better disenchant value, a known upgrade
-  // essence, statuses without a collection entry, and `isNew`.
+  // essence, statuses without a collection entry, and `isNew`. `trace` may be null; it gets the
+  // steps, and nothing is logged then.
   void Create(const RecipeIndex& recipes, const SVDS::PlayerLootDTO& record,
-              const SVDS::LootItemClientDTO& definition, Api::PlayerLoot* item) const;
+              const SVDS::LootItemClientDTO& definition, Api::PlayerLoot* item,
+              DecisionTrace* trace = nullptr) const;
 
   // Assembles ownership, artwork and redeemability again, after a change of the collections.
   void ApplyCollectionStatus(Api::PlayerLoot* item) const { collectionStatus_.Apply(item); }

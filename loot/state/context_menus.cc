@@ -4,15 +4,10 @@
 #include <limits>
 
 #include "loot/model/loot_constants.h"
+#include "loot/model/ownership_rules.h"
 
 namespace Kest::Client::Loot {
 namespace {
-
-bool IsRedeemable(const Api::PlayerLoot& item) {
-  return Contains(kContextMenuTypes, item.type) &&
-         (item.redeemableStatus == Api::RedeemableStatus::kRedeemable ||
-          item.redeemableStatus == Api::RedeemableStatus::kRedeemableRental);
-}
 
 Api::ContextMenu RedeemEntry(bool enabled) {
   Api::ContextMenu entry;
@@ -60,15 +55,22 @@ std::vector<Api::ContextMenu> ContextMenus::MenuOf(const std::string& lootId,
   std::vector<Api::ContextMenu> menu;
   const Api::PlayerLootPointer item = store_.Find(lootId);
   if (item == nullptr) return menu;
-  if (IsRedeemable(*item)) menu.push_back(RedeemEntry(loot_.Enabled()));
+  if (AllHold(OfferConditions(*item))) menu.push_back(RedeemEntry(loot_.Enabled()));
   for (const IndexedRecipe* recipe : recipes_.FindInitialItemRecipes(lootId)) {
-    menu.push_back(RecipeEntry(*recipe->recipe, counts.FindIngredients(*recipe, item->refId)));
+    menu.push_back(RecipeEntry(*recipe->recipe, counts.FindNeeds(*recipe, item->refId)));
   }
   return menu;
 }
 
+Conditions<2> ContextMenus::CraftConditions(const LootSwitch& loot, const CraftNeeds& needs) {
+  return {{{"isLootEnabled", loot.Enabled(), "Loot is enabled.", "Loot is disabled."},
+           {"isMet", needs.IsMet(), "Every slot gets its quantity.",
+            "A slot does not get its quantity."}}};
+}
+
 Api::ContextMenu ContextMenus::RecipeEntry(const SVDS::LootSvdsRecipeClientDTO& recipe,
-                                           const std::vector<Ingredient>& ingredients) const {
+                                           const CraftNeeds& needs) const {
+  const std::vector<Ingredient>& ingredients = needs.ingredients;
   Api::ContextMenu entry;
   entry.name = recipe.recipeName;
   entry.actionType = recipe.type;
@@ -76,9 +78,7 @@ Api::ContextMenu ContextMenus::RecipeEntry(const SVDS::LootSvdsRecipeClientDTO& 
     entry.recipeDescription = texts->description;
     entry.recipeContextMenuAction = texts->contextMenuText;
   }
-  entry.enabled = loot_.Enabled() && std::ranges::none_of(ingredients, [](const Ingredient& one) {
-                    return one.missing > 0;
-                  });
+  entry.enabled = AllHold(CraftConditions(loot_, needs));
   const bool upgradesToken = Contains(kTokenUpgradeRecipeTypes, recipe.type);
   if (upgradesToken) entry.requiredTokens = std::to_string(ingredients.front().missing);
   SetEssence(ingredients, &entry);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "loot/model/condition.h"
 #include "loot/model/game_data.h"
 #include "loot/state/loot_counts.h"
 #include "loot/state/loot_switch.h"
@@ -27,9 +28,12 @@ class ContextMenus {
   // `counts` is of the store as it is now.
   std::vector<Api::ContextMenu> MenuOf(const std::string& lootId, LootCounts& counts) const;
 
+  // What an entry of a recipe needs to be enabled.
+  static Conditions<2> CraftConditions(const LootSwitch& loot, const CraftNeeds& needs);
+
  private:
   Api::ContextMenu RecipeEntry(const SVDS::LootSvdsRecipeClientDTO& recipe,
-                               const std::vector<Ingredient>& ingredients) const;
+                               const CraftNeeds& needs) const;
   // Names the first ingredient that is missing, tokens to upgrade and essences aside; else the
   // first that is taken beside the item.
   void SetOthers(const std::vector<Ingredient>& ingredients, bool upgradesToken,

@@ -59,7 +59,7 @@ void InventoryReplacement::Assemble(const SVDS::PlayerLootDTO& record) {
   logged_ = std::max(logged_, next_ + 1);
   if (isToBeLogged) LogOkay("Loot::UpdatePlayerLoot %s", record.lootName.c_str());
   const SVDS::LootItemClientDTO* definition = definitions_->Find(record.lootName);
-  if (!IsValidRecord(record, definition)) {
+  if (!IsValidRecord(record, definition).value) {
     if (isToBeLogged) {
       LogWarning("Loot::UpdatePlayerLoot %s is not valid - ignoring", record.lootName.c_str());
     }

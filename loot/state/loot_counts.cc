@@ -1,6 +1,7 @@
 #include "loot/state/loot_counts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Kest::Client::Loot {
 namespace {
@@ -27,30 +28,32 @@ void ForEachUsable(const std::map<std::string_view, T>& held, std::string_view r
 
 }  // namespace
 
+bool CraftNeeds::IsMet() const {
+  return std::ranges::none_of(ingredients, [](const Ingredient& one) { return one.missing > 0; });
+}
+
 LootCounts::LootCounts(const Api::PlayerLootItems& items) : items_(items) {
   for (const auto& [lootId, item] : items) {
     if (item->lootName != lootId) issued_[item->lootName].push_back(item.get());
   }
 }
 
-const std::vector<Ingredient>& LootCounts::FindIngredients(const IndexedRecipe& recipe,
-                                                           std::string_view refId) {
+const CraftNeeds& LootCounts::FindNeeds(const IndexedRecipe& recipe, std::string_view refId) {
   const std::pair key(&recipe, refId);
   const auto known = found_.find(key);
   if (known != found_.end()) return known->second;
-  return found_.emplace(key, CollectIngredients(recipe, refId)).first->second;
+  return found_.emplace(key, CollectNeeds(recipe, refId)).first->second;
 }
 
-std::vector<Ingredient> LootCounts::CollectIngredients(const IndexedRecipe& recipe,
-                                                       std::string_view refId) {
-  std::vector<Ingredient> best = ListIngredients(recipe);
-  int64_t least = SetMissing(&best, refId);
+CraftNeeds LootCounts::CollectNeeds(const IndexedRecipe& recipe, std::string_view refId) {
+  CraftNeeds best{ListIngredients(recipe), refId};
+  int64_t least = SetMissing(&best.ingredients, refId);
   if (least == 0 || !refId.empty()) return best;
-  for (const std::string_view candidate : RefIdsOf(best)) {
-    std::vector<Ingredient> ingredients = best;
-    const int64_t missing = SetMissing(&ingredients, candidate);
+  for (const std::string_view candidate : RefIdsOf(best.ingredients)) {
+    CraftNeeds needs{best.ingredients, candidate};
+    const int64_t missing = SetMissing(&needs.ingredients, candidate);
     if (missing >= least) continue;
-    best = std::move(ingredients);
+    best = std::move(needs);
     least = missing;
   }
   return best;

@@ -34,21 +34,30 @@ struct Ingredient {
   int64_t missing = 0;
 };
 
+// What one craft takes, by the lowest slot number of each query.
+struct CraftNeeds {
+  std::vector<Ingredient> ingredients;
+  std::string_view refId;  // what the issued items of the craft are issued for; empty: for nothing
+
+  bool IsMet() const;
+};
+
 class LootCounts {
  public:
-  explicit LootCounts(const Api::PlayerLootItems& items);
-
-  // What the recipe takes, by the lowest slot number of each query. A craft for an item issued for
-  // `refId` takes no items issued for another; when `refId` is empty, the craft is for the
-  // reference id that lacks least. A quantity below 1 takes nothing. The result lives as long as
-  // this, which borrows `refId`.
-  const std::vector<Ingredient>& FindIngredients(const IndexedRecipe& recipe,
-                                                 std::string_view refId);
-
- private:
   using Item = const Api::PlayerLoot*;
   using LootNames = const std::vector<std::string>*;
 
+  explicit LootCounts(const Api::PlayerLootItems& items);
+
+  // What the recipe takes. A craft for an item issued for `refId` takes no items issued for
+  // another; when `refId` is empty, the craft is for the reference id that lacks least. A quantity
+  // below 1 takes nothing. The result lives as long as this, which borrows `refId`.
+  const CraftNeeds& FindNeeds(const IndexedRecipe& recipe, std::string_view refId);
+
+  // The items that one list takes, sorted by address, each once.
+  const std::vector<Item>& FindFitting(LootNames lootNames) { return FindListed(lootNames).items; }
+
+ private:
   // The items that one list takes.
   struct Listed {
     std::vector<Item> items;                    // sorted, each once
@@ -57,7 +66,7 @@ class LootCounts {
   // The items that several lists of a recipe take, by reference id.
   using SharedSupplies = std::map<std::string_view, Supplies>;
 
-  std::vector<Ingredient> CollectIngredients(const IndexedRecipe& recipe, std::string_view refId);
+  CraftNeeds CollectNeeds(const IndexedRecipe& recipe, std::string_view refId);
   const Listed& FindListed(LootNames lootNames);
   const SharedSupplies& FindShared(const std::vector<Ingredient>& ingredients);
   SharedSupplies CollectShared(const std::vector<LootNames>& lists);
@@ -69,7 +78,7 @@ class LootCounts {
   std::unordered_map<std::string_view, std::vector<Item>> issued_;  // by loot name
   std::unordered_map<LootNames, Listed> listed_;
   std::map<std::vector<LootNames>, SharedSupplies> shared_;
-  std::map<std::pair<const IndexedRecipe*, std::string_view>, std::vector<Ingredient>> found_;
+  std::map<std::pair<const IndexedRecipe*, std::string_view>, CraftNeeds> found_;
 };
 
 }  // namespace Kest::Client::Loot

@@ -80,6 +80,14 @@ bool LootInventory::ClearNewMark(const std::string& lootId) {
   return true;
 }
 
+Api::PlayerLoot LootInventory::Assemble(const SVDS::PlayerLootDTO& record,
+                                        DecisionTrace* trace) const {
+  Api::PlayerLoot item;
+  assembly_.Create(state_.definitions->recipes(), record,
+                   *state_.definitions->Find(record.lootName), &item, trace);
+  return item;
+}
+
 void LootInventory::ReassembleAll() {
   state_.store.EditAll([this](Api::PlayerLoot& item) { assembly_.ApplyCollectionStatus(&item); });
 }

@@ -41,6 +41,10 @@ class LootInventory {
   // Clears the item's mark as new. False: it is not stored.
   bool ClearNewMark(const std::string& lootId);
 
+  // The item of a record, assembled from scratch as a retrieval does it. REQUIRES: the record is
+  // valid.
+  Api::PlayerLoot Assemble(const SVDS::PlayerLootDTO& record, DecisionTrace* trace) const;
+
   // Assembles the collection status of every item again.
   void ReassembleAll();
 

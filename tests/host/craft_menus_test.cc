@@ -127,7 +127,7 @@ TEST(CraftMenus, AnEntryIsEnabledExactlyWhenThePlatformTakesSomeListWithTheItem)
           const int64_t wanted = known == least.end() ? kMostUnits + 1 : known->second;
           EXPECT_EQ(entry.enabled, wanted == 0);
           int64_t missing = 0;
-          for (const auto& one : counts.FindIngredients(indexed[i], item->refId)) {
+          for (const auto& one : counts.FindNeeds(indexed[i], item->refId).ingredients) {
             missing += one.missing;
           }
           // A slot that lists an id lacks it even where it would not go with the others.

@@ -11,6 +11,7 @@ static int stopping;  /* set by stop */
 static int inside;    /* requests that have not ended */
 static int released;  /* set by ".../release" */
 static unsigned runs; /* requests since the library was loaded */
+static KestApiDescriptor api;
 
 static KestText Text(const char* text) {
   KestText view = {text, strlen(text)};
@@ -71,6 +72,8 @@ static const KestResponse* KEST_ABI OnRequest(void* context, const KestRequest* 
     WaitForRelease(reply);
   } else if (Is(request->url, "/tav-loot/v1/release")) {
     released = 1;
+  } else if (Is(request->url, "/tav-loot/v1/explain-nothing")) {
+    api.size = offsetof(KestApiDescriptor, explain); /* as of an older plugin */
   } else if (Is(request->url, "/tav-loot/v1/bytes") && request->body.size <= sizeof(reply->body)) {
     memcpy(reply->body, request->body.data, request->body.size);
     reply->response.contentType = Text("application/x-msgpack");
@@ -109,6 +112,12 @@ static const KestResponse* KEST_ABI OnInvoke(void* context, KestText name,
   return &reply->response;
 }
 
+/* The question itself. */
+static const KestResponse* KEST_ABI OnExplain(void* context, KestText question) {
+  const KestRequest request = {.method = Text("explain"), .url = question};
+  return OnRequest(context, &request);
+}
+
 static void KEST_ABI OnRelease(void* context, const KestResponse* response) {
   (void)context;
   free((void*)response);
@@ -142,17 +151,18 @@ __attribute__((destructor)) static void OnUnload(void) {
 }
 
 static const KestCallbackTable callbacks = {OnStart, OnStop, OnStatistics};
-static const KestApiDescriptor api = {sizeof(KestApiDescriptor),
-                                      NULL,
-                                      0,
-                                      NULL,
-                                      0,
-                                      OnRequest,
-                                      OnInvoke,
-                                      OnRelease,
-                                      sizeof(KestEndpoint),
-                                      sizeof(KestArgument),
-                                      NULL};
+static KestApiDescriptor api = {sizeof(KestApiDescriptor),
+                                NULL,
+                                0,
+                                NULL,
+                                0,
+                                OnRequest,
+                                OnInvoke,
+                                OnRelease,
+                                sizeof(KestEndpoint),
+                                sizeof(KestArgument),
+                                NULL,
+                                OnExplain};
 
 KEST_EXPORT void KEST_ABI load_tav_loot(KestHandshakeBlock* block) {
   block->callbacks = &callbacks;

@@ -61,7 +61,8 @@ const KestApiDescriptor kApi = {.size = sizeof(KestApiDescriptor),
                                 .release = nullptr,
                                 .endpointSize = sizeof(LaterEndpoint),
                                 .argumentSize = sizeof(LaterArgument),
-                                .setLogging = nullptr};
+                                .setLogging = nullptr,
+                                .explain = nullptr};
 
 constexpr std::string_view kHelp = R"({"functions":[{"name":"Find"}],"types":[
   {"name":"Rig","nameSpace":"N","description":"Sails.","fields":[],

@@ -66,7 +66,7 @@ SIZE(KestValue, 24, 48);
 PLACE(KestValue, contentType, 8, 16);
 PLACE(KestValue, bytes, 16, 32);
 
-SIZE(KestApiDescriptor, 44, 88);
+SIZE(KestApiDescriptor, 48, 96);
 PLACE(KestApiDescriptor, endpoints, 4, 8);
 PLACE(KestApiDescriptor, endpointCount, 8, 16);
 PLACE(KestApiDescriptor, eventNames, 12, 24);
@@ -77,6 +77,7 @@ PLACE(KestApiDescriptor, release, 28, 56);
 PLACE(KestApiDescriptor, endpointSize, 32, 64);
 PLACE(KestApiDescriptor, argumentSize, 36, 72);
 PLACE(KestApiDescriptor, setLogging, 40, 80);
+PLACE(KestApiDescriptor, explain, 44, 88);
 
 SIZE(KestStatistics, 56, 56);
 PLACE(KestStatistics, requestsFailed, 8, 8);

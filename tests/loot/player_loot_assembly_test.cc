@@ -103,7 +103,11 @@ TEST(CollectionStatusTest, EachTypeFollowsItsCollection) {
   const CollectionStatus status(collections, gameData);
   EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/collection_status.txt", [&](auto input) {
     PlayerLoot item = ReadItem(std::string(input));
+    PlayerLoot explained = item;
     status.Apply(&item);
+    DecisionTrace trace;
+    status.Apply(&explained, &trace);
+    EXPECT_EQ(explained, item) << "an explanation is made of the same decisions";
     return StatusText(item);
   }));
   EXPECT_EQ(gameData.iconPaths().size(), 4u) << "an unknown icon leaves an empty entry";
@@ -127,11 +131,12 @@ TEST(OwnershipRules, RedeemedItemsOfOwnableTypesAreMarked) {
 
 TEST(OwnershipRules, TokensNeedTheirChampionInDigits) {
   SVDS::LootItemClientDTO definition;
-  EXPECT_FALSE(IsValidRecord({"a", "1", 1, 0}, nullptr));
+  EXPECT_FALSE(IsValidRecord({"a", "1", 1, 0}, nullptr).value);
   EXPECT_TRUE(Testing::GoldenCases("tests/loot/cases/valid_records.txt", [&](auto input) {
     const size_t space = input.find(' ');
     definition.type = input.substr(0, space);
-    return IsValidRecord({"a", input.substr(space + 1), 1, 0}, &definition) ? "valid" : "invalid";
+    return IsValidRecord({"a", input.substr(space + 1), 1, 0}, &definition).value ? "valid"
+                                                                                  : "invalid";
   }));
 }
 

@@ -98,6 +98,7 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
       {"GETs", [this](Words& words) { GetTogether(words); }},
       {"POST", [this](Words& words) { Send("POST", words); }},
       {"DELETE", [this](Words& words) { Send("DELETE", words); }},
+      {"explain", [this](Words& words) { Explain(Word(words)); }},
       {"wait", [this](Words& words) { host_.AdvanceSeconds(std::stoi(Word(words))); }},
       {"hold", [this](Words&) { host_.HoldTasks(); }},
       {"run-held", [this](Words&) { host_.RunHeldTasks(); }},
@@ -158,6 +159,18 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
     for (int i = 0; i < count; ++i) host_.StartRequest("GET", url);
     host_.RunUntilIdle();
   }
+  // The elements of an explanation's lists on lines of their own.
+  void Explain(const std::string& question) {
+    host_.RunTask([&] {
+      const auto& block = host_.Block();
+      const KestResponse* const response = block.api->explain(block.context, ToText(question));
+      const std::string text(ToView(response->body));
+      explanation_ = std::to_string(response->status) + " " +
+                     std::string(ToView(response->message)) +
+                     std::regex_replace(text, std::regex(R"(([\[,])\{)"), "$1\n  {") + "\n";
+      block.api->release(block.context, response);
+    });
+  }
   void SetTo(const std::string& path, Words& words) { host_.SetResource(path, Rest(words)); }
   void Respond(Words& words, bool held) {
     const std::string path = Word(words);
@@ -167,6 +180,7 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
   size_t begin_ = std::string::npos;  // of the actions that were not shown yet
   bool isComplete_ = false;
   size_t most_ = 120;  // characters of a response
+  std::string explanation_;
   std::string refusedMessage_ = "none";
   ServiceReply settings_{"{}"};
 };
@@ -225,7 +239,7 @@ std::string TraceTest::TakeLines() {
   }
   std::string text;
   for (const std::string& line : lines) text += line.empty() ? "" : line + "\n";
-  return text;
+  return text + std::exchange(explanation_, {});
 }
 
 void TraceTest::Run(const std::string& command) {
@@ -253,11 +267,11 @@ TEST_P(TraceTest, IsAsItWas) {
 INSTANTIATE_TEST_SUITE_P(Files, TraceTest,
                          ::testing::Values("calls_not_taken", "chest_notifications",
                                            "client_configuration", "craft", "dismissals",
-                                           "gameflow", "held_tasks", "items", "login",
-                                           "login_messages", "mastery_messages", "new_player_chest",
-                                           "readers", "recipe_views", "retrieval", "settings",
-                                           "start", "stop", "tournament_logos", "transactions",
-                                           "watched_views"),
+                                           "explained_items", "explanations", "gameflow",
+                                           "held_tasks", "items", "login", "login_messages",
+                                           "mastery_messages", "new_player_chest", "readers",
+                                           "recipe_views", "retrieval", "settings", "start", "stop",
+                                           "tournament_logos", "transactions", "watched_views"),
                          [](const auto& param) { return std::string(param.param); });
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "log/logger.h"
 #include "plugin/once_promise.h"
+#include "plugin/text_view.h"
 #include "tests/plugin/scripted_plugin.h"
 #include "tests/support/log_capture.h"
 
@@ -125,6 +126,35 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   second.Load(&ScriptedPlugin::Handshake);
   second.Stop();
   EXPECT_EQ(ScriptedPlugin::script.alive, 0) << "also without start";
+}
+
+TEST_F(PluginLifeTest, AnExplanationIsARequestThatIsNotCounted) {
+  ScriptedPlugin::script.explain = [](std::string_view question) -> Response {
+    if (question == "fail") throw std::runtime_error("broken");
+    return {200, {}, "application/json", "[" + std::string(question) + "]"};
+  };
+  LoadAndStart();
+  const KestHandshakeBlock& block = host_.Block();
+  EXPECT_TRUE(KestCanExplain(block.api));
+  KestApiDescriptor older = *block.api;
+  older.size -= 1;
+  EXPECT_FALSE(KestCanExplain(&older));
+  const auto explain = [&block](std::string_view question) {
+    const KestResponse* const response = block.api->explain(block.context, ToText(question));
+    const std::string text = std::to_string(response->status) + " " +
+                             std::string(ToView(response->message)) +
+                             std::string(ToView(response->body));
+    block.api->release(block.context, response);
+    return text;
+  };
+  EXPECT_EQ(explain("why?a=b"), "200 [why?a=b]");
+  EXPECT_EQ(explain("fail"), "500 broken");
+  KestStatistics statistics;
+  block.callbacks->statistics(block.context, &statistics);
+  EXPECT_EQ(statistics.requestsHandled[0], 0u);
+  EXPECT_EQ(statistics.requestsFailed[0], 0u);
+  host_.Stop();
+  EXPECT_EQ(explain("why"), "500 Finalizing");
 }
 
 TEST_F(PluginLifeTest, AnExceptionOfAHandlerIsAResponse) {

@@ -20,6 +20,7 @@ struct PluginScript {
     return Maybe<std::string>(std::string("response"));
   };
   std::function<void()> shutdown = [] {};
+  std::function<Response(std::string_view)> explain = [](std::string_view) { return Response(); };
   bool hasMemory = true;
   int alive = 0;  // plugin objects that exist
 };
@@ -40,6 +41,8 @@ class ScriptedPlugin final : public PluginBase {
   }
   bool Initialise() override { return script.initialise(*this); }
   void Shutdown() override { script.shutdown(); }
+
+  Response Explain(std::string_view question) override { return script.explain(question); }
 
   using PluginBase::Host;
   using PluginBase::IsStopping;

@@ -21,6 +21,8 @@ void CheckGrants(const QuietState& state, Findings* findings);
 // inputs_check.cc: the switches follow their inputs.
 void CheckEnabled(const QuietState& state, Findings* findings);
 void CheckReady(const QuietState& state, Findings* findings);
+// explanations_check.cc: what the plugin explains is what it does.
+void CheckExplanations(const QuietState& state, Findings* findings);
 // calls_check.cc: nothing is left open, the subscriptions are those of the state.
 void CheckOpenCalls(const QuietState& state, Findings* findings);
 void CheckSubscriptions(const QuietState& state, Findings* findings);

@@ -33,11 +33,22 @@ inline constexpr std::string_view kInventoryPaths[] = {
     "/tav-loot/v1/player-loot/CHAMPION_RENTAL_2/context-menu",
     "/tav-loot/v1/player-loot/SKIN_RENTAL_1001/context-menu"};
 
+// What is asked there: of the items, those with a menu above.
+inline constexpr std::string_view kQuestions[] = {"enabled",
+                                                  "ready",
+                                                  "retrieval",
+                                                  "chest",
+                                                  "grants",
+                                                  "item/MATERIAL_wire",
+                                                  "item/CHAMPION_RENTAL_2",
+                                                  "item/SKIN_RENTAL_1001"};
+
 struct QuietState {
   const PublishedState& published;
   const PluginInputs& inputs;
-  std::map<std::string, PluginReply, std::less<>> responses;  // by path
-  Json platform;                                              // its state, as "/world" shows it
+  std::map<std::string, PluginReply, std::less<>> responses;     // by path
+  std::map<std::string, PluginReply, std::less<>> explanations;  // by question
+  Json platform;                                                 // its state, as "/world" shows it
   bool knowsAll = false;    // the plugin can know the platform's inventory
   size_t openAsks = 0;      // requests to the plugin without a response
   size_t openRequests = 0;  // of the plugin, without a response

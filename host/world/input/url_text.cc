@@ -22,6 +22,22 @@ std::string DecodePercent(std::string_view text) {
   return out;
 }
 
+std::string EncodePercent(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view kPlain =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+  std::string out;
+  for (const char character : text) {
+    if (kPlain.find(character) != std::string_view::npos) {
+      out += character;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(character);
+    out.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+  }
+  return out;
+}
+
 std::vector<std::string> PathParts(std::string_view path) {
   std::vector<std::string> parts;
   while (!path.empty()) {

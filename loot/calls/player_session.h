@@ -2,7 +2,10 @@
 // followed. Threads: module tasks only; it does not wait.
 #pragma once
 
+#include <optional>
+
 #include "loot/calls/forward.h"
+#include "loot/model/condition.h"
 #include "loot/wire/sibling_resources.h"
 
 namespace Kest::Client::Loot {
@@ -18,10 +21,15 @@ class PlayerSession {
   void OnLoginSession(const Api::LoginSession& session);
   void OnLoginSessionDeleted();
 
+  // What a connected player needs.
+  Conditions<4> ConnectedConditions() const { return ConditionsOf(session_); }
+
  private:
+  static Conditions<4> ConditionsOf(const std::optional<Api::LoginSession>& session);
+
   CollectionSources& sources_;
   NewPlayerChest& newPlayerChest_;
-  bool connected_ = false;
+  std::optional<Api::LoginSession> session_;  // nothing: there is none
 };
 
 }  // namespace Kest::Client::Loot
