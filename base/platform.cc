@@ -12,27 +12,9 @@ namespace {
 
 constexpr int64_t kUnset = std::numeric_limits<int64_t>::min();
 
-std::atomic<bool> clockStopped = false;
-std::atomic<int64_t> stoppedWall = 0;
-std::atomic<int64_t> stoppedMonotonic = 0;
 std::atomic<int64_t> firstUse = kUnset;
-std::atomic<bool (*)(UuidBytes*)> uuidSource = nullptr;
-
-void StopClock(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {
-  stoppedWall = wallMilliseconds;
-  stoppedMonotonic = monotonicMilliseconds;
-  clockStopped = true;
-}
 
 }  // namespace
-
-int64_t WallClockMilliseconds() {
-  return clockStopped ? stoppedWall.load() : SystemWallClockMilliseconds();
-}
-
-int64_t WallClockSeconds() {
-  return clockStopped ? stoppedWall / 1000 : SystemWallClockSeconds();
-}
 
 LocalTime LocalTimeAt(int64_t wallMilliseconds) {
   using namespace std::chrono;
@@ -51,39 +33,11 @@ LocalTime LocalTimeAt(int64_t wallMilliseconds) {
           .millisecond = static_cast<int32_t>(time.subseconds().count())};
 }
 
-int64_t MonotonicMilliseconds() {
-  return clockStopped ? stoppedMonotonic.load() : SystemMonotonicMilliseconds();
-}
-
 int64_t MillisecondsSinceFirstUse() {
   const int64_t now = MonotonicMilliseconds();
   int64_t first = kUnset;
   if (firstUse.compare_exchange_strong(first, now)) return 0;
   return std::max<int64_t>(0, now - first);  // another thread's first use may be after `now`
-}
-
-void StopClocks(int64_t wallMilliseconds, int64_t monotonicMilliseconds) {
-  SystemReloadZone();
-  StopClock(wallMilliseconds, monotonicMilliseconds);
-}
-
-void StopClocks(int64_t wallMilliseconds) {
-  StopClocks(wallMilliseconds, 0);
-}
-
-void AdvanceClocks(int64_t milliseconds) {
-  StopClock(stoppedWall + milliseconds, stoppedMonotonic + milliseconds);
-}
-
-void RunClocks() {
-  clockStopped = false;
-  firstUse = kUnset;
-  SystemReloadZone();
-}
-
-bool CreateUuid(UuidBytes* uuid) {
-  const auto source = uuidSource.load();
-  return source != nullptr ? source(uuid) : SystemCreateUuid(uuid);
 }
 
 std::string FormatUuid(const UuidBytes& uuid) {
@@ -96,10 +50,6 @@ std::string FormatUuid(const UuidBytes& uuid) {
     text += kDigits[uuid[i] & 15];
   }
   return text;
-}
-
-void SetUuidSource(bool (*source)(UuidBytes* uuid)) {
-  uuidSource = source;
 }
 
 }  // namespace Kest

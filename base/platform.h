@@ -1,7 +1,6 @@
 // The platform layer, all calls to the operating system: clocks, unique ids, thread and module
-// names, the debugger. Threads: every function may be called on any thread, except those that end
-// in ForTests. Nothing here logs and nothing throws, except std::bad_alloc where a std::string is
-// returned.
+// names, the debugger. Threads: every function may be called on any thread. Nothing here logs and
+// nothing throws, except std::bad_alloc where a std::string is returned.
 #pragma once
 
 #include <array>
@@ -30,7 +29,6 @@ struct LocalTime {
 // Time since 1970-01-01 00:00 UTC, in steps of the system's tick (1 to 16 ms). It may jump when the
 // user sets the clock.
 int64_t WallClockMilliseconds();
-int64_t WallClockSeconds();
 
 // A wall clock reading in the local zone. Asks the system for the zone: keep the result while the
 // second lasts if you need many.
@@ -43,16 +41,6 @@ int64_t MonotonicMilliseconds();
 // negative, whichever threads call.
 int64_t MillisecondsSinceFirstUse();
 
-// Stops both clocks at the given readings until the next call or RunClocks.
-void StopClocks(int64_t wallMilliseconds, int64_t monotonicMilliseconds);
-// The same, with the monotonic clock at 0.
-void StopClocks(int64_t wallMilliseconds);
-// Moves stopped clocks on. REQUIRES: StopClocks before.
-void AdvanceClocks(int64_t milliseconds);
-// Lets the clocks run again, and the first use count from the next call. A changed TZ is seen after
-// this and after StopClocks.
-void RunClocks();
-
 // ---- Unique ids --------------------------------------------------------------------------------
 
 using UuidBytes = std::array<uint8_t, 16>;
@@ -62,9 +50,6 @@ using UuidBytes = std::array<uint8_t, 16>;
 
 // 32 lower-case hexadecimal digits in the groups 8-4-4-4-12, in the order of the bytes.
 std::string FormatUuid(const UuidBytes& uuid);
-
-// Takes the ids of CreateUuid from `source` instead of the system; null restores the system.
-void SetUuidSource(bool (*source)(UuidBytes* uuid));
 
 // ---- Process -----------------------------------------------------------------------------------
 

@@ -18,13 +18,10 @@ int64_t ReadClock(clockid_t clock) {
 }  // namespace
 
 // The kernel's tick, as time() reads it: a few milliseconds coarse, at a fifth of the cost.
-int64_t SystemWallClockMilliseconds() {
+int64_t WallClockMilliseconds() {
   return ReadClock(CLOCK_REALTIME_COARSE);
 }
-int64_t SystemWallClockSeconds() {
-  return SystemWallClockMilliseconds() / 1000;
-}
-int64_t SystemMonotonicMilliseconds() {
+int64_t MonotonicMilliseconds() {
   return ReadClock(CLOCK_MONOTONIC);
 }
 
@@ -38,7 +35,7 @@ void SystemReloadZone() {
   tzset();
 }
 
-bool SystemCreateUuid(UuidBytes* uuid) {
+bool CreateUuid(UuidBytes* uuid) {
   // Requests of this size are never interrupted once the random pool is up.
   if (getrandom(uuid->data(), uuid->size(), 0) != static_cast<ssize_t>(uuid->size())) return false;
   (*uuid)[6] = static_cast<uint8_t>(((*uuid)[6] & 0x0f) | 0x40);  // version 4: random

@@ -8,17 +8,11 @@
 
 namespace Kest {
 
-int64_t SystemWallClockMilliseconds();
-int64_t SystemWallClockSeconds();
-int64_t SystemMonotonicMilliseconds();
-
-// Seconds to add to UTC for the local time at that moment (seconds since 1970). Windows knows
-// that of the present alone: the log asks for no other.
+// Seconds to add to UTC for the local time at that moment (seconds since 1970).
 int64_t SystemZoneOffset(int64_t seconds);
 // Reads the time zone of the environment again.
 void SystemReloadZone();
 
-bool SystemCreateUuid(UuidBytes* uuid);
 // Whether a status of Windows' UuidCreate comes with an id: success, and "unique on this machine
 // only", which is all that a request id needs.
 constexpr bool IsUuidStatus(int32_t status) {

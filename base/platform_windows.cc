@@ -8,8 +8,6 @@
 // rpc.h needs windows.h before it.
 #include <rpc.h>
 
-#include <time.h>
-
 #include <cstring>
 
 #include "base/mutex.h"
@@ -33,37 +31,33 @@ CRITICAL_SECTION* SectionIn(unsigned char* storage) {
 
 }  // namespace
 
-int64_t SystemWallClockMilliseconds() {
+int64_t WallClockMilliseconds() {
   FILETIME now;
   GetSystemTimeAsFileTime(&now);
   return (ToTicks(now) - kEpochTicks) / kTicksPerMillisecond;
 }
 
-int64_t SystemWallClockSeconds() {
-  return _time64(nullptr);
-}
-
-int64_t SystemMonotonicMilliseconds() {
+int64_t MonotonicMilliseconds() {
   return static_cast<int64_t>(GetTickCount64());
 }
 
-// The system gives the present local time. What is asked for is the present too, but for the
-// instant between two readings of the clock; zones differ by whole minutes.
-int64_t SystemZoneOffset(int64_t) {
+int64_t SystemZoneOffset(int64_t seconds) {
+  const int64_t ticks = kEpochTicks + seconds * 1000 * kTicksPerMillisecond;
+  const FILETIME moment = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+  SYSTEMTIME utc;
   SYSTEMTIME local;
   FILETIME localTime;
-  const int64_t utc = SystemWallClockMilliseconds();
-  GetLocalTime(&local);
-  if (!SystemTimeToFileTime(&local, &localTime)) return 0;
-  const int64_t difference = (ToTicks(localTime) - kEpochTicks) / kTicksPerMillisecond - utc;
-  constexpr int64_t kMinute = 60'000;
-  const int64_t half = difference < 0 ? -kMinute / 2 : kMinute / 2;
-  return (difference + half) / kMinute * 60;
+  if (!FileTimeToSystemTime(&moment, &utc) ||
+      !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) ||
+      !SystemTimeToFileTime(&local, &localTime)) {
+    return 0;
+  }
+  return (ToTicks(localTime) - ticks) / kTicksPerMillisecond / 1000;
 }
 
 void SystemReloadZone() {}  // the system call above reads the zone each time
 
-bool SystemCreateUuid(UuidBytes* uuid) {
+bool CreateUuid(UuidBytes* uuid) {
   UUID fresh;
   const RPC_STATUS status = UuidCreate(&fresh);
   static_assert(IsUuidStatus(RPC_S_OK) && IsUuidStatus(RPC_S_UUID_LOCAL_ONLY));

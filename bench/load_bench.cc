@@ -55,7 +55,9 @@ class Host {
       .yield = [](const KestHostServices* self) { Of(self).RunNext(); },
       .log = [](const KestHostServices*, int32_t, KestText) {},
       .telemetry = [](const KestHostServices*, KestText, KestBytes) {},
-      .identify = [](const KestHostServices*, KestText, KestText) {}};
+      .identify = [](const KestHostServices*, KestText, KestText) {},
+      .now = nullptr,
+      .createUuid = nullptr};
   std::deque<std::function<void()>> work_;
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/platform.h"
+#include "host/controls/clock_controls.h"
 #include "host/controls/console_controls.h"
 #include "host/controls/description_controls.h"
 #include "host/controls/event_controls.h"
@@ -26,25 +27,33 @@ constexpr auto kFarewell = std::chrono::seconds(2);
 DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
     : options_(std::move(options)),
       log_(log),
-      timeline_(WallClockMilliseconds),
-      scheduler_([log](std::string_view task, std::string_view text) {
-        log->Write(LogLevel::kError,
-                   "Task \"" + std::string(task) + "\" failed: " + std::string(text));
-      }),
-      serviceEvents_([this](const ServiceEventThread::Event& event) {
-        sessions_.DeliverServiceEvent(event);
-        scheduler_.Wake();
-      }),
+      clock_(options_.clock),
+      timeline_([this] { return clock_.Now(); }),
+      scheduler_(
+          [log](std::string_view task, std::string_view text) {
+            log->Write(LogLevel::kError,
+                       "Task \"" + std::string(task) + "\" failed: " + std::string(text));
+          },
+          clock_),
+      serviceEvents_(
+          [this](const ServiceEventThread::Event& event) {
+            sessions_.DeliverServiceEvent(event);
+            scheduler_.Wake();
+          },
+          clock_),
       sessions_(options_.pluginPath,
                 [this] { return LoadWorld(options_.worldPath, options_.seed); }, options_.signsIn,
-                {&scheduler_, &serviceEvents_, &stream_, log, &traffic_}),
-      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log}),
+                {&scheduler_, &serviceEvents_, &stream_, log, &traffic_, &clock_, options_.seed}),
+      clockDriver_(&clock_, &scheduler_, &serviceEvents_, &timeline_),
+      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
                 EventControls(&stream_), DescriptionControls(&sessions_),
-                TimelineControls(&traffic_, &timelineStream_), ConsoleControls(),
-                ExplainControls(&sessions_)},
+                ClockControls(&clockDriver_), TimelineControls(&traffic_, &timelineStream_),
+                ConsoleControls(), ExplainControls(&sessions_)},
                &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_, &traffic_, log) {
+  scheduler_.SetOutsideEvents([this] { return serviceEvents_.DeliverOne(); });
+  log_->SetClock([this] { return clock_.Now(); });
   log_->SetListener([this](LogLevel level, std::string_view text) {
     timeline_.Add({.kind = RowKind::kLog,
                    .name = "host",
@@ -57,6 +66,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
 
 DevelopmentHost::~DevelopmentHost() {
   scheduler_.End();  // before what its tasks use
+  log_->SetClock(WallClockMilliseconds);
   log_->SetListener({});
 }
 

@@ -9,11 +9,13 @@
 #include <string>
 
 #include "base/maybe_type.h"
+#include "host/clock/host_clock.h"
 #include "host/host_control.h"
 #include "host/host_options.h"
 #include "host/http/http_server.h"
 #include "host/http/request_guard.h"
 #include "host/request_router.h"
+#include "host/session/clock_driver.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
 #include "host/session/service_event_thread.h"
@@ -47,6 +49,7 @@ class DevelopmentHost {
 
   const HostOptions options_;
   HostLog* const log_;
+  HostClock clock_;
   EventStream stream_;
   EventStream timelineStream_;
   Timeline timeline_;
@@ -56,6 +59,7 @@ class DevelopmentHost {
   Scheduler scheduler_;
   ServiceEventThread serviceEvents_;
   SessionManager sessions_;
+  ClockDriver clockDriver_;
   HostControl control_;
   RequestGuard guard_;
   RequestRouter router_;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/clock/host_clock.h"
 #include "host/session/host_log.h"
 
 namespace Kest::Host {
@@ -15,6 +16,7 @@ struct HostOptions {
   std::string address = "127.0.0.1";
   uint16_t port = 8510;  // 0: any free one
   uint64_t seed = 1;
+  ClockSetting clock = {};
   std::vector<std::string> allowedOrigins = {};  // of pages, besides loopback
   bool signsIn = true;                           // the player is signed in when a session begins
   bool untilInputCloses = false;                 // ends also when standard input is closed

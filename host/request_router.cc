@@ -116,7 +116,8 @@ void RequestRouter::RunTask(HttpRequest request, const Respond& respond, Handler
     }
     respond(std::move(result));
   };
-  const auto posted = scheduler_->Post({.name = std::move(name), .work = std::move(work)});
+  const auto posted =
+      scheduler_->Post({.name = std::move(name), .work = std::move(work), .isOutside = true});
   if (posted == Scheduler::Posted::kRefused) respond(ProblemResponse(503, "The host is stopping."));
 }
 

@@ -56,8 +56,9 @@ void AppendGroups(GroupMask groups, FixedBuffer& out) {
   }
 }
 
-void AppendElapsed(FixedBuffer& out) {
-  const auto elapsed = static_cast<uint64_t>(MillisecondsSinceFirstUse());
+void AppendElapsed(const LogRecord& record, FixedBuffer& out) {
+  const auto elapsed =
+      static_cast<uint64_t>(record.elapsed ? *record.elapsed : MillisecondsSinceFirstUse());
   AppendPadded(elapsed / 1000, 6, out);
   out.Append('.');
   AppendPadded(elapsed % 1000, 3, out);
@@ -81,7 +82,7 @@ void AppendField(char field, const LogRecord& record, FixedBuffer& out) {
       AppendGroups(record.groups, out);
       break;
     case 'H':
-      AppendElapsed(out);
+      AppendElapsed(record, out);
       break;
     case 'L':
       out.Append(LevelName(record.level));

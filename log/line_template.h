@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "base/platform.h"
@@ -17,6 +19,8 @@ struct LogRecord {
   GroupMask groups = kNoGroups;
   std::string_view message = {};     // at most 4095 bytes
   std::string_view executable = {};  // file name of the running program
+  // Milliseconds since the first use of the clock; nothing: of the system's.
+  std::optional<int64_t> elapsed = {};
 };
 
 inline constexpr size_t kLineCapacity = 4096;

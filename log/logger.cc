@@ -96,7 +96,8 @@ void Logger::SetDefaultsLocked() {
   disabled_ = false;
   minimum_ = Level::kWarning;
   hook_ = nullptr;
-  localSecond_ = kNoSecond;
+  clock_ = {};
+  localSecond_ = kNoReading;
   LogFilter::excluded = kGroupExtra;
   UpdateFilterLocked();
   standardError_.SetMasks(kGroupDebug, kGroupGeneral);
@@ -218,9 +219,26 @@ void Logger::Forward(Level level, GroupMask groups, const char* format, Argument
   va_end(copy);
 }
 
+void Logger::SetClock(LogClock clock) {
+  MutexLock hold(mutex_);
+  clock_ = clock;
+  firstReading_ = kNoReading;
+}
+
+void Logger::StampLocked(LogRecord& record) {
+  if (clock_.read == nullptr) {
+    record.time = LocalTimeLocked(WallClockMilliseconds());
+    return;
+  }
+  const int64_t now = clock_.read(clock_.context);
+  if (firstReading_ == kNoReading) firstReading_ = now;
+  record.time = LocalTimeLocked(now);
+  record.elapsed = std::max<int64_t>(0, now - firstReading_);
+}
+
 // Breaking a reading down into a date costs more than a whole line, and most lines share a second.
-LocalTime Logger::LocalTimeLocked() {
-  const int64_t now = std::max<int64_t>(0, WallClockMilliseconds());
+LocalTime Logger::LocalTimeLocked(int64_t now) {
+  now = std::max<int64_t>(0, now);
   if (now / 1000 != localSecond_) {
     localTime_ = LocalTimeAt(now);
     localSecond_ = now / 1000;
@@ -232,7 +250,7 @@ LocalTime Logger::LocalTimeLocked() {
 
 void Logger::WriteToTargets(LogRecord& record) {
   MutexLock hold(mutex_);
-  record.time = LocalTimeLocked();
+  StampLocked(record);
   Count(record.level);
   for (LogTarget* target = targets_; target != nullptr; target = target->next_) {
     if (target->Accepts(record.level, record.groups)) target->TryWrite(record);

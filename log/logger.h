@@ -84,6 +84,13 @@ void LogUnfiltered(Level level, GroupMask groups, const char* format, ...) KEST_
 using LogForwardHook = void (*)(void* context, int32_t level, uint32_t groupsLow,
                                 uint32_t groupsHigh, const char* format, va_list arguments);
 
+// Gives the time of lines: milliseconds since 1970. Called under the logger's lock; it must not
+// log. Without a function it is the system's.
+struct LogClock {
+  int64_t (*read)(const void* context) = nullptr;
+  const void* context = nullptr;
+};
+
 // Filters, counts and hands lines to the targets. One per process, made on first use and never
 // destroyed: code that runs last in the process may still log.
 // Threads: any, but not from inside a sink or hook, except for logging and Flush. One lock covers
@@ -116,6 +123,10 @@ class Logger {
   // Null takes the hook out. When this returns, the former hook is in no call and gets none.
   void SetForwardHook(LogForwardHook hook, void* context) KEST_EXCLUDES(mutex_);
 
+  // Stamps lines by `clock` from now on; "#H" counts from its first line. When this returns, the
+  // former clock is in no call and gets none.
+  void SetClock(LogClock clock) KEST_EXCLUDES(mutex_);
+
   // Lines of level warning and error that passed the global filter.
   uint32_t WarningCount() const { return warnings_.load(std::memory_order_relaxed); }
   uint64_t ErrorCount() const { return errors_.load(std::memory_order_relaxed); }
@@ -136,13 +147,14 @@ class Logger {
   void Forward(Level level, GroupMask groups, const char* format, ArgumentList& arguments)
       KEST_EXCLUDES(mutex_) KEST_PRINTF(4, 0);
   void WriteToTargets(LogRecord& record) KEST_EXCLUDES(mutex_);
-  LocalTime LocalTimeLocked() KEST_REQUIRES(mutex_);
+  void StampLocked(LogRecord& record) KEST_REQUIRES(mutex_);
+  LocalTime LocalTimeLocked(int64_t now) KEST_REQUIRES(mutex_);
   // Only ever under the lock; the counters are atomic for those who read them.
   void Count(Level level);
   // Takes `target` off the list. False: the lock is busy, try again.
   bool TryRemove(LogTarget& target) KEST_EXCLUDES(mutex_);
 
-  static constexpr int64_t kNoSecond = std::numeric_limits<int64_t>::min();
+  static constexpr int64_t kNoReading = std::numeric_limits<int64_t>::min();
 
   StdErrLogTarget standardError_;
   StdOutLogTarget standardOutput_;
@@ -157,11 +169,13 @@ class Logger {
   Level minimum_ KEST_GUARDED_BY(mutex_) = Level::kWarning;
   LogForwardHook hook_ KEST_GUARDED_BY(mutex_) = nullptr;
   void* hookContext_ KEST_GUARDED_BY(mutex_) = nullptr;
+  LogClock clock_ KEST_GUARDED_BY(mutex_);
+  int64_t firstReading_ KEST_GUARDED_BY(mutex_) = kNoReading;  // of that clock
   // In order of attachment, linked through the targets: attaching one needs no memory.
   LogTarget* targets_ KEST_GUARDED_BY(mutex_) = nullptr;
   // The last local time and the wall clock second it stands for.
   LocalTime localTime_ KEST_GUARDED_BY(mutex_);
-  int64_t localSecond_ KEST_GUARDED_BY(mutex_) = kNoSecond;
+  int64_t localSecond_ KEST_GUARDED_BY(mutex_) = kNoReading;
 };
 
 }  // namespace Kest

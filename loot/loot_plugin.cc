@@ -18,7 +18,7 @@ LootPlugin::LootPlugin(PluginRuntime& runtime, size_t itemsInSlice)
       logos_(Module(), client_, state_.collections, readiness_),
       sources_(client_, state_.collections, readiness_),
       retrieval_(Module(), proxy_, loot_, {state_.definitions, inventory_, publisher_, logos_}),
-      transactions_(proxy_, loot_, inventory_, publisher_, retrieval_),
+      transactions_(Module(), proxy_, loot_, inventory_, publisher_, retrieval_),
       newPlayerChest_(Module(), proxy_, loot_, retrieval_),
       enablement_(client_, loot_, newPlayerChest_, views_, publisher_),
       session_(sources_, newPlayerChest_),

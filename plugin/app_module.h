@@ -1,6 +1,6 @@
-// AppModule is the plugin's view of the host's cooperative scheduler: waiting without blocking, and
-// posting work.
-// Threads: Await on module tasks only; PostTask on any thread.
+// AppModule is the plugin's view of the host's cooperative scheduler: waiting without blocking,
+// posting work, and the time.
+// Threads: PostTask on any thread, everything else on module tasks only.
 #pragma once
 
 #include <chrono>
@@ -54,6 +54,11 @@ class AppModule {
   TaskPosting PostTask(std::string_view name, std::function<void()> run) {
     return host_.PostTask(name, std::move(run));
   }
+
+  // The host's time in seconds since 1970.
+  int64_t NowSeconds() const { return host_.NowSeconds(); }
+  // Fills `*uuid` with a fresh unique id. False: there is none.
+  [[nodiscard]] bool CreateUuid(UuidBytes* uuid) { return host_.CreateUuid(uuid); }
 
  private:
   // Polls and yields. The wait is announced once, and only when the first poll fails. A request

@@ -200,6 +200,18 @@ typedef struct KestHostServices {
    * with the host's plugin API version. [module task] */
   void(KEST_ABI* identify)(const struct KestHostServices* self, KestText fullName,
                            KestText userAgent);
+
+  /* The entries below are younger than the table: one that is null, or that a table of a smaller
+   * `size` lacks, is replaced by the plugin with the system's own. The host must not call back into
+   * the plugin from here. */
+
+  /* [any thread] Milliseconds since 1970-01-01 00:00 UTC. The plugin reads all time here from start
+   * to stop; the time may pause or jump. */
+  int64_t(KEST_ABI* now)(const struct KestHostServices* self);
+
+  /* [any thread] Fills the 16 bytes at `uuid` with an id that no other request has. False: there is
+   * none, which ends the process with a log line. */
+  bool(KEST_ABI* createUuid)(const struct KestHostServices* self, uint8_t* uuid);
 } KestHostServices;
 
 /* ---- What the plugin offers ------------------------------------------------------------------ */

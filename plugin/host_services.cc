@@ -5,6 +5,7 @@
 
 #include "plugin/boundary.h"
 #include "plugin/once_promise.h"
+#include "plugin/optional_services.h"
 #include "plugin/text_view.h"
 
 namespace Kest {
@@ -26,6 +27,7 @@ Response CopyResponse(const KestResponse& response) {
 
 struct HostServices::PendingRequest {
   HostServices* host = nullptr;
+  uint64_t serial = 0;        // they end in the order in which they began, also at stop
   Completion completion;      // of a request, or
   std::function<void()> run;  // of a task; none of both once it was cancelled
 };
@@ -44,14 +46,15 @@ HostServices::PendingRequest* HostServices::AddPendingRequest(
   PendingRequest* added = pending.get();
   added->host = this;
   MutexLock hold(mutex_);
-  pendingRequests_.emplace(added, std::move(pending));
+  added->serial = nextSerial_++;
+  pendingRequests_.emplace(added->serial, std::move(pending));
   return added;
 }
 
 std::unique_ptr<HostServices::PendingRequest> HostServices::TakePendingRequest(
     const PendingRequest* pending) {
   MutexLock hold(mutex_);
-  const auto found = pendingRequests_.find(pending);
+  const auto found = pendingRequests_.find(pending->serial);
   if (found == pendingRequests_.end()) return nullptr;
   std::unique_ptr<PendingRequest> taken = std::move(found->second);
   pendingRequests_.erase(found);
@@ -175,6 +178,14 @@ void HostServices::WaitEnd() {
 
 void HostServices::Yield() {
   if (services_ != nullptr) services_->yield(services_);
+}
+
+int64_t HostServices::NowSeconds() const {
+  return HostMilliseconds(services_) / 1000;
+}
+
+bool HostServices::CreateUuid(UuidBytes* uuid) {
+  return CreateHostUuid(services_, uuid);
 }
 
 void HostServices::SendTelemetry(std::string_view name, std::string_view json) {

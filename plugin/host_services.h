@@ -19,6 +19,7 @@
 #include "api/response.h"
 #include "base/maybe_type.h"
 #include "base/mutex.h"
+#include "base/platform.h"
 #include "plugin/entry_gate.h"
 #include "plugin/host_interface.h"
 #include "plugin/plugin_events.h"
@@ -77,6 +78,11 @@ class HostServices {
   void WaitEnd();
   void Yield();
 
+  // The host's time in seconds since 1970, or the system's where the host offers none.
+  int64_t NowSeconds() const;
+  // Fills `*uuid` with a fresh unique id of the host, or of the system. False: there is none.
+  [[nodiscard]] bool CreateUuid(UuidBytes* uuid);
+
   void SendTelemetry(std::string_view name, std::string_view json);
   void Identify(std::string_view fullName, std::string_view userAgent);
 
@@ -90,7 +96,7 @@ class HostServices {
   // What the host hands back with a completion or a task. It stays until the host has used it or
   // Release, so that a late call finds it.
   struct PendingRequest;
-  using PendingRequestMap = std::map<const PendingRequest*, std::unique_ptr<PendingRequest>>;
+  using PendingRequestMap = std::map<uint64_t, std::unique_ptr<PendingRequest>>;  // by serial
   using HandlerMap = std::map<std::string, std::shared_ptr<const EventHandler>, std::less<>>;
 
   static void KEST_ABI OnCompletion(void* context, const KestResponse* response) noexcept;
@@ -108,6 +114,7 @@ class HostServices {
 
   Mutex mutex_;  // never held while the host or a handler is called
   PendingRequestMap pendingRequests_ KEST_GUARDED_BY(mutex_);
+  uint64_t nextSerial_ KEST_GUARDED_BY(mutex_) = 0;
   HandlerMap handlers_ KEST_GUARDED_BY(mutex_);
 };
 

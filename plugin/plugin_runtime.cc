@@ -4,6 +4,7 @@
 
 #include "log/logger.h"
 #include "plugin/boundary.h"
+#include "plugin/optional_services.h"
 #include "plugin/plugin_base.h"
 
 namespace Kest {
@@ -14,7 +15,7 @@ PluginRuntime::PluginRuntime(const ApiVersion& version, PluginNames pluginNames)
 PluginRuntime::~PluginRuntime() = default;
 
 bool PluginRuntime::Start(const KestHostServices& services) {
-  if (phase_ != Phase::kLoaded || services.size < sizeof(KestHostServices)) return false;
+  if (phase_ != Phase::kLoaded || services.size < kOldestTableSize) return false;
   const GateEntry entry(gate);
   if (!entry) return false;
   phase_ = Phase::kStarted;
@@ -48,11 +49,16 @@ void PluginRuntime::AttachLogTarget(const KestHostServices& services) {
   if (logger.FindTarget(PluginLogTarget::kClassName) != nullptr) return;
   logTarget_ = std::make_unique<PluginLogTarget>(services);
   logger.Attach(*logTarget_);
+  logger.SetClock({[](const void* table) {
+                     return HostMilliseconds(static_cast<const KestHostServices*>(table));
+                   },
+                   &services});
   logOutputs.Apply();
 }
 
 void PluginRuntime::DetachLogTarget() {
   if (logTarget_ == nullptr) return;
+  Logger::Instance().SetClock({});
   logTarget_->Detach();
   logTarget_.reset();
 }

@@ -97,9 +97,18 @@ HttpResponse Idle(const SessionParts& parts, const HostCall& call) {
     }
     limit = *number;
   }
+  const auto waitsForTime = [&parts] {
+    return parts.scheduler->NextDue() || parts.serviceEvents->NextDue();
+  };
   const bool quiet = parts.scheduler->WaitUntilQuiet(
-      std::chrono::milliseconds(limit), [&parts] { return parts.serviceEvents->Quiet(); });
+      std::chrono::milliseconds(limit), [&parts] { return parts.serviceEvents->Quiet(); },
+      waitsForTime);
   if (quiet) return JsonResponse(R"({"idle":true})");
+  if (parts.clock->IsFrozen() && waitsForTime()) {
+    return ProblemResponse(504,
+                           "What is left waits for the clock, which is frozen; "
+                           "POST /_host/clock/advance lets time pass.");
+  }
   return ProblemResponse(504, "Still busy after " + std::to_string(limit) + " ms.");
 }
 

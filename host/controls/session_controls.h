@@ -17,6 +17,7 @@ struct SessionParts {
   EventStream* stream;
   SessionManager* sessions;
   const HostLog* log;
+  const HostClock* clock;
 };
 
 ControlGroup SessionControls(const SessionParts& parts);

@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 
+#include "host/clock/time_text.h"
 #include "host/http/request_target.h"
 
 namespace Kest::Host {
@@ -24,6 +25,12 @@ std::string IsInteger(const std::string& text) {
              : "must be an integer from 0 to " + std::to_string(kMost) + ", found " + text;
 }
 
+std::string IsClock(const std::string& text) {
+  return text == "real" || ParseTime(text)
+             ? ""
+             : "must be real or a time such as 2030-01-01T12:00:00Z, found " + text;
+}
+
 void AddWorldOptions(CLI::App& app, HostOptions* options) {
   app.add_option("--world", options->worldPath, "The world file (default: the sample inside)")
       ->type_name("FILE");
@@ -31,6 +38,17 @@ void AddWorldOptions(CLI::App& app, HostOptions* options) {
       ->type_name("NUMBER")
       ->check(IsInteger<uint64_t>)
       ->capture_default_str();
+  app.add_option_function<std::string>(
+         "--clock",
+         [options](const std::string& text) {
+           const auto time = ParseTime(text);
+           options->clock = time ? ClockSetting{ClockMode::kFrozen, 1, time} : ClockSetting{};
+         },
+         "The time the plugin lives in: real, or a time at which it is frozen, such as "
+         "2030-01-01T12:00:00Z")
+      ->type_name("TIME")
+      ->check(IsClock)
+      ->default_str("real");
   app.add_flag("!--no-login", options->signsIn,
                "Leaves signing the player in to the first request");
 }

@@ -1,5 +1,6 @@
 #include "host/session/plugin_session.h"
 
+#include <chrono>
 #include <utility>
 
 #include "host/http/http_responses.h"
@@ -26,7 +27,12 @@ PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique
       world_(std::move(world)),
       serviceEvents_(surroundings.serviceEvents),
       services_({surroundings.scheduler, surroundings.serviceEvents, surroundings.stream,
-                 surroundings.log, surroundings.traffic, world_.get()}) {}
+                 surroundings.log, surroundings.traffic, world_.get(), surroundings.clock,
+                 surroundings.seed}) {
+  world_->SetClock([clock = surroundings.clock] {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(clock->Elapsed()).count();
+  });
+}
 
 Maybe<std::unique_ptr<PluginSession>> PluginSession::Open(const std::string& libraryPath,
                                                           std::unique_ptr<World> world,

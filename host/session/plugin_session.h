@@ -5,6 +5,7 @@
 // Lifetime: Open, Start once, requests, Stop once, destruction.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -27,6 +28,8 @@ class PluginSession {
     EventStream* stream;
     HostLog* log;
     Traffic* traffic;
+    const HostClock* clock = &HostClock::Real();
+    uint64_t seed = 1;  // of the ids that the plugin gives its requests
   };
 
   // Loads the library. A failure message is fit to be shown.

@@ -4,8 +4,8 @@
 
 namespace Kest::Host {
 
-ServiceEventThread::ServiceEventThread(Deliver deliver)
-    : deliver_(std::move(deliver)), thread_([this] { Run(); }) {}
+ServiceEventThread::ServiceEventThread(Deliver deliver, const HostClock& clock)
+    : deliver_(std::move(deliver)), clock_(clock), thread_([this] { Run(); }) {}
 
 ServiceEventThread::~ServiceEventThread() {
   {
@@ -20,9 +20,35 @@ void ServiceEventThread::Post(std::chrono::milliseconds delay, Event event) {
   {
     const MutexLock lock(mutex_);
     if (paused_ || ending_) return;
-    waiting_.Put(Clock::now() + delay, std::move(event));
+    waiting_.Put(clock_.Elapsed() + delay, std::move(event));
   }
   changed_.NotifyAll();
+}
+
+void ServiceEventThread::NoteClock() {
+  {
+    const MutexLock lock(mutex_);  // the thread has not read the old time and begun to wait since
+  }
+  changed_.NotifyAll();
+}
+
+bool ServiceEventThread::DeliverOne() {
+  const MutexLock lock(mutex_);
+  if (!clock_.IsFrozen() || !IsDueLocked()) return false;
+  mayDeliver_ = true;
+  changed_.NotifyAll();
+  while (mayDeliver_) changed_.Wait(mutex_);
+  return true;
+}
+
+std::optional<HostTime> ServiceEventThread::NextDue() const {
+  const MutexLock lock(mutex_);
+  return waiting_.NextDue();
+}
+
+bool ServiceEventThread::IsDueLocked() const {
+  const auto due = waiting_.NextDue();
+  return due && *due <= clock_.Elapsed();
 }
 
 void ServiceEventThread::Pause() {
@@ -45,21 +71,31 @@ bool ServiceEventThread::Quiet() const {
 void ServiceEventThread::Run() {
   mutex_.Lock();
   while (!ending_) {
-    const auto event = waiting_.Take(Clock::now());
-    if (event) {
-      delivering_ = true;
-      mutex_.Unlock();
-      deliver_(*event);
-      mutex_.Lock();
-      delivering_ = false;
-      changed_.NotifyAll();
-    } else if (const auto due = waiting_.NextDue()) {
-      changed_.WaitUntil(mutex_, *due);
-    } else {
-      changed_.Wait(mutex_);
+    if (!IsDueLocked() || (clock_.IsFrozen() && !mayDeliver_)) {
+      WaitLocked();
+      continue;
     }
+    const auto event = waiting_.Take(clock_.Elapsed());
+    delivering_ = true;
+    mutex_.Unlock();
+    deliver_(*event);
+    mutex_.Lock();
+    delivering_ = false;
+    mayDeliver_ = false;
+    changed_.NotifyAll();
   }
   mutex_.Unlock();
+}
+
+// Until the next event is due, when time passes by itself, or something changes.
+void ServiceEventThread::WaitLocked() {
+  std::optional<HostClock::SystemTime> due;
+  if (const auto next = waiting_.NextDue()) due = clock_.SystemTimeOf(*next);
+  if (due) {
+    changed_.WaitUntil(mutex_, *due);
+  } else {
+    changed_.Wait(mutex_);
+  }
 }
 
 }  // namespace Kest::Host

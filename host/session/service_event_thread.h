@@ -1,5 +1,6 @@
 // Delivers the platform service's events on a thread of its own, each when it is due, so that the
-// plugin meets them beside its module tasks as under a real host.
+// plugin meets them beside its module tasks as under a real host. While the host's clock is frozen
+// they come one at a time, when DeliverOne is called.
 //
 // Threads:  any, except that Pause is not called from inside a delivery.
 #pragma once
@@ -7,6 +8,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -26,12 +28,20 @@ class ServiceEventThread {
   // Called on the event thread, one event at a time. Lets no exception out.
   using Deliver = std::function<void(const Event&)>;
 
-  explicit ServiceEventThread(Deliver deliver);
+  // `clock` outlives the thread.
+  explicit ServiceEventThread(Deliver deliver, const HostClock& clock = HostClock::Real());
   ~ServiceEventThread();
   ServiceEventThread(const ServiceEventThread&) = delete;
   ServiceEventThread& operator=(const ServiceEventThread&) = delete;
 
   void Post(std::chrono::milliseconds delay, Event event);
+  // The clock has been set or moved.
+  void NoteClock();
+  // With a frozen clock: delivers the first event that is due, on the event thread, and
+  // returns when that has been done. False: there is none.
+  bool DeliverOne();
+  // When the next event is due, or nothing when none waits.
+  std::optional<HostTime> NextDue() const;
   // Forgets what waits, refuses what comes, and returns when no delivery runs any more.
   void Pause();
   void Resume();
@@ -39,14 +49,16 @@ class ServiceEventThread {
   bool Quiet() const;
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   void Run();
+  bool IsDueLocked() const KEST_REQUIRES(mutex_);
+  void WaitLocked() KEST_REQUIRES(mutex_);
 
   const Deliver deliver_;
-  mutable Mutex mutex_;  // a leaf: no delivery runs under it
+  const HostClock& clock_;
+  mutable Mutex mutex_;  // before the clock's; no delivery runs under it
   Condition changed_;
   DueQueue<Event> waiting_ KEST_GUARDED_BY(mutex_);
+  bool mayDeliver_ KEST_GUARDED_BY(mutex_) = false;  // one event, though the clock is frozen
   bool delivering_ KEST_GUARDED_BY(mutex_) = false;
   bool paused_ KEST_GUARDED_BY(mutex_) = false;
   bool ending_ KEST_GUARDED_BY(mutex_) = false;

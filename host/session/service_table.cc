@@ -1,6 +1,8 @@
 #include "host/session/service_table.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <exception>
 #include <new>
 #include <utility>
@@ -14,6 +16,7 @@ namespace Kest::Host {
 namespace {
 
 constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
+constexpr uint64_t kUuidSeed = 0x9e3779b97f4a7c15;  // other numbers than the world's
 constexpr std::string_view kEventTypes[] = {"Create", "Update", "Delete"};  // by KEST_EVENT_...
 
 std::string PresentValuePayload(std::string_view path, std::string_view value) {
@@ -114,15 +117,30 @@ struct ServiceTable::Entries {
     OnTask(self, "identify",
            [&](ServiceTable& services) { services.userAgent_ = View(userAgent); });
   }
+  static int64_t Now(const KestHostServices* self) { return Of(self).wiring_.clock->Now(); }
+  static bool CreateUuid(const KestHostServices* self, uint8_t* uuid) {
+    Of(self).FillUuid(uuid);
+    return true;
+  }
 };
 
 ServiceTable::ServiceTable(Wiring wiring)
-    : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler) {
+    : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler), uuids_(wiring.seed ^ kUuidSeed) {
   table_.services = this;
-  table_.entries = {
-      sizeof(KestHostServices), Entries::Request,  Entries::Subscribe, Entries::Unsubscribe,
-      Entries::Publish,         Entries::PostTask, Entries::WaitBegin, Entries::WaitEnd,
-      Entries::Yield,           Entries::Log,      Entries::Telemetry, Entries::Identify};
+  table_.entries = {sizeof(KestHostServices),
+                    Entries::Request,
+                    Entries::Subscribe,
+                    Entries::Unsubscribe,
+                    Entries::Publish,
+                    Entries::PostTask,
+                    Entries::WaitBegin,
+                    Entries::WaitEnd,
+                    Entries::Yield,
+                    Entries::Log,
+                    Entries::Telemetry,
+                    Entries::Identify,
+                    Entries::Now,
+                    Entries::CreateUuid};
 }
 
 ServiceTable::~ServiceTable() {
@@ -242,6 +260,14 @@ bool ServiceTable::Publish(std::string_view path, int32_t eventType, std::string
                                .payloadType = deleted ? "" : "application/json",
                                .event = event});
   return true;
+}
+
+void ServiceTable::FillUuid(uint8_t* uuid) {
+  const MutexLock lock(uuidMutex_);
+  const std::array<uint64_t, 2> bits = {uuids_.Bits(), uuids_.Bits()};
+  std::memcpy(uuid, bits.data(), sizeof(bits));
+  uuid[6] = static_cast<uint8_t>((uuid[6] & 0x0f) | 0x40);  // version 4: random
+  uuid[8] = static_cast<uint8_t>((uuid[8] & 0x3f) | 0x80);  // the common variant
 }
 
 int32_t ServiceTable::PostTask(std::string_view name, KestTask run, void* context) {

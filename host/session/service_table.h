@@ -8,16 +8,20 @@
 //           is called through it any more.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/mutex.h"
+#include "host/clock/host_clock.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
 #include "host/session/plugin_subscriptions.h"
 #include "host/session/service_event_thread.h"
 #include "host/tasks/scheduler.h"
 #include "host/timeline/traffic.h"
+#include "host/world/data/seeded_random.h"
 #include "host/world/world.h"
 #include "plugin/host_interface.h"
 
@@ -33,6 +37,8 @@ class ServiceTable {
     HostLog* log;
     Traffic* traffic;
     World* world;
+    const HostClock* clock = &HostClock::Real();
+    uint64_t seed = 1;  // of the request ids
   };
 
   explicit ServiceTable(Wiring wiring);
@@ -69,11 +75,14 @@ class ServiceTable {
   bool Publish(std::string_view path, int32_t eventType, std::string_view json);
   int32_t PostTask(std::string_view name, KestTask run, void* context);
   void QueueResourceEvent(std::string_view name, std::string_view payload);
+  void FillUuid(uint8_t* uuid) KEST_EXCLUDES(uuidMutex_);
 
   const Wiring wiring_;
   OwnedTable table_;
   PluginSubscriptions subscriptions_;
   std::string userAgent_;
+  Mutex uuidMutex_;  // a leaf
+  SeededRandom uuids_ KEST_GUARDED_BY(uuidMutex_);
 };
 
 }  // namespace Kest::Host

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
 constexpr std::string_view kResponseEvent = "OnServiceProxyUuidEvent";
+constexpr int64_t kStartOfTime = 1'700'000'000'000;  // milliseconds since 1970
+constexpr size_t kUuidBytes = 16;
 
 // {"uri":..,"eventType":..,"data":..}: the text of "data", the last member; nothing without it.
 std::optional<std::string_view> DataOf(std::string_view payload) {
@@ -78,16 +80,37 @@ struct SimulatedHost::Entries {
   }
   static void Telemetry(Self, KestText, KestBytes) {}
   static void Identify(Self, KestText, KestText) {}
+  static int64_t Now(Self self) {
+    return AsHost(self, [](SimulatedHost& host) { return kStartOfTime + host.scheduler_->Now(); });
+  }
+  static bool CreateUuid(Self self, uint8_t* uuid) {
+    return AsHost(self, [uuid](SimulatedHost& host) {
+      std::fill_n(uuid, kUuidBytes, uint8_t{0});
+      uint64_t number = ++host.nextUuid_;
+      for (size_t i = kUuidBytes; number != 0; number >>= 8) uuid[--i] = number & 0xff;
+      return true;
+    });
+  }
 };
 
 SimulatedHost::SimulatedHost(World* world, VirtualScheduler* scheduler, HostObserver* observer,
                              bool inOrder)
     : world_(world), scheduler_(scheduler), observer_(observer), inOrder_(inOrder), table_{} {
   table_.host = this;
-  table_.entries = {
-      sizeof(KestHostServices), Entries::Request,  Entries::Subscribe, Entries::Unsubscribe,
-      Entries::Publish,         Entries::PostTask, Entries::WaitBegin, Entries::WaitEnd,
-      Entries::Yield,           Entries::Log,      Entries::Telemetry, Entries::Identify};
+  table_.entries = {sizeof(KestHostServices),
+                    Entries::Request,
+                    Entries::Subscribe,
+                    Entries::Unsubscribe,
+                    Entries::Publish,
+                    Entries::PostTask,
+                    Entries::WaitBegin,
+                    Entries::WaitEnd,
+                    Entries::Yield,
+                    Entries::Log,
+                    Entries::Telemetry,
+                    Entries::Identify,
+                    Entries::Now,
+                    Entries::CreateUuid};
 }
 
 void SimulatedHost::Close() {

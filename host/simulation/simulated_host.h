@@ -95,6 +95,7 @@ class SimulatedHost {
   ResponseLedger ledger_;
   std::map<std::string, Subscription, std::less<>> subscriptions_;
   uint64_t nextSerial_ = 0;
+  uint64_t nextUuid_ = 0;
   uint64_t generation_ = 0;  // of the plugin; what belongs to an earlier one is dropped
   ResponseFault nextResponse_;
   bool refuseRequest_ = false;

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "base/platform.h"
 #include "host/simulation/checks/checks.h"
 #include "host/simulation/json_digest.h"
 #include "host/simulation/machine/plugin_memory.h"
@@ -15,16 +14,6 @@ constexpr size_t kMostRuns = 20'000;  // between two quiet points; a busy one ta
 constexpr uint64_t kMostAfterStep = 12;
 constexpr std::string_view kInventoryPath = "/tav-loot/v2/player-loot-map";
 constexpr std::string_view kRefresh = "/tav-loot/v1/refresh?force=true";
-
-uint64_t nextUuid = 0;
-bool MakeUuid(UuidBytes* uuid) {
-  uuid->fill(0);
-  uint64_t number = ++nextUuid;
-  for (size_t i = uuid->size(); number != 0; number >>= 8) {
-    (*uuid)[--i] = static_cast<uint8_t>(number);
-  }
-  return true;
-}
 
 std::unique_ptr<World> MakeWorld(uint64_t seed) {
   auto world = World::Load(kSimulationWorldText, "simulation.json", seed);
@@ -49,8 +38,7 @@ Simulation::Simulation(const Script& script, Plugin plugin, std::FILE* trace)
       world_(MakeWorld(script.seed)),
       host_(world_.get(), &scheduler_, this, script.inOrder),
       plugin_(&host_, &scheduler_) {
-  nextUuid = 0;
-  SetUuidSource(MakeUuid);
+  world_->SetClock([this] { return scheduler_.Now(); });
 }
 
 SimulationOutcome Simulation::Run() {

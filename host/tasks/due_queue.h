@@ -1,25 +1,25 @@
-// Values that become due at set times. Values of one time come out in the order they were put in.
+// Values that become due at set host times. Values of one time come out in the order they were put
+// in.
 //
 // Threads: no lock; the owner guards it.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <map>
 #include <optional>
 #include <utility>
+
+#include "host/clock/host_clock.h"
 
 namespace Kest::Host {
 
 template <typename Value>
 class DueQueue {
  public:
-  using Clock = std::chrono::steady_clock;
-
-  void Put(Clock::time_point due, Value value) { values_.emplace(due, std::move(value)); }
+  void Put(HostTime due, Value value) { values_.emplace(due, std::move(value)); }
 
   // The first value due at `now`, or nothing.
-  std::optional<Value> Take(Clock::time_point now) {
+  std::optional<Value> Take(HostTime now) {
     if (values_.empty() || values_.begin()->first > now) return std::nullopt;
     std::optional<Value> value(std::move(values_.begin()->second));
     values_.erase(values_.begin());
@@ -27,7 +27,7 @@ class DueQueue {
   }
 
   // When the next value is due, or nothing when none waits.
-  std::optional<Clock::time_point> NextDue() const {
+  std::optional<HostTime> NextDue() const {
     if (values_.empty()) return std::nullopt;
     return values_.begin()->first;
   }
@@ -41,7 +41,7 @@ class DueQueue {
   void Clear() { values_.clear(); }
 
  private:
-  std::multimap<Clock::time_point, Value> values_;  // equal keys keep the order of insertion
+  std::multimap<HostTime, Value> values_;  // equal keys keep the order of insertion
 };
 
 }  // namespace Kest::Host

@@ -10,6 +10,8 @@ namespace {
 constexpr auto kPollPace = std::chrono::milliseconds(1);
 constexpr auto kFarewell = std::chrono::seconds(5);
 constexpr size_t kSpareFibers = 32;
+// A task that goes on may have been what one waits for that was taken up before it.
+constexpr size_t kSettledAfter = 2;
 
 thread_local const Scheduler* runningScheduler = nullptr;
 
@@ -21,8 +23,8 @@ struct Scheduler::RunningTask {
   std::unique_ptr<Fiber> fiber;
 };
 
-Scheduler::Scheduler(FailureHandler onFailure)
-    : onFailure_(std::move(onFailure)), thread_([this] { Run(); }) {}
+Scheduler::Scheduler(FailureHandler onFailure, const HostClock& clock)
+    : onFailure_(std::move(onFailure)), clock_(clock), thread_([this] { Run(); }) {}
 
 Scheduler::~Scheduler() {
   End();
@@ -39,6 +41,11 @@ bool Scheduler::End() {
   return !abandoned_;
 }
 
+void Scheduler::SetOutsideEvents(std::function<bool()> bringOne) {
+  const MutexLock lock(mutex_);
+  bringOutsideEvent_ = std::move(bringOne);
+}
+
 Scheduler::Posted Scheduler::Post(Task task) {
   {
     const MutexLock lock(mutex_);
@@ -49,7 +56,7 @@ Scheduler::Posted Scheduler::Post(Task task) {
     if (task.merge && std::any_of(queued_.begin(), queued_.end(), replaces)) {
       return Posted::kMerged;
     }
-    queued_.push_back(std::move(task));
+    (task.isOutside && clock_.IsFrozen() ? outside_ : queued_).push_back(std::move(task));
   }
   changed_.NotifyAll();
   return Posted::kQueued;
@@ -59,7 +66,7 @@ bool Scheduler::PostAfter(std::chrono::milliseconds delay, Task task) {
   {
     const MutexLock lock(mutex_);
     if (closed_) return false;
-    delayed_.Put(Clock::now() + delay, std::move(task));
+    delayed_.Put(clock_.Elapsed() + delay, std::move(task));
   }
   changed_.NotifyAll();
   return true;
@@ -99,23 +106,44 @@ void Scheduler::Yield() {
 
 void Scheduler::WaitBegin(std::string_view label) {
   current_->waitLabel = label;
+  waitHasChanged_ = true;
 }
 
 void Scheduler::WaitEnd() {
   current_->waitLabel.clear();
+  waitHasChanged_ = true;
 }
 
 bool Scheduler::WaitUntilQuiet(std::chrono::milliseconds limit,
-                               const std::function<bool()>& alsoQuiet) {
+                               const std::function<bool()>& alsoQuiet,
+                               const std::function<bool()>& waitsForTime) {
   const Clock::time_point end = Clock::now() + limit;
   ++watchers_;
+  idleRounds_ = 0;
   bool quiet = false;
   // What feeds the queue from outside is asked first: once it is quiet it queues nothing more.
-  while (!(quiet = alsoQuiet() && OthersQuiet()) && Clock::now() < end && !Closed()) {
+  while (!(quiet = alsoQuiet() && OthersQuiet()) && Clock::now() < end && !Closed() &&
+         !(clock_.IsFrozen() && idleRounds_ >= kSettledAfter && waitsForTime())) {
     Yield();
   }
   --watchers_;
   return quiet;
+}
+
+bool Scheduler::WaitUntilSettled(std::chrono::milliseconds limit) {
+  const Clock::time_point end = Clock::now() + limit;
+  ++settlers_;
+  idleRounds_ = 0;
+  do {
+    Yield();
+  } while (idleRounds_ < kSettledAfter && Clock::now() < end && !Closed());
+  --settlers_;
+  return idleRounds_ >= kSettledAfter;
+}
+
+std::optional<HostTime> Scheduler::NextDue() const {
+  const MutexLock lock(mutex_);
+  return delayed_.NextDue();
 }
 
 bool Scheduler::Closed() const {
@@ -125,14 +153,14 @@ bool Scheduler::Closed() const {
 
 bool Scheduler::OthersQuiet() const {
   const MutexLock lock(mutex_);
-  return queued_.empty() && delayed_.Empty() && started_.size() == watchers_;
+  return queued_.empty() && outside_.empty() && delayed_.Empty() && started_.size() == watchers_;
 }
 
 Scheduler::Report Scheduler::Describe() const {
   Report report;
   {
     const MutexLock lock(mutex_);
-    report.queued = queued_.size();
+    report.queued = queued_.size() + outside_.size();
     report.delayed = delayed_.Size();
   }
   for (const auto& running : started_) {
@@ -143,21 +171,47 @@ Scheduler::Report Scheduler::Describe() const {
 
 void Scheduler::Run() {
   runningScheduler = this;
-  bool progress = true;
   while (!Finished()) {
-    if (!progress) Sleep(!started_.empty());
-    progress = StartDueTasks() > 0;
+    if (MaySleep()) Sleep(!started_.empty());
+    bool progress = StartDueTasks() > 0;
     progress |= TakeWake();
     progress |= ResumeYielded() > 0;
+    progress |= std::exchange(waitHasChanged_, false);
+    idleRounds_ = progress ? 0 : idleRounds_ + 1;
   }
   abandoned_ = !started_.empty();
   for (auto& running : started_) static_cast<void>(running.release());
 }
 
+// Settled tasks sleep, unless there is something else to begin with.
+bool Scheduler::MaySleep() {
+  if (!clock_.IsFrozen()) return idleRounds_ > 0;
+  if (idleRounds_ < kSettledAfter || !LetOutsideIn()) {
+    return idleRounds_ >= kSettledAfter && settlers_ == 0;
+  }
+  idleRounds_ = 0;
+  return false;
+}
+
+bool Scheduler::LetOutsideIn() {
+  std::function<bool()> bringEvent;
+  {
+    const MutexLock lock(mutex_);
+    bringEvent = bringOutsideEvent_;
+  }
+  if (bringEvent && bringEvent()) return true;
+  if (settlers_ > 0) return false;
+  const MutexLock lock(mutex_);
+  if (outside_.empty()) return false;
+  queued_.push_back(std::move(outside_.front()));
+  outside_.pop_front();
+  return true;
+}
+
 bool Scheduler::Finished() {
   const MutexLock lock(mutex_);
   if (!closed_ || giveUp_ == Clock::time_point::max()) return false;
-  return (queued_.empty() && started_.empty()) || Clock::now() >= giveUp_;
+  return (queued_.empty() && outside_.empty() && started_.empty()) || Clock::now() >= giveUp_;
 }
 
 // Waits until there may be something to do; with yielded tasks not longer than their pace.
@@ -165,7 +219,9 @@ void Scheduler::Sleep(bool hasYielded) {
   const MutexLock lock(mutex_);
   const bool ending = giveUp_ != Clock::time_point::max();
   if (!queued_.empty() || wake_ || (ending && !hasYielded)) return;
-  const auto nextDue = delayed_.NextDue();
+  if (!outside_.empty() && settlers_ == 0) return;
+  std::optional<Clock::time_point> nextDue;
+  if (const auto due = delayed_.NextDue()) nextDue = clock_.SystemTimeOf(*due);
   if (hasYielded) {
     changed_.WaitUntil(mutex_, std::min(Clock::now() + kPollPace, nextDue.value_or(giveUp_)));
   } else if (nextDue) {
@@ -176,7 +232,10 @@ void Scheduler::Sleep(bool hasYielded) {
 }
 
 void Scheduler::MoveDelayedLocked() {
-  while (auto task = delayed_.Take(Clock::now())) queued_.push_back(std::move(*task));
+  while (auto task = delayed_.Take(clock_.Elapsed())) queued_.push_back(std::move(*task));
+  if (clock_.IsFrozen() && !closed_) return;
+  for (Task& task : outside_) queued_.push_back(std::move(task));
+  outside_.clear();
 }
 
 bool Scheduler::TakeWake() {

@@ -4,6 +4,10 @@
 // Threads:  tagged at each function. [task] means: from inside a task of this scheduler.
 // Waiting:  a yielded task is taken up again after any other task ran, after Wake, and otherwise
 //           once a millisecond, so a host full of waiting tasks leaves the processor alone.
+// Time:     delays pass on the host's clock, limits on the system's.
+// Order:    while the host's clock is frozen everything happens in one order. What comes from
+//           outside, a request or a service event, begins when the tasks have settled: none of them
+//           can go on without it. So the same requests, one after the other, have the same effects.
 // Failure:  a task that lets an exception out ends; the failure handler learns its name and text.
 #pragma once
 
@@ -13,6 +17,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -20,6 +25,7 @@
 
 #include "base/mutex.h"
 #include "host/cause/cause.h"
+#include "host/clock/host_clock.h"
 #include "host/tasks/condition.h"
 #include "host/tasks/due_queue.h"
 #include "host/tasks/fiber.h"
@@ -40,6 +46,7 @@ class Scheduler {
     const void* owner = nullptr;  // Drop(owner) takes its tasks back
     bool merge = false;           // one waiting task of this owner and name serves for all
     uint64_t cause = CurrentCause();
+    bool isOutside = false;  // its time of arrival is chance
   };
   struct TaskReport {
     std::string name;
@@ -51,11 +58,17 @@ class Scheduler {
     std::vector<TaskReport> running;
   };
 
-  explicit Scheduler(FailureHandler onFailure);
+  // `clock` outlives the scheduler.
+  explicit Scheduler(FailureHandler onFailure, const HostClock& clock = HostClock::Real());
   // Ends.
   ~Scheduler();
   Scheduler(const Scheduler&) = delete;
   Scheduler& operator=(const Scheduler&) = delete;
+
+  // `bringOne` brings in one event from outside that is due, and returns when it has been handled;
+  // false: there is none. It is called while the clock is frozen and the tasks have settled, on
+  // the scheduler's thread and no task.
+  void SetOutsideEvents(std::function<bool()> bringOne);
 
   // [any thread] Queues a task after those already queued.
   Posted Post(Task task);
@@ -83,9 +96,18 @@ class Scheduler {
   void WaitBegin(std::string_view label);
   void WaitEnd();
   // [task] Waits until every other task has ended, none is queued and `alsoQuiet()` holds. False:
-  // `limit` passed or the scheduler was closed first. Tasks that wait here do not keep each other
-  // busy.
-  bool WaitUntilQuiet(std::chrono::milliseconds limit, const std::function<bool()>& alsoQuiet);
+  // `limit` passed or the scheduler was closed first, or the tasks have settled and what is left
+  // waits for a frozen clock: `waitsForTime()` says so. Tasks that wait here do not keep
+  // each other busy.
+  bool WaitUntilQuiet(
+      std::chrono::milliseconds limit, const std::function<bool()>& alsoQuiet,
+      const std::function<bool()>& waitsForTime = [] { return false; });
+  // [task] With a frozen clock: waits until no task, request or event can go on before
+  // time passes. Tasks from outside begin after it. False: `limit` passed or the scheduler was
+  // closed first.
+  bool WaitUntilSettled(std::chrono::milliseconds limit);
+  // [any thread] When the next delayed task is due, or nothing when there is none.
+  std::optional<HostTime> NextDue() const;
   // [task] What is queued and running. The caller is part of it.
   Report Describe() const;
 
@@ -98,6 +120,8 @@ class Scheduler {
   size_t ResumeYielded();
   void Continue(RunningTask* running);
   void RunGuarded(const Task& task) const;
+  bool MaySleep();
+  bool LetOutsideIn();
   void Sleep(bool hasYielded);
   bool TakeNext(Task* task);
   void MoveDelayedLocked() KEST_REQUIRES(mutex_);
@@ -107,11 +131,14 @@ class Scheduler {
   bool OthersQuiet() const;
 
   const FailureHandler onFailure_;
+  const HostClock& clock_;
 
-  mutable Mutex mutex_;  // a leaf: no task and no handler runs under it
+  mutable Mutex mutex_;  // before the clock's; no task and no handler runs under it
   Condition changed_;
   std::deque<Task> queued_ KEST_GUARDED_BY(mutex_);
+  std::deque<Task> outside_ KEST_GUARDED_BY(mutex_);  // have come while the clock was frozen
   DueQueue<Task> delayed_ KEST_GUARDED_BY(mutex_);
+  std::function<bool()> bringOutsideEvent_ KEST_GUARDED_BY(mutex_);
   bool wake_ KEST_GUARDED_BY(mutex_) = false;
   bool closed_ KEST_GUARDED_BY(mutex_) = false;
   Clock::time_point giveUp_ KEST_GUARDED_BY(mutex_) = Clock::time_point::max();
@@ -120,7 +147,10 @@ class Scheduler {
   std::vector<std::unique_ptr<RunningTask>> started_;  // in order of their start
   std::vector<std::unique_ptr<Fiber>> spare_;
   RunningTask* current_ = nullptr;
-  size_t watchers_ = 0;  // tasks inside WaitUntilQuiet
+  size_t watchers_ = 0;          // tasks inside WaitUntilQuiet
+  size_t settlers_ = 0;          // tasks inside WaitUntilSettled
+  size_t idleRounds_ = 0;        // how often in a row all tasks have been taken up in vain
+  bool waitHasChanged_ = false;  // a task began or ended a wait in this round
   bool abandoned_ = false;
 
   std::thread thread_;

@@ -83,6 +83,10 @@ WorldResponse World::Control(std::string_view method, std::string_view path,
   return CallControl(*platform_, method, path, body);
 }
 
+void World::SetClock(std::function<int64_t()> now) {
+  platform_->now = std::move(now);
+}
+
 std::vector<WorldEvent> World::TakeEvents() {
   return std::exchange(platform_->outbox, {});
 }

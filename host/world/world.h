@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,6 +40,9 @@ class World {
   std::optional<std::string> Resource(std::string_view path) const;
   // Handles a control endpoint. `path` is below "/_host": "/world", "/login", "/logout", ...
   WorldResponse Control(std::string_view method, std::string_view path, std::string_view body);
+  // Reads the time in milliseconds from `now`, whose start is arbitrary, instead of from the
+  // system.
+  void SetClock(std::function<int64_t()> now);
   // Takes the events caused since the last call.
   std::vector<WorldEvent> TakeEvents();
 

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "base/platform.h"
 #include "client/service_proxy.h"
 #include "log/logger.h"
 #include "log/positional_format.h"
@@ -44,13 +43,17 @@ LootRetrieval::Decision LootRetrieval::Decide(bool isForced, int64_t now) const 
   return {kRequestedAsync, true, "No retrieval was sent in the last 3 seconds."};
 }
 
+int64_t LootRetrieval::Now() const {
+  return module_.NowSeconds();
+}
+
 int64_t LootRetrieval::ThrottledUntil() const {
   return lastRetrieval_ + kInterval;
 }
 
 Maybe<std::string> LootRetrieval::Retrieve(std::optional<bool> forced) {
   const bool isForced = forced.value_or(false);
-  const int64_t now = WallClockSeconds();
+  const int64_t now = Now();
   const Decision decision = Decide(isForced, now);
   if (!decision.isSent) return std::string(decision.result);
   lastRetrieval_ = now;

@@ -67,7 +67,9 @@ class LootRetrieval {
   const Versions& HeldVersions() const { return held_; }
   // Retrievals whose response has not come, or is being applied.
   size_t Running() const { return running_.Count(); }
-  // When the last one was sent, in seconds since 1970; 0: never.
+  // The host's time, in seconds since 1970.
+  int64_t Now() const;
+  // When the last one was sent, in the same seconds; 0: never.
   int64_t LastSent() const { return lastRetrieval_; }
   // Until when one that is not forced is too frequent.
   int64_t ThrottledUntil() const;

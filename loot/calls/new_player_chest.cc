@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include "base/platform.h"
 #include "client/service_proxy.h"
 #include "log/logger.h"
 #include "log/trace.h"
@@ -41,8 +40,12 @@ Conditions<3> NewPlayerChest::ScheduleConditions() const {
   return {{{"isRetrievalPending", retrieval_.Pending(), "No inventory has been retrieved yet.",
             "An inventory has been retrieved already."},
            {"isLootEnabled", loot_.Enabled(), "Loot is enabled.", "Loot is disabled."},
-           {"isInPeriod", WallClockSeconds() < PeriodEnd(), "The player signed in just now.",
+           {"isInPeriod", Now() < PeriodEnd(), "The player signed in just now.",
             "The time after the sign-in is over."}}};
+}
+
+int64_t NewPlayerChest::Now() const {
+  return module_.NowSeconds();
 }
 
 int64_t NewPlayerChest::PeriodEnd() const {
@@ -82,7 +85,7 @@ void NewPlayerChest::Schedule() {
 }
 
 void NewPlayerChest::BeginPeriod() {
-  periodBegin_ = WallClockSeconds();
+  periodBegin_ = Now();
 }
 
 void NewPlayerChest::SetEnabled(bool enabled) {

@@ -57,6 +57,8 @@ class NewPlayerChest {
   uint32_t minimumLevel() const { return minimumLevel_; }
   // When Schedule stops posting, in seconds since 1970.
   int64_t PeriodEnd() const;
+  // The host's time, in the same seconds.
+  int64_t Now() const;
 
  private:
   void OnResult(const SVDS::PlayerLootResultDTO& result);

@@ -14,6 +14,7 @@
 #include "loot/calls/loot_retrieval.h"
 #include "loot/model/loot_constants.h"
 #include "loot/model/loot_id.h"
+#include "plugin/app_module.h"
 #include "plugin/boundary.h"
 
 namespace Kest::Client::Loot {
@@ -66,7 +67,7 @@ Maybe<Api::PlayerLootUpdate> Transactions::Run(const char* kind, const char* met
                                                const Payload& payload) {
   if (!loot_.Enabled()) return Failure{"Loot disabled."};
   UuidBytes uuid{};
-  if (!CreateUuid(&uuid)) Fatal(kFatalUuid);
+  if (!module_.CreateUuid(&uuid)) Fatal(kFatalUuid);
   const std::string requestId = FormatUuid(uuid);
   ConversionContext context;
   std::string body;

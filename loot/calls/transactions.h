@@ -3,7 +3,7 @@
 // Failure messages, all of status 500: "Loot disabled.", "Error serializing request payload.",
 //   "Error in ProcessPlayerLootUpdateResponse: %1", "Unexpected status in
 //   ProcessPlayerLootUpdateResponse: %1", "Error serializing result payload."
-// A system that gives no unique id for the request ends the process with "ALE-8B4DC795".
+// A host or system that gives no unique id for the request ends the process with "ALE-8B4DC795".
 // Threads: module tasks only; Craft and Redeem wait, and any number of them may wait side by side.
 #pragma once
 
@@ -24,9 +24,10 @@ namespace Kest::Client::Loot {
 class Transactions {
  public:
   // All outlive it.
-  Transactions(ServiceProxy& proxy, const LootSwitch& loot, LootInventory& inventory,
-               LootPublisher& publisher, LootRetrieval& retrieval)
-      : proxy_(proxy),
+  Transactions(AppModule& module, ServiceProxy& proxy, const LootSwitch& loot,
+               LootInventory& inventory, LootPublisher& publisher, LootRetrieval& retrieval)
+      : module_(module),
+        proxy_(proxy),
         loot_(loot),
         inventory_(inventory),
         publisher_(publisher),
@@ -48,6 +49,7 @@ class Transactions {
                                                                const Result& result);
   Api::PlayerLootUpdate Apply(const Result& result);
 
+  AppModule& module_;
   ServiceProxy& proxy_;
   const LootSwitch& loot_;
   LootInventory& inventory_;

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "base/platform.h"
 #include "loot/calls/collection_sources.h"
 #include "loot/calls/grant_notices.h"
 #include "loot/calls/loot_retrieval.h"
@@ -103,7 +102,7 @@ BindingProperty ExplainReady(const SourceReadiness& readiness, const CollectionS
 }
 
 BindingProperty ExplainRetrieval(const LootRetrieval& retrieval, const LootSwitch& loot) {
-  const int64_t now = WallClockSeconds();
+  const int64_t now = retrieval.Now();
   const LootRetrieval::Versions& held = retrieval.HeldVersions();
   return Structure{{"isPending", retrieval.Pending()},
                    {"reason", RetrievalReason(retrieval, loot)},
@@ -134,7 +133,7 @@ BindingProperty ExplainChest(const NewPlayerChest& chest) {
                  {"reason", ReasonOf(scheduled, "A change of the configuration posts a check.")},
                  {"conditions", ConditionsTree(scheduled)},
                  {"periodEnd", chest.PeriodEnd()},
-                 {"now", WallClockSeconds()}}}};
+                 {"now", chest.Now()}}}};
 }
 
 BindingProperty ExplainGrants(const GrantNotices& grants) {

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <future>
+#include <set>
 #include <thread>
 
 #include "host/cause/cause.h"
@@ -247,6 +249,27 @@ TEST_F(ServiceTableTest, PublishesJsonOnly) {
     EXPECT_FALSE(publish("", KEST_EVENT_UPDATE, "{}"));
   });
   EXPECT_EQ(stream_.Held().last, 2u);
+}
+
+TEST_F(ServiceTableTest, TimeAndIdsAreThoseOfTheHostsClockAndSeed) {
+  const HostClock clock({ClockMode::kFrozen, 1, 1234});
+  const auto read = [&](uint64_t seed) {
+    const ServiceTable services(
+        {&scheduler_, &serviceEvents_, &stream_, &log_, &traffic_, world_.get(), &clock, seed});
+    EXPECT_EQ(services.Table()->now(services.Table()), 1234);
+    std::set<std::string> ids;
+    for (int i = 0; i < 100; ++i) {
+      std::array<uint8_t, 16> uuid{};
+      EXPECT_TRUE(services.Table()->createUuid(services.Table(), uuid.data()));
+      EXPECT_EQ(uuid[6] >> 4, 4) << "random";
+      EXPECT_EQ(uuid[8] >> 6, 2);
+      ids.emplace(uuid.begin(), uuid.end());
+    }
+    EXPECT_EQ(ids.size(), 100u);
+    return ids;
+  };
+  EXPECT_EQ(read(1), read(1));
+  EXPECT_NE(read(1), read(2));
 }
 
 TEST_F(ServiceTableTest, EntriesOfModuleTasksAreRefusedElsewhere) {

@@ -201,7 +201,8 @@ static void InitHost(struct Host* host) {
   /* clang-format off */
   const KestHostServices services = {
       sizeof(KestHostServices), SendRequest, Subscribe, Unsubscribe, Publish, PostTask,
-      WaitBegin, WaitEnd, Yield, WriteLog, SendTelemetry, Identify};
+      WaitBegin, WaitEnd, Yield, WriteLog, SendTelemetry, Identify,
+      NULL, NULL}; /* no clock and ids of its own: the plugin uses the system's */
   /* clang-format on */
   host->services = services;
   host->first = NULL;

@@ -37,15 +37,6 @@ TEST(LineTemplate, Fields) {
       [](const LogRecord& record) { return Line("#L|#G|", record); });
 }
 
-TEST(LineTemplate, ElapsedCountsFromTheFirstUse) {
-  RunClocks();
-  StopClocks(0, 77);
-  EXPECT_EQ(Line("#H"), "000000.000\n");
-  AdvanceClocks(12'034'005);
-  EXPECT_EQ(Line("#H"), "012034.005\n");
-  RunClocks();
-}
-
 TEST(LineTemplate, EndsWithOneLineFeedAndFitsItsBuffer) {
   ExpectEach<std::string, size_t>(
       {{"own line feed is enough", "a\n", 2},

@@ -83,7 +83,7 @@ TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
   StartPlugin();
   Enable();
   const auto craft = [this] {
-    SetUuidSource([](UuidBytes*) { return false; });
+    host_.RefuseUuids();
     host_.Post("/tav-loot/v1/recipes/OPEN/craft", R"(["CHEST_plain"])");
   };
   EXPECT_DEATH(craft(), "ALE-8B4DC795");

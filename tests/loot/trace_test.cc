@@ -58,12 +58,7 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
       const bool refused = call.find(refusedMessage_) != std::string::npos;
       return ServiceReply{"", refused ? "no such message" : "", false, refused ? 503 : 0};
     });
-    SetUuidSource([](UuidBytes* uuid) {
-      uuid->fill(0xab);
-      return true;
-    });
   }
-  ~TraceTest() override { SetUuidSource(nullptr); }
 
   void SetLogos(const std::string& payload, bool held = false) {
     RespondToGet("/tav-inventory/v1/signedInventory",

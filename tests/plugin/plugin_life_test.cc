@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <thread>
+#include <tuple>
 
 #include "log/logger.h"
 #include "plugin/once_promise.h"
@@ -99,7 +100,7 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   Load();
   const KestHandshakeBlock& block = host_.Block();
   KestHostServices old = *host_.Services();
-  old.size = sizeof old - sizeof(void*);
+  old.size = offsetof(KestHostServices, now) - 1;
   const KestRequest request{};
   for (const KestResponse* refused :
        {block.api->request(nullptr, &request), block.api->invoke(nullptr, {}, nullptr, 0),
@@ -155,6 +156,35 @@ TEST_F(PluginLifeTest, AnExplanationIsARequestThatIsNotCounted) {
   EXPECT_EQ(statistics.requestsFailed[0], 0u);
   host_.Stop();
   EXPECT_EQ(explain("why"), "500 Finalizing");
+}
+
+TEST_F(PluginLifeTest, TimeAndIdsAreTheHostsWhereItHasThem) {
+  const std::tuple<const char*, uint32_t, const char*> kCases[] = {
+      {"both", sizeof(KestHostServices), "host's time, host's id"},
+      {"half an entry", sizeof(KestHostServices) - 1, "host's time, system's id"},
+      {"none", offsetof(KestHostServices, now), "system's time, system's id"},
+  };
+  ScriptedPlugin::script.handler = [](ScriptedPlugin& plugin) {
+    const bool isHosts = plugin.Module().NowSeconds() == FakeHost::kStartOfTime + 3;
+    UuidBytes uuid{};
+    EXPECT_TRUE(plugin.Module().CreateUuid(&uuid));
+    LogError("now");
+    return Maybe<std::string>(
+        std::string(isHosts ? "host's time, " : "system's time, ")
+            .append(uuid[0] == 0xab && uuid[15] == 0xab ? "host's id" : "system's id"));
+  };
+  for (const auto& [why, size, expected] : kCases) {
+    FakeHost host;
+    host.SetTableSize(size);
+    host.Load(&ScriptedPlugin::Handshake);
+    EXPECT_TRUE(host.Start()) << why;
+    host.AdvanceSeconds(3);
+    EXPECT_EQ(host.Get(kUrl).body, '"' + std::string(expected) + '"') << why;
+    const auto stamp = HasSubstr(":23.000|  ERROR| | now");
+    const auto lines = host.Printed({Action::kLog});
+    EXPECT_EQ(::testing::Value(lines, Contains(stamp)), size > offsetof(KestHostServices, now))
+        << why << ::testing::PrintToString(lines);
+  }
 }
 
 TEST_F(PluginLifeTest, AnExceptionOfAHandlerIsAResponse) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -51,14 +52,12 @@ std::string ResourceEventJson(std::string_view path, std::string_view type, std:
 
 FakeHost::FakeHost() {
   FillTable();
-  StopClocks(kStartOfTime * 1000);
 }
 
 FakeHost::~FakeHost() {
   if (block_.context != nullptr && !stopped_) Stop();
   RunUntilIdle();
   if (!runner_.End()) GiveUp("Module tasks still wait at the end of the test.", {});
-  RunClocks();
 }
 
 // ---- The plugin's life --------------------------------------------------------------------------
@@ -88,7 +87,7 @@ void FakeHost::Stop() {
 
 void FakeHost::AdvanceSeconds(int64_t seconds) {
   Step(std::to_string(seconds) + " s later");
-  AdvanceClocks(seconds * 1000);
+  now_ += seconds * 1000;
 }
 
 // ---- Tasks --------------------------------------------------------------------------------------
@@ -389,6 +388,11 @@ void FakeHost::FillTable() {
   table_.identify = [](Self self, KestText fullName, KestText userAgent) {
     OnTask(self, "identify")
         .Record({Action::kIdentify, std::string(ToView(fullName)), std::string(ToView(userAgent))});
+  };
+  table_.now = [](Self self) { return static_cast<const Table*>(self)->host->now_.load(); };
+  table_.createUuid = [](Self self, uint8_t* uuid) {
+    std::fill_n(uuid, UuidBytes().size(), uint8_t{0xab});
+    return static_cast<const Table*>(self)->host->hasUuids_.load();
   };
 }
 

@@ -5,8 +5,8 @@
 // What the plugin does is one ordered list of actions (Actions, Print); every other function reads
 // it. An entry of the service table that belongs on a module task fails the test when
 // it is called elsewhere. A task posted while one of its name waits to run is merged with it.
-// Service-proxy and platform-message events come on a thread of their own. The clock is stopped
-// at kStartOfTime; AdvanceSeconds moves it.
+// Service-proxy and platform-message events come on a thread of their own. Its clock is
+// frozen at kStartOfTime; AdvanceSeconds moves it. Its request ids are all the same.
 //
 //   FakeHost host;
 //   host.SetResource("/tav-summoner/v1/current-summoner", R"({"summonerLevel":30})");
@@ -95,6 +95,9 @@ class FakeHost : public ActionLog {
   // From now on a service event is delivered while no task runs, so that the order of all actions
   // is the same in every run.
   void KeepOrder() { runner_.KeepOrder(); }
+  void RefuseUuids() { hasUuids_ = false; }
+  // As a host that was compiled against a table of that size; before Start.
+  void SetTableSize(uint32_t size) { table_.size = size; }
   // Every later postTask, request or subscribe is refused.
   void RefuseEverything() { refuse_ = true; }
   void AdvanceSeconds(int64_t seconds);
@@ -160,6 +163,8 @@ class FakeHost : public ActionLog {
   KestHandshakeBlock block_{};
   bool stopped_ = false;
 
+  std::atomic<int64_t> now_ = kStartOfTime * 1000;
+  std::atomic<bool> hasUuids_ = true;
   std::atomic<bool> refuse_ = false;
   std::atomic<bool> holdTasks_ = false;
   uint64_t nextUuid_ = 0;

@@ -3,19 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/platform.h"
-
 namespace Kest::Host {
-
-VirtualScheduler::VirtualScheduler() {
-  StopClocks(kStartOfTime, 0);
-}
 
 // The fibers of tasks that wait for ever are left: a stack belongs to code that cannot be asked to
 // leave it.
 VirtualScheduler::~VirtualScheduler() {
   for (auto& task : started_) static_cast<void>(task->fiber.release());
-  RunClocks();
 }
 
 bool VirtualScheduler::PostTask(std::string_view name, Work work) {
@@ -99,7 +92,7 @@ bool VirtualScheduler::RunUntilQuiet(SeededRandom& random, size_t mostRuns) {
   for (size_t runs = 0; runs < mostRuns; ++runs) {
     if (RunOne(random)) continue;
     if (events_.empty()) return true;
-    MoveClock(events_.begin()->first);
+    now_ = events_.begin()->first;
   }
   return false;
 }
@@ -109,20 +102,15 @@ bool VirtualScheduler::Advance(int64_t milliseconds, SeededRandom& random, size_
   for (size_t runs = 0; runs < mostRuns; ++runs) {
     if (!events_.empty() && events_.begin()->first <= end) {
       if (EventIsDue() || !RunOne(random)) {
-        MoveClock(std::max(now_, events_.begin()->first));
+        now_ = std::max(now_, events_.begin()->first);
         RunOne(random);
       }
     } else if (!RunOne(random)) {
-      MoveClock(end);
+      now_ = end;
       return true;
     }
   }
   return false;
-}
-
-void VirtualScheduler::MoveClock(int64_t to) {
-  AdvanceClocks(to - now_);
-  now_ = to;
 }
 
 void VirtualScheduler::RunEvent() {

@@ -6,7 +6,7 @@
 //   events   happen outside of all tasks, in the order they are due
 //   waiting  a task that yielded is a candidate again once anything else has happened
 //
-// Threads: the one that made it. The process's clocks are stopped and moved by it.
+// Threads: the one that made it.
 #pragma once
 
 #include <cstddef>
@@ -28,9 +28,7 @@ class VirtualScheduler {
  public:
   using Work = std::function<void()>;
 
-  static constexpr int64_t kStartOfTime = 1'700'000'000'000;  // milliseconds since 1970
-
-  VirtualScheduler();
+  VirtualScheduler() = default;
   // REQUIRES: nothing waits.
   ~VirtualScheduler();
   VirtualScheduler(const VirtualScheduler&) = delete;
@@ -60,7 +58,7 @@ class VirtualScheduler {
   bool Advance(int64_t milliseconds, SeededRandom& random, size_t mostRuns);
 
   size_t WaitingTasks() const { return started_.size(); }
-  int64_t Now() const { return now_; }
+  int64_t Now() const { return now_; }  // milliseconds since the scheduler was made
 
  private:
   struct Lane {
@@ -82,7 +80,6 @@ class VirtualScheduler {
   size_t CountCandidates() const;
   bool MayResume(const RunningTask& task) const;
   bool EventIsDue() const;
-  void MoveClock(int64_t to);
   void RunEvent();
   void Begin(std::string lane, Work work);
   void Resume(RunningTask* task);

@@ -1,9 +1,11 @@
 // All parts of the emulated platform of one world, wired together.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
+#include "base/platform.h"
 #include "host/world/data/collections.h"
 #include "host/world/data/world_data.h"
 #include "host/world/loot/loot_service.h"
@@ -26,13 +28,14 @@ struct Platform {
         board(outbox),
         session(data, collections, board),
         loot(data, inventory, collections, seed),
-        proxy(data, loot, session, outbox, ~seed) {
+        proxy(data, loot, session, outbox, now, ~seed) {
     outbox.clear();  // no subscription can exist yet
   }
   Platform(const Platform&) = delete;
   Platform& operator=(const Platform&) = delete;
 
   // In order of construction: later parts refer to earlier ones.
+  std::function<int64_t()> now = MonotonicMilliseconds;
   WorldData data;  // the controls change definitions and recipes, nothing else of it
   std::vector<WorldEvent> outbox;
   Inventory inventory;

@@ -1,7 +1,5 @@
 #include "host/world/controls/world_view.h"
 
-#include "base/platform.h"
-
 namespace Kest::Host {
 namespace {
 
@@ -23,8 +21,7 @@ Json CollectionsJson(const PlatformCollections& collections) {
   return tables;
 }
 
-Json OutstandingJson(PlatformServiceProxy& proxy) {
-  const int64_t now = MonotonicMilliseconds();
+Json OutstandingJson(PlatformServiceProxy& proxy, int64_t now) {
   Json list = Json::array();
   for (const auto& call : proxy.Outstanding()) {
     list.push_back(Json{{"key", call.key}, {"call", call.call}, {"milliseconds", call.due - now}});
@@ -56,7 +53,7 @@ Json WorldStateJson(Platform& platform) {
               {"messages", std::move(messages)},
               {"acknowledgements", platform.proxy.acknowledgements()},
               {"serviceCalls", platform.proxy.callCounts()},
-              {"outstanding", OutstandingJson(platform.proxy)}};
+              {"outstanding", OutstandingJson(platform.proxy, platform.now())}};
 }
 
 }  // namespace Kest::Host

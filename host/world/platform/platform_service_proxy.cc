@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/platform.h"
 #include "host/json/json_text.h"
 #include "host/world/data/platform_constants.h"
 #include "host/world/input/field_reader.h"
@@ -48,7 +47,7 @@ void PlatformServiceProxy::SetOverride(const std::string& method,
 }
 
 std::vector<PlatformServiceProxy::OutstandingCall> PlatformServiceProxy::Outstanding() {
-  const int64_t now = MonotonicMilliseconds();
+  const int64_t now = now_();
   std::erase_if(outstanding_, [&](const OutstandingCall& call) { return call.due <= now; });
   return outstanding_;
 }
@@ -132,8 +131,7 @@ void PlatformServiceProxy::SendLater(std::string_view eventName, const std::stri
   outbox_.push_back({WorldEvent::Channel::kService, std::string(eventName), WriteJson(payload),
                      static_cast<int>(reply.latency)});
   Outstanding();  // forgets those that are over
-  outstanding_.push_back(
-      {key, call.service + "." + call.method, MonotonicMilliseconds() + reply.latency});
+  outstanding_.push_back({key, call.service + "." + call.method, now_() + reply.latency});
 }
 
 std::string PlatformServiceProxy::NewRequestId() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -29,13 +30,14 @@ class PlatformServiceProxy {
   struct OutstandingCall {
     std::string key;   // the request's id or key
     std::string call;  // "loot.redeemPlayerLoot"
-    int64_t due = 0;   // on the monotonic clock, milliseconds
+    int64_t due = 0;   // by the clock, in milliseconds
   };
 
-  // All must outlive the proxy.
+  // All must outlive the proxy. `now` gives milliseconds.
   PlatformServiceProxy(const WorldData& data, LootService& loot, PlatformSession& session,
-                       std::vector<WorldEvent>& outbox, uint64_t seed)
-      : data_(data), loot_(loot), session_(session), outbox_(outbox), ids_(seed) {}
+                       std::vector<WorldEvent>& outbox, const std::function<int64_t()>& now,
+                       uint64_t seed)
+      : data_(data), loot_(loot), session_(session), outbox_(outbox), now_(now), ids_(seed) {}
 
   // Handles a host endpoint; nothing for another path. `body` is {"serviceName", "methodName",
   // "args"}, for method requests also "requestKey" and "flag".
@@ -75,6 +77,7 @@ class PlatformServiceProxy {
   LootService& loot_;
   PlatformSession& session_;
   std::vector<WorldEvent>& outbox_;
+  const std::function<int64_t()>& now_;
   SeededRandom ids_;
   std::map<std::string, CallOverride> overrides_;
   std::map<std::string, int64_t> callCounts_;  // by "service.method"

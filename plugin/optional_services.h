@@ -1,0 +1,22 @@
+// The entries of the host's service table that an older host may lack, each with what takes its
+// place. `services` may be null: no host yet, or none any more. Threads: any.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/platform.h"
+#include "plugin/host_interface.h"
+
+namespace Kest {
+
+// The size of the smallest table that a plugin can be started with.
+inline constexpr size_t kOldestTableSize = offsetof(KestHostServices, now);
+
+// Milliseconds since 1970-01-01 00:00 UTC by the host's clock, otherwise by the system's.
+int64_t HostMilliseconds(const KestHostServices* services);
+
+// Fills `*uuid` with a fresh unique id of the host, otherwise of the system. False: there is none.
+[[nodiscard]] bool CreateHostUuid(const KestHostServices* services, UuidBytes* uuid);
+
+}  // namespace Kest

@@ -1,0 +1,149 @@
+// What a front end's tests may count on: with a seed and a frozen clock, the same requests one
+// after the other have the same effects to the byte, however long the client takes and whichever
+// other clients read.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <charconv>
+#include <deque>
+#include <memory>
+#include <random>
+#include <thread>
+
+#include "host/clock/time_text.h"
+#include "host/development_host.h"
+#include "tests/host/loopback_client.h"
+
+namespace Kest::Host {
+namespace {
+
+using std::chrono::microseconds;
+
+// "&": the request is sent, and has reached the platform's service before the next one; its
+// response is taken by "join".
+constexpr std::string_view kRequests[] = {
+    R"(POST /_host/clock/advance {"milliseconds":1000})",
+    R"(GET /tav-loot/v2/player-loot-map)",
+    R"(&POST /tav-loot/v1/recipes/CHEST_lantern_OPEN/craft ["CHEST_lantern"])",
+    R"(&POST /tav-loot/v1/player-loot/CHAMPION_RENTAL_13/redeem)",
+    R"(PUT /_host/collections/skins/11001 {"owned":true})",
+    R"(POST /_host/messages {"name":"mastery chest"})",
+    R"(PUT /_host/summoner {"summonerLevel":31})",
+    R"(POST /_host/clock/advance {"milliseconds":220})",
+    R"(GET /tav-loot/v1/player-loot/CHAMPION_RENTAL_13)",
+    R"(&POST /tav-loot/v1/refresh?force=true)",
+    R"(POST /_host/clock/advance {"milliseconds":3600000})",
+    R"(join)",
+    R"(GET /tav-loot/v1/loot-grants)",
+    R"(PUT /_host/configuration/Enabled false)",
+    R"(PUT /_host/configuration/Enabled true)",
+    R"(POST /tav-loot/v1/refresh)",
+    R"(POST /_host/logout)",
+    R"(POST /_host/login)",
+    R"(POST /_host/clock/advance {"milliseconds":5000})",
+    R"(GET /tav-loot/v2/player-loot-map)",
+    R"(&POST /tav-loot/v1/recipes/CHEST_lantern_OPEN/craft ["CHEST_lantern"])",
+    R"(POST /_host/reset)",
+    R"(join)",
+    R"(POST /_host/clock/advance {"milliseconds":1000})",
+    R"(GET /_host/world)",
+    R"(GET /_host/log)",
+    R"(GET /_host/timeline?after=0&limit=1000)",
+    R"(GET /_host/ledger)",
+};
+
+std::string RequestOf(std::string_view words) {
+  std::string rest(words);
+  const size_t path = rest.find(' ') + 1;
+  const size_t body = std::min(rest.find(' ', path), rest.size());
+  const std::string text = rest.substr(std::min(body + 1, rest.size()));
+  return rest.substr(0, body) +
+         " HTTP/1.0\r\nHost: localhost\r\nContent-Type: application/json\r\nContent-Length: " +
+         std::to_string(text.size()) + "\r\n\r\n" + text;
+}
+
+class HostRun {
+ public:
+  HostRun() {
+    const auto started = host_.Start();
+    EXPECT_TRUE(started) << started.GetFailure().text;
+    const std::string line = host_.ReadyLine();
+    const size_t place = line.find("\"port\":") + 7;
+    std::from_chars(line.data() + place, line.data() + line.size(), port_);
+  }
+  ~HostRun() { EXPECT_TRUE(host_.Stop()); }
+
+  // Follows a request of the list; returns what came, without the head.
+  std::string Do(std::string_view words) {
+    if (words == "join") return Join();
+    const bool waits = words.starts_with('&');
+    const size_t before = waits ? CountOutstanding() : 0;
+    auto client = std::make_unique<LoopbackClient>(port_);
+    client->Send(RequestOf(words.substr(waits ? 1 : 0)));
+    if (!waits) return BodyOf(client->ReadToEnd());
+    waiting_.push_back(std::move(client));
+    for (int tries = 0; tries < 5000 && CountOutstanding() == before; ++tries) {
+    }
+    return "";
+  }
+  std::string Events() {
+    const std::string health = Do("GET /_host/health");
+    const std::string last = health.substr(health.find("\"last\":") + 7);
+    LoopbackClient stream(port_);
+    stream.Send("GET /_host/events?lastEventId=0 HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    return stream.ReadUpTo("\nid: " + last.substr(0, last.find('}')) + "\n") +
+           stream.ReadUpTo("\n\n");
+  }
+
+ private:
+  static std::string BodyOf(const std::string& response) {
+    return response.substr(response.find("\r\n\r\n") + 4);
+  }
+  std::string Join() {
+    std::string text;
+    for (const auto& client : waiting_) text += BodyOf(client->ReadToEnd()) + "\n";
+    waiting_.clear();
+    return text;
+  }
+  size_t CountOutstanding() {
+    const std::string world = Do("GET /_host/world");
+    size_t count = 0;
+    for (size_t at = 0; (at = world.find("\"key\":", at)) != std::string::npos; ++at) ++count;
+    return count;
+  }
+
+  HostLog log_{stderr, LogLevel::kNone};
+  DevelopmentHost host_{{.pluginPath = LOOT_PLUGIN,
+                         .worldPath = "",
+                         .port = 0,
+                         .seed = 7,
+                         .clock = {ClockMode::kFrozen, 1, ParseTime("2030-01-01T12:00:00Z")}},
+                        &log_};
+  uint16_t port_ = 0;
+  std::deque<std::unique_ptr<LoopbackClient>> waiting_;
+};
+
+TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
+  std::vector<std::vector<std::string>> runs(3);
+  std::mt19937 random(7);
+  for (size_t i = 0; i < runs.size(); ++i) {
+    HostRun run;
+    std::atomic<bool> isOver = i == 0;
+    std::thread noise([&] {  // another client, who only looks
+      while (!isOver) run.Do("GET /_host/health");
+    });
+    for (const std::string_view request : kRequests) {
+      if (i == 2) std::this_thread::sleep_for(microseconds(random() % 5000));
+      runs[i].push_back(run.Do(request));
+    }
+    isOver = true;
+    noise.join();
+    runs[i].push_back(run.Events());
+    EXPECT_NE(runs[i].back().find("CHAMPION_RENTAL_13"), std::string::npos);
+  }
+  EXPECT_EQ(runs[0], runs[1]);
+  EXPECT_EQ(runs[0], runs[2]);
+}
+
+}  // namespace
+}  // namespace Kest::Host
