@@ -22,6 +22,8 @@ export const samples = {
   GetTimeline: { query: { after: 0, kind: "request,task,event", limit: 50 } },
   GetTimelineRow: { path: { id: "1" } },
   GetLedger: { query: { refused: "false" } },
+  ExplainItem: { path: { lootId: "CHAMPION_RENTAL_13" } },
+  ExplainRecipe: { path: { recipeName: "CHEST_lantern_OPEN" }, query: { items: "CHEST_lantern,CHEST_none" } },
   SetSummoner: json({ summonerLevel: 30 }),
   SetGameflow: json({ phase: null }),
   SetConfiguration: { path: { name: "PxhEnabled" }, ...json(true) },
