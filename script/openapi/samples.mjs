@@ -24,6 +24,8 @@ export const samples = {
   GetLedger: { query: { refused: "false" } },
   ExplainItem: { path: { lootId: "CHAMPION_RENTAL_13" } },
   ExplainRecipe: { path: { recipeName: "CHEST_lantern_OPEN" }, query: { items: "CHEST_lantern,CHEST_none" } },
+  SetClock: json({ mode: "frozen", now: "2030-01-01T12:00:00Z" }),
+  AdvanceClock: json({ milliseconds: 1000 }),
   SetSummoner: json({ summonerLevel: 30 }),
   SetGameflow: json({ phase: null }),
   SetConfiguration: { path: { name: "PxhEnabled" }, ...json(true) },
@@ -51,6 +53,7 @@ export const refusals = [
   { status: 400, method: "GET", path: "/_host/timeline?kind=rumour" },
   { status: 400, method: "GET", path: "/_host/ledger?refused=maybe" },
   { status: 404, method: "PUT", path: "/_host/collections/hats/1" },
+  { status: 409, method: "POST", path: "/_host/clock/advance", type: "application/json", body: '{"milliseconds":1}' },
   { status: 400, ...craft, type: "text/plain", body: "CHEST_lantern" },
   // Each body is read; it is the platform that does not know the recipe.
   { status: 500, ...craft, type: "application/json", body: '["CHEST_lantern"]' },
