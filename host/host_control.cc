@@ -96,9 +96,9 @@ HttpResponse HostControl::CallOwn(const HttpRequest& request, FoundControl found
 }
 
 HttpResponse HostControl::AskWorld(const HttpRequest& request) {
-  const std::string_view path = RequestTarget::Split(request.target).path;
+  const std::string_view url = request.target;
   return WithSession(sessions_, [&](PluginSession& session) {
-    return session.Control(request, path.substr(kControlPrefix.size()));
+    return session.Control(request, url.substr(kControlPrefix.size()));
   });
 }
 

@@ -121,6 +121,11 @@ HttpResponse PluginSession::Control(const HttpRequest& request, std::string_view
   return given;
 }
 
+void PluginSession::HandFaultsTo(World& next) const {
+  const std::string kept = world_->KeptFaults();
+  if (!kept.empty()) next.Control("PUT", "/faults", kept);
+}
+
 std::string PluginSession::Version() const {
   const KestHandshakeBlock& block = library_->Block();
   return std::to_string(block.major) + "." + std::to_string(block.minor) + "." +

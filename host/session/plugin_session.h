@@ -52,6 +52,9 @@ class PluginSession {
   // Hands a control request to the world and delivers what it causes.
   HttpResponse Control(const HttpRequest& request, std::string_view path);
 
+  // Sets the fault rules that outlive a reset in the world that comes next.
+  void HandFaultsTo(World& next) const;
+
   const KestApiDescriptor& Api() const { return *library_->Block().api; }
   std::string FullName() const { return library_->Block().fullName; }
   std::string Version() const;

@@ -15,14 +15,8 @@
 namespace Kest::Host {
 namespace {
 
-constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
 constexpr uint64_t kUuidSeed = 0x9e3779b97f4a7c15;  // other numbers than the world's
 constexpr std::string_view kEventTypes[] = {"Create", "Update", "Delete"};  // by KEST_EVENT_...
-
-std::string PresentValuePayload(std::string_view path, std::string_view value) {
-  std::string json = "{\"uri\":" + JsonString(path) + ",\"eventType\":\"Create\",\"data\":";
-  return json.append(value).append("}");
-}
 
 }  // namespace
 
@@ -126,6 +120,11 @@ struct ServiceTable::Entries {
 
 ServiceTable::ServiceTable(Wiring wiring)
     : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler), uuids_(wiring.seed ^ kUuidSeed) {
+  wiring.world->FollowFaults(
+      [traffic = wiring.traffic](std::string_view name, std::string_view action) {
+        traffic->Rows().Add(
+            {.kind = RowKind::kFault, .name = std::string(name), .status = std::string(action)});
+      });
   table_.services = this;
   table_.entries = {sizeof(KestHostServices),
                     Entries::Request,
@@ -149,6 +148,7 @@ ServiceTable::~ServiceTable() {
 
 void ServiceTable::Close() {
   subscriptions_.Clear();
+  held_.clear();
   wiring_.scheduler->Drop(this);
 }
 
@@ -189,11 +189,37 @@ void ServiceTable::Complete(const Sent& sent) {
   } catch (const std::bad_alloc&) {  // a completion that never came would be waited for
     result = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
   }
+  if (result.isLost) return;
+  const Caller caller{sent.completion, sent.context, sent.row, sent.url};
+  if (result.heldAs != 0) {
+    held_[result.heldAs] = caller;
+  } else if (result.delayMilliseconds > 0) {
+    RespondLater(caller, std::move(result));
+  } else {
+    Respond(caller, result);
+  }
+}
+
+void ServiceTable::Respond(const Caller& caller, const WorldResponse& result) {
   const CauseScope scope(wiring_.traffic->AddResponse(
-      sent.row, sent.url, result.status, result.message, {result.contentType, result.body}));
+      caller.row, caller.url, result.status, result.message, {result.contentType, result.body}));
   const KestResponse response = {result.status, Text(result.message), Text(result.contentType),
                                  Bytes(result.body)};
-  sent.completion(sent.context, &response);
+  caller.completion(caller.context, &response);
+}
+
+void ServiceTable::RespondLater(const Caller& caller, WorldResponse result) {
+  const std::chrono::milliseconds delay(result.delayMilliseconds);
+  auto respond = [this, caller, result = std::move(result)] { Respond(caller, result); };
+  wiring_.scheduler->PostAfter(
+      delay, {.name = "delayed response", .work = std::move(respond), .owner = this});
+}
+
+void ServiceTable::DispatchReleased() {
+  for (ReleasedResponse& released : wiring_.world->TakeReleased()) {
+    const auto caller = held_.extract(released.heldAs);
+    if (!caller.empty()) RespondLater(caller.mapped(), std::move(released.response));
+  }
 }
 
 // ---- Events to the plugin ----------------------------------------------------------------------
@@ -201,10 +227,11 @@ void ServiceTable::Complete(const Sent& sent) {
 bool ServiceTable::Subscribe(std::string_view name, KestDelivery delivery, void* context) {
   if (!PluginSubscriptions::IsKnown(name)) return false;
   subscriptions_.Add(name, delivery, context);
-  if (!name.starts_with(kResourcePrefix)) return true;
-  const std::string_view path = name.substr(kResourcePrefix.size());
-  if (const auto value = wiring_.world->Resource(path)) {
-    subscriptions_.QueueResourceEvent(name, PresentValuePayload(path, *value));
+  if (!name.starts_with(kResourceEventPrefix)) return true;
+  if (auto present = wiring_.world->PresentValue(name.substr(kResourceEventPrefix.size()))) {
+    WhenDue(present->delayMilliseconds, [this, event = std::move(*present)] {
+      subscriptions_.QueueResourceEvent(event.name, event.payload);
+    });
   }
   return true;
 }
@@ -216,22 +243,26 @@ void ServiceTable::QueueResourceEvent(std::string_view name, std::string_view pa
   if (kind != name) subscriptions_.QueueResourceEvent(kind, payload);
 }
 
+void ServiceTable::WhenDue(int delayMilliseconds, Scheduler::Work work) {
+  if (delayMilliseconds <= 0) return work();
+  wiring_.scheduler->PostAfter(std::chrono::milliseconds(delayMilliseconds),
+                               {.name = "delayed event", .work = std::move(work), .owner = this});
+}
+
 void ServiceTable::DispatchWorldEvents() {
   for (WorldEvent& event : wiring_.world->TakeEvents()) {
-    const std::chrono::milliseconds delay(std::max(0, event.delayMilliseconds));
-    if (event.channel == WorldEvent::Channel::kService) {
-      wiring_.serviceEvents->Post(
-          delay, {std::move(event.name), std::move(event.payload), CurrentCause()});
-    } else if (delay.count() == 0) {
-      QueueResourceEvent(event.name, event.payload);
+    const int delay = std::max(0, event.delayMilliseconds);
+    if (event.channel != WorldEvent::Channel::kService) {
+      WhenDue(delay,
+              [this, event = std::move(event)] { QueueResourceEvent(event.name, event.payload); });
+    } else if (event.comesFirst) {
+      DeliverServiceEvent({std::move(event.name), std::move(event.payload), event.cause});
     } else {
-      auto deliver = [this, event = std::move(event)] {
-        QueueResourceEvent(event.name, event.payload);
-      };
-      wiring_.scheduler->PostAfter(
-          delay, {.name = "delayed event", .work = std::move(deliver), .owner = this});
+      wiring_.serviceEvents->Post(std::chrono::milliseconds(delay),
+                                  {std::move(event.name), std::move(event.payload), event.cause});
     }
   }
+  DispatchReleased();
 }
 
 void ServiceTable::DeliverServiceEvent(const ServiceEventThread::Event& event) {
@@ -252,14 +283,31 @@ bool ServiceTable::Publish(std::string_view path, int32_t eventType, std::string
                        std::string("Not published, the value is no JSON: ").append(path));
     return false;
   }
-  const uint64_t event = wiring_.stream->Append(path, kEventTypes[eventType], json);
+  Stream(path, kEventTypes[eventType], json);
+  return true;
+}
+
+void ServiceTable::Stream(std::string_view path, std::string_view eventType,
+                          std::string_view json) {
+  const CallFault fault = wiring_.world->PublishedFault(path).value_or(CallFault{});
+  if (fault.action == FaultAction::kDrop) return;
+  if (fault.action == FaultAction::kDouble) AppendEvent(path, eventType, json);
+  if (!fault.delay) return AppendEvent(path, eventType, json);
+  WhenDue(static_cast<int>(*fault.delay),
+          [this, uri = std::string(path), eventType, data = std::string(json)] {
+            AppendEvent(uri, eventType, data);
+          });
+}
+
+void ServiceTable::AppendEvent(std::string_view path, std::string_view eventType,
+                               std::string_view json) {
+  const uint64_t event = wiring_.stream->Append(path, eventType, json);
   wiring_.traffic->Rows().Add({.kind = RowKind::kEvent,
                                .name = std::string(path),
-                               .status = std::string(kEventTypes[eventType]),
+                               .status = std::string(eventType),
                                .payload = std::string(json),
-                               .payloadType = deleted ? "" : "application/json",
+                               .payloadType = json.empty() ? "" : "application/json",
                                .event = event});
-  return true;
 }
 
 void ServiceTable::FillUuid(uint8_t* uuid) {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,10 +68,23 @@ class ServiceTable {
   };
   struct Entries;  // the functions of the table
   struct Sent;     // a request on its way
+  struct Caller {  // who waits for a response
+    KestCompletion completion;
+    void* context;
+    uint64_t row;  // of the request in the timeline
+    std::string url;
+  };
 
   bool CheckTask(std::string_view entry) const;
   bool Request(const KestRequest& request, KestCompletion completion, void* context);
   void Complete(const Sent& sent);
+  void Respond(const Caller& caller, const WorldResponse& result);
+  void RespondLater(const Caller& caller, WorldResponse result);
+  void DispatchReleased();
+  // Runs `work` at once, or as a task after a delay.
+  void WhenDue(int delayMilliseconds, Scheduler::Work work);
+  void Stream(std::string_view path, std::string_view eventType, std::string_view json);
+  void AppendEvent(std::string_view path, std::string_view eventType, std::string_view json);
   bool Subscribe(std::string_view name, KestDelivery delivery, void* context);
   bool Publish(std::string_view path, int32_t eventType, std::string_view json);
   int32_t PostTask(std::string_view name, KestTask run, void* context);
@@ -83,6 +97,7 @@ class ServiceTable {
   std::string userAgent_;
   Mutex uuidMutex_;  // a leaf
   SeededRandom uuids_ KEST_GUARDED_BY(uuidMutex_);
+  std::map<uint64_t, Caller> held_;
 };
 
 }  // namespace Kest::Host

@@ -33,6 +33,7 @@ Maybe<Nothing> SessionManager::Reset() {
   auto world = makeWorld_();
   Maybe<Nothing> result = Nothing{};
   if (world) {
+    if (session_) session_->HandFaultsTo(*world.GetValue());
     CloseSession();
     surroundings_.stream->AppendReset();
     result = OpenSession(std::move(world.GetValue()));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/json/json_text.h"
 #include "host/library/c_views.h"
 #include "host/library/sent_request.h"
 #include "host/simulation/machine/plugin_memory.h"
@@ -11,7 +10,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr std::string_view kResourcePrefix = "OnJsonApiEvent_";
 constexpr std::string_view kResponseEvent = "OnServiceProxyUuidEvent";
 constexpr int64_t kStartOfTime = 1'700'000'000'000;  // milliseconds since 1970
 constexpr size_t kUuidBytes = 16;
@@ -169,12 +167,9 @@ bool SimulatedHost::Subscribe(std::string_view name, KestDelivery delivery, void
   const auto known = subscriptions_.find(name);
   const uint64_t serial = known != subscriptions_.end() ? known->second.serial : ++nextSerial_;
   subscriptions_.insert_or_assign(std::string(name), Subscription{delivery, context, serial});
-  if (!name.starts_with(kResourcePrefix)) return true;
-  const std::string_view path = name.substr(kResourcePrefix.size());
-  if (const auto value = world_->Resource(path)) {
-    QueueResourceEvent(std::string(name), "{\"uri\":" + JsonString(path) +
-                                              ",\"eventType\":\"Create\",\"data\":" + *value + "}");
-  }
+  if (!name.starts_with(kResourceEventPrefix)) return true;
+  const auto present = world_->PresentValue(name.substr(kResourceEventPrefix.size()));
+  if (present) QueueResourceEvent(present->name, present->payload);
   return true;
 }
 
@@ -184,7 +179,8 @@ void SimulatedHost::QueueResourceEvent(const std::string& name, const std::strin
   const uint64_t serial = found->second.serial;
   scheduler_->PostToLane(name + " " + std::to_string(serial), [this, name, payload, serial] {
     if (!subscriptions_.contains(name)) return;
-    observer_->OnResource(std::string_view(name).substr(kResourcePrefix.size()), DataOf(payload));
+    observer_->OnResource(std::string_view(name).substr(kResourceEventPrefix.size()),
+                          DataOf(payload));
     Deliver(name, payload, serial);
   });
 }

@@ -37,11 +37,42 @@ WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
   return WorldJson(WriteJson(tokens));
 }
 
-WorldResponse Read(const Platform& platform, std::string_view url) {
-  const std::string_view path = UrlPath(url);
+WorldResponse Value(const Platform& platform, std::string_view url, std::string_view path) {
   if (path == kSignedInventoryPath) return SignedInventory(platform, url);
   if (const std::string* text = platform.board.Find(path)) return WorldJson(*text);
   return WorldFailure(404, "there is no resource " + std::string(path));
+}
+
+WorldResponse Read(Platform& platform, std::string_view url) {
+  const std::string_view path = UrlPath(url);
+  const CallFault fault = platform.faults.Next(FaultTarget::kSibling, path).value_or(CallFault{});
+  WorldResponse response;
+  if (fault.action == FaultAction::kFail) {
+    response = WorldFailure(fault.status, fault.error);
+  } else if (fault.action == FaultAction::kDelete) {
+    response = WorldFailure(404, "there is no resource " + std::string(path));
+  } else if (fault.action == FaultAction::kGarble) {
+    response = WorldJson(WriteJson(fault.payload));
+  } else {
+    response = Value(platform, url, path);
+  }
+  response.delayMilliseconds = static_cast<int>(fault.delay.value_or(0));
+  return response;
+}
+
+// The event as the fault rules let it pass; nothing when they keep it back.
+std::optional<WorldEvent> Passed(Platform& platform, WorldEvent event) {
+  if (event.channel != WorldEvent::Channel::kResource) return event;
+  const std::string path = event.name.substr(kResourceEventPrefix.size());
+  const auto fault = platform.faults.Next(FaultTarget::kSibling, path);
+  if (!fault) return event;
+  if (fault->action == FaultAction::kFail) return std::nullopt;
+  if (fault->action == FaultAction::kDelete) event = ResourceBoard::Event(path, "Delete", "");
+  if (fault->action == FaultAction::kGarble) {
+    event = ResourceBoard::Event(path, "Update", WriteJson(fault->payload));
+  }
+  event.delayMilliseconds = static_cast<int>(fault->delay.value_or(0));
+  return event;
 }
 
 }  // namespace
@@ -73,9 +104,10 @@ WorldResponse World::Request(std::string_view method, std::string_view url, std:
                       "there is no " + std::string(method) + " of " + std::string(UrlPath(url)));
 }
 
-std::optional<std::string> World::Resource(std::string_view path) const {
+std::optional<WorldEvent> World::PresentValue(std::string_view path) {
   const std::string* text = platform_->board.Find(path);
-  return text == nullptr ? std::nullopt : std::optional<std::string>(*text);
+  if (text == nullptr) return std::nullopt;
+  return Passed(*platform_, ResourceBoard::Event(path, "Create", *text));
 }
 
 WorldResponse World::Control(std::string_view method, std::string_view path,
@@ -88,7 +120,27 @@ void World::SetClock(std::function<int64_t()> now) {
 }
 
 std::vector<WorldEvent> World::TakeEvents() {
-  return std::exchange(platform_->outbox, {});
+  std::vector<WorldEvent> passed;
+  for (WorldEvent& event : std::exchange(platform_->outbox, {})) {
+    if (auto changed = Passed(*platform_, std::move(event))) passed.push_back(std::move(*changed));
+  }
+  return passed;
+}
+
+std::vector<ReleasedResponse> World::TakeReleased() {
+  return platform_->proxy.TakeReleased();
+}
+
+std::optional<CallFault> World::PublishedFault(std::string_view path) {
+  return platform_->faults.Next(FaultTarget::kPublished, path);
+}
+
+void World::FollowFaults(FaultRules::Listener listener) {
+  platform_->faults.SetListener(std::move(listener));
+}
+
+std::string World::KeptFaults() const {
+  return platform_->faults.keeps() ? WriteJson(platform_->faults.ToJson()) : std::string();
 }
 
 }  // namespace Kest::Host

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "base/maybe_type.h"
+#include "host/faults/fault_rules.h"
 #include "host/world/data/world_events.h"
 
 namespace Kest::Host {
@@ -35,9 +36,9 @@ class World {
   // Handles a request of the plugin to a sibling plugin or to a host endpoint.
   WorldResponse Request(std::string_view method, std::string_view url, std::string_view contentType,
                         std::string_view body);
-  // Present value of a followed resource as JSON, or nothing. The host delivers it as "Create"
-  // right after a subscription.
-  std::optional<std::string> Resource(std::string_view path) const;
+  // The event "Create" with the present value of a resource, which the host delivers right after a
+  // subscription; nothing when there is no such resource.
+  std::optional<WorldEvent> PresentValue(std::string_view path);
   // Handles a control endpoint. `path` is below "/_host": "/world", "/login", "/logout", ...
   WorldResponse Control(std::string_view method, std::string_view path, std::string_view body);
   // Reads the time in milliseconds from `now`, whose start is arbitrary, instead of from the
@@ -45,6 +46,14 @@ class World {
   void SetClock(std::function<int64_t()> now);
   // Takes the events caused since the last call.
   std::vector<WorldEvent> TakeEvents();
+  // Takes the responses of held requests that a control has let go since the last call.
+  std::vector<ReleasedResponse> TakeReleased();
+  // What the fault rules do to the next event that the plugin publishes for `path`.
+  std::optional<CallFault> PublishedFault(std::string_view path);
+  // `listener` learns of each fault that a rule causes.
+  void FollowFaults(FaultRules::Listener listener);
+  // The fault rules that are to hold after a reset, as the body of their control; empty: none.
+  std::string KeptFaults() const;
 
  private:
   World();

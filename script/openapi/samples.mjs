@@ -1,5 +1,6 @@
 // What each operation of the document is called with, against the sample world. An operation that is not
-// named here is called without anything. `first` ones come before all others.
+// named here is called without anything. `first` ones come before all others. `status`: what it returns instead of
+// what the document describes.
 const json = (body) => ({ body: JSON.stringify(body), type: "application/json" });
 
 export const first = ["Reset", "SignIn", "AwaitIdle", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
@@ -37,6 +38,10 @@ export const samples = {
   PushMessage: json({ name: "mastery chest" }),
   SetLoginPacket: json({ simpleMessages: [{ msgId: "m1", params: ["{}"] }] }),
   SetToken: json({ token: null }),
+  SetFaults: json({ rules: [{ service: "redeem*", delay: { from: 0, to: 1 } }, { published: "*", action: "delay", delay: 1, times: 1 }] }),
+  EndHeldCall: { path: { id: "1" }, status: 404, ...json({ action: "release" }) },
+  PrepareNextResult: json({ recipe: "CHEST_lantern_OPEN", added: [{ lootName: "MATERIAL_key" }] }),
+  GetOdds: { path: { recipe: "CHEST_lantern_OPEN" }, query: { trials: 100 } },
   OverrideService: { path: { method: "redeemPlayerLoot" }, ...json({ latency: 1 }) },
   ResetService: { path: { method: "redeemPlayerLoot" } },
 };

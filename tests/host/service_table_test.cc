@@ -272,6 +272,64 @@ TEST_F(ServiceTableTest, TimeAndIdsAreThoseOfTheHostsClockAndSeed) {
   EXPECT_NE(read(1), read(2));
 }
 
+TEST_F(ServiceTableTest, FaultRulesDecideHowResponsesAndEventsCome) {
+  const auto set = [&](std::string_view rules) {
+    const WorldResponse done =
+        world_->Control("PUT", "/faults", R"({"rules":[)" + std::string(rules) + "]}");
+    EXPECT_EQ(done.status, 200) << done.message;
+    delivered_.clear();
+  };
+  const std::string_view none =
+      R"({"sibling":"/no-such/*","action":"fail","status":418,"error":"no",)";
+  OnTask([&] {
+    set(std::string(none) + R"("delay":30},{"published":"/drop","action":"drop"},
+        {"published":"/double","action":"double"},{"published":"/late","delay":30})");
+    ASSERT_TRUE(table_->request(table_, &kRequest, Complete, this));
+    for (const char* path : {"/drop", "/double", "/late"}) {
+      EXPECT_TRUE(table_->publish(table_, Text(path), KEST_EVENT_UPDATE, Bytes("1")));
+    }
+    EXPECT_EQ(stream_.Held().last, 2u);
+  });
+  EXPECT_EQ(stream_.Held().last, 3u);
+  EXPECT_THAT(delivered_, ElementsAre("418 no"));
+  OnTask([&] {  // the present value of a followed resource
+    set(R"({"sibling":"*Enabled","action":"garble","payload":7,"delay":20})");
+    ASSERT_TRUE(Subscribe(kEnabled));
+  });
+  EXPECT_THAT(delivered_, ElementsAre(HasSubstr(R"("eventType":"Update","data":7)")));
+}
+
+TEST_F(ServiceTableTest, AResponseMayOvertakeTheRequestOrBeHeld) {
+  const std::string call = R"({"serviceName":"loot","methodName":"x","args":[]})";
+  const auto post = [&](const char* url) {
+    const KestRequest request = {Text("POST"), Text(url), nullptr, 0, {}, Bytes(call), {}};
+    EXPECT_TRUE(table_->request(table_, &request, Complete, this));
+  };
+  OnTask([&] {
+    world_->Control("PUT", "/faults", R"({"rules":[{"service":"*","action":"early"}]})");
+    ASSERT_TRUE(Subscribe("OnServiceProxyUuidEvent"));
+    post("/tav-login/v1/service-proxy-uuid-requests");
+  });
+  EXPECT_THAT(delivered_, ElementsAre(HasSubstr("no player is signed in"), "200 "));
+  delivered_.clear();
+  OnTask([&] {
+    world_->Control("PUT", "/faults", R"({"rules":[{"service":"*","action":"hold"}]})");
+    for (int i = 0; i < 2; ++i) post("/tav-login/v1/session/invoke");
+  });
+  EXPECT_THAT(delivered_, ElementsAre());
+  OnTask([&] {
+    world_->Control("POST", "/held/2", R"({"action":"fail","error":"lost"})");
+    services_->DispatchWorldEvents();
+  });
+  EXPECT_THAT(delivered_, ElementsAre("500 lost"));
+  OnTask([&] {
+    services_->Close();
+    world_->Control("POST", "/held/1", R"({"action":"release"})");
+    services_->DispatchWorldEvents();
+  });
+  EXPECT_THAT(delivered_, ElementsAre("500 lost")) << "no one is there any more";
+}
+
 TEST_F(ServiceTableTest, EntriesOfModuleTasksAreRefusedElsewhere) {
   EXPECT_FALSE(table_->request(table_, &kRequest, Complete, this));
   EXPECT_FALSE(Subscribe(kEnabled));

@@ -3,7 +3,7 @@
 namespace Kest::Host {
 namespace {
 
-constexpr const char* kTrace = "tests/host/world_trace.txt";
+constexpr const char* kTraces[] = {"tests/host/world_trace.txt", "tests/host/faults_trace.txt"};
 
 // Runs calls and writes down, line by line, what each returns and causes. Calls are "start", those
 // of Send, "craft RECIPE REPEAT ITEM...", "redeem NAME", "invoke METHOD ARGUMENTS" and "show NAME"
@@ -46,23 +46,39 @@ class WorldTrace : public WorldTest {
 
  private:
   static std::string Describe(const WorldResponse& response) {
-    if (response.status == 200) return response.body;
-    return std::to_string(response.status) +
+    std::string when;
+    if (response.delayMilliseconds > 0) {
+      when = "after " + std::to_string(response.delayMilliseconds) + " ms ";
+    }
+    if (response.isLost) when = "lost: ";
+    if (response.heldAs != 0) when = "held as " + std::to_string(response.heldAs) + ": ";
+    if (response.status == 200) return when + response.body;
+    return when + std::to_string(response.status) +
            (response.message.empty() ? "" : " " + response.message);
   }
-  // Events of resources show no value: the trace reads those that matter.
+  // Events of resources show no value: the trace reads those that matter. Released responses
+  // follow.
   std::string Events() {
     std::string lines;
     for (const WorldEvent& event : world_->TakeEvents()) {
       Json payload = Parse(event.payload);
       if (event.channel == WorldEvent::Channel::kService) {
-        lines += "  after " + std::to_string(event.delayMilliseconds) + " ms " + event.name + " " +
+        lines += (event.comesFirst ? "  first, after " : "  after ") +
+                 std::to_string(event.delayMilliseconds) + " ms " + event.name + " " +
                  event.payload + "\n";
         continue;
       }
       const auto uri = payload["uri"].get<std::string>();
       EXPECT_EQ(event.name, "OnJsonApiEvent_" + uri);
-      lines += "  " + payload["eventType"].get<std::string>() + " " + uri + "\n";
+      lines += "  ";
+      if (event.delayMilliseconds > 0) {
+        lines += "after " + std::to_string(event.delayMilliseconds) + " ms ";
+      }
+      lines += payload["eventType"].get<std::string>() + " " + uri + "\n";
+    }
+    for (const ReleasedResponse& released : world_->TakeReleased()) {
+      lines += "  released " + std::to_string(released.heldAs) + ": " +
+               Describe(released.response) + "\n";
     }
     return lines;
   }
@@ -70,13 +86,15 @@ class WorldTrace : public WorldTest {
 
 // Lines with "#" say why; "> " is a call; what follows it is the outcome.
 TEST_F(WorldTrace, IsWhatTheGoldenTextHas) {
-  std::istringstream file(Testing::SourceText(kTrace));
-  std::string trace;
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line[0] == '#' || line[0] == '>') trace += line + "\n";
-    if (line.starts_with("> ")) trace += Run(line.substr(2));
+  for (const char* name : kTraces) {
+    std::istringstream file(Testing::SourceText(name));
+    std::string trace;
+    for (std::string line; std::getline(file, line);) {
+      if (line.empty() || line[0] == '#' || line[0] == '>') trace += line + "\n";
+      if (line.starts_with("> ")) trace += Run(line.substr(2));
+    }
+    EXPECT_TRUE(Testing::GoldenText(name, trace));
   }
-  EXPECT_TRUE(Testing::GoldenText(kTrace, trace));
 }
 
 }  // namespace

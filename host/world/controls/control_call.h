@@ -4,12 +4,16 @@
 #include "host/openapi/control_lookup.h"
 #include "host/world/controls/platform.h"
 #include "host/world/input/field_reader.h"
+#include "host/world/input/url_text.h"
 
 namespace Kest::Host {
 
 struct ControlCall {
   PathArguments path;  // "collection": "skins", "id": "11002"
   Document body;       // an empty object when there was none
+  std::string url;     // with the query
+
+  std::optional<std::string> Query(std::string_view name) const { return QueryArgument(url, name); }
 };
 
 using ControlResult = Maybe<Json>;
@@ -24,7 +28,7 @@ ControlResult SetGameflow(Platform& platform, const ControlCall& call);
 ControlResult SetOwnership(Platform& platform, const ControlCall& call);
 ControlResult ChangeInventory(Platform& platform, const ControlCall& call);
 
-// controls_platform.cc: configuration, messages, token, service.
+// controls_platform.cc: configuration, messages, token.
 ControlResult SetConfiguration(Platform& platform, const ControlCall& call);
 ControlResult RemoveConfiguration(Platform& platform, const ControlCall& call);
 ControlResult ChangeDefinition(Platform& platform, const ControlCall& call);
@@ -33,7 +37,20 @@ ControlResult PushMessage(Platform& platform, const ControlCall& call);
 ControlResult SetLoginPacket(Platform& platform, const ControlCall& call);
 ControlResult SetToken(Platform& platform, const ControlCall& call);
 ControlResult ResetToken(Platform& platform, const ControlCall& call);
+
+// controls_faults.cc: fault rules, and held calls.
+ControlResult ShowFaults(Platform& platform, const ControlCall& call);
+ControlResult SetFaults(Platform& platform, const ControlCall& call);
+ControlResult RemoveFaults(Platform& platform, const ControlCall& call);
+ControlResult ShowHeld(Platform& platform, const ControlCall& call);
+ControlResult EndHeld(Platform& platform, const ControlCall& call);
 ControlResult OverrideService(Platform& platform, const ControlCall& call);
 ControlResult ResetService(Platform& platform, const ControlCall& call);
+
+// controls_results.cc: what crafts give.
+ControlResult ShowNextResults(Platform& platform, const ControlCall& call);
+ControlResult PrepareNextResult(Platform& platform, const ControlCall& call);
+ControlResult ForgetNextResults(Platform& platform, const ControlCall& call);
+ControlResult ShowOdds(Platform& platform, const ControlCall& call);
 
 }  // namespace Kest::Host

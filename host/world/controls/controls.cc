@@ -31,8 +31,17 @@ constexpr ControlRow kControls[] = {
     {"SetLoginPacket", SetLoginPacket},
     {"SetToken", SetToken},
     {"ResetToken", ResetToken},
+    {"GetFaults", ShowFaults},
+    {"SetFaults", SetFaults},
+    {"RemoveFaults", RemoveFaults},
+    {"GetHeldCalls", ShowHeld},
+    {"EndHeldCall", EndHeld},
     {"OverrideService", OverrideService},
     {"ResetService", ResetService},
+    {"GetNextResults", ShowNextResults},
+    {"PrepareNextResult", PrepareNextResult},
+    {"ForgetNextResults", ForgetNextResults},
+    {"GetOdds", ShowOdds},
 };
 
 WorldResponse Refuse(const Failure& failure) {
@@ -71,7 +80,7 @@ WorldResponse CallControl(Platform& platform, std::string_view method, std::stri
   if (!document) return Refuse(document.GetFailure());
 
   const ControlResult result = FunctionOf(control.operationId)(
-      platform, {std::move(found.arguments), std::move(document.GetValue())});
+      platform, {std::move(found.arguments), std::move(document.GetValue()), std::string(path)});
   if (!result) return Refuse(result.GetFailure());
   return WorldJson(WriteJson(result.GetValue()));
 }

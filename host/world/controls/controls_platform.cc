@@ -29,14 +29,6 @@ bool IsPlainName(const std::string& name) {
   });
 }
 
-Failure UnknownMethod(const std::string& method) {
-  return Failure{"the platform has no service method " + method, 404};
-}
-
-bool IsServiceMethod(const std::string& method) {
-  return std::find(kServiceMethods.begin(), kServiceMethods.end(), method) != kServiceMethods.end();
-}
-
 }  // namespace
 
 ControlResult SetConfiguration(Platform& platform, const ControlCall& call) {
@@ -134,36 +126,6 @@ ControlResult SetToken(Platform& platform, const ControlCall& call) {
 ControlResult ResetToken(Platform& platform, const ControlCall&) {
   platform.tokenOverride.reset();
   return Json(Json::object());
-}
-
-ControlResult OverrideService(Platform& platform, const ControlCall& call) {
-  const std::string& method = call.path.at("method");
-  if (!IsServiceMethod(method)) return UnknownMethod(method);
-  constexpr int64_t kMaxLatency = 600'000;
-  FieldReader fields(call.body);
-  CallOverride override;
-  if (fields.Find("latency") != nullptr)
-    override.latency = fields.Integer("latency", 0, kMaxLatency);
-  override.error = fields.StringOr("error", "");
-  override.status = fields.StringOr("status", "");
-  override.times = fields.IntegerOr("times", 1, 1, 1'000'000);
-  if (!override.status.empty() && !HasStatusWord(method)) {
-    fields.FailAt("status", "the result of " + method + " has no status word");
-  }
-  if (!fields.Finish()) return fields.failure();
-  platform.proxy.SetOverride(method, override);
-  return Json(Json{{"method", method},
-                   {"latency", override.latency ? Json(*override.latency) : Json()},
-                   {"error", override.error},
-                   {"status", override.status},
-                   {"times", override.times}});
-}
-
-ControlResult ResetService(Platform& platform, const ControlCall& call) {
-  const std::string& method = call.path.at("method");
-  if (!IsServiceMethod(method)) return UnknownMethod(method);
-  platform.proxy.SetOverride(method, std::nullopt);
-  return Json({{"method", method}});
 }
 
 }  // namespace Kest::Host

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/platform.h"
+#include "host/faults/fault_rules.h"
 #include "host/world/data/collections.h"
 #include "host/world/data/world_data.h"
 #include "host/world/loot/loot_service.h"
@@ -28,7 +29,8 @@ struct Platform {
         board(outbox),
         session(data, collections, board),
         loot(data, inventory, collections, seed),
-        proxy(data, loot, session, outbox, now, ~seed) {
+        faults(seed),
+        proxy(data, loot, session, faults, outbox, now, ~seed) {
     outbox.clear();  // no subscription can exist yet
   }
   Platform(const Platform&) = delete;
@@ -43,6 +45,7 @@ struct Platform {
   ResourceBoard board;
   PlatformSession session;
   LootService loot;
+  FaultRules faults;
   PlatformServiceProxy proxy;
   std::optional<TokenOverride> tokenOverride;
 };

@@ -19,6 +19,11 @@ inline constexpr std::array kServiceMethods = {kRetrievalMethod,      kClientCon
                                                kCraftMethod,          kRedeemMethod,
                                                kNewPlayerChestMethod, kAcknowledgeMethod};
 
+// Whether the method's result has a status word.
+constexpr bool HasStatusWord(std::string_view method) {
+  return method == kCraftMethod || method == kRedeemMethod || method == kNewPlayerChestMethod;
+}
+
 constexpr std::string_view kDialogMessageSubtopic =
     "com.kestgames.platform.messaging.persistence.SimpleDialogMessage";
 constexpr std::string_view kMasteryGrantType = "championMasteryLootGrant";

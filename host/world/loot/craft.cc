@@ -36,7 +36,8 @@ std::string FirstRefId(const std::vector<LootKey>& items) {
 }  // namespace
 
 Transaction Craft(const WorldData& data, const Document& request, Inventory& inventory,
-                  const PlatformCollections& collections, SeededRandom& random) {
+                  const PlatformCollections& collections, PreparedResults& prepared,
+                  SeededRandom& random) {
   FieldReader fields(request);
   const CraftOrder order = ReadOrder(fields);
   if (!fields.ok()) return Refused("INVALID_REQUEST", fields.failure().text);
@@ -54,12 +55,15 @@ Transaction Craft(const WorldData& data, const Document& request, Inventory& inv
 
   Transaction transaction;
   transaction.removed = taken.GetValue();
-  transaction.added = RollOutputs(data, *recipe, order.repeat, inventory, collections,
-                                  FirstRefId(order.items), random);
+  const CountsByKey* chosen = prepared.Next(order.recipeName);
+  transaction.added = chosen != nullptr ? *chosen
+                                        : RollOutputs(data, *recipe, order.repeat, inventory,
+                                                      collections, FirstRefId(order.items), random);
   if (!inventory.CanApply(transaction.removed, transaction.added)) {
     return Refused("INVENTORY_FULL", "no capacity for the outputs of " + order.recipeName);
   }
   ApplyTransaction(transaction, data, inventory);
+  prepared.Use(order.recipeName);
   return transaction;
 }
 

@@ -36,7 +36,7 @@ Maybe<Json> LootService::Transact(std::string_view method, const Json& arguments
   if (!request) {
     transaction = Refused("INVALID_REQUEST", request.GetFailure().text);
   } else if (method == kCraftMethod) {
-    transaction = Craft(data_, request.GetValue(), inventory_, collections_, random_);
+    transaction = Craft(data_, request.GetValue(), inventory_, collections_, prepared_, random_);
   } else {
     transaction = Redeem(data_, request.GetValue(), inventory_, collections_);
   }

@@ -7,6 +7,7 @@
 
 #include "base/maybe_type.h"
 #include "host/world/data/seeded_random.h"
+#include "host/world/loot/prepared_results.h"
 #include "host/world/loot/transaction.h"
 
 namespace Kest::Host {
@@ -22,6 +23,7 @@ class LootService {
   // form. A transaction that is refused is a result with another status word.
   Maybe<Json> Call(std::string_view method, const Json& arguments);
 
+  PreparedResults& prepared() { return prepared_; }
   bool newPlayerChestGranted() const { return newPlayerChestGranted_; }
 
  private:
@@ -33,6 +35,7 @@ class LootService {
   Inventory& inventory_;
   PlatformCollections& collections_;
   SeededRandom random_;
+  PreparedResults prepared_;
   bool newPlayerChestGranted_ = false;
 };
 

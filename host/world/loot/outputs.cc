@@ -9,6 +9,18 @@
 namespace Kest::Host {
 namespace {
 
+bool HasAlready(const WorldData& data, const std::string& lootName, const Inventory& inventory,
+                const PlatformCollections& collections, const CountsByKey& added) {
+  if (inventory.Holds(lootName)) return true;
+  const auto found = added.lower_bound(LootKey{lootName, ""});
+  if (found != added.end() && found->first.lootName == lootName) return true;
+  const LootDefinition& definition = *data.FindDefinition(lootName);
+  const auto collection = CollectionOfLootType(definition.type);
+  if (!collection) return false;
+  const Collectible* thing = collections.Find(*collection, definition.storeItemId);
+  return thing != nullptr && thing->ownership.owned;
+}
+
 class Roll {
  public:
   Roll(const WorldData& data, const Inventory& inventory, const PlatformCollections& collections,
@@ -48,25 +60,9 @@ class Roll {
     sum = std::min(sum + count, kMax32 + 1);
   }
 
-  bool HasAlready(const std::string& lootName) const {
-    if (inventory_.Holds(lootName)) return true;
-    const auto added = added_.lower_bound(LootKey{lootName, ""});
-    if (added != added_.end() && added->first.lootName == lootName) return true;
-    const LootDefinition& definition = *data_.FindDefinition(lootName);
-    const auto collection = CollectionOfLootType(definition.type);
-    if (!collection) return false;
-    const Collectible* thing = collections_.Find(*collection, definition.storeItemId);
-    return thing != nullptr && thing->ownership.owned;
-  }
-
   const OddsEntry& Pick(const std::vector<OddsEntry>& table, bool allowDuplicates) {
-    std::vector<const OddsEntry*> candidates;
-    for (const OddsEntry& entry : table) {
-      if (allowDuplicates || !HasAlready(entry.lootName)) candidates.push_back(&entry);
-    }
-    if (candidates.empty()) {
-      for (const OddsEntry& entry : table) candidates.push_back(&entry);
-    }
+    const std::vector<const OddsEntry*> candidates =
+        DrawCandidates(data_, table, allowDuplicates, inventory_, collections_, added_);
     uint64_t total = 0;
     for (const OddsEntry* entry : candidates) total += static_cast<uint64_t>(entry->weight);
     uint64_t ticket = random_.Below(total);
@@ -86,6 +82,22 @@ class Roll {
 };
 
 }  // namespace
+
+std::vector<const OddsEntry*> DrawCandidates(const WorldData& data,
+                                             const std::vector<OddsEntry>& table,
+                                             bool allowDuplicates, const Inventory& inventory,
+                                             const PlatformCollections& collections,
+                                             const CountsByKey& added) {
+  std::vector<const OddsEntry*> candidates;
+  for (const OddsEntry& entry : table) {
+    if (allowDuplicates || !HasAlready(data, entry.lootName, inventory, collections, added)) {
+      candidates.push_back(&entry);
+    }
+  }
+  if (!candidates.empty()) return candidates;
+  for (const OddsEntry& entry : table) candidates.push_back(&entry);
+  return candidates;
+}
 
 CountsByKey RollOutputs(const WorldData& data, const PlatformRecipe& recipe, int64_t repeat,
                         const Inventory& inventory, const PlatformCollections& collections,

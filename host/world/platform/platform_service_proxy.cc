@@ -16,34 +16,94 @@ constexpr size_t kMaxAcknowledgements = 1000;
 
 }  // namespace
 
-std::optional<WorldResponse> PlatformServiceProxy::Post(std::string_view path,
-                                                        std::string_view body) {
-  if (path != kInvokePath && path != kUuidPath && path != kMethodPath) return std::nullopt;
-  const auto call = ReadCall(body);
-  if (!call) return WorldFailure(400, call.GetFailure().text);
-
-  const Reply reply = Run(call.GetValue());
-  if (path == kInvokePath) {
-    if (reply.result) return WorldJson(WriteJson(reply.result.GetValue()));
-    const Failure& failure = reply.result.GetFailure();
-    return WorldFailure(failure.status, failure.text);
-  }
-  if (path == kUuidPath) {
-    const std::string id = NewRequestId();
-    SendLater("OnServiceProxyUuidEvent", id, call.GetValue(), reply);
-    return WorldJson(JsonString(id));
-  }
-  SendLater("OnServiceProxyMethodEvent", call.GetValue().requestKey, call.GetValue(), reply);
-  return WorldResponse{204, "", "", ""};
+std::optional<PlatformServiceProxy::Way> PlatformServiceProxy::WayOf(std::string_view path) {
+  if (path == kInvokePath) return Way::kResponse;
+  if (path == kUuidPath) return Way::kUuidEvent;
+  if (path == kMethodPath) return Way::kMethodEvent;
+  return std::nullopt;
 }
 
-void PlatformServiceProxy::SetOverride(const std::string& method,
-                                       std::optional<CallOverride> override) {
-  if (override) {
-    overrides_[method] = std::move(*override);
-  } else {
-    overrides_.erase(method);
+std::optional<WorldResponse> PlatformServiceProxy::Post(std::string_view path,
+                                                        std::string_view body) {
+  const auto way = WayOf(path);
+  if (!way) return std::nullopt;
+  auto read = ReadCall(body);
+  if (!read) return WorldFailure(400, read.GetFailure().text);
+
+  ServiceCall& call = read.GetValue();
+  call.way = *way;
+  if (call.way == Way::kUuidEvent) call.requestKey = NewRequestId();
+  ++callCounts_[call.service + "." + call.method];
+  const CallFault fault = faults_.Next(FaultTarget::kService, call.method).value_or(CallFault{});
+  if (fault.action == FaultAction::kHold && held_.size() < kMostHeld) return Hold(call, body);
+
+  const Maybe<Json> result = Run(call, fault);
+  WorldResponse response;
+  if (call.way == Way::kResponse) {
+    response = ResultResponse(result);
+    response.delayMilliseconds = static_cast<int>(fault.delay.value_or(0));
+    response.isLost = fault.action == FaultAction::kDrop;
+    return response;
   }
+  response = Accepted(call);
+  const bool isEarly = fault.action == FaultAction::kEarly;
+  if (isEarly) response.delayMilliseconds = static_cast<int>(fault.delay.value_or(0));
+  SendEvent(call, result, isEarly ? 0 : fault.delay.value_or(LatencyOf(call.method)), fault,
+            CurrentCause());
+  return response;
+}
+
+WorldResponse PlatformServiceProxy::Accepted(const ServiceCall& call) {
+  if (call.way == Way::kUuidEvent) return WorldJson(JsonString(call.requestKey));
+  return WorldResponse{.status = 204, .contentType = {}, .body = {}, .message = {}};
+}
+
+WorldResponse PlatformServiceProxy::ResultResponse(const Maybe<Json>& result) {
+  if (result) return WorldJson(WriteJson(result.GetValue()));
+  return WorldFailure(result.GetFailure().status, result.GetFailure().text);
+}
+
+WorldResponse PlatformServiceProxy::Hold(const ServiceCall& call, std::string_view body) {
+  held_[++lastHeld_] = {call.way, call.requestKey, std::string(body), CurrentCause()};
+  WorldResponse response = Accepted(call);
+  if (call.way == Way::kResponse) response.heldAs = lastHeld_;
+  return response;
+}
+
+Json PlatformServiceProxy::HeldJson() const {
+  Json list = Json::array();
+  for (const auto& [id, held] : held_) {
+    const auto call = ReadCall(held.body);
+    list.push_back(Json{{"id", id},
+                        {"service", call.GetValue().service},
+                        {"method", call.GetValue().method},
+                        {"key", held.key},
+                        {"arguments", *call.GetValue().arguments}});
+  }
+  return list;
+}
+
+bool PlatformServiceProxy::EndHeld(std::string_view id, const Ending& ending) {
+  const auto found = std::find_if(held_.begin(), held_.end(), [id](const auto& entry) {
+    return std::to_string(entry.first) == id;
+  });
+  if (found == held_.end()) return false;
+  const auto [number, held] = std::move(*found);
+  held_.erase(found);
+
+  auto read = ReadCall(held.body);  // could be read when it came
+  ServiceCall& call = read.GetValue();
+  call.way = held.way;
+  call.requestKey = held.key;
+  Maybe<Json> result = ending.result;
+  if (ending.kind == Ending::Kind::kRelease) result = Serve(call);
+  if (ending.kind == Ending::Kind::kFail) result = Failure{ending.error, 500};
+  if (call.way == Way::kResponse) {
+    released_.push_back({number, ResultResponse(result)});
+  } else {
+    SendEvent(call, result, 0, CallFault{}, held.cause);
+  }
+  return true;
 }
 
 std::vector<PlatformServiceProxy::OutstandingCall> PlatformServiceProxy::Outstanding() {
@@ -65,27 +125,19 @@ Maybe<PlatformServiceProxy::ServiceCall> PlatformServiceProxy::ReadCall(std::str
   return call;
 }
 
-PlatformServiceProxy::Reply PlatformServiceProxy::Run(const ServiceCall& call) {
-  ++callCounts_[call.service + "." + call.method];
-  const auto latency = data_.latencies.find(call.method);
-  Reply reply{Json(), latency == data_.latencies.end() ? data_.latency : latency->second};
+int64_t PlatformServiceProxy::LatencyOf(const std::string& method) const {
+  const auto found = data_.latencies.find(method);
+  return found == data_.latencies.end() ? data_.latency : found->second;
+}
 
-  const auto found = overrides_.find(call.method);
-  if (found == overrides_.end()) {
-    reply.result = Serve(call);
-    return reply;
+Maybe<Json> PlatformServiceProxy::Run(const ServiceCall& call, const CallFault& fault) {
+  if (fault.action == FaultAction::kFail) return Failure{fault.error, 500};
+  if (fault.action == FaultAction::kRefuse) {
+    return TransactionJson(Refused(fault.statusWord, "set by a control"), data_);
   }
-  const CallOverride override = found->second;
-  if (--found->second.times == 0) overrides_.erase(found);
-  reply.latency = override.latency.value_or(reply.latency);
-  if (!override.error.empty()) {
-    reply.result = Failure{override.error, 500};
-  } else if (!override.status.empty()) {
-    reply.result = TransactionJson(Refused(override.status, "set by a control"), data_);
-  } else {
-    reply.result = Serve(call);
-  }
-  return reply;
+  Maybe<Json> result = Serve(call);
+  if (fault.action == FaultAction::kGarble) return fault.payload;
+  return result;
 }
 
 Maybe<Json> PlatformServiceProxy::Serve(const ServiceCall& call) {
@@ -118,20 +170,28 @@ Maybe<Json> PlatformServiceProxy::Acknowledge(const ServiceCall& call) {
   return Json();
 }
 
-void PlatformServiceProxy::SendLater(std::string_view eventName, const std::string& key,
-                                     const ServiceCall& call, const Reply& reply) {
-  const bool isGood = static_cast<bool>(reply.result);
-  const Json payload =
-      Json{{"uuid", key},
-           {"serviceName", call.service},
-           {"methodName", call.method},
-           {"payload", isGood ? WriteJson(reply.result.GetValue()) : std::string("null")},
-           {"status", isGood ? "OK" : "ERROR"},
-           {"error", isGood ? std::string() : reply.result.GetFailure().text}};
-  outbox_.push_back({WorldEvent::Channel::kService, std::string(eventName), WriteJson(payload),
-                     static_cast<int>(reply.latency)});
+void PlatformServiceProxy::SendEvent(const ServiceCall& call, const Maybe<Json>& result,
+                                     int64_t latency, const CallFault& fault, uint64_t cause) {
+  if (fault.action == FaultAction::kDrop) return;
+  const bool isGood = static_cast<bool>(result);
+  const bool hasKnownId = fault.action != FaultAction::kUnknownId;
+  const Json payload = Json{{"uuid", hasKnownId ? call.requestKey : NewRequestId()},
+                            {"serviceName", call.service},
+                            {"methodName", call.method},
+                            {"payload", isGood ? WriteJson(result.GetValue()) : "null"},
+                            {"status", isGood ? "OK" : "ERROR"},
+                            {"error", isGood ? std::string() : result.GetFailure().text}};
+  const bool isUuid = call.way == Way::kUuidEvent;
+  WorldEvent event = {WorldEvent::Channel::kService,
+                      isUuid ? "OnServiceProxyUuidEvent" : "OnServiceProxyMethodEvent",
+                      WriteJson(payload),
+                      static_cast<int>(latency),
+                      fault.action == FaultAction::kEarly,
+                      cause};
+  if (fault.action == FaultAction::kDouble) outbox_.push_back(event);
+  outbox_.push_back(std::move(event));
   Outstanding();  // forgets those that are over
-  outstanding_.push_back({key, call.service + "." + call.method, now_() + reply.latency});
+  outstanding_.push_back({call.requestKey, call.service + "." + call.method, now_() + latency});
 }
 
 std::string PlatformServiceProxy::NewRequestId() {
@@ -143,10 +203,6 @@ std::string PlatformServiceProxy::NewRequestId() {
     for (int i = 0; i < group; ++i, bits >>= 4) id += kHex[bits & 15];
   }
   return id;
-}
-
-bool HasStatusWord(std::string_view method) {
-  return method == kCraftMethod || method == kRedeemMethod || method == kNewPlayerChestMethod;
 }
 
 }  // namespace Kest::Host

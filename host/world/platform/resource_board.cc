@@ -10,14 +10,14 @@ void ResourceBoard::Set(const std::string& path, const Json& value) {
   if (kept == text) return;
   const bool isNew = kept.empty();
   kept = std::move(text);
-  Announce(path, isNew ? "Create" : "Update", kept);
+  outbox_.push_back(Event(path, isNew ? "Create" : "Update", kept));
 }
 
 void ResourceBoard::Remove(const std::string& path) {
   const auto found = texts_.find(path);
   if (found == texts_.end()) return;
   texts_.erase(found);
-  Announce(path, "Delete", "");
+  outbox_.push_back(Event(path, "Delete", ""));
 }
 
 const std::string* ResourceBoard::Find(std::string_view path) const {
@@ -25,12 +25,13 @@ const std::string* ResourceBoard::Find(std::string_view path) const {
   return found == texts_.end() ? nullptr : &found->second;
 }
 
-void ResourceBoard::Announce(const std::string& path, std::string_view eventType,
-                             std::string_view data) {
+WorldEvent ResourceBoard::Event(std::string_view path, std::string_view eventType,
+                                std::string_view data) {
   std::string payload = "{\"uri\":" + JsonString(path) + ",\"eventType\":" + JsonString(eventType);
   if (!data.empty()) payload.append(",\"data\":").append(data);
   payload += '}';
-  outbox_.push_back({WorldEvent::Channel::kResource, "OnJsonApiEvent_" + path, std::move(payload)});
+  std::string name(kResourceEventPrefix);
+  return {WorldEvent::Channel::kResource, name.append(path), std::move(payload)};
 }
 
 }  // namespace Kest::Host

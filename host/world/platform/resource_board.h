@@ -19,12 +19,13 @@ class ResourceBoard {
 
   void Set(const std::string& path, const Json& value);
   void Remove(const std::string& path);
+  // An event of a resource; without data of its deletion.
+  static WorldEvent Event(std::string_view path, std::string_view eventType, std::string_view data);
+
   // The value as JSON text, or null.
   const std::string* Find(std::string_view path) const;
 
  private:
-  void Announce(const std::string& path, std::string_view eventType, std::string_view data);
-
   std::vector<WorldEvent>& outbox_;
   std::map<std::string, std::string, std::less<>> texts_;  // by path
 };

@@ -1,0 +1,54 @@
+#include "host/faults/fault_rules.h"
+
+#include <utility>
+
+namespace Kest::Host {
+
+void FaultRules::Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed, bool keeps) {
+  rules_ = std::move(rules);
+  seed_ = seed.value_or(usualSeed_);
+  random_ = SeededRandom(seed_);
+  keeps_ = keeps;
+}
+
+void FaultRules::PutFirst(FaultRule rule) {
+  Remove(rule.target, rule.pattern);
+  rules_.insert(rules_.begin(), std::move(rule));
+}
+
+void FaultRules::Remove(FaultTarget target, std::string_view pattern) {
+  std::erase_if(rules_, [&](const FaultRule& rule) {
+    return rule.target == target && rule.pattern == pattern;
+  });
+}
+
+std::optional<CallFault> FaultRules::Next(FaultTarget target, std::string_view name) {
+  std::optional<CallFault> decided;
+  for (FaultRule& rule : rules_) {
+    if (rule.target != target || !MatchesPattern(rule.pattern, name)) continue;
+    ++rule.matched;
+    if (!decided) decided = Apply(rule);
+  }
+  if (decided && listener_) listener_(name, FaultActionWord(decided->action));
+  return decided;
+}
+
+std::optional<CallFault> FaultRules::Apply(FaultRule& rule) {
+  if (rule.matched < rule.nth || rule.applied >= rule.times) return std::nullopt;
+  if (rule.probability < 1 && random_.Fraction() >= rule.probability) return std::nullopt;
+  ++rule.applied;
+  CallFault fault = rule.fault;
+  if (rule.delay.from < rule.delay.to) {
+    const auto span = static_cast<uint64_t>(rule.delay.to - rule.delay.from);
+    fault.delay = rule.delay.from + static_cast<int64_t>(random_.Below(span + 1));
+  }
+  return fault;
+}
+
+Json FaultRules::ToJson() const {
+  Json rules = Json::array();
+  for (const FaultRule& rule : rules_) rules.push_back(FaultRuleJson(rule));
+  return Json{{"seed", seed_}, {"keep", keeps_}, {"rules", std::move(rules)}};
+}
+
+}  // namespace Kest::Host
