@@ -10,11 +10,11 @@ namespace ${NAMESPACE} {
 namespace {
 
 constexpr char ${NAME}Bytes[] = {
-${bytes}};
+${bytes}'\\0'};
 
 }  // namespace
 
-const std::string_view ${NAME}(${NAME}Bytes, sizeof(${NAME}Bytes));
+const std::string_view ${NAME}(${NAME}Bytes, sizeof(${NAME}Bytes) - 1);
 
 }  // namespace ${NAMESPACE}
 ")

@@ -6,7 +6,7 @@ put() { install -D -m "${3:-644}" "$1" "$2"; } # put FILE TARGET [MODE]
 note() { install -d "$(dirname "$2")" && sed "s/@VERSION@/$version/g" "$1" >"$2"; } # note TEMPLATE TARGET
 
 # license_text PACKAGE[:NAME]: the text as the package has it, of one licence when it is named; of a part that the
-# package's file leaves out, as packaging/licenses/NAME has it.
+# package's file leaves out, or that is no package of Debian (npm:NAME), as packaging/licenses/NAME has it.
 license_text() {
   local file=/usr/share/doc/${1%%:*}/copyright
   [ ! -f "packaging/licenses/${1#*:}" ] || { cat "packaging/licenses/${1#*:}"; return; }
@@ -14,6 +14,14 @@ license_text() {
     # The paragraph that holds the text, not those that only name the licence.
     *:*) awk -v name="${1#*:}" 'BEGIN { RS = "" } $1 == "License:" && $2 == name && NF > 20' "$file" ;;
     *) cat "$file" ;;
+  esac
+}
+
+# origin PACKAGE[:NAME]: where a part comes from, with its version.
+origin() {
+  case "$1" in
+    npm:*) jq -r --arg name "${1#npm:}" '"npm \($name) \(.dependencies[$name])"' console/package.json ;;
+    *) dpkg-query -W -f='Debian ${source:Package} ${source:Version}' "${1%%:*}" ;;
   esac
 }
 
@@ -26,8 +34,7 @@ licenses() {
   {
     printf 'vwm-be-tav-loot %s contains parts of these projects:\n\n' "$version"
     while IFS='|' read -r name license where package; do
-      printf '  %s (Debian %s)\n    licence: %s\n    %s\n' "$name" \
-        "$(dpkg-query -W -f='${source:Package} ${source:Version}' "${package%%:*}")" "$license" "$where"
+      printf '  %s (%s)\n    licence: %s\n    %s\n' "$name" "$(origin "$package")" "$license" "$where"
     done < <(components "$archive")
     printf '\nThe texts follow, as Debian or the project itself distributes them, then the GPL that GCC names.\n'
     while IFS='|' read -r name license where package; do
@@ -43,7 +50,7 @@ licenses() {
 # build_note ARCHIVE TARGET COMPILER-PACKAGE: what the bytes come from; the same of all of it gives the same bytes.
 build_note() {
   local packages
-  mapfile -t packages < <({ printf '%s\n' "$3" cmake; components "$1" | sed 's/.*|//; s/:.*//'; } | sort -u)
+  mapfile -t packages < <({ printf '%s\n' "$3" cmake; components "$1" | sed 's/.*|//; s/:.*//'; } | grep -vx npm | sort -u)
   {
     printf 'version %s\ncommit %s\n\nBuilt with these packages:\n' "$version" "$commit"
     dpkg-query -W -f='${Package} ${Version}\n' "${packages[@]}"

@@ -1,7 +1,9 @@
 // What always matters: which world and player, whether the host is there, and the way back to the start.
 import { call } from "./api/client";
+import { addressOf } from "./route";
 import { nextTheme, theme } from "./theme";
 import { connection, retryNow } from "./state/stream";
+import { clock, shownTime } from "./state/clock";
 import { waiting } from "./state/crafts";
 import { world } from "./state/world";
 import { useAction } from "./ui/action";
@@ -47,6 +49,10 @@ export function TopBar() {
           </span>
         )}
       </p>
+      <a class={`clock ${clock.value?.mode ?? ""}`} href={addressOf("world")} title="The clock of plugin and world">
+        <Icon name="clock" />
+        <span>{shownTime.value}</span>
+      </a>
       <Connection />
       <Button icon={themeIcons[theme.value]} kind="plain" label={`Colors: ${theme.value}`} onClick={nextTheme} />
       <Button icon="reset" label="Reset world and plugin" isRunning={reset.isRunning} onClick={() => void reset.run()}>

@@ -101,3 +101,53 @@ onPage("a page of another origin can change nothing", "#/inventory", async (page
   const policy = (await page.request.get(host.url, { headers: { Accept: "text/html" } })).headers();
   assert.match(policy["content-security-policy"] ?? "", /default-src 'none'; script-src 'self'; style-src 'self'/);
 });
+
+onPage("an event leads to the request that caused it", "#/timeline", async (page) => {
+  await reset();
+  await host.call("POST", "/tav-loot/v1/recipes/CHEST_lantern_OPEN/craft", ["CHEST_lantern"]);
+  await page.getByRole("searchbox").fill("player-loot/CHEST_lantern");
+  await page.getByRole("option", { name: /event .*CHEST_lantern Update/ }).click();
+  const panel = page.getByRole("complementary");
+  await panel.getByRole("button", { name: /request POST .*CHEST_lantern_OPEN/ }).click();
+  await panel.getByRole("heading", { name: "Led to" }).waitFor();
+  await page.getByRole("searchbox").fill("");
+  await page.locator(".line.selected").waitFor();
+  await page.goBack();
+  await panel.getByRole("heading", { name: /player-loot.CHEST_lantern/ }).waitFor();
+});
+
+onPage("a paused timeline stays as it is", "#/timeline?hide=requests,calls,siblings,tasks,log,host", async (page) => {
+  await page.getByRole("option").first().waitFor();
+  await page.getByRole("button", { name: "Pause" }).click();
+  const rows = await page.getByRole("option").last().getAttribute("aria-setsize");
+  await host.call("POST", "/tav-loot/v1/recipes/CHEST_harbour_OPEN/craft", ["CHEST_harbour", "MATERIAL_key"]);
+  await page.getByRole("button", { name: /Go on \([1-9]/ }).waitFor();
+  assert.equal(await page.getByRole("option").last().getAttribute("aria-setsize"), rows);
+});
+
+onPage("the inventory goes back to an earlier event", "#/timeline?tab=travel", async (page) => {
+  await reset();
+  await page.reload();
+  const held = page.getByRole("region", { name: "Inventory then" });
+  const keys = (count: number) => held.getByRole("listitem").filter({ hasText: `Brass Key${count}` });
+  await keys(5).waitFor();
+  await host.call("POST", "/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft", ["MATERIAL_key_fragment"]);
+  await keys(6).waitFor();
+  const difference = page.getByRole("region", { name: "Difference" });
+  await page.getByRole("slider", { name: "To" }).press("ArrowLeft");
+  await page.getByRole("slider", { name: "To" }).press("ArrowLeft");
+  await keys(5).waitFor();
+  await page.getByRole("slider", { name: "From" }).press("End");
+  await difference.getByText("count: 6 → 5").waitFor();
+});
+
+onPage("a frozen clock goes on only when time is let pass", "#/world", async (page) => {
+  await page.getByRole("button", { name: "Frozen" }).click();
+  await page.getByRole("button", { name: "Let 1 day pass" }).waitFor();
+  const { milliseconds } = (await host.call("GET", "/_host/clock")) as { milliseconds: number };
+  await page.getByRole("button", { name: "Let 1 day pass" }).click();
+  const tomorrow = new Date(milliseconds + 86_400_000).toISOString().slice(0, 10);
+  await page.getByRole("banner").getByText(tomorrow).waitFor();
+  await page.getByRole("button", { name: "Real" }).click();
+  await page.getByRole("button", { name: "Let 1 day pass" }).waitFor({ state: "detached" });
+});

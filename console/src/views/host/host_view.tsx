@@ -3,10 +3,10 @@ import { useSignal } from "@preact/signals";
 import { useEffect } from "preact/hooks";
 import { call } from "../../api/client";
 import type { Health } from "../../api/types";
-import { resource } from "../../state/resources";
 import { connections } from "../../state/stream";
 import { Badge, Card, Empty } from "../../ui/controls";
 import { LogCard } from "./log_card";
+import { ReadinessCard } from "./readiness_card";
 
 const period = 2000;
 
@@ -74,18 +74,12 @@ function Tasks({ health }: { health: Health }) {
 
 export function HostView() {
   const health = useHealth();
-  const ready = resource("/tav-loot/v1/ready").value;
-  const enabled = resource("/tav-loot/v1/enabled").value;
   if (!health) return <Empty icon="server" title="Asking the host …" />;
   return (
     <div class="page scroll">
       <h1>Host</h1>
       <div class="cards">
         <Card title="Plugin" actions={<Badge kind={health.status === "running" ? "good" : "bad"}>{health.status}</Badge>}>
-          <p class="badges">
-            <Badge kind={enabled ? "good" : "warn"}>{enabled ? "Loot enabled" : "Loot disabled"}</Badge>
-            <Badge kind={ready ? "good" : "warn"}>{ready ? "Ready" : "Not ready"}</Badge>
-          </p>
           <Facts
             facts={[
               ["Name", health.plugin ?? "–"],
@@ -95,6 +89,7 @@ export function HostView() {
             ]}
           />
         </Card>
+        <ReadinessCard />
         <Statistics health={health} />
         <Tasks health={health} />
         <Card title="Subscriptions" actions={<span class="quiet">{health.subscriptions?.length ?? 0}</span>}>

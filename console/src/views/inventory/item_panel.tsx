@@ -15,9 +15,11 @@ import { OutcomeCard } from "./outcome_card";
 import { Picture } from "./picture";
 import { RecipeCard } from "./recipe_card";
 import { RedeemableBadge } from "./status";
+import { WhyTab } from "./why_tab";
 
 const tabs = [
   ["actions", "Actions"],
+  ["why", "Why?"],
   ["raw", "Raw JSON"],
 ] as const;
 
@@ -132,9 +134,10 @@ export function ItemPanel({ lootId }: { lootId: string }) {
     <aside class="panel" aria-label={`Item ${item ? nameOf(item) : lootId}`}>
       <Head item={held} lootId={lootId} />
       <Segmented label="Part" options={tabs} value={tab} onChange={(next) => change({ tab: next })} />
-      <div class="panel-body">
+      <div class="panel-body" tabIndex={0} role="group" aria-label="Details">
         <OutcomeCard lootId={lootId} />
         {tab === "actions" && <Actions item={held} lootId={lootId} lootName={item?.lootName ?? lootId} />}
+        {tab === "why" && <WhyTab lootId={lootId} />}
         {tab === "raw" && (
           <>
             <Json value={held ?? null} label="the item" />

@@ -8,6 +8,8 @@ const heightOfRow = 1.95;
 
 interface ListProps {
   rows: readonly Row[];
+  // What the rows were chosen by.
+  filters: string;
   selected: number;
   causes: ReadonlySet<number>;
   effects: ReadonlySet<number>;
@@ -35,7 +37,7 @@ function Line({ row, relation }: { row: Row; relation: string }) {
   );
 }
 
-export function RowList({ rows, selected, causes, effects, isFollowing, onSelect }: ListProps) {
+export function RowList({ rows, filters, selected, causes, effects, isFollowing, onSelect }: ListProps) {
   const element = useRef<HTMLDivElement>(null);
   const isAtEnd = useRef(true);
   const visible = useVisible(element);
@@ -48,7 +50,7 @@ export function RowList({ rows, selected, causes, effects, isFollowing, onSelect
   }, [rows.length, rows.at(-1)?.id, visible.height]);
   useEffect(() => {
     if (place >= 0) reveal(element.current, place, rowHeight);
-  }, [selected]);
+  }, [selected, filters, place >= 0]);
 
   const relationOf = (row: Row) =>
     row.id === selected ? "selected" : causes.has(row.id) ? "cause" : effects.has(row.id) ? "effect" : "";

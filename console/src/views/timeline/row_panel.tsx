@@ -48,7 +48,7 @@ export function RowPanel({ detail }: { detail: Detail }) {
         </div>
         <Button icon="close" kind="plain" label="Close the row" onClick={() => change({ row: "" }, "push")} />
       </header>
-      <div class="panel-body">
+      <div class="panel-body" tabIndex={0} role="group" aria-label="Details">
         {detail.summary && <p>{detail.summary}</p>}
         <Related title="Because of" rows={detail.causes} />
         <Related title="Led to" rows={detail.effects} />

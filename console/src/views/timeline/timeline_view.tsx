@@ -64,6 +64,7 @@ function Rows() {
         ) : (
           <RowList
             rows={shown}
+            filters={`${hide} ${text}`}
             selected={selected}
             causes={new Set(isShown ? detail.causes.map((row) => row.id) : [])}
             effects={new Set(isShown ? detail.effects.map((row) => row.id) : [])}

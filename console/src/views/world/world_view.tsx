@@ -1,6 +1,7 @@
 // The platform's side: the player, the game, configuration, collections, grants and messages.
 import { world } from "../../state/world";
 import { Empty } from "../../ui/controls";
+import { ClockCard } from "./clock_card";
 import { CollectionsCard } from "./collections_card";
 import { ConfigurationCard } from "./configuration_card";
 import { GrantCard } from "./grant_card";
@@ -16,6 +17,7 @@ export function WorldView() {
       <h1>{state.name}</h1>
       <div class="cards">
         <PlayerCard state={state} />
+        <ClockCard />
         <ConfigurationCard state={state} />
         <GrantCard />
         <MessagesCard state={state} />
