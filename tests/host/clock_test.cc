@@ -153,6 +153,7 @@ TEST_F(FrozenTest, WhatComesFromOutsideBeginsWhenTheTasksHaveSettled) {
     Outside("second");
     events_.Post(milliseconds(0), {"event", ""});
     scheduler_.Post({.name = "slow", .work = [this] {
+                       std::this_thread::sleep_for(milliseconds(20));  // for others to be early
                        for (int i = 0; i < 5; ++i) {
                          scheduler_.WaitBegin("step");
                          scheduler_.Yield();
