@@ -19,6 +19,7 @@ export function readSchemas(document) {
     ajv.addFormat(format, { type: "number", validate: Number.isInteger });
   }
   for (const format of ["float", "double"]) ajv.addFormat(format, { type: "number", validate: Number.isFinite });
+  ajv.addFormat("date-time", (text) => !Number.isNaN(Date.parse(text)));
   ajv.addVocabulary(["paths", "components", "x-nameSpace"]);
   ajv.addSchema(closed({ $id: id, paths: document.paths, components: document.components }));
 
