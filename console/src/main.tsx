@@ -9,6 +9,7 @@ import { render } from "preact";
 import { App } from "./app";
 import { startClock } from "./state/clock";
 import { startDocument } from "./state/document";
+import { startFaults } from "./state/faults";
 import { startInventory } from "./state/inventory";
 import { startResources } from "./state/resources";
 import { connect } from "./state/stream";
@@ -18,6 +19,7 @@ startInventory();
 startResources();
 startWorld();
 startDocument();
+startFaults();
 startClock();
 connect();
 

@@ -5,6 +5,7 @@ import { nextTheme, theme } from "./theme";
 import { connection, retryNow } from "./state/stream";
 import { clock, shownTime } from "./state/clock";
 import { waiting } from "./state/crafts";
+import { held, rules } from "./state/faults";
 import { world } from "./state/world";
 import { useAction } from "./ui/action";
 import { Badge, Button } from "./ui/controls";
@@ -42,6 +43,16 @@ export function TopBar() {
             <Badge kind={state.session ? "good" : "warn"}>{state.session ? "Signed in" : "Signed out"}</Badge>
             {state.phase && <Badge>{state.phase}</Badge>}
           </>
+        )}
+        {rules.value.length > 0 && (
+          <a class="badge warn" href={addressOf("world")}>
+            Faults on
+          </a>
+        )}
+        {held.value.length > 0 && (
+          <a class="badge new" href={addressOf("world")}>
+            <Icon name="hand" /> {held.value.length} held
+          </a>
         )}
         {waiting.value.length > 0 && (
           <span class="badge strong" role="status">

@@ -151,3 +151,32 @@ onPage("a frozen clock goes on only when time is let pass", "#/world", async (pa
   await page.getByRole("button", { name: "Real" }).click();
   await page.getByRole("button", { name: "Let 1 day pass" }).waitFor({ state: "detached" });
 });
+
+onPage("a held call shows a spinner until it is released", "#/world", async (page) => {
+  await page.getByRole("button", { name: "Add the rule" }).click();
+  await page.getByRole("banner").getByText("Faults on").waitFor();
+  await page.getByRole("link", { name: "Inventory" }).click();
+  await tile(page, "CHEST_mastery").click();
+  await page.getByRole("button", { name: /craft CHEST_mastery/ }).click();
+  await page.getByText("waits for the platform").waitFor();
+  await page.getByRole("banner").getByText("1 held").click();
+  await page.getByRole("button", { name: "Release loot.craftPlayerLootWithRefId" }).click();
+  await page.getByRole("banner").getByText("1 held").waitFor({ state: "detached" });
+  await page.getByRole("button", { name: "Remove all" }).click();
+  await page.getByRole("banner").getByText("Faults on").waitFor({ state: "detached" });
+  await page.goBack();
+  await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
+});
+
+onPage("a chest gives the chosen result", "#/inventory?item=CHEST_lantern", async (page) => {
+  await page.getByText("Odds and next result").click();
+  await page.getByRole("button", { name: /^Add 1 EMOTE_703/ }).click();
+  await page.getByRole("button", { name: "Make it the next result" }).click();
+  await page.getByText("The next craft gives this").waitFor();
+  await page.getByRole("button", { name: "Open: craft CHEST_lantern_OPEN" }).click();
+  const result = page.getByRole("region", { name: "Result" });
+  await result.getByRole("heading", { name: "Added" }).waitFor();
+  assert.equal(await result.locator(".delta .plus").count(), 1);
+  await page.getByRole("button", { name: "Close the item" }).click();
+  await tile(page, "EMOTE_703").getByText("New").waitFor();
+});

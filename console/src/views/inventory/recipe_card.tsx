@@ -5,6 +5,7 @@ import { craft, mostWaiting, waiting } from "../../state/crafts";
 import { inventoryVersion, items } from "../../state/inventory";
 import { lootText } from "../../state/names";
 import { Badge, Button, Select } from "../../ui/controls";
+import { NextResult } from "./next_result";
 import { fillSlots, type FilledSlot } from "./slots";
 
 function SlotRow({ slot, tags, onChoose }: { slot: FilledSlot; tags: string; onChoose: (id: string) => void }) {
@@ -37,6 +38,7 @@ export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string 
   void inventoryVersion.value;
   const chosen = useSignal<Record<number, string>>({});
   const repeat = useSignal(1);
+  const showsChances = useSignal(false);
   const slots = fillSlots(recipe, items, lootId, chosen.value, repeat.value);
   const isWaiting = waiting.value.some((entry) => entry.title === recipe.recipeName);
   const isFull = waiting.value.length >= mostWaiting;
@@ -63,6 +65,10 @@ export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string 
         ))}
       </ul>
       <Outputs recipe={recipe} />
+      <details onToggle={(event) => (showsChances.value = event.currentTarget.open)}>
+        <summary>Odds and next result</summary>
+        {showsChances.value && <NextResult recipe={recipe.recipeName} />}
+      </details>
       <div class="recipe-actions">
         <label class="repeat">
           Times

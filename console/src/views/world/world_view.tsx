@@ -5,9 +5,11 @@ import { ClockCard } from "./clock_card";
 import { CollectionsCard } from "./collections_card";
 import { ConfigurationCard } from "./configuration_card";
 import { GrantCard } from "./grant_card";
+import { HeldCard } from "./held_card";
 import { MessagesCard } from "./messages_card";
 import { NoticesCard } from "./notices_card";
 import { PlayerCard } from "./player_card";
+import { ServiceCard } from "./service_card";
 
 export function WorldView() {
   const state = world.value;
@@ -18,6 +20,8 @@ export function WorldView() {
       <div class="cards">
         <PlayerCard state={state} />
         <ClockCard />
+        <ServiceCard />
+        <HeldCard />
         <ConfigurationCard state={state} />
         <GrantCard />
         <MessagesCard state={state} />
