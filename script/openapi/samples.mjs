@@ -23,7 +23,7 @@ export const samples = {
   GetTimeline: { query: { after: 0, kind: "request,task,event", limit: 50 } },
   GetTimelineRow: { path: { id: "1" } },
   GetLedger: { query: { refused: "false" } },
-  ExplainItem: { path: { lootId: "CHAMPION_RENTAL_13" } },
+  ExplainItem: { path: { lootId: "SKIN_13001" } },
   ExplainRecipe: { path: { recipeName: "CHEST_lantern_OPEN" }, query: { items: "CHEST_lantern,CHEST_none" } },
   SetClock: json({ mode: "frozen", now: "2030-01-01T12:00:00Z" }),
   AdvanceClock: json({ milliseconds: 1000 }),
