@@ -11,10 +11,10 @@
 #include "host/controls/description_controls.h"
 #include "host/controls/event_controls.h"
 #include "host/controls/explain_controls.h"
+#include "host/controls/scenario_controls.h"
 #include "host/controls/session_controls.h"
 #include "host/controls/timeline_controls.h"
 #include "host/json/json_text.h"
-#include "host/world_source.h"
 
 namespace Kest::Host {
 namespace {
@@ -41,15 +41,27 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
             scheduler_.Wake();
           },
           clock_),
-      sessions_(options_.pluginPath,
-                [this] { return LoadWorld(options_.worldPath, options_.seed); }, options_.signsIn,
-                {&scheduler_, &serviceEvents_, &stream_, log, &traffic_, &clock_, options_.seed}),
+      copies_(options_.pluginPath),
+      sessions_(options_.pluginPath, options_.signsIn,
+                {.scheduler = &scheduler_,
+                 .serviceEvents = &serviceEvents_,
+                 .stream = &stream_,
+                 .log = log,
+                 .traffic = &traffic_,
+                 .clock = &clock_,
+                 .seed = options_.seed,
+                 .worldChanged = [this](const World& world) { scenarios_.Keep(world); }}),
+      scenarios_({.start = {.scenario = options_.scenario, .file = options_.worldPath},
+                  .seed = options_.seed,
+                  .stateFolder = options_.stateFolder},
+                 {&scheduler_, &sessions_, log}),
       clockDriver_(&clock_, &scheduler_, &serviceEvents_, &timeline_),
-      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
-                EventControls(&stream_), DescriptionControls(&sessions_),
-                ClockControls(&clockDriver_), TimelineControls(&traffic_, &timelineStream_),
-                ConsoleControls(), ExplainControls(&sessions_)},
-               &sessions_),
+      control_(
+          {SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
+           EventControls(&stream_), DescriptionControls(&sessions_), ClockControls(&clockDriver_),
+           TimelineControls(&traffic_, &timelineStream_), ConsoleControls(),
+           ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_)},
+          &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_, &traffic_, log) {
   scheduler_.SetOutsideEvents([this] { return serviceEvents_.DeliverOne(); });
@@ -62,6 +74,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
   });
   timeline_.SetListener(
       [this](const std::string& row) { timelineStream_.AppendFrame("row", row); });
+  scenarios_.SetCaller([this](const HttpRequest& request) { return control_.Handle(request); });
 }
 
 DevelopmentHost::~DevelopmentHost() {
@@ -88,7 +101,7 @@ Maybe<Nothing> DevelopmentHost::Start() {
   server_ = std::move(server.GetValue());
   stream_.SetListener([this] { server_->WakeStreams(); });
   timelineStream_.SetListener([this] { server_->WakeStreams(); });
-  const auto started = RunTask<Maybe<Nothing>>("start", [this] { return sessions_.Start(); });
+  const auto started = RunTask<Maybe<Nothing>>("start", [this] { return StartSession(); });
   if (!started) return Failure{"The plugin did not start in time.", kTooLate};
   if (!*started) return started->GetFailure();
   server_->Serve(
@@ -102,6 +115,37 @@ Maybe<Nothing> DevelopmentHost::Start() {
        .letsPageRead =
            [this](const HttpRequest& request) { return guard_.Allows(request.origin); }});
   return Nothing{};
+}
+
+// A library that is followed is loaded from copies, so that it can be written meanwhile.
+Maybe<Nothing> DevelopmentHost::StartSession() {
+  FollowFiles();
+  if (options_.followsPlugin) {
+    auto copy = copies_.Make();
+    if (!copy) return copy.GetFailure();
+    sessions_.SetLibraryPath(std::move(copy.GetValue()));
+  }
+  auto started = scenarios_.Start();
+  if (started && worldWatch_) worldWatch_->SetPaths(scenarios_.Files());
+  return started;
+}
+
+void DevelopmentHost::FollowFiles() {
+  const auto follow = [this](const std::string& path, const char* name, const auto& work) {
+    return std::make_unique<FileWatch>(std::vector<std::string>{path}, [this, name, work] {
+      scheduler_.Post({.name = name, .work = work, .owner = this, .merge = true});
+    });
+  };
+  if (options_.followsWorld) {
+    worldWatch_ = follow(options_.worldPath, "world file saved", [this] {
+      scenarios_.FollowFile();
+      worldWatch_->SetPaths(scenarios_.Files());
+    });
+  }
+  if (options_.followsPlugin) {
+    pluginWatch_ = follow(options_.pluginPath, "plugin built",
+                          [this] { scenarios_.FollowPlugin(copies_.Make()); });
+  }
 }
 
 Maybe<Nothing> DevelopmentHost::Stop() {

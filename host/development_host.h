@@ -15,6 +15,9 @@
 #include "host/http/http_server.h"
 #include "host/http/request_guard.h"
 #include "host/request_router.h"
+#include "host/scenario/file_watch.h"
+#include "host/scenario/plugin_copies.h"
+#include "host/scenario/scenarios.h"
 #include "host/session/clock_driver.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
@@ -46,6 +49,8 @@ class DevelopmentHost {
  private:
   template <typename Result>
   std::optional<Result> RunTask(const std::string& name, std::function<Result()> work);
+  Maybe<Nothing> StartSession();
+  void FollowFiles();
 
   const HostOptions options_;
   HostLog* const log_;
@@ -58,11 +63,15 @@ class DevelopmentHost {
   std::unique_ptr<HttpServer> server_;  // outlives the tasks, which hold its Responds
   Scheduler scheduler_;
   ServiceEventThread serviceEvents_;
+  PluginCopies copies_;
   SessionManager sessions_;
+  Scenarios scenarios_;
   ClockDriver clockDriver_;
   HostControl control_;
   RequestGuard guard_;
   RequestRouter router_;
+  std::unique_ptr<FileWatch> worldWatch_;  // end before what they call
+  std::unique_ptr<FileWatch> pluginWatch_;
 };
 
 }  // namespace Kest::Host

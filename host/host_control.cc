@@ -31,9 +31,11 @@ bool Any(std::string_view) {
 
 // A body without a type, and with the one that curl sends by default, is read as JSON
 // too.
-bool MayBeJson(std::string_view contentType) {
+bool Takes(const ControlDescription& control, std::string_view contentType) {
   const std::string_view type = contentType.substr(0, contentType.find(';'));
-  return type.empty() || type == "application/json" || type == "application/x-www-form-urlencoded";
+  return control.body.is_null() || type.empty() || type == "application/json" ||
+         type == "application/x-www-form-urlencoded" ||
+         (control.TakesText() && control.body.contains(type));
 }
 
 // A misspelt parameter would otherwise be one that is not there.
@@ -77,7 +79,7 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
   if (found.control == nullptr) {
     return ProblemResponse(404, "There is no control " + std::string(target.path));
   }
-  if (!request.body.empty() && !found.control->body.is_null() && !MayBeJson(request.contentType)) {
+  if (!request.body.empty() && !Takes(*found.control, request.contentType)) {
     return ProblemResponse(415, "Send the body as application/json.");
   }
   if (auto refusal = RefuseUnknown(target, found)) return std::move(*refusal);
@@ -87,7 +89,8 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
 
 HttpResponse HostControl::CallOwn(const HttpRequest& request, FoundControl found) {
   const ControlDescription& control = *found.control;
-  const bool isEmpty = control.body.is_null() || (request.body.empty() && !control.TakesAnyBody());
+  const bool isEmpty = control.body.is_null() || control.TakesText() ||
+                       (request.body.empty() && !control.TakesAnyBody());
   auto body = Document::FromJson("body", isEmpty ? "{}" : std::string_view(request.body));
   if (!body) return ProblemResponse(400, body.GetFailure().text);
   return rows_.at(control.operationId)

@@ -12,7 +12,7 @@ namespace Kest::Host {
 
 struct HostOptions {
   std::string pluginPath;
-  std::string worldPath;  // empty: the sample world
+  std::string worldPath;  // empty: the scenario
   std::string address = "127.0.0.1";
   uint16_t port = 8510;  // 0: any free one
   uint64_t seed = 1;
@@ -20,6 +20,10 @@ struct HostOptions {
   std::vector<std::string> allowedOrigins = {};  // of pages, besides loopback
   bool signsIn = true;                           // the player is signed in when a session begins
   bool untilInputCloses = false;                 // ends also when standard input is closed
+  std::string scenario = "sample";               // of those inside the program
+  std::string stateFolder = {};                  // keeps the world; empty: nothing is kept
+  bool followsWorld = false;                     // a saved world file takes effect
+  bool followsPlugin = false;                    // a rebuilt library is loaded
   LogSettings log = {};
 };
 

@@ -84,6 +84,7 @@ assemble_linux() {
   ln -s ../lib/x86_64-linux-gnu/tav-loot/tav-loot-host "$root/usr/bin/tav-loot-host"
   put plugin/host_interface.h "$root/usr/include/tav-loot/plugin/host_interface.h"
   for file in host-interface api development-host worlds; do put "docs/$file.md" "$doc/$file.md"; done
+  put host/worlds/world.schema.json "$doc/world.schema.json"
   for file in minimal_host.c system.h system_posix.c; do put "tests/load/$file" "$doc/examples/tests/load/$file"; done
   note packaging/linux.md "$doc/README.md"
   licenses linux "$doc/copyright"

@@ -112,11 +112,6 @@ HttpResponse Idle(const SessionParts& parts, const HostCall& call) {
   return ProblemResponse(504, "Still busy after " + std::to_string(limit) + " ms.");
 }
 
-HttpResponse Reset(SessionManager* sessions) {
-  const auto done = sessions->Reset();
-  return done ? JsonResponse(R"({"reset":true})") : ProblemResponse(500, done.GetFailure().text);
-}
-
 }  // namespace
 
 ControlGroup SessionControls(const SessionParts& parts) {
@@ -124,7 +119,6 @@ ControlGroup SessionControls(const SessionParts& parts) {
       {"GetHostIndex", [parts](const HostCall& call) { return Index(parts.sessions, call); }},
       {"GetHealth", [parts](const HostCall&) { return Health(parts); }},
       {"AwaitIdle", [parts](const HostCall& call) { return Idle(parts, call); }},
-      {"Reset", [parts](const HostCall&) { return Reset(parts.sessions); }},
       {"GetLog", [parts](const HostCall&) { return JsonResponse(WriteJson(parts.log->Kept())); }},
   };
 }

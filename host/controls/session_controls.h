@@ -1,4 +1,4 @@
-// The controls of the session itself: index, health, idle, reset and log.
+// The controls of the session itself: index, health, idle and log.
 #pragma once
 
 #include "host/controls/control_group.h"

@@ -31,6 +31,11 @@ struct ControlDescription {
   // Of a JSON response; or an object of schemas by content type.
   Json response;
 
+  // The body is a text of one of several content types, which the control reads itself: then `body`
+  // is an object of schemas by content type.
+  bool TakesText() const {
+    return body.is_object() && !body.empty() && body.begin().key().find('/') != std::string::npos;
+  }
   bool TakesAnyBody() const { return body.is_object() && body.value("$", "") == "any"; }
   // Whether the response is a stream of events without end.
   bool IsStream() const { return response.is_object() && response.contains("text/event-stream"); }

@@ -41,7 +41,16 @@ Json JsonContent(Json schema) {
   return {{"application/json", {{"schema", std::move(schema)}}}};
 }
 
+Json ContentByType(const Json& shorthands) {
+  Json content = Json::object();
+  for (const auto& [type, schema] : shorthands.items()) {
+    content[type] = {{"schema", ExpandSchema(schema)}};
+  }
+  return content;
+}
+
 Json BodyOf(const ControlDescription& control) {
+  if (control.TakesText()) return {{"required", true}, {"content", ContentByType(control.body)}};
   Json schema = ExpandSchema(control.body);
   const bool required = control.TakesAnyBody() || schema.contains("required");
   return {{"required", required}, {"content", JsonContent(std::move(schema))}};
@@ -50,12 +59,7 @@ Json BodyOf(const ControlDescription& control) {
 Json ResponseContent(const Json& shorthand) {
   const bool byType =
       shorthand.is_object() && shorthand.begin().key().find('/') != std::string::npos;
-  if (!byType) return JsonContent(ExpandSchema(shorthand));
-  Json content = Json::object();
-  for (const auto& [type, schema] : shorthand.items()) {
-    content[type] = {{"schema", ExpandSchema(schema)}};
-  }
-  return content;
+  return byType ? ContentByType(shorthand) : JsonContent(ExpandSchema(shorthand));
 }
 
 Json OperationOf(const ControlDescription& control) {

@@ -31,6 +31,7 @@ using DescribeCommand = RunCommand (*)(CLI::App& app, const ProgramContext& cont
 
 RunCommand DescribeServe(CLI::App& app, const ProgramContext& context);  // without a subcommand
 
+RunCommand DescribeCheck(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeCompletion(CLI::App& app, const ProgramContext& context);
 
 // Writes "tav-loot-host: <text>" to standard error and returns kFailed.

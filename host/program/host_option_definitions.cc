@@ -6,6 +6,7 @@
 
 #include "host/clock/time_text.h"
 #include "host/http/request_target.h"
+#include "host/world/file/shipped_worlds.h"
 
 namespace Kest::Host {
 namespace {
@@ -31,9 +32,27 @@ std::string IsClock(const std::string& text) {
              : "must be real or a time such as 2030-01-01T12:00:00Z, found " + text;
 }
 
+// "sample|empty|...", as completion reads it.
+std::string ScenarioNames() {
+  std::string names;
+  for (const std::string_view name : ShippedWorldNames()) {
+    names.append(names.empty() ? "" : "|").append(name);
+  }
+  return names;
+}
+
 void AddWorldOptions(CLI::App& app, HostOptions* options) {
-  app.add_option("--world", options->worldPath, "The world file (default: the sample inside)")
-      ->type_name("FILE");
+  CLI::Option* const world =
+      app.add_option("--world", options->worldPath, "The world file")->type_name("FILE");
+  app.add_option("--scenario", options->scenario, "A world inside the program")
+      ->type_name(ScenarioNames())
+      ->excludes(world)
+      ->capture_default_str();
+  app.add_flag("--watch", options->followsWorld, "A saved world file takes effect at once")
+      ->needs(world);
+  app.add_option("--state", options->stateFolder,
+                 "Keeps the world in this folder and goes on with it after a restart")
+      ->type_name("DIR");
   app.add_option("--seed", options->seed, "Start of the world's random numbers")
       ->type_name("NUMBER")
       ->check(IsInteger<uint64_t>)
@@ -98,6 +117,8 @@ void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* optio
   app.add_option("--plugin", options->pluginPath, "The plugin library")
       ->type_name("FILE")
       ->capture_default_str();
+  app.add_flag("--watch-plugin", options->followsPlugin,
+               "A rebuilt plugin library is loaded in the place of the present one");
   AddWorldOptions(app, options);
   AddNetworkOptions(app, options);
   AddLogOptions(app, options);

@@ -17,6 +17,7 @@ struct CommandRow {
 };
 
 constexpr CommandRow kCommands[] = {
+    {"check", "Checks world files and prints what is wrong with them", DescribeCheck},
     {"completion", "Prints a script that completes this program's arguments", DescribeCompletion},
 };
 

@@ -17,7 +17,8 @@ constexpr char kServeFooter[] =
     "Examples:\n"
     "  tav-loot-host                               the sample world at http://127.0.0.1:8510/\n"
     "  tav-loot-host --port 0 --seed 7             any free port; the same loot at each run\n"
-    "  tav-loot-host --world shop.yaml             a world of your own\n"
+    "  tav-loot-host --scenario new-player         another world of those inside\n"
+    "  tav-loot-host --world shop.yaml --watch     a world of your own, followed as you edit it\n"
     "  tav-loot-host --clock 2030-01-01T12:00:00Z  time is frozen until it is advanced\n"
     "  tav-loot-host --allow-origin https://shop.test:3000\n"
     "Exit status: 0 stopped in order, 1 the host did not start or stop, 2 wrong options.";

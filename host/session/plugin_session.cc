@@ -25,36 +25,32 @@ PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique
                              const Surroundings& surroundings)
     : library_(std::move(library)),
       world_(std::move(world)),
-      serviceEvents_(surroundings.serviceEvents),
+      surroundings_(surroundings),
       services_({surroundings.scheduler, surroundings.serviceEvents, surroundings.stream,
                  surroundings.log, surroundings.traffic, world_.get(), surroundings.clock,
-                 surroundings.seed}) {
+                 surroundings.seed, [this] { NoteWorldChange(); }}) {
   world_->SetClock([clock = surroundings.clock] {
     return std::chrono::duration_cast<std::chrono::milliseconds>(clock->Elapsed()).count();
   });
 }
 
-Maybe<std::unique_ptr<PluginSession>> PluginSession::Open(const std::string& libraryPath,
-                                                          std::unique_ptr<World> world,
-                                                          const Surroundings& surroundings) {
-  auto library = PluginLibrary::Open(libraryPath);
-  if (!library) return library.GetFailure();
-  const KestHandshakeBlock& block = library.GetValue()->Block();
+// Before the plugin starts, so that its lines come as the host wants them from there on.
+void PluginSession::SetLogging() {
+  const KestHandshakeBlock& block = library_->Block();
   const bool canSet = KestCanSetLogging(block.api);
   if (canSet) {
-    const LogLevel least =
-        surroundings.log->settings().isVerbose ? LogLevel::kOkay : LogLevel::kWarning;
-    block.api->setLogging(block.context, static_cast<int32_t>(least),
+    const bool isVerbose = surroundings_.log->settings().isVerbose;
+    block.api->setLogging(block.context,
+                          static_cast<int32_t>(isVerbose ? LogLevel::kOkay : LogLevel::kWarning),
                           KEST_LOG_HOST | KEST_LOG_DEBUGGER);
   }
-  surroundings.log->SetPrintsPlugin(canSet);
-  return std::unique_ptr<PluginSession>(
-      new PluginSession(std::move(library.GetValue()), std::move(world), surroundings));
+  surroundings_.log->SetPrintsPlugin(canSet);
 }
 
 bool PluginSession::Start() {
+  SetLogging();
   const KestHandshakeBlock& block = library_->Block();
-  serviceEvents_->Resume();
+  surroundings_.serviceEvents->Resume();
   mustStop_ = true;
   const bool isStarted = block.callbacks->start(block.context, services_.Table());
   if (!isStarted) Stop();
@@ -64,10 +60,10 @@ bool PluginSession::Start() {
 void PluginSession::Stop() {
   if (!std::exchange(mustStop_, false)) return;
   // An event that is being delivered on the other thread must not meet a plugin that has gone.
-  serviceEvents_->Pause();
+  surroundings_.serviceEvents->Pause();
   const KestHandshakeBlock& block = library_->Block();
   block.callbacks->stop(block.context);
-  serviceEvents_->Pause();
+  surroundings_.serviceEvents->Pause();
   services_.Close();
 }
 
@@ -112,9 +108,29 @@ HttpResponse PluginSession::TakeResponse(const KestResponse* given) {
   return response;
 }
 
+void PluginSession::SignInAtStart(bool byDefault) {
+  world_->SignInAtStart(byDefault);
+  FinishWorldChange();
+}
+
+Maybe<World::Change> PluginSession::AdoptWorld(const WorldText& file, const WorldReading& reading) {
+  auto change = world_->Adopt(file, reading);
+  if (change) FinishWorldChange();
+  return change;
+}
+
+void PluginSession::NoteWorldChange() {
+  if (surroundings_.worldChanged) surroundings_.worldChanged(*world_);
+}
+
+void PluginSession::FinishWorldChange() {
+  services_.DispatchWorldEvents();
+  NoteWorldChange();
+}
+
 HttpResponse PluginSession::Control(const HttpRequest& request, std::string_view path) {
   const WorldResponse response = world_->Control(request.method, path, request.body);
-  services_.DispatchWorldEvents();
+  if (request.method != "GET") FinishWorldChange();
   HttpResponse given =
       ToResponse(response.status, response.message, response.contentType, response.body);
   given.allow = response.allow;

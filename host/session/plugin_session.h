@@ -1,15 +1,17 @@
 // One run of the plugin in one run of its world, from loading the library to closing it.
 //
-// Threads:  [task] on the scheduler's tasks, except Open and the destructor: there no task of the
-//           plugin may run.
-// Lifetime: Open, Start once, requests, Stop once, destruction.
+// Threads:  [task] on the scheduler's tasks, except the constructor and the destructor: there no
+//           task of the plugin may run.
+// Lifetime: construction, Start once, requests, Stop once, destruction.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/maybe_type.h"
 #include "host/http/http_message.h"
@@ -30,12 +32,12 @@ class PluginSession {
     Traffic* traffic;
     const HostClock* clock = &HostClock::Real();
     uint64_t seed = 1;  // of the ids that the plugin gives its requests
+    // Called after each call that may have changed the world.
+    std::function<void(const World& world)> worldChanged = {};
   };
 
-  // Loads the library. A failure message is fit to be shown.
-  static Maybe<std::unique_ptr<PluginSession>> Open(const std::string& libraryPath,
-                                                    std::unique_ptr<World> world,
-                                                    const Surroundings& surroundings);
+  PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
+                const Surroundings& surroundings);
 
   // False: the plugin did not start, and has been stopped.
   bool Start();
@@ -49,6 +51,14 @@ class PluginSession {
   HttpResponse Invoke(std::string_view function, std::span<const KestValue> arguments);
   // Asks the plugin to explain a decision. Returns as Request; 501 when the plugin cannot.
   HttpResponse Explain(std::string_view question);
+  // Signs in whom the world says, or its player when it leaves that open and `byDefault`.
+  void SignInAtStart(bool byDefault);
+  // As World::Adopt; what it causes is delivered.
+  Maybe<World::Change> AdoptWorld(const WorldText& file, const WorldReading& reading);
+  // REQUIRES: stopped, or never started. The session has no world after that.
+  std::unique_ptr<World> TakeWorld() { return std::move(world_); }
+  const World& GetWorld() const { return *world_; }
+
   // Hands a control request to the world and delivers what it causes.
   HttpResponse Control(const HttpRequest& request, std::string_view path);
 
@@ -62,14 +72,14 @@ class PluginSession {
   ServiceTable& Services() { return services_; }
 
  private:
-  PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
-                const Surroundings& surroundings);
-
+  void SetLogging();
+  void NoteWorldChange();
+  void FinishWorldChange();  // delivers what it causes first
   HttpResponse TakeResponse(const KestResponse* given);
 
   const std::unique_ptr<PluginLibrary> library_;
-  const std::unique_ptr<World> world_;
-  ServiceEventThread* const serviceEvents_;
+  std::unique_ptr<World> world_;
+  const Surroundings surroundings_;
   ServiceTable services_;
   bool mustStop_ = false;
 };

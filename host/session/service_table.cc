@@ -186,6 +186,7 @@ void ServiceTable::Complete(const Sent& sent) {
   try {
     result = wiring_.world->Request(sent.method, sent.url, sent.contentType, sent.body);
     DispatchWorldEvents();
+    if (sent.method == "POST" && wiring_.worldChanged) wiring_.worldChanged();
   } catch (const std::bad_alloc&) {  // a completion that never came would be waited for
     result = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
   }

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -39,7 +40,8 @@ class ServiceTable {
     Traffic* traffic;
     World* world;
     const HostClock* clock = &HostClock::Real();
-    uint64_t seed = 1;  // of the request ids
+    uint64_t seed = 1;                        // of the request ids
+    std::function<void()> worldChanged = {};  // called after each call that may have changed it
   };
 
   explicit ServiceTable(Wiring wiring);

@@ -6,18 +6,42 @@
 
 namespace Kest::Host {
 
-SessionManager::SessionManager(std::string libraryPath, MakeWorld makeWorld, bool signsIn,
+SessionManager::SessionManager(std::string libraryPath, bool signsIn,
                                PluginSession::Surroundings surroundings)
     : libraryPath_(std::move(libraryPath)),
-      makeWorld_(std::move(makeWorld)),
       signsIn_(signsIn),
-      surroundings_(surroundings) {}
+      surroundings_(std::move(surroundings)) {}
 
-Maybe<Nothing> SessionManager::Start() {
+Maybe<Nothing> SessionManager::Begin(std::unique_ptr<World> world) {
   BeginChange();
-  auto world = makeWorld_();
-  Maybe<Nothing> result =
-      world ? OpenSession(std::move(world.GetValue())) : Maybe<Nothing>(world.GetFailure());
+  if (session_) session_->HandFaultsTo(*world);
+  if (CloseSession() != nullptr) surroundings_.stream->AppendReset();
+  // The library is closed before it is opened again: what it keeps in itself must go as well.
+  auto library = PluginLibrary::Open(libraryPath_);
+  Maybe<Nothing> result = library ? OpenSession(std::move(library.GetValue()), std::move(world))
+                                  : Maybe<Nothing>(library.GetFailure());
+  changing_ = false;
+  return result;
+}
+
+Maybe<Nothing> SessionManager::BeginAgain(const std::string& libraryPath) {
+  BeginChange();
+  Maybe<Nothing> result = Failure{"There is no session.", 503};
+  if (session_) {
+    const bool isOther = libraryPath != libraryPath_;
+    std::unique_ptr<World> world;
+    if (!isOther) world = CloseSession();
+    auto library = PluginLibrary::Open(libraryPath);
+    if (library) {
+      if (isOther) world = CloseSession();
+      libraryPath_ = libraryPath;
+      surroundings_.stream->AppendReset();
+      world->BeginAgain();
+      result = OpenSession(std::move(library.GetValue()), std::move(world));
+    } else {
+      result = library.GetFailure();
+    }
+  }
   changing_ = false;
   return result;
 }
@@ -26,22 +50,6 @@ void SessionManager::Stop() {
   BeginChange();
   CloseSession();
   changing_ = false;
-}
-
-Maybe<Nothing> SessionManager::Reset() {
-  BeginChange();
-  auto world = makeWorld_();
-  Maybe<Nothing> result = Nothing{};
-  if (world) {
-    if (session_) session_->HandFaultsTo(*world.GetValue());
-    CloseSession();
-    surroundings_.stream->AppendReset();
-    result = OpenSession(std::move(world.GetValue()));
-  } else {
-    result = world.GetFailure();
-  }
-  changing_ = false;
-  return result;
 }
 
 PluginSession* SessionManager::Current() {
@@ -58,31 +66,28 @@ void SessionManager::BeginChange() {
   changing_ = true;
 }
 
-Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<World> world) {
+Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<PluginLibrary> library,
+                                           std::unique_ptr<World> world) {
   const CauseScope scope(
       surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "start"}));
-  auto session = PluginSession::Open(libraryPath_, std::move(world), surroundings_);
-  if (!session) return session.GetFailure();
-  session_ = std::move(session.GetValue());
+  session_ = std::make_unique<PluginSession>(std::move(library), std::move(world), surroundings_);
   if (!session_->Start()) {
     session_.reset();
     return Failure{"The plugin " + libraryPath_ + " did not start."};
   }
-  if (signsIn_) {
-    HttpRequest signIn;
-    signIn.method = "POST";
-    session_->Control(signIn, "/login");
-  }
+  session_->SignInAtStart(signsIn_);
   return Nothing{};
 }
 
-void SessionManager::CloseSession() {
-  if (session_) {
-    const CauseScope scope(
-        surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "stop"}));
-    session_->Stop();
-  }
+// The world of the session, which has ended; null when there was none.
+std::unique_ptr<World> SessionManager::CloseSession() {
+  if (!session_) return nullptr;
+  const CauseScope scope(
+      surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "stop"}));
+  session_->Stop();
+  std::unique_ptr<World> world = session_->TakeWorld();
   session_.reset();
+  return world;
 }
 
 }  // namespace Kest::Host

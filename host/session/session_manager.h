@@ -1,11 +1,12 @@
-// Keeps the one plugin session of the host and replaces it on a reset.
+// Keeps the one plugin session of the host and replaces it: by one in another world, or by one of
+// another library in the same world.
 //
 // Threads: [task] on the scheduler's tasks, except where a function says otherwise.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "base/maybe_type.h"
 #include "host/session/plugin_session.h"
@@ -14,35 +15,34 @@ namespace Kest::Host {
 
 class SessionManager {
  public:
-  using MakeWorld = std::function<Maybe<std::unique_ptr<World>>()>;
+  // `signsIn`: a session begins with the player signed in, unless its world decides that.
+  SessionManager(std::string libraryPath, bool signsIn, PluginSession::Surroundings surroundings);
 
-  // `makeWorld` builds a world at its start, the same one each time. `signsIn`: each session begins
-  // with the player signed in.
-  SessionManager(std::string libraryPath, MakeWorld makeWorld, bool signsIn,
-                 PluginSession::Surroundings surroundings);
-
-  // Makes the world, loads the plugin and starts it.
-  Maybe<Nothing> Start();
+  // Stops the plugin and closes its library, if there is a session, and begins one in `world`, as
+  // one step: requests that come meanwhile wait for the new session. A reset is published.
+  Maybe<Nothing> Begin(std::unique_ptr<World> world);
+  // The same in the world of the present session, with the library at `libraryPath` from now on.
+  // A library that cannot be loaded changes nothing.
+  Maybe<Nothing> BeginAgain(const std::string& libraryPath);
   // Stops the plugin and closes its library. Does nothing without a session.
   void Stop();
-  // Stop and Start in one step: requests that come meanwhile wait for the new session. When no
-  // world can be made the session that runs goes on.
-  Maybe<Nothing> Reset();
 
   // The running session, after waiting for a change under way; null when there is none. Valid until
   // the caller yields outside the plugin.
   PluginSession* Current();
+  const std::string& libraryPath() const { return libraryPath_; }
+  // For the sessions that begin from now on.
+  void SetLibraryPath(std::string path) { libraryPath_ = std::move(path); }
 
   // [any thread] Called by the service events' thread, which is paused while sessions change.
   void DeliverServiceEvent(const ServiceEventThread::Event& event);
 
  private:
   void BeginChange();
-  Maybe<Nothing> OpenSession(std::unique_ptr<World> world);
-  void CloseSession();
+  Maybe<Nothing> OpenSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world);
+  std::unique_ptr<World> CloseSession();
 
-  const std::string libraryPath_;
-  const MakeWorld makeWorld_;
+  std::string libraryPath_;
   const bool signsIn_;
   const PluginSession::Surroundings surroundings_;
   std::unique_ptr<PluginSession> session_;

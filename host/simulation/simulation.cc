@@ -252,7 +252,7 @@ std::map<std::string, PluginReply, std::less<>> Simulation::ReadAll(SeededRandom
 }
 
 Json Simulation::PlatformState() {
-  return ParseJson(world_->Control("GET", "/world", "").body);
+  return ParseJson(world_->Control("GET", "/state", "").body);
 }
 
 // After a failed allocation the plugin may not have started, and what it holds is right after the

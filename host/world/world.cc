@@ -2,9 +2,11 @@
 
 #include "host/world/controls/controls.h"
 #include "host/world/controls/platform.h"
+#include "host/world/controls/world_view.h"
 #include "host/world/data/platform_constants.h"
-#include "host/world/file/sample_world.h"
+#include "host/world/file/shipped_worlds.h"
 #include "host/world/file/world_file.h"
+#include "host/world/file/world_writer.h"
 #include "host/world/input/field_reader.h"
 #include "host/world/input/url_text.h"
 #include "host/world/platform/signed_token.h"
@@ -27,14 +29,33 @@ WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
     const auto* name = type.get_ptr<const std::string*>();
     if (name == nullptr) return WorldFailure(400, "an inventory type is a string");
     if (*name != kTournamentLogoInventory || !tokens.empty()) continue;
-    if (!platform.tokenOverride) {
+    if (!platform.data.state.token) {
       tokens.push_back(
           {*name, TournamentLogoToken(platform.collections, platform.session.ids()->summonerId)});
-    } else if (platform.tokenOverride->token) {
-      tokens.push_back({*name, *platform.tokenOverride->token});
+    } else if (platform.data.state.token->token) {
+      tokens.push_back({*name, *platform.data.state.token->token});
     }
   }
   return WorldJson(WriteJson(tokens));
+}
+
+// A holder of definitions asks for them again only when their version differs.
+void CountVersionsOn(const WorldData& present, WorldData* next) {
+  const Json before = WorldFileJson(present);
+  const Json after = WorldFileJson(*next);
+  const auto count = [&](const char* section, int64_t now, int64_t* version) {
+    if (before[section] != after[section] && *version == now) ++*version;
+  };
+  count("definitions", present.versions.lootItems, &next->versions.lootItems);
+  count("recipes", present.versions.recipes, &next->versions.recipes);
+  count("queries", present.versions.queries, &next->versions.queries);
+}
+
+// What the game-data plugin publishes.
+Json GameData(const WorldData& data) {
+  return Json{{"loot", data.lootData},
+              {"icons", ProfileIconsJson(data.collections)},
+              {"emotes", SummonerEmotesJson(data.collections)}};
 }
 
 WorldResponse Value(const Platform& platform, std::string_view url, std::string_view path) {
@@ -82,15 +103,19 @@ World::~World() = default;
 
 Maybe<std::unique_ptr<World>> World::Load(std::string_view text, std::string_view fileName,
                                           uint64_t seed) {
-  auto data = ReadWorldFile(text, fileName);
+  return Load({std::string(fileName), std::string(text)}, {.findBase = {}, .seed = seed});
+}
+
+Maybe<std::unique_ptr<World>> World::Load(const WorldText& file, const WorldReading& reading) {
+  auto data = ReadWorldFile(file, reading);
   if (!data) return data.GetFailure();
   std::unique_ptr<World> world(new World);
-  world->platform_ = std::make_unique<Platform>(std::move(data.GetValue()), seed);
+  world->platform_ = std::make_unique<Platform>(std::move(data.GetValue()), reading.seed);
   return world;
 }
 
 std::string_view World::SampleText() {
-  return kSampleWorldText;
+  return ShippedWorld("sample");
 }
 
 WorldResponse World::Request(std::string_view method, std::string_view url, std::string_view,
@@ -117,6 +142,34 @@ WorldResponse World::Control(std::string_view method, std::string_view path,
 
 void World::SetClock(std::function<int64_t()> now) {
   platform_->now = std::move(now);
+}
+
+void World::SignInAtStart(bool byDefault) {
+  platform_->session.SignInAtStart(byDefault);
+}
+
+void World::BeginAgain() {
+  platform_->session.BeginAgain();
+  platform_->outbox.clear();
+}
+
+const std::vector<ScenarioStep>& World::Steps() const {
+  return platform_->data.steps;
+}
+
+std::string World::File() const {
+  return WriteJson(PresentWorldJson(*platform_));
+}
+
+Maybe<World::Change> World::Adopt(const WorldText& file, const WorldReading& reading) {
+  auto data = ReadWorldFile(file, reading);
+  if (!data) return data.GetFailure();
+  WorldData next = std::move(data.GetValue());
+  CountVersionsOn(platform_->data, &next);
+  const Json before = GameData(platform_->data);
+  if (next.state.random) platform_->loot.SetRandomPlace(*next.state.random);
+  platform_->session.Adopt(std::move(next));
+  return before == GameData(platform_->data) ? Change::kEvents : Change::kGameData;
 }
 
 std::vector<WorldEvent> World::TakeEvents() {

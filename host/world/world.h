@@ -18,6 +18,7 @@
 #include "base/maybe_type.h"
 #include "host/faults/fault_rules.h"
 #include "host/world/data/world_events.h"
+#include "host/world/file/world_file.h"
 
 namespace Kest::Host {
 
@@ -25,7 +26,14 @@ struct Platform;
 
 class World {
  public:
+  // What differs after Adopt.
+  enum class Change {
+    kEvents,    // what is followed has been reported, the rest is seen at the next retrieval
+    kGameData,  // names and pictures too, which a plugin reads when it starts
+  };
+
   // Reads a world file, YAML or JSON. The failure message is "file:line:column: message".
+  static Maybe<std::unique_ptr<World>> Load(const WorldText& file, const WorldReading& reading);
   static Maybe<std::unique_ptr<World>> Load(std::string_view text, std::string_view fileName,
                                             uint64_t seed);
   // The sample world that ships inside the program.
@@ -44,6 +52,19 @@ class World {
   // Reads the time in milliseconds from `now`, whose start is arbitrary, instead of from the
   // system.
   void SetClock(std::function<int64_t()> now);
+  // Signs in the player whom the world's file says, or its own when it leaves that open and
+  // `byDefault`. Called once the plugin has started.
+  void SignInAtStart(bool byDefault);
+  // For another plugin in the same world: who is signed in is so again after SignInAtStart.
+  void BeginAgain();
+  // The calls that the world's file wants made at its start.
+  const std::vector<ScenarioStep>& Steps() const;
+  // The present world as the text of a world file, JSON.
+  std::string File() const;
+  // The world becomes what `file` says; who is signed in stays so unless the file says otherwise. A
+  // file that cannot be used changes nothing. Returns what a running plugin cannot learn of.
+  Maybe<Change> Adopt(const WorldText& file, const WorldReading& reading);
+
   // Takes the events caused since the last call.
   std::vector<WorldEvent> TakeEvents();
   // Takes the responses of held requests that a control has let go since the last call.

@@ -3,7 +3,8 @@
 // what the document describes.
 const json = (body) => ({ body: JSON.stringify(body), type: "application/json" });
 
-export const first = ["Reset", "SignIn", "AwaitIdle", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
+export const first = ["ChooseScenario", "SaveSnapshot", "GetSnapshot", "RestoreSnapshot", "RemoveSnapshot", "ImportWorld", "Reset",
+  "SignIn", "AwaitIdle", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
 
 export const samples = {
   GetPlayerLootById: { path: { lootId: "CHAMPION_RENTAL_13" } },
@@ -25,6 +26,14 @@ export const samples = {
   GetLedger: { query: { refused: "false" } },
   ExplainItem: { path: { lootId: "SKIN_13001" } },
   ExplainRecipe: { path: { recipeName: "CHEST_lantern_OPEN" }, query: { items: "CHEST_lantern,CHEST_none" } },
+  ChooseScenario: { path: { name: "sample" } },
+  SaveSnapshot: { path: { name: "aside" } },
+  GetSnapshot: { path: { name: "aside" } },
+  RestoreSnapshot: { path: { name: "aside" } },
+  RemoveSnapshot: { path: { name: "aside" } },
+  ExportWorld: { query: { format: "yaml" } },
+  ImportWorld: { body: "{extends: sample, name: Another Bay}", type: "application/yaml" },
+  WithholdCollections: json({ withheld: false }),
   SetClock: json({ mode: "frozen", now: "2030-01-01T12:00:00Z" }),
   AdvanceClock: json({ milliseconds: 1000 }),
   SetSummoner: json({ summonerLevel: 30 }),
@@ -58,6 +67,8 @@ export const refusals = [
   { status: 400, method: "GET", path: "/_host/timeline?kind=rumour" },
   { status: 400, method: "GET", path: "/_host/ledger?refused=maybe" },
   { status: 404, method: "PUT", path: "/_host/collections/hats/1" },
+  { status: 404, method: "POST", path: "/_host/scenario/nowhere" },
+  { status: 400, method: "PUT", path: "/_host/import", type: "application/yaml", body: "name: [" },
   { status: 409, method: "POST", path: "/_host/clock/advance", type: "application/json", body: '{"milliseconds":1}' },
   { status: 400, ...craft, type: "text/plain", body: "CHEST_lantern" },
   // Each body is read; it is the platform that does not know the recipe.

@@ -55,14 +55,14 @@ events
 expect_changes "which is published" "Delete v1/loot-grants"
 request GET /tav-loot/v1/loot-grants
 expect_body "the others keep their places" "[$packet_grant, $second_grant]"
-request GET /_host/world
+request GET /_host/state
 acknowledged='[{"accountId": 880231, "msgId": "packet-long-seen", "command": "ack"}, {"accountId": 880231, "msgId": "grant-4410", "command": "ack"}]'
 expect "the platform has its response, after the one for the old message of the packet" 200 '.acknowledgements == $wanted' --argjson wanted "$acknowledged"
 request DELETE /tav-loot/v1/loot-grants/1
 expect_nothing "a second time is no error"
 request DELETE /tav-loot/v1/loot-grants/0
 expect_nothing "one of the packet needs no acknowledgement"
-request GET /_host/world
+request GET /_host/state
 expect "so nothing more was acknowledged" 200 '.acknowledgements == $wanted' --argjson wanted "$acknowledged"
 events
 expect_changes "one of the two was a change" "Delete v1/loot-grants"

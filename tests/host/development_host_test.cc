@@ -7,7 +7,7 @@
 #include <future>
 #include <utility>
 
-#include "host/world_source.h"
+#include "host/scenario/scenarios.h"
 #include "tests/host/http_text.h"
 #include "tests/host/loopback_client.h"
 #include "tests/support/golden.h"
@@ -170,15 +170,15 @@ TEST(SessionManager, ANewWorldIsMadeBeforeTheOldOneGoes) {
   Ledger ledger;
   Traffic traffic(&timeline, &ledger);
   Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
-  std::string world;
-  SessionManager sessions(ECHO_PLUGIN, [&world] { return LoadWorld(world, 1); }, true,
-                          {&scheduler, &events, &stream, &log, &traffic});
+  SessionManager sessions(ECHO_PLUGIN, true, {&scheduler, &events, &stream, &log, &traffic});
+  Scenarios scenarios({}, {&scheduler, &sessions, &log});
   std::promise<bool> runs;
   scheduler.Post({.name = "start", .work = [&] {
-                    EXPECT_TRUE(sessions.Start());
+                    EXPECT_TRUE(scenarios.Start());
                     const PluginSession* const session = sessions.Current();
-                    world = "no/such/world.json";
-                    EXPECT_FALSE(sessions.Reset());
+                    EXPECT_FALSE(scenarios.Choose("no such scenario"));
+                    EXPECT_FALSE(scenarios.Import({"body", "{"}));
+                    EXPECT_FALSE(sessions.BeginAgain("no/such/plugin.so"));
                     runs.set_value(sessions.Current() == session);
                     sessions.Stop();
                   }});
@@ -228,8 +228,8 @@ TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
   Ledger ledger;
   Traffic traffic(&timeline, &ledger);
   Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
-  SessionManager sessions(ECHO_PLUGIN, [] { return LoadWorld("", 1); }, false,
-                          {&scheduler, &events, &stream, &log, &traffic});
+  SessionManager sessions(ECHO_PLUGIN, false, {&scheduler, &events, &stream, &log, &traffic});
+  Scenarios scenarios({}, {&scheduler, &sessions, &log});
   const auto ask = [&sessions](const char* target) {
     HttpRequest request;
     request.method = "GET";
@@ -238,11 +238,11 @@ TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
   };
   std::promise<std::string> runs;
   scheduler.Post({.name = "start", .work = [&] {
-                    EXPECT_TRUE(sessions.Start());
+                    EXPECT_TRUE(scenarios.Start());
                     ask("/tav-loot/v1/runs");
                     scheduler.Post({.name = "wait", .work = [&] { ask("/tav-loot/v1/wait"); }});
                     scheduler.Post(
-                        {.name = "reset", .work = [&] { EXPECT_TRUE(sessions.Reset()); }});
+                        {.name = "reset", .work = [&] { EXPECT_TRUE(scenarios.Reset()); }});
                     scheduler.Post({.name = "ask", .work = [&] {
                                       runs.set_value(ask("/tav-loot/v1/runs"));
                                       sessions.Stop();

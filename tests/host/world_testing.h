@@ -91,7 +91,7 @@ class WorldTest : public testing::Test {
     }
     return counts;
   }
-  CountsById Inventory() { return Counts(Parse(Send("GET /world").body)["inventory"]); }
+  CountsById Inventory() { return Counts(Parse(Send("GET /state").body)["inventory"]); }
 
   std::unique_ptr<World> world_;
 };

@@ -30,7 +30,7 @@ class WorldTrace : public WorldTest {
     } else if (kind == "show") {
       std::string name;
       words >> name;
-      result = WriteJson(Parse(Send("GET /world").body)[name]);
+      result = WriteJson(Parse(Send("GET /state").body)[name]);
     } else if (kind == "invoke") {
       std::string method;
       std::string arguments;

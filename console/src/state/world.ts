@@ -4,7 +4,7 @@ import { call } from "../api/client";
 import type { Result } from "../api/types";
 import { connection, connections, onEvent } from "./stream";
 
-export type World = Result<"/_host/world", "get">;
+export type World = Result<"/_host/state", "get">;
 export const world = signal<World | undefined>(undefined);
 
 let timer: ReturnType<typeof setTimeout> | undefined;
@@ -14,7 +14,7 @@ async function read(): Promise<void> {
   if (isReading) return refreshWorld();
   isReading = true;
   try {
-    world.value = await call("get", "/_host/world");
+    world.value = await call("get", "/_host/state");
   } catch {
     // The connection's state shows it.
   }

@@ -48,7 +48,7 @@ struct QuietState {
   const PluginInputs& inputs;
   std::map<std::string, PluginReply, std::less<>> responses;     // by path
   std::map<std::string, PluginReply, std::less<>> explanations;  // by question
-  Json platform;                                                 // its state, as "/world" shows it
+  Json platform;                                                 // its state, as "/state" shows it
   bool knowsAll = false;    // the plugin can know the platform's inventory
   size_t openAsks = 0;      // requests to the plugin without a response
   size_t openRequests = 0;  // of the plugin, without a response

@@ -21,6 +21,8 @@ using ControlFunction = ControlResult (*)(Platform& platform, const ControlCall&
 
 // controls_player.cc: who plays, and what the player owns.
 ControlResult ShowWorld(Platform& platform, const ControlCall& call);
+ControlResult ShowState(Platform& platform, const ControlCall& call);
+ControlResult WithholdCollections(Platform& platform, const ControlCall& call);
 ControlResult SignIn(Platform& platform, const ControlCall& call);
 ControlResult SignOut(Platform& platform, const ControlCall& call);
 ControlResult SetSummoner(Platform& platform, const ControlCall& call);

@@ -17,6 +17,8 @@ struct ControlRow {
 
 constexpr ControlRow kControls[] = {
     {"GetWorld", ShowWorld},
+    {"GetState", ShowState},
+    {"WithholdCollections", WithholdCollections},
     {"SignIn", SignIn},
     {"SignOut", SignOut},
     {"SetSummoner", SetSummoner},

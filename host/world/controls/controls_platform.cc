@@ -29,12 +29,27 @@ bool IsPlainName(const std::string& name) {
   });
 }
 
+// The known name that `name` is in another case; empty when there is none.
+std::string_view MeantConfiguration(const std::string& name) {
+  std::vector<std::string_view> known(kConfigurationSwitches.begin(), kConfigurationSwitches.end());
+  known.insert(known.end(), kConfigurationNumbers.begin(), kConfigurationNumbers.end());
+  for (const std::string_view word : known) {
+    if (word != name && IsSameWord(word, name)) return word;
+  }
+  return "";
+}
+
 }  // namespace
 
 ControlResult SetConfiguration(Platform& platform, const ControlCall& call) {
   const std::string& name = call.path.at("name");
   if (!IsPlainName(name)) {
     return Failure{"the name of a configuration value is made of letters and digits", 400};
+  }
+  if (const std::string_view meant = MeantConfiguration(name); !meant.empty()) {
+    return Failure{
+        "there is no configuration value " + name + "; did you mean " + std::string(meant) + "?",
+        400};
   }
   platform.session.SetConfiguration(name, call.body.root());
   return Json({{"name", name}, {"value", call.body.root()}});
@@ -119,12 +134,12 @@ ControlResult SetToken(Platform& platform, const ControlCall& call) {
     override.token = fields.StringOr("token", "");
   }
   if (!fields.Finish()) return fields.failure();
-  platform.tokenOverride = override;
+  platform.data.state.token = override;
   return Json({{"token", *value}});
 }
 
 ControlResult ResetToken(Platform& platform, const ControlCall&) {
-  platform.tokenOverride.reset();
+  platform.data.state.token.reset();
   return Json(Json::object());
 }
 

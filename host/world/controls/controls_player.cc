@@ -17,7 +17,20 @@ int64_t ReadId(const std::string& text) {
 }  // namespace
 
 ControlResult ShowWorld(Platform& platform, const ControlCall&) {
+  return PresentWorldJson(platform);
+}
+
+ControlResult ShowState(Platform& platform, const ControlCall&) {
   return WorldStateJson(platform);
+}
+
+ControlResult WithholdCollections(Platform& platform, const ControlCall& call) {
+  FieldReader fields(call.body);
+  if (fields.Find("withheld") == nullptr) fields.Fail("member \"withheld\" is missing");
+  const bool withheld = fields.BoolOr("withheld", false);
+  if (!fields.Finish()) return fields.failure();
+  platform.session.WithholdCollections(withheld);
+  return fields.Values();
 }
 
 ControlResult SignIn(Platform& platform, const ControlCall& call) {

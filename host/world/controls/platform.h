@@ -16,19 +16,12 @@
 
 namespace Kest::Host {
 
-// What the signed inventory holds instead of its own token.
-struct TokenOverride {
-  std::optional<std::string> token;  // nothing: no token
-};
-
 struct Platform {
   Platform(WorldData worldData, uint64_t seed)
       : data(std::move(worldData)),
-        inventory(data.inventory),
-        collections(data.collections),
         board(outbox),
-        session(data, collections, board),
-        loot(data, inventory, collections, seed),
+        session(data, board),
+        loot(data, seed),
         faults(seed),
         proxy(data, loot, session, faults, outbox, now, ~seed) {
     outbox.clear();  // no subscription can exist yet
@@ -38,16 +31,15 @@ struct Platform {
 
   // In order of construction: later parts refer to earlier ones.
   std::function<int64_t()> now = MonotonicMilliseconds;
-  WorldData data;  // the controls change definitions and recipes, nothing else of it
+  WorldData data;  // the present state is in it
   std::vector<WorldEvent> outbox;
-  Inventory inventory;
-  PlatformCollections collections;
+  Inventory& inventory = data.inventory;
+  PlatformCollections& collections = data.collections;
   ResourceBoard board;
   PlatformSession session;
   LootService loot;
   FaultRules faults;
   PlatformServiceProxy proxy;
-  std::optional<TokenOverride> tokenOverride;
 };
 
 }  // namespace Kest::Host

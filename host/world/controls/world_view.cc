@@ -1,5 +1,7 @@
 #include "host/world/controls/world_view.h"
 
+#include "host/world/file/world_writer.h"
+
 namespace Kest::Host {
 namespace {
 
@@ -37,6 +39,12 @@ Json LoginMessagesJson(const PlatformSession& session) {
 
 }  // namespace
 
+Json PresentWorldJson(Platform& platform) {
+  platform.data.state.random = platform.loot.randomPlace();
+  platform.data.state.decidesSignIn = true;
+  return WorldFileJson(platform.data);
+}
+
 Json WorldStateJson(Platform& platform) {
   Json messages = Json::array();
   for (const auto& [name, message] : platform.data.messages) messages.push_back(name);
@@ -48,7 +56,7 @@ Json WorldStateJson(Platform& platform) {
               {"configuration", platform.session.configuration()},
               {"inventory", InventoryJson(platform.inventory)},
               {"collections", CollectionsJson(platform.collections)},
-              {"newPlayerChestGranted", platform.loot.newPlayerChestGranted()},
+              {"newPlayerChestGranted", platform.data.state.newPlayerChestGranted},
               {"loginMessages", LoginMessagesJson(platform.session)},
               {"messages", std::move(messages)},
               {"acknowledgements", platform.proxy.acknowledgements()},

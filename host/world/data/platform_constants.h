@@ -29,6 +29,11 @@ constexpr std::string_view kDialogMessageSubtopic =
 constexpr std::string_view kMasteryGrantType = "championMasteryLootGrant";
 constexpr std::string_view kChampionTokenType = "CHAMPION_TOKEN";
 constexpr std::string_view kTournamentLogoInventory = "TOURNAMENT_LOGO";
+// The names of the configuration that have a meaning.
+inline constexpr std::array<std::string_view, 3> kConfigurationSwitches = {"Enabled", "PxhEnabled",
+                                                                           "NewPlayerChestEnabled"};
+inline constexpr std::array<std::string_view, 2> kConfigurationNumbers = {"InitializationGoalFlags",
+                                                                          "MinSummonerLevel"};
 constexpr std::string_view kConfigurationPath = "/tav-platform-config/v1/namespaces/LootConfig/";
 
 }  // namespace Kest::Host

@@ -5,6 +5,28 @@
 #include "host/world/data/platform_constants.h"
 
 namespace Kest::Host {
+namespace {
+
+constexpr std::string_view kPhases[] = {"None",
+                                        "Lobby",
+                                        "Matchmaking",
+                                        "CheckedIntoTournament",
+                                        "ReadyCheck",
+                                        "ChampSelect",
+                                        "GameStart",
+                                        "FailedToLaunch",
+                                        "InProgress",
+                                        "Reconnect",
+                                        "WaitingForStats",
+                                        "PreEndOfGame",
+                                        "EndOfGame",
+                                        "TerminatedInError"};
+
+}  // namespace
+
+bool IsGameflowPhase(std::string_view word) {
+  return std::find(std::begin(kPhases), std::end(kPhases), word) != std::end(kPhases);
+}
 
 bool IsLootRefId(std::string_view text) {
   return !text.empty() && text.size() <= 64 && text.find_first_of("/?#") == std::string_view::npos;

@@ -1,11 +1,12 @@
-// What a world file says, checked and ready to use. Constant once loaded, but for definitions and
-// recipes with their versions: what else changes while the world runs starts as a copy of the parts
-// here.
+// What a world file says, checked and ready to use, and what has become of it since: a running
+// world keeps its state here, so that all of it can be written as a world file again
+// (world_writer.h).
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -15,6 +16,7 @@
 #include "host/json/json.h"
 #include "host/world/data/collections.h"
 #include "host/world/data/inventory.h"
+#include "host/world/data/seeded_random.h"
 
 namespace Kest::Host {
 
@@ -82,8 +84,43 @@ struct DefinitionVersions {
   int64_t queries = 1;
 };
 
+// The two numbers that a session has.
+struct PlayerIds {
+  uint64_t summonerId = 0;
+  uint64_t accountId = 0;
+  friend bool operator==(const PlayerIds&, const PlayerIds&) = default;
+};
+
+// What the signed inventory holds instead of its own token.
+struct TokenOverride {
+  std::optional<std::string> token;  // nothing: no token
+};
+
+// What no other part of a world says: what has happened in it.
+struct PlatformState {
+  bool decidesSignIn = false;         // signedIn counts when the world begins
+  std::optional<PlayerIds> signedIn;  // who plays; nothing: no player
+  std::optional<std::string> phase;   // of the game
+  bool newPlayerChestGranted = false;
+  bool withholdsCollections = false;  // they are not published yet
+  std::optional<TokenOverride> token;
+  std::optional<RandomPlace> random;  // of the loot service; nothing: the start of the seed
+};
+
+// A control call that makes a world what it is meant to show.
+struct ScenarioStep {
+  std::string method;
+  std::string path;  // "/_host/messages"
+  std::string body;  // JSON, or empty
+  int64_t afterMilliseconds = 0;
+  std::string place;  // "file:line:column"
+};
+
 struct WorldData {
   std::string name;
+  std::string description;          // one sentence
+  std::vector<ScenarioStep> steps;  // in the order in which they are called
+  PlatformState state;
   int64_t latency = 0;                       // milliseconds until a service responds
   std::map<std::string, int64_t> latencies;  // by method, where it differs
   Player player;
@@ -115,6 +152,7 @@ struct WorldData {
   }
 };
 
+bool IsGameflowPhase(std::string_view word);
 // A reference id that can stand in a loot id and in a path.
 bool IsLootRefId(std::string_view text);
 // What keeps `key` from being an item of this world, in words; empty when nothing does.

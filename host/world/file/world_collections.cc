@@ -19,6 +19,7 @@ struct CollectionLayout {
 constexpr CollectionLayout kLayouts[] = {
     {"champions", Collection::kChampions, "", "", "", false},
     {"skins", Collection::kSkins, "tilePath", "splashPath", "", false},
+    {"chromas", Collection::kChromas, "", "", "", false},
     {"wardSkins", Collection::kWardSkins, "wardImagePath", "", "wardShadowImagePath", false},
     {"summonerIcons", Collection::kSummonerIcons, "iconPath", "", "", false},
     {"emotes", Collection::kEmotes, "inventoryIcon", "", "", true},
@@ -33,7 +34,9 @@ void ReadCollectible(FieldReader& fields, const CollectionLayout& layout,
                      PlatformCollections& collections) {
   const int64_t id = fields.Integer("id", 0, kMax32);
   Collectible thing;
-  thing.name = fields.String("name");
+  // A redeemed chroma is known by its id alone.
+  const bool isChroma = layout.collection == Collection::kChromas;
+  thing.name = isChroma ? fields.StringOr("name", "") : fields.String("name");
   thing.tilePath = OptionalText(fields, layout.tilePath);
   thing.splashPath = OptionalText(fields, layout.splashPath);
   thing.shadowPath = OptionalText(fields, layout.shadowPath);
@@ -54,7 +57,34 @@ void ReadCollectible(FieldReader& fields, const CollectionLayout& layout,
   }
 }
 
+void WriteText(Json& entry, std::string_view name, const std::string& text) {
+  if (!name.empty() && !text.empty()) entry.push_back({std::string(name), text});
+}
+
+Json CollectibleJson(const CollectionLayout& layout, int64_t id, const Collectible& thing) {
+  Json entry = Json{{"id", id}};
+  WriteText(entry, "name", thing.name);
+  WriteText(entry, "description", layout.hasDescription ? thing.description : "");
+  WriteText(entry, layout.tilePath, thing.tilePath);
+  WriteText(entry, layout.splashPath, thing.splashPath);
+  WriteText(entry, layout.shadowPath, thing.shadowPath);
+  if (thing.ownership.owned) entry["owned"] = true;
+  if (thing.ownership.rented) entry["rented"] = true;
+  if (thing.ownership.freeToPlayReward) entry["freeToPlayReward"] = true;
+  return entry;
+}
+
 }  // namespace
+
+void WriteCollections(const PlatformCollections& collections, Json& world) {
+  for (const CollectionLayout& layout : kLayouts) {
+    Json list = Json::array();
+    for (const auto& [id, thing] : collections[layout.collection]) {
+      list.push_back(CollectibleJson(layout, id, thing));
+    }
+    world[std::string(layout.list)] = std::move(list);
+  }
+}
 
 void ReadCollections(FieldReader& world, WorldData& data) {
   for (const CollectionLayout& layout : kLayouts) {

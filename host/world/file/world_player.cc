@@ -10,6 +10,7 @@ namespace Kest::Host {
 namespace {
 
 constexpr int64_t kMaxLatency = 60'000;
+constexpr std::string_view kGoalFlags = kConfigurationNumbers[0];
 
 void ReadItem(FieldReader& fields, WorldData& data) {
   const LootKey key{fields.String("lootName"), fields.StringOr("refId", "")};
@@ -62,7 +63,7 @@ void ReadPlayer(FieldReader& world, WorldData& data) {
   FieldReader fields(world.ObjectOr("player"), world);
   data.player.summonerId = fields.UnsignedOr("summonerId", 1);
   data.player.accountId = fields.UnsignedOr("accountId", 1);
-  data.player.summonerLevel = fields.IntegerOr("summonerLevel", 1, 1, kMax32);
+  data.player.summonerLevel = fields.IntegerOr("summonerLevel", 1, 0, kMax32);
   data.player.displayName = fields.StringOr("displayName", "Player");
   fields.ForEach("inventory", [&](FieldReader& item) { ReadItem(item, data); });
   fields.Finish();
@@ -99,11 +100,10 @@ void ReadService(FieldReader& world, WorldData& data) {
 void ReadConfiguration(FieldReader& world, WorldData& data) {
   const Json& configuration = world.ObjectOr("configuration");
   FieldReader fields(configuration, world);
-  for (const char* flag : {"Enabled", "PxhEnabled", "NewPlayerChestEnabled"}) {
-    fields.BoolOr(flag, false);
+  for (const std::string_view name : kConfigurationSwitches) fields.BoolOr(name, false);
+  for (const std::string_view name : kConfigurationNumbers) {
+    fields.IntegerOr(name, 0, 0, name == kGoalFlags ? 255 : kMax32);
   }
-  fields.IntegerOr("InitializationGoalFlags", 0, 0, 255);
-  fields.IntegerOr("MinSummonerLevel", 0, 0, kMax32);
   if (!fields.Finish()) return;
   for (const auto& [name, value] : configuration.items()) data.configuration[name] = value;
 }

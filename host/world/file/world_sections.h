@@ -17,6 +17,15 @@ void ReadService(FieldReader& world, WorldData& data);
 void ReadConfiguration(FieldReader& world, WorldData& data);
 void ReadMessages(FieldReader& world, WorldData& data);
 void ReadLootData(FieldReader& world, WorldData& data);
+void ReadState(FieldReader& world, WorldData& data);
+void ReadSteps(FieldReader& world, WorldData& data);
+
+// Notes what is probably not meant: unknown types and rarities, texts of nothing, unused tables.
+// REQUIRES: the sections have been read without an issue.
+void WarnOfWorld(FieldReader& world, const WorldData& data);
+
+// Puts the collections into `world` as ReadCollections reads them.
+void WriteCollections(const PlatformCollections& collections, Json& world);
 
 // One waiting message; its content is in "params" (strings) or in "body" (any value, which
 // becomes the only string).

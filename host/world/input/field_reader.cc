@@ -7,6 +7,8 @@
 namespace Kest::Host {
 namespace {
 
+constexpr size_t kMaxWarnings = 100;
+
 // A value in a message: itself, or its kind when it has parts.
 std::string Found(const Json& value) {
   if (value.is_array()) return "a list";
@@ -15,15 +17,20 @@ std::string Found(const Json& value) {
 
 }  // namespace
 
+bool IsSameWord(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [lower](char left, char right) { return lower(left) == lower(right); });
+}
+
 FieldReader::FieldReader(const Document& document)
     : FieldReader(document.root(), document, &own_) {}
 
 FieldReader::FieldReader(const Json& value, FieldReader& owner)
-    : FieldReader(value, owner.document_, owner.failure_) {}
+    : FieldReader(value, owner.document_, owner.findings_) {}
 
-FieldReader::FieldReader(const Json& value, const Document& document,
-                         std::optional<Failure>* failure)
-    : value_(value), document_(document), failure_(failure) {
+FieldReader::FieldReader(const Json& value, const Document& document, Findings* findings)
+    : value_(value), document_(document), findings_(findings) {
   if (!value.is_object()) Fail("must be an object, found " + Found(value));
 }
 
@@ -129,12 +136,30 @@ void FieldReader::FailAt(std::string_view name, std::string_view message) {
   FailPart(member == nullptr ? value_ : *member, message);
 }
 
+void FieldReader::WarnAt(std::string_view name, std::string_view message) {
+  const Json* member = Find(name);
+  WarnPart(member == nullptr ? value_ : *member, message);
+}
+
+std::vector<std::string> FieldReader::Warnings() const {
+  return document_.Describe(findings_->warnings);
+}
+
+std::string FieldReader::Place() const {
+  std::string place = document_.Describe(value_, false, "");
+  return place.substr(0, place.rfind(": "));
+}
+
 bool FieldReader::Finish() {
   for (const auto& [name, value] : value_.items()) {
     if (!ok()) break;
-    if (std::find(asked_.begin(), asked_.end(), name) == asked_.end()) {
-      FailName(value, "unknown member " + JsonString(name));
-    }
+    if (std::find(asked_.begin(), asked_.end(), name) != asked_.end()) continue;
+    const auto meant = std::find_if(asked_.begin(), asked_.end(), [&name](std::string_view asked) {
+      return IsSameWord(asked, name);
+    });
+    const std::string question =
+        meant == asked_.end() ? "" : "; did you mean " + JsonString(*meant) + "?";
+    FailName(value, "unknown member " + JsonString(name) + question);
   }
   return ok();
 }
@@ -169,7 +194,12 @@ void FieldReader::OutOfRange(std::string_view name, const Json& value, T lowest,
 }
 
 void FieldReader::Report(const Json& part, bool atName, std::string_view message) {
-  if (ok()) *failure_ = Failure{document_.Describe(part, atName, message), 400};
+  if (ok()) findings_->failure = Failure{document_.Describe(part, atName, message), 400};
+}
+
+void FieldReader::Note(const Json& part, bool atName, std::string_view message) {
+  if (findings_->warnings.size() >= kMaxWarnings) return;
+  findings_->warnings.push_back({&part, atName, std::string(message)});
 }
 
 }  // namespace Kest::Host

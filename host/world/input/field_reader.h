@@ -2,7 +2,8 @@
 //
 // Usage: make one per object, ask for every member it may have, then call Finish, which reports a
 // member that was not asked for. Readers of one document share their issue, the first one: after it
-// every question returns its default, so a caller checks once at the end.
+// every question returns its default, so a caller checks once at the end. They share their warnings
+// too, of which the first hundred are kept.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +21,9 @@ namespace Kest::Host {
 inline constexpr int64_t kMin32 = std::numeric_limits<int32_t>::min();
 inline constexpr int64_t kMax32 = std::numeric_limits<int32_t>::max();
 inline constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
+
+// Whether the two differ at most in the case of ASCII letters.
+bool IsSameWord(std::string_view a, std::string_view b);
 
 class FieldReader {
  public:
@@ -66,14 +70,29 @@ class FieldReader {
   void FailPart(const Json& part, std::string_view message) { Report(part, false, message); }
   void FailName(const Json& part, std::string_view message) { Report(part, true, message); }
 
+  // Note what is allowed but probably not meant.
+  void WarnAt(std::string_view name, std::string_view message);
+  void WarnPart(const Json& part, std::string_view message) { Note(part, false, message); }
+  void WarnName(const Json& part, std::string_view message) { Note(part, true, message); }
+  // "name:line:column: message" for each warning so far.
+  std::vector<std::string> Warnings() const;
+
+  // Where the object is in the text: "name:line:column".
+  std::string Place() const;
+
   // Whether there is no issue so far.
   bool Finish();
-  bool ok() const { return !*failure_; }
+  bool ok() const { return !findings_->failure; }
   // Of status 400; the message begins with the issue's place. REQUIRES: !ok().
-  const Failure& failure() const { return **failure_; }
+  const Failure& failure() const { return *findings_->failure; }
 
  private:
-  FieldReader(const Json& value, const Document& document, std::optional<Failure>* failure);
+  struct Findings {
+    std::optional<Failure> failure;
+    std::vector<Document::Note> warnings;
+  };
+
+  FieldReader(const Json& value, const Document& document, Findings* findings);
 
   const Json* FindRequired(std::string_view name);
   // Puts a value that is returned among Values.
@@ -84,11 +103,12 @@ class FieldReader {
   template <typename T>
   void OutOfRange(std::string_view name, const Json& value, T lowest, T highest);
   void Report(const Json& part, bool atName, std::string_view message);
+  void Note(const Json& part, bool atName, std::string_view message);
 
   const Json& value_;
   const Document& document_;
-  std::optional<Failure> own_;  // of the document's reader
-  std::optional<Failure>* failure_;
+  Findings own_;  // of the document's reader
+  Findings* findings_;
   std::vector<std::string_view> asked_;
   Json values_ = Json::object();
 };

@@ -24,7 +24,7 @@ Maybe<Json> LootService::Retrieve(const Json& arguments) const {
     if (isGood) known[i] = arguments[i].get<int64_t>();
   }
   if (!isGood) return Failure{"expected three integers: the versions held", 400};
-  return PlayerLootDefinitionsJson(data_, inventory_, {known[0], known[1], known[2]});
+  return PlayerLootDefinitionsJson(data_, data_.inventory, {known[0], known[1], known[2]});
 }
 
 Maybe<Json> LootService::Transact(std::string_view method, const Json& arguments) {
@@ -36,9 +36,10 @@ Maybe<Json> LootService::Transact(std::string_view method, const Json& arguments
   if (!request) {
     transaction = Refused("INVALID_REQUEST", request.GetFailure().text);
   } else if (method == kCraftMethod) {
-    transaction = Craft(data_, request.GetValue(), inventory_, collections_, prepared_, random_);
+    transaction =
+        Craft(data_, request.GetValue(), data_.inventory, data_.collections, prepared_, random_);
   } else {
-    transaction = Redeem(data_, request.GetValue(), inventory_, collections_);
+    transaction = Redeem(data_, request.GetValue(), data_.inventory, data_.collections);
   }
   return TransactionJson(transaction, data_);
 }
@@ -46,12 +47,13 @@ Maybe<Json> LootService::Transact(std::string_view method, const Json& arguments
 Transaction LootService::GrantNewPlayerChest() {
   const LootKey key{data_.newPlayerChest, ""};
   if (data_.newPlayerChest.empty()) return Refused("NOT_ELIGIBLE", "there is no such chest");
-  if (newPlayerChestGranted_) return Refused("ALREADY_GRANTED", key.lootName);
+  if (data_.state.newPlayerChestGranted) return Refused("ALREADY_GRANTED", key.lootName);
   Transaction transaction;
   transaction.added[key] = 1;
-  if (!inventory_.CanApply({}, transaction.added)) return Refused("INVENTORY_FULL", key.lootName);
-  ApplyTransaction(transaction, data_, inventory_);
-  newPlayerChestGranted_ = true;
+  if (!data_.inventory.CanApply({}, transaction.added))
+    return Refused("INVENTORY_FULL", key.lootName);
+  ApplyTransaction(transaction, data_, data_.inventory);
+  data_.state.newPlayerChestGranted = true;
   return transaction;
 }
 

@@ -14,29 +14,27 @@ namespace Kest::Host {
 
 class LootService {
  public:
-  // All must outlive the service.
-  LootService(const WorldData& data, Inventory& inventory, PlatformCollections& collections,
-              uint64_t seed)
-      : data_(data), inventory_(inventory), collections_(collections), random_(seed) {}
+  // `data` must outlive the service. `seed` counts unless the world says how far its numbers have
+  // been used.
+  LootService(WorldData& data, uint64_t seed)
+      : data_(data), random_(data.state.random.value_or(RandomPlace{seed, 0})) {}
 
   // Calls a method. A failure is the service's own error: no such method, or arguments of a wrong
   // form. A transaction that is refused is a result with another status word.
   Maybe<Json> Call(std::string_view method, const Json& arguments);
 
   PreparedResults& prepared() { return prepared_; }
-  bool newPlayerChestGranted() const { return newPlayerChestGranted_; }
+  const RandomPlace& randomPlace() const { return random_.place(); }
+  void SetRandomPlace(const RandomPlace& place) { random_ = SeededRandom(place); }
 
  private:
   Maybe<Json> Retrieve(const Json& arguments) const;
   Maybe<Json> Transact(std::string_view method, const Json& arguments);
   Transaction GrantNewPlayerChest();
 
-  const WorldData& data_;
-  Inventory& inventory_;
-  PlatformCollections& collections_;
+  WorldData& data_;
   SeededRandom random_;
   PreparedResults prepared_;
-  bool newPlayerChestGranted_ = false;
 };
 
 }  // namespace Kest::Host

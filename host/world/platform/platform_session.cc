@@ -1,6 +1,6 @@
 #include "host/world/platform/platform_session.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "host/world/data/platform_constants.h"
 
@@ -15,21 +15,6 @@ constexpr const char* kLootDataPath = "/tav-game-data/assets/v1/loot.json";
 constexpr const char* kIconsPath = "/tav-game-data/assets/v1/profile-icons.json";
 constexpr const char* kEmotesPath = "/tav-game-data/assets/v1/summoner-emotes.json";
 
-constexpr std::string_view kPhases[] = {"None",
-                                        "Lobby",
-                                        "Matchmaking",
-                                        "CheckedIntoTournament",
-                                        "ReadyCheck",
-                                        "ChampSelect",
-                                        "GameStart",
-                                        "FailedToLaunch",
-                                        "InProgress",
-                                        "Reconnect",
-                                        "WaitingForStats",
-                                        "PreEndOfGame",
-                                        "EndOfGame",
-                                        "TerminatedInError"};
-
 std::string ConfigurationPath(const std::string& name) {
   return std::string(kConfigurationPath) + name;
 }
@@ -43,24 +28,56 @@ Json LoginMessageJson(const LoginMessage& message, uint64_t accountId) {
 
 }  // namespace
 
-PlatformSession::PlatformSession(const WorldData& data, const PlatformCollections& collections,
-                                 ResourceBoard& board)
-    : data_(data),
-      collections_(collections),
-      board_(board),
-      summonerLevel_(data.player.summonerLevel),
-      loginMessages_(data.loginMessages) {
+PlatformSession::PlatformSession(WorldData& data, ResourceBoard& board)
+    : data_(data), board_(board), atStart_(std::exchange(data.state.signedIn, std::nullopt)) {
+  PublishLasting();
+}
+
+void PlatformSession::SignInAtStart(bool byDefault) {
+  const Ids player{data_.player.summonerId, data_.player.accountId};
+  if (state_.decidesSignIn ? atStart_.has_value() : byDefault) SignIn(atStart_.value_or(player));
+}
+
+void PlatformSession::BeginAgain() {
+  atStart_ = state_.signedIn;
+  state_.decidesSignIn = true;
+  SignOut();
+}
+
+void PlatformSession::Adopt(WorldData next) {
+  const std::optional<Ids> present = state_.signedIn;
+  if (!next.state.decidesSignIn) next.state.signedIn = present;
+  const std::optional<Ids> wanted = std::exchange(next.state.signedIn, present);
+  if (present && !wanted) SignOut();
+  for (const auto& [name, value] : data_.configuration) {
+    if (!next.configuration.contains(name)) board_.Remove(ConfigurationPath(name));
+  }
+  const bool isIn = state_.signedIn.has_value();
+  data_ = std::move(next);
+  if (!isIn) state_.signedIn.reset();
+  PublishLasting();
+  if (isIn) {
+    PublishSummoner();
+    PublishLoginDataPacket();
+    WithholdCollections(state_.withholdsCollections);
+  }
+  if (wanted) SignIn(*wanted);
+}
+
+// What exists without a player too.
+void PlatformSession::PublishLasting() {
   board_.Set(kLootDataPath, data_.lootData);
-  board_.Set(kIconsPath, ProfileIconsJson(collections_));
-  board_.Set(kEmotesPath, SummonerEmotesJson(collections_));
-  for (const auto& [name, value] : data_.configuration) SetConfiguration(name, value);
+  board_.Set(kIconsPath, ProfileIconsJson(data_.collections));
+  board_.Set(kEmotesPath, SummonerEmotesJson(data_.collections));
+  for (const auto& [name, value] : data_.configuration) board_.Set(ConfigurationPath(name), value);
+  SetPhase(std::optional<std::string>(state_.phase));
 }
 
 void PlatformSession::SignIn(Ids ids) {
-  if (ids_ == ids) return;
-  if (ids_) Leave();
+  if (state_.signedIn == ids) return;
+  if (state_.signedIn) Leave();
   PublishSession("IN_PROGRESS");
-  ids_ = ids;
+  state_.signedIn = ids;
   PublishSummoner();
   PublishLoginDataPacket();
   PublishCollections();
@@ -68,37 +85,44 @@ void PlatformSession::SignIn(Ids ids) {
 }
 
 void PlatformSession::SignOut() {
-  if (!ids_) return;
+  if (!state_.signedIn) return;
   Leave();
   board_.Remove(kSessionPath);
 }
 
 void PlatformSession::PublishCollections() {
-  if (!ids_) return;
-  for (const auto& [path, value] : CollectionResources(collections_, ids_->summonerId)) {
+  if (!state_.signedIn || state_.withholdsCollections) return;
+  for (const auto& [path, value] :
+       CollectionResources(data_.collections, state_.signedIn->summonerId)) {
     board_.Set(path, value);
   }
 }
 
+void PlatformSession::WithholdCollections(bool withheld) {
+  state_.withholdsCollections = withheld;
+  if (withheld && state_.signedIn) RemoveCollections();
+  PublishCollections();
+}
+
 void PlatformSession::SetSummonerLevel(int64_t level) {
-  summonerLevel_ = level;
-  if (ids_) PublishSummoner();
+  data_.player.summonerLevel = level;
+  if (state_.signedIn) PublishSummoner();
 }
 
 void PlatformSession::SetLoginMessages(std::vector<LoginMessage> messages) {
-  loginMessages_ = std::move(messages);
-  if (ids_) PublishLoginDataPacket();
+  data_.loginMessages = std::move(messages);
+  if (state_.signedIn) PublishLoginDataPacket();
 }
 
 void PlatformSession::Acknowledge(const std::string& msgId) {
-  std::erase_if(loginMessages_,
+  std::erase_if(data_.loginMessages,
                 [&](const LoginMessage& message) { return message.msgId == msgId; });
 }
 
 void PlatformSession::SetPhase(const std::optional<std::string>& phase) {
-  phase_ = phase;
-  if (phase_) {
-    board_.Set(kGameflowPath, Json{{"phase", *phase_}});
+  state_.phase = phase;
+  if (state_.phase) {
+    board_.Set(kGameflowPath, Json{{"phase", *state_.phase}});
   } else {
     board_.Remove(kGameflowPath);
   }
@@ -106,48 +130,49 @@ void PlatformSession::SetPhase(const std::optional<std::string>& phase) {
 
 void PlatformSession::SetConfiguration(const std::string& name, Json value) {
   board_.Set(ConfigurationPath(name), value);
-  configuration_[name] = std::move(value);
+  data_.configuration[name] = std::move(value);
 }
 
 bool PlatformSession::RemoveConfiguration(const std::string& name) {
   board_.Remove(ConfigurationPath(name));
-  return configuration_.erase(name) != 0;
+  return data_.configuration.erase(name) != 0;
 }
 
 void PlatformSession::PublishSession(std::string_view state) {
-  const Ids ids = ids_.value_or(Ids{});
+  const Ids ids = state_.signedIn.value_or(Ids{});
   board_.Set(kSessionPath,
              Json{{"state", state}, {"summonerId", ids.summonerId}, {"accountId", ids.accountId}});
 }
 
 void PlatformSession::PublishSummoner() {
-  board_.Set(kSummonerPath, Json{{"summonerId", ids_->summonerId},
+  board_.Set(kSummonerPath, Json{{"summonerId", state_.signedIn->summonerId},
                                  {"displayName", data_.player.displayName},
-                                 {"summonerLevel", summonerLevel_}});
+                                 {"summonerLevel", data_.player.summonerLevel}});
 }
 
 void PlatformSession::PublishLoginDataPacket() {
   Json messages = Json::array();
-  for (const LoginMessage& message : loginMessages_) {
-    messages.push_back(LoginMessageJson(message, ids_->accountId));
+  for (const LoginMessage& message : data_.loginMessages) {
+    messages.push_back(LoginMessageJson(message, state_.signedIn->accountId));
   }
-  const Json level = Json{{"summonerLevel", summonerLevel_}};
+  const Json level = Json{{"summonerLevel", data_.player.summonerLevel}};
   board_.Set(kPacketPath, Json{{"allSummonerData", Json{{"summonerLevelAndPoints", level}}},
                                {"simpleMessages", std::move(messages)}});
 }
 
-void PlatformSession::Leave() {
-  PublishSession("LOGGING_OUT");
-  for (const auto& [path, value] : CollectionResources(collections_, ids_->summonerId)) {
+void PlatformSession::RemoveCollections() {
+  for (const auto& [path, value] :
+       CollectionResources(data_.collections, state_.signedIn->summonerId)) {
     board_.Remove(path);
   }
-  board_.Remove(kPacketPath);
-  board_.Remove(kSummonerPath);
-  ids_.reset();
 }
 
-bool IsGameflowPhase(std::string_view word) {
-  return std::find(std::begin(kPhases), std::end(kPhases), word) != std::end(kPhases);
+void PlatformSession::Leave() {
+  PublishSession("LOGGING_OUT");
+  RemoveCollections();
+  board_.Remove(kPacketPath);
+  board_.Remove(kSummonerPath);
+  state_.signedIn.reset();
 }
 
 }  // namespace Kest::Host

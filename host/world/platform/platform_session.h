@@ -14,24 +14,30 @@ namespace Kest::Host {
 
 class PlatformSession {
  public:
-  struct Ids {
-    uint64_t summonerId = 0;
-    uint64_t accountId = 0;
-    friend bool operator==(const Ids&, const Ids&) = default;
-  };
+  using Ids = PlayerIds;
 
-  // All must outlive the session. Puts the resources on the board that exist without a player.
-  PlatformSession(const WorldData& data, const PlatformCollections& collections,
-                  ResourceBoard& board);
+  // Both must outlive the session. Puts the resources on the board that exist without a player.
+  PlatformSession(WorldData& data, ResourceBoard& board);
+
+  // Signs in whom the world says, or else its player when `byDefault`.
+  void SignInAtStart(bool byDefault);
+  // Signs out; SignInAtStart signs in who was.
+  void BeginAgain();
+  // `next` takes the place of the world. Who is signed in stays so, unless `next` decides that;
+  // what differs on the board causes events.
+  void Adopt(WorldData next);
 
   // The same ids again change nothing; other ids leave the present session without deleting its
   // resource, as a change of account does.
   void SignIn(Ids ids);
   void SignOut();
-  const std::optional<Ids>& ids() const { return ids_; }
+  const std::optional<Ids>& ids() const { return state_.signedIn; }
 
-  // Publishes the collections again; only what changed causes events.
+  // Publishes the collections again; only what changed causes events. Does nothing while they are
+  // withheld.
   void PublishCollections();
+  // Takes the collections away, or publishes them.
+  void WithholdCollections(bool withheld);
   void SetSummonerLevel(int64_t level);
   // Replaces what waits for the player and publishes the packet again when a player is signed in.
   void SetLoginMessages(std::vector<LoginMessage> messages);
@@ -42,27 +48,23 @@ class PlatformSession {
   // False: there is no such value.
   bool RemoveConfiguration(const std::string& name);
 
-  int64_t summonerLevel() const { return summonerLevel_; }
-  const std::optional<std::string>& phase() const { return phase_; }
-  const std::map<std::string, Json>& configuration() const { return configuration_; }
-  const std::vector<LoginMessage>& loginMessages() const { return loginMessages_; }
+  int64_t summonerLevel() const { return data_.player.summonerLevel; }
+  const std::optional<std::string>& phase() const { return state_.phase; }
+  const std::map<std::string, Json>& configuration() const { return data_.configuration; }
+  const std::vector<LoginMessage>& loginMessages() const { return data_.loginMessages; }
 
  private:
+  void PublishLasting();
   void PublishSession(std::string_view state);
   void PublishSummoner();
   void PublishLoginDataPacket();
+  void RemoveCollections();
   void Leave();
 
-  const WorldData& data_;
-  const PlatformCollections& collections_;
+  WorldData& data_;
+  PlatformState& state_ = data_.state;
   ResourceBoard& board_;
-  std::optional<Ids> ids_;
-  int64_t summonerLevel_;
-  std::vector<LoginMessage> loginMessages_;
-  std::optional<std::string> phase_;
-  std::map<std::string, Json> configuration_;
+  std::optional<Ids> atStart_;  // who the world says is signed in when it begins
 };
-
-bool IsGameflowPhase(std::string_view word);
 
 }  // namespace Kest::Host

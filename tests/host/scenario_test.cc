@@ -1,0 +1,202 @@
+// Worlds as wholes, through the whole host: what is kept, followed and taken up again.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "host/development_host.h"
+#include "host/json/json.h"
+#include "host/world/file/shipped_worlds.h"
+#include "tests/host/loopback_client.h"
+
+namespace Kest::Host {
+namespace {
+
+using testing::HasSubstr;
+
+// A folder that is gone with the test.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+
+ private:
+  const std::filesystem::path path_ =
+      std::filesystem::path(testing::TempDir()) /
+      ::testing::UnitTest::GetInstance()->current_test_info()->name();
+};
+
+void WriteFile(const std::string& path, std::string_view text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+// A host with a plugin that returns what it is asked.
+class RunningHost {
+ public:
+  explicit RunningHost(HostOptions options) : host_(Completed(std::move(options)), &log_) {
+    const auto started = host_.Start();
+    EXPECT_TRUE(started) << started.GetFailure().text;
+    const std::string line = host_.ReadyLine();
+    const size_t place = line.find("\"port\":") + 7;
+    std::from_chars(line.data() + place, line.data() + line.size(), port_);
+  }
+  ~RunningHost() { EXPECT_TRUE(host_.Stop()); }
+
+  // The body of the response to "METHOD /path".
+  std::string Ask(const std::string& request, const std::string& body = "") const {
+    LoopbackClient client(port_);
+    client.Send(request + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\nContent-Length: " +
+                std::to_string(body.size()) + "\r\n\r\n" + body);
+    const std::string response = client.ReadToEnd();
+    return response.substr(response.find("\r\n\r\n") + 4);
+  }
+  Json State() const { return ParseJson(Ask("GET /_host/state")); }
+  // The counts of the inventory, once `test` accepts them or after a long time.
+  std::string AwaitInventory(const std::string& wanted) const {
+    std::string inventory;
+    for (int tries = 0; tries < 500 && inventory != wanted; ++tries) {
+      inventory.clear();
+      const Json state = State();
+      for (const Json& item : state["inventory"]) {
+        inventory += item["lootName"].get<std::string>() + " " + WriteJson(item["count"]) + ";";
+      }
+      if (inventory != wanted) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return inventory;
+  }
+
+ private:
+  static HostOptions Completed(HostOptions options) {
+    if (options.pluginPath.empty()) options.pluginPath = ECHO_PLUGIN;
+    options.port = 0;
+    return options;
+  }
+
+  HostLog log_{stderr, LogLevel::kNone};
+  DevelopmentHost host_;
+  uint16_t port_ = 0;
+};
+
+std::string WorldOfKeys(int count) {
+  return "name: Keys\ndefinitions: [{lootName: KEY, type: MATERIAL}]\n"
+         "player: {inventory: [{lootName: KEY, count: " +
+         std::to_string(count) + "}]}\n";
+}
+
+TEST(Scenarios, EachBeginsWithItsSteps) {
+  const RunningHost host({});
+  for (const std::string_view name : ShippedWorldNames()) {
+    const std::string request = "POST /_host/scenario/" + std::string(name);
+    EXPECT_EQ(host.Ask(request), "{\"scenario\":\"" + std::string(name) + "\"}");
+    const Json state = host.State();
+    EXPECT_FALSE(state["session"].is_null()) << name;
+    EXPECT_EQ(state["phase"], name == "in-game" ? Json("InProgress") : Json());
+    EXPECT_EQ(state["inventory"].size() == 5000, name == "collector");
+  }
+}
+
+TEST(Scenarios, StepsAreCalledInOrderAndLater) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "world.yaml", WorldOfKeys(1) + R"(steps:
+  - {request: POST /_host/inventory, body: {lootName: KEY, delta: 4}}
+  - {request: POST /_host/reset}
+  - {request: POST /_host/inventory, body: {lootName: none, delta: 4}}
+  - {request: PUT /_host/gameflow, body: {phase: Lobby}, afterMilliseconds: 100}
+)");
+  const RunningHost host({.pluginPath = "", .worldPath = folder / "world.yaml"});
+  EXPECT_EQ(host.AwaitInventory("KEY 5;"), "KEY 5;");
+  EXPECT_EQ(host.Ask("POST /_host/idle"), R"({"idle":true})");
+  EXPECT_EQ(host.State()["phase"], "Lobby");
+}
+
+TEST(Scenarios, AWorldThatWasPutAsideComesBack) {
+  const RunningHost host({.pluginPath = "", .worldPath = "", .scenario = "empty"});
+  host.Ask("POST /_host/inventory", R"({"lootName":"MATERIAL_key","delta":3})");
+  EXPECT_THAT(host.Ask("PUT /_host/snapshots/keys"), HasSubstr(R"("name":"keys")"));
+  host.Ask("POST /_host/inventory", R"({"lootName":"MATERIAL_key","delta":3})");
+  host.Ask("POST /_host/scenario/disabled");
+  EXPECT_EQ(host.Ask("POST /_host/snapshots/keys/restore"), R"({"restored":"keys"})");
+  EXPECT_EQ(host.AwaitInventory("MATERIAL_key 3;"), "MATERIAL_key 3;");
+  EXPECT_EQ(ParseJson(host.Ask("GET /_host/snapshots"))[0]["name"], "keys");
+  host.Ask("DELETE /_host/snapshots/keys");
+  EXPECT_EQ(host.Ask("GET /_host/snapshots"), "[]");
+}
+
+TEST(Scenarios, AFolderKeepsTheWorldAndTheSnapshots) {
+  const TemporaryFolder folder;
+  const HostOptions options = {.pluginPath = "", .worldPath = "", .stateFolder = folder / "state"};
+  std::string file;
+  {
+    const RunningHost host(options);
+    host.Ask("POST /_host/scenario/empty");
+    host.Ask("POST /_host/inventory", R"({"lootName":"MATERIAL_key","delta":3})");
+    host.Ask("PUT /_host/snapshots/keys");
+    host.Ask("POST /_host/login", R"({"summonerId":5})");
+    file = host.Ask("GET /_host/world");
+  }
+  {
+    // As a host leaves it that is killed while it writes.
+    WriteFile(folder / "state/world.json.new", "{\"na");
+    const RunningHost host(options);
+    EXPECT_EQ(host.Ask("GET /_host/world"), file);
+    host.Ask("POST /_host/reset");
+    EXPECT_EQ(host.AwaitInventory(""), "") << "of the scenario that was chosen";
+    host.Ask("POST /_host/snapshots/keys/restore");
+  }
+  const RunningHost host(options);
+  EXPECT_EQ(host.AwaitInventory("MATERIAL_key 3;"), "MATERIAL_key 3;");
+}
+
+TEST(Scenarios, ASavedFileTakesEffectAndABrokenOneDoesNot) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "base.yaml", WorldOfKeys(1));
+  WriteFile(folder / "world.yaml", "extends: base.yaml\nname: Over\n");
+  const RunningHost host(
+      {.pluginPath = "", .worldPath = folder / "world.yaml", .followsWorld = true});
+  EXPECT_EQ(host.AwaitInventory("KEY 1;"), "KEY 1;");
+  WriteFile(folder / "world.yaml", "extends: base.yaml\nname: [Over\n");
+  WriteFile(folder / "base.yaml", WorldOfKeys(22));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  EXPECT_EQ(host.AwaitInventory("KEY 1;"), "KEY 1;");
+  WriteFile(folder / "world.yaml", "extends: base.yaml\nname: Over again\n");
+  EXPECT_EQ(host.AwaitInventory("KEY 22;"), "KEY 22;");
+  EXPECT_FALSE(host.State()["session"].is_null()) << "the player stays";
+}
+
+TEST(Scenarios, ARebuiltPluginGoesOnInTheSameWorld) {
+  const TemporaryFolder folder;
+  std::filesystem::copy_file(ECHO_PLUGIN, folder / "plugin.so");
+  const RunningHost host(
+      {.pluginPath = folder / "plugin.so", .worldPath = "", .followsPlugin = true});
+  host.Ask("POST /_host/inventory", R"({"lootName":"CHEST_lantern","delta":30})");
+  const std::string inventory = WriteJson(host.State()["inventory"]);
+  host.Ask("GET /tav-loot/v1/runs");
+  const auto built = [&](const char* text) {
+    std::ofstream(folder / "plugin.so", std::ios::binary | std::ios::app) << text;
+  };
+  WriteFile(folder / "plugin.so", "no library");
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  EXPECT_EQ(host.Ask("GET /tav-loot/v1/runs"), "2") << "the loaded one goes on";
+  std::filesystem::copy_file(ECHO_PLUGIN, folder / "plugin.so",
+                             std::filesystem::copy_options::overwrite_existing);
+  built("x");
+  std::string runs;
+  for (int tries = 0; tries < 500 && runs != "1"; ++tries) {
+    runs = host.Ask("GET /tav-loot/v1/runs");
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  EXPECT_EQ(runs, "1");
+  EXPECT_EQ(WriteJson(host.State()["inventory"]), inventory);
+  EXPECT_FALSE(host.State()["session"].is_null());
+}
+
+}  // namespace
+}  // namespace Kest::Host
