@@ -180,3 +180,20 @@ onPage("a chest gives the chosen result", "#/inventory?item=CHEST_lantern", asyn
   await page.getByRole("button", { name: "Close the item" }).click();
   await tile(page, "EMOTE_703").getByText("New").waitFor();
 });
+
+onPage("another scenario starts, and a snapshot brings the first world back", "#/world", async (page) => {
+  await page.getByRole("textbox", { name: "Save the world as" }).fill("lantern");
+  await page.getByRole("button", { name: "Save", exact: true }).click();
+  await page.getByRole("button", { name: "Restore lantern" }).waitFor();
+  await page.getByRole("button", { name: "Start the scenario collector" }).click();
+  await page.getByText('The scenario "collector" has started').waitFor();
+  await page.getByRole("link", { name: "Inventory" }).click();
+  await page.getByText(/5,0\d\d items/).waitFor();
+  const drawn = await page.locator(".tile").count();
+  assert.ok(drawn > 0 && drawn < 200, `${drawn} tiles are drawn`);
+  await page.goBack();
+  await page.getByRole("button", { name: "Restore lantern" }).click();
+  await page.getByRole("heading", { name: "Lantern Bay", level: 1 }).waitFor();
+  await page.getByRole("button", { name: "Start the scenario sample" }).click();
+  await page.getByText('The scenario "sample" has started').waitFor();
+});

@@ -9,6 +9,7 @@ import { HeldCard } from "./held_card";
 import { MessagesCard } from "./messages_card";
 import { NoticesCard } from "./notices_card";
 import { PlayerCard } from "./player_card";
+import { ScenarioCard, SnapshotCard } from "./scenario_card";
 import { ServiceCard } from "./service_card";
 
 export function WorldView() {
@@ -24,6 +25,8 @@ export function WorldView() {
         <HeldCard />
         <ConfigurationCard state={state} />
         <GrantCard />
+        <ScenarioCard />
+        <SnapshotCard />
         <MessagesCard state={state} />
         <NoticesCard />
         <CollectionsCard state={state} />
