@@ -129,7 +129,7 @@ class FrozenTest : public testing::Test {
 
 TEST_F(FrozenTest, WhatFallsDueHappensInOrderAndToItsEnd) {
   OnTask([&] {
-    events_.Post(milliseconds(20), {"event 20", ""});
+    events_.Post(milliseconds(25), {"event 25", ""});
     Later(30, "task 30");
     Later(10, "task 10");
     Later(20, "task 20");
@@ -143,7 +143,7 @@ TEST_F(FrozenTest, WhatFallsDueHappensInOrderAndToItsEnd) {
     EXPECT_EQ(driver_.UntilNextDue(), milliseconds(1));
   });
   EXPECT_THAT(happened_, ElementsAre("10 task 10", "10 task 10 end", "10 event 10", "10 handled",
-                                     "20 task 20", "20 task 20 end", "20 event 20", "20 handled",
+                                     "20 task 20", "20 task 20 end", "25 event 25", "25 handled",
                                      "30 task 30", "30 task 30 end", "40 advanced"));
 }
 
