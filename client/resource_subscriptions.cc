@@ -89,9 +89,10 @@ void ResourceSubscriptions::OnEvent(const std::string& name, std::string_view bo
     LogError("%s: Lost an event of %s: %s", pluginName_.c_str(), name.c_str(), text);
   };
   RunAtBoundary([&] { Deliver(name, body); }, lose);
-  // A resource that is gone has no present value to ask for. What only looks like its end is put
-  // right by the value that is asked for.
+  // A resource that is gone has no present value to ask for. What only looks like its end, and has
+  // a value of its own, is put right by the one that is asked for.
   if (isLost && body.find("\"Delete\"") != std::string_view::npos) {
+    isLost = body.find("\"data\"") != std::string_view::npos;
     RunAtBoundary([&] { DeliverDelete(name); }, lose);
   }
   if (!isLost) AskAgainForLost();

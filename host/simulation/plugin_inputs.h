@@ -17,6 +17,11 @@ class PluginInputs {
   void TakeResource(std::string_view path, std::optional<std::string_view> data);
   void TakeRequest(std::string_view url);
   void TakeResponse(std::string_view url, int32_t status);
+  void TakeAsk(std::string_view url) {
+    isSaidToBeDone_ |= url == "/tav-loot/v1/new-player-check-done/true";
+  }
+  // There is a packet of a login, to be followed.
+  void NoteLoginPacket() { ++loginPackets_; }
 
   // Nothing is due any more: what was read stays read.
   void Settle();
@@ -27,6 +32,8 @@ class PluginInputs {
   std::optional<bool> IsReady() const;
   // Whose collections the plugin follows; empty: no one follows any.
   const std::string& FollowedSummoner() const { return followedSummoner_; }
+  bool IsSaidToBeDone() const { return isSaidToBeDone_; }  // the new player's check
+  int LoginPackets() const { return loginPackets_; }
 
  private:
   void TakeSession(std::optional<std::string_view> data);
@@ -40,6 +47,8 @@ class PluginInputs {
   uint32_t arrivedRead_ = 0;  // counts unless the session changes before its task goes on
   bool skinsAreLate_ = true;  // the session changed since they were asked for
   std::string followedSummoner_;
+  bool isSaidToBeDone_ = false;
+  int loginPackets_ = 0;
 };
 
 }  // namespace Kest::Host

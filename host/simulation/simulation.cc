@@ -148,6 +148,7 @@ void Simulation::Do(const Step& step, SeededRandom& random) {
 }
 
 void Simulation::Ask(const Step& step) {
+  inputs_.TakeAsk(step.path);
   plugin_.Ask(step.method, step.path, step.body,
               [this, path = step.path](const PluginReply& reply) {
                 Note("reply " + std::to_string(reply.status), path,
@@ -165,6 +166,7 @@ void Simulation::ControlPlatform(const Step& step) {
                                 step.path.starts_with("/definitions/") ||
                                 step.path.starts_with("/recipes/");
   if (changesInventory && response.status == 200) host_.Ledger().NoteUntold();
+  if (step.path == "/login" && response.status == 200) inputs_.NoteLoginPacket();
   if (step.path == "/logout" || step.path == "/login") log_.NoteFault(kFaultSignedOut);
   if (step.path == "/messages") log_.NoteFault(kFaultMessage);
   if (step.path == "/token") log_.NoteFault(kFaultToken);
@@ -183,7 +185,8 @@ void Simulation::SetResponse(const Step& step) {
 void Simulation::Begin(SeededRandom& random) {
   published_.Reset();
   inputs_.Reset();
-  if (PlatformState()["session"].is_null()) log_.NoteFault(kFaultSignedOut);
+  PlatformState()["session"].is_null() ? log_.NoteFault(kFaultSignedOut)
+                                       : inputs_.NoteLoginPacket();
   host_.Ledger().Reset();
   blocksBefore_ = PluginMemory::LiveBlocks();
   if (!plugin_.Load(pluginCode_.load)) {
@@ -312,7 +315,8 @@ void Simulation::CompareWithFreshPlugin(SeededRandom& random) {
   for (const auto& [path, reply] : ReadAll(random)) {
     const auto earlier = responses.find(path);
     const bool dependsOnHistory = path == kInventoryPath || path.ends_with("-notifications") ||
-                                  path.ends_with("/loot-grants");
+                                  path.ends_with("/loot-grants") ||
+                                  path.ends_with("/new-player-check-done");
     if (dependsOnHistory || earlier == responses.end()) continue;
     if (ComparableDigest(earlier->second) == ComparableDigest(reply)) continue;
     findings_.Add("a fresh plugin responds the same", path + " " + reply.body,

@@ -1,6 +1,7 @@
 #include "loot/calls/new_player_chest.h"
 
 #include <functional>
+#include <utility>
 
 #include "client/service_proxy.h"
 #include "log/logger.h"
@@ -55,11 +56,12 @@ int64_t NewPlayerChest::PeriodEnd() const {
 std::string_view NewPlayerChest::Check() {
   using Result = SVDS::PlayerLootResultDTO;
   if (!AllHold(ChestConditions())) return kNotDone;
+  const std::function<void(Result)> use = [this](const Result& result) { OnResult(result); };
+  Preparation<Result> prepare = InOnePart(use);  // there may be no memory for it
   const uint64_t decision = ++decisions_;
   done_ = true;  // before the call waits, so that no second one is sent
-  const std::function<void(Result)> use = [this](const Result& result) { OnResult(result); };
-  const std::string failure =
-      proxy_.InvokeAsync<Result>(kLootService, kChestMethod, {}, false, InOnePart(use), LogFailure);
+  const std::string failure = proxy_.InvokeAsync<Result>(kLootService, kChestMethod, {}, false,
+                                                         std::move(prepare), LogFailure);
   if (failure.empty()) return kSubmitted;
   if (decision == decisions_) done_ = false;  // nothing was sent
   LogFailure({failure});

@@ -18,9 +18,11 @@ void CheckReads(const QuietState& state, Findings* findings);
 void CheckItems(const QuietState& state, Findings* findings);
 void CheckValues(const QuietState& state, Findings* findings);
 void CheckGrants(const QuietState& state, Findings* findings);
-// inputs_check.cc: the switches follow their inputs.
+// inputs_check.cc: the switches, the new player's check and the grants follow their inputs.
 void CheckEnabled(const QuietState& state, Findings* findings);
 void CheckReady(const QuietState& state, Findings* findings);
+void CheckNewPlayer(const QuietState& state, Findings* findings);
+void CheckLoginMessages(const QuietState& state, Findings* findings);
 // explanations_check.cc: what the plugin explains is what it does.
 void CheckExplanations(const QuietState& state, Findings* findings);
 // calls_check.cc: nothing is left open, the subscriptions are those of the state.

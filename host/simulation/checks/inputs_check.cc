@@ -1,4 +1,5 @@
 #include "host/simulation/checks/checks.h"
+#include "host/world/data/platform_constants.h"
 
 namespace Kest::Host {
 namespace {
@@ -27,6 +28,26 @@ void CheckReady(const QuietState& state, Findings* findings) {
   if (!ready) return;
   Compare(state, "/tav-loot/v1/ready", *ready, "ready follows the sources that were read",
           findings);
+}
+
+// It counts as done when the platform was asked, or because a user said so.
+void CheckNewPlayer(const QuietState& state, Findings* findings) {
+  const auto response = state.responses.find("/tav-loot/v1/new-player-check-done");
+  if (response == state.responses.end() || response->second.body != "true") return;
+  const std::string call = std::string(kLootService) + "." + std::string(kNewPlayerChestMethod);
+  if (state.inputs.IsSaidToBeDone() || state.platform["serviceCalls"].contains(call)) return;
+  findings->Add("the new player's check is done once the platform was asked", "false", "true");
+}
+
+void CheckLoginMessages(const QuietState& state, Findings* findings) {
+  constexpr int64_t kGame = 21;  // of the only message of the packet that becomes a grant
+  const auto response = state.responses.find("/tav-loot/v1/loot-grants");
+  if (response == state.responses.end() || response->second.status != 200) return;
+  int shown = 0;
+  for (const Json& grant : ParseJson(response->second.body)) shown += grant["gameId"] == kGame;
+  if (shown <= state.inputs.LoginPackets()) return;
+  findings->Add("a login's message becomes one grant",
+                "at most " + std::to_string(state.inputs.LoginPackets()), std::to_string(shown));
 }
 
 }  // namespace Kest::Host

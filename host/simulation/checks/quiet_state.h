@@ -18,9 +18,9 @@ namespace Kest::Host {
 
 // What is read at a quiet point. Those of the inventory only once there is one: reading earlier
 // would fetch it.
-inline constexpr std::string_view kSwitchPaths[] = {"/tav-loot/v1/enabled", "/tav-loot/v1/ready",
-                                                    "/tav-loot/v1/player-loot-notifications",
-                                                    "/tav-loot/v1/loot-grants"};
+inline constexpr std::string_view kSwitchPaths[] = {
+    "/tav-loot/v1/enabled", "/tav-loot/v1/ready", "/tav-loot/v1/player-loot-notifications",
+    "/tav-loot/v1/loot-grants", "/tav-loot/v1/new-player-check-done"};
 inline constexpr std::string_view kInventoryPaths[] = {
     "/tav-loot/v1/player-loot",
     "/tav-loot/v1/player-loot-map",
