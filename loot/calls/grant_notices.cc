@@ -52,8 +52,7 @@ Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
   const Maybe<Nothing> acknowledged = Acknowledge(grant.accountId, grant.msgId);
   if (!acknowledged) {
     LogError("Failed to acknowledge tav-loot notification with id:%s", grant.msgId.c_str());
-    // Its status is that of the platform's endpoint; here the request itself was right.
-    return Failure{acknowledged.GetFailure().text};
+    return acknowledged;
   }
   LogAlways("Acknowledged tav-loot notification with id:%s", grant.msgId.c_str());
   return Nothing{};

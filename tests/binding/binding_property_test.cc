@@ -55,12 +55,14 @@ TEST(BindingProperty, CopiesAreIndependentAndMovesOfRootsKeepTheStorage) {
   EXPECT_TRUE(first.IsEmpty());  // NOLINT: that is the promise
   moved.GetOrAddMember("name").SetBool(false);
   EXPECT_EQ(Json(copy), R"({"name":"a long text that is stored apart"})");
+  const BindingProperty another = Tree(R"({"name":"a longer text for the same memory"})");
   BindingProperty part = std::move(copy.GetOrAddMember("name"));
   EXPECT_TRUE(copy.FindMember("name")->IsEmpty()) << "a part that is moved out leaves its tree";
   copy.GetOrAddMember("other") = std::move(moved);
   EXPECT_EQ(Json(copy), R"({"name":null,"other":{"name":false}})");
   copy = std::move(copy.GetOrAddMember("other"));
   EXPECT_EQ(Json(copy), R"({"name":false})") << "and may replace it";
+  const BindingProperty next = another;  // would be stored where a tree was freed
   EXPECT_EQ(part.AsString(), "a long text that is stored apart") << "its storage outlives the tree";
 }
 

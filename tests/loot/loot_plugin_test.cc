@@ -77,6 +77,53 @@ TEST_F(LootPluginTest, WhatAHostAsksFromInsideAPublicationMayWait) {
   EXPECT_EQ(host_.PublishedEvents().back().json, host_.Get("/tav-loot/v1/enabled").body);
 }
 
+// While a host waits in its publish, the next messages and phases have their turn.
+TEST_F(LootPluginTest, GrantsThatComeWhileGrantsArePublishedKeepTheirIdsAndTheirQueue) {
+  StartPlugin();
+  Enable();
+  host_.OnService("loot", kRetrieve, [](const std::string&) {
+    return ServiceReply{"{}", "", /*held=*/true};
+  });
+  const auto waitInNextPublish = [this] {
+    host_.OnNextPublish([this] { AskInside("POST", "/tav-loot/v1/refresh?force=true"); });
+  };
+  const auto grant = [this] { Push("championMasteryLootGrant", R"({"gameId":1,"lootName":"a"})"); };
+  const auto enter = [this](const char* phase) {
+    host_.SetResource("/tav-gameflow/v1/session", R"({"phase":")" + std::string(phase) + "\"}");
+  };
+  const auto expectShown = [this](std::vector<int64_t> ids) {
+    const std::string json = host_.Get("/tav-loot/v1/loot-grants").body;
+    std::vector<int64_t> shown;
+    for (const auto& each : Parse<std::vector<Api::LootGrantNotification>>(json)) {
+      shown.push_back(each.id);
+    }
+    EXPECT_EQ(shown, ids);
+    EXPECT_EQ(host_.PublishedEvents().back().json, json);
+  };
+  waitInNextPublish();
+  grant();
+  grant();
+  host_.ReleaseHeld();
+  expectShown({0, 1});
+  enter("InProgress");
+  grant();
+  waitInNextPublish();
+  enter("Lobby");
+  enter("InProgress");
+  grant();
+  host_.ReleaseHeld();
+  grant();
+  expectShown({0, 1, 2});
+  enter("Lobby");
+  expectShown({0, 1, 2, 3, 4});
+  const auto dismiss = [this] { AskInside("DELETE", "/tav-loot/v1/loot-grants/0"); };
+  host_.OnNextPublish(dismiss);  // again, from inside
+  host_.RunTask(dismiss);
+  enter("InProgress");
+  enter("Lobby");
+  expectShown({1, 2, 3, 4});
+}
+
 #if !defined(_WIN32)  // a crash there waits for a debugger
 TEST_F(LootPluginTest, ACraftWithoutAUniqueIdEndsTheProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // the plugin's tasks are threads here
@@ -96,20 +143,18 @@ TEST_F(LootPluginTest, AListThatTheServiceLeavesOutStays) {
   StartPlugin();
   Enable();
   host_.Get(kLootMap);
-  bool isFirst = true;
-  host_.OnService("loot", "getAllPlayerLootAndAllDefinitions", [&](const std::string& call) {
+  // All of one response, then nothing of the version sent, and of the version held by then.
+  std::vector<std::string> lists = {R"("lastUpdate":17)", R"("lastUpdate":7)",
+                                    R"("lastUpdate":17,"lootItems":)" + definitions_};
+  host_.OnService("loot", kRetrieve, [&](const std::string& call) {
     EXPECT_NE(call.find("[7,8,9]"), std::string::npos);
-    return ServiceReply{std::exchange(isFirst, false)
-                            ? R"({"lootItemList":{"lastUpdate":17,"lootItems":)" + definitions_ +
-                                  R"(},"recipeList":{"lastUpdate":8},"queryResult":{"lastUpdate":9},
-                                  "playerLoot":)" +
-                                  playerLoot_ + "}"
-                            : R"({"lootItemList":{"lastUpdate":7},"recipeList":{"lastUpdate":8},
-                                  "queryResult":{"lastUpdate":9},"playerLoot":)" +
-                                  playerLoot_ + "}",
+    const std::string list = lists.back();
+    lists.pop_back();
+    return ServiceReply{R"({"lootItemList":{)" + list + R"(},"recipeList":{"lastUpdate":8},)" +
+                            R"("queryResult":{"lastUpdate":9},"playerLoot":)" + playerLoot_ + "}",
                         ""};
   });
-  for (int i = 0; i < 2; ++i) host_.StartRequest("POST", "/tav-loot/v1/refresh?force=true");
+  for (int i = 0; i < 3; ++i) host_.StartRequest("POST", "/tav-loot/v1/refresh?force=true");
   host_.RunUntilIdle();
   EXPECT_NE(host_.Get("/tav-loot/v1/loot-items").body, "[]") << "retrievals that crossed";
   EXPECT_NE(host_.Get("/tav-loot/v1/player-loot").body, "[]");

@@ -122,6 +122,10 @@ class TraceTest : public LootPluginTest, public ::testing::WithParamInterface<co
        [this](Words& words) {
          host_.OnRequest("POST", Word(words), {503, "", "busy"});
        }},
+      {"busy-later",
+       [this](Words& words) {
+         host_.OnRequest("POST", Word(words), {503, "", "busy", "application/json", true});
+       }},
       {"accept-later",
        [this](Words& words) {
          host_.OnRequest("POST", Word(words), {200, "\"uuid-9\"", "", "application/json", true});

@@ -88,6 +88,8 @@ TEST_F(HandshakeTest, RegistersTheBuiltInsThenThePluginsOwnAndDescribesAll) {
             std::string(TypeName(event->payload)) + "\n";
   }
   EXPECT_EQ(block.api->size, sizeof(KestApiDescriptor));
+  EXPECT_EQ(block.api->endpointSize, sizeof(KestEndpoint));
+  EXPECT_EQ(block.api->argumentSize, sizeof(KestArgument));
   for (size_t i = 0; i < block.api->endpointCount; ++i) {
     const KestEndpoint& endpoint = *KestEndpointAt(block.api, i);
     text += "endpoint " + std::to_string(endpoint.methodId);

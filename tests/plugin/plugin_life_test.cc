@@ -102,13 +102,17 @@ TEST_F(PluginLifeTest, StartAndStopRunOnce) {
   KestHostServices old = *host_.Services();
   old.size = offsetof(KestHostServices, now) - 1;
   const KestRequest request{};
+  KestRequest tooLong{};
+  tooLong.headerCount = SIZE_MAX;
   for (const KestResponse* refused :
        {block.api->request(nullptr, &request), block.api->invoke(nullptr, {}, nullptr, 0),
-        block.api->request(block.context, nullptr)}) {
+        block.api->request(block.context, nullptr), block.api->request(block.context, &tooLong),
+        block.api->invoke(block.context, {}, nullptr, SIZE_MAX)}) {
     EXPECT_EQ(refused->status, 500);
     block.api->release(nullptr, refused);
   }
   block.api->release(nullptr, nullptr);
+  block.callbacks->statistics(block.context, nullptr);
   EXPECT_FALSE(block.callbacks->start(block.context, nullptr));
   EXPECT_FALSE(block.callbacks->start(block.context, &old)) << "the table lacks an entry";
   EXPECT_FALSE(host_.Start()) << "an exception in Initialise";
