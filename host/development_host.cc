@@ -14,12 +14,14 @@
 #include "host/controls/scenario_controls.h"
 #include "host/controls/session_controls.h"
 #include "host/controls/timeline_controls.h"
+#include "host/controls/wait_controls.h"
 #include "host/json/json_text.h"
 
 namespace Kest::Host {
 namespace {
 
 constexpr auto kTaskLimit = std::chrono::seconds(30);
+constexpr auto kReadyLimit = std::chrono::seconds(20);  // less than that of a task
 constexpr auto kFarewell = std::chrono::seconds(2);
 
 }  // namespace
@@ -56,14 +58,16 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                   .stateFolder = options_.stateFolder},
                  {&scheduler_, &sessions_, log}),
       clockDriver_(&clock_, &scheduler_, &serviceEvents_, &timeline_),
-      control_(
-          {SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
-           EventControls(&stream_), DescriptionControls(&sessions_), ClockControls(&clockDriver_),
-           TimelineControls(&traffic_, &timelineStream_), ConsoleControls(),
-           ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_)},
-          &sessions_),
+      readiness_(&scheduler_, &sessions_),
+      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
+                EventControls(&stream_), WaitControls({&scheduler_, &stream_, &readiness_}),
+                DescriptionControls(&sessions_), ClockControls(&clockDriver_),
+                TimelineControls(&traffic_, &timelineStream_), ConsoleControls(),
+                ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_)},
+               &sessions_),
+      siblings_(options_.assetFolder, &sessions_),
       guard_(options_.address, options_.allowedOrigins),
-      router_(&scheduler_, &sessions_, &control_, &traffic_, log) {
+      router_(&scheduler_, &sessions_, &control_, &siblings_, &traffic_, log) {
   scheduler_.SetOutsideEvents([this] { return serviceEvents_.DeliverOne(); });
   log_->SetClock([this] { return clock_.Now(); });
   log_->SetListener([this](LogLevel level, std::string_view text) {
@@ -159,12 +163,27 @@ Maybe<Nothing> DevelopmentHost::Stop() {
   return Failure{"The plugin did not stop in time.", kTooLate};
 }
 
-std::string DevelopmentHost::ReadyLine() const {
+std::vector<std::string> DevelopmentHost::AwaitReady() {
+  // The first look begins what it waits for: see Readiness.
+  const auto reasons = RunTask<std::vector<std::string>>("await ready", [this] {
+    readiness_.Look();
+    scheduler_.WaitUntilQuiet(
+        kReadyLimit, [this] { return serviceEvents_.Quiet(); },
+        [] { return true; });  // what waits for a frozen clock will not come by itself
+    return readiness_.Look().Reasons();
+  });
+  return reasons ? *reasons : std::vector<std::string>{"The plugin takes too long."};
+}
+
+std::string DevelopmentHost::Url() const {
   const bool isIpv6 = options_.address.find(':') != std::string::npos;
   const std::string name = isIpv6 ? "[" + options_.address + "]" : options_.address;
-  const std::string port = std::to_string(server_->Port());
-  return "{\"ready\":true,\"address\":" + JsonString(options_.address) + ",\"port\":" + port +
-         ",\"url\":" + JsonString("http://" + name + ":" + port + "/") + "}";
+  return "http://" + name + ":" + std::to_string(server_->Port()) + "/";
+}
+
+std::string DevelopmentHost::ReadyLine() const {
+  return "{\"ready\":true,\"address\":" + JsonString(options_.address) +
+         ",\"port\":" + std::to_string(server_->Port()) + ",\"url\":" + JsonString(Url()) + "}";
 }
 
 }  // namespace Kest::Host

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/maybe_type.h"
 #include "host/clock/host_clock.h"
@@ -21,6 +22,7 @@
 #include "host/session/clock_driver.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
+#include "host/session/readiness.h"
 #include "host/session/service_event_thread.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
@@ -43,6 +45,12 @@ class DevelopmentHost {
   // Stops the plugin, responds to what still waits and ends the server. Called once.
   Maybe<Nothing> Stop();
 
+  // Waits until nothing is left to do. Returns why the plugin is not ready all the same, in words
+  // for people; nothing when it is. REQUIRES: started.
+  std::vector<std::string> AwaitReady();
+
+  // "http://127.0.0.1:8510/". REQUIRES: started.
+  std::string Url() const;
   // {"ready":true,...} on one line. REQUIRES: started.
   std::string ReadyLine() const;
 
@@ -67,7 +75,9 @@ class DevelopmentHost {
   SessionManager sessions_;
   Scenarios scenarios_;
   ClockDriver clockDriver_;
+  Readiness readiness_;
   HostControl control_;
+  SiblingPages siblings_;
   RequestGuard guard_;
   RequestRouter router_;
   std::unique_ptr<FileWatch> worldWatch_;  // end before what they call

@@ -63,6 +63,10 @@ HostControl::HostControl(const std::vector<ControlGroup>& groups, SessionManager
   }
 }
 
+bool HostControl::Has(std::string_view path) {
+  return ControlParts(path).has_value();
+}
+
 bool HostControl::NeedsTask(std::string_view method, std::string_view path) {
   const auto parts = ControlParts(path);
   if (!parts) return false;

@@ -20,11 +20,14 @@ class HostControl {
   // `sessions` outlives the control. Every row has a description.
   HostControl(const std::vector<ControlGroup>& groups, SessionManager* sessions);
 
-  // [any thread] Whether Handle must be called on a task for this request. Streams and what is not
-  // served at all do not wait for tasks.
+  // [any thread] Whether a request of that path is the control's: the index, and all below
+  // "/_host".
+  static bool Has(std::string_view path);
+  // [any thread] Whether Handle must be called on a task for this request. Streams do not
+  // wait for tasks.
   static bool NeedsTask(std::string_view method, std::string_view path);
 
-  // [task], or any thread where NeedsTask says so. Serves a request that is not the plugin's.
+  // [task], or any thread where NeedsTask says so. Serves a request whose path Has accepts.
   HttpResponse Handle(const HttpRequest& request);
 
  private:

@@ -18,12 +18,13 @@ struct HostOptions {
   uint64_t seed = 1;
   ClockSetting clock = {};
   std::vector<std::string> allowedOrigins = {};  // of pages, besides loopback
-  bool signsIn = true;                           // the player is signed in when a session begins
-  bool untilInputCloses = false;                 // ends also when standard input is closed
-  std::string scenario = "sample";               // of those inside the program
-  std::string stateFolder = {};                  // keeps the world; empty: nothing is kept
-  bool followsWorld = false;                     // a saved world file takes effect
-  bool followsPlugin = false;                    // a rebuilt library is loaded
+  std::string assetFolder = {};     // of files that pages find beside the plugin; empty: none
+  bool signsIn = true;              // the player is signed in when a session begins
+  bool untilInputCloses = false;    // ends also when standard input is closed
+  std::string scenario = "sample";  // of those inside the program
+  std::string stateFolder = {};     // keeps the world; empty: nothing is kept
+  bool followsWorld = false;        // a saved world file takes effect
+  bool followsPlugin = false;       // a rebuilt library is loaded
   LogSettings log = {};
 };
 

@@ -8,6 +8,7 @@
 
 #include "base/platform.h"
 #include "host/cause/cause.h"
+#include "host/http/entity_tag.h"
 #include "host/http/http_responses.h"
 #include "host/http/request_target.h"
 #include "host/json/json.h"
@@ -22,10 +23,6 @@ constexpr std::string_view kAllPluginMethods = "DELETE, GET, HEAD, OPTIONS, PATC
 bool IsPluginMethod(std::string_view method) {
   return !method.empty() && std::find(std::begin(kMethodNames), std::end(kMethodNames), method) !=
                                 std::end(kMethodNames);
-}
-
-bool OnlyReads(std::string_view method) {
-  return method == "GET" || method == "HEAD";
 }
 
 constexpr std::string_view kTokenPath = "/_host/token";
@@ -71,8 +68,13 @@ void AddResponse(Timeline* timeline, uint64_t request, const HttpRequest& asked,
 }  // namespace
 
 RequestRouter::RequestRouter(Scheduler* scheduler, SessionManager* sessions, HostControl* control,
-                             Traffic* traffic, HostLog* log)
-    : scheduler_(scheduler), sessions_(sessions), control_(control), traffic_(traffic), log_(log) {}
+                             const SiblingPages* siblings, Traffic* traffic, HostLog* log)
+    : scheduler_(scheduler),
+      sessions_(sessions),
+      control_(control),
+      siblings_(siblings),
+      traffic_(traffic),
+      log_(log) {}
 
 std::optional<HttpResponse> RequestRouter::Refuse(const HttpRequest& request) {
   const bool isControl =
@@ -97,6 +99,10 @@ void RequestRouter::Dispatch(HttpRequest request, const Respond& respond) {
     if (!IsPluginMethod(request.method)) return respond(MethodProblem(kAllPluginMethods));
     return RunTask(std::move(request), respond,
                    [this](const HttpRequest& asked) { return AskPlugin(asked); });
+  }
+  if (!HostControl::Has(path)) {
+    return RunTask(std::move(request), respond,
+                   [this](const HttpRequest& asked) { return AskSibling(asked); });
   }
   if (!HostControl::NeedsTask(request.method, path)) return respond(control_->Handle(request));
   RunTask(std::move(request), respond,
@@ -126,7 +132,11 @@ HttpResponse RequestRouter::AskPlugin(const HttpRequest& request) {
   if (session == nullptr) return ProblemResponse(503, "The plugin is not running.");
   const uint64_t row = AddRequest(&traffic_->Rows(), RowKind::kRequest, request);
   const CauseScope scope(row);
-  HttpResponse response = session->Request(request);
+  HttpRequest asked = request;
+  // A reader of the head alone means that of the resource, unless the plugin has its own.
+  if (asked.method == "HEAD" && !session->Takes(asked.method)) asked.method = "GET";
+  HttpResponse response = session->Request(asked);
+  ApplyEntityTag(request, &response);
   AddResponse(&traffic_->Rows(), row, request, response);
   response.headers.emplace_back("X-Loot-Host-Row", std::to_string(row));
   if (response.status < 400) return response;
@@ -143,6 +153,12 @@ HttpResponse RequestRouter::AskControl(const HttpRequest& request) {
   HttpResponse response = control_->Handle(request);
   AddResponse(&traffic_->Rows(), row, request, response);
   response.headers.emplace_back("X-Loot-Host-Row", std::to_string(row));
+  return response;
+}
+
+HttpResponse RequestRouter::AskSibling(const HttpRequest& request) {
+  HttpResponse response = siblings_->Handle(request);
+  ApplyEntityTag(request, &response);
   return response;
 }
 

@@ -64,9 +64,10 @@ sums() {
 
 assemble_windows() {
   local root=$1 file
-  put build/package-windows/loot/vwm-be-tav-loot.dll "$root/vwm-be-tav-loot.dll" 755
+  put build/package-windows/bin/vwm-be-tav-loot.dll "$root/vwm-be-tav-loot.dll" 755
+  put build/package-windows/bin/tav-loot-host.exe "$root/tav-loot-host.exe" 755
   put plugin/host_interface.h "$root/include/plugin/host_interface.h"
-  put docs/host-interface.md "$root/doc/host-interface.md"
+  for file in host-interface api development-host worlds; do put "docs/$file.md" "$root/doc/$file.md"; done
   for file in minimal_host.c system.h system_windows.c; do put "tests/load/$file" "$root/example/tests/load/$file"; done
   note packaging/windows.md "$root/README.md"
   licenses windows "$root/LICENSES.txt"

@@ -44,6 +44,14 @@ check_needs() {
   done
 }
 
+# check_imports PROGRAM: a Windows program that needs nothing but what is part of Windows.
+check_imports() {
+  local foreign
+  foreign=$(i686-w64-mingw32-objdump -p "$1" | sed -n 's/.*DLL Name: //p' | tr -d '\r' |
+    grep -vixE '(advapi32|bcrypt|kernel32|msvcrt|mswsock|rpcrt4|ws2_32)\.dll' || true)
+  [ -z "$foreign" ] || fail "$1 needs $foreign"
+}
+
 check_contents() {
   rm -rf "$unpacked"
   mkdir -p "$unpacked"
@@ -58,7 +66,8 @@ check_contents() {
   cmake -DOBJDUMP="$(command -v i686-w64-mingw32-objdump)" -DLIBRARY="$dll" -P tests/load/check_dll.cmake
   cmake -DNM="$(command -v nm)" -DLIBRARY="$place/vwm-be-tav-loot.so" -P tests/load/check_exports.cmake
   check_needs "$place"/*
-  check_paths "$dll" "$place"/*
+  check_imports "$unpacked/$windows/tav-loot-host.exe"
+  check_paths "$dll" "$unpacked/$windows/tav-loot-host.exe" "$place"/*
   check_header gcc g++ "$unpacked/$linux/usr/include/tav-loot"
   check_header i686-w64-mingw32-gcc-posix i686-w64-mingw32-g++-posix "$unpacked/$windows/include"
   dpkg-deb --root-owner-group --build "$unpacked/$linux" "$unpacked/package.deb" >/dev/null
@@ -80,19 +89,23 @@ run_example() { # run_example WHAT COMMAND...
   echo "Proved: $what, $(grep -c 'as expected' "$log") steps of the C host as expected"
 }
 
-# The packed development host, started through its link, signs its player in and returns an inventory.
+# check_development_host WHAT COMMAND...: a packed development host returns its player's inventory, and ends when its
+# standard input does.
 check_development_host() {
-  local url items pid ready=$unpacked/ready
-  "$unpacked/$linux/usr/bin/tav-loot-host" --port 0 >"$ready" 2>"$unpacked/host.log" &
+  local what=$1 url items pid ready=$unpacked/ready input=$unpacked/input
+  shift
+  rm -f "$ready" "$input"
+  mkfifo "$input"
+  "$@" --port 0 --until-stdin-closes <"$input" >"$ready" 2>"$unpacked/host.log" &
   pid=$!
-  for _ in {1..100}; do [ -s "$ready" ] && break; sleep 0.1; done
+  exec 3>"$input"
+  for _ in {1..300}; do [ -s "$ready" ] && break; sleep 0.1; done
   url=$(jq -r '.url | rtrimstr("/")' "$ready") || true
-  items=$(curl -sf --max-time 30 -X POST "$url/_host/login" >/dev/null &&
-    curl -sf --max-time 30 "$url/tav-loot/v2/player-loot-map" | jq '.playerLoot | length') || true
-  kill "$pid"
-  wait "$pid" || fail "the development host ended with a failure"
-  [ "${items:-0}" -gt 0 ] || { tail -n 20 "$unpacked/host.log"; fail "the development host gave no inventory"; }
-  echo "Proved: the development host, an inventory of $items items"
+  items=$(curl -sf --max-time 30 "$url/tav-loot/v2/player-loot-map" | jq '.playerLoot | length') || true
+  exec 3>&-
+  wait "$pid" || fail "$what ended with a failure"
+  [ "${items:-0}" -gt 0 ] || { tail -n 20 "$unpacked/host.log"; fail "$what gave no inventory"; }
+  echo "Proved: $what, an inventory of $items items"
 }
 
 check_running() {
@@ -100,13 +113,14 @@ check_running() {
   compile_example gcc "$usr/include/tav-loot" "$usr/share/doc/vwm-be-tav-loot/examples" system_posix.c \
     "$unpacked/minimal_host" -pthread -ldl
   run_example "the library for Linux" "$unpacked/minimal_host" "$usr/lib/x86_64-linux-gnu/tav-loot/vwm-be-tav-loot.so"
-  check_development_host
+  check_development_host "the development host for Linux" "$unpacked/$linux/usr/bin/tav-loot-host"  # through its link
 
   compile_example i686-w64-mingw32-gcc-posix "$dll_root/include" "$dll_root/example" system_windows.c \
     "$dll_root/minimal_host.exe" -static
   if script/wine --prepare; then
     (cd "$dll_root" && run_example "the DLL for Windows" "$OLDPWD/script/wine" ./minimal_host.exe vwm-be-tav-loot.dll)
+    check_development_host "the development host for Windows" script/wine "$dll_root/tav-loot-host.exe"
   else
-    echo "SKIPPED: the DLL was built and inspected, but not loaded: Wine cannot be had on this machine"
+    echo "SKIPPED: the DLL was built and inspected, but neither loaded nor served: Wine cannot be had on this machine"
   fi
 }

@@ -43,8 +43,8 @@ constexpr std::string_view kFirstComment = "\r\n: connected\n\n";
 
 // What a page of an allowed origin may send.
 constexpr std::string_view kPageMethods = "DELETE, GET, HEAD, PATCH, POST, PUT";
-constexpr std::string_view kPageHeaders = "Accept, Content-Type, Last-Event-ID";
-constexpr std::string_view kReadableHeaders = "X-Loot-Host-Row, X-Loot-Host-Refusal";
+constexpr std::string_view kPageHeaders = "Accept, Content-Type, If-None-Match, Last-Event-ID";
+constexpr std::string_view kReadableHeaders = "ETag, X-Loot-Host-Row, X-Loot-Host-Refusal";
 constexpr std::string_view kPreflightSeconds = "600";
 
 }  // namespace
@@ -159,6 +159,7 @@ HttpRequest HttpConnection::DescribeRequest() const {
   request.contentType = FieldOf(message, http::field::content_type);
   request.accept = ListOf(message, http::field::accept);
   request.lastEventId = Copy(message["Last-Event-ID"]);
+  request.ifNoneMatch = ListOf(message, http::field::if_none_match);
   request.isReserved = isReserved_;
   SplitAbsoluteTarget(&request);
   return request;
@@ -251,7 +252,9 @@ void HttpConnection::Complete(HttpResponse response, bool andClose) {
   response_.result(static_cast<unsigned>(response.status));
   response_.reason(std::string(ReasonPhrase(response.status)));
   response_.set(http::field::server, View(kServerName));
-  response_.set(http::field::cache_control, "no-store");
+  // A reader may keep what has a tag, and asks each time whether it is still that.
+  response_.set(http::field::cache_control, response.entityTag.empty() ? "no-store" : "no-cache");
+  if (!response.entityTag.empty()) response_.set(http::field::etag, response.entityTag);
   response_.set("X-Content-Type-Options", "nosniff");
   if (!response.allow.empty()) response_.set(http::field::allow, response.allow);
   for (const auto& [name, value] : response.headers) response_.set(name, value);
@@ -262,9 +265,10 @@ void HttpConnection::Complete(HttpResponse response, bool andClose) {
     response_.insert(http::field::vary, "Origin");
   }
   if (!response.contentType.empty()) response_.set(http::field::content_type, response.contentType);
-  if (response.status != 204) response_.content_length(response.body.size());
+  const bool hasBody = response.status != 204 && response.status != 304;
+  if (hasBody) response_.content_length(response.body.size());
   response_.keep_alive(!closeAfter_);
-  if (!onlyHead && response.status != 204) response_.body() = std::move(response.body);
+  if (!onlyHead && hasBody) response_.body() = std::move(response.body);
   serializer_.emplace(response_);
   serializer_->limit(kWriteBytes);
   WriteSome();

@@ -19,6 +19,7 @@ struct HttpRequest {
   std::string contentType;  // of `body`
   std::string accept;       // the Accept headers, as one list
   std::string lastEventId;  // the Last-Event-ID header
+  std::string ifNoneMatch;  // the If-None-Match headers, as one list
   std::string body;
   bool isReserved = false;  // came on a connection that is kept for controls
 };
@@ -38,6 +39,7 @@ struct HttpResponse {
   std::string allow = {};                                         // the methods a 405 names
   std::vector<std::pair<std::string, std::string>> headers = {};  // names with values
   bool variesByAccept = false;                   // what was accepted decided about the body
+  std::string entityTag = {};                    // with its quotes; without one it is not kept
   std::unique_ptr<HttpStream> stream = nullptr;  // instead of `body`
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "host/http/entity_tag.h"
 #include "host/http/header_text.h"
 #include "host/http/http_responses.h"
 
@@ -20,10 +21,6 @@ std::string_view WithoutPort(std::string_view hostAndPort) {
       !port.empty() && port.size() <= 5 &&
       std::all_of(port.begin(), port.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
   return isPort ? hostAndPort.substr(0, colon) : hostAndPort;
-}
-
-bool OnlyReads(std::string_view method) {
-  return method == "GET" || method == "HEAD";
 }
 
 }  // namespace

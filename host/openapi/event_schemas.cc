@@ -19,17 +19,38 @@ Json UriSchema(const std::string& pathTemplate) {
   return {{"type", "string"}, {"pattern", PathPattern(pathTemplate)}};
 }
 
-Json EventSchema(const KestEndpoint& endpoint, const ApiHelp& help) {
-  const std::string path = RepairUtf8(View(endpoint.pathTemplate));
-  Json type = {{"type", "string"}, {"enum", {"Create", "Update", "Delete"}}};
-  Json properties = {
-      {"uri", UriSchema(path)},
-      {"eventType", std::move(type)},
-      {"data", ValueSchema(help, View(endpoint.result.name), View(endpoint.result.element))}};
+Json Reference(const std::string& name) {
+  return {{"$ref", "#/components/schemas/" + name}};
+}
+
+Json Object(const std::string& description, Json properties) {
+  Json required = Json::array();
+  for (const auto& [name, schema] : properties.items()) required.push_back(name);
   return {{"type", "object"},
-          {"description", "A change of " + DocumentPath(path) + ". A deletion has no data."},
+          {"description", description},
           {"properties", std::move(properties)},
-          {"required", {"uri", "eventType"}}};
+          {"required", std::move(required)}};
+}
+
+// Two schemas, so that a type made from them has the data exactly where it is, and their union.
+void AppendEvent(const KestEndpoint& endpoint, const ApiHelp& help, const std::string& name,
+                 NamedSchemas* schemas) {
+  const std::string path = RepairUtf8(View(endpoint.pathTemplate));
+  const std::string shown = DocumentPath(path);
+  const std::string change = name + "ChangeEvent";
+  const std::string deletion = name + "DeletionEvent";
+  schemas->emplace_back(change,
+                        Object("A new value of " + shown + ".",
+                               {{"uri", UriSchema(path)},
+                                {"eventType", {{"type", "string"}, {"enum", {"Create", "Update"}}}},
+                                {"data", ValueSchema(help, View(endpoint.result.name),
+                                                     View(endpoint.result.element))}}));
+  schemas->emplace_back(
+      deletion,
+      Object("The end of " + shown + ".",
+             {{"uri", UriSchema(path)}, {"eventType", {{"type", "string"}, {"const", "Delete"}}}}));
+  schemas->emplace_back(name + "Event", Json{{"description", "What happens to " + shown + "."},
+                                             {"anyOf", {Reference(change), Reference(deletion)}}});
 }
 
 }  // namespace
@@ -40,9 +61,9 @@ NamedSchemas ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& h
   for (size_t i = 0; i < api.endpointCount; ++i) {
     const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     if (endpoint.methodId != kGet || endpoint.result.name.size == 0) continue;
-    std::string name = SchemaName(View(endpoint.functionName)) + "Event";
-    all.push_back({{"$ref", "#/components/schemas/" + name}});
-    schemas.emplace_back(std::move(name), EventSchema(endpoint, help));
+    const std::string name = SchemaName(View(endpoint.functionName));
+    AppendEvent(endpoint, help, name, &schemas);
+    all.push_back(Reference(name + "Event"));
   }
   Json any = {{"description", "What an event of the kind \"resource\" reports."}};
   if (!all.empty()) any["anyOf"] = std::move(all);

@@ -8,9 +8,10 @@
 
 namespace Kest::Host {
 
-// What the event stream reports of the plugin's resources: one schema for each resource that can be
-// read, named after the function that reads it ("GetEnabledEvent"), and last "ResourceEvent", any
-// one of them.
+// What the event stream reports of the plugin's resources: for each resource that can be read,
+// named after the function that reads it, "GetEnabledChangeEvent" with data,
+// "GetEnabledDeletionEvent" without, and "GetEnabledEvent", either; and last "ResourceEvent", any
+// of them all.
 NamedSchemas ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& help);
 
 // By name, the events the plugin's API names, with their descriptions and payload schemas.

@@ -33,11 +33,13 @@ Maybe<Json> AllSchemas(const KestApiDescriptor& api, const ApiHelp& help) {
   return all;
 }
 
-Json ProblemResponses() {
+Json SharedResponses() {
   const Json schema = {{"$ref", "#/components/schemas/Problem"}};
   return {{"Problem",
            {{"description", "A failure"},
-            {"content", {{"application/problem+json", {{"schema", schema}}}}}}}};
+            {"content", {{"application/problem+json", {{"schema", schema}}}}}}},
+          {"NotModified",
+           {{"description", "The result still has the `ETag` that `If-None-Match` names"}}}};
 }
 
 }  // namespace
@@ -61,7 +63,7 @@ Maybe<std::string> MakeOpenApiDocument(const DescribedPlugin& plugin) {
       {"tags", tags},
       {"paths", std::move(paths)},
       {"components",
-       {{"schemas", std::move(schemas.GetValue())}, {"responses", ProblemResponses()}}},
+       {{"schemas", std::move(schemas.GetValue())}, {"responses", SharedResponses()}}},
       {"x-events", NamedEvents(help.GetValue())}});
 }
 

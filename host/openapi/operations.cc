@@ -136,6 +136,9 @@ Json ResponsesOf(const Described& route) {
   } else {
     responses["204"] = {{"description", "Done; there is no result"}};
   }
+  if (responses.contains("200") && MethodName(route.endpoint.methodId) == "GET") {
+    responses["304"] = {{"$ref", "#/components/responses/NotModified"}};
+  }
   responses["default"] = {{"$ref", "#/components/responses/Problem"}};
   return responses;
 }

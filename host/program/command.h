@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kest::Host {
 
@@ -19,6 +20,7 @@ inline constexpr int kUsageError = 2;
 // What subcommands know of the program that is running.
 struct ProgramContext {
   std::string folder;                 // of the executable, with its last separator
+  std::vector<std::string> command;   // another program and its arguments: what follows "--"
   const CLI::App* program = nullptr;  // with every subcommand and option
 };
 
@@ -26,12 +28,13 @@ struct ProgramContext {
 using RunCommand = std::function<int()>;
 
 // Gives `app`, the subcommand's, its options, examples and exit statuses. `context` outlives what
-// is returned.
+// is returned; its command is known when that is called.
 using DescribeCommand = RunCommand (*)(CLI::App& app, const ProgramContext& context);
 
 RunCommand DescribeServe(CLI::App& app, const ProgramContext& context);  // without a subcommand
 
 RunCommand DescribeCheck(CLI::App& app, const ProgramContext& context);
+RunCommand DescribeExec(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeCompletion(CLI::App& app, const ProgramContext& context);
 
 // Writes "tav-loot-host: <text>" to standard error and returns kFailed.

@@ -16,6 +16,10 @@ _tav_loot_host() {
   if [ "$before" = = ]; then before=${COMP_WORDS[COMP_CWORD - 2]}; fi
   for ((i = 1; i < COMP_CWORD; ++i)); do
     case ${COMP_WORDS[i]} in
+      --)
+        if declare -F _command_offset >/dev/null; then _command_offset $((i + 1)); fi
+        return
+        ;;
 )";
 constexpr std::string_view kScriptMiddle = R"(    esac
   done
@@ -87,7 +91,7 @@ std::string BashCompletion(const CLI::App& program) {
   std::string words = WordCase(program, "");
   for (const CLI::App* subcommand : SubcommandsOf(program)) {
     const std::string& name = subcommand->get_name();
-    script += "      " + name + ") command=" + name + " && break ;;\n";
+    script += "      " + name + ") command=" + name + " ;;\n";
     cases += ValueCases(*subcommand, name);
     words += WordCase(*subcommand, name);
   }

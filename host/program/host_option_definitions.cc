@@ -80,6 +80,10 @@ void AddNetworkOptions(CLI::App& app, HostOptions* options) {
       ->type_name("NUMBER")
       ->check(IsInteger<uint16_t>)
       ->capture_default_str();
+  app.add_option("--assets", options->assetFolder,
+                 "A folder of pictures: a page finds FOLDER/fe/x.png at /fe/x.png")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory.description(""));
   app.add_option("--allow-origin", options->allowedOrigins,
                  "A page of this origin may use the host, too, for example https://shop.test:3000; "
                  "repeatable")

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -14,10 +15,13 @@ struct CommandRow {
   const char* name;
   const char* summary;
   DescribeCommand describe;
+  bool runsCommand = false;  // another program, named after "--"
 };
 
 constexpr CommandRow kCommands[] = {
     {"check", "Checks world files and prints what is wrong with them", DescribeCheck},
+    {"exec", "Runs a command against a host of its own: exec [OPTIONS] -- COMMAND [ARGUMENTS]",
+     DescribeExec, true},
     {"completion", "Prints a script that completes this program's arguments", DescribeCompletion},
 };
 
@@ -38,34 +42,58 @@ class Program {
     serve_ = DescribeServe(app_, context_);
     for (const CommandRow& row : kCommands) {
       CLI::App* const app = app_.add_subcommand(row.name, row.summary);
-      app->callback([this] { RefuseServeOptions(app_); });
-      commands_.emplace_back(app, row.describe(*app, context_));
+      commands_.push_back({app, row.describe(*app, context_), row.runsCommand});
     }
     app_.require_subcommand(0, 1);
   }
 
   int Run(int argc, const char* const* argv) {
+    // What follows "--" belongs to another program and is not looked into.
+    int own = 1;
+    while (own < argc && std::strcmp(argv[own], "--") != 0) ++own;
+    if (own < argc) context_.command.assign(argv + own + 1, argv + argc);
     try {
-      app_.parse(argc, argv);
+      app_.parse(own, argv);
+      CheckChoice();
     } catch (const CLI::ParseError& error) {
       return app_.exit(error) == 0 ? kSucceeded : kUsageError;
     }
-    return Chosen()();
+    const Choice* const chosen = Chosen();
+    return chosen == nullptr ? serve_() : chosen->run();
   }
 
  private:
-  const RunCommand& Chosen() const {
-    for (const auto& [app, run] : commands_) {
-      if (app->parsed()) return run;
+  struct Choice {
+    const CLI::App* app;
+    RunCommand run;
+    bool runsCommand;
+  };
+
+  // The subcommand; null when there is none.
+  const Choice* Chosen() const {
+    for (const Choice& command : commands_) {
+      if (command.app->parsed()) return &command;
     }
-    return serve_;
+    return nullptr;
+  }
+
+  void CheckChoice() const {
+    const Choice* const chosen = Chosen();
+    if (chosen != nullptr) RefuseServeOptions(app_);
+    const bool runsCommand = chosen != nullptr && chosen->runsCommand;
+    if (runsCommand && context_.command.empty()) {
+      throw CLI::ValidationError("exec", "name the command after --, as in exec -- npm test");
+    }
+    if (!runsCommand && !context_.command.empty()) {
+      throw CLI::ValidationError("--", "only exec runs a command");
+    }
   }
 
   CLI::App app_{"Runs the loot plugin against an emulated platform and serves it over HTTP.",
                 "tav-loot-host"};
   ProgramContext context_;
   RunCommand serve_;
-  std::vector<std::pair<const CLI::App*, RunCommand>> commands_;
+  std::vector<Choice> commands_;
 };
 
 }  // namespace

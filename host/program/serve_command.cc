@@ -1,11 +1,11 @@
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 
 #include "host/development_host.h"
 #include "host/program/command.h"
 #include "host/program/host_option_definitions.h"
+#include "host/program/run_host.h"
 #include "host/program/standard_error_mute.h"
 #include "host/program/stop_signal.h"
 #include "host/session/host_log.h"
@@ -23,19 +23,12 @@ constexpr char kServeFooter[] =
     "  tav-loot-host --allow-origin https://shop.test:3000\n"
     "Exit status: 0 stopped in order, 1 the host did not start or stop, 2 wrong options.";
 
-// Does not come back when tasks of the plugin still run: nothing may be taken from under them.
-int Fail(const Failure& failure) {
-  const int status = ReportFailure(failure.text);
-  if (failure.status == DevelopmentHost::kTooLate) std::_Exit(status);
-  return status;
-}
-
 int Serve(const HostOptions& options) {
   std::optional<StandardErrorMute> mute;
   if (options.log.least == LogLevel::kNone) mute.emplace();
   const auto fail = [&mute](const Failure& failure) {
     mute.reset();
-    return Fail(failure);
+    return FailHost(failure);
   };
   HostLog log(stderr, options.log);
   StopSignal signal;

@@ -8,13 +8,19 @@
 namespace Kest::Host {
 namespace {
 
+constexpr std::string_view kFrameEnd = "\n\n";
+
 // JSON holds raw line ends only between its tokens; the stream's own lines end there.
 void AppendOnOneLine(std::string* text, std::string_view json) {
   for (const char c : json) text->push_back(c == '\n' || c == '\r' ? ' ' : c);
 }
 
+std::string BeginOfData(std::string_view uri) {
+  return "{\"uri\":" + JsonString(uri) + ",\"eventType\":";
+}
+
 std::string MakeData(std::string_view uri, std::string_view eventType, std::string_view json) {
-  std::string data = "{\"uri\":" + JsonString(uri) + ",\"eventType\":" + JsonString(eventType);
+  std::string data = BeginOfData(uri) + JsonString(eventType);
   if (!json.empty()) {
     data += ",\"data\":";
     AppendOnOneLine(&data, json);
@@ -46,7 +52,7 @@ uint64_t EventStream::AppendFrame(std::string_view event, std::string_view data)
     const MutexLock lock(mutex_);
     id = last_ + 1;
     std::string frame = "id: " + std::to_string(id);
-    frame.append("\nevent: ").append(event).append("\ndata: ").append(data).append("\n\n");
+    frame.append("\nevent: ").append(event).append("\ndata: ").append(data).append(kFrameEnd);
     frames_.push_back(std::move(frame));
     bytes_ += frames_.back().size();
     last_ = id;
@@ -76,6 +82,22 @@ std::string EventStream::Read(uint64_t* position, size_t atMost) const {
     text.append(frame);
   }
   return text;
+}
+
+std::optional<PublishedEvent> EventStream::Find(uint64_t* position, std::string_view uri) const {
+  constexpr std::string_view kBegin = "\nevent: resource\ndata: ";
+  const std::string wanted = uri.empty() ? "" : BeginOfData(uri);
+  const MutexLock lock(mutex_);
+  const uint64_t first = last_ - frames_.size() + 1;
+  while (*position < last_) {
+    const std::string_view frame = frames_[++*position - first];
+    const size_t begin = frame.find(kBegin);
+    if (begin == std::string_view::npos) continue;
+    const std::string_view data = frame.substr(begin + kBegin.size());
+    if (!data.starts_with(wanted)) continue;
+    return PublishedEvent{*position, std::string(data.substr(0, data.size() - kFrameEnd.size()))};
+  }
+  return std::nullopt;
 }
 
 EventStream::Range EventStream::Held() const {

@@ -11,12 +11,18 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/mutex.h"
 
 namespace Kest::Host {
+
+struct PublishedEvent {
+  uint64_t id = 0;
+  std::string data;  // {"uri":..,"eventType":..,"data":..}
+};
 
 class EventStream {
  public:
@@ -45,6 +51,11 @@ class EventStream {
   // moves `*position` to the last one returned. Empty: there is nothing newer. A position this
   // stream never gave (from before a restart) gives a gap event and then all that is held.
   std::string Read(uint64_t* position, size_t atMost) const;
+
+  // The oldest event "resource" after `*position`, of `uri` unless that is empty; moves `*position`
+  // to it, or to the newest event when there is none.
+  // REQUIRES: `*position` is at least the one before the oldest that is held.
+  std::optional<PublishedEvent> Find(uint64_t* position, std::string_view uri) const;
 
   Range Held() const;
 

@@ -5,6 +5,7 @@
 
 #include "host/http/http_responses.h"
 #include "host/library/c_views.h"
+#include "host/library/methods.h"
 
 namespace Kest::Host {
 namespace {
@@ -140,6 +141,19 @@ HttpResponse PluginSession::Control(const HttpRequest& request, std::string_view
 void PluginSession::HandFaultsTo(World& next) const {
   const std::string kept = world_->KeptFaults();
   if (!kept.empty()) next.Control("PUT", "/faults", kept);
+}
+
+HttpResponse PluginSession::SiblingPage(std::string_view path) const {
+  const WorldResponse response = world_->SiblingPage(path);
+  return ToResponse(response.status, response.message, response.contentType, response.body);
+}
+
+bool PluginSession::Takes(std::string_view method) const {
+  const KestApiDescriptor& api = Api();
+  for (size_t i = 0; i < api.endpointCount; ++i) {
+    if (MethodName(KestEndpointAt(&api, i)->methodId) == method) return true;
+  }
+  return false;
 }
 
 std::string PluginSession::Version() const {

@@ -64,8 +64,12 @@ class PluginSession {
 
   // Sets the fault rules that outlive a reset in the world that comes next.
   void HandFaultsTo(World& next) const;
+  // What a page finds at a decoded path of a sibling plugin; 404 when there is nothing.
+  HttpResponse SiblingPage(std::string_view path) const;
 
   const KestApiDescriptor& Api() const { return *library_->Block().api; }
+  // Whether an endpoint of the plugin has that method.
+  bool Takes(std::string_view method) const;
   std::string FullName() const { return library_->Block().fullName; }
   std::string Version() const;
   KestStatistics Statistics() const;

@@ -71,6 +71,7 @@ Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<PluginLibrary> librar
   const CauseScope scope(
       surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "start"}));
   session_ = std::make_unique<PluginSession>(std::move(library), std::move(world), surroundings_);
+  ++number_;
   if (!session_->Start()) {
     session_.reset();
     return Failure{"The plugin " + libraryPath_ + " did not start."};

@@ -4,6 +4,7 @@
 // Threads: [task] on the scheduler's tasks, except where a function says otherwise.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -34,6 +35,9 @@ class SessionManager {
   // For the sessions that begin from now on.
   void SetLibraryPath(std::string path) { libraryPath_ = std::move(path); }
 
+  // How many sessions there have been: that of the running one.
+  uint64_t Number() const { return number_; }
+
   // [any thread] Called by the service events' thread, which is paused while sessions change.
   void DeliverServiceEvent(const ServiceEventThread::Event& event);
 
@@ -46,6 +50,7 @@ class SessionManager {
   const bool signsIn_;
   const PluginSession::Surroundings surroundings_;
   std::unique_ptr<PluginSession> session_;
+  uint64_t number_ = 0;
   bool changing_ = false;
 };
 

@@ -114,19 +114,25 @@ void Scheduler::WaitEnd() {
   waitHasChanged_ = true;
 }
 
+bool Scheduler::WatchUntil(std::chrono::milliseconds limit, const std::function<bool()>& holds) {
+  const Clock::time_point end = Clock::now() + limit;
+  ++watchers_;
+  bool held = false;
+  while (!(held = holds()) && Clock::now() < end && !Closed()) Yield();
+  --watchers_;
+  return held;
+}
+
 bool Scheduler::WaitUntilQuiet(std::chrono::milliseconds limit,
                                const std::function<bool()>& alsoQuiet,
                                const std::function<bool()>& waitsForTime) {
-  const Clock::time_point end = Clock::now() + limit;
-  ++watchers_;
   idleRounds_ = 0;
   bool quiet = false;
-  // What feeds the queue from outside is asked first: once it is quiet it queues nothing more.
-  while (!(quiet = alsoQuiet() && OthersQuiet()) && Clock::now() < end && !Closed() &&
-         !(clock_.IsFrozen() && idleRounds_ >= kSettledAfter && waitsForTime())) {
-    Yield();
-  }
-  --watchers_;
+  WatchUntil(limit, [&] {
+    // What feeds the queue from outside is asked first: once it is quiet it queues nothing more.
+    quiet = alsoQuiet() && OthersQuiet();
+    return quiet || (clock_.IsFrozen() && idleRounds_ >= kSettledAfter && waitsForTime());
+  });
   return quiet;
 }
 

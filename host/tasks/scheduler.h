@@ -95,10 +95,12 @@ class Scheduler {
   // [task] What this task waits for, for display only.
   void WaitBegin(std::string_view label);
   void WaitEnd();
+  // [task] Waits until `holds()`. False: `limit` passed or the scheduler was closed first. Tasks
+  // that wait here keep none busy that wait until quiet.
+  bool WatchUntil(std::chrono::milliseconds limit, const std::function<bool()>& holds);
   // [task] Waits until every other task has ended, none is queued and `alsoQuiet()` holds. False:
   // `limit` passed or the scheduler was closed first, or the tasks have settled and what is left
-  // waits for a frozen clock: `waitsForTime()` says so. Tasks that wait here do not keep
-  // each other busy.
+  // waits for a frozen clock: `waitsForTime()` says so.
   bool WaitUntilQuiet(
       std::chrono::milliseconds limit, const std::function<bool()>& alsoQuiet,
       const std::function<bool()>& waitsForTime = [] { return false; });
@@ -147,7 +149,7 @@ class Scheduler {
   std::vector<std::unique_ptr<RunningTask>> started_;  // in order of their start
   std::vector<std::unique_ptr<Fiber>> spare_;
   RunningTask* current_ = nullptr;
-  size_t watchers_ = 0;          // tasks inside WaitUntilQuiet
+  size_t watchers_ = 0;          // tasks inside WatchUntil
   size_t settlers_ = 0;          // tasks inside WaitUntilSettled
   size_t idleRounds_ = 0;        // how often in a row all tasks have been taken up in vain
   bool waitHasChanged_ = false;  // a task began or ended a wait in this round

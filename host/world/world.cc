@@ -1,5 +1,7 @@
 #include "host/world/world.h"
 
+#include "host/world/artwork/artwork.h"
+#include "host/world/artwork/tile.h"
 #include "host/world/controls/controls.h"
 #include "host/world/controls/platform.h"
 #include "host/world/controls/world_view.h"
@@ -133,6 +135,14 @@ std::optional<WorldEvent> World::PresentValue(std::string_view path) {
   const std::string* text = platform_->board.Find(path);
   if (text == nullptr) return std::nullopt;
   return Passed(*platform_, ResourceBoard::Event(path, "Create", *text));
+}
+
+WorldResponse World::SiblingPage(std::string_view path) const {
+  if (const std::string* text = platform_->board.Find(path)) return WorldJson(*text);
+  if (const auto artwork = FindArtwork(platform_->data, path)) {
+    return {200, "image/svg+xml", DrawTile(*artwork), ""};
+  }
+  return WorldFailure(404, "Nothing is served at " + std::string(path));
 }
 
 WorldResponse World::Control(std::string_view method, std::string_view path,

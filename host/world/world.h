@@ -47,6 +47,9 @@ class World {
   // The event "Create" with the present value of a resource, which the host delivers right after a
   // subscription; nothing when there is no such resource.
   std::optional<WorldEvent> PresentValue(std::string_view path);
+  // What a page finds at a decoded path of a sibling plugin: its resource as JSON, or a picture
+  // that things of the world name, drawn. Status 404 when there is neither.
+  WorldResponse SiblingPage(std::string_view path) const;
   // Handles a control endpoint. `path` is below "/_host": "/world", "/login", "/logout", ...
   WorldResponse Control(std::string_view method, std::string_view path, std::string_view body);
   // Reads the time in milliseconds from `now`, whose start is arbitrary, instead of from the

@@ -86,11 +86,13 @@ async function readStream(lastEventId) {
   );
 }
 
+const changeOf = (name) => name.replace(/Event$/, "ChangeEvent");
+
 // The schemas whose "uri" fits; all others are not about this resource.
 function schemasFor(uri) {
   return document.components.schemas.ResourceEvent.anyOf
     .map(({ $ref }) => $ref.split("/").pop())
-    .filter((name) => misfit(["components", "schemas", name, "properties", "uri"], uri) === "");
+    .filter((name) => misfit(["components", "schemas", changeOf(name), "properties", "uri"], uri) === "");
 }
 
 async function followEvents() {

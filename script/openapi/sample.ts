@@ -117,14 +117,43 @@ export function isRedeemable(item: PlayerLoot): boolean {
   return status === "REDEEMABLE" || status === "REDEEMABLE_RENTAL";
 }
 
+// What the plugin publishes, by the paths of the document: "{lootId}" in one stands for any text in `uri`.
+type Filled<P extends string> = P extends `${infer Before}{${string}}${infer After}`
+  ? `${Before}${string}${Filled<After>}`
+  : P;
+type ReadPath<P extends keyof paths> = P extends `/tav-loot/${string}` ? (paths[P]["get"] extends object ? P : never) : never;
+type Events = {
+  [P in keyof paths as ReadPath<P>]:
+    | { uri: Filled<P>; eventType: "Create" | "Update"; data: Result<P, "get"> }
+    | { uri: Filled<P>; eventType: "Delete" };
+};
+type LootEvent = Events[keyof Events];
+type ItemEvent = Events["/tav-loot/v1/player-loot/{lootId}"];
+
+// The document's own schemas say the same.
+type Change = Schemas["GetEnabledChangeEvent"];
+type Deletion = Schemas["GetEnabledDeletionEvent"];
+export const sameEvents: [
+  Same<Pick<Events["/tav-loot/v1/enabled"], "uri" | "eventType">, Pick<Change | Deletion, "uri" | "eventType">>,
+  Same<Extract<Schemas["GetEnabledEvent"], { data: unknown }>, Change>,
+] = [true, true];
+
+// An item's path, and not one below it.
+const isItemEvent = (event: LootEvent): event is ItemEvent => /^\/tav-loot\/v1\/player-loot\/[^/]+$/.test(event.uri);
+
 // The live page: `uri` and `eventType` say what `data` is.
-export function follow(onEnabled: (enabled: boolean) => void, onMap: (map: Schemas["PlayerLootMap"]) => void) {
+export function follow(
+  onEnabled: (enabled: boolean) => void,
+  onMap: (map: Schemas["PlayerLootMap"]) => void,
+  onItem: (item: PlayerLoot) => void,
+) {
   const source = new EventSource("/_host/events");
   source.addEventListener("resource", ({ data }: MessageEvent<Schemas["EventStreamMessage"]["data"]>) => {
-    const event = JSON.parse(data) as Schemas["GetEnabledEvent"] | Schemas["GetPlayerLootMapV2Event"];
+    const event = JSON.parse(data) as LootEvent;
     if (event.eventType === "Delete") return;
-    if (event.uri === "/tav-loot/v1/enabled" && event.data !== undefined) onEnabled(event.data);
-    if (event.uri === "/tav-loot/v2/player-loot-map" && event.data !== undefined) onMap(event.data);
+    if (event.uri === "/tav-loot/v1/enabled") onEnabled(event.data);
+    if (event.uri === "/tav-loot/v2/player-loot-map") onMap(event.data);
+    if (isItemEvent(event)) onItem(event.data);
   });
   source.addEventListener("gap", ({ data }: MessageEvent<string>) => {
     const gap = JSON.parse(data) as Schemas["GapEvent"];

@@ -4,7 +4,7 @@
 const json = (body) => ({ body: JSON.stringify(body), type: "application/json" });
 
 export const first = ["ChooseScenario", "SaveSnapshot", "GetSnapshot", "RestoreSnapshot", "RemoveSnapshot", "ImportWorld", "Reset",
-  "SignIn", "AwaitIdle", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
+  "SignIn", "AwaitIdle", "GetReady", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
 
 export const samples = {
   GetPlayerLootById: { path: { lootId: "CHAMPION_RENTAL_13" } },
@@ -36,6 +36,7 @@ export const samples = {
   WithholdCollections: json({ withheld: false }),
   SetClock: json({ mode: "frozen", now: "2030-01-01T12:00:00Z" }),
   AdvanceClock: json({ milliseconds: 1000 }),
+  AwaitEvent: json({ path: "/tav-loot/v1/ready", after: 0 }),
   SetSummoner: json({ summonerLevel: 30 }),
   SetGameflow: json({ phase: null }),
   SetConfiguration: { path: { name: "PxhEnabled" }, ...json(true) },
@@ -66,6 +67,7 @@ export const refusals = [
   { status: 404, method: "GET", path: "/_host/timeline/99999999" },
   { status: 400, method: "GET", path: "/_host/timeline?kind=rumour" },
   { status: 400, method: "GET", path: "/_host/ledger?refused=maybe" },
+  { status: 400, method: "POST", path: "/_host/wait", type: "application/json", body: '{"where": {"count": 1}}' },
   { status: 404, method: "PUT", path: "/_host/collections/hats/1" },
   { status: 404, method: "POST", path: "/_host/scenario/nowhere" },
   { status: 400, method: "PUT", path: "/_host/import", type: "application/yaml", body: "name: [" },

@@ -66,7 +66,11 @@ class DevelopmentHostTest : public testing::Test {
   }
 
   HostLog log_{stderr, LogLevel::kNone};
-  DevelopmentHost host_{{.pluginPath = ECHO_PLUGIN, .worldPath = "", .port = 0, .signsIn = false},
+  DevelopmentHost host_{{.pluginPath = ECHO_PLUGIN,
+                         .worldPath = "",
+                         .port = 0,
+                         .assetFolder = KEST_TESTS_FOLDER,
+                         .signsIn = false},
                         &log_};
   uint16_t port_ = 0;
   bool stopped_ = false;
@@ -146,6 +150,23 @@ TEST_F(DevelopmentHostTest, PublishedEventsAreFollowedLiveAndFromAPlace) {
   EXPECT_EQ(again.ReadUpTo("\n\n"), frame);
   Ask(Simple("POST /_host/reset"));
   EXPECT_EQ(live.ReadUpTo("\n\n"), "id: 3\nevent: reset\ndata: {}\n\n");
+}
+
+TEST_F(DevelopmentHostTest, AWaitForAnEventMeetsItAndKeepsNothingBusy) {
+  const auto wait = [&](std::string_view body) {
+    return WithBody("POST /_host/wait", "application/json", body);
+  };
+  LoopbackClient waiting(port_);
+  waiting.Send(wait(R"({"where":{"/data":"second"}})"));
+  AwaitHealth("POST /_host/wait");
+  EXPECT_THAT(Ask(Simple("POST /_host/idle")), EndsWith(R"({"idle":true})"));
+  for (const char* json : {R"("first")", R"("second")", R"("third")"}) {
+    Ask(WithBody("POST /tav-loot/v1/publish", "application/json", json));
+  }
+  const char* const event =
+      R"({"id":2,"event":{"uri":"/tav-loot/v1/x","eventType":"Update","data":"second"}})";
+  EXPECT_THAT(waiting.ReadToEnd(), EndsWith(event));
+  EXPECT_THAT(Ask(wait(R"({"after":1})")), EndsWith(event));
 }
 
 TEST_F(DevelopmentHostTest, PagesOfThisMachineMayReadWhatIsServed) {

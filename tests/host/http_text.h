@@ -17,7 +17,7 @@ inline std::string RequestOf(std::string lines) {
 // The status lines, the headers that differ, and the end of the body.
 inline std::string Outline(const std::string& response) {
   std::string outline;
-  const std::regex telling("(HTTP/|Allow:|Vary:|Content-Type:|Access-Control-)[^\r]*\r\n");
+  const std::regex telling("(HTTP/|Allow:|ETag:|Vary:|Content-Type:|Access-Control-)[^\r]*\r\n");
   for (std::sregex_iterator line(response.begin(), response.end(), telling), end; line != end;
        ++line) {
     outline += line->str().substr(0, line->length() - 2) + "; ";

@@ -177,7 +177,7 @@ static void WaitBegin(const KestHostServices* self, KestText label) {
 static void WaitEnd(const KestHostServices* self) {
   (void)self;
 }
-static void Yield(const KestHostServices* self) {
+static void YieldTask(const KestHostServices* self) {
   RunNext(HostOf(self));
 }
 
@@ -201,7 +201,7 @@ static void InitHost(struct Host* host) {
   /* clang-format off */
   const KestHostServices services = {
       sizeof(KestHostServices), SendRequest, Subscribe, Unsubscribe, Publish, PostTask,
-      WaitBegin, WaitEnd, Yield, WriteLog, SendTelemetry, Identify,
+      WaitBegin, WaitEnd, YieldTask, WriteLog, SendTelemetry, Identify,
       NULL, NULL}; /* no clock and ids of its own: the plugin uses the system's */
   /* clang-format on */
   host->services = services;

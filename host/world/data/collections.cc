@@ -90,6 +90,10 @@ std::string_view CollectionName(Collection collection) {
   return WordsOf(collection).name;
 }
 
+std::string_view CollectionLootType(Collection collection) {
+  return WordsOf(collection).lootType;
+}
+
 std::optional<Collection> CollectionByName(std::string_view name) {
   for (size_t i = 0; i < kWords.size(); ++i) {
     if (kWords[i].name == name) return static_cast<Collection>(i);

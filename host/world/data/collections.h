@@ -60,6 +60,8 @@ class PlatformCollections {
 
 // The collection's name in control paths: "champions", "ward-skins", ...
 std::string_view CollectionName(Collection collection);
+// The type of loot that turns into its members: "WARDSKIN".
+std::string_view CollectionLootType(Collection collection);
 std::optional<Collection> CollectionByName(std::string_view name);
 // Whether things of that collection can be had for a time, or only for good.
 bool CanBeRented(Collection collection);

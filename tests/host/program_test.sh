@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Runs the program as a user does: program_test.sh HOST PLUGIN. Prints what is not as it should be.
+set -u
+host=$1 plugin=$2 failures=0
+
+# expect WHAT WANTED FOUND
+expect() {
+  [ "$2" = "$3" ] && return
+  printf '%s: expected <%s>, found <%s>\n' "$1" "$2" "$3"
+  failures=$((failures + 1))
+}
+
+# run ARGUMENT...: leaves status, standard output and the last line of standard error.
+run() {
+  output=$("$host" "$@" 2>"$errors")
+  status=$?
+  error=$(tail -n 1 "$errors")
+}
+errors=$(mktemp)
+trap 'rm -f "$errors"' EXIT
+
+beside() { run exec --plugin "$plugin" --log-level none -- "$@"; }
+
+run --version
+expect 'version' 0 "$status"
+for wrong in '--port 65536' '--seed -1' '--seed 99999999999999999999' '--colour' 'exec' 'completion' 'completion fish' \
+  '--seed 1 exec -- true' '-- true' 'exec --until-stdin-closes -- true' '--assets /no/such/folder'; do
+  # shellcheck disable=SC2086
+  run $wrong
+  expect "status of $wrong" 2 "$status"
+done
+
+beside true
+expect 'a command that succeeds' 0 "$status"
+# shellcheck disable=SC2016
+beside sh -c 'echo "$LOOT_HOST_URL"; exit 41'
+expect 'status of the command' 41 "$status"
+[[ $output =~ ^http://127\.0\.0\.1:[0-9]+$ ]] || expect 'the address' 'http://127.0.0.1:PORT' "$output"
+beside printf '%s|' '' 'a b' '[1,2]' '--port' '--' '"'
+expect 'arguments as they are' '|a b|[1,2]|--port|--|"|' "$output"
+beside /no/such/program
+expect 'no such program' '127 tav-loot-host: Cannot run /no/such/program: No such file or directory' "$status $error"
+# shellcheck disable=SC2016
+beside sh -c 'kill -KILL $$'
+expect 'a command that is killed' 137 "$status"
+run exec --plugin /no/such.so -- echo begun
+expect 'a host that does not start' '1 ' "$status $output"
+
+# A signal goes to the command, whose status counts.
+"$host" exec --plugin "$plugin" --log-level none -- \
+  bash -c 'trap "exit 9" TERM; echo begun; while :; do sleep 0.05; done' >"$errors" &
+for _ in {1..600}; do grep -q begun "$errors" && break; sleep 0.05; done
+kill -TERM $!
+wait $!
+expect 'a signal' 9 $?
+
+# complete WORD...: what the script offers for the last word.
+# shellcheck disable=SC1090
+. <("$host" completion bash)
+complete_line() {
+  COMP_WORDS=(tav-loot-host "$@") COMP_CWORD=$#
+  _tav_loot_host 2>/dev/null
+  printf '%s ' "${COMPREPLY[@]}"
+}
+expect 'a value' 'warning ' "$(complete_line --log-level w)"
+expect 'a value after =' 'error ' "$(complete_line --log-level = e)"
+expect 'a value of a subcommand' 'always ' "$(complete_line exec --log-level a)"
+expect 'an option' '--log-level ' "$(complete_line exec --log-l)"
+expect 'a subcommand' 'exec ' "$(complete_line ex)"
+expect 'an argument' 'bash ' "$(complete_line completion '')"
+expect 'a file' "${plugin%/*}/ " "$(complete_line --assets "${plugin%/*}" | sed 's|\([^/]\) $|\1/ |')"
+expect 'a number' ' ' "$(complete_line --port '')"
+
+exit $((failures > 0))
