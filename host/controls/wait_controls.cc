@@ -89,7 +89,7 @@ HttpResponse ReadWaitRequest(const WaitParts& parts, const HostCall& call) {
 }  // namespace
 
 ControlGroup WaitControls(const WaitParts& parts) {
-  return {{"GetReady", [parts](const HostCall&) { return ReadyPage(parts.readiness); }},
+  return {{"CheckReadiness", [parts](const HostCall&) { return ReadyPage(parts.readiness); }},
           {"AwaitEvent", [parts](const HostCall& call) { return ReadWaitRequest(parts, call); }}};
 }
 

@@ -4,7 +4,7 @@
 const json = (body) => ({ body: JSON.stringify(body), type: "application/json" });
 
 export const first = ["ChooseScenario", "SaveSnapshot", "GetSnapshot", "RestoreSnapshot", "RemoveSnapshot", "ImportWorld", "Reset",
-  "SignIn", "AwaitIdle", "GetReady", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
+  "SignIn", "AwaitIdle", "CheckReadiness", "PushMessage", "GetInitialItemRecipes", "GetContextMenu"];
 
 export const samples = {
   GetPlayerLootById: { path: { lootId: "CHAMPION_RENTAL_13" } },
