@@ -16,7 +16,7 @@ constexpr std::string_view kLootTypes[] = {
     "CHEST",          "CHAMPION", "CHAMPION_RENTAL", "SKIN",     "SKIN_RENTAL",   "CHROMA",
     "CHROMA_RENTAL",  "WARDSKIN", "WARDSKIN_RENTAL", "EMOTE",    "EMOTE_RENTAL",  "SUMMONERICON",
     "TOURNAMENTLOGO", "BOOST",    "MATERIAL",        "CURRENCY", "CHAMPION_TOKEN"};
-constexpr std::string_view kRarities[] = {"DEFAULT", "EPIC", "LEGENDARY", "MYTHIC", "ULTIMATE"};
+constexpr std::string_view kKnownRarities[] = {"DEFAULT", "EPIC", "LEGENDARY", "MYTHIC", "ULTIMATE"};
 constexpr std::string_view kRecipeTypes[] = {
     "OPEN", "DISENCHANT", "UPGRADE", "REROLL", "FORGE", "TOKENSHARDUPGRADE", "TOKENESSENCEUPGRADE"};
 
@@ -40,7 +40,7 @@ void WarnUnlessKnown(FieldReader& world, const Json& object, const char* name,
 void WarnOfDefinitions(FieldReader& world) {
   for (const Json& definition : world.ListOr("definitions")) {
     WarnUnlessKnown(world, definition, "type", "loot type", kLootTypes);
-    WarnUnlessKnown(world, definition, "rarity", "rarity", kRarities);
+    WarnUnlessKnown(world, definition, "rarity", "rarity", kKnownRarities);
     const auto collection = CollectionOfLootType(TextOf(definition, "type"));
     if (collection && definition.find("storeItemId") == definition.end()) {
       world.WarnPart(definition, TextOf(definition, "lootName") +
