@@ -57,7 +57,9 @@ class Host {
       .telemetry = [](const KestHostServices*, KestText, KestBytes) {},
       .identify = [](const KestHostServices*, KestText, KestText) {},
       .now = nullptr,
-      .createUuid = nullptr};
+      .createUuid = nullptr,
+      .cause = nullptr,
+      .setCause = nullptr};
   std::deque<std::function<void()>> work_;
 };
 

@@ -34,6 +34,7 @@ class ArrivalQueue {
     std::unique_ptr<ResponseHandler> handler;
     PluginServiceProxyResponse response;  // empty once it is read
     bool isRead = false;                  // guarded by the queue's lock
+    uint64_t cause = 0;                   // what handling it follows from, by the host's count
   };
   // A place in the queue, made before the request is sent: arriving then needs no memory.
   using Place = std::map<uint64_t, std::shared_ptr<Delivery>>::node_type;

@@ -55,6 +55,7 @@ std::string ServiceProxy::InvokeInOrder(const ServiceCall& call, const CallArgum
           arrived_.Arrive(std::move(*place), arrived.arrival, std::move(arrived.response));
         };
         const auto follow = [this, delivery = place->mapped(), post] {
+          delivery->cause = host_.Cause();
           arrived_.Read(delivery);
           if (post) PostHandling();
         };
@@ -81,12 +82,18 @@ ArrivalQueue::Place ServiceProxy::TakeNext() {
   return arrived_.TakeFirst();
 }
 
+// What the handler does follows from the response, whichever task handles it.
+bool ServiceProxy::HandlePart(const ArrivalQueue::Delivery& arrived) noexcept {
+  const HostServices::CauseScope scope(host_, arrived.cause);
+  return arrived.handler->Handle();
+}
+
 void ServiceProxy::HandleArrived() noexcept {
   while (turn_ == 0) {
     ArrivalQueue::Place place = TakeNext();
     if (!place) return;
     const uint64_t turn = turn_ = place.key();
-    const bool isLastPart = place.mapped()->handler->Handle();
+    const bool isLastPart = HandlePart(*place.mapped());
     if (!isLastPart) begun_ = std::move(place);
     if (turn_ == turn) EndTurn();
     client_.AskAgainForLostEvents();

@@ -139,6 +139,7 @@ class ServiceProxy {
   // part of a longer one. All tasks that wait and one that is posted take turns with its parts: no
   // task keeps a response to itself while another runs, so any of them can end it.
   void HandleArrived() noexcept;
+  bool HandlePart(const ArrivalQueue::Delivery& arrived) noexcept;
   // The part or response whose turn it is; empty: there is none yet.
   ArrivalQueue::Place TakeNext();
   // False: no task will handle what has arrived, unless one waits.

@@ -188,6 +188,19 @@ bool HostServices::CreateUuid(UuidBytes* uuid) {
   return CreateHostUuid(services_, uuid);
 }
 
+uint64_t HostServices::Cause() const {
+  return HostCause(services_);
+}
+
+HostServices::CauseScope::CauseScope(HostServices& host, uint64_t cause)
+    : host_(host), former_(host.Cause()) {
+  SetHostCause(host_.services_, cause);
+}
+
+HostServices::CauseScope::~CauseScope() {
+  SetHostCause(host_.services_, former_);
+}
+
 void HostServices::SendTelemetry(std::string_view name, std::string_view json) {
   if (services_ != nullptr) services_->telemetry(services_, ToText(name), ToBytes(json));
 }

@@ -83,6 +83,21 @@ class HostServices {
   // Fills `*uuid` with a fresh unique id of the host, or of the system. False: there is none.
   [[nodiscard]] bool CreateUuid(UuidBytes* uuid);
 
+  // [any thread] What the calling code follows from, by the host's count.
+  uint64_t Cause() const;
+  // For a scope, what the running task does follows from something else.
+  class CauseScope {
+   public:
+    CauseScope(HostServices& host, uint64_t cause);
+    ~CauseScope();
+    CauseScope(const CauseScope&) = delete;
+    CauseScope& operator=(const CauseScope&) = delete;
+
+   private:
+    HostServices& host_;
+    const uint64_t former_;
+  };
+
   void SendTelemetry(std::string_view name, std::string_view json);
   void Identify(std::string_view fullName, std::string_view userAgent);
 

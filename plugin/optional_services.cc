@@ -23,4 +23,15 @@ bool CreateHostUuid(const KestHostServices* services, UuidBytes* uuid) {
   return create != nullptr ? create(services, uuid->data()) : CreateUuid(uuid);
 }
 
+uint64_t HostCause(const KestHostServices* services) {
+  const auto cause = Find(services, &KestHostServices::cause, offsetof(KestHostServices, cause));
+  return cause != nullptr ? cause(services) : 0;
+}
+
+void SetHostCause(const KestHostServices* services, uint64_t cause) {
+  const auto setCause =
+      Find(services, &KestHostServices::setCause, offsetof(KestHostServices, setCause));
+  if (setCause != nullptr) setCause(services, cause);
+}
+
 }  // namespace Kest

@@ -19,4 +19,9 @@ int64_t HostMilliseconds(const KestHostServices* services);
 // Fills `*uuid` with a fresh unique id of the host, otherwise of the system. False: there is none.
 [[nodiscard]] bool CreateHostUuid(const KestHostServices* services, UuidBytes* uuid);
 
+// What the calling code follows from, by the host's count; 0 where the host does not count.
+uint64_t HostCause(const KestHostServices* services);
+// Makes it what the running task follows from.
+void SetHostCause(const KestHostServices* services, uint64_t cause);
+
 }  // namespace Kest

@@ -16,6 +16,11 @@ inline uint64_t CurrentCause() {
   return currentCause;
 }
 
+// For the rest of what runs now.
+inline void SetCurrentCause(uint64_t cause) {
+  currentCause = cause;
+}
+
 // Makes something else the cause for a scope.
 class CauseScope {
  public:

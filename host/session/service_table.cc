@@ -116,6 +116,10 @@ struct ServiceTable::Entries {
     Of(self).FillUuid(uuid);
     return true;
   }
+  static uint64_t Cause(const KestHostServices*) { return CurrentCause(); }
+  static void SetCause(const KestHostServices* self, uint64_t cause) {
+    OnTask(self, "setCause", [cause](ServiceTable&) { SetCurrentCause(cause); });
+  }
 };
 
 ServiceTable::ServiceTable(Wiring wiring)
@@ -139,7 +143,9 @@ ServiceTable::ServiceTable(Wiring wiring)
                     Entries::Telemetry,
                     Entries::Identify,
                     Entries::Now,
-                    Entries::CreateUuid};
+                    Entries::CreateUuid,
+                    Entries::Cause,
+                    Entries::SetCause};
 }
 
 ServiceTable::~ServiceTable() {

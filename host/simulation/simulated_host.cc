@@ -108,7 +108,9 @@ SimulatedHost::SimulatedHost(World* world, VirtualScheduler* scheduler, HostObse
                     Entries::Telemetry,
                     Entries::Identify,
                     Entries::Now,
-                    Entries::CreateUuid};
+                    Entries::CreateUuid,
+                    nullptr,
+                    nullptr};
 }
 
 void SimulatedHost::Close() {

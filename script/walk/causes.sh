@@ -13,8 +13,8 @@ event=$(sed -n 's/^id: //p' "$work/events" | tail -n 1)
 request GET "/_host/timeline?event=$event"
 expect "the timeline has the newest event" 200 '.rows | length == 1 and .[0].kind == "event"'
 request GET "/_host/timeline/$(jq '.rows[0].id' <<<"$body")"
-expect "the task that published it follows from the craft" 200 \
-  '.causes[0].kind == "task" and .causes[-1].name == "/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft"'
+expect "the task that published it follows from the platform's response, that from the call, and that from the craft" 200 \
+  '[.causes[].kind] == ["task", "service-response", "service-call", "request"] and .causes[-1].name == "/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft"'
 
 title "Why did my craft fail?"
 printf '  > POST /tav-loot/v1/recipes/CHEST_new_player_OPEN/craft ["CHEST_harbour"]\n'
@@ -41,3 +41,8 @@ expect "and what the last craft took and gave" 200 'map([.recipe, .took[0].lootI
 request GET '/_host/timeline?kind=sibling-response&path=/tav-inventory&limit=1'
 request GET "/_host/timeline/$(jq '.rows[0].id' <<<"$body")"
 expect "the player's token is in none of it" 200 '.payload == {TOURNAMENT_LOGO: "(masked)"}'
+request PUT /_host/token '{"token": "made.up.token-of-mine"}'
+request GET "/_host/timeline?kind=control&path=/_host/token&limit=1"
+request GET "/_host/timeline/$(jq '.rows[0].id' <<<"$body")"
+expect "nor is one that was set by hand" 200 '(.payload == {token: "(masked)"}) and (tojson | contains("made.up") | not)'
+request DELETE /_host/token

@@ -23,14 +23,14 @@ TimelineRow Task(std::string name, std::string payload = "") {
 
 TEST(Timeline, AReaderGetsEachHeldRowOnceAndLearnsWhichAreLost) {
   std::mt19937 random(301);
-  const auto below = [&random](uint64_t bound) { return random() % bound; };
+  const auto below = [&random](size_t bound) { return static_cast<size_t>(random()) % bound; };
   for (int round = 0; round < 300; ++round) {
     Timeline timeline([] { return int64_t{5}; },
                       {.rows = 1 + below(30), .bytes = 1 + below(9000), .payloadBytes = 40});
     uint64_t position = 0;
     uint64_t expected = 1;
     for (uint64_t added = 0; added < 60;) {
-      for (uint64_t more = below(20); more > 0; --more) {
+      for (size_t more = below(20); more > 0; --more) {
         ASSERT_EQ(timeline.Add(Task("t", std::string(below(100), 'x'))), ++added);
       }
       const Json page = timeline.Read({.after = position, .limit = 1 + below(12)});

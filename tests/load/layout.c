@@ -32,7 +32,7 @@ PLACE(KestResponse, message, 4, 8);
 PLACE(KestResponse, contentType, 12, 24);
 PLACE(KestResponse, body, 20, 40);
 
-SIZE(KestHostServices, 56, 112);
+SIZE(KestHostServices, 64, 128);
 PLACE(KestHostServices, request, 4, 8);
 PLACE(KestHostServices, subscribe, 8, 16);
 PLACE(KestHostServices, unsubscribe, 12, 24);
@@ -46,6 +46,8 @@ PLACE(KestHostServices, telemetry, 40, 80);
 PLACE(KestHostServices, identify, 44, 88);
 PLACE(KestHostServices, now, 48, 96);
 PLACE(KestHostServices, createUuid, 52, 104);
+PLACE(KestHostServices, cause, 56, 112);
+PLACE(KestHostServices, setCause, 60, 120);
 
 SIZE(KestTypeName, 16, 32);
 PLACE(KestTypeName, element, 8, 16);

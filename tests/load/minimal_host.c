@@ -202,7 +202,7 @@ static void InitHost(struct Host* host) {
   const KestHostServices services = {
       sizeof(KestHostServices), SendRequest, Subscribe, Unsubscribe, Publish, PostTask,
       WaitBegin, WaitEnd, YieldTask, WriteLog, SendTelemetry, Identify,
-      NULL, NULL}; /* no clock and ids of its own: the plugin uses the system's */
+      NULL, NULL, NULL, NULL}; /* no clock, ids and causes of its own: the plugin uses the system's */
   /* clang-format on */
   host->services = services;
   host->first = NULL;
