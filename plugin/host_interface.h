@@ -214,7 +214,8 @@ typedef struct KestHostServices {
   bool(KEST_ABI* createUuid)(const struct KestHostServices* self, uint8_t* uuid);
 
   /* [any thread] What the calling code follows from, as a number of the host's; 0: nothing. Asked
-   * where a response arrives. setCause: [module task] what the running task does follows from it. */
+   * where a response arrives. setCause: [module task] what the running task does follows from it.
+   */
   uint64_t(KEST_ABI* cause)(const struct KestHostServices* self);
   void(KEST_ABI* setCause)(const struct KestHostServices* self, uint64_t cause);
 } KestHostServices;

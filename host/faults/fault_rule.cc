@@ -57,7 +57,9 @@ bool IsServiceMethod(const std::string& name) {
 // Why `pattern` can match nothing; empty when it may.
 std::string PatternFault(FaultTarget target, const std::string& pattern) {
   if (pattern.size() > kLongestPattern) {
-    return "a pattern has at most " + std::to_string(kLongestPattern) + " bytes";
+    return std::string("a pattern has at most ")
+        .append(std::to_string(kLongestPattern))
+        .append(" bytes");
   }
   const bool isOpen = pattern.find('*') != std::string::npos;
   if (target == FaultTarget::kService) {

@@ -165,7 +165,7 @@ TEST_F(PluginLifeTest, AnExplanationIsARequestThatIsNotCounted) {
 TEST_F(PluginLifeTest, TimeAndIdsAreTheHostsWhereItHasThem) {
   const std::tuple<const char*, uint32_t, const char*> kCases[] = {
       {"both", sizeof(KestHostServices), "host's time, host's id"},
-      {"half an entry", sizeof(KestHostServices) - 1, "host's time, system's id"},
+      {"half an entry", offsetof(KestHostServices, cause) - 1, "host's time, system's id"},
       {"none", offsetof(KestHostServices, now), "system's time, system's id"},
   };
   ScriptedPlugin::script.handler = [](ScriptedPlugin& plugin) {

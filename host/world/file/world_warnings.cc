@@ -16,7 +16,8 @@ constexpr std::string_view kLootTypes[] = {
     "CHEST",          "CHAMPION", "CHAMPION_RENTAL", "SKIN",     "SKIN_RENTAL",   "CHROMA",
     "CHROMA_RENTAL",  "WARDSKIN", "WARDSKIN_RENTAL", "EMOTE",    "EMOTE_RENTAL",  "SUMMONERICON",
     "TOURNAMENTLOGO", "BOOST",    "MATERIAL",        "CURRENCY", "CHAMPION_TOKEN"};
-constexpr std::string_view kKnownRarities[] = {"DEFAULT", "EPIC", "LEGENDARY", "MYTHIC", "ULTIMATE"};
+constexpr std::string_view kKnownRarities[] = {"DEFAULT", "EPIC", "LEGENDARY", "MYTHIC",
+                                               "ULTIMATE"};
 constexpr std::string_view kRecipeTypes[] = {
     "OPEN", "DISENCHANT", "UPGRADE", "REROLL", "FORGE", "TOKENSHARDUPGRADE", "TOKENESSENCEUPGRADE"};
 
