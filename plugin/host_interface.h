@@ -201,9 +201,8 @@ typedef struct KestHostServices {
   void(KEST_ABI* identify)(const struct KestHostServices* self, KestText fullName,
                            KestText userAgent);
 
-  /* The entries below are younger than the table: one that is null, or that a table of a smaller
-   * `size` lacks, is replaced by the plugin with the system's own. The host must not call back into
-   * the plugin from here. */
+  /* The entries below are younger than the table: for one that is null, or that a smaller `size`
+   * excludes, the plugin uses the system's own. They must not call back into the plugin. */
 
   /* [any thread] Milliseconds since 1970-01-01 00:00 UTC. The plugin reads all time here from start
    * to stop; the time may pause or jump. */
@@ -213,8 +212,8 @@ typedef struct KestHostServices {
    * none, which ends the process with a log line. */
   bool(KEST_ABI* createUuid)(const struct KestHostServices* self, uint8_t* uuid);
 
-  /* [any thread] What the calling code follows from, as a number of the host's; 0: nothing. Asked
-   * where a response arrives. setCause: [module task] what the running task does follows from it.
+  /* [any thread] What the calling code follows from, a number of the host's; 0: nothing. Asked
+   * where a response arrives. setCause [module task]: what the running task does follows from it.
    */
   uint64_t(KEST_ABI* cause)(const struct KestHostServices* self);
   void(KEST_ABI* setCause)(const struct KestHostServices* self, uint64_t cause);

@@ -36,11 +36,11 @@ uint64_t Timeline::Add(TimelineRow row) {
   const MutexLock lock(mutex_);
   if (*row.cause > last_) row.cause = 0;
   ShortenLocked(&row);
-  row.id = ++last_;
   row.time = clock_();
   if (const TimelineRow* cause = row.endsCause ? FindLocked(*row.cause) : nullptr) {
     row.duration = std::max<int64_t>(0, row.time - cause->time);
   }
+  row.id = ++last_;
   bytes_ += row.Bytes();
   rows_.push_back(std::move(row));
   DropOldLocked();

@@ -4,11 +4,22 @@ import Ajv2020 from "ajv/dist/2020.js";
 
 const id = "urn:openapi:document";
 
+// The one object that all parts of "allOf" describe together.
+function merged(parts, schemas) {
+  const described = parts.map((part) => (part.$ref ? schemas[part.$ref.split("/").pop()] : part));
+  return {
+    type: "object",
+    properties: Object.assign({}, ...described.map((part) => part.properties)),
+    required: described.flatMap((part) => part.required ?? []),
+  };
+}
+
 // A copy of a schema, or of anything that holds schemas, in which every object with named members is closed.
-function closed(value) {
+function closed(value, schemas) {
   if (typeof value !== "object" || value === null) return value;
-  if (Array.isArray(value)) return value.map(closed);
-  const copy = Object.fromEntries(Object.entries(value).map(([name, member]) => [name, closed(member)]));
+  if (Array.isArray(value)) return value.map((member) => closed(member, schemas));
+  if (Array.isArray(value.allOf)) return closed(merged(value.allOf, schemas), schemas);
+  const copy = Object.fromEntries(Object.entries(value).map(([name, member]) => [name, closed(member, schemas)]));
   const isObject = copy.type === "object" && typeof copy.properties === "object";
   return isObject && !("additionalProperties" in copy) ? { ...copy, additionalProperties: false } : copy;
 }
@@ -21,7 +32,9 @@ export function readSchemas(document) {
   for (const format of ["float", "double"]) ajv.addFormat(format, { type: "number", validate: Number.isFinite });
   ajv.addFormat("date-time", (text) => !Number.isNaN(Date.parse(text)));
   ajv.addVocabulary(["paths", "components", "x-nameSpace"]);
-  ajv.addSchema(closed({ $id: id, paths: document.paths, components: document.components }));
+  ajv.addSchema(
+    closed({ $id: id, paths: document.paths, components: document.components }, document.components.schemas),
+  );
 
   // Why `value` does not fit what is at the place ["components", "schemas", "Problem"], or nothing.
   return (place, value) => {

@@ -49,6 +49,18 @@ TEST(Timeline, AReaderGetsEachHeldRowOnceAndLearnsWhichAreLost) {
   }
 }
 
+TEST(Timeline, WhatEndsItsCauseLastsSinceThat) {
+  int64_t now = 100;
+  Timeline timeline([&now] { return now; });
+  const uint64_t request = timeline.Add({.kind = RowKind::kRequest, .name = "asked"});
+  now = 130;
+  timeline.Add(Task("between"));
+  now = 150;
+  const CauseScope scope(request);
+  timeline.Add({.kind = RowKind::kResponse, .name = "asked", .endsCause = true});
+  EXPECT_EQ(timeline.Detail(3).value()["duration"], 50);
+}
+
 TEST(Timeline, FollowsCausesThatAreHeldOnly) {
   Timeline timeline([] { return int64_t{5}; }, {.rows = 3});
   for (int i = 0; i < 5; ++i) {

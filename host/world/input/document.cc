@@ -103,7 +103,7 @@ class Document::Places {
   }
 
   std::map<const Document*, std::vector<YamlTree::Place>> byDocument_;
-  const std::vector<YamlTree::Place> none_;
+  const std::vector<YamlTree::Place> none_ = {};
 };
 
 std::vector<std::string> Document::Describe(const std::vector<Note>& notes) const {

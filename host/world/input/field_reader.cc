@@ -151,15 +151,16 @@ std::string FieldReader::Place() const {
 }
 
 bool FieldReader::Finish() {
-  for (const auto& [name, value] : value_.items()) {
+  for (const auto& member : value_.items()) {
     if (!ok()) break;
+    const std::string& name = member.key();
     if (std::find(asked_.begin(), asked_.end(), name) != asked_.end()) continue;
     const auto meant = std::find_if(asked_.begin(), asked_.end(), [&name](std::string_view asked) {
       return IsSameWord(asked, name);
     });
     const std::string question =
         meant == asked_.end() ? "" : "; did you mean " + JsonString(*meant) + "?";
-    FailName(value, "unknown member " + JsonString(name) + question);
+    FailName(member.value(), "unknown member " + JsonString(name) + question);
   }
   return ok();
 }
