@@ -46,6 +46,7 @@ constexpr std::string_view kRequests[] = {
     R"(POST /_host/reset)",
     R"(join)",
     R"(POST /_host/clock/advance {"milliseconds":1000})",
+    R"(GET /_host/state)",
     R"(GET /_host/world)",
     R"(GET /_host/log)",
     R"(GET /_host/ledger)",
@@ -117,7 +118,7 @@ class HostRun {
     return text;
   }
   size_t CountOutstanding() {
-    const std::string world = Do("GET /_host/world");
+    const std::string world = Do("GET /_host/state");
     size_t count = 0;
     for (size_t at = 0; (at = world.find("\"key\":", at)) != std::string::npos; ++at) ++count;
     return count;
