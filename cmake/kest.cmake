@@ -36,7 +36,7 @@ if(KEST_SANITIZE)
     -fsanitize=${KEST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kest_options INTERFACE -fsanitize=${KEST_SANITIZE})
   # The checks that are put in confuse the compiler's own analysis, the standard library's code included.
-  target_compile_options(kest_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overread>)
+  target_compile_options(kest_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overread -Wno-stringop-overflow>)
 endif()
 
 # With KEST_UNITY the sources of a library are compiled in groups, which makes a first build cheap; without it
