@@ -313,7 +313,7 @@ class ResponseTableTest : public CallsTest {
   }
 
   ResponseTable table_{name_};
-  int follows_ = 0;
+  std::atomic<int> follows_ = 0;  // responses from threads count as well
   std::optional<ResponseTable::Sending> sending_{std::in_place, table_, ""};
 };
 
