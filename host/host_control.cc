@@ -6,10 +6,9 @@
 
 #include "host/controls/with_session.h"
 #include "host/http/http_responses.h"
-#include "host/http/request_target.h"
 #include "host/json/json.h"
 #include "host/json/json_text.h"
-#include "host/world/input/url_text.h"
+#include "host/url/request_target.h"
 
 namespace Kest::Host {
 namespace {

@@ -10,9 +10,9 @@
 #include "host/cause/cause.h"
 #include "host/http/entity_tag.h"
 #include "host/http/http_responses.h"
-#include "host/http/request_target.h"
 #include "host/json/json.h"
 #include "host/library/methods.h"
+#include "host/url/request_target.h"
 
 namespace Kest::Host {
 namespace {

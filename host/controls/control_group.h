@@ -10,8 +10,8 @@
 
 #include "base/maybe_type.h"
 #include "host/http/http_message.h"
-#include "host/http/request_target.h"
 #include "host/openapi/control_lookup.h"
+#include "host/url/request_target.h"
 #include "host/world/input/document.h"
 
 namespace Kest::Host {

@@ -6,8 +6,8 @@
 #include "host/controls/with_session.h"
 #include "host/http/http_responses.h"
 #include "host/json/json_text.h"
-#include "host/library/c_views.h"
 #include "host/openapi/openapi_document.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -17,7 +17,7 @@ constexpr std::string_view kFormat = "format";
 constexpr std::string_view kFullFormat = "Full";
 
 HttpResponse AskHelp(PluginSession& session, std::string_view format) {
-  const KestValue argument = {Text(kFormat), {}, Bytes(format)};
+  const KestValue argument = {ToText(kFormat), {}, ToBytes(format)};
   return session.Invoke(kHelp, {&argument, 1});
 }
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "host/controls/with_session.h"
-#include "host/world/input/url_text.h"
+#include "host/url/url_text.h"
 
 namespace Kest::Host {
 namespace {

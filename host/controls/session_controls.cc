@@ -9,8 +9,8 @@
 #include "host/http/http_responses.h"
 #include "host/http/media_ranges.h"
 #include "host/json/json.h"
-#include "host/library/c_views.h"
 #include "host/library/methods.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -46,8 +46,8 @@ Json EndpointsJson(const KestApiDescriptor& api) {
   for (size_t i = 0; i < api.endpointCount; ++i) {
     const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     endpoints.push_back({{"method", MethodName(endpoint.methodId)},
-                         {"path", View(endpoint.pathTemplate)},
-                         {"function", View(endpoint.functionName)}});
+                         {"path", ToView(endpoint.pathTemplate)},
+                         {"function", ToView(endpoint.functionName)}});
   }
   return endpoints;
 }

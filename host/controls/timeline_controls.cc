@@ -7,7 +7,6 @@
 #include "host/controls/event_controls.h"
 #include "host/http/http_responses.h"
 #include "host/json/json_text.h"
-#include "host/world/input/url_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -20,7 +19,7 @@ class QueryReader {
   explicit QueryReader(const HostCall& call) : call_(call) {}
 
   std::optional<std::string> Text(std::string_view name) const {
-    return QueryArgument(call_.request.target, name);
+    return call_.target.Parameter(name);
   }
   std::optional<uint64_t> Number(std::string_view name) {
     const auto text = Text(name);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/http/header_text.h"
+#include "host/url/url_text.h"
 
 namespace Kest::Host {
 namespace {

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "base/utf8.h"
-#include "host/library/c_views.h"
 #include "host/openapi/route_path.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -35,7 +35,7 @@ Json Object(const std::string& description, Json properties) {
 // Two schemas, so that a type made from them has the data exactly where it is, and their union.
 void AppendEvent(const KestEndpoint& endpoint, const ApiHelp& help, const std::string& name,
                  NamedSchemas* schemas) {
-  const std::string path = RepairUtf8(View(endpoint.pathTemplate));
+  const std::string path = RepairUtf8(ToView(endpoint.pathTemplate));
   const std::string shown = DocumentPath(path);
   const std::string change = name + "ChangeEvent";
   const std::string deletion = name + "DeletionEvent";
@@ -43,8 +43,8 @@ void AppendEvent(const KestEndpoint& endpoint, const ApiHelp& help, const std::s
                         Object("A new value of " + shown + ".",
                                {{"uri", UriSchema(path)},
                                 {"eventType", {{"type", "string"}, {"enum", {"Create", "Update"}}}},
-                                {"data", ValueSchema(help, View(endpoint.result.name),
-                                                     View(endpoint.result.element))}}));
+                                {"data", ValueSchema(help, ToView(endpoint.result.name),
+                                                     ToView(endpoint.result.element))}}));
   schemas->emplace_back(
       deletion,
       Object("The end of " + shown + ".",
@@ -61,7 +61,7 @@ NamedSchemas ResourceEventSchemas(const KestApiDescriptor& api, const ApiHelp& h
   for (size_t i = 0; i < api.endpointCount; ++i) {
     const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     if (endpoint.methodId != kGet || endpoint.result.name.size == 0) continue;
-    const std::string name = SchemaName(View(endpoint.functionName));
+    const std::string name = SchemaName(ToView(endpoint.functionName));
     AppendEvent(endpoint, help, name, &schemas);
     all.push_back(Reference(name + "Event"));
   }

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "base/utf8.h"
-#include "host/library/c_views.h"
 #include "host/library/methods.h"
 #include "host/openapi/route_path.h"
 #include "host/openapi/type_schemas.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -20,7 +20,7 @@ constexpr std::string_view kBodyTypes[] = {"application/json", "application/vnd.
 constexpr std::string_view kResultTypes[] = {"application/json", "application/x-msgpack"};
 
 std::string Words(KestText text) {
-  return RepairUtf8(View(text));
+  return RepairUtf8(ToView(text));
 }
 
 // An endpoint and what is known around it.
@@ -36,7 +36,7 @@ struct Described {
     return found == pathParameters.end() ? nullptr : &*found;
   }
   Json Schema(const KestTypeName& type) const {
-    return ValueSchema(help, View(type.name), View(type.element));
+    return ValueSchema(help, ToView(type.name), ToView(type.element));
   }
 };
 
@@ -62,24 +62,24 @@ std::string_view PlaceOf(const Described& route, const KestArgument& argument) {
     case KEST_LOCATION_QUERY:
       return "query";
     default:
-      return route.FindPathParameter(View(argument.name)) != nullptr ? "path" : "query";
+      return route.FindPathParameter(ToView(argument.name)) != nullptr ? "path" : "query";
   }
 }
 
 Json ParameterOf(const Described& route, const KestArgument& argument, std::string_view place) {
   std::string description = Words(argument.description);
-  const PathParameter* const inPath = route.FindPathParameter(View(argument.name));
+  const PathParameter* const inPath = route.FindPathParameter(ToView(argument.name));
   if (inPath != nullptr && inPath->isRest) {
     description += (description.empty() ? "" : ". ") + std::string("May hold slashes.");
   }
   // A bool that is not given is false.
   const bool required =
-      place == "path" || !(argument.optional || View(argument.type.name) == "bool");
+      place == "path" || !(argument.optional || ToView(argument.type.name) == "bool");
   Json parameter = {{"name", Words(argument.name)}, {"in", place}, {"required", required}};
   if (!description.empty()) parameter["description"] = std::move(description);
   Json schema = route.Schema(argument.type);
   // Outside a body such a value is written as JSON text.
-  if (IsComposite(route.help, View(argument.type.name))) {
+  if (IsComposite(route.help, ToView(argument.type.name))) {
     parameter["content"] = {{"application/json", {{"schema", std::move(schema)}}}};
   } else {
     parameter["schema"] = std::move(schema);
@@ -113,8 +113,8 @@ RequestParts RequestOf(const Described& route) {
       request.body = BodyOf(route, argument);
     } else if (place != "path") {
       request.parameters.push_back(ParameterOf(route, argument, place));
-    } else if (route.FindPathParameter(View(argument.name)) != nullptr) {
-      described.insert(View(argument.name));
+    } else if (route.FindPathParameter(ToView(argument.name)) != nullptr) {
+      described.insert(ToView(argument.name));
       request.parameters.push_back(ParameterOf(route, argument, place));
     }
   }
@@ -166,7 +166,7 @@ Json PluginPaths(const KestApiDescriptor& api, const ApiHelp& help, std::string_
     const KestEndpoint& endpoint = *KestEndpointAt(&api, i);
     const std::string method = OperationName(MethodName(endpoint.methodId));
     if (method.empty()) continue;
-    const Described route{api, endpoint, help, PathParameters(View(endpoint.pathTemplate))};
+    const Described route{api, endpoint, help, PathParameters(ToView(endpoint.pathTemplate))};
     if (route.FindPathParameter("") != nullptr) continue;
     Json& path = paths[DocumentPath(Words(endpoint.pathTemplate))];
     if (!path.contains(method)) path[method] = OperationOf(route, tag);

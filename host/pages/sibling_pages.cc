@@ -4,8 +4,8 @@
 
 #include "host/http/entity_tag.h"
 #include "host/http/http_responses.h"
-#include "host/http/request_target.h"
-#include "host/world/input/url_text.h"
+#include "host/url/request_target.h"
+#include "host/url/url_text.h"
 
 namespace Kest::Host {
 

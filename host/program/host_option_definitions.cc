@@ -5,7 +5,7 @@
 #include <map>
 
 #include "host/clock/time_text.h"
-#include "host/http/request_target.h"
+#include "host/url/request_target.h"
 #include "host/world/file/shipped_worlds.h"
 
 namespace Kest::Host {

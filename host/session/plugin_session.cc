@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "host/http/http_responses.h"
-#include "host/library/c_views.h"
 #include "host/library/methods.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -73,8 +73,8 @@ HttpResponse PluginSession::Request(const HttpRequest& request) {
   // Ordinary headers stay here: the plugin takes header pairs for arguments of its functions. What
   // the client accepts has a place of its own.
   const KestRequest asked = {
-      Text(request.method), Text(request.target), nullptr, 0, Text(request.contentType),
-      Bytes(request.body),  Text(request.accept)};
+      ToText(request.method), ToText(request.target), nullptr, 0, ToText(request.contentType),
+      ToBytes(request.body),  ToText(request.accept)};
   return TakeResponse(block.api->request(block.context, &asked));
 }
 
@@ -82,7 +82,7 @@ HttpResponse PluginSession::Invoke(std::string_view function,
                                    std::span<const KestValue> arguments) {
   const KestHandshakeBlock& block = library_->Block();
   return TakeResponse(
-      block.api->invoke(block.context, Text(function), arguments.data(), arguments.size()));
+      block.api->invoke(block.context, ToText(function), arguments.data(), arguments.size()));
 }
 
 HttpResponse PluginSession::Explain(std::string_view question) {
@@ -90,7 +90,7 @@ HttpResponse PluginSession::Explain(std::string_view question) {
   if (!KestCanExplain(block.api)) {
     return ProblemResponse(501, "The plugin is older than explanations.");
   }
-  HttpResponse response = TakeResponse(block.api->explain(block.context, Text(question)));
+  HttpResponse response = TakeResponse(block.api->explain(block.context, ToText(question)));
   response.variesByAccept = false;
   return response;
 }
@@ -103,8 +103,8 @@ HttpResponse PluginSession::TakeResponse(const KestResponse* given) {
   };
   const std::unique_ptr<const KestResponse, decltype(giveBack)> owned(given, giveBack);
   if (!owned) return ProblemResponse(500, "Out of memory");
-  HttpResponse response =
-      ToResponse(owned->status, View(owned->message), View(owned->contentType), View(owned->body));
+  HttpResponse response = ToResponse(owned->status, ToView(owned->message),
+                                     ToView(owned->contentType), ToView(owned->body));
   response.variesByAccept = response.status == 200;
   return response;
 }

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "host/cause/cause.h"
-#include "host/library/c_views.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -86,8 +86,8 @@ void PluginSubscriptions::DeliverQueued(const Shared& subscription) {
     const Queued next = std::move(subscription->queued.front());
     subscription->queued.pop_front();
     const CauseScope scope(next.cause);
-    subscription->delivery(subscription->context, Text(subscription->name), Text(kContentType),
-                           Bytes(next.payload));
+    subscription->delivery(subscription->context, ToText(subscription->name), ToText(kContentType),
+                           ToBytes(next.payload));
   }
   subscription->delivering = false;
 }
@@ -95,8 +95,8 @@ void PluginSubscriptions::DeliverQueued(const Shared& subscription) {
 bool PluginSubscriptions::DeliverServiceEvent(std::string_view name, std::string_view payload) {
   const Shared subscription = Find(name);
   if (!subscription || subscription->ended) return false;
-  subscription->delivery(subscription->context, Text(subscription->name), Text(kContentType),
-                         Bytes(payload));
+  subscription->delivery(subscription->context, ToText(subscription->name), ToText(kContentType),
+                         ToBytes(payload));
   return true;
 }
 

@@ -9,8 +9,8 @@
 
 #include "host/cause/cause.h"
 #include "host/json/json_text.h"
-#include "host/library/c_views.h"
 #include "host/library/sent_request.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -61,28 +61,29 @@ struct ServiceTable::Entries {
                         void* context) {
     return Guarded(self, false, [&](ServiceTable& services) {
       return services.CheckTask("subscribe") && delivery != nullptr &&
-             services.Subscribe(View(name), delivery, context);
+             services.Subscribe(ToView(name), delivery, context);
     });
   }
   static void Unsubscribe(const KestHostServices* self, KestText name) {
     OnTask(self, "unsubscribe",
-           [&](ServiceTable& services) { services.subscriptions_.Remove(View(name)); });
+           [&](ServiceTable& services) { services.subscriptions_.Remove(ToView(name)); });
   }
   static bool Publish(const KestHostServices* self, KestText path, int32_t eventType,
                       KestBytes json) {
     return Guarded(self, false, [&](ServiceTable& services) {
-      return services.CheckTask("publish") && services.Publish(View(path), eventType, View(json));
+      return services.CheckTask("publish") &&
+             services.Publish(ToView(path), eventType, ToView(json));
     });
   }
   static int32_t PostTask(const KestHostServices* self, KestText name, KestTask run,
                           void* context) {
     return Guarded(self, int32_t{KEST_TASK_REFUSED}, [&](ServiceTable& services) {
-      return services.PostTask(View(name), run, context);
+      return services.PostTask(ToView(name), run, context);
     });
   }
   static void WaitBegin(const KestHostServices* self, KestText label) {
     OnTask(self, "waitBegin",
-           [&](ServiceTable& services) { services.wiring_.scheduler->WaitBegin(View(label)); });
+           [&](ServiceTable& services) { services.wiring_.scheduler->WaitBegin(ToView(label)); });
   }
   static void WaitEnd(const KestHostServices* self) {
     OnTask(self, "waitEnd", [](ServiceTable& services) { services.wiring_.scheduler->WaitEnd(); });
@@ -92,24 +93,24 @@ struct ServiceTable::Entries {
   }
   static void Log(const KestHostServices* self, int32_t level, KestText line) {
     Guarded(self, false, [&](ServiceTable& services) {
-      services.wiring_.log->Append(static_cast<LogLevel>(level), View(line));
+      services.wiring_.log->Append(static_cast<LogLevel>(level), ToView(line));
       services.wiring_.traffic->Rows().Add({.kind = RowKind::kLog,
                                             .name = "plugin",
                                             .status = std::string(LogLevelName(level)),
-                                            .summary = std::string(View(line))});
+                                            .summary = std::string(ToView(line))});
       return true;
     });
   }
   static void Telemetry(const KestHostServices* self, KestText name, KestBytes json) {
     OnTask(self, "telemetry", [&](ServiceTable& services) {
       std::string line = "/telemetry/v1/events/";
-      line.append(View(name)).append(" ").append(View(json));
+      line.append(ToView(name)).append(" ").append(ToView(json));
       services.wiring_.log->Write(LogLevel::kOkay, line);
     });
   }
   static void Identify(const KestHostServices* self, KestText, KestText userAgent) {
     OnTask(self, "identify",
-           [&](ServiceTable& services) { services.userAgent_ = View(userAgent); });
+           [&](ServiceTable& services) { services.userAgent_ = ToView(userAgent); });
   }
   static int64_t Now(const KestHostServices* self) { return Of(self).wiring_.clock->Now(); }
   static bool CreateUuid(const KestHostServices* self, uint8_t* uuid) {
@@ -169,10 +170,10 @@ bool ServiceTable::CheckTask(std::string_view entry) const {
 // ---- Requests of the plugin --------------------------------------------------------------------
 
 bool ServiceTable::Request(const KestRequest& request, KestCompletion completion, void* context) {
-  Sent sent{std::string(View(request.method)),
-            std::string(View(request.url)),
-            std::string(View(request.contentType)),
-            std::string(View(request.body)),
+  Sent sent{std::string(ToView(request.method)),
+            std::string(ToView(request.url)),
+            std::string(ToView(request.contentType)),
+            std::string(ToView(request.body)),
             completion,
             context,
             0};
@@ -210,8 +211,8 @@ void ServiceTable::Complete(const Sent& sent) {
 void ServiceTable::Respond(const Caller& caller, const WorldResponse& result) {
   const CauseScope scope(wiring_.traffic->AddResponse(
       caller.row, caller.url, result.status, result.message, {result.contentType, result.body}));
-  const KestResponse response = {result.status, Text(result.message), Text(result.contentType),
-                                 Bytes(result.body)};
+  const KestResponse response = {result.status, ToText(result.message), ToText(result.contentType),
+                                 ToBytes(result.body)};
   caller.completion(caller.context, &response);
 }
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "host/library/c_views.h"
 #include "host/simulation/machine/plugin_memory.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -44,8 +44,8 @@ void PluginRun::Ask(std::string method, std::string url, std::string body, TakeR
 PluginReply PluginRun::Call(const std::string& method, const std::string& url,
                             const std::string& body) {
   const std::string_view contentType = body.empty() ? "" : "application/json";
-  const KestRequest request = {Text(method),      Text(url),   nullptr,   0,
-                               Text(contentType), Bytes(body), KestText{}};
+  const KestRequest request = {ToText(method),      ToText(url),   nullptr,   0,
+                               ToText(contentType), ToBytes(body), KestText{}};
   const KestResponse* response = nullptr;
   {
     const RunningCode code(RunningCode::Of::kPlugin);
@@ -58,15 +58,15 @@ PluginReply PluginRun::Explain(std::string_view question) {
   const KestResponse* response = nullptr;
   {
     const RunningCode code(RunningCode::Of::kPlugin);
-    response = block_.api->explain(block_.context, Text(question));
+    response = block_.api->explain(block_.context, ToText(question));
   }
   return Copy(response);
 }
 
 PluginReply PluginRun::Copy(const KestResponse* response) {
   if (response == nullptr) return {};
-  PluginReply reply{response->status, std::string(View(response->message)),
-                    std::string(View(response->body))};
+  PluginReply reply{response->status, std::string(ToView(response->message)),
+                    std::string(ToView(response->body))};
   const RunningCode code(RunningCode::Of::kPlugin);
   block_.api->release(block_.context, response);
   return reply;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/library/c_views.h"
 #include "host/library/sent_request.h"
 #include "host/simulation/machine/plugin_memory.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -53,20 +53,21 @@ struct SimulatedHost::Entries {
                [&](SimulatedHost& host) { return host.Request(*request, completion, context); });
   }
   static bool Subscribe(Self self, KestText name, KestDelivery delivery, void* context) {
-    return Act(self,
-               [&](SimulatedHost& host) { return host.Subscribe(View(name), delivery, context); });
+    return Act(
+        self, [&](SimulatedHost& host) { return host.Subscribe(ToView(name), delivery, context); });
   }
   static void Unsubscribe(Self self, KestText name) {
-    Act(self, [&](SimulatedHost& host) { host.subscriptions_.erase(std::string(View(name))); });
+    Act(self, [&](SimulatedHost& host) { host.subscriptions_.erase(std::string(ToView(name))); });
   }
   static bool Publish(Self self, KestText path, int32_t eventType, KestBytes json) {
     return Act(self, [&](SimulatedHost& host) {
-      host.observer_->OnPublish(View(path), eventType, View(json));
+      host.observer_->OnPublish(ToView(path), eventType, ToView(json));
       return true;
     });
   }
   static int32_t PostTask(Self self, KestText name, KestTask run, void* context) {
-    return Act(self, [&](SimulatedHost& host) { return host.PostTask(View(name), run, context); });
+    return Act(self,
+               [&](SimulatedHost& host) { return host.PostTask(ToView(name), run, context); });
   }
   static void WaitBegin(Self, KestText) {}
   static void WaitEnd(Self) {}
@@ -74,7 +75,7 @@ struct SimulatedHost::Entries {
     AsHost(self, [](SimulatedHost& host) { host.scheduler_->Yield(); });
   }
   static void Log(Self self, int32_t level, KestText line) {
-    AsHost(self, [&](SimulatedHost& host) { host.observer_->OnLog(level, View(line)); });
+    AsHost(self, [&](SimulatedHost& host) { host.observer_->OnLog(level, ToView(line)); });
   }
   static void Telemetry(Self, KestText, KestBytes) {}
   static void Identify(Self, KestText, KestText) {}
@@ -140,9 +141,9 @@ WorldResponse SimulatedHost::Control(std::string_view method, std::string_view p
 
 bool SimulatedHost::Request(const KestRequest& request, KestCompletion completion, void* context) {
   if (std::exchange(refuseRequest_, false)) return false;
-  Sent sent{{std::string(View(request.method)), std::string(View(request.url)),
-             std::string(View(request.contentType)), std::string(View(request.body)), completion,
-             context},
+  Sent sent{{std::string(ToView(request.method)), std::string(ToView(request.url)),
+             std::string(ToView(request.contentType)), std::string(ToView(request.body)),
+             completion, context},
             generation_};
   observer_->OnRequest(sent.method, sent.url);
   ++openRequests_;
@@ -154,8 +155,8 @@ void SimulatedHost::Complete(const Sent& sent) {
   if (sent.generation != generation_) return;
   const WorldResponse result = world_->Request(sent.method, sent.url, sent.contentType, sent.body);
   DispatchWorldEvents();
-  const KestResponse response = {result.status, Text(result.message), Text(result.contentType),
-                                 Bytes(result.body)};
+  const KestResponse response = {result.status, ToText(result.message), ToText(result.contentType),
+                                 ToBytes(result.body)};
   --openRequests_;
   observer_->OnResponse(sent.method, sent.url, result.status);
   const RunningCode code(RunningCode::Of::kPlugin);
@@ -193,7 +194,8 @@ void SimulatedHost::Deliver(const std::string& name, const std::string& payload,
   if (found == subscriptions_.end() || (serial != 0 && found->second.serial != serial)) return;
   const Subscription subscription = found->second;
   const RunningCode code(RunningCode::Of::kPlugin);
-  subscription.delivery(subscription.context, Text(name), Text("application/json"), Bytes(payload));
+  subscription.delivery(subscription.context, ToText(name), ToText("application/json"),
+                        ToBytes(payload));
 }
 
 void SimulatedHost::DispatchWorldEvents() {

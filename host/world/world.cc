@@ -1,5 +1,6 @@
 #include "host/world/world.h"
 
+#include "host/url/request_target.h"
 #include "host/world/artwork/artwork.h"
 #include "host/world/artwork/tile.h"
 #include "host/world/controls/controls.h"
@@ -10,7 +11,6 @@
 #include "host/world/file/world_file.h"
 #include "host/world/file/world_writer.h"
 #include "host/world/input/field_reader.h"
-#include "host/world/input/url_text.h"
 #include "host/world/platform/signed_token.h"
 
 namespace Kest::Host {
@@ -19,8 +19,8 @@ namespace {
 constexpr std::string_view kSignedInventoryPath = "/tav-inventory/v1/signedInventory";
 
 // A token for each inventory type asked for that this platform has: {"TOURNAMENT_LOGO": "..."}.
-WorldResponse SignedInventory(const Platform& platform, std::string_view url) {
-  const std::string argument = QueryArgument(url, "inventoryTypes").value_or("");
+WorldResponse SignedInventory(const Platform& platform, const RequestTarget& target) {
+  const std::string argument = target.Parameter("inventoryTypes").value_or("");
   const auto types = Document::FromJson("inventoryTypes", argument);
   if (!types || !types.GetValue().root().is_array()) {
     return WorldFailure(400, "\"inventoryTypes\" must be a list of inventory types as JSON");
@@ -60,14 +60,14 @@ Json GameData(const WorldData& data) {
               {"emotes", SummonerEmotesJson(data.collections)}};
 }
 
-WorldResponse Value(const Platform& platform, std::string_view url, std::string_view path) {
-  if (path == kSignedInventoryPath) return SignedInventory(platform, url);
-  if (const std::string* text = platform.board.Find(path)) return WorldJson(*text);
-  return WorldFailure(404, "there is no resource " + std::string(path));
+WorldResponse Value(const Platform& platform, const RequestTarget& target) {
+  if (target.path == kSignedInventoryPath) return SignedInventory(platform, target);
+  if (const std::string* text = platform.board.Find(target.path)) return WorldJson(*text);
+  return WorldFailure(404, "there is no resource " + std::string(target.path));
 }
 
-WorldResponse Read(Platform& platform, std::string_view url) {
-  const std::string_view path = UrlPath(url);
+WorldResponse Read(Platform& platform, const RequestTarget& target) {
+  const std::string_view path = target.path;
   const CallFault fault = platform.faults.Next(FaultTarget::kSibling, path).value_or(CallFault{});
   WorldResponse response;
   if (fault.action == FaultAction::kFail) {
@@ -77,7 +77,7 @@ WorldResponse Read(Platform& platform, std::string_view url) {
   } else if (fault.action == FaultAction::kGarble) {
     response = WorldJson(WriteJson(fault.payload));
   } else {
-    response = Value(platform, url, path);
+    response = Value(platform, target);
   }
   response.delayMilliseconds = static_cast<int>(fault.delay.value_or(0));
   return response;
@@ -122,13 +122,13 @@ std::string_view World::SampleText() {
 
 WorldResponse World::Request(std::string_view method, std::string_view url, std::string_view,
                              std::string_view body) {
-  Platform& platform = *platform_;
-  if (method == "GET") return Read(platform, url);
+  const RequestTarget target = RequestTarget::Split(url);
+  if (method == "GET") return Read(*platform_, target);
   if (method == "POST") {
-    if (auto response = platform.proxy.Post(UrlPath(url), body)) return std::move(*response);
+    if (auto response = platform_->proxy.Post(target.path, body)) return std::move(*response);
   }
   return WorldFailure(404,
-                      "there is no " + std::string(method) + " of " + std::string(UrlPath(url)));
+                      "there is no " + std::string(method) + " of " + std::string(target.path));
 }
 
 std::optional<WorldEvent> World::PresentValue(std::string_view path) {

@@ -6,9 +6,9 @@
 #include <set>
 
 #include "host/json/json.h"
-#include "host/library/c_views.h"
 #include "host/openapi/control_description.h"
 #include "host/openapi/route_path.h"
+#include "plugin/text_view.h"
 #include "tests/support/golden.h"
 
 namespace Kest::Host {
@@ -24,7 +24,7 @@ struct LaterEndpoint : KestEndpoint {
 
 LaterArgument Argument(const char* name, const char* type, const char* element, int32_t location,
                        bool optional) {
-  return {{Text(name), {}, {Text(type), Text(element)}, location, optional}};
+  return {{ToText(name), {}, {ToText(type), ToText(element)}, location, optional}};
 }
 
 // A small made-up API.
@@ -38,19 +38,19 @@ const LaterArgument kOddArguments[] = {Argument("named", "string", "", KEST_LOCA
                                        Argument("rig", "Rig", "", KEST_LOCATION_QUERY, true),
                                        Argument("boat", "Boat", "", KEST_LOCATION_QUERY, true)};
 const LaterEndpoint kEndpoints[] = {
-    {{2, Text("/b.c/{id}/{+rest}"), Text("Find"), {}, kFindArguments, 4, {Text("Boat"), {}}}},
-    {{7, Text("/b.c/{id}/{+rest}"), Text("Put"), Text("Stores \xff"), kPutArguments, 1, {}}},
-    {{7, Text("/b.c/{id}/{+rest}"), Text("Never"), {}, nullptr, 0, {}}},
-    {{2, Text("/all"), Text("All"), {}, nullptr, 0, {Text("map"), Text("Boat")}}},
+    {{2, ToText("/b.c/{id}/{+rest}"), ToText("Find"), {}, kFindArguments, 4, {ToText("Boat"), {}}}},
+    {{7, ToText("/b.c/{id}/{+rest}"), ToText("Put"), ToText("Stores \xff"), kPutArguments, 1, {}}},
+    {{7, ToText("/b.c/{id}/{+rest}"), ToText("Never"), {}, nullptr, 0, {}}},
+    {{2, ToText("/all"), ToText("All"), {}, nullptr, 0, {ToText("map"), ToText("Boat")}}},
     {{2,
-      Text("/un{named"),
-      Text("No \"more\""),
+      ToText("/un{named"),
+      ToText("No \"more\""),
       {},
       kOddArguments,
       3,
-      {Text("vector"), Text("map")}}},
-    {{2, Text("/}"), Text("Nameless"), {}, nullptr, 0, {}}},
-    {{3, Text("{+x}"), Text("Head"), {}, nullptr, 0, {Text("Un\"known"), {}}}}};
+      {ToText("vector"), ToText("map")}}},
+    {{2, ToText("/}"), ToText("Nameless"), {}, nullptr, 0, {}}},
+    {{3, ToText("{+x}"), ToText("Head"), {}, nullptr, 0, {ToText("Un\"known"), {}}}}};
 const KestApiDescriptor kApi = {.size = sizeof(KestApiDescriptor),
                                 .endpoints = kEndpoints,
                                 .endpointCount = std::size(kEndpoints),

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "host/cause/cause.h"
-#include "host/library/c_views.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 namespace {
@@ -20,7 +20,7 @@ using testing::HasSubstr;
 
 constexpr std::string_view kEnabled =
     "OnJsonApiEvent_/tav-platform-config/v1/namespaces/LootConfig/Enabled";
-const KestRequest kRequest = {Text("GET"), Text("/no-such/v1/thing"), nullptr, 0, {}, {}, {}};
+const KestRequest kRequest = {ToText("GET"), ToText("/no-such/v1/thing"), nullptr, 0, {}, {}, {}};
 
 // Plays the plugin: calls the table and notes what is delivered.
 class ServiceTableTest : public testing::Test {
@@ -54,27 +54,27 @@ class ServiceTableTest : public testing::Test {
     services_->DispatchWorldEvents();
   }
   bool Subscribe(std::string_view name) {
-    return table_->subscribe(table_, Text(name), Deliver, this);
+    return table_->subscribe(table_, ToText(name), Deliver, this);
   }
 
   static void Deliver(void* context, KestText, KestText contentType, KestBytes body) {
     auto* self = static_cast<ServiceTableTest*>(context);
-    EXPECT_EQ(View(contentType), "application/json");
+    EXPECT_EQ(ToView(contentType), "application/json");
     self->onScheduler_ = self->scheduler_.OnTask();
-    const std::string payload(View(body));
+    const std::string payload(ToView(body));
     if (self->yieldInDelivery_) self->table_->yield(self->table_);
     self->delivered_.push_back(payload);
   }
   static void Complete(void* context, const KestResponse* response) {
     auto* self = static_cast<ServiceTableTest*>(context);
     self->delivered_.push_back(std::to_string(response->status) + " " +
-                               std::string(View(response->message)));
+                               std::string(ToView(response->message)));
   }
   // Others run before it publishes.
   static void PublishAfterYield(void* context) {
     auto* self = static_cast<ServiceTableTest*>(context);
     while (self->delivered_.size() < 4) self->table_->yield(self->table_);
-    self->table_->publish(self->table_, Text("/x"), KEST_EVENT_UPDATE, Bytes("1"));
+    self->table_->publish(self->table_, ToText("/x"), KEST_EVENT_UPDATE, ToBytes("1"));
   }
   static void Note(void* context) {
     static_cast<ServiceTableTest*>(context)->delivered_.push_back("task");
@@ -113,17 +113,17 @@ TEST_F(ServiceTableTest, AnExistingResourceIsDeliveredAsCreateThenItsChangesInOr
   delivered_.clear();
   OnTask([&] {
     ASSERT_TRUE(Subscribe("OnJsonApiEvent"));  // follows every change, but not what exists
-    table_->unsubscribe(table_, Text(kEnabled));
+    table_->unsubscribe(table_, ToText(kEnabled));
     SetEnabled("false");
   });
   EXPECT_THAT(delivered_, ElementsAre(HasSubstr("LootConfig/Enabled")));
 }
 
 TEST_F(ServiceTableTest, TheNewestLinesOfThePluginAreKept) {
-  table_->log(table_, 2, Text("first\n"));
-  for (size_t i = 1; i < HostLog::kMostKept; ++i) table_->log(table_, 77, Text("more"));
+  table_->log(table_, 2, ToText("first\n"));
+  for (size_t i = 1; i < HostLog::kMostKept; ++i) table_->log(table_, 77, ToText("more"));
   EXPECT_EQ(log_.Kept().front(), "first");
-  table_->log(table_, 3, Text("newest"));
+  table_->log(table_, 3, ToText("newest"));
   EXPECT_EQ(log_.Kept().size(), HostLog::kMostKept);
   EXPECT_EQ(log_.Kept().front(), "more");
   EXPECT_EQ(log_.Kept().back(), "newest");
@@ -133,15 +133,15 @@ TEST_F(ServiceTableTest, TheNewestLinesOfThePluginAreKept) {
 TEST_F(ServiceTableTest, NothingIsCalledForADroppedSubscriptionAndAfterClose) {
   OnTask([&] {
     ASSERT_TRUE(Subscribe(kEnabled));
-    table_->unsubscribe(table_, Text(kEnabled));
+    table_->unsubscribe(table_, ToText(kEnabled));
     SetEnabled("false");
-    table_->unsubscribe(table_, Text("OnJsonApiEvent_/unknown"));
+    table_->unsubscribe(table_, ToText("OnJsonApiEvent_/unknown"));
   });
   EXPECT_THAT(delivered_, ElementsAre());
   OnTask([&] {
     ASSERT_TRUE(Subscribe(kEnabled));
     ASSERT_TRUE(table_->request(table_, &kRequest, Complete, this));
-    table_->postTask(table_, Text("a"), Note, this);
+    table_->postTask(table_, ToText("a"), Note, this);
     services_->Close();
     SetEnabled("true");
   });
@@ -156,7 +156,7 @@ TEST_F(ServiceTableTest, KnowsItsEventNames) {
     }
     for (const char* name : {"OnJsonApiEvents", "OnServiceProxyUuidEvent_x", "", "OnJsonApiEvent_"})
       EXPECT_FALSE(Subscribe(name)) << name;
-    EXPECT_FALSE(table_->subscribe(table_, Text("OnJsonApiEvent"), nullptr, this));
+    EXPECT_FALSE(table_->subscribe(table_, ToText("OnJsonApiEvent"), nullptr, this));
   });
 }
 
@@ -177,7 +177,7 @@ TEST_F(ServiceTableTest, ARequestIsCompletedLaterWhateverItsStatus) {
   OnTask([&] {
     std::string url = "/no-such-plugin/v1/thing";
     KestRequest request = kRequest;
-    request.url = Text(url);
+    request.url = ToText(url);
     ASSERT_TRUE(table_->request(table_, &request, Complete, this));
     url.assign(url.size(), '?');  // the host has its own copy
     EXPECT_THAT(delivered_, ElementsAre());
@@ -191,10 +191,10 @@ TEST_F(ServiceTableTest, NamedTasksMergeAndNamelessOnesDoNot) {
   OnTask([&] {
     std::string posted;
     for (const char* name : {"a", "a", "b", "", ""}) {
-      posted += std::to_string(table_->postTask(table_, Text(name), Note, this));
+      posted += std::to_string(table_->postTask(table_, ToText(name), Note, this));
     }
     EXPECT_EQ(posted, "12111");  // queued 1, merged 2
-    EXPECT_EQ(table_->postTask(table_, Text("c"), nullptr, this), KEST_TASK_REFUSED);
+    EXPECT_EQ(table_->postTask(table_, ToText("c"), nullptr, this), KEST_TASK_REFUSED);
   });
   EXPECT_THAT(delivered_, ElementsAre("task", "task", "task", "task"));
 }
@@ -207,13 +207,13 @@ TEST_F(ServiceTableTest, EachRowOfTheTimelineHasItsCause) {
     ASSERT_TRUE(Subscribe("OnServiceProxyUuidEvent"));
     const CauseScope scope(timeline_.Add({.kind = RowKind::kRequest, .name = "redeem"}));
     KestRequest request = kRequest;
-    request.method = Text("POST");
-    request.url = Text("/tav-login/v1/service-proxy-uuid-requests");
-    request.body = Bytes(call);
+    request.method = ToText("POST");
+    request.url = ToText("/tav-login/v1/service-proxy-uuid-requests");
+    request.body = ToBytes(call);
     ASSERT_TRUE(table_->request(table_, &request, Complete, this));
     ASSERT_TRUE(table_->request(table_, &kRequest, Complete, this));
-    table_->postTask(table_, Text("publish"), PublishAfterYield, this);
-    table_->postTask(table_, Text("note"), Note, this);
+    table_->postTask(table_, ToText("publish"), PublishAfterYield, this);
+    table_->postTask(table_, ToText("note"), Note, this);
   });
   std::string rows;
   const Json page = timeline_.Read({.limit = 1000});
@@ -239,7 +239,7 @@ TEST_F(ServiceTableTest, EachRowOfTheTimelineHasItsCause) {
 TEST_F(ServiceTableTest, PublishesJsonOnly) {
   OnTask([&] {
     const auto publish = [&](const char* path, int32_t type, const char* json) {
-      return table_->publish(table_, Text(path), type, Bytes(json));
+      return table_->publish(table_, ToText(path), type, ToBytes(json));
     };
     EXPECT_TRUE(publish("/x", KEST_EVENT_UPDATE, "{}") && publish("/x", KEST_EVENT_DELETE, ""));
     EXPECT_FALSE(publish("/x", KEST_EVENT_DELETE, "{}")) << "a removal with a value";
@@ -286,7 +286,7 @@ TEST_F(ServiceTableTest, FaultRulesDecideHowResponsesAndEventsCome) {
         {"published":"/double","action":"double"},{"published":"/late","delay":30})");
     ASSERT_TRUE(table_->request(table_, &kRequest, Complete, this));
     for (const char* path : {"/drop", "/double", "/late"}) {
-      EXPECT_TRUE(table_->publish(table_, Text(path), KEST_EVENT_UPDATE, Bytes("1")));
+      EXPECT_TRUE(table_->publish(table_, ToText(path), KEST_EVENT_UPDATE, ToBytes("1")));
     }
     EXPECT_EQ(stream_.Held().last, 2u);
   });
@@ -302,7 +302,7 @@ TEST_F(ServiceTableTest, FaultRulesDecideHowResponsesAndEventsCome) {
 TEST_F(ServiceTableTest, AResponseMayOvertakeTheRequestOrBeHeld) {
   const std::string call = R"({"serviceName":"loot","methodName":"x","args":[]})";
   const auto post = [&](const char* url) {
-    const KestRequest request = {Text("POST"), Text(url), nullptr, 0, {}, Bytes(call), {}};
+    const KestRequest request = {ToText("POST"), ToText(url), nullptr, 0, {}, ToBytes(call), {}};
     EXPECT_TRUE(table_->request(table_, &request, Complete, this));
   };
   OnTask([&] {
@@ -333,11 +333,11 @@ TEST_F(ServiceTableTest, AResponseMayOvertakeTheRequestOrBeHeld) {
 TEST_F(ServiceTableTest, EntriesOfModuleTasksAreRefusedElsewhere) {
   EXPECT_FALSE(table_->request(table_, &kRequest, Complete, this));
   EXPECT_FALSE(Subscribe(kEnabled));
-  EXPECT_FALSE(table_->publish(table_, Text("/x"), KEST_EVENT_UPDATE, Bytes("1")));
-  table_->waitBegin(table_, Text("x"));
+  EXPECT_FALSE(table_->publish(table_, ToText("/x"), KEST_EVENT_UPDATE, ToBytes("1")));
+  table_->waitBegin(table_, ToText("x"));
   table_->waitEnd(table_);
   table_->yield(table_);
-  EXPECT_EQ(table_->postTask(table_, Text("a"), Note, this), KEST_TASK_QUEUED);  // any thread
+  EXPECT_EQ(table_->postTask(table_, ToText("a"), Note, this), KEST_TASK_QUEUED);  // any thread
   OnTask([] {});
   EXPECT_THAT(delivered_, ElementsAre("task"));
 }

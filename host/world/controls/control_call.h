@@ -2,18 +2,16 @@
 #pragma once
 
 #include "host/openapi/control_lookup.h"
+#include "host/url/request_target.h"
 #include "host/world/controls/platform.h"
 #include "host/world/input/field_reader.h"
-#include "host/world/input/url_text.h"
 
 namespace Kest::Host {
 
 struct ControlCall {
   PathArguments path;  // "collection": "skins", "id": "11002"
   Document body;       // an empty object when there was none
-  std::string url;     // with the query
-
-  std::optional<std::string> Query(std::string_view name) const { return QueryArgument(url, name); }
+  RequestTarget target;
 };
 
 using ControlResult = Maybe<Json>;

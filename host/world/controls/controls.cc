@@ -5,7 +5,6 @@
 #include "host/openapi/control_lookup.h"
 #include "host/world/controls/control_call.h"
 #include "host/world/input/document.h"
-#include "host/world/input/url_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -69,7 +68,8 @@ WorldResponse RefuseMethod(std::string_view method, const std::string& allowed) 
 
 WorldResponse CallControl(Platform& platform, std::string_view method, std::string_view path,
                           std::string_view body) {
-  const std::vector<std::string> parts = PathParts(UrlPath(path));
+  const RequestTarget target = RequestTarget::Split(path);
+  const std::vector<std::string> parts = PathParts(target.path);
   if (parts.empty()) return Refuse({"there is no control of an empty name", 404});
   FoundControl found = FindControl(method, parts, [](std::string_view operationId) {
     return FunctionOf(operationId) != nullptr;
@@ -82,7 +82,7 @@ WorldResponse CallControl(Platform& platform, std::string_view method, std::stri
   if (!document) return Refuse(document.GetFailure());
 
   const ControlResult result = FunctionOf(control.operationId)(
-      platform, {std::move(found.arguments), std::move(document.GetValue()), std::string(path)});
+      platform, {std::move(found.arguments), std::move(document.GetValue()), target});
   if (!result) return Refuse(result.GetFailure());
   return WorldJson(WriteJson(result.GetValue()));
 }

@@ -39,7 +39,7 @@ void ReadItem(FieldReader& item, const WorldData& data, CountsByKey& added) {
 
 // How often to try. `most` depends on the recipe.
 Maybe<int64_t> ReadTrials(const ControlCall& call, int64_t most) {
-  const auto text = call.Query("trials");
+  const auto text = call.target.Parameter("trials");
   if (!text) return std::min(kUsualTrials, most);
   int64_t trials = 0;
   const char* const end = text->data() + text->size();

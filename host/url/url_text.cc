@@ -1,8 +1,15 @@
-#include "host/world/input/url_text.h"
+#include "host/url/url_text.h"
 
 #include <charconv>
 
 namespace Kest::Host {
+
+std::string_view TakeUpTo(char separator, std::string_view* text) {
+  const size_t end = text->find(separator);
+  const std::string_view head = text->substr(0, end);
+  text->remove_prefix(end == std::string_view::npos ? text->size() : end + 1);
+  return head;
+}
 
 std::string DecodePercent(std::string_view text) {
   std::string out;
@@ -36,35 +43,6 @@ std::string EncodePercent(std::string_view text) {
     out.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
   }
   return out;
-}
-
-std::vector<std::string> PathParts(std::string_view path) {
-  std::vector<std::string> parts;
-  while (!path.empty()) {
-    const size_t slash = std::min(path.find('/'), path.size());
-    if (slash > 0) parts.push_back(DecodePercent(path.substr(0, slash)));
-    path.remove_prefix(std::min(slash + 1, path.size()));
-  }
-  return parts;
-}
-
-std::string_view UrlPath(std::string_view url) {
-  return url.substr(0, url.find('?'));
-}
-
-std::optional<std::string> QueryArgument(std::string_view url, std::string_view name) {
-  const size_t mark = url.find('?');
-  if (mark == std::string_view::npos) return std::nullopt;
-  std::string_view query = url.substr(mark + 1);
-  while (!query.empty()) {
-    const std::string_view pair = query.substr(0, query.find('&'));
-    query.remove_prefix(std::min(pair.size() + 1, query.size()));
-    const size_t equals = std::min(pair.find('='), pair.size());
-    if (DecodePercent(pair.substr(0, equals)) == name) {
-      return DecodePercent(pair.substr(std::min(equals + 1, pair.size())));
-    }
-  }
-  return std::nullopt;
 }
 
 }  // namespace Kest::Host

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kest::Host {
 
@@ -14,12 +16,15 @@ struct RequestTarget {
 
   // Borrows `target`.
   static RequestTarget Split(std::string_view target);
-  // The raw value of the first parameter of that name; empty text when it has no "=".
-  std::optional<std::string_view> Parameter(std::string_view name) const;
+  // The decoded value of the first parameter of that name; empty text when it has no "=".
+  std::optional<std::string> Parameter(std::string_view name) const;
   // The name of the first parameter that `isKnown` does not know; nothing when it knows all.
-  std::optional<std::string_view> UnknownParameter(
+  std::optional<std::string> UnknownParameter(
       const std::function<bool(std::string_view name)>& isKnown) const;
 };
+
+// The parts of a path, decoded; empty parts are left out ("/a//b" has two).
+std::vector<std::string> PathParts(std::string_view path);
 
 // An integer of decimal digits alone, or nothing.
 std::optional<uint64_t> ParseNumber(std::string_view text);

@@ -1,8 +1,8 @@
-#include "host/http/request_target.h"
+#include "host/url/request_target.h"
 
 #include <charconv>
 
-#include "host/http/header_text.h"
+#include "host/url/url_text.h"
 
 namespace Kest::Host {
 
@@ -11,22 +11,31 @@ RequestTarget RequestTarget::Split(std::string_view target) {
   return {path, target};
 }
 
-std::optional<std::string_view> RequestTarget::Parameter(std::string_view name) const {
+std::optional<std::string> RequestTarget::Parameter(std::string_view name) const {
   for (std::string_view rest = query; !rest.empty();) {
     std::string_view value = TakeUpTo('&', &rest);
-    if (TakeUpTo('=', &value) == name) return value;
+    if (DecodePercent(TakeUpTo('=', &value)) == name) return DecodePercent(value);
   }
   return std::nullopt;
 }
 
-std::optional<std::string_view> RequestTarget::UnknownParameter(
+std::optional<std::string> RequestTarget::UnknownParameter(
     const std::function<bool(std::string_view name)>& isKnown) const {
   for (std::string_view rest = query; !rest.empty();) {
     std::string_view parameter = TakeUpTo('&', &rest);
-    const std::string_view name = TakeUpTo('=', &parameter);
+    std::string name = DecodePercent(TakeUpTo('=', &parameter));
     if (!isKnown(name)) return name;
   }
   return std::nullopt;
+}
+
+std::vector<std::string> PathParts(std::string_view path) {
+  std::vector<std::string> parts;
+  while (!path.empty()) {
+    const std::string_view part = TakeUpTo('/', &path);
+    if (!part.empty()) parts.push_back(DecodePercent(part));
+  }
+  return parts;
 }
 
 std::optional<uint64_t> ParseNumber(std::string_view text) {
