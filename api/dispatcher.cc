@@ -60,12 +60,14 @@ Dispatcher::Dispatcher(TypeRegistry& registry)
 BoundFunction& Dispatcher::Add(HttpMethod method, std::string_view pathTemplate,
                                BoundFunction function) {
   Endpoint& endpoint =
-      endpoints_.emplace_back(Endpoint{method, RouteTemplate(pathTemplate), std::move(function)});
+      endpoints_.emplace_back(method, pathTemplate, std::move(function), memory_.Resource());
   routes_.Add(method, endpoint.route);
   const auto& parameters = endpoint.route.Parameters();
   if (std::any_of(parameters.begin(), parameters.end(),
                   [](const TemplateParameter& parameter) { return parameter.name.empty(); })) {
-    LogWarning("Route %s has a parameter without a name", endpoint.route.Text().c_str());
+    const std::string_view text = endpoint.route.Text();
+    LogWarning("Route %.*s has a parameter without a name", static_cast<int>(text.size()),
+               text.data());
   }
   return endpoint.function;
 }

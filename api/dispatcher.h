@@ -29,6 +29,11 @@
 namespace Kest {
 
 struct Endpoint {
+  // The route's texts are in `memory`, which outlives it.
+  Endpoint(HttpMethod of, std::string_view pathTemplate, BoundFunction runs,
+           std::pmr::memory_resource* memory)
+      : method(of), route(pathTemplate, memory), function(std::move(runs)) {}
+
   HttpMethod method;
   RouteTemplate route;
   BoundFunction function;

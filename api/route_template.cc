@@ -28,16 +28,25 @@ bool MatchesRemainder(bool isRest, std::string_view text) {
 
 }  // namespace
 
-RouteTemplate::RouteTemplate(std::string_view text) : text_(text) {
+RouteTemplate::RouteTemplate(std::string_view text, std::pmr::memory_resource* memory)
+    : characters_(memory), parameters_(memory), groups_(memory) {
+  // The literals are what is not in braces, and a "#" in place of a brace.
+  characters_.reserve(2 * text.size());
+  text_ = characters_.append(text);
+  prefix_ = {text_.data() + text_.size(), 0};
+  const auto parameters = static_cast<size_t>(std::count(text.begin(), text.end(), '}'));
+  parameters_.reserve(parameters);
+  groups_.reserve(parameters);
   bool inParameter = false;
   TemplateParameter parameter;
-  for (const char c : text) {
+  for (size_t i = 0; i < text_.size(); ++i) {
+    const char c = text_[i];
     if (c == '{') {
       inParameter = true;
       parameter = {};
     } else if (c == '}') {
       if (inParameter) AppendGroup(parameter.form);
-      parameters_.push_back(std::move(parameter));
+      parameters_.push_back(parameter);
       inParameter = false;
       parameter = {};
     } else if (!inParameter) {
@@ -45,7 +54,7 @@ RouteTemplate::RouteTemplate(std::string_view text) : text_(text) {
     } else if (parameter.name.empty() && (c == '+' || c == '#')) {
       parameter.form = c == '+' ? ParameterForm::kRest : ParameterForm::kFragment;
     } else {
-      parameter.name.push_back(c);
+      parameter.name = text_.substr(i - parameter.name.size(), parameter.name.size() + 1);
     }
   }
   for (size_t i = 0; i + 1 < groups_.size(); ++i) {
@@ -65,11 +74,14 @@ std::string RouteTemplate::Pattern() const {
 
 void RouteTemplate::AppendGroup(ParameterForm form) {
   if (form == ParameterForm::kFragment) AppendLiteral('#');
-  groups_.push_back({form != ParameterForm::kSegment, {}});
+  groups_.push_back(
+      {form != ParameterForm::kSegment, {characters_.data() + characters_.size(), 0}});
 }
 
 void RouteTemplate::AppendLiteral(char c) {
-  (groups_.empty() ? prefix_ : groups_.back().literal).push_back(c);
+  std::string_view& literal = groups_.empty() ? prefix_ : groups_.back().literal;
+  characters_.push_back(c);
+  literal = {literal.data(), literal.size() + 1};
   ++minimumLength_;
 }
 
@@ -112,7 +124,7 @@ bool RouteTemplate::MatchAmbiguous(std::string_view rest, RouteCaptures* capture
   std::vector<bool> matches((groups_.size() + 1) * columns);
   matches[groups_.size() * columns + rest.size()] = true;
   for (size_t g = groups_.size(); g-- > 0;) {
-    const std::string& literal = groups_[g].literal;
+    const std::string_view literal = groups_[g].literal;
     const size_t row = g * columns;
     for (size_t at = columns; at-- > 0;) {
       const bool endsHere = rest.size() - at >= literal.size() &&

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,7 @@ namespace Kest {
 enum class ParameterForm { kSegment, kRest, kFragment };
 
 struct TemplateParameter {
-  std::string name;
+  std::string_view name;  // a part of the template
   ParameterForm form = ParameterForm::kSegment;
 
   friend bool operator==(const TemplateParameter&, const TemplateParameter&) = default;
@@ -58,17 +59,22 @@ class RouteCaptures {
 };
 
 // One compiled template. Immutable: any thread may match.
+// Lifetime: what it returns is a part of it.
 class RouteTemplate {
  public:
   // Compiles any string: unfinished and stray braces have a meaning too. An unfinished parameter
   // matches nothing and names nothing. A "}" without its "{" names a parameter "" that has no group
   // in the pattern, so later parameters have the capture of the one before.
-  explicit RouteTemplate(std::string_view text);
+  // Its texts and lists are in `memory`, which outlives it.
+  explicit RouteTemplate(std::string_view text,
+                         std::pmr::memory_resource* memory = std::pmr::get_default_resource());
+  RouteTemplate(const RouteTemplate&) = delete;
+  RouteTemplate& operator=(const RouteTemplate&) = delete;
 
-  const std::string& Text() const { return text_; }
+  std::string_view Text() const { return text_; }
   std::string Pattern() const;
   // In order; parameter i has capture i.
-  const std::vector<TemplateParameter>& Parameters() const { return parameters_; }
+  const std::pmr::vector<TemplateParameter>& Parameters() const { return parameters_; }
 
   // The literals before the first group and after the last one (the whole template without one).
   std::string_view Prefix() const { return prefix_; }
@@ -84,8 +90,8 @@ class RouteTemplate {
 
  private:
   struct Group {
-    bool isRest;          // else a segment
-    std::string literal;  // after it, up to the next group
+    bool isRest;               // else a segment
+    std::string_view literal;  // after it, up to the next group
   };
 
   void AppendGroup(ParameterForm form);
@@ -93,10 +99,11 @@ class RouteTemplate {
   bool MatchLast(std::string_view rest, RouteCaptures* captures) const;
   bool MatchAmbiguous(std::string_view rest, RouteCaptures* captures) const;
 
-  std::string text_;
-  std::vector<TemplateParameter> parameters_;
-  std::string prefix_;
-  std::vector<Group> groups_;
+  std::pmr::string characters_;  // the template, then all literals; it never moves
+  std::string_view text_;
+  std::pmr::vector<TemplateParameter> parameters_;
+  std::string_view prefix_;
+  std::pmr::vector<Group> groups_;
   size_t minimumLength_ = 0;
   bool isDirect_ = true;  // each group but the last is a segment that ends at the next "/"
 };

@@ -23,9 +23,10 @@ bool IsPattern(std::string_view url) {
 }
 
 std::string EventName(std::string_view url) {
-  std::string name(kJsonApiEvent);
-  if (!IsPattern(url)) name.append("_").append(url);
-  return name;
+  if (IsPattern(url)) return std::string(kJsonApiEvent);
+  std::string name;
+  name.reserve(kJsonApiEvent.size() + 1 + url.size());
+  return name.append(kJsonApiEvent).append("_").append(url);
 }
 
 }  // namespace
@@ -35,7 +36,7 @@ ResourceSubscriptions::~ResourceSubscriptions() {
 }
 
 void ResourceSubscriptions::Add(std::string_view url, Handler handler, std::string_view typeName) {
-  const std::string name = EventName(url);
+  std::string name = EventName(url);
   auto entry = std::make_shared<Entry>();
   entry->url = url;
   entry->typeName = typeName;
@@ -43,10 +44,12 @@ void ResourceSubscriptions::Add(std::string_view url, Handler handler, std::stri
   // The record is complete before the host knows of it: it may deliver at once.
   const auto known = events_.find(name);
   if (known != events_.end()) return known->second.entries.push_back(std::move(entry));
-  const auto added = events_.emplace(name, Event{{std::move(entry)}}).first;
+  const auto added = events_.try_emplace(std::move(name)).first;
   try {
-    if (host_.Subscribe(name, [this, name](std::string_view body) { OnEvent(name, body); })) return;
-    LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());
+    added->second.entries.push_back(std::move(entry));
+    auto deliver = [this, event = added->first](std::string_view body) { OnEvent(event, body); };
+    if (host_.Subscribe(added->first, std::move(deliver))) return;
+    LogError("%s: Could not subscribe to %s", pluginName_.c_str(), added->first.c_str());
     events_.erase(added);
   } catch (...) {
     events_.erase(added);
@@ -145,8 +148,8 @@ void ResourceSubscriptions::Deliver(const std::string& name, std::string_view bo
   for (const std::shared_ptr<Entry>& entry : HandlersOf(name, uri)) {
     if (!entry->active) continue;
     if (entry->handler(data, type) == ResourceDelivery::kUnconvertible) {
-      Trace("Couldn't convert resource %s to C++ while handling update for URL: %s",
-            entry->typeName.c_str(), uri.c_str());
+      Trace("Couldn't convert resource %.*s to C++ while handling update for URL: %s",
+            static_cast<int>(entry->typeName.size()), entry->typeName.data(), uri.c_str());
     }
   }
 }

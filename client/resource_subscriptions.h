@@ -40,8 +40,8 @@ class ResourceSubscriptions {
   ResourceSubscriptions(const ResourceSubscriptions&) = delete;
   ResourceSubscriptions& operator=(const ResourceSubscriptions&) = delete;
 
-  // `typeName` names the handler's type in traces. A subscription that the host refuses is logged
-  // and not kept.
+  // `typeName`, a constant, names the handler's type in traces. A subscription that the host
+  // refuses is logged and not kept.
   void Add(std::string_view url, Handler handler, std::string_view typeName);
   // Removes the handler added last for the url.
   // Needs no memory.
@@ -53,7 +53,7 @@ class ResourceSubscriptions {
  private:
   struct Entry {
     std::string url;
-    std::string typeName;
+    std::string_view typeName;
     Handler handler;
     bool active = true;
   };

@@ -126,46 +126,40 @@ Maybe<Response> ServiceProxy::SendToSession(const ServiceCall& call, const CallA
   return client_.Send(*request);
 }
 
-template <class Event>
-void ServiceProxy::Follow(
-    const std::string& name, std::function<void(Event event)> handle,
-    std::function<void(std::string_view text, std::string_view error)> handleUnreadable) {
-  const auto read = [this, name, handle = std::move(handle),
-                     handleUnreadable = std::move(handleUnreadable)](std::string_view text) {
+template <class Event, class Handle, class HandleUnreadable>
+void ServiceProxy::Follow(std::string_view name, Handle handle, HandleUnreadable handleUnreadable) {
+  auto read = [this, event = std::string(name), handle, handleUnreadable](std::string_view text) {
     const auto fail = [&](const char* error) noexcept {
-      LogError("%s: Could not read %s: %s", pluginName_.c_str(), name.c_str(), error);
-      if (handleUnreadable) handleUnreadable(text, error);
+      LogError("%s: Could not read %s: %s", pluginName_.c_str(), event.c_str(), error);
+      handleUnreadable(text, error);
     };
     RunAtBoundary(
         [&] {
-          Event event;
+          Event value;
           ConversionContext context;
-          ReadJsonValue(context, "<value>", text, &event);
+          ReadJsonValue(context, "<value>", text, &value);
           if (!context.Ok()) return fail(context.ErrorMessage().c_str());
-          handle(std::move(event));
+          handle(std::move(value));
         },
         fail);
   };
-  if (!host_.Subscribe(name, read)) {
-    LogError("%s: Could not subscribe to %s", pluginName_.c_str(), name.c_str());
+  if (!host_.Subscribe(name, std::move(read))) {
+    LogError("%s: Could not subscribe to %.*s", pluginName_.c_str(), static_cast<int>(name.size()),
+             name.data());
   }
 }
 
 void ServiceProxy::FollowResponses(
     std::string_view name, void (ResponseTable::*handle)(PluginServiceProxyResponse response),
     bool areAwaited) {
-  std::function<void(std::string_view, std::string_view)> handleUnreadable;
-  if (areAwaited) {
-    handleUnreadable = [this](std::string_view text, std::string_view error) {
-      responses_.AddUnreadable(text, error);
-    };
-  }
   Follow<PluginServiceProxyResponse>(
-      std::string(name),
+      name,
       [this, handle](PluginServiceProxyResponse response) {
         (responses_.*handle)(std::move(response));
       },
-      std::move(handleUnreadable));
+      [this, areAwaited](std::string_view text, std::string_view error) {
+        if (areAwaited) responses_.AddUnreadable(text, error);
+      });
 }
 
 void ServiceProxy::Start() {
@@ -191,7 +185,8 @@ void ServiceProxy::SubscribeSvds(std::string_view subtopic,
   svdsHandlers_.insert_or_assign(std::string(subtopic), std::move(handler));
   Trace("%s: Subscribing to SVDS event: %s", pluginName_.c_str(), std::string(subtopic).c_str());
   Follow<PluginSvdsEvent>(
-      name, [this](PluginSvdsEvent event) { OnSvdsEvent(std::move(event)); }, nullptr);
+      name, [this](PluginSvdsEvent event) { OnSvdsEvent(std::move(event)); },
+      [](std::string_view, std::string_view) {});
 }
 
 void ServiceProxy::OnSvdsEvent(PluginSvdsEvent event) {

@@ -153,10 +153,9 @@ class ServiceProxy {
   Maybe<Response> SendToSession(const ServiceCall& call, const CallArguments& arguments,
                                 OutgoingRequest* request);
   // Subscribes; each event is read on the thread it comes on and handed to `handle`. One that
-  // cannot be read is logged, and its text handed to `handleUnreadable`, which may be null.
-  template <class Event>
-  void Follow(const std::string& name, std::function<void(Event event)> handle,
-              std::function<void(std::string_view text, std::string_view error)> handleUnreadable);
+  // cannot be read is logged, and its text handed to `handleUnreadable`.
+  template <class Event, class Handle, class HandleUnreadable>
+  void Follow(std::string_view name, Handle handle, HandleUnreadable handleUnreadable);
   // `areAwaited`: a request waits for each, and fails when its response cannot be read.
   void FollowResponses(std::string_view name,
                        void (ResponseTable::*handle)(PluginServiceProxyResponse response),

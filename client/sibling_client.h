@@ -90,9 +90,8 @@ class SiblingClient {
   // for the call otherwise. The first subscription of a url gets the resource's present value as
   // one kCreate, when it exists. An event that does not convert is dropped. In a url "*" matches
   // any characters. A url may have several handlers.
-  template <class T>
-  void Subscribe(std::string_view url,
-                 std::function<void(const T* value, ResourceEventType type)> handler) {
+  template <class T, class Function>
+  void Subscribe(std::string_view url, Function handler) {
     subscriptions_.Add(
         url,
         [handler = std::move(handler)](const BindingProperty* data, ResourceEventType type) {

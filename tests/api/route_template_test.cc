@@ -13,7 +13,7 @@ TEST(RouteTemplate, CompilesToThePatternAndItsParameters) {
     std::string outcome(compiled.Pattern());
     for (const auto& [name, form] : compiled.Parameters()) {
       constexpr const char* kForms[] = {"segment", "rest", "fragment"};
-      outcome += " " + name + ":" + kForms[static_cast<size_t>(form)];
+      outcome.append(" ").append(name).append(":").append(kForms[static_cast<size_t>(form)]);
     }
     return outcome;
   }));
