@@ -36,6 +36,7 @@ RunCommand DescribeServe(CLI::App& app, const ProgramContext& context);  // with
 RunCommand DescribeCheck(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeExec(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeCompletion(CLI::App& app, const ProgramContext& context);
+RunCommand DescribeManual(CLI::App& app, const ProgramContext& context);
 
 // Writes "tav-loot-host: <text>" to standard error and returns kFailed.
 int ReportFailure(std::string_view text);

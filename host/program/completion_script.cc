@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/program/app_contents.h"
+
 namespace Kest::Host {
 namespace {
 
@@ -31,16 +33,6 @@ constexpr std::string_view kScriptFoot = R"(  esac
 complete -F _tav_loot_host tav-loot-host
 )";
 
-std::vector<const CLI::App*> SubcommandsOf(const CLI::App& program) {
-  return program.get_subcommands([](const CLI::App*) { return true; });
-}
-
-std::vector<std::string> DashedNames(const CLI::Option& option) {
-  std::vector<std::string> names;
-  for (const std::string& name : option.get_lnames()) names.push_back("--" + name);
-  return names;
-}
-
 std::string Reply(const std::string& generator) {
   return "mapfile -t COMPREPLY < <(compgen " + generator + R"( -- "$word"))";
 }
@@ -59,7 +51,7 @@ std::string ValueCases(const CLI::App& app, const std::string& command) {
   std::string cases;
   for (const CLI::Option* option : app.get_options()) {
     if (option->get_items_expected_max() == 0) continue;
-    for (const std::string& name : DashedNames(*option)) {
+    for (const std::string& name : LongNamesOf(*option)) {
       const std::string reply = ValueReply(option->get_type_name());
       cases += "    '" + command + " " + name + "') " + (reply.empty() ? ":" : reply) + " ;;\n";
     }
@@ -72,7 +64,7 @@ std::string WordCase(const CLI::App& app, const std::string& command) {
   std::string words;
   std::string values;
   for (const CLI::Option* option : app.get_options()) {
-    for (const std::string& name : DashedNames(*option)) words += name + ' ';
+    for (const std::string& name : LongNamesOf(*option)) words += name + ' ';
     if (option->get_positional()) values = ValueReply(option->get_type_name());
   }
   for (const CLI::App* subcommand : SubcommandsOf(app)) words += subcommand->get_name() + ' ';

@@ -118,7 +118,8 @@ void AddLogOptions(CLI::App& app, HostOptions* options) {
 
 void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* options) {
   options->pluginPath = folder + kPluginFile;
-  app.add_option("--plugin", options->pluginPath, "The plugin library")
+  app.add_option("--plugin", options->pluginPath,
+                 "The plugin library, beside the program by default")
       ->type_name("FILE")
       ->capture_default_str();
   app.add_flag("--watch-plugin", options->followsPlugin,

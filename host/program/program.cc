@@ -23,6 +23,7 @@ constexpr CommandRow kCommands[] = {
     {"exec", "Runs a command against a host of its own: exec [OPTIONS] -- COMMAND [ARGUMENTS]",
      DescribeExec, true},
     {"completion", "Prints a script that completes this program's arguments", DescribeCompletion},
+    {"manual", "Prints the manual page", DescribeManual},
 };
 
 // Options before a subcommand are those of serving, and would do nothing.

@@ -19,5 +19,10 @@ prepare_console() {
   echo "$1" >"$installed"
 }
 
+# make_api_types DOCUMENT TARGET: types of the API that the document describes. In the folder of the tools.
+make_api_types() {
+  node_modules/.bin/openapi-typescript "$1" --default-non-nullable false -o "$2" >generate.log 2>&1 || { cat generate.log; exit 1; }
+}
+
 # bundle_console FOLDER: an absolute path.
 bundle_console() { (cd "$console_tools" && node build.mjs "$1"); }

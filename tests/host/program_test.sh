@@ -54,6 +54,12 @@ kill -TERM $!
 wait $!
 expect 'a signal' 9 $?
 
+# The manual page has every option and subcommand that completion offers.
+manual=$("$host" manual) || expect 'status of manual' 0 $?
+for word in $("$host" completion bash | sed -n "s/.*compgen -W '\(.*\)' -- .*/\1/p"); do
+  case "${manual//\\-/-}" in *"$word"*) ;; *) expect 'the manual page' "$word" '' ;; esac
+done
+
 # complete WORD...: what the script offers for the last word.
 # shellcheck disable=SC1090
 . <("$host" completion bash)

@@ -1,5 +1,5 @@
-// Sends requests to the host that served the console, typed by its API document.
-import type { Given, Method, PathOf, Problem, Result } from "./types";
+// Sends requests to a host, typed by its API document.
+import type { Given, Method, PathOf, Problem, Result } from "./types.js";
 
 // What a request came to, whether it succeeded or not.
 export interface Reply {
@@ -70,29 +70,28 @@ export interface Returned<T> {
 
 export const headerOf = (reply: Reply | undefined, name: string) => reply?.headers.find(([key]) => key === name)?.[1];
 
-// The result of an operation with its reply. Throws ApiFailure with what the host says went wrong.
-export async function ask<M extends Method, P extends PathOf<M>>(
-  method: M,
-  path: P,
-  given: Given<P, M> = {} as Given<P, M>,
-): Promise<Returned<Result<P, M>>> {
-  const loose = given as LooseGiven;
-  const sent = loose.body === undefined ? undefined : { body: JSON.stringify(loose.body) };
-  let reply: Reply;
-  try {
-    reply = await send(method.toUpperCase(), targetOf(path, loose), sent);
-  } catch {
-    throw new ApiFailure(0, "The host does not respond.");
-  }
-  if (reply.status >= 400) throw new ApiFailure(reply.status, detailOf(reply), reply);
-  return { result: (reply.text ? JSON.parse(reply.text) : undefined) as Result<P, M>, reply };
+export interface Client {
+  // The result of an operation with its reply. Throws ApiFailure with what the host says went wrong.
+  ask<M extends Method, P extends PathOf<M>>(method: M, path: P, given?: Given<P, M>): Promise<Returned<Result<P, M>>>;
+  // The same without the reply.
+  call<M extends Method, P extends PathOf<M>>(method: M, path: P, given?: Given<P, M>): Promise<Result<P, M>>;
 }
 
-// The same without the reply.
-export async function call<M extends Method, P extends PathOf<M>>(
-  method: M,
-  path: P,
-  given: Given<P, M> = {} as Given<P, M>,
-): Promise<Result<P, M>> {
-  return (await ask(method, path, given)).result;
+// For the host at this address, which ends without a slash; "" is the one that served the page.
+export function clientOf(address: string): Client {
+  async function ask<M extends Method, P extends PathOf<M>>(method: M, path: P, given?: Given<P, M>) {
+    const loose = (given ?? {}) as LooseGiven;
+    const sent = loose.body === undefined ? undefined : { body: JSON.stringify(loose.body) };
+    let reply: Reply;
+    try {
+      reply = await send(method.toUpperCase(), address + targetOf(path, loose), sent);
+    } catch {
+      throw new ApiFailure(0, "The host does not respond.");
+    }
+    if (reply.status >= 400) throw new ApiFailure(reply.status, detailOf(reply), reply);
+    return { result: (reply.text ? JSON.parse(reply.text) : undefined) as Result<P, M>, reply };
+  }
+  return { ask, call: async (method, path, given) => (await ask(method, path, given)).result };
 }
+
+export const { ask, call } = clientOf("");

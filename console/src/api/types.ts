@@ -1,5 +1,5 @@
 // Names for the types that the host's API document describes, and for what each operation takes and returns.
-import type { components, paths } from "./loot-api";
+import type { components, paths } from "./loot-api.js";
 
 export type Schemas = components["schemas"];
 export type PlayerLoot = Schemas["PlayerLoot"];
