@@ -4,6 +4,8 @@
 #include <array>
 #include <iterator>
 
+#include "base/ascii.h"
+
 namespace Kest {
 namespace {
 
@@ -70,11 +72,6 @@ constexpr auto kByStatus = [](const StatusEntry& a, const StatusEntry& b) {
 };
 static_assert(std::is_sorted(std::begin(kStatusTexts), std::end(kStatusTexts), kByStatus));
 
-// Not std::tolower: the host's locale decides nothing here.
-constexpr char ToLowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 std::string_view MethodName(HttpMethod method) {
@@ -97,9 +94,7 @@ std::string_view StatusText(int32_t status) {
 }
 
 bool HasContentType(std::string_view contentType, std::string_view prefix) {
-  if (contentType.size() < prefix.size()) return false;
-  return std::equal(prefix.begin(), prefix.end(), contentType.begin(),
-                    [](char a, char b) { return ToLowerAscii(a) == ToLowerAscii(b); });
+  return EqualIgnoringCase(contentType.substr(0, prefix.size()), prefix);
 }
 
 }  // namespace Kest

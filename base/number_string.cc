@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/ascii.h"
 #include "base/round_to_nearest.h"
 
 namespace Kest {
@@ -30,20 +31,8 @@ Prefix CutPrefix(std::string_view text) {
   return prefix;
 }
 
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
-  if (text.size() != lower.size()) return false;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (Lower(text[i]) != lower[i]) return false;
-  }
-  return true;
-}
-
 bool IsHexPrefix(std::string_view text) {
-  return text.size() > 2 && text[0] == '0' && Lower(text[1]) == 'x';
+  return text.size() > 2 && text[0] == '0' && ToLower(text[1]) == 'x';
 }
 
 NumberParseStatus ParseMagnitude(std::string_view digits, uint64_t* magnitude) {
@@ -63,13 +52,13 @@ NumberParseStatus ParseMagnitude(std::string_view digits, uint64_t* magnitude) {
 }
 
 bool IsNamedNumber(std::string_view text) {
-  if (EqualsIgnoringCase(text, "inf") || EqualsIgnoringCase(text, "infinity")) return true;
-  if (text.size() < 3 || !EqualsIgnoringCase(text.substr(0, 3), "nan")) return false;
+  if (EqualIgnoringCase(text, "inf") || EqualIgnoringCase(text, "infinity")) return true;
+  if (text.size() < 3 || !EqualIgnoringCase(text.substr(0, 3), "nan")) return false;
   if (text.size() == 3) return true;
   if (text.size() < 5 || text[3] != '(' || text.back() != ')') return false;
   const std::string_view name = text.substr(4, text.size() - 5);
   return std::all_of(name.begin(), name.end(), [](char c) {
-    return c == '_' || (c >= '0' && c <= '9') || (Lower(c) >= 'a' && Lower(c) <= 'z');
+    return c == '_' || IsDigit(c) || (ToLower(c) >= 'a' && ToLower(c) <= 'z');
   });
 }
 
@@ -79,7 +68,7 @@ double BeyondRange(std::string_view digits, bool isHex) {
   bool inFraction = false;
   bool isZero = true;
   size_t i = 0;
-  for (; i < digits.size() && Lower(digits[i]) != (isHex ? 'p' : 'e'); ++i) {
+  for (; i < digits.size() && ToLower(digits[i]) != (isHex ? 'p' : 'e'); ++i) {
     if (digits[i] == '.') {
       inFraction = true;
     } else if (!isZero || digits[i] != '0') {
@@ -138,7 +127,7 @@ size_t ParseSignificand(std::string_view text, uint64_t* significand, int64_t* e
 
 // Reads "e", an optional sign and digits, if they come next; 0 characters when they do not.
 size_t ParseExponent(std::string_view text, int64_t* exponent) {
-  if (text.empty() || Lower(text[0]) != 'e') return 0;
+  if (text.empty() || ToLower(text[0]) != 'e') return 0;
   const bool isNegative = text.size() > 1 && text[1] == '-';
   const size_t first = isNegative || (text.size() > 1 && text[1] == '+') ? 2 : 1;
   constexpr int64_t kHuge = 1'000'000;  // beyond any power that counts
@@ -201,8 +190,8 @@ NumberParseStatus ParseFloatText(std::string_view text, double* value) {
   const bool isHex = IsHexPrefix(prefix.rest);
   const std::string_view digits = prefix.rest.substr(isHex ? 2 : 0);
   // A second sign and names in other places are no digits.
-  if (digits.empty() || digits.front() == '-' || Lower(digits.front()) == 'i' ||
-      Lower(digits.front()) == 'n') {
+  if (digits.empty() || digits.front() == '-' || ToLower(digits.front()) == 'i' ||
+      ToLower(digits.front()) == 'n') {
     return NumberParseStatus::kMalformed;
   }
   double number = 0;

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "base/ascii.h"
 #include "log/conversion.h"
 
 namespace Kest {
@@ -9,10 +10,6 @@ namespace {
 
 constexpr int64_t kMaximumField = 4096;  // no output is longer
 constexpr LetterSet kLetters("diouxXcsfFeEgGaAp");
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 char At(std::string_view text, size_t position) {
   return position < text.size() ? text[position] : '\0';

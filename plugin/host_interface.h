@@ -213,8 +213,8 @@ typedef struct KestHostServices {
   bool(KEST_ABI* createUuid)(const struct KestHostServices* self, uint8_t* uuid);
 
   /* [any thread] What the calling code follows from, a number of the host's; 0: nothing. Asked
-   * where a response arrives. setCause [module task]: what the running task does follows from it.
-   */
+   * where a response arrives, for one that arrives before the id of its request where that is sent.
+   * setCause [module task]: what the running task does follows from it. */
   uint64_t(KEST_ABI* cause)(const struct KestHostServices* self);
   void(KEST_ABI* setCause)(const struct KestHostServices* self, uint64_t cause);
 } KestHostServices;
@@ -295,8 +295,8 @@ typedef struct KestApiDescriptor {
   /* [any thread] Chooses where the plugin's log lines of at least `leastLevel` (see `log`) go from
    * now on: `outputs` is a sum of KEST_LOG_.... It holds for all of this library; a host that
    * prints what `log` hands to it leaves standard error out, so that no line is there twice. Until
-   * the first call lines of level 1 and above go to all three, also that of the handshake. Not from
-   * inside `log`. Absent in a plugin that is older: see KestCanSetLogging. */
+   * the first call lines of level 1 and above go to all three, to the host's from `start` on. Not
+   * from inside `log`. Absent in a plugin that is older: see KestCanSetLogging. */
   void(KEST_ABI* setLogging)(void* context, int32_t leastLevel, uint32_t outputs);
 
   /* [module task] Explains a decision of the plugin as it is now: why loot is disabled, what the

@@ -24,16 +24,28 @@ constexpr Output kOutputs[] = {{KEST_LOG_STANDARD_ERROR, "StdErrLogTarget"},
 }  // namespace
 
 void LogOutputs::Set(int32_t leastLevel, uint32_t outputs) {
+  MutexLock hold(mutex_);
   leastLevel_ = leastLevel;
   outputs_ = outputs;
   isSet_ = true;
-  Apply();
+  ApplyLocked();
 }
 
-void LogOutputs::Apply() const {
+void LogOutputs::Attach(LogTarget& target) {
+  MutexLock hold(mutex_);
+  Logger::Instance().Attach(target);
+  ApplyLocked();
+}
+
+void LogOutputs::Detach(LogTarget& target) {
+  MutexLock hold(mutex_);
+  target.Detach();
+}
+
+void LogOutputs::ApplyLocked() const {
   if (!isSet_) return;
   Logger& logger = Logger::Instance();
-  const auto least = static_cast<Level>(leastLevel_.load());
+  const auto least = static_cast<Level>(leastLevel_);
   logger.SetMinimumLevel(least);
   for (const Output& output : kOutputs) {
     LogTarget* const target = logger.FindTarget(output.target);

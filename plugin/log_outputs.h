@@ -4,8 +4,10 @@
 // Threads: any, but not from inside a target's sink.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
+
+#include "base/mutex.h"
+#include "log/log_target.h"
 
 namespace Kest {
 
@@ -13,14 +15,19 @@ class LogOutputs {
  public:
   // Lines of at least `leastLevel` go to `outputs`, a sum of KEST_LOG_..., and to no other target
   // of the library. Until then the logger's own defaults hold.
-  void Set(int32_t leastLevel, uint32_t outputs);
-  // What was set holds for a target that was attached since, too.
-  void Apply() const;
+  void Set(int32_t leastLevel, uint32_t outputs) KEST_EXCLUDES(mutex_);
+  // Adds a target to the logger, for which what was set holds, too.
+  void Attach(LogTarget& target) KEST_EXCLUDES(mutex_);
+  // Takes it out again. It may be destroyed then: no call of Set is using it.
+  void Detach(LogTarget& target) KEST_EXCLUDES(mutex_);
 
  private:
-  std::atomic<bool> isSet_ = false;
-  std::atomic<int32_t> leastLevel_ = 0;
-  std::atomic<uint32_t> outputs_ = 0;
+  void ApplyLocked() const KEST_REQUIRES(mutex_);
+
+  Mutex mutex_;
+  bool isSet_ KEST_GUARDED_BY(mutex_) = false;
+  int32_t leastLevel_ KEST_GUARDED_BY(mutex_) = 0;
+  uint32_t outputs_ KEST_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace Kest

@@ -48,18 +48,17 @@ void PluginRuntime::AttachLogTarget(const KestHostServices& services) {
   Logger& logger = Logger::Instance();
   if (logger.FindTarget(PluginLogTarget::kClassName) != nullptr) return;
   logTarget_ = std::make_unique<PluginLogTarget>(services);
-  logger.Attach(*logTarget_);
+  logOutputs.Attach(*logTarget_);
   logger.SetClock({[](const void* table) {
                      return HostMilliseconds(static_cast<const KestHostServices*>(table));
                    },
                    &services});
-  logOutputs.Apply();
 }
 
 void PluginRuntime::DetachLogTarget() {
   if (logTarget_ == nullptr) return;
   Logger::Instance().SetClock({});
-  logTarget_->Detach();
+  logOutputs.Detach(*logTarget_);
   logTarget_.reset();
 }
 

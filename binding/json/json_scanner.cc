@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 
+#include "base/ascii.h"
 #include "base/utf8.h"
 #include "base/word_scan.h"
 #include "binding/json/json_number.h"
@@ -20,10 +21,6 @@ bool IsSpace(char c) {
 
 bool IsHigh(char c) {
   return static_cast<uint8_t>(c) >= 0x80;
-}
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // What a character after a backslash is for; 0: it is for none, or begins a longer escape.

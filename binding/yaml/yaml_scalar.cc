@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
 #include "base/number_string.h"
 #include "binding/convert/assign_scalar.h"
 #include "binding/convert/conversion_messages.h"
@@ -36,10 +37,6 @@ Word FindWord(std::string_view text) {
     default:
       return Word::kNone;
   }
-}
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // Cuts the digits at the front of `text`; false when there is none.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/http/header_text.h"
+#include "base/ascii.h"
 #include "host/url/url_text.h"
 
 namespace Kest::Host {

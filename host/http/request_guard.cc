@@ -1,10 +1,9 @@
 #include "host/http/request_guard.h"
 
 #include <algorithm>
-#include <cctype>
 
+#include "base/ascii.h"
 #include "host/http/entity_tag.h"
-#include "host/http/header_text.h"
 #include "host/http/http_responses.h"
 
 namespace Kest::Host {
@@ -18,8 +17,7 @@ std::string_view WithoutPort(std::string_view hostAndPort) {
   if (colon == std::string_view::npos) return hostAndPort;
   const std::string_view port = hostAndPort.substr(colon + 1);
   const bool isPort =
-      !port.empty() && port.size() <= 5 &&
-      std::all_of(port.begin(), port.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+      !port.empty() && port.size() <= 5 && std::all_of(port.begin(), port.end(), IsDigit);
   return isPort ? hostAndPort.substr(0, colon) : hostAndPort;
 }
 

@@ -1,8 +1,9 @@
 #include "host/openapi/route_path.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
+
+#include "base/ascii.h"
 
 namespace Kest::Host {
 namespace {
@@ -61,8 +62,7 @@ std::vector<PathParameter> PathParameters(std::string_view pathTemplate) {
 
 std::string OperationName(std::string_view method) {
   std::string name(method);
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::transform(name.begin(), name.end(), name.begin(), ToLower);
   return name;
 }
 

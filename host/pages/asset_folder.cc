@@ -1,12 +1,12 @@
 #include "host/pages/asset_folder.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
+#include "base/ascii.h"
 #include "host/http/http_responses.h"
 
 namespace Kest::Host {
@@ -36,8 +36,7 @@ constexpr SuffixType kSuffixTypes[] = {{".avif", "image/avif"},
 
 std::string ContentTypeOf(const fs::path& file) {
   std::string suffix = file.extension().string();
-  std::transform(suffix.begin(), suffix.end(), suffix.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::transform(suffix.begin(), suffix.end(), suffix.begin(), ToLower);
   for (const SuffixType& known : kSuffixTypes) {
     if (known.suffix == suffix) return std::string(known.contentType);
   }

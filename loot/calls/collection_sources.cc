@@ -33,7 +33,7 @@ void CollectionSources::Follow(uint64_t summonerId) {
 }
 
 void CollectionSources::Drop() {
-  ++latestChampions_;
+  skinsOf_ = champions_;
   for (const Followed& followed : followed_) client_.Unsubscribe(followed.url);
   followed_.clear();
 }
@@ -51,12 +51,12 @@ void CollectionSources::FollowChampions(const std::string& inventory) {
 }
 
 void CollectionSources::OnChampions(const std::string& skinsUrl) {
-  const uint64_t champions = ++latestChampions_;
+  const uint64_t champions = ++champions_;
   const InProgress::Mark mark = skinsRequests_.Begin();
   skinsUrl_ = skinsUrl;
   Maybe<Skins> skins = client_.Request<Skins>(HttpMethod::kGet, skinsUrl);
-  // Newer champions have come while the request was under way, or the player has left.
-  if (champions != latestChampions_) return;
+  // The skins of newer champions came first, or the player has left.
+  if (champions <= skinsOf_) return;
   if (!skins) {
     LogError("Failed to retrieve %s with error %s", skinsUrl.c_str(),
              skins.GetFailure().text.c_str());
@@ -64,6 +64,7 @@ void CollectionSources::OnChampions(const std::string& skinsUrl) {
     return readiness_.OnSourceRead(kReadyChampions);
   }
   skinsFailure_.clear();
+  skinsOf_ = champions;
   collections_.ReplaceSkins(std::move(skins.GetValue()));
   readiness_.OnSourceRead(kReadyChampions | kReadySkins);
 }

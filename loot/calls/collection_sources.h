@@ -54,8 +54,8 @@ class CollectionSources {
   const InProgress skinsRequests_;
   std::string skinsUrl_;      // of the last request
   std::string skinsFailure_;  // of the last request; empty when it did not fail
-  // Counts the champions' events and calls of Drop: skins requested at an earlier count are late.
-  uint64_t latestChampions_ = 0;
+  uint64_t champions_ = 0;    // events so far
+  uint64_t skinsOf_ = 0;      // the last of them whose skins are kept, or that came before Drop
 };
 
 }  // namespace Kest::Client::Loot

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "api/http_names.h"
+#include "base/utf8.h"
 #include "binding/json/json_adapter.h"
 #include "loot/explain/item_explanation.h"
 #include "loot/explain/recipe_explanation.h"
@@ -54,6 +55,9 @@ Response Explainer::Explain(std::string_view question) const {
 }
 
 Maybe<BindingProperty> Explainer::Find(std::string_view question) const {
+  if (!IsValidUtf8(PercentDecode(question, PlusSign::kIsPlus))) {
+    return Failure{"The question is not UTF-8.", kStatusBadRequest};
+  }
   const UrlParts url = SplitUrl(question);
   const std::string_view name = url.path.substr(0, url.path.find('/'));
   const auto* const known = std::ranges::find(kQuestions, name, &Question::name);

@@ -97,7 +97,7 @@ BindingProperty ExplainItem(const std::string& lootId, const LootState& state,
       {"isHeld", true},
       {"reason", differences.Size() == 0
                      ? DecidingReason(trace)
-                     : "It was changed after these steps: a redeem, or a status that was kept."},
+                     : "Since these steps it was changed, its status was kept, or game data came."},
       {"itemStatus", ValueTree(stored->itemStatus)},
       {"parentItemStatus", ValueTree(stored->parentItemStatus)},
       {"redeemableStatus", ValueTree(stored->redeemableStatus)},

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "base/ascii.h"
+
 namespace Kest::Client::Loot {
 namespace {
 
@@ -9,9 +11,6 @@ constexpr char kNegate = '~';  // a minus sign before an operand
 
 bool IsSpace(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 bool IsOperator(char c) {
   return c == '+' || c == '-' || c == '*' || c == '/';

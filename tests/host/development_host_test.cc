@@ -241,7 +241,7 @@ TEST_F(DevelopmentHostTest, AHostFullOfWaitingRequestsCanBeReset) {
   EXPECT_THAT(waiting.back()->ReadToEnd(), HasSubstr("Finalizing"));
 }
 
-TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
+TEST(SessionManager, ARequestDuringResetsMeetsTheNewPlugin) {
   HostLog log(stderr, LogLevel::kNone);
   EventStream stream;
   ServiceEventThread events([](const ServiceEventThread::Event&) {});
@@ -262,8 +262,10 @@ TEST(SessionManager, ARequestDuringAResetMeetsTheNewPlugin) {
                     EXPECT_TRUE(scenarios.Start());
                     ask("/tav-loot/v1/runs");
                     scheduler.Post({.name = "wait", .work = [&] { ask("/tav-loot/v1/wait"); }});
-                    scheduler.Post(
-                        {.name = "reset", .work = [&] { EXPECT_TRUE(scenarios.Reset()); }});
+                    for (const char* name : {"reset", "reset at once"}) {
+                      scheduler.Post(
+                          {.name = name, .work = [&] { EXPECT_TRUE(scenarios.Reset()); }});
+                    }
                     scheduler.Post({.name = "ask", .work = [&] {
                                       runs.set_value(ask("/tav-loot/v1/runs"));
                                       sessions.Stop();

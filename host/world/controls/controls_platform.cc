@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/ascii.h"
 #include "host/world/controls/control_call.h"
 #include "host/world/data/platform_constants.h"
 #include "host/world/file/world_sections.h"
@@ -34,7 +35,7 @@ std::string_view MeantConfiguration(const std::string& name) {
   std::vector<std::string_view> known(kConfigurationSwitches.begin(), kConfigurationSwitches.end());
   known.insert(known.end(), kConfigurationNumbers.begin(), kConfigurationNumbers.end());
   for (const std::string_view word : known) {
-    if (word != name && IsSameWord(word, name)) return word;
+    if (word != name && EqualIgnoringCase(word, name)) return word;
   }
   return "";
 }

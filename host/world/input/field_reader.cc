@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
 #include "host/json/json_text.h"
 
 namespace Kest::Host {
@@ -16,12 +17,6 @@ std::string Found(const Json& value) {
 }
 
 }  // namespace
-
-bool IsSameWord(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [lower](char left, char right) { return lower(left) == lower(right); });
-}
 
 FieldReader::FieldReader(const Document& document)
     : FieldReader(document.root(), document, &own_) {}
@@ -156,7 +151,7 @@ bool FieldReader::Finish() {
     const std::string& name = member.key();
     if (std::find(asked_.begin(), asked_.end(), name) != asked_.end()) continue;
     const auto meant = std::find_if(asked_.begin(), asked_.end(), [&name](std::string_view asked) {
-      return IsSameWord(asked, name);
+      return EqualIgnoringCase(asked, name);
     });
     const std::string question =
         meant == asked_.end() ? "" : "; did you mean " + JsonString(*meant) + "?";

@@ -22,9 +22,6 @@ inline constexpr int64_t kMin32 = std::numeric_limits<int32_t>::min();
 inline constexpr int64_t kMax32 = std::numeric_limits<int32_t>::max();
 inline constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
 
-// Whether the two differ at most in the case of ASCII letters.
-bool IsSameWord(std::string_view a, std::string_view b);
-
 class FieldReader {
  public:
   // Reads the document's root, or `value`, a part of the document that `owner` reads. All must

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/ascii.h"
 #include "host/world/input/field_reader.h"
 #include "host/world/input/yaml_scalar.h"
 
@@ -27,7 +28,7 @@ bool MayBePlain(const std::string& text) {
       std::string_view("+-.0123456789").find(text[0]) != std::string_view::npos) {
     return false;
   }
-  const auto isSame = [&text](std::string_view word) { return IsSameWord(word, text); };
+  const auto isSame = [&text](std::string_view word) { return EqualIgnoringCase(word, text); };
   if (std::any_of(std::begin(kOtherWords), std::end(kOtherWords), isSame)) return false;
   return std::none_of(text.begin(), text.end(),
                       [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
