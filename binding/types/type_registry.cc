@@ -168,8 +168,7 @@ std::span<const std::string_view> TypeRegistry::CopyAll(std::span<const std::str
   if (texts.empty()) return {};
   std::pmr::polymorphic_allocator<std::string_view> memory(memory_.Resource());
   std::string_view* const copies = memory.allocate(texts.size());
-  std::transform(texts.begin(), texts.end(), copies,
-                 [this](std::string_view text) { return memory_.Copy(text); });
+  for (size_t i = 0; i < texts.size(); ++i) copies[i] = memory_.Copy(texts[i]);
   return {copies, texts.size()};
 }
 
