@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <functional>
-#include <future>
 #include <utility>
 
 #include "base/platform.h"
@@ -173,6 +172,14 @@ std::vector<std::string> DevelopmentHost::AwaitReady() {
     return readiness_.Look().Reasons();
   });
   return reasons ? *reasons : std::vector<std::string>{"The plugin takes too long."};
+}
+
+std::future<HttpResponse> DevelopmentHost::Ask(HttpRequest request) {
+  const auto promise = std::make_shared<std::promise<HttpResponse>>();
+  std::future<HttpResponse> response = promise->get_future();
+  router_.Handle(std::move(request),
+                 [promise](HttpResponse given) { promise->set_value(std::move(given)); });
+  return response;
 }
 
 std::string DevelopmentHost::Url() const {

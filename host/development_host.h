@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -48,6 +49,10 @@ class DevelopmentHost {
   // Waits until nothing is left to do. Returns why the plugin is not ready all the same, in words
   // for people; nothing when it is. REQUIRES: started.
   std::vector<std::string> AwaitReady();
+
+  // [any thread but those of tasks] Handles a request as if it had come over HTTP. REQUIRES:
+  // started; the host is stopped before what waits for a response goes.
+  std::future<HttpResponse> Ask(HttpRequest request);
 
   // "http://127.0.0.1:8510/". REQUIRES: started.
   std::string Url() const;

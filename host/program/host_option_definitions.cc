@@ -26,6 +26,10 @@ std::string IsInteger(const std::string& text) {
              : "must be an integer from 0 to " + std::to_string(kMost) + ", found " + text;
 }
 
+std::string IsTime(const std::string& text) {
+  return ParseTime(text) ? "" : "must be a time such as 2030-01-01T12:00:00Z, found " + text;
+}
+
 std::string IsClock(const std::string& text) {
   return text == "real" || ParseTime(text)
              ? ""
@@ -41,31 +45,56 @@ std::string ScenarioNames() {
   return names;
 }
 
-void AddWorldOptions(CLI::App& app, HostOptions* options) {
+void AddPluginOption(CLI::App& app, const std::string& folder, HostOptions* options) {
+  options->pluginPath = folder + kPluginFile;
+  app.add_option("--plugin", options->pluginPath,
+                 "The plugin library, beside the program by default")
+      ->type_name("FILE")
+      ->capture_default_str();
+}
+
+// Returns the option that names a world file.
+CLI::Option* AddWorldChoice(CLI::App& app, HostOptions* options) {
   CLI::Option* const world =
       app.add_option("--world", options->worldPath, "The world file")->type_name("FILE");
   app.add_option("--scenario", options->scenario, "A world inside the program")
       ->type_name(ScenarioNames())
       ->excludes(world)
       ->capture_default_str();
+  return world;
+}
+
+void AddSeedOption(CLI::App& app, HostOptions* options) {
+  app.add_option("--seed", options->seed, "Start of the world's random numbers")
+      ->type_name("NUMBER")
+      ->check(IsInteger<uint64_t>)
+      ->capture_default_str();
+}
+
+CLI::Option* AddClockOption(CLI::App& app, const char* description, HostOptions* options) {
+  return app
+      .add_option_function<std::string>(
+          "--clock",
+          [options](const std::string& text) {
+            const auto time = ParseTime(text);
+            options->clock = time ? ClockSetting{ClockMode::kFrozen, 1, time} : ClockSetting{};
+          },
+          description)
+      ->type_name("TIME");
+}
+
+void AddWorldOptions(CLI::App& app, HostOptions* options) {
+  CLI::Option* const world = AddWorldChoice(app, options);
   app.add_flag("--watch", options->followsWorld, "A saved world file takes effect at once")
       ->needs(world);
   app.add_option("--state", options->stateFolder,
                  "Keeps the world in this folder and goes on with it after a restart")
       ->type_name("DIR");
-  app.add_option("--seed", options->seed, "Start of the world's random numbers")
-      ->type_name("NUMBER")
-      ->check(IsInteger<uint64_t>)
-      ->capture_default_str();
-  app.add_option_function<std::string>(
-         "--clock",
-         [options](const std::string& text) {
-           const auto time = ParseTime(text);
-           options->clock = time ? ClockSetting{ClockMode::kFrozen, 1, time} : ClockSetting{};
-         },
-         "The time the plugin lives in: real, or a time at which it is frozen, such as "
-         "2030-01-01T12:00:00Z")
-      ->type_name("TIME")
+  AddSeedOption(app, options);
+  AddClockOption(app,
+                 "The time the plugin lives in: real, or a time at which it is frozen, such as "
+                 "2030-01-01T12:00:00Z",
+                 options)
       ->check(IsClock)
       ->default_str("real");
   app.add_flag("!--no-login", options->signsIn,
@@ -117,16 +146,21 @@ void AddLogOptions(CLI::App& app, HostOptions* options) {
 }  // namespace
 
 void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* options) {
-  options->pluginPath = folder + kPluginFile;
-  app.add_option("--plugin", options->pluginPath,
-                 "The plugin library, beside the program by default")
-      ->type_name("FILE")
-      ->capture_default_str();
+  AddPluginOption(app, folder, options);
   app.add_flag("--watch-plugin", options->followsPlugin,
                "A rebuilt plugin library is loaded in the place of the present one");
   AddWorldOptions(app, options);
   AddNetworkOptions(app, options);
   AddLogOptions(app, options);
+}
+
+void AddRepeatableOptions(CLI::App& app, const std::string& folder, HostOptions* options) {
+  AddPluginOption(app, folder, options);
+  AddWorldChoice(app, options);
+  AddSeedOption(app, options);
+  AddClockOption(app, "The time at which the plugin is started", options)
+      ->check(IsTime)
+      ->default_str(FormatTime(options->clock.now.value_or(0)));
 }
 
 }  // namespace Kest::Host

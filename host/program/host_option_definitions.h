@@ -12,4 +12,8 @@ namespace Kest::Host {
 // an option names it. A type name "a|b" lists the values of an option, FILE and DIR are paths.
 void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* options);
 
+// Those of them that decide what a run with a frozen clock returns: plugin, world, seed and time.
+// `*options` has the time without which the clock is not frozen.
+void AddRepeatableOptions(CLI::App& app, const std::string& folder, HostOptions* options);
+
 }  // namespace Kest::Host

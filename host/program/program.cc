@@ -22,6 +22,8 @@ constexpr CommandRow kCommands[] = {
     {"check", "Checks world files and prints what is wrong with them", DescribeCheck},
     {"exec", "Runs a command against a host of its own: exec [OPTIONS] -- COMMAND [ARGUMENTS]",
      DescribeExec, true},
+    {"export", "Writes what the plugin returns as files, for tests that need no server",
+     DescribeExport},
     {"completion", "Prints a script that completes this program's arguments", DescribeCompletion},
     {"manual", "Prints the manual page", DescribeManual},
 };

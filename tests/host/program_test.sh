@@ -23,7 +23,8 @@ beside() { run exec --plugin "$plugin" --log-level none -- "$@"; }
 
 run --version
 expect 'version' 0 "$status"
-for wrong in '--port 65536' '--seed -1' '--seed 99999999999999999999' '--colour' 'exec' 'completion' 'completion fish' \
+for wrong in '--port 65536' '--seed -1' '--seed 99999999999999999999' '--colour' 'exec' 'completion' 'completion fish' 'export' 'export pictures' \
+  'export fixtures --clock real' 'export fixtures --port 1' \
   '--seed 1 exec -- true' '-- true' 'exec --until-stdin-closes -- true' '--assets /no/such/folder'; do
   # shellcheck disable=SC2086
   run $wrong
@@ -45,6 +46,18 @@ beside sh -c 'kill -KILL $$'
 expect 'a command that is killed' 137 "$status"
 run exec --plugin /no/such.so -- echo begun
 expect 'a host that does not start' '1 ' "$status $output"
+
+# Files are not written over what is there, nor when there is no such world.
+folder=$(mktemp -d)
+trap 'rm -rf "$errors" "$folder"' EXIT
+touch "$folder/kept"
+run export fixtures --output "$folder"
+expect 'a folder in use' "1 tav-loot-host: $folder is not empty; with --force the files in it are replaced." "$status $error"
+run export fixtures --output "$folder/kept"
+expect 'a file for a folder' "1 tav-loot-host: $folder/kept is not a folder." "$status $error"
+run export fixtures --output "$folder" --force --scenario nowhere
+[[ "$status $error" =~ ^1\ .*nowhere.*every-status ]] || expect 'an unknown scenario' 'a list of them' "$status $error"
+expect 'what is there' kept "$(ls "$folder")"
 
 # A signal goes to the command, whose status counts.
 "$host" exec --plugin "$plugin" --log-level none -- \
@@ -72,7 +85,8 @@ expect 'a value' 'warning ' "$(complete_line --log-level w)"
 expect 'a value after =' 'error ' "$(complete_line --log-level = e)"
 expect 'a value of a subcommand' 'always ' "$(complete_line exec --log-level a)"
 expect 'an option' '--log-level ' "$(complete_line exec --log-l)"
-expect 'a subcommand' 'exec ' "$(complete_line ex)"
+expect 'subcommands' 'exec export ' "$(complete_line ex)"
+expect 'what is exported' 'fixtures ' "$(complete_line export f)"
 expect 'an argument' 'bash ' "$(complete_line completion '')"
 expect 'a file' "${plugin%/*}/ " "$(complete_line --assets "${plugin%/*}" | sed 's|\([^/]\) $|\1/ |')"
 expect 'a number' ' ' "$(complete_line --port '')"
