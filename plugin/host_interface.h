@@ -311,13 +311,13 @@ typedef struct KestApiDescriptor {
 /* Whether the plugin that gave the descriptor has `setLogging`. */
 static inline bool KestCanSetLogging(const KestApiDescriptor* api) {
   return api->size >= offsetof(KestApiDescriptor, setLogging) + sizeof api->setLogging &&
-         api->setLogging != NULL;
+         api->setLogging != NULL; /* C, too: NOLINT(modernize-use-nullptr) */
 }
 
 /* Whether the plugin that gave the descriptor has `explain`. */
 static inline bool KestCanExplain(const KestApiDescriptor* api) {
   return api->size >= offsetof(KestApiDescriptor, explain) + sizeof api->explain &&
-         api->explain != NULL;
+         api->explain != NULL; /* C, too: NOLINT(modernize-use-nullptr) */
 }
 
 /* The element at `index` of a list, however long its elements are. */
