@@ -58,7 +58,7 @@ Dispatcher::Dispatcher(TypeRegistry& registry)
     : registry_(registry), builtins_(registry, [this] { return FunctionRecords(); }) {}
 
 BoundFunction& Dispatcher::Add(HttpMethod method, std::string_view pathTemplate,
-                               BoundFunction function) {
+                               BoundFunction&& function) {
   Endpoint& endpoint =
       endpoints_.emplace_back(method, pathTemplate, std::move(function), memory_.Resource());
   routes_.Add(method, endpoint.route);

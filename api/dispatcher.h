@@ -145,7 +145,7 @@ class Dispatcher {
     }
   }
 
-  BoundFunction& Add(HttpMethod method, std::string_view pathTemplate, BoundFunction function);
+  BoundFunction& Add(HttpMethod method, std::string_view pathTemplate, BoundFunction&& function);
   std::vector<const FunctionRecord*> FunctionRecords() const;
   const BoundFunction* FindRegistered(std::string_view functionName) const;
   Response HandleRequest(const Request& request) const;

@@ -75,7 +75,7 @@ std::string RouteTemplate::Pattern() const {
 void RouteTemplate::AppendGroup(ParameterForm form) {
   if (form == ParameterForm::kFragment) AppendLiteral('#');
   groups_.push_back(
-      {form != ParameterForm::kSegment, {characters_.data() + characters_.size(), 0}});
+      {form != ParameterForm::kSegment, std::string_view(characters_).substr(characters_.size())});
 }
 
 void RouteTemplate::AppendLiteral(char c) {

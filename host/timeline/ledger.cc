@@ -27,7 +27,9 @@ Json Items(const Json& result, const char* list) {
     if (!lootName.is_string()) continue;
     const std::string suffix = refId.is_string() ? refId.get<std::string>() : "";
     const std::string name = lootName.get<std::string>();
-    items.push_back({{"lootId", suffix.empty() ? name : name + "-" + suffix},
+    std::string lootId = name;
+    if (!suffix.empty()) lootId.append("-").append(suffix);
+    items.push_back({{"lootId", lootId},
                      {"lootName", name},
                      {"refId", suffix},
                      {"count", Member(record, "count")}});

@@ -49,7 +49,7 @@ Maybe<Nothing> GrantNotices::Dismiss(int64_t id) {
                static_cast<long long>(id));
     return Nothing{};
   }
-  const Maybe<Nothing> acknowledged = Acknowledge(grant.accountId, grant.msgId);
+  Maybe<Nothing> acknowledged = Acknowledge(grant.accountId, grant.msgId);
   if (!acknowledged) {
     LogError("Failed to acknowledge tav-loot notification with id:%s", grant.msgId.c_str());
     return acknowledged;

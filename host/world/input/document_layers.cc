@@ -69,9 +69,8 @@ void MergeObjects(Json* base, const Json& over, std::vector<Pair>* pairs) {
       base->erase(name);
     } else if (found == base->end()) {
       base->push_back({name, value});
-    } else if (found->is_object() && value.is_object()) {
-      shared.emplace_back(name, &value);
-    } else if (found->is_array() && value.is_array() && FindNamedList(name) != nullptr) {
+    } else if ((found->is_object() && value.is_object()) ||
+               (found->is_array() && value.is_array() && FindNamedList(name) != nullptr)) {
       shared.emplace_back(name, &value);
     } else {
       *found = value;
