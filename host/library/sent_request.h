@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "plugin/host_interface.h"
+#include "plugin/text_view.h"
 
 namespace Kest::Host {
 
@@ -14,6 +14,15 @@ struct SentRequest {
   std::string body;
   KestCompletion completion;
   void* context;
+
+  static SentRequest Copy(const KestRequest& request, KestCompletion completion, void* context) {
+    return {std::string(ToView(request.method)),
+            std::string(ToView(request.url)),
+            std::string(ToView(request.contentType)),
+            std::string(ToView(request.body)),
+            completion,
+            context};
+  }
 };
 
 }  // namespace Kest::Host

@@ -170,13 +170,7 @@ bool ServiceTable::CheckTask(std::string_view entry) const {
 // ---- Requests of the plugin --------------------------------------------------------------------
 
 bool ServiceTable::Request(const KestRequest& request, KestCompletion completion, void* context) {
-  Sent sent{std::string(ToView(request.method)),
-            std::string(ToView(request.url)),
-            std::string(ToView(request.contentType)),
-            std::string(ToView(request.body)),
-            completion,
-            context,
-            0};
+  Sent sent{SentRequest::Copy(request, completion, context), 0};
   const std::string name = "request " + sent.method + " " + sent.url;
   sent.row = wiring_.traffic->AddRequest(sent.method, sent.url, {sent.contentType, sent.body});
   const uint64_t cause = sent.row;

@@ -141,10 +141,7 @@ WorldResponse SimulatedHost::Control(std::string_view method, std::string_view p
 
 bool SimulatedHost::Request(const KestRequest& request, KestCompletion completion, void* context) {
   if (std::exchange(refuseRequest_, false)) return false;
-  Sent sent{{std::string(ToView(request.method)), std::string(ToView(request.url)),
-             std::string(ToView(request.contentType)), std::string(ToView(request.body)),
-             completion, context},
-            generation_};
+  Sent sent{SentRequest::Copy(request, completion, context), generation_};
   observer_->OnRequest(sent.method, sent.url);
   ++openRequests_;
   scheduler_->PostFree([this, sent = std::move(sent)] { Complete(sent); });

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "host/timeline/row.h"
+#include "host/world/data/inventory.h"
 #include "host/world/data/platform_constants.h"
 
 namespace Kest::Host {
@@ -25,13 +26,11 @@ Json Items(const Json& result, const char* list) {
     const Json lootName = Member(record, "lootName");
     const Json refId = Member(record, "refId");
     if (!lootName.is_string()) continue;
-    const std::string suffix = refId.is_string() ? refId.get<std::string>() : "";
-    const std::string name = lootName.get<std::string>();
-    std::string lootId = name;
-    if (!suffix.empty()) lootId.append("-").append(suffix);
-    items.push_back({{"lootId", lootId},
-                     {"lootName", name},
-                     {"refId", suffix},
+    const LootKey key{lootName.get<std::string>(),
+                      refId.is_string() ? refId.get<std::string>() : ""};
+    items.push_back({{"lootId", key.LootId()},
+                     {"lootName", key.lootName},
+                     {"refId", key.refId},
                      {"count", Member(record, "count")}});
   }
   return items;

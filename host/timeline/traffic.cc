@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/json/json.h"
+#include "host/world/data/inventory.h"
 
 namespace Kest::Host {
 namespace {
@@ -56,8 +57,7 @@ Json LedgerOrder(const Json& order) {
   if (!order.contains("lootNameRefIds") || !order["lootNameRefIds"].is_array()) return asked;
   Json& items = asked["items"] = Json::array();
   for (const Json& item : order["lootNameRefIds"]) {
-    const std::string refId = StringOf(item, "refId");
-    items.push_back(StringOf(item, "lootName") + (refId.empty() ? "" : "-" + refId));
+    items.push_back(LootKey{StringOf(item, "lootName"), StringOf(item, "refId")}.LootId());
   }
   return asked;
 }
