@@ -7,8 +7,6 @@
 
 #include "host/program/command_runner.h"
 
-extern char** environ;
-
 namespace Kest::Host {
 namespace {
 
@@ -37,10 +35,10 @@ std::vector<std::string> EnvironmentWith(const CommandRunner::Variables& variabl
   std::vector<std::string> environment;
   for (char** entry = environ; *entry != nullptr; ++entry) environment.emplace_back(*entry);
   for (const auto& [name, value] : variables) {
-    std::erase_if(environment, [prefix = name + "="](const std::string& entry) {
-      return entry.starts_with(prefix);
-    });
-    environment.push_back(name + "=" + value);
+    std::string variable = name + "=";
+    std::erase_if(environment,
+                  [&variable](const std::string& entry) { return entry.starts_with(variable); });
+    environment.push_back(variable.append(value));
   }
   return environment;
 }
@@ -48,6 +46,7 @@ std::vector<std::string> EnvironmentWith(const CommandRunner::Variables& variabl
 // As the system takes it: with null at its end. Borrows `texts`.
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
   return pointers;
