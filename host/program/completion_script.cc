@@ -53,7 +53,8 @@ std::string ValueCases(const CLI::App& app, const std::string& command) {
     if (option->get_items_expected_max() == 0) continue;
     for (const std::string& name : LongNamesOf(*option)) {
       const std::string reply = ValueReply(option->get_type_name());
-      cases += "    '" + command + " " + name + "') " + (reply.empty() ? ":" : reply) + " ;;\n";
+      cases.append("    '").append(command).append(" ").append(name).append("') ");
+      cases.append(reply.empty() ? ":" : reply).append(" ;;\n");
     }
   }
   return cases;
@@ -83,7 +84,7 @@ std::string BashCompletion(const CLI::App& program) {
   std::string words = WordCase(program, "");
   for (const CLI::App* subcommand : SubcommandsOf(program)) {
     const std::string& name = subcommand->get_name();
-    script += "      " + name + ") command=" + name + " ;;\n";
+    script.append("      ").append(name).append(") command=").append(name).append(" ;;\n");
     cases += ValueCases(*subcommand, name);
     words += WordCase(*subcommand, name);
   }
