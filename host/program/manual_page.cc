@@ -138,7 +138,9 @@ std::string ManualPage(const CLI::App& program) {
   page +=
       ".ad l\n.SH NAME\n" + Literal(name) + " \\- " + Literal(Summary(program.get_description()));
   page += "\n.SH SYNOPSIS\n.nf\n" + Synopsis(name, program);
-  for (const auto& [command, app] : subcommands) page += Synopsis(name + ' ' + command, *app);
+  for (const auto& [command, app] : subcommands) {
+    page += Synopsis(std::string(name).append(" ").append(command), *app);
+  }
   page += ".fi\n.SH DESCRIPTION\n" + Literal(program.get_description());
   page += "\n.SH OPTIONS\n" + Options(program) + Footer(program.get_footer());
   page += ".SH SUBCOMMANDS\n";
