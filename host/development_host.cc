@@ -8,6 +8,7 @@
 #include "host/controls/clock_controls.h"
 #include "host/controls/console_controls.h"
 #include "host/controls/description_controls.h"
+#include "host/controls/docs_controls.h"
 #include "host/controls/event_controls.h"
 #include "host/controls/explain_controls.h"
 #include "host/controls/scenario_controls.h"
@@ -61,7 +62,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
       control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
                 EventControls(&stream_), WaitControls({&scheduler_, &stream_, &readiness_}),
                 DescriptionControls(&sessions_), ClockControls(&clockDriver_),
-                TimelineControls(&traffic_, &timelineStream_), ConsoleControls(),
+                TimelineControls(&traffic_, &timelineStream_), ConsoleControls(), DocsControls(),
                 ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_)},
                &sessions_),
       siblings_(options_.assetFolder, &sessions_),

@@ -2,16 +2,11 @@
 
 #include <string>
 
+#include "host/http/embedded_file.h"
 #include "host/http/http_responses.h"
 
 namespace Kest::Host {
 namespace {
-
-// The page takes everything from this host and sends everything to it; what a world's names and
-// strings hold can never become code.
-constexpr std::string_view kPolicy =
-    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
-    "base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 struct File {
   std::string_view name;
@@ -25,19 +20,10 @@ constexpr File kFiles[] = {
     {"icon.svg", "image/svg+xml", &kConsoleIcon},
 };
 
-HttpResponse FileResponse(std::string_view contentType, std::string_view text) {
-  HttpResponse response;
-  response.contentType = contentType;
-  response.body = text;
-  response.headers = {{"Content-Security-Policy", std::string(kPolicy)},
-                      {"Referrer-Policy", "no-referrer"}};
-  return response;
-}
-
 }  // namespace
 
 HttpResponse ConsolePage() {
-  HttpResponse response = FileResponse("text/html; charset=utf-8", kConsolePage);
+  HttpResponse response = EmbeddedFile("text/html; charset=utf-8", kConsolePage);
   response.variesByAccept = true;
   return response;
 }
@@ -45,7 +31,7 @@ HttpResponse ConsolePage() {
 HttpResponse ConsoleFile(std::string_view name) {
   for (const File& file : kFiles) {
     if (file.name == name && !file.text->empty()) {
-      return FileResponse(file.contentType, *file.text);
+      return EmbeddedFile(file.contentType, *file.text);
     }
   }
   return ProblemResponse(404, "The console has no file " + std::string(name) + ".");

@@ -18,6 +18,7 @@ constexpr Phrase kPhrases[] = {
     {202, "Accepted"},
     {204, "No Content"},
     {304, "Not Modified"},
+    {307, "Temporary Redirect"},
     {400, "Bad Request"},
     {401, "Unauthorized"},
     {403, "Forbidden"},

@@ -19,6 +19,7 @@ export const samples = {
   DismissNewNotification: { path: { lootId: "CURRENCY_cosmetic" } },
   AcknowledgePlayerLootNotification: { path: { id: "CHEST_new_player" } },
   GetConsoleFile: { path: { file: "icon.svg" } },
+  GetDocsFile: { path: { file: "api.html" } },
   GetHelp: { query: { format: "Full" } },
   AwaitIdle: { query: { timeoutMilliseconds: 20000 } },
   GetTimeline: { query: { after: 0, kind: "request,task,event", limit: 50 } },

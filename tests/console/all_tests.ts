@@ -1,3 +1,4 @@
 // All tests of the console, one after the other in one process.
 import "./views_test";
 import "./use_test";
+import "./docs_test";
