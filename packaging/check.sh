@@ -8,10 +8,10 @@ fail() { echo "script/package: $*" >&2; exit 1; }
 
 # Every file is as its checksum says, and every file has one.
 check_sums() {
-  local root=$1 sums=$2 listed files
-  (cd "$root" && sha256sum --quiet --strict -c "$sums") || fail "checksums of $root"
-  listed=$(sed 's/^[0-9a-f]*  //' "$root/$sums")
-  files=$(cd "$root" && find . -path ./DEBIAN -prune -o -type f ! -name SHA256SUMS -printf '%P\n' | sort)
+  local root=$1 listed files
+  (cd "$root" && sha256sum --quiet --strict -c SHA256SUMS) || fail "checksums of $root"
+  listed=$(sed 's/^[0-9a-f]*  //' "$root/SHA256SUMS")
+  files=$(cd "$root" && find . -type f ! -name SHA256SUMS -printf '%P\n' | sort)
   [ "$listed" = "$files" ] || fail "files without a checksum in $root"
 }
 
@@ -52,26 +52,53 @@ check_imports() {
   [ -z "$foreign" ] || fail "$1 needs $foreign"
 }
 
+build_id() { { readelf -n "$1" 2>/dev/null || i686-w64-mingw32-objdump -p "$1"; } | grep -E 'Build ID|RSDS'; }
+
+# export_address TOOL-PREFIX BINARY: where the one export is, as symbols count it.
+export_address() {
+  local listing
+  if [ -z "$1" ]; then nm -D --defined-only "$2" | cut -d ' ' -f 1; return; fi
+  listing=$("$1objdump" -p "$2")
+  printf '%x\n' $((16#$(awk '$1 == "ImageBase" { print $2 }' <<<"$listing") + \
+    16#$(sed -n 's/.*+base\[ *1\] *\([0-9a-f]*\) .*/\1/p' <<<"$listing" | head -n 1)))
+}
+
+# check_symbols TOOL-PREFIX BINARY SYMBOLS: they are those of the binary, and lead from its export to the source.
+check_symbols() {
+  local tools=$1 binary=$2 symbols=$3 link=$unpacked/debuglink place
+  "${tools}objcopy" --dump-section ".gnu_debuglink=$link" "$binary" "$unpacked/copy"
+  [ "$(tr '\0' '\n' <"$link" | head -n 1)" = "$(basename "$symbols")" ] || fail "$binary names other symbols"
+  # The checksum at the end is that of gzip's format.
+  [ "$(tail -c 4 "$link" | od -An -tx1)" = "$(gzip -1c "$symbols" | tail -c 8 | head -c 4 | od -An -tx1)" ] ||
+    fail "the checksum of $symbols in $binary"
+  [ "$(build_id "$binary")" = "$(build_id "$symbols")" ] || fail "the build ids of $binary and $symbols"
+  place=$("${tools}addr2line" -e "$symbols" "$(export_address "$tools" "$binary")")
+  [[ $place =~ ^[./]*loot/load_tav_loot\.cc:[1-9] ]] || fail "$symbols: the export is at $place"
+  ! "${tools}objdump" -h "$binary" | grep -q '\.debug_' || fail "symbols are left in $binary"
+}
+
 check_contents() {
   rm -rf "$unpacked"
   mkdir -p "$unpacked"
   unzip -q "$windows_archive" -d "$unpacked"
   tar -C "$unpacked" -xf "$linux_archive"
+  tar -C "$unpacked" -xf "$symbols_archive"
   (cd "$archives" && sha256sum --quiet --strict -c SHA256SUMS) || fail "checksums of the archives"
 
-  local dll=$unpacked/$windows/vwm-be-tav-loot.dll place=$unpacked/$linux/usr/lib/x86_64-linux-gnu/tav-loot
-  check_sums "$unpacked/$windows" SHA256SUMS
-  check_sums "$unpacked/$linux" DEBIAN/SHA256SUMS
-  (cd "$unpacked/$linux" && md5sum --quiet --strict -c DEBIAN/md5sums) || fail "md5sums"
+  local dll=$unpacked/$windows/vwm-be-tav-loot.dll binaries=$unpacked/$linux/$place root
+  for root in "$windows" "$linux" "$symbols"; do check_sums "$unpacked/$root"; done
   cmake -DOBJDUMP="$(command -v i686-w64-mingw32-objdump)" -DLIBRARY="$dll" -P tests/load/check_dll.cmake
-  cmake -DNM="$(command -v nm)" -DLIBRARY="$place/vwm-be-tav-loot.so" -P tests/load/check_exports.cmake
-  check_needs "$place"/*
+  cmake -DNM="$(command -v nm)" -DLIBRARY="$binaries/vwm-be-tav-loot.so" -P tests/load/check_exports.cmake
+  check_needs "$binaries"/*
   check_imports "$unpacked/$windows/tav-loot-host.exe"
-  check_paths "$dll" "$unpacked/$windows/tav-loot-host.exe" "$place"/*
+  check_paths "$dll" "$unpacked/$windows/tav-loot-host.exe" "$binaries"/* "$unpacked/$symbols"/*/*
   check_header gcc g++ "$unpacked/$linux/usr/include/tav-loot"
   check_header i686-w64-mingw32-gcc-posix i686-w64-mingw32-g++-posix "$unpacked/$windows/include"
-  dpkg-deb --root-owner-group --build "$unpacked/$linux" "$unpacked/package.deb" >/dev/null
-  echo "Checked: checksums, one export, system libraries alone, no build path, the header as C11 and C++20"
+  check_symbols i686-w64-mingw32- "$dll" "$unpacked/$symbols/windows-x86/vwm-be-tav-loot.dll.debug"
+  check_symbols '' "$binaries/vwm-be-tav-loot.so" "$unpacked/$symbols/linux-amd64/vwm-be-tav-loot.so.debug"
+  lintian --allow-root --fail-on error,warning "$linux_package" || fail "lintian found faults in $linux_package"
+  echo "Checked: checksums, one export, system libraries alone, no build path, the header as C11 and C++20,"
+  echo "         symbols that belong to the binaries, a package that lintian accepts"
 }
 
 # compile_example COMPILER HEADERS EXAMPLE SYSTEM-SOURCE PROGRAM [options]: the packed C host, packed header alone.
@@ -108,12 +135,42 @@ check_development_host() {
   echo "Proved: $what, an inventory of $items items"
 }
 
+# package_tool ARGUMENT...: dpkg on a folder of its own, which holds nothing that packages depend on.
+package_tool() {
+  fakeroot dpkg --root="$unpacked/root" --force-depends --log=/dev/null "$@" >"$unpacked/dpkg.log" 2>&1 ||
+    { cat "$unpacked/dpkg.log"; fail "dpkg $*"; }
+}
+
+# The package is installed into a folder, used, and removed; nothing stays.
+check_package() {
+  local root=$unpacked/root program=$unpacked/root/usr/bin/tav-loot-host rest
+  mkdir -p "$root/var/lib/dpkg/updates" "$root/var/lib/dpkg/info"
+  touch "$root/var/lib/dpkg/status"
+  package_tool --install "$linux_package"
+  (cd "$root" && md5sum --quiet --strict -c var/lib/dpkg/info/vwm-be-tav-loot.md5sums) || fail "md5sums"
+  [ "$("$program" --version)" = "tav-loot-host $version" ] || fail "the version of the installed program"
+  "$program" check --strict host/worlds/collector.yaml || fail "the installed program refuses a world"
+  check_development_host "the installed development host" "$program"
+  zcat "$root/usr/share/man/man1/tav-loot-host.1.gz" | man --warnings -l - >"$unpacked/manual" 2>"$unpacked/manual.log"
+  [ ! -s "$unpacked/manual.log" ] && grep -q -- --until-stdin-closes "$unpacked/manual" || fail "the manual page"
+  # shellcheck disable=SC1091
+  (. "$root/usr/share/bash-completion/completions/tav-loot-host" && complete -p tav-loot-host >/dev/null) || fail "completion"
+  package_tool --purge vwm-be-tav-loot
+  rest=$(find "$root" -path "$root/var/lib/dpkg" -prune -o -type f -print)
+  [ -z "$rest" ] || fail "after its removal: $rest"
+  echo "Proved: the package is installed and removed; program, manual page, completion"
+}
+
 check_running() {
   local usr=$unpacked/$linux/usr dll_root=$unpacked/$windows
   compile_example gcc "$usr/include/tav-loot" "$usr/share/doc/vwm-be-tav-loot/examples" system_posix.c \
     "$unpacked/minimal_host" -pthread -ldl
-  run_example "the library for Linux" "$unpacked/minimal_host" "$usr/lib/x86_64-linux-gnu/tav-loot/vwm-be-tav-loot.so"
+  run_example "the library for Linux" "$unpacked/minimal_host" "$unpacked/$linux/$place/vwm-be-tav-loot.so"
   check_development_host "the development host for Linux" "$unpacked/$linux/usr/bin/tav-loot-host"  # through its link
+
+  check_package
+  check_npm "$npm_archive"
+  echo "Proved: the npm package, installed and used by a front end's tests"
 
   compile_example i686-w64-mingw32-gcc-posix "$dll_root/include" "$dll_root/example" system_windows.c \
     "$dll_root/minimal_host.exe" -static

@@ -99,6 +99,13 @@ for (const [why, options, message] of [
     assert.rejects(startLootHost(options), (failure) => failure instanceof LootHostFailure && message.test(failure.message)));
 }
 
+test("another machine", async () => {
+  const found = Object.getOwnPropertyDescriptor(process, "platform")!;
+  Object.defineProperty(process, "platform", { value: "win32" });
+  await assert.rejects(startLootHost(), (failure) => /for linux-x64, not for win32-/.test(String(failure)));
+  Object.defineProperty(process, "platform", found);
+});
+
 test("worlds that never get ready start too, and say why they are not", async () => {
   for (const [options, reason] of [
     [{ scenario: "disabled" }, /^Loot is disabled\.$/],

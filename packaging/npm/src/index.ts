@@ -1,5 +1,6 @@
 // Starts the development host of the loot plugin, for tests.
 import { fileURLToPath } from "node:url";
+import { LootHostFailure } from "./failure.js";
 import { LootHost } from "./loot_host.js";
 import { Program } from "./program.js";
 
@@ -50,12 +51,18 @@ function argumentsOf(options: LootHostOptions): string[] {
   ];
 }
 
+function packedProgram(): string {
+  const machine = `${process.platform}-${process.arch}`;
+  if (machine === "linux-x64") return fileURLToPath(new URL("../host/tav-loot-host", import.meta.url));
+  throw new LootHostFailure(`The package has the program for linux-x64, not for ${machine}: name one with the option "program".`);
+}
+
 /**
  * Starts a host and waits until its plugin has settled: in worlds where loot can be ready, it is. The host ends with this
  * process at the latest. Throws LootHostFailure, with the program's last lines, when it does not start.
  */
 export async function startLootHost(options: LootHostOptions = {}): Promise<LootHost> {
-  const path = options.program ?? fileURLToPath(new URL("../host/tav-loot-host", import.meta.url));
+  const path = options.program ?? packedProgram();
   const program = await Program.start(path, argumentsOf(options), options.startMilliseconds ?? 30_000, options.log ?? (() => {}));
   const host = new LootHost(program);
   try {
