@@ -65,6 +65,23 @@ inline size_t CopyPlainWord(const char* from, char* to) {
 #if defined(__SSE2__)
 inline constexpr size_t kPlainBlock = 32;
 
+// Marks quotes, backslashes, control characters and all that is not ASCII.
+inline __m128i MarkEscapes(__m128i bytes) {
+  const __m128i quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+  const __m128i slashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+  const __m128i others = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));  // high ones are negative
+  return _mm_or_si128(_mm_or_si128(quotes, slashes), others);
+}
+inline uint32_t EscapeBits(__m128i bytes) {
+  return static_cast<uint32_t>(_mm_movemask_epi8(MarkEscapes(bytes)));
+}
+inline __m128i LoadBlock(const char* at) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+}
+inline void StoreBlock(__m128i bytes, char* at) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(at), bytes);
+}
+
 // One bit for each of kPlainBlock bytes, the first in the lowest bit.
 struct PlainBlock {
   __m128i low;
@@ -84,15 +101,7 @@ struct PlainBlock {
     return static_cast<uint32_t>(_mm_movemask_epi8(test(low))) |
            static_cast<uint32_t>(_mm_movemask_epi8(test(high))) << 16;
   }
-  // Quotes, backslashes, control characters and all that is not ASCII.
-  uint32_t Marks() const {
-    return Mask([](__m128i bytes) {
-      const __m128i quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
-      const __m128i slashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
-      const __m128i others = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));  // high ones are negative
-      return _mm_or_si128(_mm_or_si128(quotes, slashes), others);
-    });
-  }
+  uint32_t Marks() const { return Mask(MarkEscapes); }
   // The bytes of well-formed characters of two bytes.
   uint32_t Pairs() const {
     const uint32_t leads = Mask([](__m128i bytes) {
@@ -127,27 +136,72 @@ inline size_t CopyPlainBlock(const char* from, char* to, size_t = 0) {
 }
 #endif
 
+// The same for 8 to 31 bytes: the first and the last ones, which may overlap.
+inline size_t CopyPlainEnds(const char* from, size_t size, char* to) {
+#if defined(__SSE2__)
+  uint32_t marks;
+  if (size >= 16) {
+    const __m128i first = LoadBlock(from);
+    const __m128i last = LoadBlock(from + size - 16);
+    StoreBlock(first, to);
+    StoreBlock(last, to + size - 16);
+    marks = EscapeBits(first) | EscapeBits(last) << (size - 16);
+  } else {
+    const uint64_t first = LoadWord(from);
+    const uint64_t last = LoadWord(from + size - 8);
+    std::memcpy(to, &first, 8);
+    std::memcpy(to + size - 8, &last, 8);
+    const uint32_t both =
+        EscapeBits(_mm_set_epi64x(static_cast<long long>(last), static_cast<long long>(first)));
+    marks = (both & 0xff) | both >> 8 << (size - 8);
+  }
+  return marks != 0 ? static_cast<size_t>(std::countr_zero(marks)) : size;
+#else
+  size_t done = 0;
+  for (; done + 8 <= size; done += 8) {
+    const size_t plain = CopyPlainWord(from + done, to + done);
+    if (plain < 8) return done + plain;
+  }
+  const size_t last = size - 8;
+  const uint64_t word = LoadWord(from + last);
+  std::memcpy(to + last, &word, sizeof(word));
+  const uint64_t marks = EscapeMask(word);
+  return marks != 0 ? last + IndexOfFirstSetByte(marks) : size;
+#endif
+}
+
 // The same for any number of bytes. Up to seven bytes of no meaning are written after them.
 inline size_t CopyPlain(const char* from, size_t size, char* to) {
+  if (size < 8) {
+    if (size == 0) return 0;
+    const uint64_t word = LoadPartialWord(from, size);
+    std::memcpy(to, &word, sizeof(word));
+    const uint64_t marks = EscapeMask(word);
+    return marks != 0 ? IndexOfFirstSetByte(marks) : size;
+  }
+  if (size < 32) return CopyPlainEnds(from, size, to);
   size_t done = 0;
   for (; done + kPlainBlock <= size; done += kPlainBlock) {
     const size_t plain = CopyPlainBlock(from + done, to + done);
     if (plain < kPlainBlock) return done + plain;
   }
   if (done == size) return size;
-  if (done > 0) {  // the last block, of which a part was copied before
-    const size_t last = size - kPlainBlock;
-    return last + CopyPlainBlock(from + last, to + last, done - last);
-  }
-  for (; done + 8 <= size; done += 8) {
-    const size_t plain = CopyPlainWord(from + done, to + done);
-    if (plain < 8) return done + plain;
-  }
-  if (done == size) return size;
-  const uint64_t word = LoadPartialWord(from + done, size - done);
-  std::memcpy(to + done, &word, sizeof(word));
-  const uint64_t marks = EscapeMask(word);
-  return marks != 0 ? done + IndexOfFirstSetByte(marks) : size;
+  // The last block, of which a part was copied before.
+  const size_t last = size - kPlainBlock;
+  return last + CopyPlainBlock(from + last, to + last, done - last);
+}
+
+// The same for up to 16 bytes, of which 16 can be read and 16 are written.
+inline constexpr size_t kShortText = 16;
+inline size_t CopyPlainShort(const char* from, size_t size, char* to) {
+#if defined(__SSE2__)
+  const __m128i bytes = LoadBlock(from);
+  StoreBlock(bytes, to);
+  const uint32_t marks = EscapeBits(bytes) | 1u << size;
+  return static_cast<size_t>(std::countr_zero(marks));
+#else
+  return CopyPlain(from, size, to);
+#endif
 }
 
 // Whether two names of one size begin alike: compares kNameStart bytes, of which those past `size`

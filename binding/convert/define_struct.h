@@ -119,6 +119,7 @@ class DefineStruct : public Native::DefineType<DefineStruct<T>> {
     field.offset = Native::OffsetOf<T>(member);
     field.staticKey = &StaticType::Key<typename Native::Shown<Value>::Type>();
     field.type = IdentifyType<Value>(registry_);
+    field.storedAs = Native::IdOf<Value>();
     field.tags = {tags.begin(), tags.size()};
     field.optional = presence == kOptional;
     field.accessor = &NativeAccessor<Value>();

@@ -8,6 +8,7 @@
 #include "binding/convert/assign_composite.h"
 #include "binding/convert/assign_scalar.h"
 #include "binding/convert/native_type.h"
+#include "binding/convert/read_ahead.h"
 #include "binding/convert/read_value.h"
 #include "binding/convert/value_accessor.h"
 
@@ -132,7 +133,9 @@ class Accessor<T> final : public ValueAccessor {
     const T& items = *static_cast<const T*>(value);
     if (!writer.BeginCollection(items.size())) return context.Fail(writer.ErrorMessage());
     const TypeIdentifier element = type.Element();
+    ReadAhead<T> ahead(items, element.record);
     for (const Item& item : items) {
+      ahead.Step();
       NativeAccessor<Item>().Read(context, &item, element, writer);
       if (!context.Ok()) return;
     }
@@ -164,7 +167,9 @@ class Accessor<T> final : public ValueAccessor {
     const T& items = *static_cast<const T*>(value);
     if (!writer.BeginStructure(items.size())) return context.Fail(writer.ErrorMessage());
     const TypeIdentifier element = type.Element();
+    ReadAhead<T> ahead(items, element.record);
     for (const auto& [key, item] : items) {
+      ahead.Step();
       if (!writer.Member(key)) return context.Fail(writer.ErrorMessage());
       NativeAccessor<Item>().Read(context, &item, element, writer);
       if (!context.Ok()) return;

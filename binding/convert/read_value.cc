@@ -18,7 +18,11 @@ void ReadStructure(ConversionContext& context, const void* value, const TypeReco
   if (!context.Ok()) return;
   if (type == nullptr || type->kind != TypeKind::kStructure) return context.Fail(kReadUnregistered);
   if (!writer.BeginStructure(type->fields.size())) return context.Fail(writer.ErrorMessage());
-  for (const FieldRecord& field : type->fields) {
+  for (size_t next = 0;; ++next) {
+    CheckWritten(context, writer.SimpleMembers(*type, value, &next), writer);
+    if (!context.Ok()) return;
+    if (next == type->fields.size()) break;
+    const FieldRecord& field = type->fields[next];
     CheckWritten(context, writer.Member(field.name), writer);
     if (!context.Ok()) return;
     field.accessor->Read(context, static_cast<const char*>(value) + field.offset, field.type,

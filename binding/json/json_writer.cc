@@ -9,6 +9,7 @@
 #include "base/word_scan.h"
 #include "binding/convert/conversion_context.h"
 #include "binding/json/json_float.h"
+#include "binding/types/simple_member.h"
 #include "binding/types/type_record.h"
 #include "log/logger.h"
 
@@ -17,8 +18,8 @@ namespace {
 
 constexpr size_t kMaxInteger = 20;
 constexpr size_t kMaxEscape = 6;
-// Two quotes, a colon, and the seven bytes that CopyPlain may write too much.
-constexpr size_t kQuoteSlack = 10;
+// Two quotes, a colon, and what is written too much where a short text is copied as a block.
+constexpr size_t kQuoteSlack = 3 + kShortText;
 constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 
 // The letter after the backslash, or 'u'.
@@ -40,6 +41,22 @@ char EscapeLetter(char c) {
     default:
       return 'u';
   }
+}
+
+template <typename Integer>
+char* WriteInteger(Integer value, char* to) {
+  if (value >= 0 && value < 10) {  // most counts
+    *to = static_cast<char>('0' + value);
+    return to + 1;
+  }
+  return std::to_chars(to, to + kMaxInteger, value).ptr;
+}
+
+// Writes as much of a text as is plain. Returns how much that is.
+size_t CopyPlainText(const std::string& text, char* to) {
+  const bool isShort = text.size() < kShortText && text.capacity() + 1 >= kShortText;
+  return isShort ? CopyPlainShort(text.data(), text.size(), to)
+                 : CopyPlain(text.data(), text.size(), to);
 }
 
 }  // namespace
@@ -69,7 +86,7 @@ bool JsonWriter::Bool(bool value) {
 template <typename Integer>
 bool JsonWriter::Number(Integer value) {
   char* to = BeginValue(kMaxInteger);
-  block_.FilledTo(std::to_chars(to, to + kMaxInteger, value).ptr);
+  block_.FilledTo(WriteInteger(value, to));
   return true;
 }
 
@@ -203,6 +220,60 @@ void JsonWriter::Escape(std::string_view* text) {
     to[5] = kHexDigits[c & 15];
     block_.FilledTo(to + kMaxEscape);
   }
+}
+
+// Writes the name, after the comma it may need. Returns space for a value of `bytes`.
+inline char* JsonWriter::BeginMember(std::string_view jsonMember, size_t bytes) {
+  if (!needsComma_) jsonMember.remove_prefix(1);
+  char* const to = block_.Reserve(jsonMember.size() + kShortText + bytes);
+  for (size_t i = 0; i < jsonMember.size(); i += kShortText) {
+    std::memcpy(to + i, jsonMember.data() + i, kShortText);
+  }
+  needsComma_ = true;
+  return to + jsonMember.size();
+}
+
+inline void JsonWriter::WriteMember(std::string_view jsonMember, bool value) {
+  char* const to = BeginMember(jsonMember, kMaxInteger);
+  std::memcpy(to, value ? "true" : "fals", 4);
+  to[4] = 'e';
+  block_.FilledTo(to + (value ? 4 : 5));
+}
+
+template <typename Integer>
+inline void JsonWriter::WriteMember(std::string_view jsonMember, Integer value) {
+  char* const to = BeginMember(jsonMember, kMaxInteger);
+  block_.FilledTo(WriteInteger(value, to));
+}
+
+inline void JsonWriter::WriteMember(std::string_view jsonMember, const std::string& text) {
+  const bool isLong = text.size() > OutputBlock::kBytes / 2;
+  char* to = BeginMember(jsonMember, (isLong ? 0 : text.size()) + kQuoteSlack);
+  *to++ = '"';
+  const size_t plain = isLong ? 0 : CopyPlainText(text, to);
+  to += plain;
+  if (plain == text.size()) {
+    *to++ = '"';
+  } else {
+    block_.FilledTo(to);
+    to = QuoteRest(std::string_view(text).substr(plain));
+  }
+  block_.FilledTo(to);
+}
+
+inline void JsonWriter::WriteMember(std::string_view jsonMember, const TypeRecord& type,
+                                    int32_t value) {
+  block_.FilledTo(BeginMember(jsonMember, 0));
+  needsComma_ = false;
+  Enum(type, value);
+}
+
+bool JsonWriter::SimpleMembers(const TypeRecord& type, const void* object, size_t* next) {
+  WalkSimpleMembers(type, object, next, [this](const FieldRecord& field, const auto&... value) {
+    WriteMember(field.jsonMember, value...);
+    return true;
+  });
+  return true;
 }
 
 void JsonWriter::Finish(const ConversionContext& context) {

@@ -37,6 +37,7 @@ class JsonWriter final : public ValueWriter {
   bool EndStructure() override;
   bool BeginCollection(size_t size) override;
   bool EndCollection() override;
+  bool SimpleMembers(const TypeRecord& type, const void* object, size_t* next) override;
   std::string_view ErrorMessage() const override { return error_; }
 
   // Completes the text; when `context` has failed, takes back everything that was appended. Logs
@@ -45,6 +46,12 @@ class JsonWriter final : public ValueWriter {
 
  private:
   char* BeginValue(size_t bytes);
+  char* BeginMember(std::string_view jsonMember, size_t bytes);
+  void WriteMember(std::string_view jsonMember, bool value);
+  template <typename Integer>
+  void WriteMember(std::string_view jsonMember, Integer value);
+  void WriteMember(std::string_view jsonMember, const std::string& text);
+  void WriteMember(std::string_view jsonMember, const TypeRecord& type, int32_t value);
   char* Quote(std::string_view text);
   char* QuoteRest(std::string_view text);
   void Escape(std::string_view* text);

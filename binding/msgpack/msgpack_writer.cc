@@ -9,11 +9,31 @@
 #include "binding/convert/conversion_context.h"
 #include "binding/msgpack/byte_cursor.h"
 #include "binding/msgpack/msgpack_format.h"
+#include "binding/types/simple_member.h"
 #include "binding/types/type_record.h"
 
 namespace Kest {
 
 using namespace MessagePack;
+
+namespace {
+
+constexpr size_t kBlock = 16;  // copied at once, where that many bytes can be read
+
+// Copies a text and, behind it, up to a block of no meaning.
+inline void CopyText(const std::string& text, char* to) {
+  const size_t size = text.size();
+  if (size <= kBlock && text.capacity() + 1 >= kBlock) {
+    std::memcpy(to, text.data(), kBlock);
+  } else if (size > kBlock) {
+    for (size_t i = 0; i + kBlock < size; i += kBlock) std::memcpy(to + i, text.data() + i, kBlock);
+    std::memcpy(to + size - kBlock, text.data() + size - kBlock, kBlock);
+  } else {
+    CopyBytes(to, text.data(), size);
+  }
+}
+
+}  // namespace
 
 inline bool MessagePackWriter::Byte(uint8_t byte) {
   char* to = block_.Reserve(1);
@@ -103,6 +123,69 @@ bool MessagePackWriter::Blob(std::span<const uint8_t> bytes) {
 bool MessagePackWriter::Enum(const TypeRecord& type, int32_t value) {
   const EnumeratorRecord* named = type.FindEnumerator(value);
   return named != nullptr ? String(named->name) : Signed(value);
+}
+
+// Writes the short name. Returns space for a value of `bytes`.
+inline char* MessagePackWriter::BeginMember(std::string_view name, size_t bytes) {
+  char* const to = block_.Reserve(1 + kFixstrs + bytes);
+  *to = static_cast<char>(kFixstr + name.size());
+  std::memcpy(to + 1, name.data(), kBlock);
+  if (name.size() > kBlock) std::memcpy(to + 1 + kBlock, name.data() + kBlock, kBlock);
+  return to + 1 + name.size();
+}
+
+inline void MessagePackWriter::WriteMember(std::string_view name, bool value) {
+  char* const to = BeginMember(name, 1);
+  *to = static_cast<char>(value ? kTrue : kFalse);
+  block_.FilledTo(to + 1);
+}
+
+template <typename Integer>
+inline void MessagePackWriter::WriteMember(std::string_view name, Integer value) {
+  char* const to = BeginMember(name, 1);
+  if (value >= 0 && value < Integer{kPositiveFixints}) {
+    *to = static_cast<char>(value);
+    return block_.FilledTo(to + 1);
+  }
+  block_.FilledTo(to);
+  if constexpr (std::is_signed_v<Integer>) {
+    Signed(value);
+  } else {
+    Unsigned(value);
+  }
+}
+
+inline void MessagePackWriter::WriteMember(std::string_view name, const std::string& text) {
+  const size_t size = text.size();
+  if (size > UINT8_MAX) {
+    block_.FilledTo(BeginMember(name, 0));
+    String(text);
+    return;
+  }
+  char* to = BeginMember(name, 2 + kBlock + size);
+  if (size < kFixstrs) {
+    *to++ = static_cast<char>(kFixstr + size);
+  } else {
+    *to++ = static_cast<char>(kStr8);
+    *to++ = static_cast<char>(size);
+  }
+  CopyText(text, to);
+  block_.FilledTo(to + size);
+}
+
+inline void MessagePackWriter::WriteMember(std::string_view name, const TypeRecord& type,
+                                           int32_t value) {
+  block_.FilledTo(BeginMember(name, 0));
+  Enum(type, value);
+}
+
+bool MessagePackWriter::SimpleMembers(const TypeRecord& type, const void* object, size_t* next) {
+  WalkSimpleMembers(type, object, next, [this](const FieldRecord& field, const auto&... value) {
+    if (field.name.size() >= kFixstrs) return false;
+    WriteMember(field.name, value...);
+    return true;
+  });
+  return true;
 }
 
 bool MessagePackWriter::BeginStructure(size_t size) {

@@ -38,12 +38,19 @@ class MessagePackWriter final : public ValueWriter {
   bool EndStructure() override { return true; }
   bool BeginCollection(size_t size) override;
   bool EndCollection() override { return true; }
+  bool SimpleMembers(const TypeRecord& type, const void* object, size_t* next) override;
   std::string_view ErrorMessage() const override { return error_; }
 
   // Completes the text; when `context` has failed, takes back everything that was appended.
   void Finish(const ConversionContext& context);
 
  private:
+  char* BeginMember(std::string_view name, size_t bytes);
+  void WriteMember(std::string_view name, bool value);
+  template <typename Integer>
+  void WriteMember(std::string_view name, Integer value);
+  void WriteMember(std::string_view name, const std::string& text);
+  void WriteMember(std::string_view name, const TypeRecord& type, int32_t value);
   bool Byte(uint8_t byte);
   template <typename Width>
   bool Number(uint8_t lead, Width number);

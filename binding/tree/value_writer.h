@@ -36,6 +36,13 @@ class ValueWriter {
   virtual bool BeginCollection(size_t size) = 0;
   virtual bool EndCollection() = 0;
 
+  // Inside of a structure: takes members of the native `object` of that type, each with its name,
+  // from number `*next` on, in their order, and goes past them: as Member and its value would. It
+  // may stop anywhere; what it leaves is written member by member.
+  virtual bool SimpleMembers(const TypeRecord& /*type*/, const void* /*object*/, size_t* /*next*/) {
+    return true;
+  }
+
   virtual std::string_view ErrorMessage() const = 0;
 };
 

@@ -38,6 +38,12 @@ struct FieldRecord {
   std::span<const std::string_view> tags;
   bool optional = true;
   const ValueAccessor* accessor = nullptr;  // constant object, lives as long as the program
+
+  // For those who read members where they lie.
+  TypeId storedAs = TypeId::kNone;  // the family of the member itself; kNone: a pointer to such
+  // The name as a part of ,"name": with 16 bytes more behind it that may be read. Empty where the
+  // name cannot stand there as it is, or is unusually long.
+  std::string_view jsonMember = "";
 };
 
 struct EnumeratorRecord {

@@ -1,6 +1,7 @@
 #include "binding/types/type_registry.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <utility>
 
@@ -15,6 +16,9 @@ std::atomic<TypeRegistry*>& ProcessSlot() {
   static std::atomic<TypeRegistry*> slot = new TypeRegistry();
   return slot;
 }
+
+constexpr size_t kLongestMember = 100;
+constexpr size_t kMemberSlack = 4 + 16;  // the punctuation, and what may be read behind it
 
 template <typename Records>
 bool Contains(const Records& records, std::string_view name) {
@@ -77,7 +81,7 @@ TypeBuilder& TypeBuilder::AddField(FieldRecord field) {
                  record_->name, field.name, field.staticKey->name));
     }
     MutexLock lock(registry_.mutex_);
-    field.name = registry_.memory_.Copy(field.name);
+    registry_.KeepName(field);
     field.description = registry_.memory_.Copy(field.description);
     field.tags = registry_.CopyAll(field.tags);
     record_->fields.push_back(field);
@@ -162,6 +166,21 @@ const TypeRecord* TypeRegistry::Enter(std::string_view name, size_t size, const 
   byName_.emplace(record.name, &record);
   byKey_.emplace(&key, &record);
   return nullptr;
+}
+
+void TypeRegistry::KeepName(FieldRecord& field) {
+  const auto isPlain = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
+  if (field.name.size() > kLongestMember || !std::ranges::all_of(field.name, isPlain)) {
+    field.name = memory_.Copy(field.name);
+    return;
+  }
+  std::array<char, kLongestMember + kMemberSlack> text{',', '"'};
+  char* const end = std::ranges::copy(field.name, text.data() + 2).out;
+  end[0] = '"';
+  end[1] = ':';
+  const size_t size = field.name.size() + 4;
+  field.jsonMember = memory_.Copy({text.data(), size + 16}).substr(0, size);
+  field.name = field.jsonMember.substr(2, field.name.size());
 }
 
 std::span<const std::string_view> TypeRegistry::CopyAll(std::span<const std::string_view> texts) {

@@ -110,6 +110,7 @@ class TypeRegistry {
   const TypeRecord* Enter(std::string_view name, size_t size, const TypeKey& key, TypeKind kind,
                           TypeBuilder& builder) KEST_EXCLUDES(mutex_);
   void Withdraw(const TypeRecord* record) noexcept KEST_EXCLUDES(mutex_);
+  void KeepName(FieldRecord& field) KEST_REQUIRES(mutex_);
   std::span<const std::string_view> CopyAll(std::span<const std::string_view> texts)
       KEST_REQUIRES(mutex_);
 
