@@ -17,14 +17,6 @@ Api::ContextMenu RedeemEntry(bool enabled) {
   return entry;
 }
 
-// The essence that is taken; empty when none is.
-std::string_view EssenceOf(const Ingredient& ingredient) {
-  const auto& lootNames = *ingredient.lootNames;
-  const auto found = std::ranges::find_if(
-      lootNames, [](const std::string& name) { return Contains(kCurrencyLootIds, name); });
-  return found == lootNames.end() ? std::string_view() : *found;
-}
-
 int32_t ClampToInt32(int64_t quantity) {
   return static_cast<int32_t>(std::min<int64_t>(quantity, std::numeric_limits<int32_t>::max()));
 }
@@ -32,7 +24,7 @@ int32_t ClampToInt32(int64_t quantity) {
 void SetEssence(const std::vector<Ingredient>& ingredients, Api::ContextMenu* entry) {
   int64_t quantity = 0;
   for (const Ingredient& ingredient : ingredients) {
-    const std::string_view essence = EssenceOf(ingredient);
+    const std::string_view essence = ingredient.essence;
     if (entry->essenceType.empty()) entry->essenceType = essence;
     if (!essence.empty() && essence == entry->essenceType) quantity += ingredient.quantity;
   }
@@ -91,7 +83,7 @@ void ContextMenus::SetOthers(const std::vector<Ingredient>& ingredients, bool up
   const Ingredient* others = nullptr;
   for (const Ingredient& ingredient : ingredients) {
     const bool isFirst = &ingredient == &ingredients.front();
-    if ((isFirst && upgradesToken) || !EssenceOf(ingredient).empty()) continue;
+    if ((isFirst && upgradesToken) || !ingredient.essence.empty()) continue;
     if (ingredient.missing > 0) {
       others = &ingredient;
       break;

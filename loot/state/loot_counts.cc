@@ -3,8 +3,17 @@
 #include <algorithm>
 #include <utility>
 
+#include "loot/model/loot_constants.h"
+
 namespace Kest::Client::Loot {
 namespace {
+
+// Empty where none is listed.
+std::string_view FindEssence(const std::vector<std::string>& lootNames) {
+  const auto found = std::ranges::find_if(
+      lootNames, [](const std::string& name) { return Contains(kCurrencyLootIds, name); });
+  return found == lootNames.end() ? std::string_view() : *found;
+}
 
 // One for each query.
 std::vector<Ingredient> ListIngredients(const IndexedRecipe& recipe) {
@@ -12,7 +21,7 @@ std::vector<Ingredient> ListIngredients(const IndexedRecipe& recipe) {
   std::unordered_map<const void*, size_t> places;
   for (const IndexedSlot& slot : recipe.slots) {
     const auto [place, isNew] = places.try_emplace(slot.lootNames, ingredients.size());
-    if (isNew) ingredients.push_back({slot.lootNames});
+    if (isNew) ingredients.push_back({slot.lootNames, FindEssence(*slot.lootNames)});
     ingredients[place->second].quantity += std::max(slot.quantity, 0);
   }
   return ingredients;

@@ -30,6 +30,7 @@ namespace Kest::Client::Loot {
 // What the slots of one query take together.
 struct Ingredient {
   const std::vector<std::string>* lootNames = nullptr;  // never null
+  std::string_view essence;                             // the first of them that is one, if any
   int64_t quantity = 0;
   int64_t missing = 0;
 };

@@ -36,7 +36,8 @@ const TypeRegistry& MemberRegistry() {
     DefineStruct<Members>(types, "Members")
         .Fields<&Members::first, &Members::tiny, &Members::byte, &Members::number,
                 &Members::natural, &Members::large, &Members::larger, &Members::text,
-                &Members::ratio, &Members::flag, &Members::grade, &Members::shared, &Members::part>()
+                &Members::ratio, &Members::flag, &Members::grade, &Members::shared,
+                &Members::part>()
         .Field<&Members::oddlyNamed>("a \"name\" \xc3\xa4")
         .Fields<&Members::aNameOf32CharactersIsLongInBytes>()
         .Field<&Members::last>(std::string(300, 'n'));
@@ -55,9 +56,18 @@ class Draw {
     std::string text;
     const size_t parts = Below(8) == 0 ? Below(6000) : Below(70);
     for (size_t i = 0; i < parts; ++i) text += static_cast<char>('a' + Below(26));
-    constexpr std::string_view kOdd[] = {"\"",  "\\",         "\x01",            "\x1f",
-                                         "\n",  "\x7f",       "\xc3\xa4",        "\xe2\x82\xac",
-                                         "/",   "\xc2\x80",   "\xf0\x9f\x8e\x81", " "};
+    constexpr std::string_view kOdd[] = {"\"",
+                                         "\\",
+                                         "\x01",
+                                         "\x1f",
+                                         "\n",
+                                         "\x7f",
+                                         "\xc3\xa4",
+                                         "\xe2\x82\xac",
+                                         "/",
+                                         "\xc2\x80",
+                                         "\xf0\x9f\x8e\x81",
+                                         " "};
     for (uint64_t i = Below(3); i > 0; --i) {
       text.insert(Below(text.size() + 1) / 3 * 3 % (text.size() + 1), kOdd[Below(std::size(kOdd))]);
     }
