@@ -63,10 +63,10 @@ class ReadAhead {
     if constexpr (kHoldsStructures) {
       if (type_ == nullptr) return;
       if (Advance(third_)) FetchMemory(&*third_, sizeof(*third_));
-      if (Advance(second_)) FetchMemory(StructureOf(*second_), type_->size);
-      if (!Advance(first_)) return;
-      const void* const structure = StructureOf(*first_);
-      if (structure != nullptr) FetchTexts(structure, *type_);
+      const void* const second = Advance(second_) ? StructureOf(*second_) : nullptr;
+      if (second != nullptr) FetchMemory(second, type_->size);
+      const void* const first = Advance(first_) ? StructureOf(*first_) : nullptr;
+      if (first != nullptr) FetchTexts(first, *type_);
     }
   }
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr size_t kBlock = 16;  // copied at once, where that many bytes can be read
 
-// Copies a text and, behind it, up to a block of no meaning.
+// Copies a text and, after it, up to a block of no meaning.
 inline void CopyText(const std::string& text, char* to) {
   const size_t size = text.size();
   if (size <= kBlock && text.capacity() + 1 >= kBlock) {

@@ -41,8 +41,8 @@ struct FieldRecord {
 
   // For those who read members where they lie.
   TypeId storedAs = TypeId::kNone;  // the family of the member itself; kNone: a pointer to such
-  // The name as a part of ,"name": with 16 bytes more behind it that may be read. Empty where the
-  // name cannot stand there as it is, or is unusually long.
+  // The name as a part of ,"name": with 16 bytes more after it that may be read. Empty where the
+  // name has to be written otherwise, or is unusually long.
   std::string_view jsonMember = "";
 };
 

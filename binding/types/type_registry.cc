@@ -18,7 +18,7 @@ std::atomic<TypeRegistry*>& ProcessSlot() {
 }
 
 constexpr size_t kLongestMember = 100;
-constexpr size_t kMemberSlack = 4 + 16;  // the punctuation, and what may be read behind it
+constexpr size_t kMemberSlack = 4 + 16;  // the punctuation, and what may be read after it
 
 template <typename Records>
 bool Contains(const Records& records, std::string_view name) {
