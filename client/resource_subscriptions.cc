@@ -74,6 +74,15 @@ void ResourceSubscriptions::Remove(std::string_view url) noexcept {
              url.data());
 }
 
+std::string_view ResourceSubscriptions::ConversionFailureOf(std::string_view url) const {
+  const auto event = events_.find(EventName(url));
+  if (event == events_.end()) return {};
+  for (const std::shared_ptr<Entry>& entry : event->second.entries) {
+    if (entry->url == url && !entry->failure.empty()) return entry->failure;
+  }
+  return {};
+}
+
 ResourceSubscriptions::EntryList ResourceSubscriptions::HandlersOf(const std::string& name,
                                                                    std::string_view uri) const {
   const auto event = events_.find(name);
@@ -122,7 +131,9 @@ void ResourceSubscriptions::DeliverDelete(const std::string& name) {
     const auto event = events_.find(name);  // again each time: handlers may unsubscribe
     if (event == events_.end() || i >= event->second.entries.size()) return;
     const std::shared_ptr<Entry> entry = event->second.entries[i];
-    if (!IsPattern(entry->url)) entry->handler(nullptr, ResourceEventType::kDelete);
+    if (!IsPattern(entry->url)) {
+      entry->failure = entry->handler(nullptr, ResourceEventType::kDelete);
+    }
   }
 }
 
@@ -147,7 +158,8 @@ void ResourceSubscriptions::Deliver(const std::string& name, std::string_view bo
   // A copy of the list: handlers may subscribe and unsubscribe while it is walked.
   for (const std::shared_ptr<Entry>& entry : HandlersOf(name, uri)) {
     if (!entry->active) continue;
-    if (entry->handler(data, type) == ResourceDelivery::kUnconvertible) {
+    entry->failure = entry->handler(data, type);
+    if (!entry->failure.empty()) {
       Trace("Couldn't convert resource %.*s to C++ while handling update for URL: %s",
             static_cast<int>(entry->typeName.size()), entry->typeName.data(), uri.c_str());
     }

@@ -27,12 +27,11 @@
 
 namespace Kest::Client {
 
-enum class ResourceDelivery { kTaken, kUnconvertible };
-
 class ResourceSubscriptions {
  public:
-  // `data` is null on kDelete, otherwise lent for the call.
-  using Handler = std::function<ResourceDelivery(const BindingProperty* data, ResourceEventType)>;
+  // `data` is null on kDelete, otherwise lent for the call. Returns why it does not convert; empty
+  // when it was taken.
+  using Handler = std::function<std::string(const BindingProperty* data, ResourceEventType)>;
 
   ResourceSubscriptions(HostServices& host, const std::string& pluginName)
       : host_(host), pluginName_(pluginName) {}
@@ -46,6 +45,9 @@ class ResourceSubscriptions {
   // Removes the handler added last for the url.
   // Needs no memory.
   void Remove(std::string_view url) noexcept;
+  // Why the newest value of the url did not convert; empty when it did, or when the url is not
+  // followed. Valid until the next event of it.
+  std::string_view ConversionFailureOf(std::string_view url) const;
   // Memory suffices again: asks for the events that were lost too often in a row. Mostly there is
   // none.
   void AskAgainForLost() noexcept;
@@ -55,6 +57,7 @@ class ResourceSubscriptions {
     std::string url;
     std::string_view typeName;
     Handler handler;
+    std::string failure;  // why the newest value did not convert
     bool active = true;
   };
   using EntryList = std::vector<std::shared_ptr<Entry>>;

@@ -97,20 +97,24 @@ class SiblingClient {
         [handler = std::move(handler)](const BindingProperty* data, ResourceEventType type) {
           if (data == nullptr) {
             handler(nullptr, type);
-            return ResourceDelivery::kTaken;
+            return std::string();
           }
           T value{};
           ConversionContext context;
           Assign(context, "<value>", *data, &value);
           if (context.RanOutOfMemory()) throw std::bad_alloc();
-          if (!context.Ok()) return ResourceDelivery::kUnconvertible;
+          if (!context.Ok()) return std::string(context.ErrorMessage());
           handler(&value, type);
-          return ResourceDelivery::kTaken;
+          return std::string();
         },
         StaticType::Name<T>());
   }
   // Ends the last subscription of the url. Without one it logs a warning and does nothing else.
   void Unsubscribe(std::string_view url) { subscriptions_.Remove(url); }
+  // Why the newest value of a followed url was dropped; empty when it was not.
+  std::string_view ConversionFailureOf(std::string_view url) const {
+    return subscriptions_.ConversionFailureOf(url);
+  }
   // What was read otherwise shows that memory suffices: events that were given up come again.
   void AskAgainForLostEvents() noexcept { subscriptions_.AskAgainForLost(); }
 

@@ -30,8 +30,8 @@ LootPlugin::LootPlugin(PluginRuntime& runtime, size_t itemsInSlice)
                      {enablement_, readiness_, newPlayerChest_, session_, messages_, grants_}),
       endpoints_({loot_, state_, inventory_, publisher_, readiness_, retrieval_, newPlayerChest_,
                   configuration_, views_, transactions_, grants_, chests_}),
-      explainer_({loot_, state_, inventory_, readiness_, sources_, logos_, session_, retrieval_,
-                  newPlayerChest_, grants_}) {}
+      explainer_({client_, loot_, state_, inventory_, readiness_, sources_, logos_, session_,
+                  retrieval_, newPlayerChest_, grants_}) {}
 
 void LootPlugin::RegisterApi() {
   Api::RegisterLootResources(TypeRegistry::Process());

@@ -1,11 +1,11 @@
 #include "loot/loot_subscriptions.h"
 
-#include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "client/service_proxy.h"
 #include "client/sibling_client.h"
+#include "loot/calls/followed_paths.h"
 #include "loot/calls/grant_notices.h"
 #include "loot/calls/inbound_messages.h"
 #include "loot/calls/new_player_chest.h"
@@ -13,8 +13,6 @@
 
 namespace Kest::Client::Loot {
 namespace {
-
-constexpr const char* kConfig = "/tav-platform-config/v1/namespaces/LootConfig/";
 
 // Without `onDeleted` the deletion of the resource changes nothing.
 template <class Object, class T>
@@ -38,17 +36,16 @@ void LootSubscriptions::Start() {
   proxy_.SubscribeSvds(
       "com.kestgames.platform.messaging.persistence.SimpleDialogMessage",
       [&target = messages](const PluginSvdsEvent& event) { target.OnMasteryGrant(event); });
-  const std::string config = kConfig;
-  Follow(client_, config + "Enabled", enablement, &LootEnablement::SetConfigEnabled);
-  Follow(client_, config + "PxhEnabled", enablement, &LootEnablement::SetClientEnabled);
-  Follow(client_, config + "InitializationGoalFlags", readiness, &SourceReadiness::SetGoal);
-  Follow(client_, config + "MinSummonerLevel", newPlayerChest, &NewPlayerChest::SetMinimumLevel);
-  Follow(client_, config + "NewPlayerChestEnabled", newPlayerChest, &NewPlayerChest::SetEnabled);
-  Follow(client_, "/tav-summoner/v1/current-summoner", newPlayerChest, &NewPlayerChest::OnSummoner);
-  Follow(client_, "/tav-login/v1/login-data-packet", *this, &LootSubscriptions::OnLoginDataPacket);
-  Follow(client_, "/tav-login/v1/session", session, &PlayerSession::OnLoginSession,
+  Follow(client_, kConfigEnabledPath, enablement, &LootEnablement::SetConfigEnabled);
+  Follow(client_, kConfigClientEnabledPath, enablement, &LootEnablement::SetClientEnabled);
+  Follow(client_, kConfigGoalPath, readiness, &SourceReadiness::SetGoal);
+  Follow(client_, kConfigMinimumLevelPath, newPlayerChest, &NewPlayerChest::SetMinimumLevel);
+  Follow(client_, kConfigChestEnabledPath, newPlayerChest, &NewPlayerChest::SetEnabled);
+  Follow(client_, kSummonerPath, newPlayerChest, &NewPlayerChest::OnSummoner);
+  Follow(client_, kLoginPacketPath, *this, &LootSubscriptions::OnLoginDataPacket);
+  Follow(client_, kLoginSessionPath, session, &PlayerSession::OnLoginSession,
          &PlayerSession::OnLoginSessionDeleted);
-  Follow(client_, "/tav-gameflow/v1/session", grants, &GrantNotices::OnGameflowSession,
+  Follow(client_, kGameflowSessionPath, grants, &GrantNotices::OnGameflowSession,
          &GrantNotices::OnGameflowSessionDeleted);
 }
 

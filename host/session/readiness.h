@@ -27,8 +27,8 @@ struct ReadinessReport {
 };
 
 // The checks: "plugin" has started, "signedIn", loot is "enabled", all "sources" have
-// responded, the "inventory" has been retrieved once. All but the first two are read through the
-// plugin's own endpoints.
+// responded, the "inventory" has been retrieved once. All but the first are the plugin's own
+// decisions, and so are their reasons where the plugin explains itself.
 class Readiness {
  public:
   // The parts outlive it.
@@ -41,12 +41,9 @@ class Readiness {
 
  private:
   struct Retrieval {
-    void Take(const HttpResponse& response);
-
     uint64_t session = 0;  // the number of the session it is about
     bool isRunning = false;
     bool isDone = false;
-    std::string failure;
   };
 
   std::string InventoryReason();

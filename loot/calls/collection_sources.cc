@@ -69,6 +69,16 @@ void CollectionSources::OnChampions(const std::string& skinsUrl) {
   readiness_.OnSourceRead(kReadyChampions | kReadySkins);
 }
 
+const std::string* CollectionSources::UrlOf(ReadinessBit bit) const {
+  const auto followed = std::ranges::find(followed_, static_cast<uint8_t>(bit), &Followed::bits);
+  return followed == followed_.end() ? nullptr : &followed->url;
+}
+
+std::string_view CollectionSources::ConversionFailureOf(ReadinessBit bit) const {
+  const std::string* const url = UrlOf(bit == kReadySkins ? kReadyChampions : bit);
+  return url == nullptr ? std::string_view() : client_.ConversionFailureOf(*url);
+}
+
 SourceWait CollectionSources::WaitOf(ReadinessBit bit) const {
   if (followed_.empty()) return {"signIn", "Waits until a player is signed in.", {}};
   const bool isOfChampions = bit == kReadyChampions || bit == kReadySkins;
@@ -81,8 +91,8 @@ SourceWait CollectionSources::WaitOf(ReadinessBit bit) const {
     }
     return {"champions", "Waits for the champions: the skins are requested after them.", {}};
   }
-  const auto followed = std::ranges::find(followed_, static_cast<uint8_t>(bit), &Followed::bits);
-  const std::string url = followed == followed_.end() ? std::string() : followed->url;
+  const std::string* const followed = UrlOf(bit);
+  const std::string url = followed == nullptr ? std::string() : *followed;
   return {"resource", "Waits for the resource " + url + ".", url};
 }
 

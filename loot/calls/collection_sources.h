@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "loot/calls/forward.h"
@@ -27,6 +28,9 @@ class CollectionSources {
   // Ends the subscriptions. What they brought stays.
   void Drop();
 
+  // Why the newest value of the bit's resource, for the skins that of the champions, did not
+  // convert; empty when it did.
+  std::string_view ConversionFailureOf(ReadinessBit bit) const;
   // What the source of a bit waits for, if it has not responded. REQUIRES: one of its four
   // resources, or the skins, sets the bit.
   SourceWait WaitOf(ReadinessBit bit) const;
@@ -39,6 +43,8 @@ class CollectionSources {
   template <class T, class Keep>
   void FollowOne(std::string url, uint8_t readinessBits, Keep keep);
   void FollowChampions(const std::string& inventory);
+  // The resource that sets the bit; null when none is followed.
+  const std::string* UrlOf(ReadinessBit bit) const;
   // Reads the skins that belong to the champions just kept.
   void OnChampions(const std::string& skinsUrl);
 

@@ -8,12 +8,21 @@
 #include "api/http_names.h"
 #include "base/utf8.h"
 #include "binding/json/json_adapter.h"
+#include "binding/tree/tree_literals.h"
+#include "client/sibling_client.h"
+#include "loot/calls/followed_paths.h"
 #include "loot/explain/item_explanation.h"
 #include "loot/explain/recipe_explanation.h"
 #include "loot/explain/state_explanations.h"
 
 namespace Kest::Client::Loot {
 namespace {
+
+constexpr std::string_view kEnabledPaths[] = {kConfigEnabledPath, kConfigClientEnabledPath};
+constexpr std::string_view kReadyPaths[] = {kConfigGoalPath, kLoginSessionPath};
+constexpr std::string_view kChestPaths[] = {kConfigChestEnabledPath, kConfigMinimumLevelPath,
+                                            kSummonerPath, kLoginPacketPath};
+constexpr std::string_view kGrantPaths[] = {kGameflowSessionPath, kLoginPacketPath};
 
 // Of a list with commas; empty ones are left out.
 void AppendIds(std::string_view list, std::vector<std::string>* ids) {
@@ -27,10 +36,13 @@ void AppendIds(std::string_view list, std::vector<std::string>* ids) {
 }  // namespace
 
 const Explainer::Question Explainer::kQuestions[] = {
-    {"enabled", "", "", &Explainer::Enabled},        {"ready", "", "", &Explainer::Ready},
-    {"retrieval", "", "", &Explainer::Retrieval},    {"chest", "", "", &Explainer::Chest},
-    {"grants", "", "", &Explainer::Grants},          {"item", "lootId", "", &Explainer::Item},
-    {"recipe", "name", "items", &Explainer::Recipe},
+    {"enabled", "", "", &Explainer::Enabled, kEnabledPaths},
+    {"ready", "", "", &Explainer::Ready, kReadyPaths},
+    {"retrieval", "", "", &Explainer::Retrieval, {}},
+    {"chest", "", "", &Explainer::Chest, kChestPaths},
+    {"grants", "", "", &Explainer::Grants, kGrantPaths},
+    {"item", "lootId", "", &Explainer::Item, {}},
+    {"recipe", "name", "items", &Explainer::Recipe, {}},
 };
 
 std::string Explainer::KnownQuestions() {
@@ -78,7 +90,23 @@ Maybe<BindingProperty> Explainer::Find(std::string_view question) const {
     }
     asked.arguments.push_back(std::move(*pair));
   }
-  return (this->*known->explain)(asked);
+  Maybe<BindingProperty> explanation = (this->*known->explain)(asked);
+  if (explanation) AddUnconverted(known->follows, &explanation.GetValue());
+  return explanation;
+}
+
+void Explainer::AddUnconverted(std::span<const std::string_view> paths,
+                               BindingProperty* explanation) const {
+  for (const std::string_view path : paths) {
+    const std::string_view failure = deciders_.client.ConversionFailureOf(path);
+    if (failure.empty()) continue;
+    BindingProperty& reason = explanation->GetOrAddMember("reason");
+    std::string sentences(reason.AsString());
+    sentences.append(" The newest value of ").append(path).append(" did not convert: ");
+    reason.SetString(sentences.append(failure));
+    explanation->GetOrAddMember("unconverted").Append() =
+        Structure{{"path", path}, {"reason", failure}};
+  }
 }
 
 Maybe<BindingProperty> Explainer::Enabled(const Asked&) const {

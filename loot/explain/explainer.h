@@ -1,7 +1,9 @@
 // Explainer responds to questions about what the plugin decides, from the decisions themselves:
 // their conditions, results and reasons are values of the objects that decide. An explanation is a
-// JSON document; each has a "reason" for people, and members for programs. It changes nothing and
-// logs nothing.
+// JSON document; each has a "reason" for people, and members for programs. Where the newest value
+// of a sibling resource that the decision follows did not convert, so that an older one still
+// counts, the reason says so and "unconverted" lists the resources. It changes nothing and logs
+// nothing.
 //
 // Questions:
 //   enabled     why loot is enabled or disabled
@@ -18,6 +20,7 @@
 // Threads: module tasks only; it does not wait.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +37,7 @@ class Explainer {
  public:
   // Who decides; all outlive it.
   struct Deciders {
+    const SiblingClient& client;
     const LootSwitch& loot;
     const LootState& state;
     const LootInventory& inventory;
@@ -60,10 +64,12 @@ class Explainer {
     std::string_view subject;   // what its subject is; empty: it takes none
     std::string_view argument;  // the one it takes; empty: none
     Maybe<BindingProperty> (Explainer::*explain)(const Asked& asked) const;
+    std::span<const std::string_view> follows;  // sibling resources that it depends on
   };
   static const Question kQuestions[];
 
   static std::string KnownQuestions();
+  void AddUnconverted(std::span<const std::string_view> paths, BindingProperty* explanation) const;
   Maybe<BindingProperty> Find(std::string_view question) const;
 
   Maybe<BindingProperty> Enabled(const Asked& asked) const;

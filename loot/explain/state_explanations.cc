@@ -31,13 +31,15 @@ constexpr uint8_t kAllSources = kReadyChampions | kReadySkins | kReadyWardSkins 
                                 kReadySummonerIcons | kReadyTournamentLogos | kReadyEmotes;
 
 BindingProperty SourceTree(const SourceName& source, const SourceReadiness& readiness,
-                           const SourceWait& wait) {
+                           const SourceWait& wait, std::string_view failure) {
   const bool hasResponded = (readiness.RespondedBits() & source.bit) != 0;
+  std::string reason = hasResponded ? "It has responded." : wait.reason;
+  if (!failure.empty()) reason.append(" Its newest value did not convert: ").append(failure);
   Structure tree{{"name", source.name},
                  {"bit", static_cast<uint8_t>(source.bit)},
                  {"isInGoal", (readiness.goal() & source.bit) != 0},
                  {"hasResponded", hasResponded},
-                 {"reason", hasResponded ? std::string_view("It has responded.") : wait.reason}};
+                 {"reason", reason}};
   if (hasResponded) return tree;
   tree.GetOrAddMember("waitsFor").SetString(wait.kind);
   if (!wait.path.empty()) tree.GetOrAddMember("path").SetString(wait.path);
@@ -55,7 +57,7 @@ std::string ReadyReason(const SourceReadiness& readiness) {
   return "These sources have not responded: " + names + ".";
 }
 
-std::string_view RetrievalReason(const LootRetrieval& retrieval, const LootSwitch& loot) {
+std::string RetrievalReason(const LootRetrieval& retrieval, const LootSwitch& loot) {
   const bool isRunning = retrieval.Running() > 0;
   if (!retrieval.Pending()) {
     return isRunning ? "An inventory is held, and a newer one is on its way."
@@ -65,7 +67,8 @@ std::string_view RetrievalReason(const LootRetrieval& retrieval, const LootSwitc
   if (!loot.Enabled()) return "No inventory was retrieved: loot is disabled.";
   return retrieval.LastFailure().empty()
              ? "No inventory was retrieved yet: the next read of loot data does it."
-             : "The last retrieval failed: the next read of loot data tries again.";
+             : "The last retrieval failed; the next read of loot data tries again: " +
+                   retrieval.LastFailure();
 }
 
 BindingProperty RefreshTree(const LootRetrieval::Decision& decision) {
@@ -88,7 +91,8 @@ BindingProperty ExplainReady(const SourceReadiness& readiness, const CollectionS
   for (const SourceName& source : kSources) {
     const bool isOfLogos = source.bit == kReadyTournamentLogos;
     list.Append() =
-        SourceTree(source, readiness, isOfLogos ? logos.Wait() : sources.WaitOf(source.bit));
+        SourceTree(source, readiness, isOfLogos ? logos.Wait() : sources.WaitOf(source.bit),
+                   sources.ConversionFailureOf(source.bit));
   }
   const auto conditions = session.ConnectedConditions();
   return Structure{{"ready", readiness.Ready()},
