@@ -1,29 +1,15 @@
 # A call held in the hand, a chosen reward, its odds, and what a broken platform looks like.
 # Sourced by script/demo at the end of the walk.
 
-# craft_and_wait: begins a craft that a rule holds, and waits until it is held. end_craft: leaves its response.
+# craft_and_wait: begins a craft that a rule holds, and waits until it is held.
 craft_and_wait() {
-  printf '  > POST %s ["CHEST_lantern"]\n' "$craft"
-  : >"$work/held_status"
-  curl -s -o "$work/held" -w '%{http_code}' -H 'Content-Type: application/json' -d '["CHEST_lantern"]' "$url$craft" \
-    >"$work/held_status" &
-  held_pid=$!
-  for _ in $(seq 200); do
-    [ "$(curl -s "$url/_host/held")" = '[]' ] || break
-    sleep 0.05
-  done
-}
-end_craft() {
-  wait "$held_pid" || true
-  status=$(cat "$work/held_status")
-  body=$(cat "$work/held")
-  printf '  < %s %s\n' "$status" "$(short "$(jq -r "$digest" <<<"$body")")"
+  begin_craft
+  wait_until /_host/held '. != []'
 }
 
 title "A held call: what a spinner waits for"
 start_over
 events
-craft=/tav-loot/v1/recipes/CHEST_lantern_OPEN/craft
 request PUT /_host/faults '{"rules": [{"service": "craft*", "action": "hold"}]}'
 expect "crafts are held from now on" 200 '.rules | length == 1'
 request POST /_host/next-result '{"recipe": "CHEST_lantern_OPEN", "added": [{"lootName": "MATERIAL_key", "count": 12}]}'
@@ -31,7 +17,7 @@ expect "and the next one will give twelve keys" 200 '.times == 1'
 craft_and_wait
 request GET /_host/held
 expect "the call waits" 200 'map(.method) == ["craftPlayerLootWithRefId"]'
-if [ -s "$work/held_status" ]; then failed "the craft ended although its call is held"; else passed "so does the craft"; fi
+if [ -s "$work/begun_status" ]; then failed "the craft ended although its call is held"; else passed "so does the craft"; fi
 request POST "/_host/held/$(jq '.[0].id' <<<"$body")" '{"action": "release"}'
 expect "until it is released" 200 '.action == "release"'
 end_craft

@@ -75,6 +75,31 @@ request() {
   printf '  < %s %s\n' "$status" "$(short "$(jq -r "$digest" <<<"$body" 2>/dev/null || echo "$body")")"
 }
 
+# begin_craft: sends a craft and does not wait for it; $work/begun_status is empty until it has ended. end_craft: waits, and
+# leaves $status and $body.
+craft=/tav-loot/v1/recipes/CHEST_lantern_OPEN/craft
+begin_craft() {
+  printf '  > POST %s ["CHEST_lantern"]\n' "$craft"
+  : >"$work/begun_status"
+  curl -s -o "$work/begun" -w '%{http_code}' -H 'Content-Type: application/json' -d '["CHEST_lantern"]' "$url$craft" \
+    >"$work/begun_status" &
+  begun_pid=$!
+}
+end_craft() {
+  wait "$begun_pid" || true
+  status=$(cat "$work/begun_status")
+  body=$(cat "$work/begun")
+  printf '  < %s %s\n' "$status" "$(short "$(jq -r "$digest" <<<"$body")")"
+}
+
+# wait_until PATH JQ-TEST: reads it quietly until it passes the test, ten seconds at most.
+wait_until() {
+  for _ in $(seq 200); do
+    curl -s "$url$1" | jq -e "$2" >/dev/null && break
+    sleep 0.05
+  done
+}
+
 # request_packed PATH: reads it as MessagePack, shows the bytes, leaves $status and the files head and body.
 request_packed() {
   printf '  > GET %s (Accept: application/x-msgpack)\n' "$1"
