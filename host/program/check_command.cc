@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "host/program/command.h"
+#include "host/program/terminal.h"
 #include "host/scenario/world_source.h"
+#include "host/session/host_log.h"
 
 namespace Kest::Host {
 namespace {
@@ -21,6 +23,11 @@ struct CheckOptions {
   bool strict = false;
 };
 
+void PrintFinding(LogLevel level, const std::string& finding) {
+  static const bool isColoured = ShowsColours(stdout);
+  std::printf("%s\n", isColoured ? ColouredLine(level, finding).c_str() : finding.c_str());
+}
+
 // False: the file cannot be used.
 bool CheckFile(const std::string& path, bool strict) {
   std::vector<std::string> warnings;
@@ -34,8 +41,10 @@ bool CheckFile(const std::string& path, bool strict) {
                                 .warnings = &warnings};
   const auto world =
       text ? ReadWorldFile(text.GetValue(), reading) : Maybe<WorldData>(text.GetFailure());
-  if (!world) std::printf("%s\n", world.GetFailure().text.c_str());
-  for (const std::string& warning : warnings) std::printf("%s (warning)\n", warning.c_str());
+  if (!world) PrintFinding(LogLevel::kError, world.GetFailure().text);
+  for (const std::string& warning : warnings) {
+    PrintFinding(LogLevel::kWarning, warning + " (warning)");
+  }
   return world && !(strict && !warnings.empty());
 }
 

@@ -9,8 +9,8 @@
 #include "host/program/command.h"
 #include "host/program/host_option_definitions.h"
 #include "host/program/run_host.h"
-#include "host/program/standard_error_mute.h"
 #include "host/scenario/atomic_file.h"
+#include "host/session/standard_error_mute.h"
 
 namespace Kest::Host {
 namespace {

@@ -1,10 +1,12 @@
 #include "host/program/host_option_definitions.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <limits>
 #include <map>
 
 #include "host/clock/time_text.h"
+#include "host/program/terminal.h"
 #include "host/url/request_target.h"
 #include "host/world/file/shipped_worlds.h"
 
@@ -121,6 +123,7 @@ void AddNetworkOptions(CLI::App& app, HostOptions* options) {
 }
 
 void AddLogOptions(CLI::App& app, HostOptions* options) {
+  options->log.isColoured = ShowsColours(stderr);
   const std::map<std::string, LogLevel> levels = {{"okay", LogLevel::kOkay},
                                                   {"warning", LogLevel::kWarning},
                                                   {"error", LogLevel::kError},

@@ -6,9 +6,9 @@
 #include "host/program/command.h"
 #include "host/program/host_option_definitions.h"
 #include "host/program/run_host.h"
-#include "host/program/standard_error_mute.h"
 #include "host/program/stop_signal.h"
 #include "host/session/host_log.h"
+#include "host/session/standard_error_mute.h"
 
 namespace Kest::Host {
 namespace {

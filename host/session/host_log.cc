@@ -5,17 +5,23 @@
 #include <iterator>
 #include <utility>
 
+#include "host/session/standard_error_mute.h"
+
 namespace Kest::Host {
 namespace {
 
 struct LevelRow {
   std::string_view name;
-  std::string_view label;  // as the plugin's own lines have it
+  std::string_view label;   // as the plugin's own lines have it
+  std::string_view colour;  // a control sequence; empty: as it is
 };
 
 // By LogLevel.
-constexpr LevelRow kLevels[] = {
-    {"okay", "  OKAY"}, {"warning", "  WARN"}, {"error", " ERROR"}, {"always", "ALWAYS"}};
+constexpr LevelRow kLevels[] = {{"okay", "  OKAY", ""},
+                                {"warning", "  WARN", "\x1b[33m"},
+                                {"error", " ERROR", "\x1b[31m"},
+                                {"always", "ALWAYS", ""}};
+constexpr std::string_view kColourEnd = "\x1b[0m";
 
 const LevelRow& RowOf(int32_t level) {
   const bool isKnown = level >= 0 && static_cast<size_t>(level) < std::size(kLevels);
@@ -37,6 +43,13 @@ std::string_view LogLevelName(int32_t level) {
   return RowOf(level).name;
 }
 
+std::string ColouredLine(LogLevel level, std::string_view line) {
+  const std::string_view colour = RowOf(static_cast<int32_t>(level)).colour;
+  std::string coloured(colour);
+  coloured.append(line);
+  return colour.empty() ? coloured : coloured.append(kColourEnd);
+}
+
 bool HostLog::Shows(LogLevel level) const {
   if (settings_.least == LogLevel::kNone) return false;
   return settings_.onlyErrors ? level == LogLevel::kError : level >= settings_.least;
@@ -46,13 +59,22 @@ void HostLog::Print(LogLevel level, std::string_view label, std::string_view tex
   std::string line = Timestamp(clock_()) + "| ";
   line.append(RowOf(static_cast<int32_t>(level)).label).append("| | ").append(label).append(text);
   const MutexLock lock(mutex_);
-  PrintLocked(line);
+  PrintLocked(level, line);
 }
 
-void HostLog::PrintLocked(std::string_view line) {
+void HostLog::PrintLocked(LogLevel level, std::string_view line) {
+  std::string coloured;
+  if (settings_.isColoured && !settings_.onlyErrors) line = coloured = ColouredLine(level, line);
   std::fwrite(line.data(), 1, line.size(), stream_);
   std::fputc('\n', stream_);
   std::fflush(stream_);
+}
+
+void HostLog::RunUnprinted(const std::function<void()>& work) {
+  if (Shows(LogLevel::kAlways)) return work();
+  const MutexLock lock(mutex_);
+  const StandardErrorMute mute;
+  work();
 }
 
 void HostLog::Write(LogLevel level, std::string_view text) {
@@ -74,7 +96,7 @@ void HostLog::WriteRequest(std::string_view method, std::string_view target, int
 void HostLog::Append(LogLevel level, std::string_view line) {
   if (line.ends_with('\n')) line.remove_suffix(1);
   const MutexLock lock(mutex_);
-  if (printsPlugin_ && Shows(level)) PrintLocked(line);
+  if (printsPlugin_ && Shows(level)) PrintLocked(level, line);
   kept_.emplace_back(line);
   if (kept_.size() > kMostKept) kept_.pop_front();
 }

@@ -24,12 +24,16 @@ enum class LogLevel : int32_t { kOkay = 0, kWarning = 1, kError = 2, kAlways = 3
 // "okay", "warning", ...; a number that is no level counts as "always".
 std::string_view LogLevelName(int32_t level);
 
+// `line` between the control sequences that colour it on a terminal: warnings and errors.
+std::string ColouredLine(LogLevel level, std::string_view line);
+
 // What is printed.
 struct LogSettings {
   LogLevel least = LogLevel::kOkay;  // lines below are dropped; kNone: all are
   bool onlyErrors = false;
-  bool isVerbose = false;  // the plugin writes its lines of level okay too
-  bool requests = false;   // a line for each request
+  bool isVerbose = false;   // the plugin writes its lines of level okay too
+  bool requests = false;    // a line for each request
+  bool isColoured = false;  // for a terminal; not where only errors are printed
 };
 
 class HostLog {
@@ -52,6 +56,10 @@ class HostLog {
   // Whether the plugin leaves printing its lines to this log.
   void SetPrintsPlugin(bool prints) { printsPlugin_ = prints; }
 
+  // Runs `work`, whose own prints to standard error are lost unless lines of level `always` are
+  // shown: a library prints its first lines before it can learn where to. Meanwhile the lines of
+  // other threads wait.
+  void RunUnprinted(const std::function<void()>& work);
   // Writes "<time>| <level>| | tav-loot-host: <text>".
   void Write(LogLevel level, std::string_view text);
   // Writes a line for a request that was responded to, if they are asked for.
@@ -66,7 +74,7 @@ class HostLog {
  private:
   bool Shows(LogLevel level) const;
   void Print(LogLevel level, std::string_view label, std::string_view text);
-  void PrintLocked(std::string_view line) KEST_REQUIRES(mutex_);
+  void PrintLocked(LogLevel level, std::string_view line) KEST_REQUIRES(mutex_);
 
   std::FILE* const stream_;
   const LogSettings settings_;

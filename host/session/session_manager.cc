@@ -1,5 +1,6 @@
 #include "host/session/session_manager.h"
 
+#include <optional>
 #include <utility>
 
 #include "host/cause/cause.h"
@@ -17,7 +18,7 @@ Maybe<Nothing> SessionManager::Begin(std::unique_ptr<World> world) {
   if (session_) session_->HandFaultsTo(*world);
   if (CloseSession() != nullptr) surroundings_.stream->AppendReset();
   // The library is closed before it is opened again: what it keeps in itself must go as well.
-  auto library = PluginLibrary::Open(libraryPath_);
+  auto library = Open(libraryPath_);
   Maybe<Nothing> result = library ? OpenSession(std::move(library.GetValue()), std::move(world))
                                   : Maybe<Nothing>(library.GetFailure());
   changing_ = false;
@@ -31,7 +32,7 @@ Maybe<Nothing> SessionManager::BeginAgain(const std::string& libraryPath) {
     const bool isOther = libraryPath != libraryPath_;
     std::unique_ptr<World> world;
     if (!isOther) world = CloseSession();
-    auto library = PluginLibrary::Open(libraryPath);
+    auto library = Open(libraryPath);
     if (library) {
       if (isOther) world = CloseSession();
       libraryPath_ = libraryPath;
@@ -64,6 +65,13 @@ void SessionManager::DeliverServiceEvent(const ServiceEventThread::Event& event)
 void SessionManager::BeginChange() {
   while (changing_) surroundings_.scheduler->Yield();
   changing_ = true;
+}
+
+Maybe<std::unique_ptr<PluginLibrary>> SessionManager::Open(const std::string& libraryPath) {
+  std::optional<Maybe<std::unique_ptr<PluginLibrary>>> library;
+  surroundings_.log->RunUnprinted(
+      [&library, &libraryPath] { library = PluginLibrary::Open(libraryPath); });
+  return std::move(*library);
 }
 
 Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<PluginLibrary> library,

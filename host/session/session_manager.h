@@ -43,6 +43,7 @@ class SessionManager {
 
  private:
   void BeginChange();
+  Maybe<std::unique_ptr<PluginLibrary>> Open(const std::string& libraryPath);
   Maybe<Nothing> OpenSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world);
   std::unique_ptr<World> CloseSession();
 

@@ -43,7 +43,11 @@ TEST(HostLog, PrintsWhatItIsAskedFor) {
   } kCases[] = {
       {{}, true, kAll},
       {{.requests = true}, true, std::string(kAll) + ";   OKAY| | GET /a??[31m 404 7 ms"},
-      {{.onlyErrors = true}, true, "p2;  ERROR| | tav-loot-host: h2"},
+      {{.least = LogLevel::kError, .isColoured = true},
+       true,
+       "\x1b[31mp2\x1b[0m;  ERROR| | tav-loot-host: h2\x1b[0m; p3; "
+       "ALWAYS| | tav-loot-host: h3"},
+      {{.onlyErrors = true, .isColoured = true}, true, "p2;  ERROR| | tav-loot-host: h2"},
       {{.least = LogLevel::kError},
        false,
        " ERROR| | tav-loot-host: h2; ALWAYS| | tav-loot-host: h3"},

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the program as a user does: program_test.sh HOST PLUGIN. Prints what is not as it should be.
+# Runs the program as a user does: program_test.sh HOST PLUGIN [LOOT_PLUGIN]. Prints what is not as it should be.
 set -u
 host=$1 plugin=$2 failures=0
 
@@ -58,6 +58,28 @@ expect 'a file for a folder' "1 tav-loot-host: $folder/kept is not a folder." "$
 run export fixtures --output "$folder" --force --scenario nowhere
 [[ "$status $error" =~ ^1\ .*nowhere.*every-status ]] || expect 'an unknown scenario' 'a list of them' "$status $error"
 expect 'what is there' kept "$(ls "$folder")"
+
+# What the plugin prints while it is loaded can be silenced as well.
+if [ -n "${3:-}" ]; then
+  for silent in --quiet '--log-level none'; do
+    # shellcheck disable=SC2086
+    "$host" exec --plugin "$3" $silent -- true 2>"$errors"
+    expect "status and standard error with $silent" '0 ' "$? $(cat "$errors")"
+  done
+  "$host" exec --plugin "$3" -- true 2>"$errors"
+  grep -q 'api registered' "$errors" || expect 'standard error without' 'api registered' "$(cat "$errors")"
+fi
+
+# on_terminal ARGUMENT...: counts the lines in colours that a terminal would get.
+if command -v script >/dev/null; then
+  broken=$(mktemp --suffix=.yaml)
+  echo 'nmae: Pier' >"$broken"
+  on_terminal() { TERM=xterm script -qec "$*" /dev/null | grep -c $'\x1b\\[3[13]m.*\x1b\\[0m'; }
+  expect 'colours on a terminal' 1 "$(on_terminal "$host" check "$broken")"
+  expect 'colours that are not wanted' 0 "$(NO_COLOR=1 on_terminal "$host" check "$broken")"
+  expect 'colours in a pipe' 0 "$(on_terminal "$host" check "$broken" '|' cat)"
+  rm "$broken"
+fi
 
 # A signal goes to the command, whose status counts.
 "$host" exec --plugin "$plugin" --log-level none -- \

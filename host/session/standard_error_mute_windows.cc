@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-#include "host/program/standard_error_mute.h"
+#include "host/session/standard_error_mute.h"
 
 namespace Kest::Host {
 namespace {
