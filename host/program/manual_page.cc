@@ -40,18 +40,24 @@ std::string Literal(std::string_view text) {
   return literal;
 }
 
+std::string InFont(const char* font, std::string_view text) {
+  return std::string(font).append(Literal(text)).append("\\fR");
+}
+
 std::string Bold(std::string_view text) {
-  return "\\fB" + Literal(text) + "\\fR";
+  return InFont("\\fB", text);
 }
 
 std::string Italic(std::string_view text) {
-  return "\\fI" + Literal(text) + "\\fR";
+  return InFont("\\fI", text);
 }
 
 // "--name FILE", and the name alone of what is no option.
 std::string Term(const CLI::Option& option) {
   std::string term;
-  for (const std::string& name : option.get_snames()) term.append(Bold("-" + name)).append(", ");
+  for (const std::string& name : option.get_snames()) {
+    term.append(Bold(std::string("-").append(name))).append(", ");
+  }
   for (const std::string& name : LongNamesOf(option)) term.append(Bold(name)).append(", ");
   if (term.empty()) return Italic(option.get_type_name());
   term.resize(term.size() - 2);
@@ -86,6 +92,7 @@ std::string Footer(const std::string& footer) {
     rest.remove_prefix(std::min(rest.size(), line.size() + 1));
     const bool isIndented = line.starts_with(' ');
     if (isIndented != isExample) text += isIndented ? ".EX\n" : ".EE\n";
+    // "Examples:" and "Exit status:" begin a paragraph.
     if (!isIndented && (isExample || text.empty() || line.starts_with("Ex"))) text += ".PP\n";
     isExample = isIndented;
     text.append(Literal(line)).append("\n");
@@ -95,27 +102,26 @@ std::string Footer(const std::string& footer) {
 
 // The line of the synopsis.
 std::string Synopsis(const std::string& name, const CLI::App& app) {
-  std::string line = Bold(name) + " [" + Italic("OPTION") + "]...";
+  std::string line = Bold(name).append(" [").append(Italic("OPTION")).append("]...");
   for (const CLI::Option* option : app.get_options()) {
     if (!option->get_positional()) continue;
     line.append(" ").append(Italic(option->get_type_name()));
     if (option->get_items_expected_max() > 1) line += "...";
   }
-  return line + "\n";
+  return line.append("\n");
 }
 
 using NamedApps = std::vector<std::pair<std::string, const CLI::App*>>;
 
-// With those of the subcommands, by their full names.
-NamedApps AllSubcommands(const CLI::App& program) {
-  NamedApps all = {{"", &program}};
+// With those of the subcommands, by their full names. The first is the program.
+NamedApps AllCommands(const CLI::App& program) {
+  NamedApps all = {{program.get_name(), &program}};
   for (size_t i = 0; i < all.size(); ++i) {
-    const std::string prefix = all[i].first.empty() ? "" : all[i].first + ' ';
-    for (const CLI::App* app : SubcommandsOf(*all[i].second)) {
-      all.emplace_back(prefix + app->get_name(), app);
+    const auto [prefix, parent] = all[i];
+    for (const CLI::App* app : SubcommandsOf(*parent)) {
+      all.emplace_back(std::string(prefix).append(" ").append(app->get_name()), app);
     }
   }
-  all.erase(all.begin());
   return all;
 }
 
@@ -128,25 +134,32 @@ std::string Summary(std::string description) {
   return description;
 }
 
+std::string Head(const CLI::App& program) {
+  const std::string name = Literal(program.get_name());
+  std::string head = ".TH \"";
+  head.append(name).append("\" 1 \"\" \"").append(Literal(program.version())).append("\"\n");
+  head.append(".ad l\n.nh\n.SH NAME\n").append(name).append(" \\- ");
+  return head.append(Literal(Summary(program.get_description()))).append("\n");
+}
+
+void AppendContents(const CLI::App& app, const char* optionHeading, std::string* page) {
+  page->append(Literal(app.get_description())).append("\n").append(optionHeading);
+  page->append(Options(app)).append(Footer(app.get_footer()));
+}
+
 }  // namespace
 
 std::string ManualPage(const CLI::App& program) {
-  const std::string& name = program.get_name();
-  const NamedApps subcommands = AllSubcommands(program);
-  std::string page =
-      ".TH \"" + Literal(name) + "\" 1 \"\" \"" + Literal(program.version()) + "\"\n";
-  page +=
-      ".ad l\n.SH NAME\n" + Literal(name) + " \\- " + Literal(Summary(program.get_description()));
-  page += "\n.SH SYNOPSIS\n.nf\n" + Synopsis(name, program);
-  for (const auto& [command, app] : subcommands) {
-    page += Synopsis(std::string(name).append(" ").append(command), *app);
-  }
-  page += ".fi\n.SH DESCRIPTION\n" + Literal(program.get_description());
-  page += "\n.SH OPTIONS\n" + Options(program) + Footer(program.get_footer());
+  const NamedApps commands = AllCommands(program);
+  std::string page = Head(program).append(".SH SYNOPSIS\n.nf\n");
+  for (const auto& [name, app] : commands) page += Synopsis(name, *app);
+  page += ".fi\n.SH DESCRIPTION\n";
+  AppendContents(program, ".SH OPTIONS\n", &page);
   page += ".SH SUBCOMMANDS\n";
-  for (const auto& [command, app] : subcommands) {
-    page += ".SS " + Literal(command) + "\n" + Literal(app->get_description()) + "\n";
-    page += Options(*app) + Footer(app->get_footer());
+  for (const auto& [name, app] : commands) {
+    if (app == &program) continue;
+    page.append(".SS ").append(Literal(name)).append("\n");
+    AppendContents(*app, "", &page);
   }
   return page;
 }
