@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/platform.h"
+#include "host/controls/audit_controls.h"
 #include "host/controls/clock_controls.h"
 #include "host/controls/console_controls.h"
 #include "host/controls/description_controls.h"
@@ -42,8 +43,10 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
             sessions_.DeliverServiceEvent(event);
             scheduler_.Wake();
           },
-          clock_),
+          clock_, [this] { scheduler_.Wake(); }),
       copies_(options_.pluginPath),
+      auditor_(options_.audit, {&sessions_, &serviceEvents_, &stream_, &clock_, log},
+               [this](const std::string& text) { TakeFinding(text); }),
       sessions_(options_.pluginPath, options_.signsIn,
                 {.scheduler = &scheduler_,
                  .serviceEvents = &serviceEvents_,
@@ -52,7 +55,8 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                  .traffic = &traffic_,
                  .clock = &clock_,
                  .seed = options_.seed,
-                 .worldChanged = [this](const World& world) { scenarios_.Keep(world); }}),
+                 .worldChanged = [this](const World& world) { scenarios_.Keep(world); },
+                 .observer = &auditor_}),
       scenarios_({.start = {.scenario = options_.scenario, .file = options_.worldPath},
                   .seed = options_.seed,
                   .stateFolder = options_.stateFolder},
@@ -63,12 +67,15 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                 EventControls(&stream_), WaitControls({&scheduler_, &stream_, &readiness_}),
                 DescriptionControls(&sessions_), ClockControls(&clockDriver_),
                 TimelineControls(&traffic_, &timelineStream_), ConsoleControls(), DocsControls(),
-                ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_)},
+                ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_),
+                AuditControls(&auditor_)},
                &sessions_),
       siblings_(options_.assetFolder, &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_, &siblings_, &traffic_, log) {
   scheduler_.SetOutsideEvents([this] { return serviceEvents_.DeliverOne(); });
+  scheduler_.SetIdleWork(
+      "audit", [this] { return auditor_.IsDue(); }, [this] { auditor_.Run(); });
   log_->SetClock([this] { return clock_.Now(); });
   log_->SetListener([this](LogLevel level, std::string_view text) {
     timeline_.Add({.kind = RowKind::kLog,
@@ -181,6 +188,27 @@ std::future<HttpResponse> DevelopmentHost::Ask(HttpRequest request) {
   router_.Handle(std::move(request),
                  [promise](HttpResponse given) { promise->set_value(std::move(given)); });
   return response;
+}
+
+void DevelopmentHost::AwaitIdle() {
+  RunTask<bool>("await idle", [this] {
+    return scheduler_.WaitUntilQuiet(
+        kReadyLimit, [this] { return serviceEvents_.Quiet(); }, [] { return true; });
+  });
+}
+
+void DevelopmentHost::TakeFinding(const std::string& text) {
+  {
+    const MutexLock lock(findingMutex_);
+    if (finding_) return;
+    finding_ = text;
+  }
+  if (findingListener_) findingListener_();
+}
+
+std::optional<std::string> DevelopmentHost::AuditFinding() const {
+  const MutexLock lock(findingMutex_);
+  return finding_;
 }
 
 std::string DevelopmentHost::Url() const {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <future>
 #include <memory>
 #include <optional>
@@ -11,6 +12,8 @@
 #include <vector>
 
 #include "base/maybe_type.h"
+#include "base/mutex.h"
+#include "host/auditor/auditor.h"
 #include "host/clock/host_clock.h"
 #include "host/host_control.h"
 #include "host/host_options.h"
@@ -54,6 +57,15 @@ class DevelopmentHost {
   // started; the host is stopped before what waits for a response goes.
   std::future<HttpResponse> Ask(HttpRequest request);
 
+  // The first finding of a strict audit, in one line for people; nothing while there is none.
+  std::optional<std::string> AuditFinding() const KEST_EXCLUDES(findingMutex_);
+  // `listener` is called once for it, on a thread of the host. Set it before Start.
+  void SetFindingListener(std::function<void()> listener) {
+    findingListener_ = std::move(listener);
+  }
+  // Waits until nothing is left to do, and what is due has been compared. REQUIRES: started.
+  void AwaitIdle();
+
   // "http://127.0.0.1:8510/". REQUIRES: started.
   std::string Url() const;
   // {"ready":true,...} on one line. REQUIRES: started.
@@ -64,6 +76,7 @@ class DevelopmentHost {
   std::optional<Result> RunTask(const std::string& name, std::function<Result()> work);
   Maybe<Nothing> StartSession();
   void FollowFiles();
+  void TakeFinding(const std::string& text) KEST_EXCLUDES(findingMutex_);
 
   const HostOptions options_;
   HostLog* const log_;
@@ -77,6 +90,10 @@ class DevelopmentHost {
   Scheduler scheduler_;
   ServiceEventThread serviceEvents_;
   PluginCopies copies_;
+  std::function<void()> findingListener_;
+  mutable Mutex findingMutex_;
+  std::optional<std::string> finding_ KEST_GUARDED_BY(findingMutex_);
+  Auditor auditor_;
   SessionManager sessions_;
   Scenarios scenarios_;
   ClockDriver clockDriver_;

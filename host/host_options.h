@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/auditor/audit_mode.h"
 #include "host/clock/host_clock.h"
 #include "host/session/host_log.h"
 
@@ -25,6 +26,7 @@ struct HostOptions {
   std::string stateFolder = {};     // keeps the world; empty: nothing is kept
   bool followsWorld = false;        // a saved world file takes effect
   bool followsPlugin = false;       // a rebuilt library is loaded
+  AuditMode audit = AuditMode::kOff;
   LogSettings log = {};
 };
 

@@ -22,7 +22,8 @@ constexpr char kExecFooter[] =
     "  tav-loot-host exec --seed 7 --world shop.yaml -- npx vitest run\n"
     "  tav-loot-host exec -- sh -c 'curl \"$LOOT_HOST_URL/_host/ready\"'\n"
     "Exit status: the command's; 128 and the signal's number when a signal ended it, 127 when it\n"
-    "cannot be run, 1 when the host did not start or stop, 2 wrong options.";
+    "cannot be run, 1 when the host did not start or stop, or when a strict audit found something\n"
+    "before the command ended, 2 wrong options.";
 
 int RunBeside(DevelopmentHost& host, CommandRunner& runner,
               const std::vector<std::string>& command) {
@@ -43,7 +44,9 @@ int Execute(const HostOptions& options, const std::vector<std::string>& command)
     log.Write(LogLevel::kWarning, "Not ready: " + reason);
   }
   const int status = RunBeside(host, runner, command);
+  if (options.audit != AuditMode::kOff) host.AwaitIdle();
   if (const auto stopped = host.Stop(); !stopped) return FailHost(stopped.GetFailure());
+  if (const auto finding = host.AuditFinding()) return ReportFailure("Audit: " + *finding);
   return status;
 }
 

@@ -122,6 +122,15 @@ void AddNetworkOptions(CLI::App& app, HostOptions* options) {
       ->take_all();
 }
 
+void AddAuditOption(CLI::App& app, HostOptions* options) {
+  const std::map<std::string, AuditMode> modes = {{"on", AuditMode::kOn},
+                                                  {"strict", AuditMode::kStrict}};
+  app.add_flag("--audit{on}", options->audit,
+               "Compares what the plugin returns with what it published whenever the host is idle; "
+               "with =strict the first finding ends the host")
+      ->transform(CLI::CheckedTransformer(modes).description(""));
+}
+
 void AddLogOptions(CLI::App& app, HostOptions* options) {
   options->log.isColoured = ShowsColours(stderr);
   const std::map<std::string, LogLevel> levels = {{"okay", LogLevel::kOkay},
@@ -154,6 +163,7 @@ void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* optio
                "A rebuilt plugin library is loaded in the place of the present one");
   AddWorldOptions(app, options);
   AddNetworkOptions(app, options);
+  AddAuditOption(app, options);
   AddLogOptions(app, options);
 }
 

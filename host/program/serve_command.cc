@@ -21,7 +21,8 @@ constexpr char kServeFooter[] =
     "  tav-loot-host --world shop.yaml --watch     a world of your own, followed as you edit it\n"
     "  tav-loot-host --clock 2030-01-01T12:00:00Z  time is frozen until it is advanced\n"
     "  tav-loot-host --allow-origin https://shop.test:3000\n"
-    "Exit status: 0 stopped in order, 1 the host did not start or stop, 2 wrong options.";
+    "Exit status: 0 stopped in order, 1 the host did not start or stop, or a strict audit found\n"
+    "something, 2 wrong options.";
 
 int Serve(const HostOptions& options) {
   std::optional<StandardErrorMute> mute;
@@ -34,11 +35,13 @@ int Serve(const HostOptions& options) {
   StopSignal signal;
   if (options.untilInputCloses) signal.FollowInput();
   DevelopmentHost host(options, &log);
+  host.SetFindingListener([&signal] { signal.Raise(); });
   if (const auto started = host.Start(); !started) return fail(started.GetFailure());
   std::printf("%s\n", host.ReadyLine().c_str());
   std::fflush(stdout);
   signal.Wait();
   if (const auto stopped = host.Stop(); !stopped) return fail(stopped.GetFailure());
+  if (const auto finding = host.AuditFinding()) return fail({"Audit: " + *finding});
   return kSucceeded;
 }
 

@@ -38,6 +38,10 @@ void StopSignal::FollowInput() {
   }).detach();
 }
 
+void StopSignal::Raise() {
+  boost::asio::post(state_->io, [state = state_] { state->signals.cancel(); });
+}
+
 void StopSignal::Wait() {
   state_->signals.async_wait([this](const boost::system::error_code&, int) {
     state_->signals.clear();  // back to what the system does

@@ -15,6 +15,9 @@ class StopSignal {
   // The end of standard input is one, too: a program that started this one need not end it.
   void FollowInput();
 
+  // [any thread] Acts as one that has come.
+  void Raise();
+
   // Returns when one has come. From then on a second one ends the process at once.
   void Wait();
 

@@ -20,6 +20,13 @@ HttpResponse ToResponse(int status, std::string_view message, std::string_view c
   return {.status = status, .contentType = std::string(contentType), .body = std::string(body)};
 }
 
+// `words` are the low and the high half of a number.
+void Subtract(uint64_t part, uint32_t (&words)[2]) {
+  const uint64_t number = (words[0] | uint64_t{words[1]} << 32) - part;
+  words[0] = static_cast<uint32_t>(number);
+  words[1] = static_cast<uint32_t>(number >> 32);
+}
+
 }  // namespace
 
 PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
@@ -29,7 +36,7 @@ PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique
       surroundings_(surroundings),
       services_({surroundings.scheduler, surroundings.serviceEvents, surroundings.stream,
                  surroundings.log, surroundings.traffic, world_.get(), surroundings.clock,
-                 surroundings.seed, [this] { NoteWorldChange(); }}) {
+                 surroundings.seed, [this] { NoteWorldChange(); }, surroundings.observer}) {
   world_->SetClock([clock = surroundings.clock] {
     return std::chrono::duration_cast<std::chrono::milliseconds>(clock->Elapsed()).count();
   });
@@ -69,6 +76,22 @@ void PluginSession::Stop() {
 }
 
 HttpResponse PluginSession::Request(const HttpRequest& request) {
+  HttpResponse response = Call(request);
+  surroundings_.observer->OnResponse(request, response);
+  return response;
+}
+
+HttpResponse PluginSession::ReadAside(const std::string& path) {
+  HttpRequest request;
+  request.method = "GET";
+  request.target = path;
+  HttpResponse response = Call(request);
+  ++readsAside_;
+  if (response.status >= 400) ++readsAsideFailed_;
+  return response;
+}
+
+HttpResponse PluginSession::Call(const HttpRequest& request) {
   const KestHandshakeBlock& block = library_->Block();
   // Ordinary headers stay here: the plugin takes header pairs for arguments of its functions. What
   // the client accepts has a place of its own.
@@ -125,7 +148,7 @@ void PluginSession::NoteWorldChange() {
 }
 
 void PluginSession::FinishWorldChange() {
-  services_.DispatchWorldEvents();
+  services_.DispatchWorldEvents(/*isControl=*/true);
   NoteWorldChange();
 }
 
@@ -166,6 +189,8 @@ KestStatistics PluginSession::Statistics() const {
   const KestHandshakeBlock& block = library_->Block();
   KestStatistics statistics = {};
   block.callbacks->statistics(block.context, &statistics);
+  Subtract(readsAside_, statistics.requestsHandled);
+  Subtract(readsAsideFailed_, statistics.requestsFailed);
   return statistics;
 }
 

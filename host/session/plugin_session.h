@@ -34,6 +34,7 @@ class PluginSession {
     uint64_t seed = 1;  // of the ids that the plugin gives its requests
     // Called after each call that may have changed the world.
     std::function<void(const World& world)> worldChanged = {};
+    SessionObserver* observer = &SessionObserver::None();
   };
 
   PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,
@@ -47,6 +48,9 @@ class PluginSession {
 
   // Hands a request to the plugin; returns its response, a problem document for a failure.
   HttpResponse Request(const HttpRequest& request);
+  // Reads a path, as JSON, for the host itself: no observer learns of it, and Statistics leaves it
+  // out.
+  HttpResponse ReadAside(const std::string& path);
   // Calls a function of the plugin by its name. Returns as Request.
   HttpResponse Invoke(std::string_view function, std::span<const KestValue> arguments);
   // Asks the plugin to explain a decision. Returns as Request; 501 when the plugin cannot.
@@ -68,17 +72,19 @@ class PluginSession {
   HttpResponse SiblingPage(std::string_view path) const;
 
   const KestApiDescriptor& Api() const { return *library_->Block().api; }
+  // What clients and siblings made the plugin count.
+  KestStatistics Statistics() const;
   // Whether an endpoint of the plugin has that method.
   bool Takes(std::string_view method) const;
   std::string FullName() const { return library_->Block().fullName; }
   std::string Version() const;
-  KestStatistics Statistics() const;
   ServiceTable& Services() { return services_; }
 
  private:
   void SetLogging();
   void NoteWorldChange();
   void FinishWorldChange();  // delivers what it causes first
+  HttpResponse Call(const HttpRequest& request);
   HttpResponse TakeResponse(const KestResponse* given);
 
   const std::unique_ptr<PluginLibrary> library_;
@@ -86,6 +92,8 @@ class PluginSession {
   const Surroundings surroundings_;
   ServiceTable services_;
   bool mustStop_ = false;
+  uint64_t readsAside_ = 0;
+  uint64_t readsAsideFailed_ = 0;  // of these
 };
 
 }  // namespace Kest::Host

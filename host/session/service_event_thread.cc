@@ -4,8 +4,12 @@
 
 namespace Kest::Host {
 
-ServiceEventThread::ServiceEventThread(Deliver deliver, const HostClock& clock)
-    : deliver_(std::move(deliver)), clock_(clock), thread_([this] { Run(); }) {}
+ServiceEventThread::ServiceEventThread(Deliver deliver, const HostClock& clock,
+                                       std::function<void()> delivered)
+    : deliver_(std::move(deliver)),
+      clock_(clock),
+      delivered_(std::move(delivered)),
+      thread_([this] { Run(); }) {}
 
 ServiceEventThread::~ServiceEventThread() {
   {
@@ -83,6 +87,10 @@ void ServiceEventThread::Run() {
     delivering_ = false;
     mayDeliver_ = false;
     changed_.NotifyAll();
+    if (!delivered_ || clock_.IsFrozen()) continue;
+    mutex_.Unlock();
+    delivered_();
+    mutex_.Lock();
   }
   mutex_.Unlock();
 }

@@ -28,8 +28,10 @@ class ServiceEventThread {
   // Called on the event thread, one event at a time. Lets no exception out.
   using Deliver = std::function<void(const Event&)>;
 
-  // `clock` outlives the thread.
-  explicit ServiceEventThread(Deliver deliver, const HostClock& clock = HostClock::Real());
+  // `clock` outlives the thread. `delivered` is called on the event thread after an event that came
+  // while the clock ran, when Quiet can hold again.
+  explicit ServiceEventThread(Deliver deliver, const HostClock& clock = HostClock::Real(),
+                              std::function<void()> delivered = {});
   ~ServiceEventThread();
   ServiceEventThread(const ServiceEventThread&) = delete;
   ServiceEventThread& operator=(const ServiceEventThread&) = delete;
@@ -55,6 +57,7 @@ class ServiceEventThread {
 
   const Deliver deliver_;
   const HostClock& clock_;
+  const std::function<void()> delivered_;
   mutable Mutex mutex_;  // before the clock's; no delivery runs under it
   Condition changed_;
   DueQueue<Event> waiting_ KEST_GUARDED_BY(mutex_);

@@ -125,11 +125,12 @@ struct ServiceTable::Entries {
 
 ServiceTable::ServiceTable(Wiring wiring)
     : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler), uuids_(wiring.seed ^ kUuidSeed) {
-  wiring.world->FollowFaults(
-      [traffic = wiring.traffic](std::string_view name, std::string_view action) {
-        traffic->Rows().Add(
-            {.kind = RowKind::kFault, .name = std::string(name), .status = std::string(action)});
-      });
+  wiring.world->FollowFaults([traffic = wiring.traffic, observer = wiring.observer](
+                                 std::string_view name, std::string_view action) {
+    observer->OnFault(name);
+    traffic->Rows().Add(
+        {.kind = RowKind::kFault, .name = std::string(name), .status = std::string(action)});
+  });
   table_.services = this;
   table_.entries = {sizeof(KestHostServices),
                     Entries::Request,
@@ -186,7 +187,7 @@ void ServiceTable::Complete(const Sent& sent) {
   WorldResponse result;
   try {
     result = wiring_.world->Request(sent.method, sent.url, sent.contentType, sent.body);
-    DispatchWorldEvents();
+    DispatchWorldEvents(/*isControl=*/false);
     if (sent.method == "POST" && wiring_.worldChanged) wiring_.worldChanged();
   } catch (const std::bad_alloc&) {  // a completion that never came would be waited for
     result = {.status = 500, .contentType = {}, .body = {}, .message = "Out of memory"};
@@ -240,6 +241,7 @@ bool ServiceTable::Subscribe(std::string_view name, KestDelivery delivery, void*
 
 void ServiceTable::QueueResourceEvent(std::string_view name, std::string_view payload) {
   const CauseScope scope(wiring_.traffic->AddResourceEvent(name, payload));
+  wiring_.observer->OnResourceEvent();
   subscriptions_.QueueResourceEvent(name, payload);
   const std::string_view kind = PluginSubscriptions::KindOf(name);
   if (kind != name) subscriptions_.QueueResourceEvent(kind, payload);
@@ -251,8 +253,10 @@ void ServiceTable::WhenDue(int delayMilliseconds, Scheduler::Work work) {
                                {.name = "delayed event", .work = std::move(work), .owner = this});
 }
 
-void ServiceTable::DispatchWorldEvents() {
-  for (WorldEvent& event : wiring_.world->TakeEvents()) {
+void ServiceTable::DispatchWorldEvents(bool isControl) {
+  std::vector<WorldEvent> events = wiring_.world->TakeEvents();
+  wiring_.observer->OnWorldCall(*wiring_.world, events, isControl);
+  for (WorldEvent& event : events) {
     const int delay = std::max(0, event.delayMilliseconds);
     if (event.channel != WorldEvent::Channel::kService) {
       WhenDue(delay,
@@ -269,6 +273,7 @@ void ServiceTable::DispatchWorldEvents() {
 
 void ServiceTable::DeliverServiceEvent(const ServiceEventThread::Event& event) {
   const CauseScope scope(wiring_.traffic->AddServiceEvent(event.name, event.payload, event.cause));
+  wiring_.observer->OnServiceEvent(event.cause);
   bool followed = subscriptions_.DeliverServiceEvent(event.name, event.payload);
   const std::string_view kind = PluginSubscriptions::KindOf(event.name);
   if (kind != event.name) followed |= subscriptions_.DeliverServiceEvent(kind, event.payload);
@@ -285,12 +290,11 @@ bool ServiceTable::Publish(std::string_view path, int32_t eventType, std::string
                        std::string("Not published, the value is no JSON: ").append(path));
     return false;
   }
-  Stream(path, kEventTypes[eventType], json);
+  Stream(path, eventType, json);
   return true;
 }
 
-void ServiceTable::Stream(std::string_view path, std::string_view eventType,
-                          std::string_view json) {
+void ServiceTable::Stream(std::string_view path, int32_t eventType, std::string_view json) {
   const CallFault fault = wiring_.world->PublishedFault(path).value_or(CallFault{});
   if (fault.action == FaultAction::kDrop) return;
   if (fault.action == FaultAction::kDouble) AppendEvent(path, eventType, json);
@@ -301,15 +305,16 @@ void ServiceTable::Stream(std::string_view path, std::string_view eventType,
           });
 }
 
-void ServiceTable::AppendEvent(std::string_view path, std::string_view eventType,
-                               std::string_view json) {
-  const uint64_t event = wiring_.stream->Append(path, eventType, json);
+void ServiceTable::AppendEvent(std::string_view path, int32_t eventType, std::string_view json) {
+  const std::string_view type = kEventTypes[eventType];
+  const uint64_t event = wiring_.stream->Append(path, type, json);
   wiring_.traffic->Rows().Add({.kind = RowKind::kEvent,
                                .name = std::string(path),
-                               .status = std::string(eventType),
+                               .status = std::string(type),
                                .payload = std::string(json),
                                .payloadType = json.empty() ? "" : "application/json",
                                .event = event});
+  wiring_.observer->OnPublished(event, path, eventType, json);
 }
 
 void ServiceTable::FillUuid(uint8_t* uuid) {

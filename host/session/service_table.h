@@ -21,6 +21,7 @@
 #include "host/session/host_log.h"
 #include "host/session/plugin_subscriptions.h"
 #include "host/session/service_event_thread.h"
+#include "host/session/session_observer.h"
 #include "host/tasks/scheduler.h"
 #include "host/timeline/traffic.h"
 #include "host/world/data/seeded_random.h"
@@ -42,6 +43,7 @@ class ServiceTable {
     const HostClock* clock = &HostClock::Real();
     uint64_t seed = 1;                        // of the request ids
     std::function<void()> worldChanged = {};  // called after each call that may have changed it
+    SessionObserver* observer = &SessionObserver::None();
   };
 
   explicit ServiceTable(Wiring wiring);
@@ -52,8 +54,8 @@ class ServiceTable {
   const KestHostServices* Table() const { return &table_.entries; }
 
   // Passes on what the world has caused since the last call: resource events as tasks, service
-  // events to their thread.
-  void DispatchWorldEvents();
+  // events to their thread. `isControl`: what caused it was no call of the plugin.
+  void DispatchWorldEvents(bool isControl);
   // [any thread] Calls the follower of a service event, on the calling thread.
   void DeliverServiceEvent(const ServiceEventThread::Event& event);
 
@@ -85,8 +87,8 @@ class ServiceTable {
   void DispatchReleased();
   // Runs `work` at once, or as a task after a delay.
   void WhenDue(int delayMilliseconds, Scheduler::Work work);
-  void Stream(std::string_view path, std::string_view eventType, std::string_view json);
-  void AppendEvent(std::string_view path, std::string_view eventType, std::string_view json);
+  void Stream(std::string_view path, int32_t eventType, std::string_view json);
+  void AppendEvent(std::string_view path, int32_t eventType, std::string_view json);
   bool Subscribe(std::string_view name, KestDelivery delivery, void* context);
   bool Publish(std::string_view path, int32_t eventType, std::string_view json);
   int32_t PostTask(std::string_view name, KestTask run, void* context);

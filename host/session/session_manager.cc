@@ -80,6 +80,7 @@ Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<PluginLibrary> librar
       surroundings_.traffic->Rows().Add({.kind = RowKind::kSession, .name = "start"}));
   session_ = std::make_unique<PluginSession>(std::move(library), std::move(world), surroundings_);
   ++number_;
+  surroundings_.observer->OnBegin();
   if (!session_->Start()) {
     session_.reset();
     return Failure{"The plugin " + libraryPath_ + " did not start."};

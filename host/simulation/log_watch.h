@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/simulation/finding.h"
+#include "host/audit/finding.h"
 
 namespace Kest::Host {
 

@@ -6,8 +6,8 @@
 #include <iterator>
 #include <string>
 
+#include "host/audit/json_digest.h"
 #include "host/simulation/allocation_walk.h"
-#include "host/simulation/json_digest.h"
 #include "host/simulation/script_maker.h"
 #include "host/simulation/seed_run.h"
 #include "host/simulation/simulate_options.h"

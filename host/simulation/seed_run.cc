@@ -18,6 +18,7 @@ std::string WriteOutcome(const SimulationOutcome& outcome) {
     json["check"] = outcome.finding->check;
     json["expected"] = outcome.finding->expected;
     json["found"] = outcome.finding->found;
+    json["path"] = outcome.finding->path;
   }
   return WriteJson(json);
 }
@@ -40,7 +41,7 @@ ScriptResult RunScript(const Script& script, const Simulation::Plugin& plugin) {
   result.allocationFailed = outcome["failed"].get<bool>();
   if (outcome.contains("check")) {
     result.finding = {outcome["check"].get<std::string>(), outcome["expected"].get<std::string>(),
-                      outcome["found"].get<std::string>()};
+                      outcome["found"].get<std::string>(), outcome["path"].get<std::string>()};
   }
   return result;
 }
@@ -73,7 +74,8 @@ Script ShrinkScript(Script script, const std::string& check, const Simulation::P
 }
 
 std::string DescribeFinding(const Finding& finding, size_t step) {
-  return "  step " + std::to_string(step) + ": " + finding.check +
+  const std::string where = finding.path.empty() ? "" : " at " + finding.path;
+  return "  step " + std::to_string(step) + ": " + finding.check + where +
          "\n    expected: " + finding.expected + "\n    found:    " + finding.found + "\n";
 }
 

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/audit/response_ledger.h"
 #include "host/simulation/machine/virtual_scheduler.h"
-#include "host/simulation/response_ledger.h"
 #include "host/world/world.h"
 #include "plugin/host_interface.h"
 

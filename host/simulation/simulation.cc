@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "host/audit/json_digest.h"
 #include "host/simulation/checks/checks.h"
-#include "host/simulation/json_digest.h"
 #include "host/simulation/machine/plugin_memory.h"
 #include "host/simulation/simulation_world.h"
 
@@ -279,8 +279,11 @@ void Simulation::CheckQuiet(SeededRandom& random) {
   }
   if (findings_.First()) return;
   inputs_.Settle();
-  QuietState state{published_, inputs_, ReadAll(random), {}, PlatformState(), false, 0, 0, 0,
-                   0,          {}};
+  QuietState state{.published = published_,
+                   .inputs = inputs_,
+                   .responses = ReadAll(random),
+                   .platform = PlatformState(),
+                   .held = HeldCounts(world_->Held())};
   for (const std::string_view question : kQuestions) {
     state.explanations.emplace(question, plugin_.Explain(question));
   }

@@ -11,13 +11,13 @@
 #include <string>
 #include <string_view>
 
+#include "host/audit/finding.h"
+#include "host/audit/published_state.h"
 #include "host/simulation/checks/quiet_state.h"
-#include "host/simulation/finding.h"
 #include "host/simulation/log_watch.h"
 #include "host/simulation/machine/virtual_scheduler.h"
 #include "host/simulation/plugin_inputs.h"
 #include "host/simulation/plugin_run.h"
-#include "host/simulation/published_state.h"
 #include "host/simulation/simulated_host.h"
 #include "host/simulation/step.h"
 #include "host/world/world.h"

@@ -46,6 +46,13 @@ void Scheduler::SetOutsideEvents(std::function<bool()> bringOne) {
   bringOutsideEvent_ = std::move(bringOne);
 }
 
+void Scheduler::SetIdleWork(std::string name, std::function<bool()> isDue, Work work) {
+  auto idleWork = std::make_shared<const IdleWork>(
+      IdleWork{std::move(name), std::move(isDue), std::move(work)});
+  const MutexLock lock(mutex_);
+  idleWork_ = std::move(idleWork);
+}
+
 Scheduler::Posted Scheduler::Post(Task task) {
   {
     const MutexLock lock(mutex_);
@@ -130,7 +137,7 @@ bool Scheduler::WaitUntilQuiet(std::chrono::milliseconds limit,
   bool quiet = false;
   WatchUntil(limit, [&] {
     // What feeds the queue from outside is asked first: once it is quiet it queues nothing more.
-    quiet = alsoQuiet() && OthersQuiet();
+    quiet = alsoQuiet() && OthersQuiet() && !IsIdleWorkDue();
     return quiet || (clock_.IsFrozen() && idleRounds_ >= kSettledAfter && waitsForTime());
   });
   return quiet;
@@ -178,7 +185,7 @@ Scheduler::Report Scheduler::Describe() const {
 void Scheduler::Run() {
   runningScheduler = this;
   while (!Finished()) {
-    if (MaySleep()) Sleep(!started_.empty());
+    if (MaySleep() && !StartIdleWork()) Sleep(!started_.empty());
     bool progress = StartDueTasks() > 0;
     progress |= TakeWake();
     progress |= ResumeYielded() > 0;
@@ -211,6 +218,28 @@ bool Scheduler::LetOutsideIn() {
   if (outside_.empty()) return false;
   queued_.push_back(std::move(outside_.front()));
   outside_.pop_front();
+  return true;
+}
+
+bool Scheduler::IsIdleWorkDue() const {
+  std::shared_ptr<const IdleWork> idleWork;
+  {
+    const MutexLock lock(mutex_);
+    idleWork = idleWork_;
+  }
+  return idleWork && idleWork->isDue();
+}
+
+// It begins at once: no task that is queued meanwhile comes between.
+bool Scheduler::StartIdleWork() {
+  if (!IsIdleWorkDue() || !OthersQuiet()) return false;
+  std::shared_ptr<const IdleWork> idleWork;
+  {
+    const MutexLock lock(mutex_);
+    if (closed_) return false;
+    idleWork = idleWork_;
+  }
+  Start({.name = idleWork->name, .work = idleWork->work, .cause = 0});
   return true;
 }
 

@@ -70,6 +70,12 @@ class Scheduler {
   // the scheduler's thread and no task.
   void SetOutsideEvents(std::function<bool()> bringOne);
 
+  // Runs `work` as a task each time `isDue` holds and nothing else is left to do: no other task
+  // runs, is queued or delayed, but those that wait in WatchUntil. Tasks that wait until quiet wait
+  // for it. `isDue` is called on the scheduler's thread and on no task; what makes it hold, and is
+  // no task, calls Wake. Set it before the first task.
+  void SetIdleWork(std::string name, std::function<bool()> isDue, Work work);
+
   // [any thread] Queues a task after those already queued.
   Posted Post(Task task);
   // [any thread] The same, due after `delay`; never merged. False: refused.
@@ -124,13 +130,21 @@ class Scheduler {
   void RunGuarded(const Task& task) const;
   bool MaySleep();
   bool LetOutsideIn();
+  bool StartIdleWork();
   void Sleep(bool hasYielded);
   bool TakeNext(Task* task);
   void MoveDelayedLocked() KEST_REQUIRES(mutex_);
   bool TakeWake();
   bool Finished();
   bool Closed() const;
+  bool IsIdleWorkDue() const;
   bool OthersQuiet() const;
+
+  struct IdleWork {
+    std::string name;
+    std::function<bool()> isDue;
+    Work work;
+  };
 
   const FailureHandler onFailure_;
   const HostClock& clock_;
@@ -141,6 +155,7 @@ class Scheduler {
   std::deque<Task> outside_ KEST_GUARDED_BY(mutex_);  // have come while the clock was frozen
   DueQueue<Task> delayed_ KEST_GUARDED_BY(mutex_);
   std::function<bool()> bringOutsideEvent_ KEST_GUARDED_BY(mutex_);
+  std::shared_ptr<const IdleWork> idleWork_ KEST_GUARDED_BY(mutex_);  // null: none
   bool wake_ KEST_GUARDED_BY(mutex_) = false;
   bool closed_ KEST_GUARDED_BY(mutex_) = false;
   Clock::time_point giveUp_ KEST_GUARDED_BY(mutex_) = Clock::time_point::max();

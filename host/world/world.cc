@@ -167,6 +167,10 @@ const std::vector<ScenarioStep>& World::Steps() const {
   return platform_->data.steps;
 }
 
+const Inventory& World::Held() const {
+  return platform_->inventory;
+}
+
 std::string World::File() const {
   return WriteJson(PresentWorldJson(*platform_));
 }

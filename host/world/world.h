@@ -17,6 +17,7 @@
 
 #include "base/maybe_type.h"
 #include "host/faults/fault_rules.h"
+#include "host/world/data/inventory.h"
 #include "host/world/data/world_events.h"
 #include "host/world/file/world_file.h"
 
@@ -62,6 +63,8 @@ class World {
   void BeginAgain();
   // The calls that the world's file wants made at its start.
   const std::vector<ScenarioStep>& Steps() const;
+  // What the player holds.
+  const Inventory& Held() const;
   // The present world as the text of a world file, JSON.
   std::string File() const;
   // The world becomes what `file` says; who is signed in stays so unless the file says otherwise. A

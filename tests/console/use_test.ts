@@ -197,3 +197,17 @@ onPage("another scenario starts, and a snapshot brings the first world back", "#
   await page.getByRole("button", { name: "Start the scenario sample" }).click();
   await page.getByText('The scenario "sample" has started').waitFor();
 });
+
+onPage("the audit is switched on, and names an event that is missing", "#/host", async (page) => {
+  await reset();
+  const card = page.getByRole("region", { name: "Audit" });
+  await card.getByText("On", { exact: true }).click();
+  await host.call("POST", "/_host/idle");
+  await host.call("PUT", "/_host/faults", { rules: [{ published: "/tav-loot/v1/enabled", action: "drop" }] });
+  await host.call("PUT", "/_host/configuration/Enabled", false);
+  await card.getByText("a change is published").waitFor();
+  await card.getByText("Found: false").waitFor();
+  await card.getByText("Off", { exact: true }).click();
+  await card.getByText("Changes are not compared").waitFor();
+  await reset();
+});

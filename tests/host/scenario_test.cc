@@ -2,16 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <charconv>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <thread>
 
-#include "host/development_host.h"
-#include "host/json/json.h"
 #include "host/world/file/shipped_worlds.h"
-#include "tests/host/loopback_client.h"
+#include "tests/host/running_host.h"
 
 namespace Kest::Host {
 namespace {
@@ -39,27 +36,11 @@ void WriteFile(const std::string& path, std::string_view text) {
 }
 
 // A host with a plugin that returns what it is asked.
-class RunningHost {
+class EchoHost : public RunningHost {
  public:
-  explicit RunningHost(HostOptions options) : host_(Completed(std::move(options)), &log_) {
-    const auto started = host_.Start();
-    EXPECT_TRUE(started) << started.GetFailure().text;
-    const std::string line = host_.ReadyLine();
-    const size_t place = line.find("\"port\":") + 7;
-    std::from_chars(line.data() + place, line.data() + line.size(), port_);
-  }
-  ~RunningHost() { EXPECT_TRUE(host_.Stop()); }
+  explicit EchoHost(HostOptions options) : RunningHost(Completed(std::move(options))) {}
 
-  // The body of the response to "METHOD /path".
-  std::string Ask(const std::string& request, const std::string& body = "") const {
-    LoopbackClient client(port_);
-    client.Send(request + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\nContent-Length: " +
-                std::to_string(body.size()) + "\r\n\r\n" + body);
-    const std::string response = client.ReadToEnd();
-    return response.substr(response.find("\r\n\r\n") + 4);
-  }
-  Json State() const { return ParseJson(Ask("GET /_host/state")); }
-  // The counts of the inventory, once `test` accepts them or after a long time.
+  // The counts of the inventory, once they are as wanted or after a long time.
   std::string AwaitInventory(const std::string& wanted) const {
     std::string inventory;
     for (int tries = 0; tries < 500 && inventory != wanted; ++tries) {
@@ -76,13 +57,8 @@ class RunningHost {
  private:
   static HostOptions Completed(HostOptions options) {
     if (options.pluginPath.empty()) options.pluginPath = ECHO_PLUGIN;
-    options.port = 0;
     return options;
   }
-
-  HostLog log_{stderr, LogLevel::kNone};
-  DevelopmentHost host_;
-  uint16_t port_ = 0;
 };
 
 std::string WorldOfKeys(int count) {
@@ -92,7 +68,7 @@ std::string WorldOfKeys(int count) {
 }
 
 TEST(Scenarios, EachBeginsWithItsSteps) {
-  const RunningHost host({});
+  const EchoHost host({});
   for (const std::string_view name : ShippedWorldNames()) {
     const std::string request = "POST /_host/scenario/" + std::string(name);
     EXPECT_EQ(host.Ask(request), "{\"scenario\":\"" + std::string(name) + "\"}");
@@ -111,14 +87,14 @@ TEST(Scenarios, StepsAreCalledInOrderAndLater) {
   - {request: POST /_host/inventory, body: {lootName: none, delta: 4}}
   - {request: PUT /_host/gameflow, body: {phase: Lobby}, afterMilliseconds: 100}
 )");
-  const RunningHost host({.pluginPath = "", .worldPath = folder / "world.yaml"});
+  const EchoHost host({.pluginPath = "", .worldPath = folder / "world.yaml"});
   EXPECT_EQ(host.AwaitInventory("KEY 5;"), "KEY 5;");
   EXPECT_EQ(host.Ask("POST /_host/idle"), R"({"idle":true})");
   EXPECT_EQ(host.State()["phase"], "Lobby");
 }
 
 TEST(Scenarios, AWorldThatWasPutAsideComesBack) {
-  const RunningHost host({.pluginPath = "", .worldPath = "", .scenario = "empty"});
+  const EchoHost host({.pluginPath = "", .worldPath = "", .scenario = "empty"});
   host.Ask("POST /_host/inventory", R"({"lootName":"MATERIAL_key","delta":3})");
   EXPECT_THAT(host.Ask("PUT /_host/snapshots/keys"), HasSubstr(R"("name":"keys")"));
   host.Ask("POST /_host/inventory", R"({"lootName":"MATERIAL_key","delta":3})");
@@ -135,7 +111,7 @@ TEST(Scenarios, AFolderKeepsTheWorldAndTheSnapshots) {
   const HostOptions options = {.pluginPath = "", .worldPath = "", .stateFolder = folder / "state"};
   std::string file;
   {
-    const RunningHost host(options);
+    const EchoHost host(options);
     host.Ask("POST /_host/scenario/empty");
     host.Ask("POST /_host/inventory", R"({"lootName":"MATERIAL_key","delta":3})");
     host.Ask("PUT /_host/snapshots/keys");
@@ -145,13 +121,13 @@ TEST(Scenarios, AFolderKeepsTheWorldAndTheSnapshots) {
   {
     // As a host leaves it that is killed while it writes.
     WriteFile(folder / "state/world.json.new", "{\"na");
-    const RunningHost host(options);
+    const EchoHost host(options);
     EXPECT_EQ(host.Ask("GET /_host/world"), file);
     host.Ask("POST /_host/reset");
     EXPECT_EQ(host.AwaitInventory(""), "") << "of the scenario that was chosen";
     host.Ask("POST /_host/snapshots/keys/restore");
   }
-  const RunningHost host(options);
+  const EchoHost host(options);
   EXPECT_EQ(host.AwaitInventory("MATERIAL_key 3;"), "MATERIAL_key 3;");
 }
 
@@ -159,8 +135,7 @@ TEST(Scenarios, ASavedFileTakesEffectAndABrokenOneDoesNot) {
   const TemporaryFolder folder;
   WriteFile(folder / "base.yaml", WorldOfKeys(1));
   WriteFile(folder / "world.yaml", "extends: base.yaml\nname: Over\n");
-  const RunningHost host(
-      {.pluginPath = "", .worldPath = folder / "world.yaml", .followsWorld = true});
+  const EchoHost host({.pluginPath = "", .worldPath = folder / "world.yaml", .followsWorld = true});
   EXPECT_EQ(host.AwaitInventory("KEY 1;"), "KEY 1;");
   WriteFile(folder / "world.yaml", "extends: base.yaml\nname: [Over\n");
   WriteFile(folder / "base.yaml", WorldOfKeys(22));
@@ -174,8 +149,7 @@ TEST(Scenarios, ASavedFileTakesEffectAndABrokenOneDoesNot) {
 TEST(Scenarios, ARebuiltPluginGoesOnInTheSameWorld) {
   const TemporaryFolder folder;
   std::filesystem::copy_file(ECHO_PLUGIN, folder / "plugin.so");
-  const RunningHost host(
-      {.pluginPath = folder / "plugin.so", .worldPath = "", .followsPlugin = true});
+  const EchoHost host({.pluginPath = folder / "plugin.so", .worldPath = "", .followsPlugin = true});
   host.Ask("POST /_host/inventory", R"({"lootName":"CHEST_lantern","delta":30})");
   const std::string inventory = WriteJson(host.State()["inventory"]);
   host.Ask("GET /tav-loot/v1/runs");

@@ -51,7 +51,7 @@ class ServiceTableTest : public testing::Test {
   }
   void SetEnabled(std::string_view json) {
     EXPECT_EQ(world_->Control("PUT", "/configuration/Enabled", json).status, 200);
-    services_->DispatchWorldEvents();
+    services_->DispatchWorldEvents(/*isControl=*/true);
   }
   bool Subscribe(std::string_view name) {
     return table_->subscribe(table_, ToText(name), Deliver, this);
@@ -167,7 +167,7 @@ TEST_F(ServiceTableTest, AServiceEventComesOnAnotherThread) {
     const WorldResponse pushed = world_->Control(
         "POST", "/messages", R"({"subtopic":"some.topic","typeName":"t","body":{"a":1}})");
     ASSERT_EQ(pushed.status, 200) << pushed.message;
-    services_->DispatchWorldEvents();
+    services_->DispatchWorldEvents(/*isControl=*/true);
   });
   EXPECT_THAT(delivered_, ElementsAre(HasSubstr(R"("typeName":"t")")));
   EXPECT_FALSE(onScheduler_);
@@ -319,13 +319,13 @@ TEST_F(ServiceTableTest, AResponseMayOvertakeTheRequestOrBeHeld) {
   EXPECT_THAT(delivered_, ElementsAre());
   OnTask([&] {
     world_->Control("POST", "/held/2", R"({"action":"fail","error":"lost"})");
-    services_->DispatchWorldEvents();
+    services_->DispatchWorldEvents(/*isControl=*/true);
   });
   EXPECT_THAT(delivered_, ElementsAre("500 lost"));
   OnTask([&] {
     services_->Close();
     world_->Control("POST", "/held/1", R"({"action":"release"})");
-    services_->DispatchWorldEvents();
+    services_->DispatchWorldEvents(/*isControl=*/true);
   });
   EXPECT_THAT(delivered_, ElementsAre("500 lost")) << "no one is there any more";
 }

@@ -1,8 +1,8 @@
 // The checks at a quiet point, one function for each.
 #pragma once
 
+#include "host/audit/finding.h"
 #include "host/simulation/checks/quiet_state.h"
-#include "host/simulation/finding.h"
 
 namespace Kest::Host {
 

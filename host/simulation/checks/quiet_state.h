@@ -9,10 +9,11 @@
 #include <string_view>
 #include <vector>
 
+#include "host/audit/comparisons.h"
+#include "host/audit/published_state.h"
 #include "host/json/json.h"
 #include "host/simulation/plugin_inputs.h"
 #include "host/simulation/plugin_run.h"
-#include "host/simulation/published_state.h"
 
 namespace Kest::Host {
 
@@ -46,15 +47,16 @@ inline constexpr std::string_view kQuestions[] = {"enabled",
 struct QuietState {
   const PublishedState& published;
   const PluginInputs& inputs;
-  std::map<std::string, PluginReply, std::less<>> responses;     // by path
-  std::map<std::string, PluginReply, std::less<>> explanations;  // by question
-  Json platform;                                                 // its state, as "/state" shows it
+  std::map<std::string, PluginReply, std::less<>> responses;          // by path
+  std::map<std::string, PluginReply, std::less<>> explanations = {};  // by question
+  Json platform;            // its state, as "/state" shows it
+  Counts held;              // its inventory
   bool knowsAll = false;    // the plugin can know the platform's inventory
   size_t openAsks = 0;      // requests to the plugin without a response
   size_t openRequests = 0;  // of the plugin, without a response
   size_t waitingTasks = 0;
   size_t lostResponses = 0;
-  std::vector<std::string> subscriptions;
+  std::vector<std::string> subscriptions = {};
 };
 
 }  // namespace Kest::Host

@@ -1,36 +1,10 @@
 #include <set>
 
+#include "host/audit/comparisons.h"
+#include "host/audit/routes.h"
 #include "host/simulation/checks/checks.h"
-#include "host/simulation/json_digest.h"
 
 namespace Kest::Host {
-namespace {
-
-// The digests of the items in a map, below `depth` - 1 members.
-PublishedState::Digests ItemsOf(std::string_view json, int depth) {
-  PublishedState::Digests items;
-  DigestJson(json, ArrayOrder::kKept, [&](int at, std::string_view id, uint64_t digest, int64_t) {
-    if (at == depth) items.insert_or_assign(std::string(id), digest);
-  });
-  return items;
-}
-
-std::string Differences(const PublishedState::Digests& expected,
-                        const PublishedState::Digests& found) {
-  std::string text;
-  for (const auto& [id, digest] : found) {
-    const auto other = expected.find(id);
-    const bool isNew = other == expected.end();
-    if (isNew || other->second != digest) text += id + (isNew ? " is new; " : " differs; ");
-  }
-  for (const auto& [id, digest] : expected) {
-    if (!found.contains(id)) text += id + " is missing; ";
-  }
-  return text;
-}
-
-}  // namespace
-
 void CheckReads(const QuietState& state, Findings* findings) {
   for (const auto& [path, reply] : state.responses) {
     if (reply.status == 200) continue;
@@ -40,16 +14,16 @@ void CheckReads(const QuietState& state, Findings* findings) {
 }
 
 void CheckItems(const QuietState& state, Findings* findings) {
-  const std::pair<std::string_view, int> kMaps[] = {{"/tav-loot/v1/player-loot-map", 1},
-                                                    {"/tav-loot/v2/player-loot-map", 2}};
-  for (const auto& [path, depth] : kMaps) {
+  const std::pair<std::string_view, ReadMap (*)(std::string_view)> kMaps[] = {
+      {kMapPath, ReadItemMap}, {kVersionedMapPath, ReadVersionedItemMap}};
+  for (const auto& [path, read] : kMaps) {
     const auto response = state.responses.find(path);
     if (response == state.responses.end()) continue;
     const std::string differences =
-        Differences(state.published.items(), ItemsOf(response->second.body, depth));
+        Differences(state.published.items(), read(response->second.body).items);
     if (differences.empty()) continue;
-    findings->Add("the items published add up to those returned",
-                  "the published items from " + std::string(path), differences);
+    findings->Add("the items published add up to those returned", "the published items",
+                  differences, std::string(path));
   }
 }
 

@@ -5,6 +5,7 @@ import { call } from "../../api/client";
 import type { Health } from "../../api/types";
 import { connections } from "../../state/stream";
 import { Badge, Card, Empty } from "../../ui/controls";
+import { AuditCard } from "./audit_card";
 import { LogCard } from "./log_card";
 import { ReadinessCard } from "./readiness_card";
 
@@ -101,6 +102,7 @@ export function HostView() {
             ))}
           </ul>
         </Card>
+        <AuditCard />
         <LogCard />
       </div>
     </div>

@@ -1,4 +1,4 @@
-#include "host/simulation/json_digest.h"
+#include "host/audit/json_digest.h"
 
 #include <bit>
 #include <string>
@@ -8,6 +8,17 @@
 
 namespace Kest::Host {
 namespace {
+
+constexpr uint64_t kObject = 5;  // the sums of levels begin with these
+constexpr uint64_t kArray = 7;
+
+uint64_t DigestOfLevel(uint64_t sum) {
+  return Mix(4, sum);
+}
+
+uint64_t PartOfUnordered(uint64_t digest) {
+  return Mix(6, digest);
+}
 
 // One level of the document that is being read.
 struct Frame {
@@ -51,11 +62,11 @@ class DigestHandler : public nlohmann::json_sax<Json> {
 
  private:
   bool Open(bool isObject) {
-    frames_.push_back({isObject, isObject ? uint64_t{5} : uint64_t{7}, {}});
+    frames_.push_back({isObject, isObject ? kObject : kArray, {}});
     return true;
   }
   bool Close() {
-    const uint64_t digest = Mix(4, frames_.back().sum);
+    const uint64_t digest = DigestOfLevel(frames_.back().sum);
     frames_.pop_back();
     return Add(digest);
   }
@@ -69,7 +80,8 @@ class DigestHandler : public nlohmann::json_sax<Json> {
       if (onMember_) onMember_(static_cast<int>(frames_.size()), frame.name, digest, integer_);
       frame.sum += Mix(DigestText(frame.name), digest);
     } else {
-      frame.sum = order_ == ArrayOrder::kKept ? Mix(frame.sum, digest) : frame.sum + Mix(6, digest);
+      frame.sum = order_ == ArrayOrder::kKept ? Mix(frame.sum, digest)
+                                              : frame.sum + PartOfUnordered(digest);
     }
     return true;
   }
@@ -86,6 +98,12 @@ class DigestHandler : public nlohmann::json_sax<Json> {
 uint64_t DigestJson(std::string_view json, ArrayOrder order, const OnMember& onMember) {
   DigestHandler handler(order, onMember);
   return Json::sax_parse(json, &handler) ? handler.Result() : 0;
+}
+
+uint64_t DigestOfList(std::span<const uint64_t> digests) {
+  uint64_t sum = kArray;
+  for (const uint64_t digest : digests) sum += PartOfUnordered(digest);
+  return DigestOfLevel(sum);
 }
 
 uint64_t DigestText(std::string_view text) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string_view>
 
 namespace Kest::Host {
@@ -18,6 +19,9 @@ using OnMember =
 // 0: `json` is not one JSON document.
 uint64_t DigestJson(std::string_view json, ArrayOrder order = ArrayOrder::kKept,
                     const OnMember& onMember = nullptr);
+
+// What DigestJson returns for a list of documents with these digests, whose order is ignored.
+uint64_t DigestOfList(std::span<const uint64_t> digests);
 
 // Hashes bytes; Mix combines two hashes, in order.
 uint64_t DigestText(std::string_view text);

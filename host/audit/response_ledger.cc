@@ -1,4 +1,4 @@
-#include "host/simulation/response_ledger.h"
+#include "host/audit/response_ledger.h"
 
 #include <string>
 
