@@ -56,7 +56,13 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                  .clock = &clock_,
                  .seed = options_.seed,
                  .worldChanged = [this](const World& world) { scenarios_.Keep(world); },
-                 .observer = &auditor_}),
+                 .observer = &auditor_,
+                 .enter =
+                     [this](KestLoadFunction load, KestHandshakeBlock* block) {
+                       if (recorder_) return recorder_->Enter(load, block);
+                       load(block);
+                       return std::shared_ptr<void>();
+                     }}),
       scenarios_({.start = {.scenario = options_.scenario, .file = options_.worldPath},
                   .seed = options_.seed,
                   .stateFolder = options_.stateFolder},
@@ -109,6 +115,7 @@ std::optional<Result> DevelopmentHost::RunTask(const std::string& name,
 Maybe<Nothing> DevelopmentHost::Start() {
   auto server = HttpServer::Listen(options_.address, options_.port, HttpLimits{});
   if (!server) return server.GetFailure();
+  if (const auto recording = StartRecording(); !recording) return recording.GetFailure();
   server_ = std::move(server.GetValue());
   stream_.SetListener([this] { server_->WakeStreams(); });
   timelineStream_.SetListener([this] { server_->WakeStreams(); });
@@ -125,6 +132,15 @@ Maybe<Nothing> DevelopmentHost::Start() {
                         const Respond& respond) { router_.Handle(std::move(request), respond); },
        .letsPageRead =
            [this](const HttpRequest& request) { return guard_.Allows(request.origin); }});
+  return Nothing{};
+}
+
+Maybe<Nothing> DevelopmentHost::StartRecording() {
+  if (options_.recordPath.empty()) return Nothing{};
+  auto recorder = Recorder::Create(
+      options_.recordPath, [this](std::string_view text) { log_->Write(LogLevel::kError, text); });
+  if (!recorder) return recorder.GetFailure();
+  recorder_ = std::move(recorder.GetValue());
   return Nothing{};
 }
 

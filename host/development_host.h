@@ -19,6 +19,7 @@
 #include "host/host_options.h"
 #include "host/http/http_server.h"
 #include "host/http/request_guard.h"
+#include "host/record/recorder.h"
 #include "host/request_router.h"
 #include "host/scenario/file_watch.h"
 #include "host/scenario/plugin_copies.h"
@@ -74,6 +75,7 @@ class DevelopmentHost {
  private:
   template <typename Result>
   std::optional<Result> RunTask(const std::string& name, std::function<Result()> work);
+  Maybe<Nothing> StartRecording();
   Maybe<Nothing> StartSession();
   void FollowFiles();
   void TakeFinding(const std::string& text) KEST_EXCLUDES(findingMutex_);
@@ -83,6 +85,7 @@ class DevelopmentHost {
   HostClock clock_;
   EventStream stream_;
   EventStream timelineStream_;
+  std::unique_ptr<Recorder> recorder_;  // null: nothing is recorded
   Timeline timeline_;
   Ledger ledger_;
   Traffic traffic_{&timeline_, &ledger_};

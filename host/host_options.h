@@ -27,6 +27,7 @@ struct HostOptions {
   bool followsWorld = false;        // a saved world file takes effect
   bool followsPlugin = false;       // a rebuilt library is loaded
   AuditMode audit = AuditMode::kOff;
+  std::string recordPath = {};  // of what crosses the plugin's interface; empty: not recorded
   LogSettings log = {};
 };
 

@@ -11,6 +11,10 @@ namespace Kest::Host {
 // Nesting costs no stack.
 bool IsJson(std::string_view text);
 
+// Whether the document has more levels of arrays and objects. REQUIRES: it is JSON, or will be
+// refused as none.
+bool IsDeeperThan(std::string_view json, int levels);
+
 // `text` as a JSON string with its quotes; U+FFFD replaces what is not UTF-8.
 std::string JsonString(std::string_view text);
 

@@ -17,7 +17,8 @@ bool IsComplete(const KestApiDescriptor& api) {
 
 }  // namespace
 
-Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& path) {
+Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& path,
+                                                          const Enter& enter) {
   std::string reason;
   void* const handle = OpenSharedLibrary(path, &reason);
   if (handle == nullptr) return Failure{"Cannot load the plugin " + path + ": " + reason};
@@ -30,7 +31,11 @@ Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& pat
   block.major = kApiMajor;
   block.minor = kApiMinor;
   block.patch = kApiPatch;
-  entry(&block);
+  if (enter) {
+    library->entered_ = enter(entry, &block);
+  } else {
+    entry(&block);
+  }
   if (block.callbacks == nullptr || block.context == nullptr || block.fullName == nullptr ||
       block.api == nullptr || !IsComplete(*block.api)) {
     return Failure{"Cannot load the plugin " + path + ": its handshake is incomplete"};
@@ -39,6 +44,7 @@ Maybe<std::unique_ptr<PluginLibrary>> PluginLibrary::Open(const std::string& pat
 }
 
 PluginLibrary::~PluginLibrary() {
+  entered_.reset();
   CloseSharedLibrary(handle_);
 }
 

@@ -1,6 +1,7 @@
 // The plugin's library in this process: opened, entered through its handshake, closed again.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -16,9 +17,14 @@ class PluginLibrary {
   static constexpr uint32_t kApiMinor = 0;
   static constexpr uint32_t kApiPatch = 0;
 
+  // Runs the handshake in another way than by calling `load` with the block. What it returns is
+  // kept until just before the library is closed.
+  using Enter = std::function<std::shared_ptr<void>(KestLoadFunction load, KestHandshakeBlock*)>;
+
   // Opens the file and runs the handshake. A failure names the file and what is wrong with it. A
   // plugin that does not accept this host's version ends the process, as its interface says.
-  static Maybe<std::unique_ptr<PluginLibrary>> Open(const std::string& path);
+  static Maybe<std::unique_ptr<PluginLibrary>> Open(const std::string& path,
+                                                    const Enter& enter = {});
   // Closes the library. REQUIRES: nothing of the plugin is used any more.
   ~PluginLibrary();
   PluginLibrary(const PluginLibrary&) = delete;
@@ -32,6 +38,7 @@ class PluginLibrary {
 
   void* const handle_;
   KestHandshakeBlock block_ = {};
+  std::shared_ptr<void> entered_;
 };
 
 }  // namespace Kest::Host

@@ -36,6 +36,7 @@ RunCommand DescribeServe(CLI::App& app, const ProgramContext& context);  // with
 RunCommand DescribeCheck(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeExec(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeExport(CLI::App& app, const ProgramContext& context);
+RunCommand DescribeReplay(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeCompletion(CLI::App& app, const ProgramContext& context);
 RunCommand DescribeManual(CLI::App& app, const ProgramContext& context);
 

@@ -47,14 +47,6 @@ std::string ScenarioNames() {
   return names;
 }
 
-void AddPluginOption(CLI::App& app, const std::string& folder, HostOptions* options) {
-  options->pluginPath = folder + kPluginFile;
-  app.add_option("--plugin", options->pluginPath,
-                 "The plugin library, beside the program by default")
-      ->type_name("FILE")
-      ->capture_default_str();
-}
-
 // Returns the option that names a world file.
 CLI::Option* AddWorldChoice(CLI::App& app, HostOptions* options) {
   CLI::Option* const world =
@@ -157,10 +149,21 @@ void AddLogOptions(CLI::App& app, HostOptions* options) {
 
 }  // namespace
 
+void AddPluginOption(CLI::App& app, const std::string& folder, std::string* path) {
+  *path = folder + kPluginFile;
+  app.add_option("--plugin", *path, "The plugin library, beside the program by default")
+      ->type_name("FILE")
+      ->capture_default_str();
+}
+
 void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* options) {
-  AddPluginOption(app, folder, options);
+  AddPluginOption(app, folder, &options->pluginPath);
   app.add_flag("--watch-plugin", options->followsPlugin,
                "A rebuilt plugin library is loaded in the place of the present one");
+  app.add_option(
+         "--record", options->recordPath,
+         "Writes all that passes between the plugin and the host to this file, to be replayed")
+      ->type_name("FILE");
   AddWorldOptions(app, options);
   AddNetworkOptions(app, options);
   AddAuditOption(app, options);
@@ -168,7 +171,7 @@ void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* optio
 }
 
 void AddRepeatableOptions(CLI::App& app, const std::string& folder, HostOptions* options) {
-  AddPluginOption(app, folder, options);
+  AddPluginOption(app, folder, &options->pluginPath);
   AddWorldChoice(app, options);
   AddSeedOption(app, options);
   AddClockOption(app, "The time at which the plugin is started", options)

@@ -15,5 +15,7 @@ void AddHostOptions(CLI::App& app, const std::string& folder, HostOptions* optio
 // Those of them that decide what a run with a frozen clock returns: plugin, world, seed and time.
 // `*options` has the time without which the clock is not frozen.
 void AddRepeatableOptions(CLI::App& app, const std::string& folder, HostOptions* options);
+// Of these, the one that names the plugin's library.
+void AddPluginOption(CLI::App& app, const std::string& folder, std::string* path);
 
 }  // namespace Kest::Host

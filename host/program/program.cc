@@ -24,6 +24,8 @@ constexpr CommandRow kCommands[] = {
      DescribeExec, true},
     {"export", "Writes what the plugin returns as files, for tests that need no server",
      DescribeExport},
+    {"replay", "Drives the plugin with a recording and prints the first difference",
+     DescribeReplay},
     {"completion", "Prints a script that completes this program's arguments", DescribeCompletion},
     {"manual", "Prints the manual page", DescribeManual},
 };

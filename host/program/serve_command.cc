@@ -20,6 +20,7 @@ constexpr char kServeFooter[] =
     "  tav-loot-host --scenario new-player         another world of those inside\n"
     "  tav-loot-host --world shop.yaml --watch     a world of your own, followed as you edit it\n"
     "  tav-loot-host --clock 2030-01-01T12:00:00Z  time is frozen until it is advanced\n"
+    "  tav-loot-host --record ticket.jsonl         for a ticket: replay shows what happened\n"
     "  tav-loot-host --allow-origin https://shop.test:3000\n"
     "Exit status: 0 stopped in order, 1 the host did not start or stop, or a strict audit found\n"
     "something, 2 wrong options.";

@@ -35,6 +35,7 @@ class PluginSession {
     // Called after each call that may have changed the world.
     std::function<void(const World& world)> worldChanged = {};
     SessionObserver* observer = &SessionObserver::None();
+    PluginLibrary::Enter enter = {};  // how each library is entered
   };
 
   PluginSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world,

@@ -70,7 +70,7 @@ void SessionManager::BeginChange() {
 Maybe<std::unique_ptr<PluginLibrary>> SessionManager::Open(const std::string& libraryPath) {
   std::optional<Maybe<std::unique_ptr<PluginLibrary>>> library;
   surroundings_.log->RunUnprinted(
-      [&library, &libraryPath] { library = PluginLibrary::Open(libraryPath); });
+      [&] { library = PluginLibrary::Open(libraryPath, surroundings_.enter); });
   return std::move(*library);
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "base/utf8.h"
+#include "host/json/base64.h"
 #include "host/json/json_text.h"
 
 namespace Kest::Host {
@@ -28,37 +29,7 @@ constexpr std::array<std::string_view, 15> kKindNames = {"request",
                                                          "session"};
 static_assert(kKindNames.size() == static_cast<size_t>(RowKind::kSession) + 1);
 
-std::string Base64(std::string_view bytes) {
-  constexpr std::string_view kDigits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (size_t i = 0; i < bytes.size(); i += 3) {
-    uint32_t group = 0;
-    for (size_t j = 0; j < 3; ++j) {
-      group = group << 8 | (i + j < bytes.size() ? static_cast<uint8_t>(bytes[i + j]) : 0u);
-    }
-    for (size_t j = 0; j < 4; ++j) {
-      text += i + j <= bytes.size() ? kDigits[group >> (18 - 6 * j) & 63] : '=';
-    }
-  }
-  return text;
-}
-
-// Whether the JSON document has more levels than may be written: writing recurses.
-bool IsDeep(std::string_view json) {
-  constexpr int kMostLevels = 200;
-  int level = 0;
-  bool inString = false;
-  for (size_t i = 0; i < json.size() && level <= kMostLevels; ++i) {
-    const char c = json[i];
-    if (c == '"') inString = !inString;
-    if (inString && c == '\\') ++i;
-    if (inString) continue;
-    if (c == '[' || c == '{') ++level;
-    if (c == ']' || c == '}') --level;
-  }
-  return level > kMostLevels;
-}
+constexpr int kMostLevels = 200;  // of JSON that is written: that recurses
 
 bool IsJsonType(std::string_view type) {
   return type.starts_with("application/json") || type == "application/problem+json";
@@ -105,14 +76,15 @@ Json RowJson(const TimelineRow& row) {
 void AddPayload(const TimelineRow& row, Json* json) {
   (*json)["payloadType"] = row.payloadType;
   (*json)["isShortened"] = row.isShortened;
-  const bool mayBeJson = !row.isShortened && IsJsonType(row.payloadType) && !IsDeep(row.payload);
+  const bool mayBeJson =
+      !row.isShortened && IsJsonType(row.payloadType) && !IsDeeperThan(row.payload, kMostLevels);
   if (mayBeJson && IsJson(row.payload)) {
     (*json)["payload"] = ParseJson(row.payload);
   } else if (row.isShortened || IsValidUtf8(row.payload)) {
     (*json)["payload"] = row.payload;  // a character that was cut is repaired where it is written
   } else {
     (*json)["encoding"] = "base64";
-    (*json)["payload"] = Base64(row.payload);
+    (*json)["payload"] = EncodeBase64(row.payload);
   }
 }
 

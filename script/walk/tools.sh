@@ -21,7 +21,7 @@ trap 'exit 130' INT TERM
 
 # start_host PORT: starts the development host (the command in $host_command), waits for its ready line, follows its live events.
 start_host() {
-  "${host_command[@]}" --port "$1" --seed 7 --no-login --audit >"$work/ready" 2>"$work/log" &
+  "${host_command[@]}" --port "$1" --seed 7 --no-login --audit --record "$work/recording" >"$work/ready" 2>"$work/log" &
   host_pid=$!
   for _ in $(seq 600); do
     [ -s "$work/ready" ] && break

@@ -24,7 +24,7 @@ beside() { run exec --plugin "$plugin" --log-level none -- "$@"; }
 run --version
 expect 'version' 0 "$status"
 for wrong in '--port 65536' '--seed -1' '--seed 99999999999999999999' '--colour' 'exec' 'completion' 'completion fish' 'export' 'export pictures' \
-  'export fixtures --clock real' 'export fixtures --port 1' \
+  'export fixtures --clock real' 'export fixtures --port 1' 'replay' \
   '--seed 1 exec -- true' '-- true' 'exec --until-stdin-closes -- true' '--assets /no/such/folder'; do
   # shellcheck disable=SC2086
   run $wrong
@@ -94,6 +94,28 @@ manual=$("$host" manual) || expect 'status of manual' 0 $?
 for word in $("$host" completion bash | sed -n "s/.*compgen -W '\(.*\)' -- .*/\1/p"); do
   case "${manual//\\-/-}" in *"$word"*) ;; *) expect 'the manual page' "$word" '' ;; esac
 done
+
+# A recording ends at a line's end, also when the host is killed, and can be replayed.
+recording=$(mktemp)
+for kill in TERM KILL; do
+  "$host" --plugin "$plugin" --port 0 --log-level none --record "$recording" >"$errors" &
+  for _ in {1..600}; do grep -q '"ready"' "$errors" && break; sleep 0.05; done
+  curl -s "$(grep -o 'http[^"]*' "$errors")tav-loot/v1/some" >/dev/null
+  kill -$kill $!
+  wait $! 2>/dev/null
+  expect "the end of the recording, $kill" '1' "$(tail -c 1 "$recording" | wc -l)"
+  run replay "$recording" --plugin "$plugin"
+  expect "the replay, $kill" '0 all equal' "$status $(grep -o 'all equal' <<<"$output")"
+done
+sed -i 's/some|/other|/' "$recording"
+run replay "$recording" --plugin "$plugin"
+expect 'another response' '1 some|' "$status $(grep -A 1 '^Expected' <<<"$output" | grep -o 'some|')"
+run replay "$errors" --plugin "$plugin"
+expect 'no recording' "2 tav-loot-host: $errors:1: this is not a recording of tav-loot-host" "$status $error"
+run exec --plugin "$plugin" --record /no/such/folder/file -- true
+expect 'a recording that cannot be written' \
+  '1 tav-loot-host: Cannot write the recording /no/such/folder/file: No such file or directory' "$status $error"
+rm -f "$recording"
 
 # complete WORD...: what the script offers for the last word.
 # shellcheck disable=SC1090

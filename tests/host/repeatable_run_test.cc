@@ -1,17 +1,19 @@
 // What a front end's tests may count on: with a seed and a frozen clock, the same requests one
 // after the other have the same effects to the byte, however long the client takes, whichever other
-// clients read, and whether the auditor reads.
+// clients read, and whether the auditor reads or all of it is recorded.
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <charconv>
 #include <deque>
+#include <filesystem>
 #include <memory>
 #include <random>
 #include <thread>
 
 #include "host/clock/time_text.h"
 #include "host/development_host.h"
+#include "host/record/replay.h"
 #include "tests/host/loopback_client.h"
 
 namespace Kest::Host {
@@ -64,7 +66,7 @@ std::string RequestOf(std::string_view words) {
 
 class HostRun {
  public:
-  explicit HostRun(AuditMode audit) : host_(Options(audit), &log_) {
+  HostRun(AuditMode audit, const std::string& recording) : host_(Options(audit, recording), &log_) {
     const auto started = host_.Start();
     EXPECT_TRUE(started) << started.GetFailure().text;
     const std::string line = host_.ReadyLine();
@@ -102,13 +104,14 @@ class HostRun {
   }
 
  private:
-  static HostOptions Options(AuditMode audit) {
+  static HostOptions Options(AuditMode audit, const std::string& recording) {
     return {.pluginPath = LOOT_PLUGIN,
             .worldPath = "",
             .port = 0,
             .seed = 7,
             .clock = {ClockMode::kFrozen, 1, ParseTime("2030-01-01T12:00:00Z")},
-            .audit = audit};
+            .audit = audit,
+            .recordPath = recording};
   }
   // The newest id that a response names.
   std::string LastId(std::string_view request) {
@@ -141,8 +144,10 @@ class HostRun {
 TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   std::vector<std::vector<std::string>> runs(3);
   std::mt19937 random(7);
+  const std::string recording =
+      (std::filesystem::temp_directory_path() / "repeatable_run.jsonl").string();
   for (size_t i = 0; i < runs.size(); ++i) {
-    HostRun run(i == 1 ? AuditMode::kOff : AuditMode::kOn);
+    HostRun run(i == 1 ? AuditMode::kOff : AuditMode::kOn, i == 1 ? recording : "");
     std::atomic<bool> isOver = i == 0;
     std::thread noise([&] {  // another client, who only looks
       while (!isOver) run.Do("GET /_host/health");
@@ -160,6 +165,10 @@ TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   }
   EXPECT_EQ(runs[0], runs[1]);
   EXPECT_EQ(runs[0], runs[2]);
+  const auto replayed = Replay({recording, LOOT_PLUGIN});
+  std::filesystem::remove(recording);
+  ASSERT_TRUE(replayed) << replayed.GetFailure().text;
+  EXPECT_EQ(replayed.GetValue().difference, "");
 }
 
 }  // namespace

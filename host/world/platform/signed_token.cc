@@ -1,25 +1,9 @@
 #include "host/world/platform/signed_token.h"
 
+#include "host/json/base64.h"
 #include "host/world/data/platform_constants.h"
 
 namespace Kest::Host {
-
-std::string EncodeBase64(std::string_view bytes) {
-  constexpr std::string_view kAlphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string out;
-  for (size_t i = 0; i < bytes.size(); i += 3) {
-    const size_t left = bytes.size() - i;
-    uint32_t group = 0;
-    for (size_t k = 0; k < 3; ++k) {
-      group = group << 8 | (k < left ? static_cast<unsigned char>(bytes[i + k]) : 0U);
-    }
-    for (size_t k = 0; k < 4; ++k) {
-      out += k <= left ? kAlphabet[group >> (18 - 6 * k) & 63] : '=';
-    }
-  }
-  return out;
-}
 
 std::string TournamentLogoToken(const PlatformCollections& collections, uint64_t summonerId) {
   Json logos = Json::array();

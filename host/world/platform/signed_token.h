@@ -3,13 +3,10 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "host/world/data/collections.h"
 
 namespace Kest::Host {
-
-std::string EncodeBase64(std::string_view bytes);
 
 // The token that lists the owned tournament logos.
 std::string TournamentLogoToken(const PlatformCollections& collections, uint64_t summonerId);
