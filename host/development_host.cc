@@ -12,6 +12,7 @@
 #include "host/controls/docs_controls.h"
 #include "host/controls/event_controls.h"
 #include "host/controls/explain_controls.h"
+#include "host/controls/log_controls.h"
 #include "host/controls/scenario_controls.h"
 #include "host/controls/session_controls.h"
 #include "host/controls/timeline_controls.h"
@@ -69,12 +70,12 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                  {&scheduler_, &sessions_, log}),
       clockDriver_(&clock_, &scheduler_, &serviceEvents_, &timeline_),
       readiness_(&scheduler_, &sessions_),
-      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, log, &clock_}),
-                EventControls(&stream_), WaitControls({&scheduler_, &stream_, &readiness_}),
-                DescriptionControls(&sessions_), ClockControls(&clockDriver_),
-                TimelineControls(&traffic_, &timelineStream_), ConsoleControls(), DocsControls(),
-                ExplainControls(&sessions_), ScenarioControls(&scenarios_, &sessions_),
-                AuditControls(&auditor_)},
+      control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, &clock_}),
+                LogControls(log, &sessions_), EventControls(&stream_),
+                WaitControls({&scheduler_, &stream_, &readiness_}), DescriptionControls(&sessions_),
+                ClockControls(&clockDriver_), TimelineControls(&traffic_, &timelineStream_),
+                ConsoleControls(), DocsControls(), ExplainControls(&sessions_),
+                ScenarioControls(&scenarios_, &sessions_), AuditControls(&auditor_)},
                &sessions_),
       siblings_(options_.assetFolder, &sessions_),
       guard_(options_.address, options_.allowedOrigins),

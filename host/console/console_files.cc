@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/http/embedded_file.h"
+#include "host/http/entity_tag.h"
 #include "host/http/http_responses.h"
 
 namespace Kest::Host {
@@ -22,17 +23,19 @@ constexpr File kFiles[] = {
 
 }  // namespace
 
-HttpResponse ConsolePage() {
+HttpResponse ConsolePage(const HttpRequest& request) {
   HttpResponse response = EmbeddedFile("text/html; charset=utf-8", kConsolePage);
   response.variesByAccept = true;
+  ApplyEntityTag(request, &response);
   return response;
 }
 
-HttpResponse ConsoleFile(std::string_view name) {
+HttpResponse ConsoleFile(std::string_view name, const HttpRequest& request) {
   for (const File& file : kFiles) {
-    if (file.name == name && !file.text->empty()) {
-      return EmbeddedFile(file.contentType, *file.text);
-    }
+    if (file.name != name || file.text->empty()) continue;
+    HttpResponse response = EmbeddedFile(file.contentType, *file.text);
+    ApplyEntityTag(request, &response);
+    return response;
   }
   return ProblemResponse(404, "The console has no file " + std::string(name) + ".");
 }

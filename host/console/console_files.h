@@ -15,9 +15,9 @@ extern const std::string_view kConsoleScript;
 extern const std::string_view kConsoleStyle;
 extern const std::string_view kConsoleIcon;
 
-// The console itself.
-HttpResponse ConsolePage();
-// A file that the page names, or 404.
-HttpResponse ConsoleFile(std::string_view name);
+// The console itself, as `request` asks for it: a browser that has it already gets 304.
+HttpResponse ConsolePage(const HttpRequest& request);
+// A file that the page names, likewise, or 404.
+HttpResponse ConsoleFile(std::string_view name, const HttpRequest& request);
 
 }  // namespace Kest::Host

@@ -5,8 +5,9 @@
 namespace Kest::Host {
 
 ControlGroup ConsoleControls() {
-  return {{"GetConsoleFile",
-           [](const HostCall& call) { return ConsoleFile(call.path.find("file")->second); }}};
+  return {{"GetConsoleFile", [](const HostCall& call) {
+             return ConsoleFile(call.path.find("file")->second, call.request);
+           }}};
 }
 
 }  // namespace Kest::Host

@@ -67,7 +67,8 @@ HttpResponse PluginIndex(PluginSession& session) {
 
 // Browsers name HTML, programs take what comes. The console is there without a plugin, too.
 HttpResponse Index(SessionManager* sessions, const HostCall& call) {
-  if (Prefers(call.request.accept, "text/html", "application/json")) return ConsolePage();
+  if (Prefers(call.request.accept, "text/html", "application/json"))
+    return ConsolePage(call.request);
   return WithSession(sessions, PluginIndex);
 }
 
@@ -119,7 +120,6 @@ ControlGroup SessionControls(const SessionParts& parts) {
       {"GetHostIndex", [parts](const HostCall& call) { return Index(parts.sessions, call); }},
       {"GetHealth", [parts](const HostCall&) { return Health(parts); }},
       {"AwaitIdle", [parts](const HostCall& call) { return Idle(parts, call); }},
-      {"GetLog", [parts](const HostCall&) { return JsonResponse(WriteJson(parts.log->Kept())); }},
   };
 }
 

@@ -1,9 +1,8 @@
-// The controls of the session itself: index, health, idle and log.
+// The controls of the session itself: index, health and idle.
 #pragma once
 
 #include "host/controls/control_group.h"
 #include "host/session/event_stream.h"
-#include "host/session/host_log.h"
 #include "host/session/service_event_thread.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
@@ -16,7 +15,6 @@ struct SessionParts {
   ServiceEventThread* serviceEvents;
   EventStream* stream;
   SessionManager* sessions;
-  const HostLog* log;
   const HostClock* clock;
 };
 

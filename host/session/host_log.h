@@ -39,7 +39,10 @@ struct LogSettings {
 class HostLog {
  public:
   // `stream` outlives the log.
-  HostLog(std::FILE* stream, const LogSettings& settings) : stream_(stream), settings_(settings) {}
+  HostLog(std::FILE* stream, const LogSettings& settings)
+      : stream_(stream),
+        settings_(settings),
+        pluginLevel_(settings.isVerbose ? LogLevel::kOkay : LogLevel::kWarning) {}
   HostLog(std::FILE* stream, LogLevel least) : HostLog(stream, LogSettings{.least = least}) {}
 
   // How many kept lines there are at most; the oldest go first.
@@ -60,6 +63,10 @@ class HostLog {
   // shown: a library prints its first lines before it can learn where to. Meanwhile the lines of
   // other threads wait.
   void RunUnprinted(const std::function<void()>& work);
+  // The least level of the lines that plugins are to write.
+  LogLevel pluginLevel() const { return pluginLevel_; }
+  void SetPluginLevel(LogLevel level) { pluginLevel_ = level; }
+
   // Writes "<time>| <level>| | tav-loot-host: <text>".
   void Write(LogLevel level, std::string_view text);
   // Writes a line for a request that was responded to, if they are asked for.
@@ -81,6 +88,7 @@ class HostLog {
   std::function<int64_t()> clock_ = WallClockMilliseconds;
   std::function<void(LogLevel level, std::string_view text)> listener_;
   std::atomic<bool> printsPlugin_ = false;
+  std::atomic<LogLevel> pluginLevel_;
   mutable Mutex mutex_;  // also keeps lines apart
   std::deque<std::string> kept_ KEST_GUARDED_BY(mutex_);
 };

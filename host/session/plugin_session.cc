@@ -42,21 +42,18 @@ PluginSession::PluginSession(std::unique_ptr<PluginLibrary> library, std::unique
   });
 }
 
-// Before the plugin starts, so that its lines come as the host wants them from there on.
-void PluginSession::SetLogging() {
+void PluginSession::ApplyLogLevel() {
   const KestHandshakeBlock& block = library_->Block();
   const bool canSet = KestCanSetLogging(block.api);
   if (canSet) {
-    const bool isVerbose = surroundings_.log->settings().isVerbose;
-    block.api->setLogging(block.context,
-                          static_cast<int32_t>(isVerbose ? LogLevel::kOkay : LogLevel::kWarning),
+    block.api->setLogging(block.context, static_cast<int32_t>(surroundings_.log->pluginLevel()),
                           KEST_LOG_HOST | KEST_LOG_DEBUGGER);
   }
   surroundings_.log->SetPrintsPlugin(canSet);
 }
 
 bool PluginSession::Start() {
-  SetLogging();
+  ApplyLogLevel();  // so that the plugin's lines come as the host wants them from the first on
   const KestHandshakeBlock& block = library_->Block();
   surroundings_.serviceEvents->Resume();
   mustStop_ = true;

@@ -67,6 +67,9 @@ class PluginSession {
   // Hands a control request to the world and delivers what it causes.
   HttpResponse Control(const HttpRequest& request, std::string_view path);
 
+  // The plugin writes the lines that the log wants from now on.
+  void ApplyLogLevel();
+
   // Sets the fault rules that outlive a reset in the world that comes next.
   void HandFaultsTo(World& next) const;
   // What a page finds at a decoded path of a sibling plugin; 404 when there is nothing.
@@ -82,7 +85,6 @@ class PluginSession {
   ServiceTable& Services() { return services_; }
 
  private:
-  void SetLogging();
   void NoteWorldChange();
   void FinishWorldChange();  // delivers what it causes first
   HttpResponse Call(const HttpRequest& request);

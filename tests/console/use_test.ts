@@ -168,6 +168,34 @@ onPage("a held call shows a spinner until it is released", "#/world", async (pag
   await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
 });
 
+onPage("what a sibling holds and what is published go wrong by rules", "#/world", async (page) => {
+  const add = async (what: string, path: string, happens: string) => {
+    await page.getByRole("combobox", { name: "What", exact: true }).selectOption(what);
+    await page.getByRole("combobox", { name: "Path" }).fill(path);
+    await page.getByRole("combobox", { name: "What happens" }).selectOption({ label: happens });
+    await page.getByRole("button", { name: "Add the rule" }).click();
+    await page.getByText(path).waitFor();
+  };
+  await add("sibling", "/tav-champions/*", "seems to be deleted");
+  await add("published", "/tav-loot/v1/player-loot-map", "comes twice");
+  const { rules } = (await host.call("GET", "/_host/faults")) as { rules: Record<string, unknown>[] };
+  assert.deepEqual(rules.map((rule) => [rule["sibling"] ?? rule["published"], rule["action"]]), [
+    ["/tav-champions/*", "delete"],
+    ["/tav-loot/v1/player-loot-map", "double"],
+  ]);
+  await page.getByRole("button", { name: "Remove all" }).click();
+  await page.getByRole("banner").getByText("Faults on").waitFor({ state: "detached" });
+});
+
+onPage("the plugin logs more when it is asked to", "#/host", async (page) => {
+  const level = page.getByRole("combobox", { name: "The plugin logs" });
+  await level.selectOption("okay");
+  await host.call("POST", "/tav-loot/v1/refresh?force=true");
+  await page.getByRole("log").getByText("  OKAY|").first().waitFor();
+  await level.selectOption("warning");
+  assert.deepEqual(await host.call("GET", "/_host/log/level"), { level: "warning" });
+});
+
 onPage("a chest gives the chosen result", "#/inventory?item=CHEST_lantern", async (page) => {
   await page.getByText("Odds and next result").click();
   await page.getByRole("button", { name: /^Add 1 EMOTE_703/ }).click();

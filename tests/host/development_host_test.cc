@@ -107,6 +107,10 @@ TEST_F(DevelopmentHostTest, BrowsersGetTheConsoleAndOthersTheIndex) {
               c.type == std::string("text/html;"));
   }
   EXPECT_THAT(Ask(Simple("GET /_host/console/..%2Fmain.cc")), StartsWith("HTTP/1.1 404 "));
+  const std::string condition =
+      "If-None-Match: *\r\nAccept: text/html\r\nConnection: close\r\n\r\n";
+  EXPECT_THAT(Ask(Head("GET /") + condition),
+              AllOf(StartsWith("HTTP/1.1 304 "), HasSubstr("\r\nETag: \""), EndsWith("\r\n\r\n")));
 }
 
 TEST_F(DevelopmentHostTest, BytesGoBothWaysAsTheyAre) {

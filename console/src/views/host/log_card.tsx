@@ -1,11 +1,33 @@
-// The newest lines of the plugin's log.
+// The newest lines of the plugin's log, and from which level on it writes any.
 import { useSignal } from "@preact/signals";
 import { useEffect, useRef } from "preact/hooks";
 import { call } from "../../api/client";
 import { connections } from "../../state/stream";
-import { Card, CopyButton, SearchField } from "../../ui/controls";
+import { useAction } from "../../ui/action";
+import { Card, CopyButton, Field, SearchField, Select } from "../../ui/controls";
 
 const period = 2000;
+const levels = [
+  ["okay", "everything"],
+  ["warning", "warnings and above"],
+  ["error", "errors and above"],
+  ["always", "only what is always logged"],
+] as const;
+type Level = (typeof levels)[number][0];
+
+function LevelField() {
+  const level = useSignal<Level>("warning");
+  const connection = connections.value;
+  useEffect(() => void call("get", "/_host/log/level").then((value) => (level.value = value.level), () => undefined), [connection]);
+  const set = useAction(async (next: Level) => {
+    level.value = (await call("put", "/_host/log/level", { body: { level: next } })).level;
+  });
+  return (
+    <Field label="The plugin logs">
+      <Select label="The plugin logs" options={levels} value={level.value} disabled={set.isRunning} onChange={(next) => void set.run(next)} />
+    </Field>
+  );
+}
 
 function kindOf(line: string): string {
   if (/\b(error|ERROR)\b/i.test(line)) return "bad";
@@ -32,6 +54,7 @@ export function LogCard() {
   }, [shown.length]);
   return (
     <Card title="Log" actions={<CopyButton text={() => shown.join("\n")} label="Copy the log" />}>
+      <LevelField />
       <SearchField label="Lines with" value={text.value} onInput={(value) => (text.value = value)} />
       <div class="log" ref={list} tabIndex={0} role="log" aria-label="Log lines">
         {shown.map((line, index) => (

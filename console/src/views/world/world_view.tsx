@@ -4,13 +4,13 @@ import { Empty } from "../../ui/controls";
 import { ClockCard } from "./clock_card";
 import { CollectionsCard } from "./collections_card";
 import { ConfigurationCard } from "./configuration_card";
+import { FaultsCard } from "./faults_card";
 import { GrantCard } from "./grant_card";
 import { HeldCard } from "./held_card";
 import { MessagesCard } from "./messages_card";
 import { NoticesCard } from "./notices_card";
 import { PlayerCard } from "./player_card";
 import { ScenarioCard, SnapshotCard } from "./scenario_card";
-import { ServiceCard } from "./service_card";
 
 export function WorldView() {
   const state = world.value;
@@ -21,7 +21,7 @@ export function WorldView() {
       <div class="cards">
         <PlayerCard state={state} />
         <ClockCard />
-        <ServiceCard />
+        <FaultsCard />
         <HeldCard />
         <ConfigurationCard state={state} />
         <GrantCard />
