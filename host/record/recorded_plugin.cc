@@ -9,17 +9,19 @@
 #include "plugin/text_view.h"
 
 namespace Kest::Host {
+
+struct RecordedTask {
+  uint64_t number = 0;     // of the crossing that began it; 0: this thread runs no code of a plugin
+  uint64_t resumedAt = 0;  // the recorder's activity when the task went on
+};
+
 namespace {
 
 // A task that went on in vain goes on again when something has happened, and at least so often:
 // it may wait for something outside of the interface.
 constexpr int kMostTries = 1000;
 
-struct CurrentTask {
-  uint64_t number = 0;     // of the crossing that began it; 0: this thread runs no code of a plugin
-  uint64_t resumedAt = 0;  // the recorder's activity when the task went on
-};
-thread_local CurrentTask currentTask;
+thread_local RecordedTask currentTask;
 
 Json CompletionJson(uint64_t request, std::string_view url, const KestResponse* response) {
   Json json = {{"of", request}};
@@ -56,7 +58,7 @@ class RecordedPlugin::Visit {
   RecordedPlugin* const plugin_;
   const std::string_view function_;
   const TurnScope turn_;
-  const CurrentTask former_;
+  const RecordedTask former_;
 };
 
 // The context of every entry is the RecordedPlugin.
@@ -199,7 +201,7 @@ InterposedServices::Served RecordedPlugin::Serve(const Call& call) {
 }
 
 void RecordedPlugin::Yield() {
-  const CurrentTask own = currentTask;
+  const RecordedTask own = currentTask;
   const uint64_t activity = recorder_->Activity();
   const bool wasInVain = own.resumedAt == activity;
   Write(Crossing::Kind::kCall, kYield, [](Crossing*) {});

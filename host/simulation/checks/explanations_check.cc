@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "host/audit/routes.h"
 #include "host/simulation/checks/checks.h"
 
 namespace Kest::Host {
 namespace {
 
-constexpr std::string_view kMapPath = "/tav-loot/v1/player-loot-map";
 constexpr std::string_view kMenuEnd = "/context-menu";
-constexpr std::string_view kItemPath = "/tav-loot/v1/player-loot/";
 
 // What was read at a path; discarded when it was not read.
 Json ReadAt(const QuietState& state, std::string_view path) {
@@ -82,7 +81,7 @@ void CheckExplanations(const QuietState& state, Findings* findings) {
   retrieval.Expect({"isPending"}, false);
   for (const std::string_view path : kInventoryPaths) {
     if (!path.ends_with(kMenuEnd)) continue;
-    std::string_view lootId = path.substr(kItemPath.size());
+    std::string_view lootId = path.substr(kItemPrefix.size());
     lootId.remove_suffix(kMenuEnd.size());
     CheckItem(state, std::string(lootId), map, ReadAt(state, path), findings);
   }
