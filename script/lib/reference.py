@@ -156,7 +156,7 @@ def options_page(manual):
             lines.append("")
         in_table = False
         if line.startswith(".SS "):
-            lines.append(f"\n## tav-loot-host {plain(line[4:])}\n")
+            lines.append(f"\n## {plain(line[4:])}\n")
         elif line in (".EX", ".EE"):
             in_example = line == ".EX"
             lines.append("\n```" if in_example else "```\n")

@@ -108,9 +108,9 @@ test("another machine", async () => {
 
 test("worlds that never get ready start too, and say why they are not", async () => {
   for (const [options, reason] of [
-    [{ scenario: "disabled" }, /^Loot is disabled\.$/],
-    [{ signIn: false }, /^No player is signed in\.$/],
-    [{ clock: "2030-01-01T12:00:00Z" }, /^What is left waits for the clock.* Not all sources have responded/],
+    [{ scenario: "disabled" }, /^The configuration value "Enabled" is not true\.$/],
+    [{ signIn: false }, /^There is no login session\.$/],
+    [{ clock: "2030-01-01T12:00:00Z" }, /^What is left waits for the clock.* These sources have not responded: tournamentLogos\./],
   ] as const) {
     const other = await startLootHost(options);
     assert.match((await other.settle()).join(" "), reason);
