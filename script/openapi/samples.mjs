@@ -49,6 +49,8 @@ export const samples = {
   PushMessage: json({ name: "mastery chest" }),
   SetLoginPacket: json({ simpleMessages: [{ msgId: "m1", params: ["{}"] }] }),
   SetToken: json({ token: null }),
+  SetAudit: json({ mode: "on" }),
+  SetLogLevel: json({ level: "always" }),
   SetFaults: json({ rules: [{ service: "redeem*", delay: { from: 0, to: 1 } }, { published: "*", action: "delay", delay: 1, times: 1 }] }),
   EndHeldCall: { path: { id: "1" }, status: 404, ...json({ action: "release" }) },
   PrepareNextResult: json({ recipe: "CHEST_lantern_OPEN", added: [{ lootName: "MATERIAL_key" }] }),
