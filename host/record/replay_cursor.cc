@@ -26,7 +26,8 @@ Json WithoutStamp(const Json& arguments) {
 }
 
 std::string Begin(const std::string& text) {
-  return text.size() <= kMostOfLine ? text : text.substr(0, kMostOfLine) + "...";
+  if (text.size() <= kMostOfLine) return text;
+  return text.substr(0, kMostOfLine).append("...");
 }
 
 std::string Around(const std::string& text, size_t place) {
