@@ -27,7 +27,7 @@ class EventReader : public HttpStream {
 
 HttpResponse FollowStream(const EventStream* stream, const HostCall& call) {
   uint64_t position = stream->Held().last;  // without a position to resume from: what is new
-  std::string_view last = call.request.lastEventId;
+  std::string last = call.request.lastEventId;
   if (last.empty()) last = call.target.Parameter("lastEventId").value_or("");
   if (!last.empty()) {
     const auto number = ParseNumber(last);
