@@ -55,8 +55,9 @@ onPage(
   "picture of a chest that is opened",
   "#/inventory?item=CHEST_harbour",
   async (page) => {
+    await page.getByRole("button", { name: /^Open/ }).first().waitFor();
     await reset();
-    await page.reload();
+    await page.getByRole("button", { name: /^Open/ }).first().waitFor({ state: "hidden" });
     await page.getByRole("button", { name: /^Open/ }).first().waitFor();
     if (pictures) await page.screenshot({ path: `${pictures}/chest.png` });
   },

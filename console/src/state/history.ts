@@ -32,12 +32,16 @@ function draw(): void {
 }
 
 function add(event: StreamEvent): void {
+  // A host that was started again counts its events anew.
+  if (event.kind === "gap" && event.restarted) {
+    forget();
+    draw();
+    return;
+  }
   if (known.length > 0 && event.id <= (known.at(-1)?.id ?? 0)) return;
   if (event.kind === "reset") {
     resets.push(event.id);
     known.push({ id: event.id, text: "reset" });
-  } else if (event.kind === "gap" && event.restarted) {
-    forget();
   } else if (event.kind === "resource") {
     const lootId = itemIdOf(event.uri);
     if (lootId === undefined) return;

@@ -3,19 +3,31 @@ import { useSignal } from "@preact/signals";
 import { useEffect } from "preact/hooks";
 import { connections, dataOf, onEvent } from "../state/stream";
 
-// The value at `uri`, read with `read`; undefined while it is not known.
+// Published with each change of the inventory.
+const mapPath = "/tav-loot/v2/player-loot-map";
+
+// The value at `uri`, read with `read`; undefined while it is not known. The plugin follows only what can have a value
+// when it is read: a change of the inventory may give it one later.
 export function useWatched<T>(uri: string, read: () => Promise<T>): T | undefined {
   const value = useSignal<T | undefined>(undefined);
   const connection = connections.value;
   useEffect(() => {
     let isUsed = true;
+    let latest = 0; // what was read before an event is older than the event
     const set = (next: T | undefined) => {
       if (isUsed) value.value = next;
     };
-    const load = () => void read().then(set, () => set(undefined));
+    const load = () => {
+      const own = ++latest;
+      const setOwn = (next?: T) => own === latest && set(next);
+      void read().then(setOwn, () => setOwn());
+    };
     const end = onEvent((event) => {
-      if (event.kind !== "resource") load();
-      else if (event.uri === uri) set(dataOf(event) as T);
+      if (event.kind !== "resource" || event.uri === mapPath) load();
+      else if (event.uri === uri) {
+        ++latest;
+        set(dataOf(event) as T);
+      }
     });
     load();
     return () => {

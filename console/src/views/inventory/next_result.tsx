@@ -2,6 +2,7 @@
 import { useSignal } from "@preact/signals";
 import { call } from "../../api/client";
 import type { Schemas } from "../../api/types";
+import { outcome } from "../../state/crafts";
 import { lootText } from "../../state/names";
 import { useAction } from "../../ui/action";
 import { Badge, Button } from "../../ui/controls";
@@ -57,7 +58,10 @@ function Chosen({ list, recipe, onDone }: { list: Prepared["added"]; recipe: str
 export function NextResult({ recipe }: { recipe: string }) {
   const chosen = useSignal<Prepared["added"]>([]);
   const odds = useFetched(() => call("get", "/_host/odds/{recipe}", { path: { recipe }, query: { trials } }), recipe);
-  const prepared = useFetched(() => call("get", "/_host/next-result"), chosen.value.length === 0);
+  const prepared = useFetched(
+    () => call("get", "/_host/next-result"),
+    `${chosen.value.length === 0} ${outcome.value?.id ?? 0}`,
+  );
   const forget = useAction(async () => {
     await call("delete", "/_host/next-result");
     prepared.again();

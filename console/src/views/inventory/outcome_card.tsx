@@ -1,4 +1,5 @@
 // What came of the latest craft or redeem of the item.
+import { useEffect, useRef } from "preact/hooks";
 import type { PlayerLootDelta } from "../../api/types";
 import { addressOf, change } from "../../route";
 import { outcome, waiting, type Outcome } from "../../state/crafts";
@@ -41,8 +42,10 @@ function Deltas({ title, list, sign }: { title: string; list: PlayerLootDelta[];
 
 function Shown({ result }: { result: Outcome }) {
   const { update } = result;
+  const card = useRef<HTMLElement>(null);
+  useEffect(() => card.current?.scrollIntoView({ block: "nearest" }), []);
   return (
-    <section class={`outcome ${update ? "good" : "bad"}`} aria-label="Result">
+    <section ref={card} class={`outcome ${update ? "good" : "bad"}`} aria-label="Result">
       <header>
         <Icon name={update ? "check" : "warn"} />
         <h3>{result.title}</h3>
