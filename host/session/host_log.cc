@@ -65,6 +65,14 @@ void HostLog::Print(LogLevel level, std::string_view label, std::string_view tex
 void HostLog::PrintLocked(LogLevel level, std::string_view line) {
   std::string coloured;
   if (settings_.isColoured && !settings_.onlyErrors) line = coloured = ColouredLine(level, line);
+  if (waiting_) {
+    waiting_->emplace_back(line);
+  } else {
+    EmitLocked(line);
+  }
+}
+
+void HostLog::EmitLocked(std::string_view line) {
   std::fwrite(line.data(), 1, line.size(), stream_);
   std::fputc('\n', stream_);
   std::fflush(stream_);
@@ -72,9 +80,26 @@ void HostLog::PrintLocked(LogLevel level, std::string_view line) {
 
 void HostLog::RunUnprinted(const std::function<void()>& work) {
   if (Shows(LogLevel::kAlways)) return work();
-  const MutexLock lock(mutex_);
-  const StandardErrorMute mute;
+  // Not under the lock: the plugin's logger has its own, and writes to this log under it.
+  struct Pause {
+    explicit Pause(HostLog* of) : log(of) { log->Wait(); }
+    ~Pause() { log->GoOn(); }
+    HostLog* const log;
+  };
+  const Pause pause(this);
+  const StandardErrorMute mute;  // ends first
   work();
+}
+
+void HostLog::Wait() {
+  const MutexLock lock(mutex_);
+  waiting_.emplace();
+}
+
+void HostLog::GoOn() {
+  const MutexLock lock(mutex_);
+  for (const std::string& line : *waiting_) EmitLocked(line);
+  waiting_.reset();
 }
 
 void HostLog::Write(LogLevel level, std::string_view text) {

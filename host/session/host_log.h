@@ -9,9 +9,11 @@
 #include <cstdio>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/mutex.h"
 #include "base/platform.h"
@@ -82,6 +84,10 @@ class HostLog {
   bool Shows(LogLevel level) const;
   void Print(LogLevel level, std::string_view label, std::string_view text);
   void PrintLocked(LogLevel level, std::string_view line) KEST_REQUIRES(mutex_);
+  void EmitLocked(std::string_view line) KEST_REQUIRES(mutex_);
+  // From Wait to GoOn lines are kept back.
+  void Wait() KEST_EXCLUDES(mutex_);
+  void GoOn() KEST_EXCLUDES(mutex_);
 
   std::FILE* const stream_;
   const LogSettings settings_;
@@ -91,6 +97,7 @@ class HostLog {
   std::atomic<LogLevel> pluginLevel_;
   mutable Mutex mutex_;  // also keeps lines apart
   std::deque<std::string> kept_ KEST_GUARDED_BY(mutex_);
+  std::optional<std::vector<std::string>> waiting_ KEST_GUARDED_BY(mutex_);  // to be printed
 };
 
 }  // namespace Kest::Host
