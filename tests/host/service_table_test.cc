@@ -1,4 +1,5 @@
 #include "host/session/service_table.h"
+#include "base/mutex.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -63,21 +64,28 @@ class ServiceTableTest : public testing::Test {
     self->onScheduler_ = self->scheduler_.OnTask();
     const std::string payload(ToView(body));
     if (self->yieldInDelivery_) self->table_->yield(self->table_);
-    self->delivered_.push_back(payload);
+    self->Add(payload);
   }
   static void Complete(void* context, const KestResponse* response) {
     auto* self = static_cast<ServiceTableTest*>(context);
-    self->delivered_.push_back(std::to_string(response->status) + " " +
-                               std::string(ToView(response->message)));
+    self->Add(std::to_string(response->status) + " " + std::string(ToView(response->message)));
   }
   // Others run before it publishes.
   static void PublishAfterYield(void* context) {
     auto* self = static_cast<ServiceTableTest*>(context);
-    while (self->delivered_.size() < 4) self->table_->yield(self->table_);
+    while (self->Count() < 4) self->table_->yield(self->table_);
     self->table_->publish(self->table_, ToText("/x"), KEST_EVENT_UPDATE, ToBytes("1"));
   }
-  static void Note(void* context) {
-    static_cast<ServiceTableTest*>(context)->delivered_.push_back("task");
+  static void Note(void* context) { static_cast<ServiceTableTest*>(context)->Add("task"); }
+
+  // Tasks and the thread of the service events deliver.
+  void Add(std::string delivered) {
+    const MutexLock lock(mutex_);
+    delivered_.push_back(std::move(delivered));
+  }
+  size_t Count() {
+    const MutexLock lock(mutex_);
+    return delivered_.size();
   }
 
   std::FILE* const logFile_ = std::tmpfile();
@@ -92,6 +100,7 @@ class ServiceTableTest : public testing::Test {
       [this](const ServiceEventThread::Event& event) { services_->DeliverServiceEvent(event); }};
   std::unique_ptr<ServiceTable> services_;
   const KestHostServices* table_ = nullptr;
+  Mutex mutex_;
   std::vector<std::string> delivered_;
   bool yieldInDelivery_ = false;
   bool onScheduler_ = false;
