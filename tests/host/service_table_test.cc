@@ -1,5 +1,4 @@
 #include "host/session/service_table.h"
-#include "base/mutex.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 #include <set>
 #include <thread>
 
+#include "base/mutex.h"
 #include "host/cause/cause.h"
 #include "plugin/text_view.h"
 
