@@ -32,7 +32,7 @@ function draw(): void {
 }
 
 function add(event: StreamEvent): void {
-  // A host that was started again counts its events anew.
+  // A host that was started again counts its events from 1 again.
   if (event.kind === "gap" && event.restarted) {
     forget();
     draw();
