@@ -27,8 +27,7 @@ std::string TestFile(const std::string& name) {
 
 // A short session with the service's events on their own thread: sign-in, two crafts side by side,
 // a reset, which loads the library again.
-Lines RecordSession() {
-  const std::string path = TestFile("session.jsonl");
+void PlaySession(const std::string& path) {
   HostLog log(stderr, LogLevel::kNone);
   DevelopmentHost host(
       {.pluginPath = LOOT_PLUGIN, .worldPath = "", .port = 0, .seed = 7, .recordPath = path}, &log);
@@ -52,10 +51,16 @@ Lines RecordSession() {
   send(reset, "POST /_host/reset", "");
   EXPECT_NE(reset.ReadToEnd().find("200 OK"), std::string::npos);
   EXPECT_TRUE(host.Stop());
+}
+
+Lines RecordSession() {
+  const std::string path = TestFile("session.jsonl");
+  PlaySession(path);
   std::ifstream file(path, std::ios::binary);
   Lines lines;
   for (std::string line; std::getline(file, line);) lines.push_back(line);
   EXPECT_FALSE(lines.empty());
+  file.close();
   std::filesystem::remove(path);
   return lines;
 }
