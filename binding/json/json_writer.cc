@@ -235,7 +235,7 @@ inline char* JsonWriter::BeginMember(std::string_view jsonMember, size_t bytes) 
 
 inline void JsonWriter::WriteMember(std::string_view jsonMember, bool value) {
   char* const to = BeginMember(jsonMember, kMaxInteger);
-  std::memcpy(to, value ? "true" : "fals", 4);
+  std::memcpy(to, value ? "true" : "fals", 4);  // NOLINT(bugprone-not-null-terminated-result)
   to[4] = 'e';
   block_.FilledTo(to + (value ? 4 : 5));
 }

@@ -57,7 +57,7 @@ Maybe<Nothing> WriteFiles(const std::string& folder, const std::vector<FixtureFi
   if (error) return Failure{"Cannot make the folder " + folder + ": " + error.message()};
   for (const FixtureFile& file : files) {
     const std::string path = (std::filesystem::path(folder) / file.name).string();
-    if (const auto written = WriteFileAtomically(path, file.text); !written) return written;
+    if (auto written = WriteFileAtomically(path, file.text); !written) return written;
   }
   return Nothing{};
 }

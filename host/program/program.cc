@@ -43,6 +43,8 @@ class Program {
   explicit Program(std::string folder) {
     context_.folder = std::move(folder);
     context_.program = &app_;
+    // A path that begins with "/" is no option, on any system; the subcommands inherit it.
+    app_.allow_windows_style_options(false);
     app_.set_version_flag("--version", "tav-loot-host " KEST_VERSION);
     serve_ = DescribeServe(app_, context_);
     for (const CommandRow& row : kCommands) {

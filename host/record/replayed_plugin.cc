@@ -131,6 +131,7 @@ Json ReplayedPlugin::Invoke(ArgumentReader& reader) {
   }
   if (!reader.Problem().empty() || !problem_.empty()) return {};
   std::vector<KestValue> views;
+  views.reserve(values.size());
   for (const Value& value : values) {
     views.push_back({ToText(value.name), ToText(value.contentType), ToBytes(value.bytes)});
   }
