@@ -43,7 +43,7 @@ struct FieldRecord {
   TypeId storedAs = TypeId::kNone;  // the family of the member itself; kNone: a pointer to such
   // The name as a part of ,"name": with 16 bytes more after it that may be read. Empty where the
   // name has to be written otherwise, or is unusually long.
-  std::string_view jsonMember;
+  std::string_view jsonMember = {};
 };
 
 struct EnumeratorRecord {
