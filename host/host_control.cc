@@ -7,7 +7,7 @@
 #include "host/controls/with_session.h"
 #include "host/http/http_responses.h"
 #include "host/json/json.h"
-#include "host/json/json_text.h"
+#include "host/openapi/control_request.h"
 #include "host/url/request_target.h"
 
 namespace Kest::Host {
@@ -37,20 +37,14 @@ bool Takes(const ControlDescription& control, std::string_view contentType) {
          (control.TakesText() && control.body.contains(type));
 }
 
-// A misspelt parameter would otherwise be one that is not there.
-std::optional<HttpResponse> RefuseUnknown(const RequestTarget& target, const FoundControl& found) {
-  const auto isKnown = [&found](std::string_view name) {
-    return found.control->parameters.contains(name) && !found.arguments.contains(name);
-  };
-  const auto unknown = target.UnknownParameter(isKnown);
-  if (!unknown) return std::nullopt;
-  std::string known;
-  for (const auto& [name, schema] : found.control->parameters.items()) {
-    if (isKnown(name) && !name.starts_with(kHeaderMark))
-      known += (known.empty() ? "" : ", ") + name;
+// The types that Takes is about.
+std::string TypesOf(const ControlDescription& control) {
+  if (!control.TakesText()) return "application/json";
+  std::string types;
+  for (const auto& [type, schema] : control.body.items()) {
+    types.append(types.empty() ? "" : " or ").append(type);
   }
-  return ProblemResponse(400, "Unknown query parameter " + JsonString(*unknown) +
-                                  "; known here: " + (known.empty() ? "none" : known) + ".");
+  return types;
 }
 
 }  // namespace
@@ -83,9 +77,12 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
     return ProblemResponse(404, "There is no control " + std::string(target.path));
   }
   if (!request.body.empty() && !Takes(*found.control, request.contentType)) {
-    return ProblemResponse(415, "Send the body as application/json.");
+    return ProblemResponse(415, "Send the body as " + TypesOf(*found.control) + ".");
   }
-  if (auto refusal = RefuseUnknown(target, found)) return std::move(*refusal);
+  if (const auto fault = BodyFault(*found.control, request.body)) {
+    return ProblemResponse(400, *fault);
+  }
+  if (const auto fault = QueryFault(found, target)) return ProblemResponse(400, *fault);
   return rows_.contains(found.control->operationId) ? CallOwn(request, std::move(found))
                                                     : AskWorld(request);
 }

@@ -19,14 +19,14 @@ std::optional<std::string> RequestTarget::Parameter(std::string_view name) const
   return std::nullopt;
 }
 
-std::optional<std::string> RequestTarget::UnknownParameter(
-    const std::function<bool(std::string_view name)>& isKnown) const {
+std::vector<std::pair<std::string, std::string>> RequestTarget::Parameters() const {
+  std::vector<std::pair<std::string, std::string>> parameters;
   for (std::string_view rest = query; !rest.empty();) {
-    std::string_view parameter = TakeUpTo('&', &rest);
-    std::string name = DecodePercent(TakeUpTo('=', &parameter));
-    if (!isKnown(name)) return name;
+    std::string_view value = TakeUpTo('&', &rest);
+    std::string name = DecodePercent(TakeUpTo('=', &value));
+    parameters.emplace_back(std::move(name), DecodePercent(value));
   }
-  return std::nullopt;
+  return parameters;
 }
 
 std::vector<std::string> PathParts(std::string_view path) {

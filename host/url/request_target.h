@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Kest::Host {
@@ -18,9 +18,8 @@ struct RequestTarget {
   static RequestTarget Split(std::string_view target);
   // The decoded value of the first parameter of that name; empty text when it has no "=".
   std::optional<std::string> Parameter(std::string_view name) const;
-  // The name of the first parameter that `isKnown` does not know; nothing when it knows all.
-  std::optional<std::string> UnknownParameter(
-      const std::function<bool(std::string_view name)>& isKnown) const;
+  // All of them, names and values decoded.
+  std::vector<std::pair<std::string, std::string>> Parameters() const;
 };
 
 // The parts of a path, decoded; empty parts are left out ("/a//b" has two).
