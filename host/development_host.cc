@@ -69,7 +69,7 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                   .stateFolder = options_.stateFolder},
                  {&scheduler_, &sessions_, log}),
       clockDriver_(&clock_, &scheduler_, &serviceEvents_, &timeline_),
-      readiness_(&scheduler_, &sessions_),
+      readiness_(&scheduler_, &serviceEvents_, &sessions_, &timeline_),
       control_({SessionControls({&scheduler_, &serviceEvents_, &stream_, &sessions_, &clock_}),
                 LogControls(log, &sessions_), EventControls(&stream_),
                 WaitControls({&scheduler_, &stream_, &readiness_}), DescriptionControls(&sessions_),

@@ -1,27 +1,22 @@
 #include "host/session/readiness.h"
 
 #include <chrono>
-#include <utility>
-
+#include "host/cause/cause.h"
 #include "host/json/json.h"
 
 namespace Kest::Host {
 namespace {
 
-constexpr auto kMoment = std::chrono::milliseconds(50);
+constexpr auto kMoment = std::chrono::seconds(2);
 constexpr char kNotRunning[] = "The plugin is not running.";
 constexpr std::string_view kSessionPath = "/tav-login/v1/session";
 constexpr std::string_view kInventoryTarget = "/tav-loot/v1/player-display-categories";
 
-HttpResponse Read(PluginSession& session, std::string_view target) {
+bool IsServed(PluginSession& session, std::string_view target) {
   HttpRequest request;
   request.method = "GET";
   request.target = target;
-  return session.Request(request);
-}
-
-bool IsServed(PluginSession& session, std::string_view target) {
-  return Read(session, target).status == 200;
+  return session.Request(request).status == 200;
 }
 
 // What the plugin says about a decision of its own; empty when it explains nothing.
@@ -48,7 +43,7 @@ constexpr Decision kEnabled = {"/tav-loot/v1/enabled", "enabled", "Loot is disab
 constexpr Decision kReady = {"/tav-loot/v1/ready", "ready", "Not all sources have responded."};
 
 std::string ReasonUnlessTrue(PluginSession& session, const Decision& decision) {
-  const HttpResponse response = Read(session, decision.target);
+  const HttpResponse response = session.ReadAside(std::string(decision.target));
   if (response.status != 200) {
     return "The plugin responded with the status " + std::to_string(response.status) + ".";
   }
@@ -74,6 +69,7 @@ std::vector<std::string> ReadinessReport::Reasons() const {
 }
 
 ReadinessReport Readiness::Look() {
+  ReadUnlessRead();
   ReadinessReport report;
   PluginSession* const session = sessions_->Current();
   report.checks.push_back({"plugin", session == nullptr ? kNotRunning : ""});
@@ -84,30 +80,45 @@ ReadinessReport Readiness::Look() {
     if (!check.reason.empty()) return report;
   }
   report.checks.push_back({"sources", ReasonUnlessTrue(*session, kReady)});
-  report.checks.push_back({"inventory", InventoryReason()});  // last, as it yields
+  report.checks.push_back({"inventory", InventoryReason(*session)});
   return report;
 }
 
-std::string Readiness::InventoryReason() {
-  const uint64_t session = sessions_->Number();
-  if (retrieval_->session != session) {
-    retrieval_ = std::make_shared<Retrieval>();  // a task that still runs keeps the old one
-    retrieval_->session = session;
-  }
-  const std::shared_ptr<Retrieval> retrieval = retrieval_;
-  if (!retrieval->isDone && !std::exchange(retrieval->isRunning, true)) {
-    scheduler_->Post({.name = "first retrieval", .work = [sessions = sessions_, kept = retrieval] {
-                        PluginSession* const current = sessions->Current();
-                        if (current != nullptr) kept->isDone = IsServed(*current, kInventoryTarget);
-                        kept->isRunning = false;
-                      }});
-  }
-  scheduler_->WatchUntil(kMoment, [&retrieval] { return !retrieval->isRunning; });
-  if (retrieval->isDone) return {};
-  PluginSession* const current = sessions_->Current();  // it may be another by now
-  if (current == nullptr) return kNotRunning;
-  const Json explanation = Explained(*current, "retrieval");
+std::string Readiness::InventoryReason(PluginSession& session) const {
+  const Json explanation = Explained(session, "retrieval");
+  const bool isHeld = retrieval_->session == sessions_->Number() && retrieval_->isDone;
+  if (!explanation.value("isPending", !isHeld)) return {};
   return explanation.value("reason", "The inventory has not been retrieved.");
+}
+
+bool Readiness::WaitsForReader() const {
+  PluginSession* const session = sessions_->Current();
+  if (session == nullptr || InventoryReason(*session).empty()) return false;
+  const bool isOnItsWay = Explained(*session, "retrieval").value("running", 0) > 0 ||
+                          (retrieval_->session == sessions_->Number() && retrieval_->isRunning);
+  return !isOnItsWay && SignedInReason(*session).empty() &&
+         ReasonUnlessTrue(*session, kEnabled).empty();
+}
+
+void Readiness::ReadUnlessRead() {
+  const auto isQuiet = [this] { return serviceEvents_->Quiet(); };
+  const auto always = [] { return true; };
+  if (!WaitsForReader() || !scheduler_->WaitUntilQuiet(kMoment, isQuiet, always) ||
+      !WaitsForReader()) {
+    return;
+  }
+  const auto retrieval = std::make_shared<Retrieval>();
+  retrieval->session = sessions_->Number();
+  retrieval_ = retrieval;
+  const CauseScope scope(timeline_->Add({.kind = RowKind::kSession, .name = "first read"}));
+  scheduler_->Post({.name = "first read", .work = [sessions = sessions_, retrieval] {
+                      PluginSession* const current = sessions->Current();
+                      if (current != nullptr) {
+                        retrieval->isDone = IsServed(*current, kInventoryTarget);
+                      }
+                      retrieval->isRunning = false;
+                    }});
+  scheduler_->WatchUntilSettled(kMoment, [&retrieval] { return !retrieval->isRunning; });
 }
 
 }  // namespace Kest::Host

@@ -9,8 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "host/session/service_event_thread.h"
 #include "host/session/session_manager.h"
 #include "host/tasks/scheduler.h"
+#include "host/timeline/timeline.h"
 
 namespace Kest::Host {
 
@@ -32,24 +34,35 @@ struct ReadinessReport {
 class Readiness {
  public:
   // The parts outlive it.
-  Readiness(Scheduler* scheduler, SessionManager* sessions)
-      : scheduler_(scheduler), sessions_(sessions), retrieval_(std::make_shared<Retrieval>()) {}
+  Readiness(Scheduler* scheduler, ServiceEventThread* serviceEvents, SessionManager* sessions,
+            Timeline* timeline)
+      : scheduler_(scheduler),
+        serviceEvents_(serviceEvents),
+        sessions_(sessions),
+        timeline_(timeline),
+        retrieval_(std::make_shared<Retrieval>()) {}
 
-  // The inventory comes with its first reader, so a task of its own reads as long as the session
-  // does not have it. That is given a moment, which is enough unless the platform is asked.
+  // Has no effect but one: the inventory comes with its first reader, so where all that comes
+  // before it holds, nothing is left to do and no reader has come, a task reads it, with a row of
+  // its own in the timeline. Each of the two, quiet and the read, is given a moment, but neither
+  // waits for a frozen clock.
   ReadinessReport Look();
 
  private:
   struct Retrieval {
     uint64_t session = 0;  // the number of the session it is about
-    bool isRunning = false;
+    bool isRunning = true;
     bool isDone = false;
   };
 
-  std::string InventoryReason();
+  std::string InventoryReason(PluginSession& session) const;
+  bool WaitsForReader() const;
+  void ReadUnlessRead();
 
   Scheduler* const scheduler_;
+  ServiceEventThread* const serviceEvents_;
   SessionManager* const sessions_;
+  Timeline* const timeline_;
   std::shared_ptr<Retrieval> retrieval_;
 };
 

@@ -130,6 +130,17 @@ bool Scheduler::WatchUntil(std::chrono::milliseconds limit, const std::function<
   return held;
 }
 
+bool Scheduler::WatchUntilSettled(std::chrono::milliseconds limit,
+                                  const std::function<bool()>& holds) {
+  idleRounds_ = 0;
+  bool held = false;
+  WatchUntil(limit, [&] {
+    held = holds();
+    return held || (clock_.IsFrozen() && idleRounds_ >= kSettledAfter);
+  });
+  return held;
+}
+
 bool Scheduler::WaitUntilQuiet(std::chrono::milliseconds limit,
                                const std::function<bool()>& alsoQuiet,
                                const std::function<bool()>& waitsForTime) {

@@ -104,6 +104,8 @@ class Scheduler {
   // [task] Waits until `holds()`. False: `limit` passed or the scheduler was closed first. Tasks
   // that wait here keep none busy that wait until quiet.
   bool WatchUntil(std::chrono::milliseconds limit, const std::function<bool()>& holds);
+  // [task] The same, but not for what only time can bring while the clock is frozen.
+  bool WatchUntilSettled(std::chrono::milliseconds limit, const std::function<bool()>& holds);
   // [task] Waits until every other task has ended, none is queued and `alsoQuiet()` holds. False:
   // `limit` passed or the scheduler was closed first, or the tasks have settled and what is left
   // waits for a frozen clock: `waitsForTime()` says so.

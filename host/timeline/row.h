@@ -25,7 +25,7 @@ enum class RowKind {
   kLog,              // a line of the plugin or the host
   kFault,            // a fault that was asked for takes effect
   kClock,            // the host's clock was set
-  kSession,          // the plugin is started or stopped
+  kSession,          // the plugin is started, stopped, or read for the first time
 };
 
 std::string_view RowKindName(RowKind kind);

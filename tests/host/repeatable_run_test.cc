@@ -15,6 +15,7 @@
 #include "host/development_host.h"
 #include "host/record/replay.h"
 #include "tests/host/loopback_client.h"
+#include "tests/host/running_host.h"
 
 namespace Kest::Host {
 namespace {
@@ -150,7 +151,10 @@ TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
     HostRun run(i == 1 ? AuditMode::kOff : AuditMode::kOn, i == 1 ? recording : "");
     std::atomic<bool> isOver = i == 0;
     std::thread noise([&] {  // another client, who only looks
-      while (!isOver) run.Do("GET /_host/health");
+      while (!isOver) {
+        run.Do("GET /_host/health");
+        run.Do("GET /_host/ready");
+      }
     });
     for (const std::string_view request : kRequests) {
       if (i == 2) std::this_thread::sleep_for(microseconds(random() % 5000));
@@ -169,6 +173,27 @@ TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   std::filesystem::remove(recording);
   ASSERT_TRUE(replayed) << replayed.GetFailure().text;
   EXPECT_EQ(replayed.GetValue().difference, "");
+}
+
+TEST(Readiness, ReadsAnInventoryThatNobodyHasReadOnceAndThatHasACause) {
+  HostOptions options;
+  options.pluginPath = LOOT_PLUGIN;
+  options.scenario = "empty";
+  const RunningHost host(options);
+  host.Ask("POST /_host/reset");
+  host.Ask("POST /_host/idle");
+  EXPECT_EQ(ParseJson(host.Ask("GET /_host/ready"))["ready"], true);
+  host.Ask("POST /_host/idle");
+  const Json rows = ParseJson(host.Ask("GET /_host/timeline?kind=service-call&path=loot.getAll"));
+  ASSERT_EQ(rows["rows"].size(), 1u) << rows;
+  const std::string row = "GET /_host/timeline/" + rows["rows"][0]["id"].dump();
+  EXPECT_EQ(ParseJson(host.Ask(row))["causes"].back()["name"], "first read");
+  const auto look = [&host] {
+    return host.Ask("GET /_host/health") + host.Ask("GET /_host/timeline");
+  };
+  const std::string before = look();
+  host.Ask("GET /_host/ready");
+  EXPECT_EQ(look(), before);
 }
 
 }  // namespace
