@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <vector>
 
 #include "host/json/json_text.h"
 #include "host/world/data/platform_constants.h"
@@ -50,8 +51,12 @@ const ActionRow& RowOf(FaultAction action) {
                        [action](const ActionRow& row) { return row.action == action; });
 }
 
-bool IsServiceMethod(const std::string& name) {
-  return std::find(kServiceMethods.begin(), kServiceMethods.end(), name) != kServiceMethods.end();
+// The service's methods that `pattern` matches.
+std::vector<std::string_view> MethodsOf(std::string_view pattern) {
+  std::vector<std::string_view> methods;
+  std::copy_if(kServiceMethods.begin(), kServiceMethods.end(), std::back_inserter(methods),
+               [pattern](std::string_view method) { return MatchesPattern(pattern, method); });
+  return methods;
 }
 
 // Why `pattern` can match nothing; empty when it may.
@@ -61,10 +66,8 @@ std::string PatternFault(FaultTarget target, const std::string& pattern) {
         .append(std::to_string(kLongestPattern))
         .append(" bytes");
   }
-  const bool isOpen = pattern.find('*') != std::string::npos;
   if (target == FaultTarget::kService) {
-    return isOpen || IsServiceMethod(pattern) ? ""
-                                              : "the platform has no service method " + pattern;
+    return MethodsOf(pattern).empty() ? "the platform has no service method " + pattern : "";
   }
   return pattern.starts_with('/') || pattern.starts_with('*') ? "" : "a path begins with \"/\"";
 }
@@ -137,8 +140,8 @@ void ReadDetails(FieldReader& fields, FaultRule& rule) {
       break;
     case FaultAction::kRefuse:
       fault.statusWord = fields.String("status");
-      if (!HasStatusWord(rule.pattern)) {
-        fields.FailAt("status", "the result of " + rule.pattern + " has no status word");
+      if (const std::string reason = StatusWordFault(rule.pattern); !reason.empty()) {
+        fields.FailAt("status", reason);
       }
       break;
     case FaultAction::kGarble: {
@@ -190,6 +193,21 @@ Json FaultRuleJson(const FaultRule& rule) {
   json["matched"] = rule.matched;
   json["applied"] = rule.applied;
   return json;
+}
+
+std::string StatusWordFault(std::string_view pattern) {
+  const std::vector<std::string_view> methods = MethodsOf(pattern);
+  const auto without = std::find_if_not(methods.begin(), methods.end(), HasStatusWord);
+  if (without == methods.end()) return {};
+  std::string fault = "the result of ";
+  fault.append(*without).append(" has no status word; one has that of ");
+  const char* comma = "";
+  for (const std::string_view method : kServiceMethods) {
+    if (!HasStatusWord(method)) continue;
+    fault.append(comma).append(method);
+    comma = ", ";
+  }
+  return fault;
 }
 
 std::string_view FaultActionWord(FaultAction action) {

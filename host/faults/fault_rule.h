@@ -69,6 +69,9 @@ inline constexpr int64_t kLongestDelay = 600'000;
 FaultRule ReadFaultRule(FieldReader& fields);
 Json FaultRuleJson(const FaultRule& rule);
 
+// Why calls that match `pattern` cannot all be refused; empty when they can.
+std::string StatusWordFault(std::string_view pattern);
+
 // The word of an action in rules: "unknown-id".
 std::string_view FaultActionWord(FaultAction action);
 

@@ -36,6 +36,17 @@ Ending ReadEnding(FieldReader& fields) {
   return ending;
 }
 
+void CheckOverride(FieldReader& fields, const FaultRule& rule) {
+  const CallFault& fault = rule.fault;
+  if (!fault.delay && fault.action == FaultAction::kDelay) {
+    fields.Fail(R"(one of "latency", "error" and "status" is needed; DELETE removes the rules)");
+  }
+  if (fault.statusWord.empty()) return;
+  if (!fault.error.empty()) fields.FailAt("status", R"("error" and "status" exclude each other)");
+  const std::string refusal = StatusWordFault(rule.pattern);
+  if (!refusal.empty()) fields.FailAt("status", refusal);
+}
+
 }  // namespace
 
 ControlResult ShowFaults(Platform& platform, const ControlCall&) {
@@ -91,20 +102,14 @@ ControlResult OverrideService(Platform& platform, const ControlCall& call) {
   rule.times = fields.IntegerOr("times", 1, 1, FaultRule::kMostTimes);
   if (!rule.fault.statusWord.empty()) rule.fault.action = FaultAction::kRefuse;
   if (!rule.fault.error.empty()) rule.fault.action = FaultAction::kFail;
-  if (!rule.fault.statusWord.empty() && !HasStatusWord(method)) {
-    fields.FailAt("status", "the result of " + method + " has no status word");
-  }
+  CheckOverride(fields, rule);
   if (!fields.Finish()) return fields.failure();
   const Json json = {{"method", method},
                      {"latency", rule.fault.delay ? Json(*rule.fault.delay) : Json()},
                      {"error", rule.fault.error},
                      {"status", rule.fault.statusWord},
                      {"times", rule.times}};
-  if (rule.fault.action == FaultAction::kDelay && !rule.fault.delay) {
-    platform.faults.Remove(rule.target, method);
-  } else {
-    platform.faults.PutFirst(std::move(rule));
-  }
+  platform.faults.PutFirst(std::move(rule));
   return json;
 }
 

@@ -20,7 +20,11 @@ PreparedMessage ReadMessage(FieldReader& fields, const WorldData& data) {
   message.clientId = fields.StringOr("clientId", "");
   message.subtopic = fields.StringOr("subtopic", kDialogMessageSubtopic);
   message.typeName = fields.StringOr("typeName", kMasteryGrantType);
-  if (const Json* body = fields.Find("body")) message.body = *body;
+  if (const Json* body = fields.Find("body")) {
+    message.body = *body;
+  } else {
+    fields.Fail(R"(one of "name" and "body" is needed)");
+  }
   return message;
 }
 
