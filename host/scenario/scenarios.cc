@@ -17,14 +17,6 @@ namespace {
 constexpr char kKeptWorld[] = "world.json";
 constexpr char kKeptStart[] = "start.json";
 
-// A step that began another session would begin the steps again.
-bool BeginsSession(const std::string& path) {
-  for (const char* const prefix : {"/_host/reset", "/_host/scenario", "/_host/snapshots"}) {
-    if (path.starts_with(prefix)) return true;
-  }
-  return false;
-}
-
 std::string DescriptionOf(std::string_view name) {
   const auto document = Document::FromYaml(name, ShippedWorld(name));
   if (!document) return "";
@@ -148,10 +140,6 @@ void Scenarios::RunSteps(const std::vector<ScenarioStep>& steps) {
 
 void Scenarios::RunStep(const ScenarioStep& step) {
   const std::string name = step.place + ": the step " + step.method + " " + step.path;
-  if (BeginsSession(step.path)) {
-    parts_.log->Write(LogLevel::kError, name + " is left out: it would begin another session");
-    return;
-  }
   HttpRequest request;
   request.method = step.method;
   request.target = step.path;

@@ -83,7 +83,6 @@ TEST(Scenarios, StepsAreCalledInOrderAndLater) {
   const TemporaryFolder folder;
   WriteFile(folder / "world.yaml", WorldOfKeys(1) + R"(steps:
   - {request: POST /_host/inventory, body: {lootName: KEY, delta: 4}}
-  - {request: POST /_host/reset}
   - {request: POST /_host/inventory, body: {lootName: none, delta: 4}}
   - {request: PUT /_host/gameflow, body: {phase: Lobby}, afterMilliseconds: 100}
 )");

@@ -1,6 +1,4 @@
-// What has happened in a world, and the steps that make it happen.
-#include <algorithm>
-#include <array>
+// What has happened in a world.
 #include <string>
 
 #include "host/world/data/platform_constants.h"
@@ -9,8 +7,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr std::array<std::string_view, 4> kStepMethods = {"POST", "PUT", "DELETE", "GET"};
-constexpr int64_t kLongestWait = 3'600'000;
 constexpr int64_t kMostDrawn = 1'000'000'000;
 
 std::optional<PlayerIds> ReadSignedIn(FieldReader& state) {
@@ -41,26 +37,6 @@ void ReadRandom(FieldReader& state, PlatformState& read) {
   read.random = place;
 }
 
-ScenarioStep ReadStep(FieldReader& fields) {
-  ScenarioStep step;
-  const std::string request = fields.String("request");
-  const size_t space = std::min(request.find(' '), request.size());
-  step.method = request.substr(0, space);
-  step.path = request.substr(std::min(space + 1, request.size()));
-  const bool isKnown =
-      std::find(kStepMethods.begin(), kStepMethods.end(), step.method) != kStepMethods.end();
-  if (!isKnown || !step.path.starts_with("/_host/")) {
-    fields.FailAt("request",
-                  "a step is a method and the path of a control, such as "
-                  "\"PUT /_host/gameflow\"; found \"" +
-                      request + "\"");
-  }
-  step.afterMilliseconds = fields.IntegerOr("afterMilliseconds", 0, 0, kLongestWait);
-  if (const Json* body = fields.Find("body")) step.body = WriteJson(*body);
-  step.place = fields.Place();
-  return step;
-}
-
 }  // namespace
 
 void ReadState(FieldReader& world, WorldData& data) {
@@ -81,10 +57,6 @@ void ReadState(FieldReader& world, WorldData& data) {
     data.configuration[name] = value;
   }
   state.Finish();
-}
-
-void ReadSteps(FieldReader& world, WorldData& data) {
-  world.ForEach("steps", [&](FieldReader& fields) { data.steps.push_back(ReadStep(fields)); });
 }
 
 }  // namespace Kest::Host

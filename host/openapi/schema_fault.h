@@ -1,0 +1,19 @@
+// Tests a value against the schema of a control's body.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/json/json.h"
+
+namespace Kest::Host {
+
+struct SchemaFault {
+  const Json* part;  // of the value
+  std::string message;
+};
+
+// The first part of `value` that does not fit the shorthand. Of a "oneOf" nothing is tested.
+std::optional<SchemaFault> FindSchemaFault(const Json& value, const Json& shorthand);
+
+}  // namespace Kest::Host
