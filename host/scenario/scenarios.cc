@@ -34,6 +34,9 @@ Maybe<Nothing> Scenarios::Start() {
   std::error_code error;
   std::filesystem::create_directories(options_.stateFolder, error);
   if (error) return Failure{"Cannot use " + options_.stateFolder + ": " + error.message()};
+  auto lock = FolderLock::Take(options_.stateFolder);
+  if (!lock) return lock.GetFailure();
+  lock_ = std::move(lock.GetValue());
   if (!std::filesystem::exists(KeptPath(kKeptWorld), error)) return Reset();
   if (auto start = ReadKeptStart(); !start) return start;
   auto text = ReadTextFile(KeptPath(kKeptWorld), "the world");

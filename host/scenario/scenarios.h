@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/scenario/folder_lock.h"
 #include "host/scenario/snapshots.h"
 #include "host/scenario/world_source.h"
 #include "host/session/host_log.h"
@@ -78,6 +79,7 @@ class Scenarios {
   Options options_;
   const Parts parts_;
   CallControl call_;
+  std::unique_ptr<FolderLock> lock_;  // null: no world is kept
   Snapshots snapshots_;
   std::vector<std::string> files_;
   std::string kept_;  // what the folder holds

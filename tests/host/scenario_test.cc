@@ -116,6 +116,15 @@ TEST(Scenarios, AFolderKeepsTheWorldAndTheSnapshots) {
     host.Ask("PUT /_host/snapshots/keys");
     host.Ask("POST /_host/login", R"({"summonerId":5})");
     file = host.Ask("GET /_host/world");
+    HostLog log(stderr, LogLevel::kNone);
+    HostOptions same = options;
+    same.pluginPath = ECHO_PLUGIN;
+    same.port = 0;
+    DevelopmentHost second(same, &log);
+    const auto started = second.Start();
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.GetFailure().text,
+              "The folder " + options.stateFolder + " is in use by another host.");
   }
   {
     // As a host leaves it that is killed while it writes.
