@@ -21,7 +21,41 @@ std::string_view WithoutPort(std::string_view hostAndPort) {
   return isPort ? hostAndPort.substr(0, colon) : hostAndPort;
 }
 
+bool IsOfHost(char c) {
+  constexpr std::string_view kMarks = "-._[]:";
+  return IsDigit(c) || (c >= 'a' && c <= 'z') || kMarks.find(c) != kMarks.npos;
+}
+
+bool IsScheme(std::string_view text) {
+  return !text.empty() && text.front() >= 'a' && text.front() <= 'z' &&
+         std::all_of(text.begin(), text.end(), [](char c) {
+           return IsDigit(c) || (c >= 'a' && c <= 'z') || c == '+' || c == '-' || c == '.';
+         });
+}
+
 }  // namespace
+
+std::optional<std::string> ReadOrigin(std::string_view text) {
+  constexpr std::string_view kMark = "://";
+  std::string origin(text);
+  std::transform(origin.begin(), origin.end(), origin.begin(), ToLower);
+  if (origin.ends_with('/')) origin.pop_back();
+  const size_t mark = origin.find(kMark);
+  if (mark == std::string::npos) return std::nullopt;
+  const std::string scheme = origin.substr(0, mark);
+  const std::string_view rest = std::string_view(origin).substr(mark + kMark.size());
+  const std::string_view name = WithoutPort(rest);
+  const bool hasColon =
+      name.find(':') != name.npos && !name.starts_with('[');  // a port that is none
+  if (!IsScheme(scheme) || name.empty() || hasColon ||
+      !std::all_of(name.begin(), name.end(), IsOfHost)) {
+    return std::nullopt;
+  }
+  const std::string_view port = rest.substr(name.size());
+  const bool isOwn = (scheme == "http" && port == ":80") || (scheme == "https" && port == ":443");
+  if (isOwn) origin.resize(origin.size() - port.size());
+  return origin;
+}
 
 bool RequestGuard::NamesThisMachine(std::string_view hostAndPort) const {
   const std::string_view name = WithoutPort(hostAndPort);

@@ -18,10 +18,14 @@
 
 namespace Kest::Host {
 
+// `text` as browsers write that origin, "https://name:3000": in lower case, without the scheme's
+// own port and without a slash at its end. Nothing for what no browser sends as an origin.
+std::optional<std::string> ReadOrigin(std::string_view text);
+
 class RequestGuard {
  public:
   // `address` is the address the host listens on; it may be named besides the loopback names.
-  // `origins` are the other origins that are allowed, as "https://name:port".
+  // `origins` are the other origins that are allowed, as ReadOrigin returns them.
   explicit RequestGuard(std::string address, std::vector<std::string> origins = {})
       : address_(std::move(address)), origins_(std::move(origins)) {}
 

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "host/clock/time_text.h"
+#include "host/http/request_guard.h"
 #include "host/program/terminal.h"
 #include "host/url/request_target.h"
 #include "host/world/file/shipped_worlds.h"
@@ -36,6 +37,14 @@ std::string IsClock(const std::string& text) {
   return text == "real" || ParseTime(text)
              ? ""
              : "must be real or a time such as 2030-01-01T12:00:00Z, found " + text;
+}
+
+// Puts an origin in the place of what is clearly meant for one.
+std::string IsOrigin(std::string& text) {
+  const auto origin = ReadOrigin(text);
+  if (!origin) return "must be an origin such as https://shop.test:3000, found " + text;
+  text = *origin;
+  return "";
 }
 
 // "sample|empty|...", as completion reads it.
@@ -111,6 +120,7 @@ void AddNetworkOptions(CLI::App& app, HostOptions* options) {
                  "A page of this origin may use the host, too, for example https://shop.test:3000; "
                  "repeatable")
       ->type_name("ORIGIN")
+      ->transform(CLI::Validator(IsOrigin, ""))
       ->take_all();
 }
 

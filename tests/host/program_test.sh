@@ -25,7 +25,8 @@ run --version
 expect 'version' 0 "$status"
 for wrong in '--port 65536' '--seed -1' '--seed 99999999999999999999' '--colour' 'exec' 'completion' 'completion fish' 'export' 'export pictures' \
   'export fixtures --clock real' 'export fixtures --port 1' 'replay' \
-  '--seed 1 exec -- true' '-- true' 'exec --until-stdin-closes -- true' '--assets /no/such/folder'; do
+  '--seed 1 exec -- true' '-- true' 'exec --until-stdin-closes -- true' '--assets /no/such/folder' \
+  '--allow-origin shop.test'; do
   # shellcheck disable=SC2086
   run $wrong
   expect "status of $wrong" 2 "$status"

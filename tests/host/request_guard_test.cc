@@ -22,6 +22,29 @@ TEST(RequestGuard, LetsInThisMachineOnly) {
   }));
 }
 
+TEST(ReadOrigin, IsWhatABrowserSendsOrNothing) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"https://shop.test:3000", "https://shop.test:3000"},
+      {"HTTPS://Shop.test/", "https://shop.test"},
+      {"https://shop.test:443", "https://shop.test"},
+      {"http://shop.test:80/", "http://shop.test"},
+      {"http://shop.test:443", "http://shop.test:443"},
+      {"http://[2001:DB8::1]:80", "http://[2001:db8::1]"},
+      {"app://shop", "app://shop"},
+      {"foo", ""},
+      {"shop.test:3000", ""},
+      {"https://", ""},
+      {"https:///", ""},
+      {"https://shop.test/cart", ""},
+      {"https://shop.test//", ""},
+      {"https://shop.test:x", ""},
+      {"https://shop.test:", ""},
+      {"https://*.test", ""},
+      {"https://a@shop.test", ""},
+      {"https://\xC3\xA4.test", ""}};
+  for (const auto& [text, origin] : cases) EXPECT_EQ(ReadOrigin(text).value_or(""), origin) << text;
+}
+
 TEST(ProblemResponse, IsJsonForAnyDetail) {
   const HttpResponse response = ProblemResponse(404, "no \"x\xC3\"\n");
   EXPECT_EQ(response.body,
