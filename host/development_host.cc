@@ -76,7 +76,8 @@ DevelopmentHost::DevelopmentHost(HostOptions options, HostLog* log)
                 ClockControls(&clockDriver_), TimelineControls(&traffic_, &timelineStream_),
                 ConsoleControls(), DocsControls(), ExplainControls(&sessions_),
                 ScenarioControls(&scenarios_, &sessions_), AuditControls(&auditor_)},
-               &sessions_),
+               &sessions_,
+               [this](std::string_view operationId) { stream_.NoteControl(operationId); }),
       siblings_(options_.assetFolder, &sessions_),
       guard_(options_.address, options_.allowedOrigins),
       router_(&scheduler_, &sessions_, &control_, &siblings_, &traffic_, log) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/controls/with_session.h"
+#include "host/http/entity_tag.h"
 #include "host/http/http_responses.h"
 #include "host/json/json.h"
 #include "host/openapi/control_request.h"
@@ -49,8 +50,9 @@ std::string TypesOf(const ControlDescription& control) {
 
 }  // namespace
 
-HostControl::HostControl(const std::vector<ControlGroup>& groups, SessionManager* sessions)
-    : sessions_(sessions) {
+HostControl::HostControl(const std::vector<ControlGroup>& groups, SessionManager* sessions,
+                         Listener changed)
+    : sessions_(sessions), changed_(std::move(changed)) {
   for (const ControlGroup& group : groups) {
     for (const HostControlRow& row : group) rows_.emplace(row.operationId, row);
   }
@@ -83,8 +85,11 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
     return ProblemResponse(400, *fault);
   }
   if (const auto fault = QueryFault(found, target)) return ProblemResponse(400, *fault);
-  return rows_.contains(found.control->operationId) ? CallOwn(request, std::move(found))
-                                                    : AskWorld(request);
+  const std::string_view operationId = found.control->operationId;
+  HttpResponse response =
+      rows_.contains(operationId) ? CallOwn(request, std::move(found)) : AskWorld(request);
+  if (!OnlyReads(request.method) && response.status < 400) changed_(operationId);
+  return response;
 }
 
 HttpResponse HostControl::CallOwn(const HttpRequest& request, FoundControl found) {

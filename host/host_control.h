@@ -17,8 +17,11 @@ namespace Kest::Host {
 
 class HostControl {
  public:
+  // Learns of each control that has changed something, by its operation id.
+  using Listener = std::function<void(std::string_view operationId)>;
+
   // `sessions` outlives the control. Every row has a description.
-  HostControl(const std::vector<ControlGroup>& groups, SessionManager* sessions);
+  HostControl(const std::vector<ControlGroup>& groups, SessionManager* sessions, Listener changed);
 
   // [any thread] Whether a request of that path is the control's: the index, and all below
   // "/_host".
@@ -36,6 +39,7 @@ class HostControl {
 
   std::map<std::string_view, HostControlRow> rows_;  // by operation id
   SessionManager* const sessions_;
+  const Listener changed_;
 };
 
 }  // namespace Kest::Host

@@ -5,7 +5,7 @@ import { nextTheme, theme } from "./theme";
 import { connection, retryNow } from "./state/stream";
 import { clock, shownTime } from "./state/clock";
 import { waiting } from "./state/crafts";
-import { held, rules } from "./state/faults";
+import { faults, held, rulesOf } from "./state/faults";
 import { world } from "./state/world";
 import { useAction } from "./ui/action";
 import { Badge, Button } from "./ui/controls";
@@ -44,7 +44,7 @@ export function TopBar() {
             {state.phase && <Badge>{state.phase}</Badge>}
           </>
         )}
-        {rules.value.length > 0 && (
+        {rulesOf(faults.value).length > 0 && (
           <a class="badge warn" href={addressOf("world")}>
             Faults on
           </a>

@@ -1,6 +1,7 @@
 #include "host/controls/event_controls.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "host/http/http_responses.h"
@@ -13,14 +14,19 @@ constexpr size_t kStreamPieceBytes = size_t{64} * 1024;
 // One reader's position in the events. The events themselves stay in the stream.
 class EventReader : public HttpStream {
  public:
-  EventReader(const EventStream* stream, uint64_t position)
-      : stream_(stream), position_(position) {}
+  // `controls`: how many controls were noted before; nothing when it is not to learn of them.
+  EventReader(const EventStream* stream, uint64_t position, std::optional<uint64_t> controls)
+      : stream_(stream), position_(position), controls_(controls) {}
 
-  std::string Next() override { return stream_->Read(&position_, kStreamPieceBytes); }
+  std::string Next() override {
+    std::string text = stream_->Read(&position_, kStreamPieceBytes);
+    return text.empty() && controls_ ? stream_->ReadControls(&*controls_) : text;
+  }
 
  private:
   const EventStream* const stream_;
   uint64_t position_;
+  std::optional<uint64_t> controls_;
 };
 
 }  // namespace
@@ -34,8 +40,14 @@ HttpResponse FollowStream(const EventStream* stream, const HostCall& call) {
     if (!number) return ProblemResponse(400, "The last event id must be a number.");
     position = *number;
   }
+  const std::string controls = call.target.Parameter("controls").value_or("false");
+  if (controls != "true" && controls != "false") {
+    return ProblemResponse(400, "controls must be true or false.");
+  }
+  std::optional<uint64_t> noted;
+  if (controls == "true") noted = stream->ControlCount();
   HttpResponse response;
-  response.stream = std::make_unique<EventReader>(stream, position);
+  response.stream = std::make_unique<EventReader>(stream, position, noted);
   return response;
 }
 

@@ -165,6 +165,7 @@ FaultRule ReadFaultRule(FieldReader& fields) {
   const bool isOnce = fields.Find("nth") != nullptr;
   rule.times = fields.IntegerOr("times", isOnce ? 1 : FaultRule::kAlways, 1, FaultRule::kMostTimes);
   rule.probability = fields.NumberOr("probability", 1, 0, 1);
+  fields.UnsignedOr("id", 0);
   fields.UnsignedOr("matched", 0);
   fields.UnsignedOr("applied", 0);
   return rule;
@@ -190,6 +191,7 @@ Json FaultRuleJson(const FaultRule& rule) {
   }
   if (fault.action == FaultAction::kRefuse) json["status"] = fault.statusWord;
   if (fault.action == FaultAction::kGarble) json["payload"] = fault.payload;
+  json["id"] = rule.id;
   json["matched"] = rule.matched;
   json["applied"] = rule.applied;
   return json;

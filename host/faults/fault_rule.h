@@ -46,6 +46,7 @@ struct FaultRule {
   static constexpr int64_t kAlways = std::numeric_limits<int64_t>::max();
   static constexpr int64_t kMostTimes = 1'000'000;
 
+  uint64_t id = 0;  // among the rules of a run; FaultRules gives it
   FaultTarget target = FaultTarget::kService;
   std::string pattern;      // "*" matches any part
   int64_t nth = 1;          // the first matching call that it is for
@@ -64,7 +65,7 @@ struct FaultRule {
 // The longest delay, in milliseconds.
 inline constexpr int64_t kLongestDelay = 600'000;
 
-// Reads a rule as FaultRuleJson writes it; counts in it are ignored. The caller finishes the
+// Reads a rule as FaultRuleJson writes it; its id and counts are ignored. The caller finishes the
 // reader.
 FaultRule ReadFaultRule(FieldReader& fields);
 Json FaultRuleJson(const FaultRule& rule);

@@ -6,13 +6,22 @@ namespace Kest::Host {
 
 void FaultRules::Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed, bool keeps) {
   rules_ = std::move(rules);
+  for (FaultRule& rule : rules_) rule.id = ++lastId_;
   seed_ = seed.value_or(usualSeed_);
   random_ = SeededRandom(seed_);
   keeps_ = keeps;
 }
 
+bool FaultRules::Add(FaultRule rule) {
+  if (rules_.size() >= kMostRules) return false;
+  rule.id = ++lastId_;
+  rules_.push_back(std::move(rule));
+  return true;
+}
+
 void FaultRules::PutFirst(FaultRule rule) {
   Remove(rule.target, rule.pattern);
+  rule.id = ++lastId_;
   rules_.insert(rules_.begin(), std::move(rule));
 }
 
@@ -20,6 +29,10 @@ void FaultRules::Remove(FaultTarget target, std::string_view pattern) {
   std::erase_if(rules_, [&](const FaultRule& rule) {
     return rule.target == target && rule.pattern == pattern;
   });
+}
+
+bool FaultRules::Remove(uint64_t id) {
+  return std::erase_if(rules_, [id](const FaultRule& rule) { return rule.id == id; }) > 0;
 }
 
 std::optional<CallFault> FaultRules::Next(FaultTarget target, std::string_view name) {

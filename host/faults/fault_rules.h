@@ -30,9 +30,14 @@ class FaultRules {
   // to be set again when the world begins again.
   void Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed, bool keeps);
   void Clear() { Set({}, std::nullopt, false); }
+  // The others keep their counts and random numbers.
+  // Puts a rule after the others. False: there are as many as there may be.
+  bool Add(FaultRule rule);
   // Puts a rule before the others, in place of those of the same target and pattern.
   void PutFirst(FaultRule rule);
   void Remove(FaultTarget target, std::string_view pattern);
+  // False: no rule has that id.
+  bool Remove(uint64_t id);
 
   // `listener` learns of each fault when it is applied: the name, and the word of the action.
   using Listener = std::function<void(std::string_view name, std::string_view action)>;
@@ -52,6 +57,7 @@ class FaultRules {
   uint64_t seed_;
   SeededRandom random_;
   std::vector<FaultRule> rules_;
+  uint64_t lastId_ = 0;
   bool keeps_ = false;
   Listener listener_;
 };

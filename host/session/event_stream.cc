@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/json/json.h"
 #include "host/json/json_text.h"
 
 namespace Kest::Host {
@@ -82,6 +83,34 @@ std::string EventStream::Read(uint64_t* position, size_t atMost) const {
     text.append(frame);
   }
   return text;
+}
+
+void EventStream::NoteControl(std::string_view operationId) {
+  {
+    const MutexLock lock(mutex_);
+    auto place = controls_.find(operationId);
+    if (place == controls_.end()) place = controls_.emplace(operationId, 0).first;
+    place->second = ++controlCount_;
+  }
+  if (listener_) listener_();
+}
+
+std::string EventStream::ReadControls(uint64_t* seen) const {
+  const MutexLock lock(mutex_);
+  if (*seen == controlCount_) return {};
+  Json ids = Json::array();
+  for (const auto& [operationId, count] : controls_) {
+    if (count > *seen) ids.push_back(operationId);
+  }
+  *seen = controlCount_;
+  std::string text = "event: control\ndata: ";
+  text.append(WriteJson(Json{{"operationIds", std::move(ids)}})).append(kFrameEnd);
+  return text;
+}
+
+uint64_t EventStream::ControlCount() const {
+  const MutexLock lock(mutex_);
+  return controlCount_;
 }
 
 std::optional<PublishedEvent> EventStream::Find(uint64_t* position, std::string_view uri) const {

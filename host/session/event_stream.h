@@ -5,12 +5,14 @@
 // Threads: any.
 // Format:  server-sent events: "id: 7", "event: resource", "data: {uri, eventType, data}", and
 //          "event: reset" with "data: {}".
+// Growth:   what is noted of controls grows with the number of controls alone.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,6 +54,15 @@ class EventStream {
   // stream never gave (from before a restart) gives a gap event and then all that is held.
   std::string Read(uint64_t* position, size_t atMost) const;
 
+  // A control has changed something. Readers who ask for it learn of it while they read; it has no
+  // id and is not held.
+  void NoteControl(std::string_view operationId);
+  // The event "control" with the operation ids noted since `*seen`, each once; moves `*seen`.
+  // Empty: there is none.
+  std::string ReadControls(uint64_t* seen) const;
+  // How many were noted.
+  uint64_t ControlCount() const;
+
   // The oldest event "resource" after `*position`, of `uri` unless that is empty; moves `*position`
   // to it, or to the newest event when there is none.
   // REQUIRES: `*position` is at least the one before the oldest that is held.
@@ -59,8 +70,8 @@ class EventStream {
 
   Range Held() const;
 
-  // `listener` is called after each Append, on its thread; it must not call the stream. Set it
-  // before the first Append.
+  // `listener` is called after each Append and NoteControl, on its thread; it must not call the
+  // stream. Set it before the first Append.
   void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
  private:
@@ -70,6 +81,9 @@ class EventStream {
   std::deque<std::string> frames_ KEST_GUARDED_BY(mutex_);  // the last has id last_
   size_t bytes_ KEST_GUARDED_BY(mutex_) = 0;
   uint64_t last_ KEST_GUARDED_BY(mutex_) = 0;
+  // By operation id: the count when it was noted last.
+  std::map<std::string, uint64_t, std::less<>> controls_ KEST_GUARDED_BY(mutex_);
+  uint64_t controlCount_ KEST_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace Kest::Host

@@ -64,5 +64,16 @@ TEST(EventStream, ReadsInPiecesWithoutLosingAny) {
   EXPECT_EQ(inPieces, stream.Read(&again, kPlenty));
 }
 
+TEST(EventStream, NamesEachControlOnceToThoseWhoReadNow) {
+  EventStream stream;
+  stream.NoteControl("SetClock");
+  uint64_t seen = stream.ControlCount();
+  for (const char* id : {"SetFaults", "AddFault", "SetFaults"}) stream.NoteControl(id);
+  EXPECT_EQ(stream.ReadControls(&seen),
+            "event: control\ndata: {\"operationIds\":[\"AddFault\",\"SetFaults\"]}\n\n");
+  EXPECT_EQ(stream.ReadControls(&seen), "");
+  EXPECT_EQ(stream.Held().last, 0u) << "they have no ids";
+}
+
 }  // namespace
 }  // namespace Kest::Host

@@ -62,6 +62,25 @@ TEST(FaultRules, TheFirstRuleWhoseTurnItIsDecides) {
   EXPECT_EQ(shown[2]["applied"], 3);
 }
 
+TEST(FaultRules, ARuleComesAndGoesWithoutAChangeOfTheOthers) {
+  FaultRule once = Delay(1, 1);
+  once.times = 1;
+  FaultRules rules(1);
+  rules.Set({once}, 7, true);
+  rules.Next(FaultTarget::kService, "call");
+  const Json before = rules.ToJson();
+  ASSERT_TRUE(rules.Add(Delay(2, 2)));
+  EXPECT_EQ(rules.Next(FaultTarget::kService, "call")->delay, 2) << "the first is used up";
+  const auto id = rules.ToJson()["rules"][1]["id"].get<uint64_t>();
+  EXPECT_TRUE(rules.Remove(id));
+  EXPECT_FALSE(rules.Remove(id));
+  Json expected = before;
+  expected["rules"][0]["matched"] = 2;
+  EXPECT_EQ(rules.ToJson(), expected);
+  while (rules.ToJson()["rules"].size() < FaultRules::kMostRules) rules.Add(Delay(1, 1));
+  EXPECT_FALSE(rules.Add(Delay(1, 1)));
+}
+
 TEST(FaultRules, ChanceIsWhatTheSeedMakesOfTheProbability) {
   FaultRule chance = Delay(10, 14);
   chance.probability = 0.25;

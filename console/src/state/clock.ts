@@ -2,7 +2,7 @@
 import { signal } from "@preact/signals";
 import { call } from "../api/client";
 import type { Schemas } from "../api/types";
-import { connection, connections } from "./stream";
+import { connection, connections, controls } from "./stream";
 
 export type Clock = Schemas["HostClock"];
 export const clock = signal<Clock | undefined>(undefined);
@@ -32,6 +32,7 @@ async function read(): Promise<void> {
 
 export function startClock(): void {
   connections.subscribe((count) => void (count > 0 && read()));
+  controls.subscribe((count) => void (count > 0 && read()));
   setInterval(show, 1000);
   setInterval(() => void (!document.hidden && connection.value === "live" && read()), 5000);
 }

@@ -1,6 +1,8 @@
 // The host's live events. The connection comes back by itself and goes on after the last event that was seen; it rests
 // while the page is hidden, because a browser has few connections for all its pages.
 import { signal } from "@preact/signals";
+import { targetOf } from "../api/client";
+import type { Schemas } from "../api/types";
 
 export type StreamEvent =
   | { kind: "resource"; id: number; uri: string; type: string; text: string }
@@ -11,6 +13,8 @@ export type ConnectionState = "connecting" | "live" | "lost";
 export const connection = signal<ConnectionState>("connecting");
 // Counts connections: what was read before may have changed meanwhile.
 export const connections = signal(0);
+// Counts what the host's controls have changed for any client; what comes close together counts once.
+export const controls = signal(0);
 
 type Listener = (event: StreamEvent) => void;
 const listeners = new Set<Listener>();
@@ -45,10 +49,21 @@ function deliver(event: StreamEvent | undefined): void {
   for (const listener of listeners) listener(event);
 }
 
+const controlPause = 150;
+let controlTimer: ReturnType<typeof setTimeout> | undefined;
+
+function noteControls({ operationIds }: Schemas["ControlEvent"]): void {
+  if (operationIds.every((id) => id.startsWith("Await"))) return;
+  controlTimer ??= setTimeout(() => {
+    controlTimer = undefined;
+    controls.value++;
+  }, controlPause);
+}
+
 function open(): void {
   clearTimeout(timer);
   source?.close();
-  const opened = new EventSource(lastId === undefined ? "/_host/events" : `/_host/events?lastEventId=${lastId}`);
+  const opened = new EventSource(targetOf("/_host/events", { query: { controls: true, lastEventId: lastId } }));
   source = opened;
   opened.onopen = () => {
     retry = 0;
@@ -65,6 +80,7 @@ function open(): void {
     opened.addEventListener(name, (message: MessageEvent<string>) =>
       deliver(read(Number(message.lastEventId), message.data)),
     );
+  opened.addEventListener("control", (message: MessageEvent<string>) => noteControls(JSON.parse(message.data) as Schemas["ControlEvent"]));
   on("resource", readResourceEvent);
   on("reset", (id) => ({ kind: "reset", id }));
   on("gap", (id, data) => ({ kind: "gap", id, restarted: (JSON.parse(data) as { restarted: boolean }).restarted }));

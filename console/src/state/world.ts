@@ -2,7 +2,7 @@
 import { signal } from "@preact/signals";
 import { call } from "../api/client";
 import type { Result } from "../api/types";
-import { connection, connections, onEvent } from "./stream";
+import { connection, connections, controls, onEvent } from "./stream";
 
 export type World = Result<"/_host/state", "get">;
 export const world = signal<World | undefined>(undefined);
@@ -29,6 +29,7 @@ export function refreshWorld(): void {
 
 export function startWorld(): void {
   onEvent(refreshWorld);
+  controls.subscribe((count) => void (count > 0 && refreshWorld()));
   connections.subscribe((count) => void (count > 0 && refreshWorld()));
   setInterval(() => {
     if (!document.hidden && connection.value === "live") void read();

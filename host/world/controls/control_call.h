@@ -41,6 +41,8 @@ ControlResult ResetToken(Platform& platform, const ControlCall& call);
 // controls_faults.cc: fault rules, and held calls.
 ControlResult ShowFaults(Platform& platform, const ControlCall& call);
 ControlResult SetFaults(Platform& platform, const ControlCall& call);
+ControlResult AddFault(Platform& platform, const ControlCall& call);
+ControlResult RemoveFault(Platform& platform, const ControlCall& call);
 ControlResult RemoveFaults(Platform& platform, const ControlCall& call);
 ControlResult ShowHeld(Platform& platform, const ControlCall& call);
 ControlResult EndHeld(Platform& platform, const ControlCall& call);

@@ -34,6 +34,8 @@ constexpr ControlRow kControls[] = {
     {"ResetToken", ResetToken},
     {"GetFaults", ShowFaults},
     {"SetFaults", SetFaults},
+    {"AddFault", AddFault},
+    {"RemoveFault", RemoveFault},
     {"RemoveFaults", RemoveFaults},
     {"GetHeldCalls", ShowHeld},
     {"EndHeldCall", EndHeld},

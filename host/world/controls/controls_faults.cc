@@ -68,6 +68,23 @@ ControlResult SetFaults(Platform& platform, const ControlCall& call) {
   return platform.faults.ToJson();
 }
 
+ControlResult AddFault(Platform& platform, const ControlCall& call) {
+  FieldReader fields(call.body);
+  FaultRule rule = ReadFaultRule(fields);
+  if (!fields.Finish()) return fields.failure();
+  if (!platform.faults.Add(std::move(rule))) {
+    return Failure{"there are " + std::to_string(FaultRules::kMostRules) + " rules already", 409};
+  }
+  return platform.faults.ToJson();
+}
+
+ControlResult RemoveFault(Platform& platform, const ControlCall& call) {
+  const std::string& id = call.path.at("id");
+  const auto number = ParseNumber(id);
+  if (!number || !platform.faults.Remove(*number)) return Failure{"no rule has the id " + id, 404};
+  return platform.faults.ToJson();
+}
+
 ControlResult RemoveFaults(Platform& platform, const ControlCall&) {
   platform.faults.Clear();
   return platform.faults.ToJson();

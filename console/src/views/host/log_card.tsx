@@ -2,7 +2,7 @@
 import { useSignal } from "@preact/signals";
 import { useEffect, useRef } from "preact/hooks";
 import { call } from "../../api/client";
-import { connections } from "../../state/stream";
+import { connections, controls } from "../../state/stream";
 import { useAction } from "../../ui/action";
 import { Card, CopyButton, Field, SearchField, Select } from "../../ui/controls";
 
@@ -17,7 +17,7 @@ type Level = (typeof levels)[number][0];
 
 function LevelField() {
   const level = useSignal<Level>("warning");
-  const connection = connections.value;
+  const connection = `${connections.value} ${controls.value}`;
   useEffect(() => void call("get", "/_host/log/level").then((value) => (level.value = value.level), () => undefined), [connection]);
   const set = useAction(async (next: Level) => {
     level.value = (await call("put", "/_host/log/level", { body: { level: next } })).level;

@@ -4,6 +4,7 @@ import { call } from "../../api/client";
 import type { Schemas } from "../../api/types";
 import { outcome } from "../../state/crafts";
 import { lootText } from "../../state/names";
+import { controls } from "../../state/stream";
 import { useAction } from "../../ui/action";
 import { Badge, Button } from "../../ui/controls";
 import { useFetched } from "../../ui/fetched";
@@ -60,7 +61,7 @@ export function NextResult({ recipe }: { recipe: string }) {
   const odds = useFetched(() => call("get", "/_host/odds/{recipe}", { path: { recipe }, query: { trials } }), recipe);
   const prepared = useFetched(
     () => call("get", "/_host/next-result"),
-    `${chosen.value.length === 0} ${outcome.value?.id ?? 0}`,
+    `${controls.value} ${outcome.value?.id ?? 0}`,
   );
   const forget = useAction(async () => {
     await call("delete", "/_host/next-result");

@@ -68,7 +68,11 @@ export const patternOf = (rule: Rule) => rule.service ?? rule.sibling ?? rule.pu
 
 export function textOf(rule: Rule): string {
   const action = actions.find(({ key }) => key === rule.action)?.text ?? rule.action ?? "is slow";
-  const detail = rule.error ?? rule.status ?? (rule.delay === undefined ? "" : `${JSON.stringify(rule.delay)} ms`);
+  const { delay } = rule;
+  const time = delay === undefined ? "" : typeof delay === "object" ? `${delay.from} to ${delay.to} ms` : `${delay} ms`;
+  const details = [rule.error ?? rule.status ?? "", time].filter((text) => text !== "").join(", ");
+  const chance = rule.probability === undefined || rule.probability === 1 ? "" : `, ${Number((100 * rule.probability).toPrecision(3))} % of them`;
+  const first = rule.nth === undefined || rule.nth === 1 ? "" : `, from call ${rule.nth} on`;
   const often = rule.times === undefined ? "" : `, ${rule.times} times`;
-  return `${action}${detail === "" ? "" : `: ${detail}`}${often}`;
+  return `${action}${details === "" ? "" : `: ${details}`}${first}${chance}${often}`;
 }

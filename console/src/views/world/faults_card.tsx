@@ -1,16 +1,20 @@
 // What goes wrong between the plugin, the platform, the siblings and the event stream: rules, in order.
 import { useSignal } from "@preact/signals";
-import { rules, setRules, type Rule } from "../../state/faults";
+import { useEffect } from "preact/hooks";
+import { addRule, faults, readFaults, removeRule, removeRules, rulesOf, type Faults, type Rule } from "../../state/faults";
 import { useAction } from "../../ui/action";
 import { Badge, Button, Card, Field, Select } from "../../ui/controls";
 import { actionsFor, patternOf, patterns, ruleOf, targets, textOf, type Choice, type Target } from "./fault_rules";
 
-function RuleRow({ rule, place }: { rule: Rule; place: number }) {
-  const remove = useAction(() => setRules(rules.peek().filter((_, index) => index !== place)));
+const period = 2000;
+
+function RuleRow({ rule }: { rule: Rule }) {
+  const remove = useAction(() => removeRule(rule.id ?? 0));
+  const isUsedUp = (rule.applied ?? 0) >= (rule.times ?? Infinity);
   return (
     <li>
       <span>
-        <code>{patternOf(rule)}</code> {textOf(rule)} <Badge>{rule.applied ?? 0} so far</Badge>
+        <code>{patternOf(rule)}</code> {textOf(rule)} <Badge kind={isUsedUp ? "quiet" : ""}>{isUsedUp ? "used up" : `${rule.applied ?? 0} so far`}</Badge>
       </span>
       <Button icon="close" kind="plain" label={`Remove the rule for ${patternOf(rule)}`} isRunning={remove.isRunning} onClick={() => void remove.run()} />
     </li>
@@ -57,28 +61,42 @@ function Form({ choice, onChange }: { choice: Choice; onChange: (next: Partial<C
   );
 }
 
+// What goes with all of the rules.
+function Together({ known }: { known: Faults }) {
+  if (known.rules.length === 0) return null;
+  return <p class="quiet">{`${known.keep ? "Kept over a reset" : "Until the next reset"} · seed ${known.seed}`}</p>;
+}
+
 export function FaultsCard() {
   const choice = useSignal(start("service"));
-  const add = useAction(() => setRules([...rules.peek(), ruleOf(choice.value)]));
-  const clear = useAction(() => setRules([]));
+  const add = useAction(() => addRule(ruleOf(choice.value)));
+  const clear = useAction(removeRules);
+  useEffect(() => {
+    const read = () => void (document.hidden || readFaults());
+    read();
+    const timer = setInterval(read, period);
+    return () => clearInterval(timer);
+  }, []);
+  const rules = rulesOf(faults.value);
   return (
-    <Card title="Faults" actions={<Badge kind={rules.value.length > 0 ? "warn" : ""}>{rules.value.length > 0 ? "Faults on" : "No faults"}</Badge>}>
+    <Card title="Faults" actions={<Badge kind={rules.length > 0 ? "warn" : ""}>{rules.length > 0 ? "Faults on" : "No faults"}</Badge>}>
       <Form choice={choice.value} onChange={(next) => (choice.value = { ...choice.value, ...next })} />
       <div class="row">
         <Button kind="main" isRunning={add.isRunning} onClick={() => void add.run()}>
           Add the rule
         </Button>
-        {rules.value.length > 0 && (
+        {rules.length > 0 && (
           <Button isRunning={clear.isRunning} onClick={() => void clear.run()}>
             Remove all
           </Button>
         )}
       </div>
       <ul class="lines actions">
-        {rules.value.map((rule, place) => (
-          <RuleRow key={place} rule={rule} place={place} />
+        {rules.map((rule) => (
+          <RuleRow key={rule.id} rule={rule} />
         ))}
       </ul>
+      {faults.value && <Together known={faults.value} />}
     </Card>
   );
 }
