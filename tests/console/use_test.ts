@@ -187,6 +187,58 @@ onPage("what a sibling holds and what is published go wrong by rules", "#/world"
   await page.getByRole("banner").getByText("Faults on").waitFor({ state: "detached" });
 });
 
+onPage("fault rules of another program are seen, and stay as they are when one comes and goes", "#/world", async (page) => {
+  const card = page.getByRole("region", { name: "Faults" });
+  await card.waitFor();
+  await host.call("PUT", "/_host/faults", { keep: true, seed: 11, rules: [{ published: "/tav-loot/v1/enabled", action: "drop", times: 1 }] });
+  await card.getByText("Kept over a reset · seed 11").waitFor();
+  await host.call("PUT", "/_host/configuration/Enabled", false);
+  await card.getByText("used up").waitFor();
+  const before = await host.call("GET", "/_host/faults");
+  await page.getByRole("button", { name: "Add the rule" }).click();
+  await page.getByRole("button", { name: "Remove the rule for craftPlayerLootWithRefId" }).click();
+  await card.getByText("craftPlayerLootWithRefId").waitFor({ state: "detached" });
+  assert.deepEqual(await host.call("GET", "/_host/faults"), before);
+  await host.call("DELETE", "/_host/faults");
+  await card.getByText("No faults").waitFor();
+  await reset();
+});
+
+onPage("snapshots and scenarios of another program are listed", "#/world", async (page) => {
+  const restore = page.getByRole("button", { name: "Restore elsewhere" });
+  await page.getByRole("button", { name: "Start the scenario empty" }).waitFor();
+  await host.call("PUT", "/_host/snapshots/elsewhere");
+  await restore.waitFor();
+  await host.call("DELETE", "/_host/snapshots/elsewhere");
+  await restore.waitFor({ state: "detached" });
+  const current = page.getByRole("region", { name: "Scenarios" }).getByRole("listitem").filter({ hasText: "current" });
+  await host.call("POST", "/_host/scenario/empty");
+  await current.filter({ hasText: "empty" }).waitFor();
+  await host.call("POST", "/_host/scenario/sample");
+  await current.filter({ hasText: "sample" }).waitFor();
+});
+
+onPage("an open console changes nothing of a reset", "#/inventory?item=CHEST_harbour", async (page) => {
+  type Row = { kind: string; name: string; status?: string };
+  const afterReset = async () => {
+    await reset();
+    const { rows } = (await host.call("GET", "/_host/timeline?limit=1000")) as { rows: Row[] };
+    const start = rows.findLastIndex(({ kind, name }) => kind === "session" && name === "start");
+    return rows.slice(start).flatMap(({ kind, name, status }) => (/^(service|event)/.test(kind) ? [`${kind} ${name} ${status ?? ""}`] : []));
+  };
+  const address = page.url();
+  const apart = new URL("/_host/console/icon.svg", address).href;
+  await page.goto(apart);
+  const alone = await afterReset();
+  for (const view of [address, address.replace(/#.*/, "#/host"), address.replace(/#.*/, "#/world")]) {
+    await page.goto(apart);
+    const read = page.waitForResponse(/player-loot-map$/);
+    await page.goto(view);
+    await (await read).finished();
+    for (let turn = 0; turn < 4; turn++) assert.deepEqual(await afterReset(), alone, view);
+  }
+});
+
 onPage("the plugin logs more when it is asked to", "#/host", async (page) => {
   const level = page.getByRole("combobox", { name: "The plugin logs" });
   await level.selectOption("okay");

@@ -1,14 +1,18 @@
-// The items as the plugin publishes them: read once, then kept by the events of single items.
+// The items as the plugin publishes them: read once, then kept by the events of single items. A plugin that has retrieved
+// nothing yet would do so for the first who reads, so that an open console would change what happens: it waits until the
+// plugin publishes by itself, or until a person asks to read.
 import { signal } from "@preact/signals";
 import { call } from "../api/client";
-import type { PlayerLoot } from "../api/types";
+import type { PlayerLoot, Result } from "../api/types";
 import { connections, dataOf, onEvent, type StreamEvent } from "./stream";
 
 const itemPath = "/tav-loot/v1/player-loot/";
-const mapPath = "/tav-loot/v2/player-loot-map";
+// Published with each change of the inventory.
+export const mapPath = "/tav-loot/v2/player-loot-map";
 
-export type LoadState = "loading" | "loaded" | "failed";
-export const loadState = signal<LoadState>("loading");
+type ItemMap = Result<typeof mapPath, "get">;
+export type LoadState = "waiting" | "loading" | "loaded" | "failed";
+export const loadState = signal<LoadState>("waiting");
 export const loadFailure = signal("");
 // Grows with each change that is to be drawn.
 export const inventoryVersion = signal(0);
@@ -63,7 +67,7 @@ function apply(event: StreamEvent): void {
 function onResource(event: StreamEvent & { kind: "resource" }): void {
   const version = event.uri === mapPath ? Number(/"version":(\d+)/.exec(event.text.slice(0, 200))?.[1] ?? 0) : 0;
   if (version) publishedVersion.value = version;
-  if (loadState.value === "failed" && itemIdOf(event.uri) !== undefined) void load();
+  if (version && (loadState.value === "failed" || loadState.value === "waiting")) return take(dataOf(event) as ItemMap);
   if (!waiting) return apply(event);
   waiting.at(-1)?.changes.push(event);
   if (!version) return;
@@ -73,6 +77,16 @@ function onResource(event: StreamEvent & { kind: "resource" }): void {
 }
 
 let loads = 0;
+function take(map: ItemMap): void {
+  ++loads;
+  waiting = undefined;
+  items.clear();
+  for (const [id, item] of Object.entries(map.playerLoot)) items.set(id, item);
+  publishedVersion.value = Math.max(map.version, 0);
+  loadState.value = "loaded";
+  draw();
+}
+
 // Reads all items. The latest call counts.
 export async function load(): Promise<void> {
   const mine = ++loads;
@@ -81,31 +95,44 @@ export async function load(): Promise<void> {
   try {
     const map = await call("get", mapPath);
     if (mine !== loads) return;
-    items.clear();
-    for (const [id, item] of Object.entries(map.playerLoot)) items.set(id, item);
-    publishedVersion.value = Math.max(map.version, 0);
     const late = waiting.filter((batch) => batch.version > map.version);
-    waiting = undefined;
+    take(map);
     for (const batch of late) batch.changes.forEach(apply);
-    loadState.value = "loaded";
   } catch (failure) {
     if (mine !== loads) return;
     waiting = undefined;
     loadState.value = "failed";
     loadFailure.value = (failure as Error).message;
+    draw();
   }
+}
+
+function forget(): void {
+  ++loads;
+  waiting = undefined;
+  items.clear();
+  changedAt.clear();
+  loadState.value = "waiting";
   draw();
+}
+
+// Reads what the plugin holds, when it holds something.
+export async function loadHeld(): Promise<void> {
+  const mine = ++loads;
+  waiting = undefined;
+  loadState.value = "waiting";
+  // An older plugin explains nothing: it is read.
+  const retrieval = await call("get", "/_host/explain/retrieval").catch(() => undefined);
+  if (mine !== loads) return;
+  if (retrieval?.isPending) forget();
+  else await load();
 }
 
 export function startInventory(): void {
   onEvent((event) => {
     if (event.kind === "resource") return onResource(event);
-    if (event.kind === "reset") {
-      items.clear();
-      changedAt.clear();
-      loadState.value = "loading";
-    }
-    void load();
+    if (event.kind === "reset") forget();
+    void loadHeld();
   });
-  connections.subscribe((count) => void (count > 0 && load()));
+  connections.subscribe((count) => void (count > 0 && loadHeld()));
 }

@@ -1,10 +1,10 @@
 // Signing in and out.
 import { call } from "../api/client";
-import { load } from "./inventory";
+import { loadHeld } from "./inventory";
 
 export async function login(): Promise<string> {
   await call("post", "/_host/login");
-  await load();
+  await loadHeld();
   return "Signed in";
 }
 

@@ -1,34 +1,56 @@
 // The inventory: filters, the grid, and the panel of the selected item.
 import { useMemo } from "preact/hooks";
+import { call } from "../../api/client";
 import { change, route } from "../../route";
 import { inventoryVersion, items, load, loadFailure, loadState } from "../../state/inventory";
 import { login } from "../../state/player";
+import { controls } from "../../state/stream";
 import { world } from "../../state/world";
 import { useAction } from "../../ui/action";
 import { Button, Empty } from "../../ui/controls";
+import { useFetched } from "../../ui/fetched";
 import { readFilters, select } from "./filters";
 import { Grid } from "./grid";
 import { ItemPanel } from "./item_panel";
 import { Toolbar } from "./toolbar";
 
-function NothingHere({ isFiltered }: { isFiltered: boolean }) {
+function SignedOut() {
   const signIn = useAction(login);
+  return (
+    <Empty icon="person" title="No player is signed in">
+      <Button kind="main" icon="person" isRunning={signIn.isRunning} onClick={() => void signIn.run()}>
+        Sign in
+      </Button>
+    </Empty>
+  );
+}
+
+// The plugin retrieves by itself when it can: what it waits for is said, and reading makes it try.
+function NotRetrieved() {
+  const read = useAction(load);
+  const why = useFetched(() => call("get", "/_host/explain/retrieval"), controls.value);
+  return (
+    <Empty icon="grid" title="Waiting for the plugin to publish an inventory">
+      {why.value && <p>{why.value.reason}</p>}
+      <Button isRunning={read.isRunning} onClick={() => void read.run()}>
+        Read it now
+      </Button>
+    </Empty>
+  );
+}
+
+function NothingHere({ isFiltered }: { isFiltered: boolean }) {
   const again = useAction(load);
-  const isSignedOut = world.value !== undefined && world.value.session === null;
+  if (!isFiltered && world.value?.session === null) return <SignedOut />;
+  if (loadState.value === "waiting") return <NotRetrieved />;
   if (loadState.value === "loading") return <Empty icon="grid" title="Reading the inventory …" />;
   if (loadState.value === "failed") {
     return (
-      <Empty icon="warn" title={isSignedOut ? "No player is signed in" : "The inventory could not be read"}>
+      <Empty icon="warn" title="The inventory could not be read">
         <p>{loadFailure.value}</p>
-        {isSignedOut ? (
-          <Button kind="main" icon="person" isRunning={signIn.isRunning} onClick={() => void signIn.run()}>
-            Sign in
-          </Button>
-        ) : (
-          <Button isRunning={again.isRunning} onClick={() => void again.run()}>
-            Try again
-          </Button>
-        )}
+        <Button isRunning={again.isRunning} onClick={() => void again.run()}>
+          Try again
+        </Button>
       </Empty>
     );
   }

@@ -1,15 +1,15 @@
 // The worlds to begin with, and copies of the present one.
 import { useSignal } from "@preact/signals";
 import { call, send } from "../../api/client";
-import { load } from "../../state/inventory";
-import { connections } from "../../state/stream";
+import { loadHeld } from "../../state/inventory";
+import { connections, controls } from "../../state/stream";
 import { useAction } from "../../ui/action";
 import { Badge, Button, Card, Field } from "../../ui/controls";
 import { useFetched } from "../../ui/fetched";
 import { Icon } from "../../ui/icon";
 
 export function ScenarioCard() {
-  const list = useFetched(() => call("get", "/_host/scenarios"), connections.value);
+  const list = useFetched(() => call("get", "/_host/scenarios"), `${connections.value} ${controls.value}`);
   const choose = useAction(async (name: string) => {
     await call("post", "/_host/scenario/{name}", { path: { name } });
     list.again();
@@ -39,13 +39,13 @@ async function upload(file: File): Promise<string> {
   const type = file.name.endsWith(".json") ? "application/json" : "application/yaml";
   const reply = await send("PUT", "/_host/import", { body: await file.text(), type });
   if (reply.status >= 400) throw new Error((JSON.parse(reply.text) as { detail: string }).detail);
-  await load();
+  await loadHeld();
   return `The world is now that of ${file.name}`;
 }
 
 export function SnapshotCard() {
   const name = useSignal("before");
-  const list = useFetched(() => call("get", "/_host/snapshots"), connections.value);
+  const list = useFetched(() => call("get", "/_host/snapshots"), `${connections.value} ${controls.value}`);
   const act = useAction(async (work: () => Promise<unknown>, done: string) => {
     await work();
     list.again();
