@@ -2,6 +2,7 @@
 import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
 import { once } from "node:events";
+import { readFile } from "node:fs/promises";
 import { after, before, beforeEach, test } from "node:test";
 import { ApiFailure, LootHostFailure, startLootHost, type LootHost, type ResourceEvent } from "tav-loot-host";
 
@@ -100,6 +101,8 @@ for (const [why, options, message] of [
 }
 
 test("another machine", async () => {
+  const { os, cpu } = JSON.parse(await readFile("node_modules/tav-loot-host/package.json", "utf8"));
+  assert.deepEqual([os, cpu], [["linux"], ["x64"]]);
   const found = Object.getOwnPropertyDescriptor(process, "platform")!;
   Object.defineProperty(process, "platform", { value: "win32" });
   await assert.rejects(startLootHost(), (failure) => /for linux-x64, not for win32-/.test(String(failure)));
