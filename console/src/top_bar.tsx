@@ -2,6 +2,7 @@
 import { call } from "./api/client";
 import { addressOf } from "./route";
 import { nextTheme, theme } from "./theme";
+import { wantInventory } from "./state/inventory";
 import { connection, retryNow } from "./state/stream";
 import { clock, shownTime } from "./state/clock";
 import { waiting } from "./state/crafts";
@@ -26,6 +27,7 @@ function Connection() {
 
 export function TopBar() {
   const reset = useAction(async () => {
+    wantInventory();
     await call("post", "/_host/reset");
     return "World and plugin have started again";
   });

@@ -244,7 +244,9 @@ onPage("the plugin logs more when it is asked to", "#/host", async (page) => {
   await level.selectOption("okay");
   await host.call("POST", "/tav-loot/v1/refresh?force=true");
   await page.getByRole("log").getByText("  OKAY|").first().waitFor();
+  const set = page.waitForResponse((response) => response.request().method() === "PUT");
   await level.selectOption("warning");
+  await set;
   assert.deepEqual(await host.call("GET", "/_host/log/level"), { level: "warning" });
 });
 

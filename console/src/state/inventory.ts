@@ -1,6 +1,6 @@
 // The items as the plugin publishes them: read once, then kept by the events of single items. A plugin that has retrieved
 // nothing yet would do so for the first who reads, so that an open console would change what happens: it waits until the
-// plugin publishes by itself, or until a person asks to read.
+// plugin publishes by itself, or until a person asks to see the inventory.
 import { signal } from "@preact/signals";
 import { call } from "../api/client";
 import type { PlayerLoot, Result } from "../api/types";
@@ -77,8 +77,16 @@ function onResource(event: StreamEvent & { kind: "resource" }): void {
 }
 
 let loads = 0;
+// A person has opened the page, or asked for another world.
+let isWanted = true;
+
+export function wantInventory(): void {
+  isWanted = true;
+}
+
 function take(map: ItemMap): void {
   ++loads;
+  isWanted = false;
   waiting = undefined;
   items.clear();
   for (const [id, item] of Object.entries(map.playerLoot)) items.set(id, item);
@@ -90,6 +98,7 @@ function take(map: ItemMap): void {
 // Reads all items. The latest call counts.
 export async function load(): Promise<void> {
   const mine = ++loads;
+  isWanted = false;
   waiting = [{ version: Infinity, changes: [] }];
   if (loadState.value !== "loaded") loadState.value = "loading";
   try {
@@ -108,15 +117,20 @@ export async function load(): Promise<void> {
 }
 
 function forget(): void {
-  ++loads;
-  waiting = undefined;
   items.clear();
   changedAt.clear();
   loadState.value = "waiting";
   draw();
 }
 
-// Reads what the plugin holds, when it holds something.
+// Once the plugin has done what it does by itself; not when that waits for a held call or a frozen clock.
+const isIdle = () =>
+  call("post", "/_host/idle", { query: { timeoutMilliseconds: 5000 } }).then(
+    () => true,
+    () => false,
+  );
+
+// Reads what the plugin holds. When it holds nothing, only what a person wants is read.
 export async function loadHeld(): Promise<void> {
   const mine = ++loads;
   waiting = undefined;
@@ -124,8 +138,11 @@ export async function loadHeld(): Promise<void> {
   // An older plugin explains nothing: it is read.
   const retrieval = await call("get", "/_host/explain/retrieval").catch(() => undefined);
   if (mine !== loads) return;
-  if (retrieval?.isPending) forget();
-  else await load();
+  if (retrieval?.isPending) {
+    forget();
+    if (!isWanted || !(await isIdle()) || mine !== loads) return;
+  }
+  await load();
 }
 
 export function startInventory(): void {

@@ -1,9 +1,10 @@
 // Signing in and out.
 import { call } from "../api/client";
-import { loadHeld } from "./inventory";
+import { loadHeld, wantInventory } from "./inventory";
 
 export async function login(): Promise<string> {
   await call("post", "/_host/login");
+  wantInventory();
   await loadHeld();
   return "Signed in";
 }

@@ -1,7 +1,7 @@
 // The worlds to begin with, and copies of the present one.
 import { useSignal } from "@preact/signals";
 import { call, send } from "../../api/client";
-import { loadHeld } from "../../state/inventory";
+import { loadHeld, wantInventory } from "../../state/inventory";
 import { connections, controls } from "../../state/stream";
 import { useAction } from "../../ui/action";
 import { Badge, Button, Card, Field } from "../../ui/controls";
@@ -11,6 +11,7 @@ import { Icon } from "../../ui/icon";
 export function ScenarioCard() {
   const list = useFetched(() => call("get", "/_host/scenarios"), `${connections.value} ${controls.value}`);
   const choose = useAction(async (name: string) => {
+    wantInventory();
     await call("post", "/_host/scenario/{name}", { path: { name } });
     list.again();
     return `The scenario "${name}" has started`;
@@ -39,6 +40,7 @@ async function upload(file: File): Promise<string> {
   const type = file.name.endsWith(".json") ? "application/json" : "application/yaml";
   const reply = await send("PUT", "/_host/import", { body: await file.text(), type });
   if (reply.status >= 400) throw new Error((JSON.parse(reply.text) as { detail: string }).detail);
+  wantInventory();
   await loadHeld();
   return `The world is now that of ${file.name}`;
 }
@@ -52,6 +54,10 @@ export function SnapshotCard() {
     return done;
   });
   const bring = useAction(upload);
+  const restore = (of: string) => {
+    wantInventory();
+    return call("post", "/_host/snapshots/{name}/restore", path(of));
+  };
   const path = (of: string) => ({ path: { name: of } });
   return (
     <Card title="Snapshots">
@@ -77,9 +83,7 @@ export function SnapshotCard() {
               <Button
                 label={`Restore ${snapshot.name}`}
                 disabled={act.isRunning}
-                onClick={() =>
-                  void act.run(() => call("post", "/_host/snapshots/{name}/restore", path(snapshot.name)), `Restored "${snapshot.name}"`)
-                }
+                onClick={() => void act.run(() => restore(snapshot.name), `Restored "${snapshot.name}"`)}
               >
                 Restore
               </Button>
