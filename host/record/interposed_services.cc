@@ -50,7 +50,7 @@ struct InterposedServices::Entries {
 
   template <typename Result, typename Work>
   static Result Guarded(Self self, Result refused, Work work) noexcept {
-    auto& services = *reinterpret_cast<const OwnedTable*>(self)->services;
+    InterposedServices& services = OwnedServices<InterposedServices>::Of(self);
     try {
       const TurnScope turn(services.turn_);
       return work(services);
@@ -200,25 +200,8 @@ struct InterposedServices::Entries {
   }
 };
 
-InterposedServices::InterposedServices() : table_{} {
-  table_.services = this;
-  table_.entries = {sizeof(KestHostServices),
-                    Entries::Request,
-                    Entries::Subscribe,
-                    Entries::Unsubscribe,
-                    Entries::Publish,
-                    Entries::PostTask,
-                    Entries::WaitBegin,
-                    Entries::WaitEnd,
-                    Entries::Yield,
-                    Entries::Log,
-                    Entries::Telemetry,
-                    Entries::Identify,
-                    Entries::Now,
-                    Entries::CreateUuid,
-                    Entries::Cause,
-                    Entries::SetCause};
-}
+InterposedServices::InterposedServices()
+    : services_(OwnedServices<InterposedServices>::Make<Entries>(this)) {}
 
 std::unique_ptr<InterposedServices::Callback> InterposedServices::TakeOpen(uint64_t number) {
   auto found = open_.extract(number);

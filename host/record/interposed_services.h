@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "host/json/json.h"
+#include "host/library/owned_services.h"
 #include "host/record/turn.h"
 #include "plugin/host_interface.h"
 
@@ -49,7 +50,7 @@ class InterposedServices {
 
   InterposedServices();
 
-  const KestHostServices* Table() const { return &table_.entries; }
+  const KestHostServices* Table() const { return &services_.table; }
   Turn& GetTurn() { return turn_; }
   // The host that calls are forwarded to.
   void SetHost(const KestHostServices* host) { host_ = host; }
@@ -71,10 +72,6 @@ class InterposedServices {
   const KestHostServices* Host() const { return host_; }
 
  private:
-  struct OwnedTable {
-    KestHostServices entries;  // first: an entry finds its services by the table's address
-    InterposedServices* services;
-  };
   struct Entries;  // the functions of the table
 
   using OpenMap = std::map<uint64_t, std::unique_ptr<Callback>>;
@@ -85,7 +82,7 @@ class InterposedServices {
   bool Subscribe(KestText name, KestDelivery delivery, void* context);
   int32_t PostTask(KestText name, KestTask run, void* context);
 
-  OwnedTable table_;
+  OwnedServices<InterposedServices> services_;
   Turn turn_;
   const KestHostServices* host_ = nullptr;
   OpenMap open_;  // completions and tasks, by the number of their crossing

@@ -27,7 +27,7 @@ struct ServiceTable::Sent : SentRequest {
 // No exception leaves an entry: what runs out of memory counts as refused.
 struct ServiceTable::Entries {
   static ServiceTable& Of(const KestHostServices* self) {
-    return *reinterpret_cast<const OwnedTable*>(self)->services;
+    return OwnedServices<ServiceTable>::Of(self);
   }
 
   template <typename Result, typename Call>
@@ -124,30 +124,16 @@ struct ServiceTable::Entries {
 };
 
 ServiceTable::ServiceTable(Wiring wiring)
-    : wiring_(wiring), table_{}, subscriptions_(wiring.scheduler), uuids_(wiring.seed ^ kUuidSeed) {
+    : wiring_(wiring),
+      services_(OwnedServices<ServiceTable>::Make<Entries>(this)),
+      subscriptions_(wiring.scheduler),
+      uuids_(wiring.seed ^ kUuidSeed) {
   wiring.world->FollowFaults([traffic = wiring.traffic, observer = wiring.observer](
                                  std::string_view name, std::string_view action) {
     observer->OnFault(name);
     traffic->Rows().Add(
         {.kind = RowKind::kFault, .name = std::string(name), .status = std::string(action)});
   });
-  table_.services = this;
-  table_.entries = {sizeof(KestHostServices),
-                    Entries::Request,
-                    Entries::Subscribe,
-                    Entries::Unsubscribe,
-                    Entries::Publish,
-                    Entries::PostTask,
-                    Entries::WaitBegin,
-                    Entries::WaitEnd,
-                    Entries::Yield,
-                    Entries::Log,
-                    Entries::Telemetry,
-                    Entries::Identify,
-                    Entries::Now,
-                    Entries::CreateUuid,
-                    Entries::Cause,
-                    Entries::SetCause};
 }
 
 ServiceTable::~ServiceTable() {

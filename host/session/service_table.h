@@ -17,6 +17,7 @@
 
 #include "base/mutex.h"
 #include "host/clock/host_clock.h"
+#include "host/library/owned_services.h"
 #include "host/session/event_stream.h"
 #include "host/session/host_log.h"
 #include "host/session/plugin_subscriptions.h"
@@ -51,7 +52,7 @@ class ServiceTable {
   ServiceTable(const ServiceTable&) = delete;
   ServiceTable& operator=(const ServiceTable&) = delete;
 
-  const KestHostServices* Table() const { return &table_.entries; }
+  const KestHostServices* Table() const { return &services_.table; }
 
   // Passes on what the world has caused since the last call: resource events as tasks, service
   // events to their thread. `isControl`: what caused it was no call of the plugin.
@@ -66,10 +67,6 @@ class ServiceTable {
   const std::string& UserAgent() const { return userAgent_; }
 
  private:
-  struct OwnedTable {
-    KestHostServices entries;  // first: an entry finds its services by the table's address
-    ServiceTable* services;
-  };
   struct Entries;  // the functions of the table
   struct Sent;     // a request on its way
   struct Caller {  // who waits for a response
@@ -96,7 +93,7 @@ class ServiceTable {
   void FillUuid(uint8_t* uuid) KEST_EXCLUDES(uuidMutex_);
 
   const Wiring wiring_;
-  OwnedTable table_;
+  OwnedServices<ServiceTable> services_;
   PluginSubscriptions subscriptions_;
   std::string userAgent_;
   Mutex uuidMutex_;  // a leaf

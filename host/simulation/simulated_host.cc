@@ -36,7 +36,7 @@ struct SimulatedHost::Entries {
   template <typename Call>
   static auto AsHost(Self self, Call call) noexcept {
     const RunningCode code(RunningCode::Of::kHost);
-    return call(*reinterpret_cast<const OwnedTable*>(self)->host);
+    return call(OwnedServices<SimulatedHost>::Of(self));
   }
   // For entries whose call may be what a waiting task waited for.
   template <typename Call>
@@ -94,25 +94,11 @@ struct SimulatedHost::Entries {
 
 SimulatedHost::SimulatedHost(World* world, VirtualScheduler* scheduler, HostObserver* observer,
                              bool inOrder)
-    : world_(world), scheduler_(scheduler), observer_(observer), inOrder_(inOrder), table_{} {
-  table_.host = this;
-  table_.entries = {sizeof(KestHostServices),
-                    Entries::Request,
-                    Entries::Subscribe,
-                    Entries::Unsubscribe,
-                    Entries::Publish,
-                    Entries::PostTask,
-                    Entries::WaitBegin,
-                    Entries::WaitEnd,
-                    Entries::Yield,
-                    Entries::Log,
-                    Entries::Telemetry,
-                    Entries::Identify,
-                    Entries::Now,
-                    Entries::CreateUuid,
-                    nullptr,
-                    nullptr};
-}
+    : world_(world),
+      scheduler_(scheduler),
+      observer_(observer),
+      inOrder_(inOrder),
+      services_(OwnedServices<SimulatedHost>::Make<Entries>(this)) {}
 
 void SimulatedHost::Close() {
   ++generation_;

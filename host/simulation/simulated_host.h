@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "host/audit/response_ledger.h"
+#include "host/library/owned_services.h"
 #include "host/simulation/machine/virtual_scheduler.h"
 #include "host/world/world.h"
 #include "plugin/host_interface.h"
@@ -48,7 +49,7 @@ class SimulatedHost {
   SimulatedHost(const SimulatedHost&) = delete;
   SimulatedHost& operator=(const SimulatedHost&) = delete;
 
-  const KestHostServices* Table() const { return &table_.entries; }
+  const KestHostServices* Table() const { return &services_.table; }
 
   // Plays the platform's other side.
   WorldResponse Control(std::string_view method, std::string_view path, std::string_view body);
@@ -66,10 +67,6 @@ class SimulatedHost {
   ResponseLedger& Ledger() { return ledger_; }
 
  private:
-  struct OwnedTable {
-    KestHostServices entries;  // first: an entry finds its host by the table's address
-    SimulatedHost* host;
-  };
   struct Entries;
   struct Subscription {
     KestDelivery delivery;
@@ -91,7 +88,7 @@ class SimulatedHost {
   VirtualScheduler* const scheduler_;
   HostObserver* const observer_;
   const bool inOrder_;
-  OwnedTable table_;
+  OwnedServices<SimulatedHost> services_;
   ResponseLedger ledger_;
   std::map<std::string, Subscription, std::less<>> subscriptions_;
   uint64_t nextSerial_ = 0;
