@@ -57,6 +57,18 @@ void Report(uint64_t seed, const Script& script, const ScriptResult& result,
   std::printf("  %zu steps are left of it in %s\n", smaller.steps.size(), path.c_str());
 }
 
+// Whether the hash of the seeds is the expected one.
+bool CheckHash(uint64_t hash, const std::string& path) {
+  char digits[17];
+  std::snprintf(digits, sizeof(digits), "%016llx", static_cast<unsigned long long>(hash));
+  const std::string found = std::string(digits).append("\n");
+  if (std::getenv("KEST_UPDATE_GOLDEN") != nullptr) std::ofstream(path, std::ios::binary) << found;
+  if (ReadFile(path) == found) return true;
+  std::printf("%s has another hash: what happens in a run has changed, or depends on the build\n",
+              path.c_str());
+  return false;
+}
+
 int RunSeeds(const SimulateOptions& options, const Simulation::Plugin& plugin) {
   uint64_t hash = 0;
   size_t findings = 0;
@@ -72,7 +84,8 @@ int RunSeeds(const SimulateOptions& options, const Simulation::Plugin& plugin) {
               static_cast<unsigned long long>(options.firstSeed),
               static_cast<unsigned long long>(options.lastSeed), options.steps, findings,
               static_cast<unsigned long long>(hash));
-  return findings == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+  const bool isExpected = options.expect.empty() || CheckHash(hash, options.expect);
+  return findings == 0 && isExpected ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 void WriteFinding(const std::string& scenario, size_t number, const WalkFinding& finding,

@@ -44,6 +44,8 @@ SimulateCommandLine ReadSimulateCommandLine(int argc, const char* const* argv) {
   app.add_option("--walk", options.walk,
                  "Fails each allocation of this scenario in turn instead; \"all\" names all");
   app.add_option("--replay", options.replay, "Runs the script in this file instead");
+  app.add_option("--expect", options.expect,
+                 "The file with the hash that the seeds must have; KEST_UPDATE_GOLDEN=1 writes it");
   app.add_option("--findings", options.findings, "The folder for the scripts of findings");
   app.add_flag("--trace", options.trace, "With --replay: prints what happens");
   app.add_flag("--log", options.log, "Shows what the plugin logs, on standard error");

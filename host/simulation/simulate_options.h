@@ -16,6 +16,7 @@ struct SimulateOptions {
   bool log = false;
   std::string walk;      // a scenario of the allocation walk, or "all"; empty: none
   std::string replay;    // a script's file; empty: seeds
+  std::string expect;    // a file with the expected hash of the seeds; empty: any
   std::string findings;  // a folder for the scripts of findings; empty: none are written
 };
 

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/stable_hash.h"
 #include "loot/calls/forward.h"
 #include "loot/calls/publication_step.h"
 #include "loot/wire/loot_resources.h"
@@ -15,7 +16,8 @@
 namespace Kest::Client::Loot {
 
 class ChestNotices {
-  using Notifications = std::unordered_map<std::string, Api::PlayerLootNotification>;  // by id
+  using Notifications =  // by id
+      std::unordered_map<std::string, Api::PlayerLootNotification, StableHash>;
 
  public:
   // Borrows the client, which outlives it.

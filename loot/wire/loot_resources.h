@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/stable_hash.h"
 #include "loot/wire/loot_enums.h"
 
 namespace Kest {
@@ -55,7 +56,7 @@ struct PlayerLoot {
 
 // Items are immutable once stored, so that the store and what was published share them.
 using PlayerLootPointer = std::shared_ptr<const PlayerLoot>;
-using PlayerLootItems = std::unordered_map<std::string, PlayerLootPointer>;
+using PlayerLootItems = std::unordered_map<std::string, PlayerLootPointer, StableHash>;
 
 // How many of a special chest the player holds, and whether the player has seen that number.
 struct PlayerLootNotification {
