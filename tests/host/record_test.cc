@@ -36,7 +36,7 @@ void PlaySession(const std::string& path) {
   const std::string ready = host.ReadyLine();
   const char* const number = ready.data() + ready.find("\"port\":") + 7;
   std::from_chars(number, ready.data() + ready.size(), port);
-  const auto send = [port](LoopbackClient& client, std::string_view line, std::string_view body) {
+  const auto send = [](LoopbackClient& client, std::string_view line, std::string_view body) {
     std::string request(line);
     request.append(" HTTP/1.0\r\nHost: localhost\r\nContent-Type: application/json\r\n");
     request.append("Content-Length: ").append(std::to_string(body.size())).append("\r\n\r\n");
