@@ -161,9 +161,14 @@ Maybe<Nothing> DevelopmentHost::StartSession() {
 
 void DevelopmentHost::FollowFiles() {
   const auto follow = [this](const std::string& path, const char* name, const auto& work) {
-    return std::make_unique<FileWatch>(std::vector<std::string>{path}, [this, name, work] {
-      scheduler_.Post({.name = name, .work = work, .owner = this, .merge = true});
-    });
+    return std::make_unique<FileWatch>(
+        std::vector<std::string>{path},
+        [this, name, work] {
+          scheduler_.Post({.name = name, .work = work, .owner = this, .merge = true});
+        },
+        [this](const std::string& gone) {
+          log_->Write(LogLevel::kWarning, gone + " is gone; what was read of it stays in effect.");
+        });
   };
   if (options_.followsWorld) {
     worldWatch_ = follow(options_.worldPath, "world file saved", [this] {

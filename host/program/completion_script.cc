@@ -12,10 +12,10 @@ namespace {
 
 constexpr std::string_view kScriptHead = R"(# Completes the arguments of tav-loot-host.
 _tav_loot_host() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' is='' i
   # bash takes "--option=value" for three words.
-  if [ "$word" = = ]; then word=''; fi
-  if [ "$before" = = ]; then before=${COMP_WORDS[COMP_CWORD - 2]}; fi
+  if [ "$word" = = ]; then word='' is==; fi
+  if [ "$before" = = ]; then before=${COMP_WORDS[COMP_CWORD - 2]} is==; fi
   for ((i = 1; i < COMP_CWORD; ++i)); do
     case ${COMP_WORDS[i]} in
       --)
@@ -26,7 +26,7 @@ _tav_loot_host() {
 constexpr std::string_view kScriptMiddle = R"(    esac
   done
   COMPREPLY=()
-  case "$command $before" in
+  case "$command $before$is" in
 )";
 constexpr std::string_view kScriptFoot = R"(  esac
 }
@@ -50,10 +50,15 @@ std::string ValueReply(std::string type) {
 std::string ValueCases(const CLI::App& app, const std::string& command) {
   std::string cases;
   for (const CLI::Option* option : app.get_options()) {
-    if (option->get_items_expected_max() == 0) continue;
+    const std::string type = option->get_type_name();
+    const bool isFlag = option->get_items_expected_max() == 0;  // may have a value after "=" only
+    if (isFlag && type.find('|') == type.npos) continue;
     for (const std::string& name : LongNamesOf(*option)) {
-      const std::string reply = ValueReply(option->get_type_name());
-      cases.append("    '").append(command).append(" ").append(name).append("') ");
+      const std::string reply = ValueReply(type);
+      const std::string word = command + " " + name;
+      cases.append("    ");
+      if (!isFlag) cases.append("'").append(word).append("'|");
+      cases.append("'").append(word).append("=') ");
       cases.append(reply.empty() ? ":" : reply).append(" ;;\n");
     }
   }

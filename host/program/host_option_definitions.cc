@@ -3,7 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <limits>
-#include <map>
+#include <utility>
+#include <vector>
 
 #include "host/clock/time_text.h"
 #include "host/http/request_guard.h"
@@ -39,6 +40,33 @@ std::string IsClock(const std::string& text) {
              : "must be real or a time such as 2030-01-01T12:00:00Z, found " + text;
 }
 
+// Puts the number of one of the words in its place, for an enumeration.
+template <typename Value>
+CLI::Validator OneOf(const std::vector<std::pair<std::string, Value>>& words) {
+  return CLI::Validator(
+      [words](std::string& text) {
+        std::string known;
+        for (const auto& [word, value] : words) {
+          if (word == text) {
+            text = std::to_string(static_cast<int>(value));
+            return std::string();
+          }
+          known.append(known.empty() ? "" : ", ").append(word);
+        }
+        return "must be one of " + known + ", found " + text;
+      },
+      "");
+}
+
+std::string IsScenario(const std::string& text) {
+  std::string known;
+  for (const std::string_view name : ShippedWorldNames()) {
+    if (name == text) return "";
+    known.append(known.empty() ? "" : ", ").append(name);
+  }
+  return "must be one of " + known + ", found " + text;
+}
+
 // Puts an origin in the place of what is clearly meant for one.
 std::string IsOrigin(std::string& text) {
   const auto origin = ReadOrigin(text);
@@ -62,6 +90,7 @@ CLI::Option* AddWorldChoice(CLI::App& app, HostOptions* options) {
       app.add_option("--world", options->worldPath, "The world file")->type_name("FILE");
   app.add_option("--scenario", options->scenario, "A world inside the program")
       ->type_name(ScenarioNames())
+      ->check(IsScenario)
       ->excludes(world)
       ->capture_default_str();
   return world;
@@ -125,26 +154,24 @@ void AddNetworkOptions(CLI::App& app, HostOptions* options) {
 }
 
 void AddAuditOption(CLI::App& app, HostOptions* options) {
-  const std::map<std::string, AuditMode> modes = {{"on", AuditMode::kOn},
-                                                  {"strict", AuditMode::kStrict}};
   app.add_flag("--audit{on}", options->audit,
                "Compares what the plugin returns with what it published whenever the host is idle; "
                "with =strict the first finding ends the host")
-      ->transform(CLI::CheckedTransformer(modes).description(""));
+      ->type_name("on|strict")
+      ->transform(OneOf<AuditMode>({{"on", AuditMode::kOn}, {"strict", AuditMode::kStrict}}));
 }
 
 void AddLogOptions(CLI::App& app, HostOptions* options) {
   options->log.isColoured = ShowsColours(stderr);
-  const std::map<std::string, LogLevel> levels = {{"okay", LogLevel::kOkay},
-                                                  {"warning", LogLevel::kWarning},
-                                                  {"error", LogLevel::kError},
-                                                  {"always", LogLevel::kAlways},
-                                                  {"none", LogLevel::kNone}};
   CLI::Option* const level =
       app.add_option("--log-level", options->log.least,
                      "Least level of the lines on standard error; none: nothing at all")
           ->type_name("okay|warning|error|always|none")
-          ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case).description(""));
+          ->transform(OneOf<LogLevel>({{"okay", LogLevel::kOkay},
+                                       {"warning", LogLevel::kWarning},
+                                       {"error", LogLevel::kError},
+                                       {"always", LogLevel::kAlways},
+                                       {"none", LogLevel::kNone}}));
   CLI::Option* const quiet =
       app.add_flag("--quiet", options->log.onlyErrors, "Only errors on standard error");
   app.add_flag_callback(

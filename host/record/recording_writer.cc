@@ -11,6 +11,11 @@
 namespace Kest::Host {
 
 Maybe<std::unique_ptr<RecordingWriter>> RecordingWriter::Create(const std::string& path) {
+  std::error_code error;
+  if (std::filesystem::is_regular_file(path, error) && !std::filesystem::is_empty(path, error)) {
+    return Failure{"Cannot write the recording " + path +
+                   ": the file is not empty; remove it, or name another one"};
+  }
   std::FILE* const file = std::fopen(path.c_str(), "wb");
   if (file == nullptr) {
     return Failure{"Cannot write the recording " + path + ": " + std::strerror(errno)};

@@ -19,7 +19,7 @@ inline constexpr int64_t kRecordingFormat = 1;
 // Threads: no lock; the owner guards it.
 class RecordingWriter {
  public:
-  // Makes the file, or empties it, and writes its first line.
+  // Makes the file and writes its first line. A file that has something in it is kept: a failure.
   static Maybe<std::unique_ptr<RecordingWriter>> Create(const std::string& path);
   ~RecordingWriter();
   RecordingWriter(const RecordingWriter&) = delete;

@@ -12,8 +12,12 @@ constexpr auto kPeriod = std::chrono::milliseconds(200);
 
 }  // namespace
 
-FileWatch::FileWatch(std::vector<std::string> paths, std::function<void()> changed)
-    : changed_(std::move(changed)), paths_(std::move(paths)), known_(Look(paths_)) {
+FileWatch::FileWatch(std::vector<std::string> paths, std::function<void()> changed,
+                     std::function<void(const std::string& path)> missing)
+    : changed_(std::move(changed)),
+      missing_(std::move(missing)),
+      paths_(std::move(paths)),
+      known_(Look(paths_)) {
   thread_ = std::thread([this] { Run(); });
 }
 
@@ -33,9 +37,10 @@ void FileWatch::SetPaths(std::vector<std::string> paths) {
   known_ = Look(paths_);
 }
 
-FileWatch::Stamp FileWatch::Look(const std::vector<std::string>& paths) {
+FileWatch::Stamp FileWatch::Look(const std::vector<std::string>& paths, std::string* gone) {
   Stamp stamp;
   for (const std::string& path : paths) {
+    if (gone != nullptr) *gone = path;
     std::error_code error;
     const auto time = std::filesystem::last_write_time(path, error).time_since_epoch().count();
     if (error) return "";
@@ -47,18 +52,22 @@ FileWatch::Stamp FileWatch::Look(const std::vector<std::string>& paths) {
 }
 
 void FileWatch::Run() {
-  Stamp before;
+  Stamp before = "unknown";
+  Stamp reported;  // the stamp of which it was said that a file is missing: what was known then
   mutex_.Lock();
   while (!ending_) {
-    const Stamp now = Look(paths_);
-    const bool isReady = !now.empty() && now == before && now != known_;
+    std::string gone;
+    const Stamp now = Look(paths_, &gone);
+    const bool isSteady = now == before;
     before = now;
-    if (isReady) {
-      known_ = now;
-      mutex_.Unlock();
-      changed_();
-      mutex_.Lock();
-    }
+    const bool isChange = isSteady && !now.empty() && now != known_;
+    const bool isLoss = isSteady && now.empty() && reported != known_;
+    if (isChange) known_ = now;
+    reported = isLoss ? known_ : (now.empty() ? reported : Stamp());
+    mutex_.Unlock();
+    if (isChange) changed_();
+    if (isLoss) missing_(gone);
+    mutex_.Lock();
     if (!ending_) wake_.WaitUntil(mutex_, std::chrono::steady_clock::now() + kPeriod);
   }
   mutex_.Unlock();

@@ -17,8 +17,10 @@ namespace Kest::Host {
 class FileWatch {
  public:
   // `changed` is called when one of the files is another than before, and has been the same for two
-  // looks: what is still being written is waited for. It must not destroy the watch.
-  FileWatch(std::vector<std::string> paths, std::function<void()> changed);
+  // looks: what is still being written is waited for. `missing` is called with one of the files
+  // that was there and has been gone for two looks. Neither must destroy the watch.
+  FileWatch(std::vector<std::string> paths, std::function<void()> changed,
+            std::function<void(const std::string& path)> missing);
   ~FileWatch();
   FileWatch(const FileWatch&) = delete;
   FileWatch& operator=(const FileWatch&) = delete;
@@ -30,10 +32,11 @@ class FileWatch {
   // What is known of the files; empty while one of them is missing.
   using Stamp = std::string;
 
-  static Stamp Look(const std::vector<std::string>& paths);
+  static Stamp Look(const std::vector<std::string>& paths, std::string* gone = nullptr);
   void Run();
 
   const std::function<void()> changed_;
+  const std::function<void(const std::string& path)> missing_;
   Mutex mutex_;
   Condition wake_;
   std::vector<std::string> paths_ KEST_GUARDED_BY(mutex_);

@@ -26,11 +26,13 @@ expect 'version' 0 "$status"
 for wrong in '--port 65536' '--seed -1' '--seed 99999999999999999999' '--colour' 'exec' 'completion' 'completion fish' 'export' 'export pictures' \
   'export fixtures --clock real' 'export fixtures --port 1' 'replay' \
   '--seed 1 exec -- true' '-- true' 'exec --until-stdin-closes -- true' '--assets /no/such/folder' \
-  '--allow-origin shop.test'; do
+  '--allow-origin shop.test' '--scenario nope' '--log-level OKAY' '--log-level 1' '--audit=foo' '--audit=1'; do
   # shellcheck disable=SC2086
   run $wrong
   expect "status of $wrong" 2 "$status"
 done
+error=$("$host" --audit=1 2>&1 | head -n 1)
+expect 'a wrong word' '--audit: must be one of on, strict, found 1' "$error"
 
 beside true
 expect 'a command that succeeds' 0 "$status"
@@ -57,7 +59,7 @@ expect 'a folder in use' "1 tav-loot-host: $folder is not empty; with --force th
 run export fixtures --output "$folder/kept"
 expect 'a file for a folder' "1 tav-loot-host: $folder/kept is not a folder." "$status $error"
 run export fixtures --output "$folder" --force --scenario nowhere
-[[ "$status $error" =~ ^1\ .*nowhere.*every-status ]] || expect 'an unknown scenario' 'a list of them' "$status $error"
+expect 'an unknown scenario' 2 "$status"
 expect 'what is there' kept "$(ls "$folder")"
 
 # What the plugin prints while it is loaded can be silenced as well.
@@ -99,6 +101,7 @@ done
 # A recording ends at a line's end, also when the host is killed, and can be replayed.
 recording=$(mktemp)
 for kill in TERM KILL; do
+  : >"$recording"
   "$host" --plugin "$plugin" --port 0 --log-level none --record "$recording" >"$errors" &
   for _ in {1..600}; do grep -q '"ready"' "$errors" && break; sleep 0.05; done
   curl -s "$(grep -o 'http[^"]*' "$errors")tav-loot/v1/some" >/dev/null
@@ -116,7 +119,11 @@ expect 'no recording' "2 tav-loot-host: $errors:1: this is not a recording of ta
 run exec --plugin "$plugin" --record /no/such/folder/file -- true
 expect 'a recording that cannot be written' \
   '1 tav-loot-host: Cannot write the recording /no/such/folder/file: No such file or directory' "$status $error"
-rm -f "$recording"
+cp "$recording" "$recording.kept"
+run exec --plugin "$plugin" --record "$recording" -- true
+expect 'a recording over another file' "1 tav-loot-host: Cannot write the recording $recording: the file is not empty; remove it, or name another one" "$status $error"
+cmp "$recording" "$recording.kept" || expect 'the file' kept changed
+rm -f "$recording" "$recording.kept"
 
 # complete WORD...: what the script offers for the last word.
 # shellcheck disable=SC1090
@@ -128,6 +135,8 @@ complete_line() {
 }
 expect 'a value' 'warning ' "$(complete_line --log-level w)"
 expect 'a value after =' 'error ' "$(complete_line --log-level = e)"
+expect 'a value of a flag' 'on strict ' "$(complete_line exec --audit =)"
+expect 'no value of a flag' ' ' "$(complete_line --audit s)"
 expect 'a value of a subcommand' 'always ' "$(complete_line exec --log-level a)"
 expect 'an option' '--log-level ' "$(complete_line exec --log-l)"
 expect 'subcommands' 'exec export ' "$(complete_line ex)"

@@ -28,6 +28,7 @@ std::string TestFile(const std::string& name) {
 // A short session with the service's events on their own thread: sign-in, two crafts side by side,
 // a reset, which loads the library again.
 void PlaySession(const std::string& path) {
+  std::filesystem::remove(path);
   HostLog log(stderr, LogLevel::kNone);
   DevelopmentHost host(
       {.pluginPath = LOOT_PLUGIN, .worldPath = "", .port = 0, .seed = 7, .recordPath = path}, &log);

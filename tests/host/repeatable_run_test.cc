@@ -147,6 +147,7 @@ TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   std::mt19937 random(7);
   const std::string recording =
       (std::filesystem::temp_directory_path() / "repeatable_run.jsonl").string();
+  std::filesystem::remove(recording);
   for (size_t i = 0; i < runs.size(); ++i) {
     HostRun run(i == 1 ? AuditMode::kOff : AuditMode::kOn, i == 1 ? recording : "");
     std::atomic<bool> isOver = i == 0;

@@ -152,6 +152,13 @@ TEST(Scenarios, ASavedFileTakesEffectAndABrokenOneDoesNot) {
   WriteFile(folder / "world.yaml", "extends: base.yaml\nname: Over again\n");
   EXPECT_EQ(host.AwaitInventory("KEY 22;"), "KEY 22;");
   EXPECT_FALSE(host.State()["session"].is_null()) << "the player stays";
+  std::filesystem::remove(folder / "base.yaml");
+  std::string lines;
+  for (int tries = 0; tries < 500 && lines.find("is gone") == lines.npos; ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    lines = host.Ask("GET /_host/timeline?kind=log");
+  }
+  EXPECT_THAT(lines, HasSubstr("base.yaml is gone; what was read of it stays in effect."));
 }
 
 TEST(Scenarios, ARebuiltPluginGoesOnInTheSameWorld) {
