@@ -187,29 +187,37 @@ TEST_F(DevelopmentHostTest, PagesOfThisMachineMayReadWhatIsServed) {
               AllOf(HasSubstr("200 OK"), Not(HasSubstr("Access-Control"))));
 }
 
-TEST(SessionManager, ANewWorldIsMadeBeforeTheOldOneGoes) {
-  HostLog log(stderr, LogLevel::kNone);
+// Sessions of the echo plugin without a server.
+struct EchoSessions {
+  explicit EchoSessions(bool signsIn)
+      : sessions(ECHO_PLUGIN, signsIn, {&scheduler, &events, &stream, &log, &traffic}) {}
+
+  HostLog log{stderr, LogLevel::kNone};
   EventStream stream;
-  ServiceEventThread events([](const ServiceEventThread::Event&) {});
-  Timeline timeline([] { return int64_t{0}; });
+  ServiceEventThread events{[](const ServiceEventThread::Event&) {}};
+  Timeline timeline{[] { return int64_t{0}; }};
   Ledger ledger;
-  Traffic traffic(&timeline, &ledger);
-  Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
-  SessionManager sessions(ECHO_PLUGIN, true, {&scheduler, &events, &stream, &log, &traffic});
-  Scenarios scenarios({}, {&scheduler, &sessions, &log});
+  Traffic traffic{&timeline, &ledger};
+  Scheduler scheduler{[](std::string_view, std::string_view) { ADD_FAILURE(); }};
+  SessionManager sessions;
+  Scenarios scenarios{{}, {&scheduler, &sessions, &log}};
+};
+
+TEST(SessionManager, ANewWorldIsMadeBeforeTheOldOneGoes) {
+  EchoSessions host(true);
   std::promise<bool> runs;
-  scheduler.Post({.name = "start", .work = [&] {
-                    EXPECT_TRUE(scenarios.Start());
-                    const PluginSession* const session = sessions.Current();
-                    EXPECT_FALSE(scenarios.Choose("no such scenario"));
-                    EXPECT_FALSE(scenarios.Import({"body", "{"}));
-                    EXPECT_FALSE(sessions.BeginAgain("no/such/plugin.so"));
-                    runs.set_value(sessions.Current() == session);
-                    sessions.Stop();
-                  }});
+  host.scheduler.Post({.name = "start", .work = [&] {
+                         EXPECT_TRUE(host.scenarios.Start());
+                         const PluginSession* const session = host.sessions.Current();
+                         EXPECT_FALSE(host.scenarios.Choose("no such scenario"));
+                         EXPECT_FALSE(host.scenarios.Import({"body", "{"}));
+                         EXPECT_FALSE(host.sessions.BeginAgain("no/such/plugin.so"));
+                         runs.set_value(host.sessions.Current() == session);
+                         host.sessions.Stop();
+                       }});
   EXPECT_TRUE(runs.get_future().get());
-  EXPECT_TRUE(scheduler.End());
-  EXPECT_EQ(stream.Held().last, 0u);
+  EXPECT_TRUE(host.scheduler.End());
+  EXPECT_EQ(host.stream.Held().last, 0u);
 }
 
 TEST_F(DevelopmentHostTest, ResetAndStopEndWhatWaitsAndResetLoadsThePluginAfresh) {
@@ -246,37 +254,30 @@ TEST_F(DevelopmentHostTest, AHostFullOfWaitingRequestsCanBeReset) {
 }
 
 TEST(SessionManager, ARequestDuringResetsMeetsTheNewPlugin) {
-  HostLog log(stderr, LogLevel::kNone);
-  EventStream stream;
-  ServiceEventThread events([](const ServiceEventThread::Event&) {});
-  Timeline timeline([] { return int64_t{0}; });
-  Ledger ledger;
-  Traffic traffic(&timeline, &ledger);
-  Scheduler scheduler([](std::string_view, std::string_view) { ADD_FAILURE(); });
-  SessionManager sessions(ECHO_PLUGIN, false, {&scheduler, &events, &stream, &log, &traffic});
-  Scenarios scenarios({}, {&scheduler, &sessions, &log});
-  const auto ask = [&sessions](const char* target) {
+  EchoSessions host(false);
+  const auto ask = [&host](const char* target) {
     HttpRequest request;
     request.method = "GET";
     request.target = target;
-    return sessions.Current()->Request(request).body;
+    return host.sessions.Current()->Request(request).body;
   };
   std::promise<std::string> runs;
-  scheduler.Post({.name = "start", .work = [&] {
-                    EXPECT_TRUE(scenarios.Start());
-                    ask("/tav-loot/v1/runs");
-                    scheduler.Post({.name = "wait", .work = [&] { ask("/tav-loot/v1/wait"); }});
-                    for (const char* name : {"reset", "reset at once"}) {
-                      scheduler.Post(
-                          {.name = name, .work = [&] { EXPECT_TRUE(scenarios.Reset()); }});
-                    }
-                    scheduler.Post({.name = "ask", .work = [&] {
-                                      runs.set_value(ask("/tav-loot/v1/runs"));
-                                      sessions.Stop();
-                                    }});
-                  }});
+  host.scheduler.Post(
+      {.name = "start", .work = [&] {
+         EXPECT_TRUE(host.scenarios.Start());
+         ask("/tav-loot/v1/runs");
+         host.scheduler.Post({.name = "wait", .work = [&] { ask("/tav-loot/v1/wait"); }});
+         for (const char* name : {"reset", "reset at once"}) {
+           host.scheduler.Post(
+               {.name = name, .work = [&] { EXPECT_TRUE(host.scenarios.Reset()); }});
+         }
+         host.scheduler.Post({.name = "ask", .work = [&] {
+                                runs.set_value(ask("/tav-loot/v1/runs"));
+                                host.sessions.Stop();
+                              }});
+       }});
   EXPECT_EQ(runs.get_future().get(), "1");
-  EXPECT_TRUE(scheduler.End());
+  EXPECT_TRUE(host.scheduler.End());
 }
 
 TEST(DevelopmentHost, SaysWhyItCannotStart) {
