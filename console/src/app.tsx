@@ -62,6 +62,10 @@ export function App() {
             <span>{titles[name][0]}</span>
           </a>
         ))}
+        <a href="/_host/docs" target="docs" rel="noreferrer" title="The documentation, in a new tab">
+          <Icon name="book" />
+          <span>Docs</span>
+        </a>
       </nav>
       <main id="main" tabIndex={-1}>
         <Page key={view} />

@@ -8,10 +8,12 @@ import "./styles/timeline.css";
 import { render } from "preact";
 import { App } from "./app";
 import { startClock } from "./state/clock";
+import { startCrafts } from "./state/crafts";
 import { startDocument } from "./state/document";
 import { startFaults } from "./state/faults";
 import { startInventory } from "./state/inventory";
 import { startResources } from "./state/resources";
+import { startScenarios } from "./state/scenarios";
 import { connect } from "./state/stream";
 import { startWorld } from "./state/world";
 
@@ -20,6 +22,8 @@ startResources();
 startWorld();
 startDocument();
 startFaults();
+startCrafts();
+startScenarios();
 startClock();
 connect();
 

@@ -6,6 +6,7 @@ import { wantInventory } from "./state/inventory";
 import { connection, retryNow } from "./state/stream";
 import { clock, shownTime } from "./state/clock";
 import { waiting } from "./state/crafts";
+import { scenario } from "./state/scenarios";
 import { faults, held, rulesOf } from "./state/faults";
 import { world } from "./state/world";
 import { useAction } from "./ui/action";
@@ -32,6 +33,7 @@ export function TopBar() {
     return "World and plugin have started again";
   });
   const state = world.value;
+  const hasFaults = rulesOf(faults.value).length > 0;
   return (
     <header class="top">
       <p class="brand">
@@ -42,17 +44,22 @@ export function TopBar() {
         {state && (
           <>
             <b>{state.name}</b>
+            {scenario.value && (
+              <span class="quiet" title="The scenario">
+                {scenario.value}
+              </span>
+            )}
             <Badge kind={state.session ? "good" : "warn"}>{state.session ? "Signed in" : "Signed out"}</Badge>
             {state.phase && <Badge>{state.phase}</Badge>}
           </>
         )}
-        {rulesOf(faults.value).length > 0 && (
-          <a class="badge warn" href={addressOf("world")}>
-            Faults on
+        {faults.value && (
+          <a class={`badge ${hasFaults ? "warn" : ""}`} href={addressOf("world", { card: "faults" })}>
+            {hasFaults ? "Faults on" : "Faults off"}
           </a>
         )}
         {held.value.length > 0 && (
-          <a class="badge new" href={addressOf("world")}>
+          <a class="badge new" href={addressOf("world", { card: "held" })}>
             <Icon name="hand" /> {held.value.length} held
           </a>
         )}
@@ -64,7 +71,7 @@ export function TopBar() {
       </p>
       <a class={`clock ${clock.value?.mode ?? ""}`} href={addressOf("world")} title="The clock of plugin and world">
         <Icon name="clock" />
-        <span>{shownTime.value}</span>
+        <span>{shownTime.value && `${shownTime.value} UTC`}</span>
       </a>
       <Connection />
       <Button icon={themeIcons[theme.value]} kind="plain" label={`Colors: ${theme.value}`} onClick={nextTheme} />

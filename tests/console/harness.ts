@@ -65,7 +65,7 @@ export interface Screen {
 export function onPage(name: string, address: string, work: (page: Page) => Promise<void>, screen: Screen = {}): void {
   test(name, async () => {
     const { width = 1280, height = 800, colors = "light" } = screen;
-    const context = await browser.newContext({ viewport: { width, height }, colorScheme: colors });
+    const context = await browser.newContext({ viewport: { width, height }, colorScheme: colors, timezoneId: "Asia/Kathmandu" });
     const page = await context.newPage();
     page.setDefaultTimeout(20_000);
     const errors: string[] = [];

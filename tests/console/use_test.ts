@@ -14,6 +14,20 @@ onPage("a chest is opened and the grid shows what came", "#/inventory?item=CHEST
   await page.getByRole("option", { name: name ?? "" }).filter({ hasText: "New" }).first().waitFor();
 });
 
+onPage("a result belongs to its item and goes with the world", "#/inventory?item=MATERIAL_key_fragment", async (page) => {
+  await reset();
+  await page.getByRole("button", { name: /craft MATERIAL_key_FORGE/ }).click();
+  const result = page.getByRole("region", { name: "Result" });
+  await result.waitFor();
+  await result.locator(".delta .link").first().click();
+  await page.getByRole("complementary", { name: /Brass Key$/ }).waitFor();
+  assert.equal(await result.count(), 0);
+  await page.goBack();
+  await result.waitFor();
+  await reset();
+  await result.waitFor({ state: "detached" });
+});
+
 onPage("a refusal is shown with its reason", "#/inventory?item=MATERIAL_key_fragment", async (page) => {
   await page.getByRole("spinbutton", { name: "Times" }).fill("500");
   await page.getByText("1493 missing").waitFor();
@@ -47,11 +61,42 @@ onPage("the keyboard reaches views, search, items and their panel", "#/host", as
   await page.getByRole("complementary").waitFor({ state: "detached" });
 });
 
-onPage("the player signs out and in", "#/world", async (page) => {
+onPage("the player signs out, and in where the inventory was", "#/world", async (page) => {
   await page.getByRole("button", { name: "Sign out" }).click();
   await page.getByRole("banner").getByText("Signed out").waitFor();
+  await page.getByRole("link", { name: "Inventory" }).click();
   await page.getByRole("button", { name: "Sign in" }).click();
   await page.getByRole("banner").getByText("Signed in").waitFor();
+  await tile(page, "CHEST_lantern").waitFor();
+});
+
+onPage(
+  "a small screen shows the scenario, that no fault is on, and leads to what is held",
+  "#/inventory?item=CHEST_mastery",
+  async (page) => {
+    const bar = page.getByRole("banner");
+    const isSeen = async (text: string) => assert.ok(((await bar.getByText(text, { exact: true }).boundingBox())?.width ?? 0) > 10, text);
+    await bar.getByText("Faults off").waitFor();
+    for (const text of ["sample", "Lantern Bay", "Faults off"]) await isSeen(text);
+    await host.call("PUT", "/_host/faults", { rules: [{ service: "craft*", action: "hold" }] });
+    await bar.getByText("Faults on").waitFor();
+    await page.getByRole("button", { name: /craft CHEST_mastery/ }).click();
+    await bar.getByText("1 held").click();
+    const release = page.getByRole("button", { name: "Release loot.craftPlayerLootWithRefId" });
+    await release.waitFor();
+    await page.waitForFunction((button) => (button?.getBoundingClientRect().bottom ?? Infinity) < innerHeight, await release.elementHandle());
+    assert.equal(await page.evaluate(() => document.body.scrollTop + document.documentElement.scrollTop), 0, "the frame stays where it is");
+    await release.click();
+    await host.call("DELETE", "/_host/faults");
+    await bar.getByText("Faults off").waitFor();
+    await reset();
+  },
+  { width: 360, height: 700 },
+);
+
+onPage("the documentation is one step away", "#/host", async (page) => {
+  const [docs] = await Promise.all([page.waitForEvent("popup"), page.getByRole("link", { name: "Docs" }).click()]);
+  await docs.getByRole("heading", { level: 1 }).first().waitFor();
 });
 
 onPage("a change of the platform's inventory is retrieved and seen", "#/world", async (page) => {
@@ -70,6 +115,28 @@ onPage("an endpoint's form sends what it says", "#/api?op=GetPlayerLootById", as
   await page.getByLabel("lootId").fill("CHEST_nothing");
   await page.keyboard.press("Enter");
   await page.getByRole("region", { name: "Response", exact: true }).getByText('"Not Found"', { exact: true }).waitFor();
+});
+
+onPage("a link brings a form back with its body", "#/api?op=SetSummoner", async (page) => {
+  await page.context().grantPermissions(["clipboard-read", "clipboard-write"]);
+  const body = page.getByRole("textbox", { name: /^Body/ });
+  const copied = async () => {
+    await page.getByRole("button", { name: /^Link/ }).click();
+    await page.getByText("The address of this form is copied").waitFor();
+    return await page.evaluate(() => navigator.clipboard.readText());
+  };
+  await body.fill('{"summonerLevel": 12}');
+  const link = await copied();
+  await page.goto(new URL("#/api?op=SetGameflow", page.url()).href);
+  await page.getByText("/_host/gameflow").last().waitFor();
+  await page.goto(link);
+  await page.getByRole("heading", { name: "/_host/summoner" }).waitFor();
+  assert.equal(await body.inputValue(), '{"summonerLevel": 12}');
+  await page.goto(link.replace("12%7D", "13%7D"));
+  await page.waitForFunction(() => document.querySelector("textarea")?.value === '{"summonerLevel": 13}');
+  await body.fill("7".repeat(9000));
+  await page.getByRole("button", { name: /^Link/ }).click();
+  await page.getByText(/The address would have 9,\d+ characters/).waitFor();
 });
 
 onPage("a reset by another program is noticed", "#/inventory", async (page) => {
@@ -108,6 +175,8 @@ onPage("an event leads to the request that caused it", "#/timeline", async (page
   await page.getByRole("searchbox").fill("player-loot/CHEST_lantern");
   await page.getByRole("option", { name: /event .*CHEST_lantern Update/ }).click();
   const panel = page.getByRole("complementary");
+  const { rows } = (await host.call("GET", "/_host/timeline?kind=event&path=/tav-loot/v1/player-loot/CHEST_lantern")) as { rows: { time: number }[] };
+  await panel.getByText(`${new Date(rows.at(-1)?.time ?? 0).toISOString().slice(11, 23)} UTC`).waitFor();
   await panel.getByRole("button", { name: /request POST .*CHEST_lantern_OPEN/ }).click();
   await panel.getByRole("heading", { name: "Led to" }).waitFor();
   await page.getByRole("searchbox").fill("");
@@ -163,7 +232,7 @@ onPage("a held call shows a spinner until it is released", "#/world", async (pag
   await page.getByRole("button", { name: "Release loot.craftPlayerLootWithRefId" }).click();
   await page.getByRole("banner").getByText("1 held").waitFor({ state: "detached" });
   await page.getByRole("button", { name: "Remove all" }).click();
-  await page.getByRole("banner").getByText("Faults on").waitFor({ state: "detached" });
+  await page.getByRole("banner").getByText("Faults off").waitFor();
   await page.goBack();
   await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
 });
@@ -184,7 +253,7 @@ onPage("what a sibling holds and what is published go wrong by rules", "#/world"
     ["/tav-loot/v1/player-loot-map", "double"],
   ]);
   await page.getByRole("button", { name: "Remove all" }).click();
-  await page.getByRole("banner").getByText("Faults on").waitFor({ state: "detached" });
+  await page.getByRole("banner").getByText("Faults off").waitFor();
 });
 
 onPage("fault rules of another program are seen, and stay as they are when one comes and goes", "#/world", async (page) => {

@@ -2,6 +2,7 @@
 import { signal } from "@preact/signals";
 import { ApiFailure, ask, headerOf, type Reply, type Returned } from "../api/client";
 import type { PlayerLootUpdate } from "../api/types";
+import { onEvent } from "./stream";
 import { refreshWorld } from "./world";
 
 export interface Outcome {
@@ -29,6 +30,8 @@ export const outcome = signal<Outcome | undefined>(undefined);
 // A browser opens six connections to a host: some have to stay free to end what hangs.
 export const mostWaiting = 3;
 let last = 0;
+// Results up to this one are of a world that has gone.
+let gone = 0;
 
 function addReply(result: Outcome, reply: Reply | undefined): void {
   const row = headerOf(reply, "x-loot-host-row");
@@ -52,8 +55,16 @@ async function track(title: string, lootId: string, work: () => Promise<Returned
   }
   result.milliseconds = performance.now() - since;
   waiting.value = waiting.value.filter((entry) => entry.id !== id);
-  outcome.value = result;
+  if (id > gone) outcome.value = result;
   refreshWorld();
+}
+
+export function startCrafts(): void {
+  onEvent((event) => {
+    if (event.kind !== "reset" && !(event.kind === "gap" && event.restarted)) return;
+    gone = last;
+    outcome.value = undefined;
+  });
 }
 
 export const craft = (title: string, lootId: string, recipeName: string, items: string[], repeat: number) =>

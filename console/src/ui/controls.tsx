@@ -1,8 +1,9 @@
 // Small parts that all views are made of.
 import { useSignal } from "@preact/signals";
 import type { ComponentChildren } from "preact";
-import { useId } from "preact/hooks";
+import { useEffect, useId, useRef } from "preact/hooks";
 import { copy } from "../api/snippets";
+import { route } from "../route";
 import { Icon, type IconName } from "./icon";
 
 interface ButtonProps {
@@ -47,10 +48,25 @@ export function CopyButton({ text, children, label }: { text: () => string; chil
   );
 }
 
-export function Card({ title, actions, children }: { title: string; actions?: ComponentChildren; children: ComponentChildren }) {
+interface CardProps {
+  title: string;
+  // What an address says to show this card: "#/world?card=held".
+  name?: string;
+  actions?: ComponentChildren;
+  children: ComponentChildren;
+}
+
+export function Card({ title, name, actions, children }: CardProps) {
   const id = useId();
+  const card = useRef<HTMLElement>(null);
+  const shown = route.value;
+  useEffect(() => {
+    const page = card.current?.closest(".scroll");
+    if (!card.current || !page || name === undefined || shown.values["card"] !== name) return;
+    page.scrollTop += card.current.getBoundingClientRect().top - page.getBoundingClientRect().top;
+  }, [shown, name]);
   return (
-    <section class="card" aria-labelledby={id}>
+    <section ref={card} class="card" aria-labelledby={id}>
       <header>
         <h2 id={id}>{title}</h2>
         {actions}

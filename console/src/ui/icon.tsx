@@ -23,6 +23,7 @@ const shapes = {
   link: "M8 12l4-4M9 6l2-2c3-3 7 1 4 4l-2 2M11 14l-2 2c-3 3-7-1-4-4l2-2",
   download: "M10 3v9M6 9l4 4 4-4M4 16.5h12",
   upload: "M10 13V4M6 8l4-4 4 4M4 16.5h12",
+  book: "M3 4.5c2.5-1 5-1 7 .5v11c-2-1.5-4.5-1.5-7-.5zM17 4.5c-2.5-1-5-1-7 .5M17 4.5v11c-2.5-1-5-1-7 .5",
   chevron: "M7 4l6 6-6 6",
 };
 export type IconName = keyof typeof shapes;

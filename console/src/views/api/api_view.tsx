@@ -16,7 +16,7 @@ function Group({ tag, list, chosen }: { tag: string; list: Operation[]; chosen: 
         {list.map((operation) => (
           <li key={operation.operationId + operation.method}>
             <a
-              href={addressOf("api", { ...route.value.values, op: operation.operationId })}
+              href={addressOf("api", { q: route.value.values["q"] ?? "", op: operation.operationId })}
               aria-current={operation.operationId === chosen ? "true" : undefined}
               title={operation.summary || operation.description}
             >

@@ -1,8 +1,8 @@
 // The form of one endpoint, and the response.
-import { useSignal } from "@preact/signals";
-import { useMemo } from "preact/hooks";
+import { useSignal, type Signal } from "@preact/signals";
+import { useEffect, useMemo, useRef } from "preact/hooks";
 import { send, targetOf, type Reply } from "../../api/client";
-import { asCurl, asTypeScript } from "../../api/snippets";
+import { asCurl, asTypeScript, copy } from "../../api/snippets";
 import { addressOf, change, route } from "../../route";
 import { exampleOf, nameOf, resolve, type Operation, type Parameter } from "../../state/document";
 import { items } from "../../state/inventory";
@@ -64,6 +64,16 @@ function startValues(operation: Operation): Values {
   return Object.fromEntries(operation.parameters.map((parameter) => [parameter.name, start(parameter)]));
 }
 
+// What the address of a form holds of it. A body that is the example is left out; one without text is a space.
+function linkOf(operation: Operation, values: Values, body: string, example: string): Values {
+  const parameters = Object.entries(values).map(([name, value]) => [`p.${name}`, value]);
+  const sent = !operation.body || body === example ? "" : body || " ";
+  return { ...Object.fromEntries(parameters), body: sent };
+}
+
+const longestLink = 8000;
+const isTooLong = (address: string) => address.length > longestLink;
+
 function requestOf(operation: Operation, values: Values) {
   const part = (place: Parameter["in"]) =>
     Object.fromEntries(
@@ -85,16 +95,48 @@ function Heading({ operation }: { operation: Operation }) {
   );
 }
 
+// Fills the form again when another address comes. Returns what writes the form's own.
+function useLink(operation: Operation, values: Signal<Values>, body: Signal<string>, example: string): (link: Values) => void {
+  const present = () => JSON.stringify([startValues(operation), route.value.values["body"]]);
+  const key = present();
+  const known = useRef(key);
+  useEffect(() => {
+    if (key === known.current) return;
+    known.current = key;
+    values.value = startValues(operation);
+    body.value = route.value.values["body"] ?? example;
+  }, [key]);
+  return (link) => {
+    change(link);
+    known.current = present();
+  };
+}
+
+function LinkButton({ address }: { address: string }) {
+  const run = useAction(async () => {
+    if (isTooLong(address)) throw new Error(`The address would have ${address.length.toLocaleString("en")} characters: take the request away as curl.`);
+    await copy(location.origin + location.pathname + address);
+    return "The address of this form is copied";
+  });
+  return (
+    <Button icon="link" kind="plain" label="Link: copy the address of this form" onClick={() => void run.run()}>
+      Link
+    </Button>
+  );
+}
+
 export function OperationForm({ operation }: { operation: Operation }) {
   const values = useSignal<Values>(startValues(operation));
-  const example = useMemo(() => operation.body && JSON.stringify(exampleOf(operation.body.schema), null, 2), [operation]);
-  const body = useSignal(route.value.values["body"] ?? example ?? "");
+  const example = useMemo(() => (operation.body ? JSON.stringify(exampleOf(operation.body.schema), null, 2) : ""), [operation]);
+  const body = useSignal(route.value.values["body"] ?? example);
+  const write = useLink(operation, values, body, example);
+  const link = linkOf(operation, values.value, body.value, example);
   const reply = useSignal<Reply | undefined>(undefined);
   const { path, query } = requestOf(operation, values.value);
   const target = targetOf(operation.path, { path, query });
   const sentBody = operation.body && body.value.trim() !== "" ? body.value : undefined;
   const run = useAction(async () => {
-    change(Object.fromEntries(Object.entries(values.value).map(([name, value]) => [`p.${name}`, value])));
+    write(isTooLong(addressOf("api", link)) ? { ...link, body: "" } : link);
     reply.value = await send(operation.method, target, sentBody === undefined ? undefined : { body: sentBody });
   });
   const missing = operation.parameters.filter((each) => each.required && !values.value[each.name]);
@@ -145,9 +187,7 @@ export function OperationForm({ operation }: { operation: Operation }) {
         >
           TypeScript
         </CopyButton>
-        <CopyButton text={() => location.origin + location.pathname + addressOf("api", route.value.values)} label="Link: copy the address of this form">
-          Link
-        </CopyButton>
+        <LinkButton address={addressOf("api", { op: operation.operationId, ...link })} />
       </div>
       {missing.length > 0 && <p class="hint">Needs {missing.map((each) => each.name).join(", ")}.</p>}
       {reply.value && <ReplyCard reply={reply.value} />}

@@ -14,14 +14,12 @@ import { Grid } from "./grid";
 import { ItemPanel } from "./item_panel";
 import { Toolbar } from "./toolbar";
 
-function SignedOut() {
+function SignIn() {
   const signIn = useAction(login);
   return (
-    <Empty icon="person" title="No player is signed in">
-      <Button kind="main" icon="person" isRunning={signIn.isRunning} onClick={() => void signIn.run()}>
-        Sign in
-      </Button>
-    </Empty>
+    <Button kind="main" icon="person" isRunning={signIn.isRunning} onClick={() => void signIn.run()}>
+      Sign in
+    </Button>
   );
 }
 
@@ -41,7 +39,13 @@ function NotRetrieved() {
 
 function NothingHere({ isFiltered }: { isFiltered: boolean }) {
   const again = useAction(load);
-  if (!isFiltered && world.value?.session === null) return <SignedOut />;
+  if (!isFiltered && world.value?.session === null) {
+    return (
+      <Empty icon="person" title="No player is signed in">
+        <SignIn />
+      </Empty>
+    );
+  }
   if (loadState.value === "waiting") return <NotRetrieved />;
   if (loadState.value === "loading") return <Empty icon="grid" title="Reading the inventory …" />;
   if (loadState.value === "failed") {
@@ -73,6 +77,12 @@ export function InventoryView() {
       <h1 class="hidden">Inventory</h1>
       <div class="inventory-main">
         <Toolbar filters={filters} shown={shown.length} />
+        {items.size > 0 && world.value?.session === null && (
+          <div class="toolbar">
+            <p>No player is signed in: this was published last.</p>
+            <SignIn />
+          </div>
+        )}
         {shown.length > 0 ? (
           <Grid items={shown} selected={selected} onSelect={(item) => change({ item }, "push")} />
         ) : (

@@ -76,7 +76,7 @@ function Shown({ result }: { result: Outcome }) {
 
 export function OutcomeCard({ lootId }: { lootId: string }) {
   const running = waiting.value.filter((entry) => entry.lootId === lootId);
-  const result = outcome.value;
+  const result = outcome.value?.lootId === lootId ? outcome.value : undefined;
   return (
     <div aria-live="polite">
       {running.map((entry) => (

@@ -19,12 +19,8 @@ export function isBad(row: Row): boolean {
   return row.kind === "fault" || status === "ERROR" || Number(status) >= 400 || (row.kind === "service-response" && status !== "OK" && status !== "");
 }
 
-const pad = (value: number, digits: number) => String(value).padStart(digits, "0");
-
-export function timeText(milliseconds: number): string {
-  const time = new Date(milliseconds);
-  return `${pad(time.getHours(), 2)}:${pad(time.getMinutes(), 2)}:${pad(time.getSeconds(), 2)}.${pad(time.getMilliseconds(), 3)}`;
-}
+// UTC, as the clock in the top bar.
+export const timeText = (milliseconds: number) => new Date(milliseconds).toISOString().slice(11, 23);
 
 export function matches(row: Row, hidden: ReadonlySet<string>, text: string): boolean {
   if (hidden.has(groupOf(row))) return false;

@@ -42,7 +42,7 @@ export function RowPanel({ detail }: { detail: Detail }) {
             <span class={`row-kind group-${groupOf(detail)}`}>{detail.kind}</span>
             {detail.status && <Badge kind={isBad(detail) ? "bad" : "good"}>{detail.status}</Badge>}
             {detail.duration !== undefined && <Badge>{detail.duration} ms</Badge>}
-            <Badge>{timeText(detail.time)}</Badge>
+            <Badge>{timeText(detail.time)} UTC</Badge>
             {detail.event !== undefined && <Badge>event {detail.event}</Badge>}
           </p>
         </div>

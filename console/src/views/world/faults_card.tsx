@@ -79,7 +79,7 @@ export function FaultsCard() {
   }, []);
   const rules = rulesOf(faults.value);
   return (
-    <Card title="Faults" actions={<Badge kind={rules.length > 0 ? "warn" : ""}>{rules.length > 0 ? "Faults on" : "No faults"}</Badge>}>
+    <Card title="Faults" name="faults" actions={<Badge kind={rules.length > 0 ? "warn" : ""}>{rules.length > 0 ? "Faults on" : "No faults"}</Badge>}>
       <Form choice={choice.value} onChange={(next) => (choice.value = { ...choice.value, ...next })} />
       <div class="row">
         <Button kind="main" isRunning={add.isRunning} onClick={() => void add.run()}>

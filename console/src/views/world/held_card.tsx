@@ -44,8 +44,8 @@ function Held({ entry }: { entry: HeldCall }) {
 export function HeldCard() {
   const list = held.value;
   return (
-    <Card title="Held calls" actions={<span class="quiet">{list.length}</span>}>
-      {list.length === 0 && <p class="quiet">None. Hold calls of a method under "Service", then craft something.</p>}
+    <Card title="Held calls" name="held" actions={<span class="quiet">{list.length}</span>}>
+      {list.length === 0 && <p class="quiet">None. Hold calls of a method under "Faults", then craft something.</p>}
       <ul class="held-list">
         {list.map((entry) => (
           <Held key={entry.id} entry={entry} />

@@ -2,6 +2,7 @@
 import { useSignal } from "@preact/signals";
 import { call, send } from "../../api/client";
 import { loadHeld, wantInventory } from "../../state/inventory";
+import { scenarios } from "../../state/scenarios";
 import { connections, controls } from "../../state/stream";
 import { useAction } from "../../ui/action";
 import { Badge, Button, Card, Field } from "../../ui/controls";
@@ -9,17 +10,15 @@ import { useFetched } from "../../ui/fetched";
 import { Icon } from "../../ui/icon";
 
 export function ScenarioCard() {
-  const list = useFetched(() => call("get", "/_host/scenarios"), `${connections.value} ${controls.value}`);
   const choose = useAction(async (name: string) => {
     wantInventory();
     await call("post", "/_host/scenario/{name}", { path: { name } });
-    list.again();
     return `The scenario "${name}" has started`;
   });
   return (
     <Card title="Scenarios">
       <ul class="lines actions">
-        {list.value?.map(({ name, description, current }) => (
+        {scenarios.value.map(({ name, description, current }) => (
           <li key={name}>
             <span>
               <b>{name}</b> {current && <Badge kind="good">current</Badge>}
