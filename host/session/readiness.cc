@@ -54,6 +54,11 @@ std::string ReasonUnlessTrue(PluginSession& session, const Decision& decision) {
     if (!source.value("isInGoal", false) || source.value("hasResponded", false)) continue;
     reason.append(" ").append(source.value("name", "")).append(": ");
     reason.append(source.value("reason", ""));
+    if (source.value("waitsFor", "") != "resource") continue;
+    const int status = session.GetWorld().FollowedStatus(source.value("path", ""));
+    if (status == 200) continue;
+    reason.append(" Its owner responds with the status ").append(std::to_string(status));
+    reason.append(".");
   }
   return reason;
 }

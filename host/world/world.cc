@@ -53,6 +53,8 @@ void CountVersionsOn(const WorldData& present, WorldData* next) {
   count("queries", present.versions.queries, &next->versions.queries);
 }
 
+constexpr int kMissing = 404;
+
 // What the game-data plugin publishes.
 Json GameData(const WorldData& data) {
   return Json{{"loot", data.lootData},
@@ -83,13 +85,19 @@ WorldResponse Read(Platform& platform, const RequestTarget& target) {
   return response;
 }
 
-// The event as the fault rules let it pass; nothing when they keep it back.
-std::optional<WorldEvent> Passed(Platform& platform, WorldEvent event) {
+}  // namespace
+
+std::optional<WorldEvent> World::Passed(WorldEvent event) {
   if (event.channel != WorldEvent::Channel::kResource) return event;
   const std::string path = event.name.substr(kResourceEventPrefix.size());
-  const auto fault = platform.faults.Next(FaultTarget::kSibling, path);
+  const auto fault = platform_->faults.Next(FaultTarget::kSibling, path);
+  keptBack_.erase(path);
   if (!fault) return event;
-  if (fault->action == FaultAction::kFail) return std::nullopt;
+  if (fault->action == FaultAction::kFail) {
+    keptBack_[path] = fault->status;
+    return std::nullopt;
+  }
+  if (fault->action == FaultAction::kDelete) keptBack_[path] = kMissing;
   if (fault->action == FaultAction::kDelete) event = ResourceBoard::Event(path, "Delete", "");
   if (fault->action == FaultAction::kGarble) {
     event = ResourceBoard::Event(path, "Update", WriteJson(fault->payload));
@@ -97,8 +105,6 @@ std::optional<WorldEvent> Passed(Platform& platform, WorldEvent event) {
   event.delayMilliseconds = static_cast<int>(fault->delay.value_or(0));
   return event;
 }
-
-}  // namespace
 
 World::World() = default;
 World::~World() = default;
@@ -134,7 +140,13 @@ WorldResponse World::Request(std::string_view method, std::string_view url, std:
 std::optional<WorldEvent> World::PresentValue(std::string_view path) {
   const std::string* text = platform_->board.Find(path);
   if (text == nullptr) return std::nullopt;
-  return Passed(*platform_, ResourceBoard::Event(path, "Create", *text));
+  return Passed(ResourceBoard::Event(path, "Create", *text));
+}
+
+int World::FollowedStatus(std::string_view path) const {
+  const auto kept = keptBack_.find(path);
+  if (kept != keptBack_.end()) return kept->second;
+  return platform_->board.Find(path) != nullptr ? 200 : kMissing;
 }
 
 WorldResponse World::SiblingPage(std::string_view path) const {
@@ -189,7 +201,7 @@ Maybe<World::Change> World::Adopt(const WorldText& file, const WorldReading& rea
 std::vector<WorldEvent> World::TakeEvents() {
   std::vector<WorldEvent> passed;
   for (WorldEvent& event : std::exchange(platform_->outbox, {})) {
-    if (auto changed = Passed(*platform_, std::move(event))) passed.push_back(std::move(*changed));
+    if (auto changed = Passed(std::move(event))) passed.push_back(std::move(*changed));
   }
   return passed;
 }

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -48,6 +49,9 @@ class World {
   // The event "Create" with the present value of a resource, which the host delivers right after a
   // subscription; nothing when there is no such resource.
   std::optional<WorldEvent> PresentValue(std::string_view path);
+  // What the owner of a resource responds to its followers: 200, 404 when there is none, or the
+  // status with which a fault rule kept its newest value back.
+  int FollowedStatus(std::string_view path) const;
   // What a page finds at a decoded path of a sibling plugin: its resource as JSON, or a picture
   // that things of the world name, drawn. Status 404 when there is neither.
   WorldResponse SiblingPage(std::string_view path) const;
@@ -84,8 +88,11 @@ class World {
 
  private:
   World();
+  // The event as the fault rules let it pass; nothing when they keep it back.
+  std::optional<WorldEvent> Passed(WorldEvent event);
 
   std::unique_ptr<Platform> platform_;
+  std::map<std::string, int, std::less<>> keptBack_;  // statuses by path, of the world's resources
 };
 
 }  // namespace Kest::Host

@@ -176,6 +176,23 @@ TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   EXPECT_EQ(replayed.GetValue().difference, "");
 }
 
+TEST(Readiness, SaysWhatTheOwnerOfAResourceRespondsWith) {
+  HostOptions options;
+  options.pluginPath = LOOT_PLUGIN;
+  const RunningHost host(options);
+  const std::pair<const char*, const char*> cases[] = {
+      {R"("action":"fail","status":503)", "Its owner responds with the status 503."},
+      {R"("action":"delete")", "Its owner responds with the status 404."},
+      {R"("delay":0)", R"({"ready":true)"}};
+  for (const auto& [fault, said] : cases) {
+    host.Ask("PUT /_host/faults",
+             std::string(R"({"keep":true,"rules":[{"sibling":"*emotes*",)").append(fault) + "}]}");
+    host.Ask("POST /_host/reset");
+    host.Ask("POST /_host/idle");
+    EXPECT_NE(host.Ask("GET /_host/ready").find(said), std::string::npos) << fault;
+  }
+}
+
 TEST(Readiness, ReadsAnInventoryThatNobodyHasReadOnceAndThatHasACause) {
   HostOptions options;
   options.pluginPath = LOOT_PLUGIN;
