@@ -5,7 +5,7 @@
 
 namespace Kest::Host {
 
-// A plugin gives each entry the table's address back; the owner is stored behind the table, so that
+// A plugin gives each entry the table's address back; the owner is stored after the table, so that
 // an entry finds it there.
 template <typename Owner>
 struct OwnedServices {
