@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -15,20 +14,16 @@
 #include "host/record/replay.h"
 #include "host/record/token_cut.h"
 #include "tests/host/loopback_client.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Kest::Host {
 namespace {
 
 using Lines = std::vector<std::string>;
 
-std::string TestFile(const std::string& name) {
-  return (std::filesystem::temp_directory_path() / ("record_test_" + name)).string();
-}
-
 // A short session with the service's events on their own thread: sign-in, two crafts side by side,
 // a reset, which loads the library again.
 void PlaySession(const std::string& path) {
-  std::filesystem::remove(path);
   HostLog log(stderr, LogLevel::kNone);
   DevelopmentHost host(
       {.pluginPath = LOOT_PLUGIN, .worldPath = "", .port = 0, .seed = 7, .recordPath = path}, &log);
@@ -55,14 +50,13 @@ void PlaySession(const std::string& path) {
 }
 
 Lines RecordSession() {
-  const std::string path = TestFile("session.jsonl");
+  const Testing::TemporaryFolder folder;
+  const std::string path = folder / "session.jsonl";
   PlaySession(path);
   std::ifstream file(path, std::ios::binary);
   Lines lines;
   for (std::string line; std::getline(file, line);) lines.push_back(line);
   EXPECT_FALSE(lines.empty());
-  file.close();
-  std::filesystem::remove(path);
   return lines;
 }
 
@@ -92,15 +86,14 @@ struct Replayed {
 };
 
 Replayed ReplayLines(const Lines& lines, bool comparesLog = true, std::string_view end = "\n") {
-  const std::string path = TestFile("changed.jsonl");
+  const Testing::TemporaryFolder folder;
+  const std::string path = folder / "changed.jsonl";
   std::ofstream file(path, std::ios::binary);
   for (size_t i = 0; i < lines.size(); ++i) {
     file << lines[i] << (i + 1 < lines.size() ? std::string_view("\n") : end);
   }
   file.close();
-  Replayed replayed = {Replay({path, LOOT_PLUGIN, comparesLog}), path};
-  std::filesystem::remove(path);
-  return replayed;
+  return {Replay({path, LOOT_PLUGIN, comparesLog}), path};
 }
 
 std::string FailureOf(const Replayed& replayed) {

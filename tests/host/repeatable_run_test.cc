@@ -6,7 +6,6 @@
 #include <atomic>
 #include <charconv>
 #include <deque>
-#include <filesystem>
 #include <memory>
 #include <random>
 #include <thread>
@@ -16,6 +15,7 @@
 #include "host/record/replay.h"
 #include "tests/host/loopback_client.h"
 #include "tests/host/running_host.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Kest::Host {
 namespace {
@@ -145,9 +145,8 @@ class HostRun {
 TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   std::vector<std::vector<std::string>> runs(3);
   std::mt19937 random(7);
-  const std::string recording =
-      (std::filesystem::temp_directory_path() / "repeatable_run.jsonl").string();
-  std::filesystem::remove(recording);
+  const Testing::TemporaryFolder folder;
+  const std::string recording = folder / "run.jsonl";
   for (size_t i = 0; i < runs.size(); ++i) {
     HostRun run(i == 1 ? AuditMode::kOff : AuditMode::kOn, i == 1 ? recording : "");
     std::atomic<bool> isOver = i == 0;
@@ -171,7 +170,6 @@ TEST(RepeatableRun, TheSameRequestsGiveTheSameBytes) {
   EXPECT_EQ(runs[0], runs[1]);
   EXPECT_EQ(runs[0], runs[2]);
   const auto replayed = Replay({recording, LOOT_PLUGIN});
-  std::filesystem::remove(recording);
   ASSERT_TRUE(replayed) << replayed.GetFailure().text;
   EXPECT_EQ(replayed.GetValue().difference, "");
 }

@@ -9,27 +9,13 @@
 
 #include "host/world/file/shipped_worlds.h"
 #include "tests/host/running_host.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Kest::Host {
 namespace {
 
 using testing::HasSubstr;
-
-// A folder that is gone with the test.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
-
- private:
-  const std::filesystem::path path_ =
-      std::filesystem::path(testing::TempDir()) /
-      ::testing::UnitTest::GetInstance()->current_test_info()->name();
-};
+using Testing::TemporaryFolder;
 
 void WriteFile(const std::string& path, std::string_view text) {
   std::ofstream(path, std::ios::binary) << text;

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <link.h>
-#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +8,7 @@
 #include <fstream>
 
 #include "host/library/shared_library.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Kest::Host {
 namespace {
@@ -18,11 +18,9 @@ using ::testing::HasSubstr;
 class SharedLibraryFile : public ::testing::Test {
  protected:
   SharedLibraryFile()
-      : path_(::testing::TempDir() + "kest-cut-library-" + std::to_string(getpid()) + ".so"),
-        size_(std::filesystem::file_size(ECHO_PLUGIN)) {
+      : path_(folder_ / "library.so"), size_(std::filesystem::file_size(ECHO_PLUGIN)) {
     Restore();
   }
-  ~SharedLibraryFile() override { std::filesystem::remove(path_); }
 
   void Restore() {
     std::filesystem::remove(path_);
@@ -43,6 +41,7 @@ class SharedLibraryFile : public ::testing::Test {
     return reason;
   }
 
+  const Testing::TemporaryFolder folder_;
   const std::string path_;
   const uint64_t size_;
 };
