@@ -30,8 +30,8 @@ class FaultRules {
   // to be set again when the world begins again.
   void Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed, bool keeps);
   void Clear() { Set({}, std::nullopt, false); }
-  // The others keep their counts and random numbers.
-  // Puts a rule after the others. False: there are as many as there may be.
+  // Puts a rule after the others, which keep their counts and random numbers. False: there are as
+  // many as there may be.
   bool Add(FaultRule rule);
   // Puts a rule before the others, in place of those of the same target and pattern.
   void PutFirst(FaultRule rule);

@@ -92,7 +92,7 @@ test("what a path holds is known to the compiler", async () => {
 for (const [why, options, message] of [
   ["no program", { program: "/no/program" }, /^The loot host did not start\. There is no program \/no\/program\.$/],
   ["another program", { program: "/bin/echo" }, /\/bin\/echo is another program: it began with "--until/],
-  ["no such scenario", { scenario: "sampel" }, /with status 1\.\nIts last lines:\n[^]*sampel/],
+  ["no such scenario", { scenario: "sampel" }, /with status 2\.\nIts last lines:\n[^]*sampel/],
   ["a wrong option", { arguments: ["--colour"] }, /with status 2\.\nIts last lines:\n[^]*--colour/],
   ["too slow", { startMilliseconds: 0 }, /was not ready after 0 ms\./],
 ] as const) {
