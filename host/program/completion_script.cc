@@ -55,7 +55,8 @@ std::string ValueCases(const CLI::App& app, const std::string& command) {
     if (isFlag && type.find('|') == type.npos) continue;
     for (const std::string& name : LongNamesOf(*option)) {
       const std::string reply = ValueReply(type);
-      const std::string word = command + " " + name;
+      std::string word = command;
+      word.append(" ").append(name);
       cases.append("    ");
       if (!isFlag) cases.append("'").append(word).append("'|");
       cases.append("'").append(word).append("=') ");
