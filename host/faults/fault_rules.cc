@@ -12,10 +12,10 @@ void FaultRules::Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed,
   keeps_ = keeps;
 }
 
-bool FaultRules::Add(FaultRule rule) {
+bool FaultRules::Add(FaultRule rule, bool isFirst) {
   if (rules_.size() >= kMostRules) return false;
   rule.id = ++lastId_;
-  rules_.push_back(std::move(rule));
+  rules_.insert(isFirst ? rules_.begin() : rules_.end(), std::move(rule));
   return true;
 }
 

@@ -30,9 +30,9 @@ class FaultRules {
   // to be set again when the world begins again.
   void Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed, bool keeps);
   void Clear() { Set({}, std::nullopt, false); }
-  // Puts a rule after the others, which keep their counts and random numbers. False: there are as
-  // many as there may be.
-  bool Add(FaultRule rule);
+  // Puts a rule after the others, or before them, which keep their counts and random numbers.
+  // False: there are as many as there may be.
+  bool Add(FaultRule rule, bool isFirst = false);
   // Puts a rule before the others, in place of those of the same target and pattern.
   void PutFirst(FaultRule rule);
   void Remove(FaultTarget target, std::string_view pattern);

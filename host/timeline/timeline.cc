@@ -129,11 +129,26 @@ std::optional<Json> Timeline::Detail(uint64_t id) const {
   for (; cause != nullptr && causes.size() < kMostCauses; cause = FindLocked(*cause->cause)) {
     causes.push_back(RowJson(*cause));
   }
-  Json& effects = detail["effects"] = Json::array();
-  for (const TimelineRow& later : rows_) {
-    if (later.cause == id && effects.size() < kMostEffects) effects.push_back(RowJson(later));
-  }
+  AddEffectsLocked(*row, &detail);
   return detail;
+}
+
+// A row comes after its cause: one pass finds all.
+void Timeline::AddEffectsLocked(const TimelineRow& row, Json* detail) const {
+  std::vector<uint64_t> found = {row.id};  // grows only at its end, in order
+  Json effects = Json::array();
+  const auto isEffect = [&found](const TimelineRow& later) {
+    return std::binary_search(found.begin(), found.end(), later.cause.value_or(0));
+  };
+  auto later = rows_.begin() + static_cast<std::ptrdiff_t>(row.id + 1 - FirstLocked());
+  while ((later = std::find_if(later, rows_.end(), isEffect)) != rows_.end()) {
+    if (effects.size() == kMostEffects) break;
+    found.push_back(later->id);
+    effects.push_back(RowJson(*later));
+    ++later;
+  }
+  (*detail)["effects"] = std::move(effects);
+  (*detail)["hasMoreEffects"] = later != rows_.end();
 }
 
 uint64_t Timeline::NearestCause(uint64_t id, RowKind kind) const {

@@ -61,8 +61,8 @@ class Timeline {
   // {"first", "last", "next", "gap", "rows"}: the rows that pass, oldest first. `next` is the id to
   // go on after; `gap` what of the range asked for is lost, or null.
   Json Read(const Filter& filter) const;
-  // The row with its payload, its `causes` up to the first and its `effects`, what it led to
-  // itself. Nothing: it is not held.
+  // The row with its payload, its `causes` up to the first and its `effects`: what it led to,
+  // what that led to and so on, in order. Nothing: it is not held.
   std::optional<Json> Detail(uint64_t id) const;
   // The nearest row of that kind among the causes of a row, itself included; 0: none is held.
   uint64_t NearestCause(uint64_t id, RowKind kind) const;
@@ -70,6 +70,7 @@ class Timeline {
  private:
   const TimelineRow* FindLocked(uint64_t id) const KEST_REQUIRES(mutex_);
   uint64_t FirstLocked() const KEST_REQUIRES(mutex_) { return last_ - rows_.size() + 1; }
+  void AddEffectsLocked(const TimelineRow& row, Json* detail) const KEST_REQUIRES(mutex_);
   void ShortenLocked(TimelineRow* row) const KEST_REQUIRES(mutex_);
   void DropOldLocked() KEST_REQUIRES(mutex_);
 

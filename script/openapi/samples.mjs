@@ -52,7 +52,7 @@ export const samples = {
   SetAudit: json({ mode: "on" }),
   SetLogLevel: json({ level: "always" }),
   SetFaults: json({ rules: [{ service: "redeem*", delay: { from: 0, to: 1 } }, { published: "*", action: "delay", delay: 1, times: 1 }] }),
-  AddFault: json({ sibling: "/tav-champions/*", action: "fail", status: 503 }),
+  AddFault: { query: { first: true }, ...json({ sibling: "/tav-champions/*", action: "fail", status: 503 }) },
   RemoveFault: { path: { id: "77" }, status: 404 },
   EndHeldCall: { path: { id: "1" }, status: 404, ...json({ action: "release" }) },
   PrepareNextResult: json({ recipe: "CHEST_lantern_OPEN", added: [{ lootName: "MATERIAL_key" }] }),

@@ -77,6 +77,12 @@ TEST(FaultRules, ARuleComesAndGoesWithoutAChangeOfTheOthers) {
   Json expected = before;
   expected["rules"][0]["matched"] = 2;
   EXPECT_EQ(rules.ToJson(), expected);
+  ASSERT_TRUE(rules.Add(Delay(3, 3), true));
+  ASSERT_TRUE(rules.Add(Delay(4, 4)));
+  EXPECT_EQ(rules.Next(FaultTarget::kService, "call")->delay, 3) << "it is before the others";
+  const Json later = rules.ToJson()["rules"];
+  EXPECT_EQ(later[1]["matched"], 3) << "the others keep their counts";
+  EXPECT_EQ(later[2]["delay"], 4);
   while (rules.ToJson()["rules"].size() < FaultRules::kMostRules) rules.Add(Delay(1, 1));
   EXPECT_FALSE(rules.Add(Delay(1, 1)));
 }

@@ -61,6 +61,28 @@ TEST(Timeline, WhatEndsItsCauseLastsSinceThat) {
   EXPECT_EQ(timeline.Detail(3).value()["duration"], 50);
 }
 
+TEST(Timeline, EffectsAreAllThatFollowedUpToAHundred) {
+  Timeline timeline([] { return int64_t{5}; });
+  const auto add = [&timeline](uint64_t cause) {
+    return timeline.Add({.kind = RowKind::kTask, .cause = cause});
+  };
+  const auto effects = [&timeline](uint64_t id) {
+    const Json detail = timeline.Detail(id).value();
+    std::string ids;
+    for (const Json& row : detail["effects"]) ids.append(row["id"].dump()).append(" ");
+    return ids.append(detail["hasMoreEffects"].get<bool>() ? "..." : "");
+  };
+  //  2 of 1, 3 of nothing, 4 of 2, 5 of 3, 6 of 4
+  for (const uint64_t cause : {0, 1, 0, 2, 3, 4}) add(cause);
+  EXPECT_EQ(effects(1), "2 4 6 ");
+  EXPECT_EQ(effects(3), "5 ");
+  EXPECT_EQ(effects(6), "");
+  for (uint64_t id = 6; id < 103; ++id) add(id);
+  EXPECT_TRUE(effects(1).ends_with(" 103 ")) << "exactly a hundred";
+  add(103);
+  EXPECT_TRUE(effects(1).ends_with(" 103 ...")) << effects(1);
+}
+
 TEST(Timeline, FollowsCausesThatAreHeldOnly) {
   Timeline timeline([] { return int64_t{5}; }, {.rows = 3});
   for (int i = 0; i < 5; ++i) {

@@ -69,10 +69,12 @@ ControlResult SetFaults(Platform& platform, const ControlCall& call) {
 }
 
 ControlResult AddFault(Platform& platform, const ControlCall& call) {
+  const std::string first = call.target.Parameter("first").value_or("false");
+  if (first != "true" && first != "false") return Failure{"first must be true or false", 400};
   FieldReader fields(call.body);
   FaultRule rule = ReadFaultRule(fields);
   if (!fields.Finish()) return fields.failure();
-  if (!platform.faults.Add(std::move(rule))) {
+  if (!platform.faults.Add(std::move(rule), first == "true")) {
     return Failure{"there are " + std::to_string(FaultRules::kMostRules) + " rules already", 409};
   }
   return platform.faults.ToJson();

@@ -1,6 +1,6 @@
 // One call of the platform's service that the host holds, or will: the next one of a method.
 import { setTimeout as pause } from "node:timers/promises";
-import type { Client } from "./api/client.js";
+import { ApiFailure, type Client } from "./api/client.js";
 import type { Given, Result } from "./api/types.js";
 import { LootHostFailure } from "./failure.js";
 
@@ -23,6 +23,7 @@ export class HeldCall {
   constructor(
     private readonly client: Client,
     private readonly method: string,
+    private readonly rule: number | undefined,
     private readonly taken: Taken,
     private readonly milliseconds: number,
   ) {}
@@ -44,12 +45,21 @@ export class HeldCall {
     await this.client.call("post", "/_host/held/{id}", { path: { id }, body });
   }
 
+  // It is used up: many of them would reach the most rules there may be.
+  private async removeRule(): Promise<void> {
+    if (this.rule === undefined) return;
+    await this.client.call("delete", "/_host/faults/{id}", { path: { id: this.rule } }).catch((failure: unknown) => {
+      if (!(failure instanceof ApiFailure && failure.status === 404)) throw failure; // a reset, or another, has removed it
+    });
+  }
+
   private async find(): Promise<Call> {
     for (const limit = Date.now() + this.milliseconds; ; await pause(lookMilliseconds)) {
       const calls = await this.client.call("get", "/_host/held");
       const call = calls.find(({ id, method }) => !this.taken.has(id) && matches(this.method, method));
       if (call) {
         this.taken.add(call.id);
+        await this.removeRule();
         return call;
       }
       if (Date.now() < limit) continue;

@@ -52,12 +52,10 @@ export class LootHost {
 
   /** Holds the next call of the service's method; "*" matches any part of its name. */
   async hold(method: string, milliseconds = defaultMilliseconds): Promise<HeldCall> {
-    const { rules, seed, keep } = await this.call("get", "/_host/faults");
-    const others = rules.map(({ matched: _, applied: __, ...rule }) => rule);
     for (const { id } of await this.call("get", "/_host/held")) this.taken.add(id);
     const rule = { service: method, action: "hold" as const, times: 1 };
-    await this.call("put", "/_host/faults", { body: { rules: [rule, ...others], seed, keep } });
-    return new HeldCall(this.client, method, this.taken, milliseconds);
+    const { rules } = await this.call("post", "/_host/faults", { query: { first: true }, body: rule });
+    return new HeldCall(this.client, method, rules[0]?.id, this.taken, milliseconds);
   }
 
   /** The id of the newest event: what comes after it is found by wait, also when it came before the wait. */

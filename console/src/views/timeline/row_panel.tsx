@@ -8,14 +8,40 @@ import { groupOf, isBad, timeText } from "./kinds";
 type Row = Schemas["TimelineRow"];
 export type Detail = Schemas["TimelineDetail"];
 
-function Related({ title, rows }: { title: string; rows: Row[] }) {
+const mostSteps = 6;
+
+interface Placed {
+  row: Row;
+  // How many of the others led to it.
+  steps: number;
+}
+
+// Each row below its cause. Rows come after their cause.
+function asTree(rows: readonly Row[]): Placed[] {
+  const paths = new Map<number, string[]>();
+  for (const { id, cause } of rows) paths.set(id, [...(paths.get(cause ?? 0) ?? []), String(id).padStart(16, "0")]);
+  const placed = rows.map((row) => ({ row, path: paths.get(row.id) ?? [] }));
+  placed.sort((a, b) => (a.path.join() < b.path.join() ? -1 : 1));
+  return placed.map(({ row, path }) => ({ row, steps: path.length - 1 }));
+}
+
+interface RelatedProps {
+  title: string;
+  rows: Row[];
+  // Each row is set in below its cause.
+  isTree?: boolean;
+  hasMore?: boolean;
+}
+
+function Related({ title, rows, isTree, hasMore }: RelatedProps) {
   if (rows.length === 0) return null;
+  const placed = isTree ? asTree(rows) : rows.map((row) => ({ row, steps: 0 }));
   return (
     <section>
       <h3>{title}</h3>
       <ol class="related">
-        {rows.map((row) => (
-          <li key={row.id}>
+        {placed.map(({ row, steps }) => (
+          <li key={row.id} style={{ paddingLeft: `${Math.min(steps, mostSteps)}rem` }}>
             <button type="button" onClick={() => change({ row: String(row.id) }, "push")}>
               <span class={`row-kind group-${groupOf(row)}`}>{row.kind}</span>
               <span>
@@ -25,6 +51,7 @@ function Related({ title, rows }: { title: string; rows: Row[] }) {
           </li>
         ))}
       </ol>
+      {hasMore && <p class="quiet">These are the first {rows.length}.</p>}
     </section>
   );
 }
@@ -51,7 +78,7 @@ export function RowPanel({ detail }: { detail: Detail }) {
       <div class="panel-body" tabIndex={0} role="group" aria-label="Details">
         {detail.summary && <p>{detail.summary}</p>}
         <Related title="Because of" rows={detail.causes} />
-        <Related title="Led to" rows={detail.effects} />
+        <Related title="Led to" rows={detail.effects} isTree hasMore={detail.hasMoreEffects} />
         {curl && (
           <p>
             <CopyButton text={() => curl}>curl</CopyButton>
