@@ -64,6 +64,8 @@ export function Grid({ items, selected, onSelect }: GridProps) {
   };
 
   const shown = items.slice(range.first * columns, range.end * columns);
+  // Names only what is drawn.
+  const drawn = shown[activePlace - range.first * columns];
   return (
     <div
       ref={element}
@@ -71,7 +73,7 @@ export function Grid({ items, selected, onSelect }: GridProps) {
       role="listbox"
       aria-label="Items"
       tabIndex={0}
-      aria-activedescendant={items.length > 0 ? `item-${items[activePlace]?.lootId}` : undefined}
+      aria-activedescendant={drawn && `item-${drawn.lootId}`}
       onKeyDown={onKeyDown}
     >
       <div class="grid-inner" role="presentation" style={{ height: `${rows * rowHeight + gap}px` }}>
