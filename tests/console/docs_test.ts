@@ -1,6 +1,7 @@
 // The documentation's pages, and their pictures of the console: script/check-console --pictures writes those.
 import assert from "node:assert/strict";
-import { axe, host, onPage, reset, type Screen } from "./harness";
+import type { Page } from "playwright-core";
+import { axe, host, onPage, reset, tile, type Screen } from "./harness";
 
 const pictures = process.env["KEST_PICTURES"];
 const screens: Screen[] = [
@@ -28,12 +29,21 @@ for (const screen of screens) {
 
 const screen: Screen = { width: 1280, height: 720 };
 
+// Once what has changed flashes no more.
+async function take(page: Page, name: string): Promise<void> {
+  if (!pictures) return;
+  await page.getByRole("banner").getByText("Signed in").waitFor();
+  await page.evaluate(() => Promise.all(document.getAnimations().map((animation) => animation.finished.catch(() => undefined))));
+  await page.screenshot({ path: `${pictures}/${name}.png` });
+}
+
 onPage(
   "picture of the inventory",
   "#/inventory?item=SKIN_12001&tab=why",
   async (page) => {
     await page.getByText("Can it be redeemed?").waitFor();
-    if (pictures) await page.screenshot({ path: `${pictures}/console.png` });
+    await tile(page, "SKIN_12001").waitFor();
+    await take(page, "console");
   },
   screen,
 );
@@ -46,7 +56,7 @@ onPage(
     await host.call("POST", "/tav-loot/v1/recipes/CHEST_lantern_OPEN/craft", ["CHEST_lantern"]);
     await page.getByRole("option", { name: /event .*CHEST_lantern Update/ }).click();
     await page.getByRole("complementary").getByRole("button", { name: /request POST .*CHEST_lantern_OPEN/ }).waitFor();
-    if (pictures) await page.screenshot({ path: `${pictures}/timeline.png` });
+    await take(page, "timeline");
   },
   screen,
 );
@@ -59,7 +69,7 @@ onPage(
     await reset();
     await page.getByRole("button", { name: /^Open/ }).first().waitFor({ state: "hidden" });
     await page.getByRole("button", { name: /^Open/ }).first().waitFor();
-    if (pictures) await page.screenshot({ path: `${pictures}/chest.png` });
+    await take(page, "chest");
   },
   screen,
 );
