@@ -120,7 +120,8 @@ function(kest_embed_text source)
 endfunction()
 
 # kest_test(name DEPENDS a b SOURCES x_test.cc LIBRARIES ext): one test program per folder; ctest sees it
-# as <name>. Discovery is left to GoogleTest at run time, so linking stays the only cost of a build.
+# as <name>. Discovery is left to GoogleTest at run time, so linking stays the only cost of a build. What it prints is
+# short, so that a failure is not lost in what passes.
 function(kest_test name)
   cmake_parse_arguments(ARG "" "" "DEPENDS;SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name}_test ${ARG_SOURCES})
@@ -131,6 +132,6 @@ function(kest_test name)
   if(TARGET kest_test_pch)
     target_precompile_headers(${name}_test REUSE_FROM kest_test_pch)
   endif()
-  add_test(NAME ${name} COMMAND ${name}_test)
+  add_test(NAME ${name} COMMAND ${name}_test --gtest_brief=1)
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)
 endfunction()

@@ -44,6 +44,12 @@ class LinesOfTheTest : public LogTarget {
 };
 
 class LogKeeper : public ::testing::EmptyTestEventListener {
+  // The last suite named is the one in which a program ended or hung that prints failures only.
+  void OnTestSuiteStart(const ::testing::TestSuite& suite) override {
+    if (!GTEST_FLAG_GET(brief)) return;
+    std::printf("%s\n", suite.name());
+    std::fflush(stdout);
+  }
   void OnTestStart(const ::testing::TestInfo& /*test*/) override { lines_.emplace(); }
   void OnTestEnd(const ::testing::TestInfo& test) override {
     if (test.result()->Failed()) std::fputs(lines_->Lines().c_str(), stderr);
