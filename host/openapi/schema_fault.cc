@@ -31,6 +31,32 @@ bool IsOfType(const Json& value, std::string_view type) {
   return value.is_null();
 }
 
+// A schema without a type fits all.
+bool HasTypeOf(const Json& value, const Json& schema) {
+  const auto type = schema.find("type");
+  if (type == schema.end()) return true;
+  const Json types = type->is_array() ? *type : Json::array({*type});
+  return std::any_of(types.begin(), types.end(), [&value](const Json& name) {
+    return IsOfType(value, name.get_ref<const std::string&>());
+  });
+}
+
+// Of a "oneOf" the schema that has the value's type. Where several have, an empty one; where none
+// has, one of their types.
+Json ChooseSchema(const Json& value, const Json& choices) {
+  std::vector<Json> fitting;
+  Json types = Json::array();
+  for (const Json& choice : choices) {
+    Json schema = choice.contains("$ref") ? NamedSchema(choice["$ref"]) : choice;
+    const Json type = schema.value("type", Json::array());
+    if (type.is_array()) types.insert(types.end(), type.begin(), type.end());
+    if (type.is_string()) types.push_back(type);
+    if (HasTypeOf(value, schema)) fitting.push_back(std::move(schema));
+  }
+  if (fitting.empty()) return {{"type", std::move(types)}};
+  return fitting.size() == 1 ? std::move(fitting.front()) : Json::object();
+}
+
 // "a, b" of a list, or the one value.
 std::string Listed(const Json& choices) {
   if (!choices.is_array()) return WriteJson(choices);
@@ -47,13 +73,7 @@ bool IsAmong(const Json& choices, const Json& value) {
 
 // What is wrong with the value itself, not with its parts; empty when it fits.
 std::string FaultOf(const Json& value, const Json& schema) {
-  if (const auto type = schema.find("type"); type != schema.end()) {
-    const Json types = type->is_array() ? *type : Json::array({*type});
-    const bool fits = std::any_of(types.begin(), types.end(), [&value](const Json& name) {
-      return IsOfType(value, name.get_ref<const std::string&>());
-    });
-    if (!fits) return "must be of the type " + Listed(*type);
-  }
+  if (!HasTypeOf(value, schema)) return "must be of the type " + Listed(schema["type"]);
   for (const char* const name : {"const", "enum"}) {
     const auto choices = schema.find(name);
     if (choices != schema.end() && !IsAmong(*choices, value)) {
@@ -103,7 +123,7 @@ std::optional<SchemaFault> FindSchemaFault(const Json& value, const Json& shorth
     auto [part, schema] = std::move(pending.back());
     pending.pop_back();
     if (schema.contains("$ref")) schema = NamedSchema(schema["$ref"]);
-    if (schema.contains("oneOf")) continue;
+    if (schema.contains("oneOf")) schema = ChooseSchema(*part, schema["oneOf"]);
     if (std::string fault = FaultOf(*part, schema); !fault.empty()) {
       return SchemaFault{part, std::move(fault)};
     }

@@ -13,7 +13,8 @@ struct SchemaFault {
   std::string message;
 };
 
-// The first part of `value` that does not fit the shorthand. Of a "oneOf" nothing is tested.
+// The first part of `value` that does not fit the shorthand. Of a "oneOf" the value's type chooses;
+// where it fits several, nothing is tested.
 std::optional<SchemaFault> FindSchemaFault(const Json& value, const Json& shorthand);
 
 }  // namespace Kest::Host
