@@ -54,6 +54,7 @@ export function LogCard() {
   }, [shown.length]);
   return (
     <Card title="Log" actions={<CopyButton text={() => shown.join("\n")} label="Copy the log" />}>
+      <p class="quiet">The times are local times of the machine that the host runs on.</p>
       <LevelField />
       <SearchField label="Lines with" value={text.value} onInput={(value) => (text.value = value)} />
       <div class="log" ref={list} tabIndex={0} role="log" aria-label="Log lines">
