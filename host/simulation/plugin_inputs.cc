@@ -25,6 +25,7 @@ constexpr Source kSources[] = {{"/ward-skins", kWardSkins},
                                {"/inventory/emotes", kEmotes}};
 constexpr std::string_view kSessionPath = "/tav-login/v1/session";
 constexpr std::string_view kSkinsEnd = "/skins-minimal";
+constexpr std::string_view kGrantPrefix = "/tav-loot/v1/loot-grants/";
 constexpr std::string_view kTokenPath = "/tav-inventory/v1/signedInventory";
 
 }  // namespace
@@ -66,6 +67,13 @@ void PluginInputs::TakeResponse(std::string_view url, int32_t status) {
   const uint32_t bits = status == 200 ? kChampions | kSkins : kChampions;
   perhapsRead_ |= bits;
   if (!skinsAreLate_) arrivedRead_ |= bits;
+}
+
+void PluginInputs::TakeDeletion(std::string_view url) {
+  if (!url.starts_with(kGrantPrefix)) return;
+  int64_t id = 0;
+  std::from_chars(url.data() + kGrantPrefix.size(), url.data() + url.size(), id);
+  if (shownGrants_.contains(id)) dismissedGrants_.insert(id);
 }
 
 void PluginInputs::Settle() {

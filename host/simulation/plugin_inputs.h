@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Kest::Host {
 
@@ -20,6 +22,9 @@ class PluginInputs {
   void TakeAsk(std::string_view url) {
     isSaidToBeDone_ |= url == "/tav-loot/v1/new-player-check-done/true";
   }
+  // A request of method DELETE that succeeded. Only what was shown before is dismissed by it.
+  void TakeDeletion(std::string_view url);
+  void TakeShownGrants(std::set<int64_t> ids) { shownGrants_ = std::move(ids); }
   // There is a packet of a login, to be followed.
   void NoteLoginPacket() { ++loginPackets_; }
 
@@ -34,6 +39,7 @@ class PluginInputs {
   const std::string& FollowedSummoner() const { return followedSummoner_; }
   bool IsSaidToBeDone() const { return isSaidToBeDone_; }  // the new player's check
   int LoginPackets() const { return loginPackets_; }
+  const std::set<int64_t>& DismissedGrants() const { return dismissedGrants_; }
 
  private:
   void TakeSession(std::optional<std::string_view> data);
@@ -49,6 +55,8 @@ class PluginInputs {
   std::string followedSummoner_;
   bool isSaidToBeDone_ = false;
   int loginPackets_ = 0;
+  std::set<int64_t> shownGrants_;
+  std::set<int64_t> dismissedGrants_;
 };
 
 }  // namespace Kest::Host

@@ -149,15 +149,17 @@ void Simulation::Do(const Step& step, SeededRandom& random) {
 
 void Simulation::Ask(const Step& step) {
   inputs_.TakeAsk(step.path);
-  plugin_.Ask(step.method, step.path, step.body,
-              [this, path = step.path](const PluginReply& reply) {
-                Note("reply " + std::to_string(reply.status), path,
-                     DigestJson(reply.body, ArrayOrder::kIgnored));
-                if (reply.status == 200 && DigestJson(reply.body) == 0) {
-                  findings_.Add("a response of status 200 has a JSON body", path,
-                                reply.body.substr(0, 200));
-                }
-              });
+  plugin_.Ask(
+      step.method, step.path, step.body,
+      [this, path = step.path, isDeletion = step.method == "DELETE"](const PluginReply& reply) {
+        if (isDeletion && reply.status < 300) inputs_.TakeDeletion(path);
+        Note("reply " + std::to_string(reply.status), path,
+             DigestJson(reply.body, ArrayOrder::kIgnored));
+        if (reply.status == 200 && DigestJson(reply.body) == 0) {
+          findings_.Add("a response of status 200 has a JSON body", path,
+                        reply.body.substr(0, 200));
+        }
+      });
 }
 
 void Simulation::ControlPlatform(const Step& step) {
@@ -294,6 +296,7 @@ void Simulation::CheckQuiet(SeededRandom& random) {
   state.lostResponses = host_.LostResponses();
   state.subscriptions = host_.SubscribedNames();
   CheckAll(state, &findings_);
+  inputs_.TakeShownGrants(ShownGrants(state));
   log_.Check(&findings_);
 }
 

@@ -1,5 +1,3 @@
-#include <set>
-
 #include "host/audit/comparisons.h"
 #include "host/audit/routes.h"
 #include "host/simulation/checks/checks.h"
@@ -36,14 +34,26 @@ void CheckValues(const QuietState& state, Findings* findings) {
   }
 }
 
+std::set<int64_t> ShownGrants(const QuietState& state) {
+  std::set<int64_t> ids;
+  const auto response = state.responses.find("/tav-loot/v1/loot-grants");
+  if (response == state.responses.end()) return ids;
+  for (const Json& grant : ParseJson(response->second.body)) ids.insert(grant["id"].get<int64_t>());
+  return ids;
+}
+
 void CheckGrants(const QuietState& state, Findings* findings) {
   const auto response = state.responses.find("/tav-loot/v1/loot-grants");
   if (response == state.responses.end()) return;
-  std::set<int64_t> ids;
-  for (const Json& grant : ParseJson(response->second.body)) {
-    if (ids.insert(grant["id"].get<int64_t>()).second) continue;
-    findings->Add("a grant is shown once", "one of each id", response->second.body.substr(0, 1000));
-    return;
+  const std::set<int64_t> ids = ShownGrants(state);
+  const std::string body = response->second.body.substr(0, 1000);
+  if (ids.size() != ParseJson(response->second.body).size()) {
+    findings->Add("a grant is shown once", "one of each id", body);
+  }
+  for (const int64_t id : state.inputs.DismissedGrants()) {
+    if (!ids.contains(id)) continue;
+    findings->Add("a grant that was dismissed is gone", "none of the id " + std::to_string(id),
+                  body);
   }
 }
 
