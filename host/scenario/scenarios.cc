@@ -43,8 +43,12 @@ Maybe<Nothing> Scenarios::Start() {
   if (!text) return text.GetFailure();
   auto world = Load({KeptPath(kKeptWorld), std::move(text.GetValue())});
   if (!world) return world.GetFailure();
-  parts_.log->Write(LogLevel::kAlways, "Goes on in the world that " + options_.stateFolder +
-                                           " keeps; a reset goes back to the start.");
+  const WorldChoice& choice = options_.start;
+  parts_.log->Write(LogLevel::kAlways,
+                    "Goes on in the world that " + options_.stateFolder +
+                        " keeps; a reset goes back to the start of " +
+                        (choice.file.empty() ? "the scenario " + choice.scenario : choice.file) +
+                        ".");
   return parts_.sessions->Begin(std::move(world.GetValue()));
 }
 
@@ -162,10 +166,15 @@ Maybe<Nothing> Scenarios::Import(const WorldText& file) {
   const auto change = session->AdoptWorld(file, Reading(&warnings));
   if (!change) return change.GetFailure();
   Warn(warnings);
+  const std::vector<ScenarioStep> steps = session->GetWorld().Steps();
+  parts_.scheduler->Drop(this);  // the steps to come of the world as it was
   if (change.GetValue() == World::Change::kGameData) {
-    return parts_.sessions->BeginAgain(parts_.sessions->libraryPath());
+    const auto begun = parts_.sessions->BeginAgain(parts_.sessions->libraryPath());
+    if (!begun) return begun;
+  } else {
+    Refresh();
   }
-  Refresh();
+  RunSteps(steps);
   return Nothing{};
 }
 

@@ -135,9 +135,12 @@ TEST(Scenarios, ASavedFileTakesEffectAndABrokenOneDoesNot) {
   WriteFile(folder / "base.yaml", WorldOfKeys(22));
   std::this_thread::sleep_for(std::chrono::seconds(1));
   EXPECT_EQ(host.AwaitInventory("KEY 1;"), "KEY 1;");
-  WriteFile(folder / "world.yaml", "extends: base.yaml\nname: Over again\n");
+  WriteFile(folder / "world.yaml",
+            "extends: base.yaml\nname: Over again\nsteps:\n"
+            "  - {request: PUT /_host/gameflow, body: {phase: Lobby}}\n");
   EXPECT_EQ(host.AwaitInventory("KEY 22;"), "KEY 22;");
   EXPECT_FALSE(host.State()["session"].is_null()) << "the player stays";
+  EXPECT_EQ(host.State()["phase"], "Lobby") << "of the steps";
   std::filesystem::remove(folder / "base.yaml");
   std::string lines;
   for (int tries = 0; tries < 500 && lines.find("is gone") == lines.npos; ++tries) {
