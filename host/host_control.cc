@@ -20,9 +20,7 @@ std::optional<std::vector<std::string>> ControlParts(std::string_view path) {
   if (!path.starts_with(kControlPrefix)) return std::nullopt;
   path.remove_prefix(kControlPrefix.size());
   if (!path.starts_with('/')) return std::nullopt;
-  auto parts = PathParts(path);
-  if (parts.empty()) return std::nullopt;
-  return parts;
+  return PathParts(path);
 }
 
 bool Any(std::string_view) {

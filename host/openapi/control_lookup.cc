@@ -20,7 +20,7 @@ std::optional<PathArguments> Match(std::string_view path, const std::vector<std:
   PathArguments arguments;
   for (const std::string& part : parts) {
     const auto wanted = TakePart(&path);
-    if (!wanted) return std::nullopt;
+    if (!wanted || part.empty()) return std::nullopt;
     if (wanted->starts_with('{')) {
       arguments.emplace(wanted->substr(1, wanted->size() - 2), part);
     } else if (*wanted != part) {

@@ -21,7 +21,8 @@ struct FoundControl {
 };
 
 // The control at the path below "/_host" whose decoded parts are `parts`, none for the index, among
-// those that `isServed` accepts by their operation id. A literal path goes before a template.
+// those that `isServed` accepts by their operation id. A literal path goes before a template. None
+// has an empty part: an id that was left out names nothing, and not the control above it.
 FoundControl FindControl(std::string_view method, const std::vector<std::string>& parts,
                          const std::function<bool(std::string_view operationId)>& isServed);
 

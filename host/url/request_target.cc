@@ -1,5 +1,6 @@
 #include "host/url/request_target.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "host/url/url_text.h"
@@ -31,9 +32,11 @@ std::vector<std::pair<std::string, std::string>> RequestTarget::Parameters() con
 
 std::vector<std::string> PathParts(std::string_view path) {
   std::vector<std::string> parts;
-  while (!path.empty()) {
-    const std::string_view part = TakeUpTo('/', &path);
-    if (!part.empty()) parts.push_back(DecodePercent(part));
+  while (path.starts_with('/')) {
+    path.remove_prefix(1);
+    const size_t end = std::min(path.find('/'), path.size());
+    parts.push_back(DecodePercent(path.substr(0, end)));
+    path.remove_prefix(end);
   }
   return parts;
 }

@@ -22,7 +22,8 @@ struct RequestTarget {
   std::vector<std::pair<std::string, std::string>> Parameters() const;
 };
 
-// The parts of a path, decoded; empty parts are left out ("/a//b" has two).
+// The parts of a path, decoded: what follows each "/", also when that is nothing ("/a//" has
+// three).
 std::vector<std::string> PathParts(std::string_view path);
 
 // An integer of decimal digits alone, or nothing.

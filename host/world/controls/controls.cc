@@ -71,11 +71,9 @@ WorldResponse RefuseMethod(std::string_view method, const std::string& allowed) 
 WorldResponse CallControl(Platform& platform, std::string_view method, std::string_view path,
                           std::string_view body) {
   const RequestTarget target = RequestTarget::Split(path);
-  const std::vector<std::string> parts = PathParts(target.path);
-  if (parts.empty()) return Refuse({"there is no control of an empty name", 404});
-  FoundControl found = FindControl(method, parts, [](std::string_view operationId) {
-    return FunctionOf(operationId) != nullptr;
-  });
+  FoundControl found =
+      FindControl(method, PathParts(target.path),
+                  [](std::string_view operationId) { return FunctionOf(operationId) != nullptr; });
   if (!found.methods.empty()) return RefuseMethod(method, found.methods);
   if (found.control == nullptr) return Refuse({"there is no control " + std::string(path), 404});
   const ControlDescription& control = *found.control;
