@@ -1,8 +1,18 @@
 #include "host/faults/fault_rules.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Kest::Host {
+namespace {
+
+auto IsOf(FaultTarget target, std::string_view pattern) {
+  return [target, pattern](const FaultRule& rule) {
+    return rule.target == target && rule.pattern == pattern;
+  };
+}
+
+}  // namespace
 
 void FaultRules::Set(std::vector<FaultRule> rules, std::optional<uint64_t> seed, bool keeps) {
   rules_ = std::move(rules);
@@ -19,16 +29,15 @@ bool FaultRules::Add(FaultRule rule, bool isFirst) {
   return true;
 }
 
-void FaultRules::PutFirst(FaultRule rule) {
+bool FaultRules::PutFirst(FaultRule rule) {
+  const bool replaces = std::any_of(rules_.begin(), rules_.end(), IsOf(rule.target, rule.pattern));
+  if (!replaces && rules_.size() >= kMostRules) return false;
   Remove(rule.target, rule.pattern);
-  rule.id = ++lastId_;
-  rules_.insert(rules_.begin(), std::move(rule));
+  return Add(std::move(rule), true);
 }
 
 void FaultRules::Remove(FaultTarget target, std::string_view pattern) {
-  std::erase_if(rules_, [&](const FaultRule& rule) {
-    return rule.target == target && rule.pattern == pattern;
-  });
+  std::erase_if(rules_, IsOf(target, pattern));
 }
 
 bool FaultRules::Remove(uint64_t id) {

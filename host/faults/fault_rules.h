@@ -33,8 +33,9 @@ class FaultRules {
   // Puts a rule after the others, or before them, which keep their counts and random numbers.
   // False: there are as many as there may be.
   bool Add(FaultRule rule, bool isFirst = false);
-  // Puts a rule before the others, in place of those of the same target and pattern.
-  void PutFirst(FaultRule rule);
+  // Puts a rule before the others, in place of those of the same target and pattern. False: there
+  // are as many others as there may be; nothing changed.
+  bool PutFirst(FaultRule rule);
   void Remove(FaultTarget target, std::string_view pattern);
   // False: no rule has that id.
   bool Remove(uint64_t id);

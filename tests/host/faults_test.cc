@@ -85,6 +85,11 @@ TEST(FaultRules, ARuleComesAndGoesWithoutAChangeOfTheOthers) {
   EXPECT_EQ(later[2]["delay"], 4);
   while (rules.ToJson()["rules"].size() < FaultRules::kMostRules) rules.Add(Delay(1, 1));
   EXPECT_FALSE(rules.Add(Delay(1, 1)));
+  EXPECT_TRUE(rules.PutFirst(Delay(5, 5))) << "in place of all of them";
+  while (rules.ToJson()["rules"].size() < FaultRules::kMostRules) rules.Add(Delay(1, 1));
+  FaultRule other = Delay(1, 1);
+  other.pattern = "other";
+  EXPECT_FALSE(rules.PutFirst(other));
 }
 
 TEST(FaultRules, ChanceIsWhatTheSeedMakesOfTheProbability) {

@@ -12,6 +12,10 @@ Failure UnknownMethod(const std::string& method) {
   return Failure{"the platform has no service method " + method, 404};
 }
 
+Failure TooManyRules() {
+  return Failure{"there are " + std::to_string(FaultRules::kMostRules) + " rules already", 409};
+}
+
 bool IsServiceMethod(const std::string& method) {
   return std::find(kServiceMethods.begin(), kServiceMethods.end(), method) != kServiceMethods.end();
 }
@@ -74,9 +78,7 @@ ControlResult AddFault(Platform& platform, const ControlCall& call) {
   FieldReader fields(call.body);
   FaultRule rule = ReadFaultRule(fields);
   if (!fields.Finish()) return fields.failure();
-  if (!platform.faults.Add(std::move(rule), first == "true")) {
-    return Failure{"there are " + std::to_string(FaultRules::kMostRules) + " rules already", 409};
-  }
+  if (!platform.faults.Add(std::move(rule), first == "true")) return TooManyRules();
   return platform.faults.ToJson();
 }
 
@@ -128,7 +130,7 @@ ControlResult OverrideService(Platform& platform, const ControlCall& call) {
                      {"error", rule.fault.error},
                      {"status", rule.fault.statusWord},
                      {"times", rule.times}};
-  platform.faults.PutFirst(std::move(rule));
+  if (!platform.faults.PutFirst(std::move(rule))) return TooManyRules();
   return json;
 }
 
