@@ -6,7 +6,7 @@ import { wantInventory } from "./state/inventory";
 import { connection, retryNow } from "./state/stream";
 import { clock, shownTime } from "./state/clock";
 import { waiting } from "./state/crafts";
-import { scenario } from "./state/scenarios";
+import { scenario, scenarios } from "./state/scenarios";
 import { faults, held, rulesOf } from "./state/faults";
 import { world } from "./state/world";
 import { useAction } from "./ui/action";
@@ -32,7 +32,8 @@ export function TopBar() {
     await call("post", "/_host/reset");
     return "World and plugin have started again";
   });
-  const state = world.value;
+  // All of it at once, so that what comes late moves nothing.
+  const state = faults.value && scenarios.value.length > 0 ? world.value : undefined;
   const hasFaults = rulesOf(faults.value).length > 0;
   return (
     <header class="top">
@@ -53,7 +54,7 @@ export function TopBar() {
             {state.phase && <Badge>{state.phase}</Badge>}
           </>
         )}
-        {faults.value && (
+        {state && (
           <a class={`badge ${hasFaults ? "warn" : ""}`} href={addressOf("world", { card: "faults" })}>
             {hasFaults ? "Faults on" : "Faults off"}
           </a>

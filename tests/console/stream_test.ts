@@ -13,6 +13,7 @@ for (const width of [360, 1280]) {
     "#/inventory",
     async (page) => {
       await page.locator(".tile").first().waitFor();
+      await page.getByText("Faults off").waitFor();
       const items = await itemsOf(await inView(page));
       assert.ok(items.length > 3, `${items.length} items are in view`);
       await watch(page);
