@@ -23,20 +23,15 @@ export const items = new Map<string, PlayerLoot>();
 // When an item last changed by an event, by performance.now().
 export const changedAt = new Map<string, number>();
 
-// Between two drawings of a stream of changes.
-const leastPause = 50;
-let drawnAt = 0;
 let isDrawing = false;
 function draw(): void {
   if (isDrawing) return;
   isDrawing = true;
   const flush = () => {
     isDrawing = false;
-    drawnAt = performance.now();
     inventoryVersion.value++;
   };
-  const wait = drawnAt + leastPause - performance.now();
-  if (document.hidden || wait > 0) setTimeout(flush, Math.max(wait, 16));
+  if (document.hidden) setTimeout(flush, 50); // no frame would come
   else requestAnimationFrame(flush);
 }
 
