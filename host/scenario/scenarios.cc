@@ -169,7 +169,7 @@ Maybe<Nothing> Scenarios::Import(const WorldText& file) {
   const std::vector<ScenarioStep> steps = session->GetWorld().Steps();
   parts_.scheduler->Drop(this);  // the steps to come of the world as it was
   if (change.GetValue() == World::Change::kGameData) {
-    const auto begun = parts_.sessions->BeginAgain(parts_.sessions->libraryPath());
+    auto begun = parts_.sessions->BeginAgain(parts_.sessions->libraryPath());
     if (!begun) return begun;
   } else {
     Refresh();
