@@ -11,6 +11,10 @@ namespace Kest::Host {
 // The last millisecond that has a string of that form.
 inline constexpr int64_t kLatestTime = 253'402'300'799'999;
 
+// What ParseTime reads, for messages.
+inline constexpr std::string_view kTimeRule =
+    "a time from 1970 to 9999 such as 2030-01-01T12:00:00Z";
+
 // REQUIRES: from 1970 to kLatestTime. `milliseconds` since 1970.
 std::string FormatTime(int64_t milliseconds);
 

@@ -50,8 +50,8 @@ ClockSetting ReadSetting(FieldReader& fields) {
   if (setting.mode == ClockMode::kReal) {
     fields.FailAt("now", "a real clock shows the time of the system");
   } else if (!setting.now) {
-    fields.FailAt(
-        "now", "\"now\" must be a time such as \"2030-01-01T12:00:00Z\", found " + WriteJson(text));
+    fields.FailAt("now",
+                  "\"now\" must be " + std::string(kTimeRule) + ", found " + WriteJson(text));
   }
   return setting;
 }

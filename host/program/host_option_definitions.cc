@@ -31,13 +31,13 @@ std::string IsInteger(const std::string& text) {
 }
 
 std::string IsTime(const std::string& text) {
-  return ParseTime(text) ? "" : "must be a time such as 2030-01-01T12:00:00Z, found " + text;
+  return ParseTime(text) ? "" : "must be " + std::string(kTimeRule) + ", found " + text;
 }
 
 std::string IsClock(const std::string& text) {
   return text == "real" || ParseTime(text)
              ? ""
-             : "must be real or a time such as 2030-01-01T12:00:00Z, found " + text;
+             : "must be real or " + std::string(kTimeRule) + ", found " + text;
 }
 
 // Puts the number of one of the words in its place, for an enumeration.
@@ -130,7 +130,7 @@ void AddWorldOptions(CLI::App& app, HostOptions* options) {
       ->check(IsClock)
       ->default_str("real");
   app.add_flag("!--no-login", options->signsIn,
-               "Leaves signing the player in to the first request");
+               "The player is signed in by POST /_host/login only");
 }
 
 void AddNetworkOptions(CLI::App& app, HostOptions* options) {

@@ -38,6 +38,20 @@ void RefuseServeOptions(const CLI::App& app) {
   }
 }
 
+// An option's parser takes "--name=" for the option without a value, and an empty path means that
+// none was given: what a script left empty would be another run than the one it asks for.
+void RefuseEmptyValues(int argc, const char* const* argv) {
+  std::string before = "argument";
+  for (int i = 1; i < argc; ++i) {
+    const std::string argument = argv[i];
+    const size_t equals = argument.find('=');
+    const bool endsEmpty = argument.starts_with("--") && equals + 1 == argument.size();
+    if (endsEmpty) before = argument.substr(0, equals);
+    if (endsEmpty || argument.empty()) throw CLI::ValidationError(before, "must not be empty");
+    before = argument;
+  }
+}
+
 class Program {
  public:
   explicit Program(std::string folder) {
@@ -60,6 +74,7 @@ class Program {
     while (own < argc && std::strcmp(argv[own], "--") != 0) ++own;
     if (own < argc) context_.command.assign(argv + own + 1, argv + argc);
     try {
+      RefuseEmptyValues(own, argv);
       app_.parse(own, argv);
       CheckChoice();
     } catch (const CLI::ParseError& error) {

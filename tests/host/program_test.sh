@@ -34,6 +34,16 @@ done
 error=$("$host" --audit=1 2>&1 | head -n 1)
 expect 'a wrong word' '--audit: must be one of on, strict, found 1' "$error"
 
+for option in --record --world --state --plugin --assets --seed; do
+  run $option ''
+  expect "an empty value of $option" "2 $option: must not be empty" "$status $(head -n 1 "$errors")"
+done
+run exec --audit= -- true
+expect 'an empty value of a flag' '2 --audit: must not be empty' "$status $(head -n 1 "$errors")"
+error=$("$host" --clock 10000-01-01T00:00:00Z 2>&1 | head -n 1)
+expect 'a time out of range' \
+  '--clock: must be real or a time from 1970 to 9999 such as 2030-01-01T12:00:00Z, found 10000-01-01T00:00:00Z' "$error"
+
 beside true
 expect 'a command that succeeds' 0 "$status"
 # shellcheck disable=SC2016
