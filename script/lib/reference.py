@@ -51,7 +51,7 @@ def type_words(schema):
 
 
 def row(name, schema, *more, description=""):
-    text = cell(description or ("" if "$ref" in schema else schema.get("description", "")))
+    text = cell(description or schema.get("description", ""))
     return f"| `{name}` | {' | '.join([*more, type_words(schema), text])} |"
 
 
