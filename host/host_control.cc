@@ -1,15 +1,19 @@
 #include "host/host_control.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "base/ascii.h"
 #include "host/controls/with_session.h"
 #include "host/http/entity_tag.h"
 #include "host/http/http_responses.h"
 #include "host/json/json.h"
 #include "host/openapi/control_request.h"
 #include "host/url/request_target.h"
+#include "host/url/url_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -29,11 +33,16 @@ bool Any(std::string_view) {
 
 // A body without a type, and with the one that curl sends by default, is read as JSON
 // too.
-bool Takes(const ControlDescription& control, std::string_view contentType) {
-  const std::string_view type = contentType.substr(0, contentType.find(';'));
-  return control.body.is_null() || type.empty() || type == "application/json" ||
-         type == "application/x-www-form-urlencoded" ||
-         (control.TakesText() && control.body.contains(type));
+bool Takes(const ControlDescription& control, std::string_view type) {
+  const auto isIt = [type](std::string_view other) { return EqualIgnoringCase(type, other); };
+  constexpr std::string_view kReadAsJson[] = {"", "application/json",
+                                              "application/x-www-form-urlencoded"};
+  if (std::any_of(std::begin(kReadAsJson), std::end(kReadAsJson), isIt)) return true;
+  if (!control.TakesText()) return false;
+  for (const auto& [other, schema] : control.body.items()) {
+    if (isIt(other)) return true;
+  }
+  return false;
 }
 
 // The types that Takes is about.
@@ -44,6 +53,23 @@ std::string TypesOf(const ControlDescription& control) {
     types.append(types.empty() ? "" : " or ").append(type);
   }
   return types;
+}
+
+// What is wrong with the type of a body.
+std::optional<std::string> TypeFault(const ControlDescription& control,
+                                     std::string_view contentType) {
+  if (control.body.is_null()) return std::nullopt;
+  if (!Takes(control, TakeTrimmedUpTo(';', &contentType))) {
+    return "Send the body as " + TypesOf(control) + ".";
+  }
+  while (!contentType.empty()) {
+    std::string_view value = TakeTrimmedUpTo(';', &contentType);
+    if (!EqualIgnoringCase(TakeUpTo('=', &value), "charset")) continue;
+    if (!EqualIgnoringCase(value, "utf-8") && !EqualIgnoringCase(value, "\"utf-8\"")) {
+      return "Send the body in UTF-8.";
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -76,8 +102,9 @@ HttpResponse HostControl::Handle(const HttpRequest& request) {
   if (found.control == nullptr) {
     return ProblemResponse(404, "There is no control " + std::string(target.path));
   }
-  if (!request.body.empty() && !Takes(*found.control, request.contentType)) {
-    return ProblemResponse(415, "Send the body as " + TypesOf(*found.control) + ".");
+  if (!request.body.empty()) {
+    const auto fault = TypeFault(*found.control, request.contentType);
+    if (fault) return ProblemResponse(415, *fault);
   }
   if (const auto fault = BodyFault(*found.control, request.body)) {
     return ProblemResponse(400, *fault);

@@ -1,5 +1,6 @@
 #include "host/controls/event_controls.h"
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 namespace Kest::Host {
 namespace {
 
+constexpr uint64_t kLargestId = std::numeric_limits<uint64_t>::max();
 constexpr size_t kStreamPieceBytes = size_t{64} * 1024;
 
 // One reader's position in the events. The events themselves stay in the stream.
@@ -37,7 +39,9 @@ HttpResponse FollowStream(const EventStream* stream, const HostCall& call) {
   if (last.empty()) last = call.target.Parameter("lastEventId").value_or("");
   if (!last.empty()) {
     const auto number = ParseNumber(last);
-    if (!number) return ProblemResponse(400, "The last event id must be a number.");
+    if (!number)
+      return ProblemResponse(400, "The last event id must be an integer from 0 to " +
+                                      std::to_string(kLargestId) + ".");
     position = *number;
   }
   const std::string controls = call.target.Parameter("controls").value_or("false");

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/console/console_files.h"
+#include "host/controls/query_reader.h"
 #include "host/controls/with_session.h"
 #include "host/http/http_responses.h"
 #include "host/http/media_ranges.h"
@@ -15,7 +16,6 @@
 namespace Kest::Host {
 namespace {
 
-constexpr std::string_view kTimeoutName = "timeoutMilliseconds";
 constexpr uint64_t kDefaultIdleTimeout = 30'000;
 constexpr uint64_t kLongestIdleTimeout = 600'000;
 
@@ -89,15 +89,10 @@ HttpResponse Health(const SessionParts& parts) {
 }
 
 HttpResponse Idle(const SessionParts& parts, const HostCall& call) {
-  uint64_t limit = kDefaultIdleTimeout;
-  if (const auto text = call.target.Parameter(kTimeoutName)) {
-    const auto number = ParseNumber(*text);
-    if (!number || *number > kLongestIdleTimeout) {
-      return ProblemResponse(400, std::string(kTimeoutName) + " must be a number up to " +
-                                      std::to_string(kLongestIdleTimeout) + ".");
-    }
-    limit = *number;
-  }
+  QueryReader query(call.target);
+  const uint64_t limit =
+      query.Number("timeoutMilliseconds", 0, kLongestIdleTimeout).value_or(kDefaultIdleTimeout);
+  if (query.failure()) return ControlResponse(*query.failure());
   const auto waitsForTime = [&parts] {
     return parts.scheduler->NextDue() || parts.serviceEvents->NextDue();
   };

@@ -10,13 +10,6 @@ namespace {
 
 constexpr int kFullQuality = 1000;
 
-std::string_view TakePart(char separator, std::string_view* text) {
-  std::string_view part = TakeUpTo(separator, text);
-  while (part.starts_with(' ')) part.remove_prefix(1);
-  while (part.ends_with(' ')) part.remove_suffix(1);
-  return part;
-}
-
 // Of "q=0.25" 250; of other parameters and of what is no number the full quality.
 int QualityOf(std::string_view parameter) {
   if (!EqualIgnoringCase(parameter.substr(0, 2), "q=")) return kFullQuality;
@@ -34,10 +27,10 @@ int QualityOf(std::string_view parameter) {
 // 0 when the list does not name the type.
 int QualityOf(std::string_view accept, std::string_view type) {
   while (!accept.empty()) {
-    std::string_view range = TakePart(',', &accept);
-    if (!EqualIgnoringCase(TakePart(';', &range), type)) continue;
+    std::string_view range = TakeTrimmedUpTo(',', &accept);
+    if (!EqualIgnoringCase(TakeTrimmedUpTo(';', &range), type)) continue;
     int quality = kFullQuality;
-    while (!range.empty()) quality = std::min(quality, QualityOf(TakePart(';', &range)));
+    while (!range.empty()) quality = std::min(quality, QualityOf(TakeTrimmedUpTo(';', &range)));
     return quality;
   }
   return 0;

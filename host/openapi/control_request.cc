@@ -3,6 +3,7 @@
 #include <set>
 
 #include "host/json/json_text.h"
+#include "host/url/url_text.h"
 
 namespace Kest::Host {
 namespace {
@@ -28,6 +29,7 @@ std::string About(const std::string& name, std::string_view fault) {
 }  // namespace
 
 std::optional<std::string> QueryFault(const FoundControl& found, const RequestTarget& target) {
+  if (HasBrokenEscape(target.query)) return "The query has a broken escape; \"%\" itself is %25.";
   std::set<std::string> seen;
   for (const auto& [name, value] : target.Parameters()) {
     if (!IsQueryParameter(found, name)) {

@@ -10,8 +10,8 @@
 
 namespace Kest::Host {
 
-// A query parameter that the control does not know, that is empty, or that comes twice. [any
-// thread]
+// A query parameter that the control does not know, that is empty, or that comes twice; a broken
+// escape. [any thread]
 std::optional<std::string> QueryFault(const FoundControl& found, const RequestTarget& target);
 
 // A body for a control that takes none; an object without members is none. [any thread]

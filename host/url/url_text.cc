@@ -1,8 +1,24 @@
 #include "host/url/url_text.h"
 
 #include <charconv>
+#include <optional>
 
 namespace Kest::Host {
+namespace {
+
+constexpr size_t kEscapeSize = 3;
+
+// What "%XX" at the beginning of `text` stands for.
+std::optional<char> EscapedByte(std::string_view text) {
+  if (text.size() < kEscapeSize || text.front() != '%') return std::nullopt;
+  unsigned byte = 0;
+  const char* const end = text.data() + kEscapeSize;
+  const auto [last, error] = std::from_chars(text.data() + 1, end, byte, 16);
+  if (error != std::errc() || last != end) return std::nullopt;
+  return static_cast<char>(byte);
+}
+
+}  // namespace
 
 std::string_view TakeUpTo(char separator, std::string_view* text) {
   const size_t end = text->find(separator);
@@ -11,22 +27,28 @@ std::string_view TakeUpTo(char separator, std::string_view* text) {
   return head;
 }
 
+std::string_view TakeTrimmedUpTo(char separator, std::string_view* text) {
+  std::string_view head = TakeUpTo(separator, text);
+  while (head.starts_with(' ')) head.remove_prefix(1);
+  while (head.ends_with(' ')) head.remove_suffix(1);
+  return head;
+}
+
 std::string DecodePercent(std::string_view text) {
   std::string out;
-  for (size_t i = 0; i < text.size(); ++i) {
-    unsigned byte = 0;
-    if (text[i] == '%' && i + 2 < text.size()) {
-      const char* const digits = text.data() + i + 1;
-      const auto [end, error] = std::from_chars(digits, digits + 2, byte, 16);
-      if (error == std::errc() && end == digits + 2) {
-        out += static_cast<char>(byte);
-        i += 2;
-        continue;
-      }
-    }
-    out += text[i];
+  while (!text.empty()) {
+    const auto byte = EscapedByte(text);
+    out += byte.value_or(text.front());
+    text.remove_prefix(byte ? kEscapeSize : 1);
   }
   return out;
+}
+
+bool HasBrokenEscape(std::string_view text) {
+  for (size_t i = text.find('%'); i != text.npos; i = text.find('%', i + kEscapeSize)) {
+    if (!EscapedByte(text.substr(i))) return true;
+  }
+  return false;
 }
 
 std::string EncodePercent(std::string_view text) {

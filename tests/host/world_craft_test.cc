@@ -48,6 +48,24 @@ TEST_F(WorldCraft, WithoutDuplicatesTheDrawSkipsWhatIsHeldOrOwned) {
   }
 }
 
+TEST_F(WorldCraft, WhatHasNoPlaceAnyMoreIsAConflict) {
+  const struct {
+    const char* fill;
+    const char* more;
+    const char* list;
+  } cases[] = {{R"(POST /next-result {"recipe": "OPEN_reed", "added": []})",
+                R"(POST /next-result {"recipe": "OPEN_reed", "added": []})", "GET /next-result"},
+               {R"(POST /faults {"service": "*", "action": "hold"})",
+                R"(PUT /service/craftPlayerLootWithRefId {"latency": 1})", "GET /faults"}};
+  Start(ChangedWorld("", ""), 1);
+  for (const auto& c : cases) {
+    for (int i = 0; i < 100; ++i) ASSERT_EQ(Send(c.fill).status, 200);
+    const std::string before = Send(c.list).body;
+    EXPECT_EQ(Send(c.more).status, 409) << c.more;
+    EXPECT_EQ(Send(c.list).body, before);
+  }
+}
+
 // Draws an item for every slot from what its query names; some are not held.
 std::string RandomItems(const Json& recipe, const Json& queries, std::mt19937_64& random) {
   std::string items;

@@ -88,7 +88,7 @@ ControlResult PrepareNextResult(Platform& platform, const ControlCall& call) {
   if (platform.loot.prepared().Add(std::move(result))) return json;
   return Failure{
       "no more than " + std::to_string(PreparedResults::kMostResults) + " results can be prepared",
-      400};
+      409};
 }
 
 ControlResult ForgetNextResults(Platform& platform, const ControlCall&) {
