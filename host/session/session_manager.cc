@@ -1,15 +1,27 @@
 #include "host/session/session_manager.h"
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "host/cause/cause.h"
 
 namespace Kest::Host {
+namespace {
+
+std::string Replaced(std::string text, std::string_view part, std::string_view other) {
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + other.size())) {
+    text.replace(at, part.size(), other);
+  }
+  return text;
+}
+
+}  // namespace
 
 SessionManager::SessionManager(std::string libraryPath, bool signsIn,
                                PluginSession::Surroundings surroundings)
-    : libraryPath_(std::move(libraryPath)),
+    : builtPath_(libraryPath),
+      libraryPath_(std::move(libraryPath)),
       signsIn_(signsIn),
       surroundings_(std::move(surroundings)) {}
 
@@ -71,7 +83,8 @@ Maybe<std::unique_ptr<PluginLibrary>> SessionManager::Open(const std::string& li
   std::optional<Maybe<std::unique_ptr<PluginLibrary>>> library;
   surroundings_.log->RunUnprinted(
       [&] { library = PluginLibrary::Open(libraryPath, surroundings_.enter); });
-  return std::move(*library);
+  if (*library || libraryPath == builtPath_) return std::move(*library);
+  return Failure{Replaced(library->GetFailure().text, libraryPath, builtPath_)};
 }
 
 Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<PluginLibrary> library,
@@ -83,7 +96,7 @@ Maybe<Nothing> SessionManager::OpenSession(std::unique_ptr<PluginLibrary> librar
   surroundings_.observer->OnBegin();
   if (!session_->Start()) {
     session_.reset();
-    return Failure{"The plugin " + libraryPath_ + " did not start."};
+    return Failure{"The plugin " + builtPath_ + " did not start."};
   }
   session_->SignInAtStart(signsIn_);
   return Nothing{};

@@ -22,7 +22,8 @@ class SessionManager {
   // Stops the plugin and closes its library, if there is a session, and begins one in `world`, as
   // one step: requests that come meanwhile wait for the new session. A reset is published.
   Maybe<Nothing> Begin(std::unique_ptr<World> world);
-  // The same in the world of the present session, with the library at `libraryPath` from now on.
+  // The same in the world of the present session, with the library, or its copy, at `libraryPath`
+  // from now on.
   // A library that cannot be loaded changes nothing.
   Maybe<Nothing> BeginAgain(const std::string& libraryPath);
   // Stops the plugin and closes its library. Does nothing without a session.
@@ -32,7 +33,7 @@ class SessionManager {
   // the caller yields outside the plugin.
   PluginSession* Current();
   const std::string& libraryPath() const { return libraryPath_; }
-  // For the sessions that begin from now on.
+  // A copy of the library, for the sessions that begin from now on.
   void SetLibraryPath(std::string path) { libraryPath_ = std::move(path); }
 
   // How many sessions there have been: that of the running one.
@@ -47,6 +48,7 @@ class SessionManager {
   Maybe<Nothing> OpenSession(std::unique_ptr<PluginLibrary> library, std::unique_ptr<World> world);
   std::unique_ptr<World> CloseSession();
 
+  const std::string builtPath_;  // what messages name, also of a copy
   std::string libraryPath_;
   const bool signsIn_;
   const PluginSession::Surroundings surroundings_;

@@ -14,7 +14,9 @@
 namespace Kest::Host {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using Testing::TemporaryFolder;
 
 void WriteFile(const std::string& path, std::string_view text) {
@@ -161,7 +163,13 @@ TEST(Scenarios, ARebuiltPluginGoesOnInTheSameWorld) {
     std::ofstream(folder / "plugin.so", std::ios::binary | std::ios::app) << text;
   };
   WriteFile(folder / "plugin.so", "no library");
-  std::this_thread::sleep_for(std::chrono::seconds(1));
+  std::string lines;
+  for (int tries = 0; tries < 500 && lines.find("Cannot load") == lines.npos; ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    lines = host.Ask("GET /_host/timeline?kind=log");
+  }
+  EXPECT_THAT(lines, AllOf(HasSubstr("plugin.so: "), Not(HasSubstr("plugin-"))))
+      << "it names what was built, and no copy";
   EXPECT_EQ(host.Ask("GET /tav-loot/v1/runs"), "2") << "the loaded one goes on";
   std::filesystem::copy_file(ECHO_PLUGIN, folder / "plugin.so",
                              std::filesystem::copy_options::overwrite_existing);
