@@ -53,7 +53,7 @@ Maybe<Nothing> Snapshots::Put(const std::string& name, const std::string& text) 
   size_t bytes = text.size();
   for (const auto& [other, snapshot] : byName_) bytes += other == name ? 0 : snapshot.bytes;
   if ((present == byName_.end() && byName_.size() == kMostSnapshots) || bytes > kMostBytes) {
-    return Failure{"there is no space for another snapshot; remove one", 413};
+    return Failure{"there is no space for another snapshot; remove one", 409};
   }
   if (!folder_.empty()) {
     if (auto written = WriteFileAtomically(PathOf(name), text); !written) return written;

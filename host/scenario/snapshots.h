@@ -18,7 +18,7 @@ class Snapshots {
   // Empty: in memory. The names of those in the folder are read when they are first needed.
   explicit Snapshots(const std::string& stateFolder);
 
-  // Refused with 400 for a name that could not be one of a file, with 413 when there is no space.
+  // Refused with 400 for a name that could not be one of a file, with 409 when there is no space.
   Maybe<Nothing> Put(const std::string& name, const std::string& text);
   // 404: there is none of that name.
   Maybe<std::string> Get(const std::string& name);
