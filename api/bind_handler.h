@@ -21,17 +21,17 @@
 #include "api/http_names.h"
 #include "api/result_encoder.h"
 #include "base/maybe_type.h"
+#include "base/shared_text.h"
 #include "binding/convert/native_accessor.h"
 #include "binding/convert/native_type.h"
 
 namespace Kest {
 
-// A result whose JSON is known; where it is empty it is written. The JSON is borrowed until the
-// handler has returned and, without a wait, its response was made.
+// A result whose JSON is known; where it is empty it is written. The response shares it.
 template <typename T>
 struct WithJson {
   T value;
-  std::string_view json;
+  SharedText json;
 };
 
 namespace Handlers {
@@ -101,8 +101,8 @@ inline Response ToResponse(const FunctionCall&, const Nothing&) {
   return response;
 }
 template <typename T>
-Response ToResponse(const FunctionCall& call, const T& value, std::string_view json = {}) {
-  return EncodeResult(call, {&value, NativeAccessor<T>(), StaticType::Name<T>(), json});
+Response ToResponse(const FunctionCall& call, const T& value, SharedText json = {}) {
+  return EncodeResult(call, {&value, NativeAccessor<T>(), StaticType::Name<T>(), std::move(json)});
 }
 template <typename T>
 Response ToResponse(const FunctionCall& call, const WithJson<T>& result) {

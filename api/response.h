@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/maybe_type.h"
+#include "base/shared_text.h"
 
 namespace Kest {
 
@@ -13,10 +14,16 @@ namespace Kest {
 struct Response {
   int32_t status = 200;
   std::string message;      // of a failure; empty for a success
-  std::string contentType;  // of `body`; empty without one
+  std::string contentType;  // of the body; empty without one
   std::string body;
+  SharedText sharedBody{};  // unless it is empty, the body
 
-  friend bool operator==(const Response&, const Response&) = default;
+  std::string_view Body() const { return sharedBody.text.empty() ? body : sharedBody.text; }
+
+  friend bool operator==(const Response& a, const Response& b) {
+    return a.status == b.status && a.message == b.message && a.contentType == b.contentType &&
+           a.Body() == b.Body();
+  }
 };
 
 // 404 with `message`, or with "Not found" when that is empty.

@@ -30,8 +30,8 @@ Response EncodeResult(const FunctionCall& call, const NativeResult& result) {
   switch (ChooseResultFormat(call.accept)) {
     case ResultFormat::kJson:
       response.contentType = kContentTypeJson;
-      response.body = result.json;
-      if (result.json.empty()) WriteBody<JsonWriter>(context, call, result, &response);
+      response.sharedBody = result.json;
+      if (result.json.text.empty()) WriteBody<JsonWriter>(context, call, result, &response);
       break;
     case ResultFormat::kMessagePack:
       response.contentType = kContentTypeMessagePack;

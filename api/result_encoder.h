@@ -5,6 +5,7 @@
 
 #include "api/bound_function.h"
 #include "api/response.h"
+#include "base/shared_text.h"
 #include "binding/convert/value_accessor.h"
 
 namespace Kest {
@@ -14,7 +15,7 @@ struct NativeResult {
   const void* value;
   const ValueAccessor& accessor;
   std::string_view typeName;  // full native name
-  std::string_view json;      // the value as JSON; empty: to be written
+  SharedText json;            // the value as JSON; empty: to be written
 };
 
 // 200 with the value in the encoding that fits `call.accept`, written straight from the native

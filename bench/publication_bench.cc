@@ -81,7 +81,7 @@ struct Player {
   // As the endpoint returns it.
   WithJson<std::shared_ptr<const Api::PlayerLootItems>> GetMap() {
     const auto map = state.store.Snapshot();
-    return {{map, &map->playerLoot}, publisher.PresentText()->Items()};
+    return {{map, &map->playerLoot}, publisher.PresentText()->ShareItems()};
   }
 
   Bench::SliceHost host;
@@ -147,7 +147,7 @@ void AddChangeRows(Bench::Table& table) {
   api.Route(HttpMethod::kGet, "/map", "GetMap", &player, &Player::GetMap);
   const auto get = [&] {
     const Response response = api.Handle({"GET", "/map", {}, {}, {}, {}});
-    Bench::Require(response.body.size() == json.size(), "another text");
+    Bench::Require(response.Body().size() == json.size(), "another text");
   };
   table.Compare(
       "the map of 10,000 items returned again", get, "copy of its JSON",

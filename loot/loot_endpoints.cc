@@ -139,7 +139,7 @@ Maybe<WithJson<LootEndpoints::Items>> LootEndpoints::GetPlayerLootMap() {
     const ItemMap map = state.store.Snapshot();
     const MapText* const text = targets_.publisher.PresentText();
     return WithJson<Items>{Items(map, &map->playerLoot),
-                           text != nullptr ? text->Items() : std::string_view()};
+                           text != nullptr ? text->ShareItems() : SharedText()};
   });
 }
 
@@ -147,7 +147,7 @@ Maybe<WithJson<LootEndpoints::ItemMap>> LootEndpoints::GetPlayerLootMapV2() {
   return ReadRetrieved([this](const LootState& state) {
     const MapText* const text = targets_.publisher.PresentText();
     return WithJson<ItemMap>{state.store.Snapshot(),
-                             text != nullptr ? text->Versioned() : std::string_view()};
+                             text != nullptr ? text->ShareVersioned() : SharedText()};
   });
 }
 

@@ -30,7 +30,7 @@ const KestResponse* Lend(Response response) noexcept {
   lent->view.status = lent->response.status;
   lent->view.message = ToText(lent->response.message);
   lent->view.contentType = ToText(lent->response.contentType);
-  lent->view.body = ToBytes(lent->response.body);
+  lent->view.body = ToBytes(lent->response.Body());
   return &lent->view;
 }
 

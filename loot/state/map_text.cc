@@ -168,12 +168,12 @@ bool MapText::Prepare(Pace& pace, const Api::PlayerLootItems& items, const ItemT
   if (!draft->isMade) return true;
   const size_t bytes = kFront + draft->size + 1;
   const bool isLittle = draft->madeBytes <= kMostBytesInPlace;
-  if (isLittle && draft->isInOrder && bytes <= capacity_ && capacity_ / 2 <= bytes) {
+  if (!isShared_ && isLittle && draft->isInOrder && bytes <= capacity_ && capacity_ / 2 <= bytes) {
     SetTexts(draft->members, buffer_.get() + kFront + 1);
     return true;
   }
   draft->capacity = bytes + bytes / 32;
-  draft->buffer = std::make_unique_for_overwrite<char[]>(draft->capacity);
+  draft->buffer = std::make_shared_for_overwrite<char[]>(draft->capacity);
   char* const map = draft->buffer.get() + kFront;
   SetTexts(draft->members, map + 1);
   return CopyRuns(pace, draft->runs, map);
@@ -187,6 +187,7 @@ void MapText::Keep(Draft draft, int64_t version) noexcept {
   if (draft.buffer != nullptr) {
     buffer_.swap(draft.buffer);
     capacity_ = draft.capacity;
+    isShared_ = false;
   } else {
     MoveInPlace(draft.runs);
   }
@@ -237,6 +238,12 @@ std::string_view MapText::Items() const {
 std::string_view MapText::Versioned() const {
   if (!isMade_) return {};
   return {buffer_.get() + versionedAt_, kFront - versionedAt_ + size_ + 1};
+}
+
+SharedText MapText::Share(std::string_view text) const {
+  if (text.empty()) return {};
+  isShared_ = true;
+  return {buffer_, text};
 }
 
 std::string_view MapText::Item(const Api::PlayerLoot& item, size_t* place) const {

@@ -9,7 +9,8 @@
 //   text.Keep(std::move(draft), version);                  // cannot fail
 //
 // Threads:  module tasks only.
-// Lifetime: what it returns is valid until the next Keep. Items are known by their address, so
+// Lifetime: what it returns is valid until the next Keep, unless it is shared. Items are known by
+// their address, so
 //           those of the last Keep are alive until the next Prepare has returned.
 #pragma once
 
@@ -21,6 +22,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/shared_text.h"
 #include "loot/state/pace.h"
 #include "loot/wire/loot_resources.h"
 
@@ -60,7 +62,8 @@ class ItemTexts {
 
 class MapText {
  public:
-  // The text as Keep will leave it. Where the present buffer can hold it, its bytes move only then.
+  // The text as Keep will leave it. Where the present buffer can hold it and is not shared, its
+  // bytes move only then.
   class Draft {
     friend class MapText;
     // Members one after the other, with commas between.
@@ -80,7 +83,7 @@ class MapText {
     size_t madeBytes = 0;   // of the members that are not kept
     const char* lastKept = nullptr;
     bool isInOrder = true;           // what is kept
-    std::unique_ptr<char[]> buffer;  // null: the present one
+    std::shared_ptr<char[]> buffer;  // null: the present one
     size_t capacity = 0;
   };
 
@@ -96,6 +99,9 @@ class MapText {
   std::string_view Items() const;
   // {"version":1,"playerLoot":{"id":{..},..}}
   std::string_view Versioned() const;
+  // The same, to be held for as long as one likes.
+  SharedText ShareItems() const { return Share(Items()); }
+  SharedText ShareVersioned() const { return Share(Versioned()); }
   // An item's JSON. It is looked for from `*place` on, which then is after it.
   std::string_view Item(const Api::PlayerLoot& item, size_t* place) const;
 
@@ -107,12 +113,14 @@ class MapText {
   // Does in the present buffer what CopyRuns does in a new one.
   void MoveInPlace(const std::vector<Draft::Run>& runs) noexcept;
   void WriteVersion(int64_t version) noexcept;
+  SharedText Share(std::string_view text) const;
 
   static constexpr size_t kFront = 64;  // holds the version and what is around it
 
   bool isMade_ = false;              // without a text, all that is returned is empty
   std::vector<MemberText> members_;  // in the order of the text
-  std::unique_ptr<char[]> buffer_;   // the map begins at kFront
+  std::shared_ptr<char[]> buffer_;   // the map begins at kFront
+  mutable bool isShared_ = false;    // it may have readers, on any thread: it must not change
   size_t capacity_ = 0;
   size_t size_ = 0;         // of the map
   size_t versionedAt_ = 0;  // where the versioned map begins

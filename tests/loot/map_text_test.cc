@@ -81,13 +81,20 @@ class MapTextTest : public ::testing::Test {
 
 TEST_F(MapTextTest, IsAlwaysWhatWritingTheStoreGives) {
   store_.Put(AnyItem());
+  SharedText shared;
+  std::string asShared;
   for (int round = 0; round < 1'500; ++round) {
     SCOPED_TRACE(round);
+    if (Below(4) == 0) {
+      shared = Below(2) == 0 ? text_.ShareItems() : text_.ShareVersioned();
+      asShared = shared.text;
+    }
     for (size_t change = Below(6); change > 0; --change) ChangeAny();
     const PlayerLootChanges changes = Publish();
     const auto store = store_.Snapshot();
     ASSERT_EQ(text_.Items(), Written(store->playerLoot));
     ASSERT_EQ(text_.Versioned(), Written(*store));
+    ASSERT_EQ(shared.text, asShared);
     size_t place = 0;
     for (const auto& written : changes.written) {
       ASSERT_EQ(text_.Item(*written.item, &place), Written(*written.item));
