@@ -1,6 +1,7 @@
-// Counts heap allocations of a benchmark program, whose operator new it replaces.
+// Counts heap allocations and bytes of a benchmark program, whose operator new it replaces.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -29,5 +30,8 @@ template <typename Run>
 double Allocations(Run run) {
   return static_cast<double>(CountAllocations(std::move(run)).count);
 }
+
+// Bytes in the heap blocks that are in use, in the memory manager's own sizes.
+size_t LiveBytes();
 
 }  // namespace Kest::Bench

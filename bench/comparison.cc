@@ -62,8 +62,13 @@ std::optional<bool> IsMet(const Goal& goal, const Quartiles& ratio) {
 }  // namespace
 
 double CpuNanoseconds() {
+#if defined(_WIN32)
+  constexpr clockid_t kClock = CLOCK_MONOTONIC;  // processor time comes in steps of 10 ms and more
+#else
+  constexpr clockid_t kClock = CLOCK_PROCESS_CPUTIME_ID;
+#endif
   timespec time;
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  clock_gettime(kClock, &time);
   return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 

@@ -1,14 +1,13 @@
 // Publication of an inventory of 10,000 items, on a host that does nothing with it: one change
 // beside writing the maps by hand and beside copying their bytes; the longest time that it keeps a
 // module task; and the memory of all that is kept beside that of the items alone.
-#include <malloc.h>
-
 #include <cstring>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "api/dispatcher.h"
+#include "bench/allocation_counter.h"
 #include "bench/comparison.h"
 #include "bench/json_peers.h"
 #include "bench/slice_host.h"
@@ -61,10 +60,6 @@ void Replace(const std::vector<Api::PlayerLoot>& items, PlayerLootStore* store) 
   store->Replace(&replacement);
 }
 
-size_t LiveBytes() {
-  return mallinfo2().uordblks + mallinfo2().hblkhd;
-}
-
 // An inventory and its publisher, on a host that does nothing.
 struct Player {
   Player() { Api::RegisterLootResources(TypeRegistry::Process()); }
@@ -96,17 +91,17 @@ struct Player {
 
 // What holding the items costs after two publications, in multiples of a plain list of them.
 double MemoryRatio() {
-  const size_t atStart = LiveBytes();
+  const size_t atStart = Bench::LiveBytes();
   std::vector<Api::PlayerLoot> items = MakeItems();
-  const size_t once = LiveBytes() - atStart;
-  const size_t before = LiveBytes();
+  const size_t once = Bench::LiveBytes() - atStart;
+  const size_t before = Bench::LiveBytes();
   Player player;
   Replace(items, &player.state.store);
   player.publisher.Publish();
   items[0].count = 20;
   Replace(items, &player.state.store);
   player.publisher.Publish();
-  return static_cast<double>(LiveBytes() - before) / static_cast<double>(once);
+  return static_cast<double>(Bench::LiveBytes() - before) / static_cast<double>(once);
 }
 
 // One item changes, and with it the length of its JSON.

@@ -1,11 +1,10 @@
 // Watched views: 1,500 shards, each with its list of recipes and its menu watched, and one recipe
 // of three slots that takes them all. What a publication costs when nothing has changed, when one
 // shard has, and what watching costs in memory.
-#include <malloc.h>
-
 #include <string>
 #include <vector>
 
+#include "bench/allocation_counter.h"
 #include "bench/comparison.h"
 #include "binding/types/type_registry.h"
 #include "client/sibling_client.h"
@@ -20,10 +19,6 @@ constexpr int kShards = 1500;
 
 std::string ShardName(int i) {
   return "CHAMPION_SKIN_RENTAL_" + std::to_string(i);
-}
-
-size_t LiveBytes() {
-  return mallinfo2().uordblks + mallinfo2().hblkhd;
 }
 
 struct Player {
@@ -45,13 +40,13 @@ struct Player {
                                MakeShared(std::move(queries))});
     inventory.Replace(records, definitions).Continue();
     Publish();
-    const size_t before = LiveBytes();
+    const size_t before = Bench::LiveBytes();
     for (int i = 0; i < kShards; ++i) {
       views.ReadRecipes(ShardName(i));
       views.ReadContextMenu(ShardName(i));
     }
     Publish();
-    watchedBytes = LiveBytes() - before;
+    watchedBytes = Bench::LiveBytes() - before;
   }
   size_t Publish() {
     PlayerLootChanges changes;

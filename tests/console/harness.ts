@@ -40,14 +40,18 @@ export class Host {
   }
 }
 
+export async function startBrowser(): Promise<Browser> {
+  // The host's own refusal of other pages is looked at, so the browser's is switched off.
+  const options = ["--disable-features=LocalNetworkAccessChecks"];
+  if (process.getuid?.() === 0) options.push("--no-sandbox");
+  return chromium.launch({ executablePath: process.env["KEST_CHROMIUM"] ?? "/usr/bin/chromium", args: options });
+}
+
 export const host = new Host();
 let browser: Browser;
 before(async () => {
   await host.start();
-  // The host's own refusal of other pages is looked at, so the browser's is switched off.
-  const options = ["--disable-features=LocalNetworkAccessChecks"];
-  if (process.getuid?.() === 0) options.push("--no-sandbox");
-  browser = await chromium.launch({ executablePath: process.env["KEST_CHROMIUM"] ?? "/usr/bin/chromium", args: options });
+  browser = await startBrowser();
 });
 after(async () => {
   await browser.close();
