@@ -1,8 +1,9 @@
 // The table of what a benchmark program measures: each row beside a peer or a limit.
 //
-// Both sides of a comparison run turn by turn in rounds of at least 5 ms of CPU time; each round
-// gives one ratio, and the row shows their median and quartiles. A goal counts as met only where
-// the worse quartile meets it, so neither luck nor a machine that slows down in between decides.
+// Both sides of a comparison run turn by turn in rounds of at least 5 ms of processor time; each
+// round gives one ratio, and the row shows their median and quartiles. A goal counts as met only
+// where the worse quartile meets it, so neither luck nor a machine that slows down in between
+// decides.
 //
 //   void Kest::Bench::AddRows(Table& table) {
 //     table.Compare("text to tree", [&] { Keep(ReadJson(...)); },
@@ -21,7 +22,7 @@
 
 namespace Kest::Bench {
 
-// CPU time of the process so far, in nanoseconds.
+// Processor time of the process so far, in nanoseconds; in the Windows build elapsed time.
 double CpuNanoseconds();
 
 // Makes the compiler believe that `value` is used and that all memory may have changed.

@@ -137,7 +137,20 @@ void AddChangeRows(Bench::Table& table) {
   table.Compare("one of 10,000 items changed, item and maps published", publish,
                 "RapidJSON Writer, both maps", writeByHand, Bench::AtLeast(20));
   table.Compare("the same", publish, "memory copy of both maps", copy, Bench::AtMost(2));
+  const auto publishHeld = [&] {
+    const SharedText held = player.publisher.PresentText()->ShareItems();
+    publish();
+  };
+  table.Compare("the same while a response holds the map", publishHeld, "memory copy of both maps",
+                copy, Bench::AtMost(2));
+}
 
+// Nothing changes between two requests.
+void AddGetRow(Bench::Table& table) {
+  Player player;
+  Replace(MakeItems(), &player.state.store);
+  player.publisher.Publish();
+  const std::string json(player.publisher.PresentText()->Items());
   Dispatcher api(TypeRegistry::Process());
   api.Route(HttpMethod::kGet, "/map", "GetMap", &player, &Player::GetMap);
   const auto get = [&] {
@@ -177,6 +190,7 @@ void AddSliceRows(Bench::Table& table) {
 
 void AddRows(Bench::Table& table) {
   AddChangeRows(table);
+  AddGetRow(table);
   AddSliceRows(table);
   table.Value("store, snapshot and kept JSON: memory", MemoryRatio(), "x the items", 2.5);
 }

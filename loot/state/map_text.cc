@@ -161,6 +161,12 @@ bool MapText::CopyRuns(Pace& pace, const std::vector<Draft::Run>& runs, char* ma
   return true;
 }
 
+bool MapText::CanHoldInPlace(size_t bytes) const {
+  if (buffer_ == nullptr || bytes > buffer_->capacity || buffer_->capacity / 2 > bytes)
+    return false;
+  return buffer_->holders.load(std::memory_order_acquire) == 0;
+}
+
 bool MapText::Prepare(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
                       Draft* draft) const {
   *draft = {};
@@ -168,13 +174,12 @@ bool MapText::Prepare(Pace& pace, const Api::PlayerLootItems& items, const ItemT
   if (!draft->isMade) return true;
   const size_t bytes = kFront + draft->size + 1;
   const bool isLittle = draft->madeBytes <= kMostBytesInPlace;
-  if (!isShared_ && isLittle && draft->isInOrder && bytes <= capacity_ && capacity_ / 2 <= bytes) {
-    SetTexts(draft->members, buffer_.get() + kFront + 1);
+  if (isLittle && draft->isInOrder && CanHoldInPlace(bytes)) {
+    SetTexts(draft->members, Map() + 1);
     return true;
   }
-  draft->capacity = bytes + bytes / 32;
-  draft->buffer = std::make_shared_for_overwrite<char[]>(draft->capacity);
-  char* const map = draft->buffer.get() + kFront;
+  draft->buffer = std::make_shared<Buffer>(bytes + bytes / 32);
+  char* const map = draft->buffer->bytes.get() + kFront;
   SetTexts(draft->members, map + 1);
   return CopyRuns(pace, draft->runs, map);
 }
@@ -186,15 +191,13 @@ void MapText::Keep(Draft draft, int64_t version) noexcept {
   }
   if (draft.buffer != nullptr) {
     buffer_.swap(draft.buffer);
-    capacity_ = draft.capacity;
-    isShared_ = false;
   } else {
     MoveInPlace(draft.runs);
   }
   isMade_ = true;
   members_.swap(draft.members);
   size_ = draft.size;
-  char* const map = buffer_.get() + kFront;
+  char* const map = Map();
   for (const Draft::Run& run : draft.runs) map[run.to - 1] = ',';
   map[0] = '{';
   map[size_ - 1] = '}';
@@ -205,7 +208,7 @@ void MapText::Keep(Draft draft, int64_t version) noexcept {
 // Of the runs that were in the buffer, those that move back never meet those that move forward:
 // their order stays.
 void MapText::MoveInPlace(const std::vector<Draft::Run>& runs) noexcept {
-  char* const map = buffer_.get() + kFront;
+  char* const map = Map();
   for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
     if (run->isKept && run->from < map + run->to) std::memmove(map + run->to, run->from, run->size);
   }
@@ -221,29 +224,32 @@ void MapText::MoveInPlace(const std::vector<Draft::Run>& runs) noexcept {
 void MapText::WriteVersion(int64_t version) noexcept {
   char digits[kMaxVersion];
   const char* const end = std::to_chars(digits, digits + kMaxVersion, version).ptr;
-  char* to = buffer_.get() + kFront;
+  char* to = Map();
   for (const std::string_view part :
        {kAfterVersion, std::string_view(digits, static_cast<size_t>(end - digits)),
         kBeforeVersion}) {
     to -= part.size();
     std::memcpy(to, part.data(), part.size());
   }
-  versionedAt_ = static_cast<size_t>(to - buffer_.get());
+  versionedAt_ = static_cast<size_t>(to - buffer_->bytes.get());
 }
 
 std::string_view MapText::Items() const {
-  return isMade_ ? std::string_view(buffer_.get() + kFront, size_) : std::string_view();
+  return isMade_ ? std::string_view(Map(), size_) : std::string_view();
 }
 
 std::string_view MapText::Versioned() const {
   if (!isMade_) return {};
-  return {buffer_.get() + versionedAt_, kFront - versionedAt_ + size_ + 1};
+  return {buffer_->bytes.get() + versionedAt_, kFront - versionedAt_ + size_ + 1};
 }
 
 SharedText MapText::Share(std::string_view text) const {
   if (text.empty()) return {};
-  isShared_ = true;
-  return {buffer_, text};
+  ++buffer_->holders;
+  const auto end = [held = buffer_](const void*) {
+    held->holders.fetch_sub(1, std::memory_order_release);
+  };
+  return {std::shared_ptr<const void>(text.data(), end), text};
 }
 
 std::string_view MapText::Item(const Api::PlayerLoot& item, size_t* place) const {

@@ -10,10 +10,10 @@
 //
 // Threads:  module tasks only.
 // Lifetime: what it returns is valid until the next Keep, unless it is shared. Items are known by
-// their address, so
-//           those of the last Keep are alive until the next Prepare has returned.
+//           their address, so those of the last Keep are alive until the next Prepare has returned.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <list>
@@ -61,9 +61,20 @@ class ItemTexts {
 };
 
 class MapText {
+  struct Buffer {
+    explicit Buffer(size_t size) : capacity(size) {}
+    size_t capacity;
+    std::unique_ptr<char[]> bytes = std::make_unique_for_overwrite<char[]>(capacity);
+    std::atomic<int> holders = 0;  // of shared texts: while there are any, the bytes stay
+  };
+
  public:
-  // The text as Keep will leave it. Where the present buffer can hold it and is not shared, its
-  // bytes move only then.
+  MapText() = default;
+  MapText(MapText&&) = default;
+  MapText& operator=(MapText&&) = default;
+
+  // The text as Keep will leave it. Where the present buffer can hold it and nobody holds a shared
+  // text, its bytes move only then.
   class Draft {
     friend class MapText;
     // Members one after the other, with commas between.
@@ -83,8 +94,7 @@ class MapText {
     size_t madeBytes = 0;   // of the members that are not kept
     const char* lastKept = nullptr;
     bool isInOrder = true;           // what is kept
-    std::shared_ptr<char[]> buffer;  // null: the present one
-    size_t capacity = 0;
+    std::shared_ptr<Buffer> buffer;  // null: the present one
   };
 
   // The text of all `items` in their order: of those in `made` as it is there, of the others as it
@@ -92,14 +102,15 @@ class MapText {
   // `pace`, which must not go on once `items` have changed.
   bool Prepare(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
                Draft* draft) const;
-  // REQUIRES: `draft` was prepared last, and the texts it was made of are alive.
+  // REQUIRES: `draft` was prepared last, nothing was shared since, and the texts it was made of are
+  //           alive.
   void Keep(Draft draft, int64_t version) noexcept;
 
   // {"id":{..},..}
   std::string_view Items() const;
   // {"version":1,"playerLoot":{"id":{..},..}}
   std::string_view Versioned() const;
-  // The same, to be held for as long as one likes.
+  // The same, to be held for as long as one likes and given up on any thread.
   SharedText ShareItems() const { return Share(Items()); }
   SharedText ShareVersioned() const { return Share(Versioned()); }
   // An item's JSON. It is looked for from `*place` on, which then is after it.
@@ -110,6 +121,7 @@ class MapText {
   bool Lay(Pace& pace, const Api::PlayerLootItems& items, const ItemTexts& made,
            Draft* draft) const;
   static bool CopyRuns(Pace& pace, const std::vector<Draft::Run>& runs, char* map);
+  bool CanHoldInPlace(size_t bytes) const;
   // Does in the present buffer what CopyRuns does in a new one.
   void MoveInPlace(const std::vector<Draft::Run>& runs) noexcept;
   void WriteVersion(int64_t version) noexcept;
@@ -117,13 +129,13 @@ class MapText {
 
   static constexpr size_t kFront = 64;  // holds the version and what is around it
 
+  char* Map() const { return buffer_->bytes.get() + kFront; }
+
   bool isMade_ = false;              // without a text, all that is returned is empty
   std::vector<MemberText> members_;  // in the order of the text
-  std::shared_ptr<char[]> buffer_;   // the map begins at kFront
-  mutable bool isShared_ = false;    // it may have readers, on any thread: it must not change
-  size_t capacity_ = 0;
-  size_t size_ = 0;         // of the map
-  size_t versionedAt_ = 0;  // where the versioned map begins
+  std::shared_ptr<Buffer> buffer_;   // the map begins at kFront
+  size_t size_ = 0;                  // of the map
+  size_t versionedAt_ = 0;           // where the versioned map begins
 };
 
 }  // namespace Kest::Client::Loot

@@ -85,18 +85,22 @@ class LootPluginTest : public ::testing::Test {
                                                       bodyJson + "}");
     host_.RunUntilIdle();
   }
-  // For use inside a publication. The status of the response.
+  // For use on a module task, inside a publication too. The status of the response.
   int32_t AskInside(const char* method, const char* url, const char* body = "") {
+    return Borrow(method, url, body)->status;
+  }
+  // For use on a module task. The response as the host gets it, until it is released.
+  std::shared_ptr<const KestResponse> Borrow(const char* method, const char* url,
+                                             const char* body = "") {
     KestRequest request{};
     request.method = ToText(method);
     request.url = ToText(url);
     request.contentType = ToText("application/json");
     request.body = ToBytes(body);
     const auto& block = host_.Block();
-    const KestResponse* response = block.api->request(block.context, &request);
-    const int32_t status = response->status;
-    block.api->release(block.context, response);
-    return status;
+    return {block.api->request(block.context, &request), [&block](const KestResponse* response) {
+              block.api->release(block.context, response);
+            }};
   }
   void RespondToGet(const std::string& path, const std::string& json, bool held = false) {
     host_.OnRequest("GET", path, {200, json, "", "application/json", held});

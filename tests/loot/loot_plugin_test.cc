@@ -1,4 +1,6 @@
 // What is too large for the texts of trace_test.cc.
+#include <thread>
+
 #include "base/platform.h"
 #include "tests/loot/loot_plugin_fixture.h"
 
@@ -75,6 +77,31 @@ TEST_F(LootPluginTest, WhatAHostAsksFromInsideAPublicationMayWait) {
   host_.ReleaseHeld();
   Config("PxhEnabled", "false");
   EXPECT_EQ(host_.PublishedEvents().back().json, host_.Get("/tav-loot/v1/enabled").body);
+}
+
+TEST_F(LootPluginTest, AResponseStaysAsItIsUntilItIsReleasedOnAnyThread) {
+  StartPlugin();
+  Enable();
+  playerLoot_ = R"([{"lootName":"CHEST_plain","count":1}])";
+  const std::string first = host_.Get(kLootMap).body;
+  std::vector<std::shared_ptr<const KestResponse>> held(2);
+  std::vector<std::string> maps;
+  for (auto& response : held) {
+    host_.RunTask([&] { response = Borrow("GET", kLootMap); });
+    maps.emplace_back(ToView(response->body));
+    playerLoot_ = R"([{"lootName":"CHEST_plain","count":2}])";
+    host_.Post("/tav-loot/v1/refresh?force=true");
+  }
+  EXPECT_EQ(maps, (std::vector<std::string>{first, host_.Get(kLootMap).body}));
+  EXPECT_NE(maps[0], maps[1]);
+  std::thread([&] {
+    EXPECT_EQ(ToView(held[0]->body), maps[0]);
+    held[0].reset();
+  }).join();
+  playerLoot_ = "[]";
+  host_.Post("/tav-loot/v1/refresh?force=true");
+  host_.Stop();
+  EXPECT_EQ(ToView(held[1]->body), maps[1]);
 }
 
 // While a host waits in its publish, the next messages and phases have their turn.
