@@ -229,6 +229,10 @@ onPage("a held call shows a spinner until it is released", "#/world", async (pag
   await page.getByRole("button", { name: /craft CHEST_mastery/ }).click();
   await page.getByText("waits for the platform").waitFor();
   await page.getByRole("banner").getByText("1 held").click();
+  await page.getByText("Let it fail or respond with something else").click();
+  await page.getByLabel("Respond with, JSON").fill("{not json");
+  await page.getByText(/This is not JSON: Expected/).waitFor();
+  assert.ok(await page.getByRole("button", { name: "Respond" }).isDisabled());
   await page.getByRole("button", { name: "Release loot.craftPlayerLootWithRefId" }).click();
   await page.getByRole("banner").getByText("1 held").waitFor({ state: "detached" });
   await page.getByRole("button", { name: "Remove all" }).click();

@@ -80,12 +80,23 @@ export function Badge({ kind = "", children }: { kind?: string; children: Compon
   return <span class={`badge ${kind}`}>{children}</span>;
 }
 
-export function Field({ label, hint, children }: { label: string; hint?: string | undefined; children: ComponentChildren }) {
+interface FieldProps {
+  label: string;
+  hint?: string | undefined;
+  // Why what is typed cannot be sent.
+  problem?: string | undefined;
+  children: ComponentChildren;
+}
+
+export function Field({ label, hint, problem, children }: FieldProps) {
   return (
     <label class="field">
       <span class="label">{label}</span>
       {children}
       {hint && <span class="hint">{hint}</span>}
+      <span class="problem" aria-live="polite">
+        {problem}
+      </span>
     </label>
   );
 }

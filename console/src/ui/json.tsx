@@ -48,6 +48,17 @@ export function Json({ value, label }: { value: unknown; label: string }) {
   );
 }
 
+// What is wrong with a text that is to be JSON. A word is taken as what it may be meant to be: a text without its quotes.
+export function jsonProblem(text: string): string | undefined {
+  try {
+    JSON.parse(text);
+    return undefined;
+  } catch (failure) {
+    if (/^\w[\w .-]*$/.test(text)) return `This is not JSON. A text has quotes: ${JSON.stringify(text)}`;
+    return `This is not JSON: ${(failure as Error).message}`;
+  }
+}
+
 // A text that may be JSON.
 export function parsed(text: string): unknown {
   try {

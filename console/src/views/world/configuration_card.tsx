@@ -4,7 +4,7 @@ import { call } from "../../api/client";
 import type { World } from "../../state/world";
 import { useAction } from "../../ui/action";
 import { Button, Card, Field, Switch } from "../../ui/controls";
-import { parsed } from "../../ui/json";
+import { jsonProblem } from "../../ui/json";
 
 const switches: [name: string, text: string][] = [
   ["Enabled", "Loot enabled"],
@@ -20,25 +20,27 @@ const set = (name: string, value: unknown) => call("put", "/_host/configuration/
 
 function NumberField({ name, hint, value }: { name: string; hint: string; value: unknown }) {
   const typed = useSignal<string | undefined>(undefined);
+  const problem = typed.value ? jsonProblem(typed.value) : undefined;
   const save = useAction(async () => {
     const text = typed.peek();
-    if (text === undefined) return;
+    if (text === undefined || problem) return;
     if (text === "") await call("delete", "/_host/configuration/{name}", { path: { name } });
-    else await set(name, parsed(text));
+    else await set(name, JSON.parse(text));
     typed.value = undefined;
   });
   return (
-    <Field label={name} hint={hint}>
+    <Field label={name} hint={hint} problem={problem}>
       <span class="row">
         <input
           type="text"
           inputMode="numeric"
           placeholder="not set"
+          aria-invalid={problem !== undefined}
           value={typed.value ?? (value === undefined ? "" : JSON.stringify(value))}
           onInput={(event) => (typed.value = event.currentTarget.value)}
           onKeyDown={(event) => event.key === "Enter" && void save.run()}
         />
-        <Button isRunning={save.isRunning} disabled={typed.value === undefined} onClick={() => void save.run()}>
+        <Button isRunning={save.isRunning} disabled={typed.value === undefined || problem !== undefined} onClick={() => void save.run()}>
           Set
         </Button>
       </span>

@@ -3,12 +3,13 @@ import { useSignal } from "@preact/signals";
 import { endHeld, held, type HeldCall, type HeldEnd } from "../../state/faults";
 import { useAction } from "../../ui/action";
 import { Button, Card, Field } from "../../ui/controls";
-import { Json, parsed } from "../../ui/json";
+import { Json, jsonProblem } from "../../ui/json";
 
 function Held({ entry }: { entry: HeldCall }) {
   const payload = useSignal("{}");
   const error = useSignal("the tide is out");
   const end = useAction((body: HeldEnd) => endHeld(entry.id, body));
+  const problem = jsonProblem(payload.value);
   const name = `${entry.service}.${entry.method}`;
   return (
     <li class="held">
@@ -29,10 +30,10 @@ function Held({ entry }: { entry: HeldCall }) {
         <Button kind="danger" disabled={end.isRunning} onClick={() => void end.run({ action: "fail", error: error.value })}>
           Fail
         </Button>
-        <Field label="Respond with, JSON">
-          <textarea rows={3} spellcheck={false} value={payload.value} onInput={(event) => (payload.value = event.currentTarget.value)} />
+        <Field label="Respond with, JSON" problem={problem}>
+          <textarea rows={3} spellcheck={false} aria-invalid={problem !== undefined} value={payload.value} onInput={(event) => (payload.value = event.currentTarget.value)} />
         </Field>
-        <Button disabled={end.isRunning} onClick={() => void end.run({ action: "respond", payload: parsed(payload.value) })}>
+        <Button disabled={end.isRunning || problem !== undefined} onClick={() => void end.run({ action: "respond", payload: JSON.parse(payload.value) })}>
           Respond
         </Button>
         <Json value={entry.arguments} label="the arguments" />
