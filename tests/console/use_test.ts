@@ -251,10 +251,22 @@ onPage("what a sibling holds and what is published go wrong by rules", "#/world"
   };
   await add("sibling", "/tav-champions/*", "seems to be deleted");
   await add("published", "/tav-loot/v1/player-loot-map", "comes twice");
+  const card = page.getByRole("region", { name: "Faults" });
+  await page.getByRole("combobox", { name: "What", exact: true }).selectOption("sibling");
+  await page.getByRole("combobox", { name: "What happens" }).selectOption("fail");
+  for (const [label, wrong, right] of [["Status", "200", "503"], ["How often", "abc", "1"]] as const) {
+    await card.getByLabel(label).fill(wrong);
+    await card.getByText(/^A whole number from/).waitFor();
+    assert.ok(await card.getByRole("button", { name: "Add the rule" }).isDisabled());
+    await card.getByLabel(label).fill(right);
+  }
+  await card.getByRole("button", { name: "Add the rule" }).click();
+  await card.getByText("fails: 503, once").waitFor();
   const { rules } = (await host.call("GET", "/_host/faults")) as { rules: Record<string, unknown>[] };
   assert.deepEqual(rules.map((rule) => [rule["sibling"] ?? rule["published"], rule["action"]]), [
     ["/tav-champions/*", "delete"],
     ["/tav-loot/v1/player-loot-map", "double"],
+    ["/tav-champions/*", "fail"],
   ]);
   await page.getByRole("button", { name: "Remove all" }).click();
   await page.getByRole("banner").getByText("Faults off").waitFor();

@@ -4,7 +4,7 @@ import { useEffect } from "preact/hooks";
 import { addRule, faults, readFaults, removeRule, removeRules, rulesOf, type Faults, type Rule } from "../../state/faults";
 import { useAction } from "../../ui/action";
 import { Badge, Button, Card, Field, Select } from "../../ui/controls";
-import { actionsFor, patternOf, patterns, ruleOf, targets, textOf, type Choice, type Target } from "./fault_rules";
+import { actionOf, actionsFor, patternOf, patterns, problemsOf, ruleOf, targets, textOf, type Choice, type Target } from "./fault_rules";
 
 const period = 2000;
 
@@ -31,7 +31,8 @@ const start = (target: Target): Choice => ({
 
 function Form({ choice, onChange }: { choice: Choice; onChange: (next: Partial<Choice>) => void }) {
   const known = actionsFor(choice.target);
-  const needed = known.find(({ key }) => key === choice.action)?.value;
+  const needed = actionOf(choice)?.value;
+  const problems = problemsOf(choice);
   const choose = (action: Choice["action"]) => onChange({ action, value: known.find(({ key }) => key === action)?.value?.[1] ?? "" });
   return (
     <div class="fields">
@@ -50,12 +51,18 @@ function Form({ choice, onChange }: { choice: Choice; onChange: (next: Partial<C
         <Select label="What happens" options={known.map(({ key, text }) => [key, text] as const)} value={choice.action} onChange={choose} />
       </Field>
       {needed && (
-        <Field label={needed[0]}>
-          <input type="text" value={choice.value} onInput={(event) => onChange({ value: event.currentTarget.value })} />
+        <Field label={needed[0]} problem={problems.value}>
+          <input type="text" aria-invalid={problems.value !== undefined} value={choice.value} onInput={(event) => onChange({ value: event.currentTarget.value })} />
         </Field>
       )}
-      <Field label="How often" hint="empty: each time">
-        <input type="text" inputMode="numeric" value={choice.times} onInput={(event) => onChange({ times: event.currentTarget.value })} />
+      <Field label="How often" hint="empty: each time" problem={problems.times}>
+        <input
+          type="text"
+          inputMode="numeric"
+          aria-invalid={problems.times !== undefined}
+          value={choice.times}
+          onInput={(event) => onChange({ times: event.currentTarget.value })}
+        />
       </Field>
     </div>
   );
@@ -69,6 +76,7 @@ function Together({ known }: { known: Faults }) {
 
 export function FaultsCard() {
   const choice = useSignal(start("service"));
+  const hasProblem = Object.values(problemsOf(choice.value)).some((problem) => problem !== undefined);
   const add = useAction(() => addRule(ruleOf(choice.value)));
   const clear = useAction(removeRules);
   useEffect(() => {
@@ -82,7 +90,7 @@ export function FaultsCard() {
     <Card title="Faults" name="faults" actions={<Badge kind={rules.length > 0 ? "warn" : ""}>{rules.length > 0 ? "Faults on" : "No faults"}</Badge>}>
       <Form choice={choice.value} onChange={(next) => (choice.value = { ...choice.value, ...next })} />
       <div class="row">
-        <Button kind="main" isRunning={add.isRunning} onClick={() => void add.run()}>
+        <Button kind="main" isRunning={add.isRunning} disabled={hasProblem} onClick={() => void add.run()}>
           Add the rule
         </Button>
         {rules.length > 0 && (
