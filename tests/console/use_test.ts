@@ -357,6 +357,11 @@ onPage("another scenario starts, and a snapshot brings the first world back", "#
   await page.getByRole("link", { name: "Inventory" }).click();
   await page.getByText(/5,0\d\d items/).waitFor();
   const drawn = await page.locator(".tile").count();
+  for (const width of [360, 1366, 2560, 1280]) {
+    await page.setViewportSize({ width, height: 800 });
+    const cut = await page.evaluate(() => [...document.querySelectorAll(".tile .badge")].flatMap((badge) => badge.scrollWidth > badge.clientWidth ? [badge.textContent] : []));
+    assert.deepEqual(cut, [], `statuses are whole at ${width} px`);
+  }
   assert.ok(drawn > 0 && drawn < 200, `${drawn} tiles are drawn`);
   await page.goBack();
   await page.getByRole("button", { name: "Restore lantern" }).click();

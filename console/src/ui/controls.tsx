@@ -76,8 +76,12 @@ export function Card({ title, name, actions, children }: CardProps) {
   );
 }
 
-export function Badge({ kind = "", children }: { kind?: string; children: ComponentChildren }) {
-  return <span class={`badge ${kind}`}>{children}</span>;
+export function Badge({ kind = "", title, children }: { kind?: string; title?: string; children: ComponentChildren }) {
+  return (
+    <span class={`badge ${kind}`} title={title}>
+      {children}
+    </span>
+  );
 }
 
 interface FieldProps {

@@ -19,5 +19,10 @@ export const redeemableText = (status: string) => redeemable[status]?.[1] ?? sta
 export const isWorthShowing = (status: string) => !status.startsWith("NOT_REDEEMABLE");
 
 export function RedeemableBadge({ item }: { item: PlayerLoot }) {
-  return <Badge kind={redeemable[item.redeemableStatus]?.[0] ?? ""}>{redeemableText(item.redeemableStatus)}</Badge>;
+  const text = redeemableText(item.redeemableStatus);
+  return (
+    <Badge kind={redeemable[item.redeemableStatus]?.[0] ?? ""} title={text}>
+      {text}
+    </Badge>
+  );
 }
