@@ -203,6 +203,7 @@ onPage("the inventory goes back to an earlier event", "#/timeline?tab=travel", a
   await host.call("POST", "/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft", ["MATERIAL_key_fragment"]);
   await keys(6).waitFor();
   const difference = page.getByRole("region", { name: "Difference" });
+  await page.getByText(/^event \d+ \d\d:\d\d:\d\d\.\d{3} UTC/).first().waitFor();
   await page.getByRole("slider", { name: "To" }).press("ArrowLeft");
   await page.getByRole("slider", { name: "To" }).press("ArrowLeft");
   await keys(5).waitFor();
@@ -363,6 +364,9 @@ onPage("another scenario starts, and a snapshot brings the first world back", "#
     assert.deepEqual(cut, [], `statuses are whole at ${width} px`);
   }
   assert.ok(drawn > 0 && drawn < 200, `${drawn} tiles are drawn`);
+  await page.goto(page.url().replace(/#.*/, "#/timeline?tab=travel"));
+  await page.getByText(/^first 400 of 5,0\d\d items$/).waitFor();
+  await page.goBack();
   await page.goBack();
   await page.getByRole("button", { name: "Restore lantern" }).click();
   await page.getByRole("heading", { name: "Lantern Bay", level: 1 }).waitFor();

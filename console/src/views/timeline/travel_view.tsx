@@ -1,15 +1,27 @@
 // The inventory as it was published at a past event, and the difference between two.
 import { useEffect, useMemo } from "preact/hooks";
+import { call } from "../../api/client";
 import type { PlayerLoot } from "../../api/types";
 import { addressOf, change, route } from "../../route";
 import { inventoryAt, points, startHistory, type Point } from "../../state/history";
 import { Badge, Empty } from "../../ui/controls";
+import { useFetched } from "../../ui/fetched";
 import { nameOf } from "../../state/names";
 import { Picture } from "../inventory/picture";
 import { differences, type Difference } from "./differences";
+import { timeText } from "./kinds";
+
+// When the event was published, as long as the timeline holds it.
+async function timeOf(event: number): Promise<string> {
+  const { rows } = await call("get", "/_host/timeline", { query: { event: String(event), limit: 1 } });
+  return rows[0] ? `${timeText(rows[0].time)} UTC` : "";
+}
 
 function Slider({ label, list, place, onChange }: { label: string; list: readonly Point[]; place: number; onChange: (id: number) => void }) {
   const point = list[place];
+  const id = point?.id ?? 0;
+  const time = useFetched(async () => ({ id, text: id > 0 ? await timeOf(id) : "" }), id).value;
+  const shownTime = time?.id === id ? time.text : "";
   return (
     <label class="slider">
       <span class="label">{label}</span>
@@ -18,13 +30,13 @@ function Slider({ label, list, place, onChange }: { label: string; list: readonl
         min={0}
         max={list.length - 1}
         value={place}
-        aria-valuetext={point ? `event ${point.id}, ${point.text}` : ""}
+        aria-valuetext={point ? `event ${id}, ${shownTime}, ${point.text}` : ""}
         onInput={(event) => onChange(list[event.currentTarget.valueAsNumber]?.id ?? 0)}
       />
-      <span class="slider-text">
+      <span class="slider-text" title={point?.text}>
         {point && (
           <>
-            <b>event {point.id}</b> <span class="quiet">{point.text}</span>
+            <b>event {id}</b> {shownTime} <span class="quiet">{point.text}</span>
           </>
         )}
       </span>
@@ -44,8 +56,14 @@ function DifferenceRow({ entry }: { entry: Difference }) {
   );
 }
 
+const mostHeld = 400;
+const mostDifferences = 300;
+
+const countText = (count: number, most: number) =>
+  `${count > most ? `first ${most} of ` : ""}${count.toLocaleString("en")} item${count === 1 ? "" : "s"}`;
+
 function HeldAt({ held }: { held: ReadonlyMap<string, PlayerLoot | "unknown"> }) {
-  const list = [...held].sort(([a], [b]) => a.localeCompare(b)).slice(0, 400);
+  const list = [...held].sort(([a], [b]) => a.localeCompare(b)).slice(0, mostHeld);
   return (
     <ul class="held-then">
       {list.map(([lootId, item]) => (
@@ -82,12 +100,12 @@ export function TravelView() {
         <section class="card" aria-label="Difference">
           <header>
             <h2>Difference</h2>
-            <span class="quiet">{changed.length} items</span>
+            <span class="quiet">{countText(changed.length, mostDifferences)}</span>
           </header>
           <div class="card-body">
             {changed.length === 0 && <p class="quiet">Both show the same.</p>}
             <ul class="deltas">
-              {changed.slice(0, 300).map((entry) => (
+              {changed.slice(0, mostDifferences).map((entry) => (
                 <DifferenceRow key={entry.lootId} entry={entry} />
               ))}
             </ul>
@@ -96,7 +114,7 @@ export function TravelView() {
         <section class="card" aria-label="Inventory then">
           <header>
             <h2>Inventory at event {list[to]?.id}</h2>
-            <span class="quiet">{after.size} items</span>
+            <span class="quiet">{countText(after.size, mostHeld)}</span>
           </header>
           <div class="card-body">
             <HeldAt held={after} />
