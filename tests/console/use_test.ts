@@ -35,6 +35,24 @@ onPage("a refusal is shown with its reason", "#/inventory?item=MATERIAL_key_frag
   await page.getByRole("region", { name: "Result" }).getByText("MISSING_INGREDIENTS").waitFor();
 });
 
+onPage("a token goes into its slot, and what goes with it", "#/inventory?item=CHAMPION_TOKEN_star-11", async (page) => {
+  await reset();
+  const card = page.getByRole("article").filter({ hasText: "CHAMPION_TOKEN_SHARD_UPGRADE" });
+  const inSlot = (slot: number, lootId: string) =>
+    card.getByRole("combobox", { name: `Item for slot ${slot}` }).and(page.locator(`:has(option[value="${lootId}"]:checked)`)).waitFor();
+  await inSlot(0, "CHAMPION_TOKEN_star-11");
+  await inSlot(1, "CHAMPION_RENTAL_11");
+  await card.getByRole("combobox", { name: "Item for slot 0" }).selectOption("CHAMPION_TOKEN_star-13");
+  await card.getByText("1 missing").waitFor();
+  await inSlot(1, "CHAMPION_RENTAL_13");
+  await card.getByRole("combobox", { name: "Item for slot 0" }).selectOption("CHAMPION_TOKEN_star-11");
+  await inSlot(1, "CHAMPION_RENTAL_11");
+  await card.getByRole("button", { name: /craft CHAMPION_TOKEN_SHARD_UPGRADE/ }).click();
+  await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
+  await tile(page, "CHAMPION_TOKEN_crown-11").waitFor();
+  await tile(page, "CHAMPION_TOKEN_star-11").waitFor({ state: "detached" });
+});
+
 onPage("filters are in the address, back and forward go through the views", "#/inventory", async (page) => {
   await page.getByRole("combobox", { name: "Type" }).selectOption("CHEST");
   await page.getByRole("searchbox").fill("lantern");

@@ -1,12 +1,14 @@
 // One recipe that takes the item: what goes in, what is missing, and the button that crafts.
 import { useSignal } from "@preact/signals";
+import { call } from "../../api/client";
 import type { Recipe } from "../../api/types";
 import { craft, mostWaiting, waiting } from "../../state/crafts";
 import { inventoryVersion, items } from "../../state/inventory";
 import { lootText } from "../../state/names";
 import { Badge, Button, Select } from "../../ui/controls";
+import { useFetched } from "../../ui/fetched";
 import { NextResult } from "./next_result";
-import { fillSlots, type FilledSlot } from "./slots";
+import { fillSlots, offered, type FilledSlot, type Wish } from "./slots";
 
 function SlotRow({ slot, tags, onChoose }: { slot: FilledSlot; tags: string; onChoose: (id: string) => void }) {
   const id = slot.chosen;
@@ -34,12 +36,22 @@ function Outputs({ recipe }: { recipe: Recipe }) {
   return <p class="recipe-outputs">Gives from: {text}</p>;
 }
 
+// The slots with what goes into them. Which items go together is asked of the plugin.
+function useSlots(recipe: Recipe, wish: Wish, repeat: number): FilledSlot[] {
+  const { recipeName } = recipe;
+  const lootIds = offered(recipe, items, wish).join(",");
+  const explanation = useFetched(
+    async () => (lootIds ? call("get", "/_host/explain/recipe/{recipeName}", { path: { recipeName }, query: { items: lootIds } }) : undefined),
+    `${lootIds} ${inventoryVersion.value}`,
+  );
+  return fillSlots(recipe, items, wish, repeat, explanation.value);
+}
+
 export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string }) {
-  void inventoryVersion.value;
   const chosen = useSignal<Record<number, string>>({});
   const repeat = useSignal(1);
   const showsChances = useSignal(false);
-  const slots = fillSlots(recipe, items, lootId, chosen.value, repeat.value);
+  const slots = useSlots(recipe, { first: lootId, chosen: chosen.value }, repeat.value);
   const isWaiting = waiting.value.some((entry) => entry.title === recipe.recipeName);
   const isFull = waiting.value.length >= mostWaiting;
   const run = () => {

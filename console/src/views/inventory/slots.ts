@@ -1,7 +1,8 @@
 // What a recipe takes, and which held items go into its slots.
-import type { PlayerLoot, Recipe } from "../../api/types";
+import type { PlayerLoot, Recipe, Schemas } from "../../api/types";
 
-type Held = ReadonlyMap<string, Pick<PlayerLoot, "count">>;
+type Held = ReadonlyMap<string, Pick<PlayerLoot, "lootId" | "lootName" | "refId" | "count" | "storeItemId">>;
+type Slot = Recipe["slots"][number];
 export interface FilledSlot {
   slotNumber: number;
   quantity: number;
@@ -10,19 +11,58 @@ export interface FilledSlot {
   missing: number;
 }
 
-// Fills each slot: with what was chosen, else with `first` where it fits, else with what is held most.
-export function fillSlots(recipe: Recipe, held: Held, first: string, chosen: Record<number, string>, repeat: number): FilledSlot[] {
+// The held items that the slot takes: it names loot, which may be held for several reference ids.
+function choicesOf(slot: Slot, held: Held): string[] {
+  const taken = new Set(slot.lootIds);
+  return [...held.values()].filter((item) => taken.has(item.lootId) || taken.has(item.lootName)).map((item) => item.lootId);
+}
+
+export interface Wish {
+  // The item that the recipe is shown for.
+  first: string;
+  // What was chosen, by slot.
+  chosen: Readonly<Record<number, string>>;
+}
+
+// What each slot gets because it was wished: what was chosen, else the first item in the first slot that takes it.
+function wishedOf(recipe: Recipe, choices: string[][], { first, chosen }: Wish): (string | undefined)[] {
+  let isFree = true;
+  return recipe.slots.map((slot, index) => {
+    const wanted = chosen[slot.slotNumber] ?? (isFree ? first : "");
+    if (!choices[index]?.includes(wanted)) return undefined;
+    if (wanted === first) isFree = false;
+    return wanted;
+  });
+}
+
+// The items to ask the plugin about: for a slot with a wish that item, for others all; none when nothing that the recipe
+// takes is issued for a reference id, and so all go together.
+export function offered(recipe: Recipe, held: Held, wish: Wish): string[] {
+  const choices = recipe.slots.map((slot) => choicesOf(slot, held));
+  if (!choices.flat().some((id) => held.get(id)?.refId)) return [];
+  const wished = wishedOf(recipe, choices, wish);
+  return [...new Set(choices.flatMap((ids, index) => wished[index] ?? ids))].sort();
+}
+
+// Fills each slot: with what is wished, else with what goes with the others, preferring what is of the same champion and
+// then what is held most.
+export function fillSlots(recipe: Recipe, held: Held, wish: Wish, repeat: number, known?: Schemas["RecipeExplanation"]): FilledSlot[] {
+  const apart = new Set(
+    known?.ingredients?.flatMap(({ fits }) => fits.filter((one) => !one.goesWithTheOthers).map((one) => one.lootId)),
+  );
   const used = new Map<string, number>();
   const left = (id: string) => (held.get(id)?.count ?? 0) - (used.get(id) ?? 0);
-  return recipe.slots.map((slot) => {
-    const choices = slot.lootIds.filter((id) => held.has(id));
+  const isSame = (id: string) => Number(String(held.get(id)?.storeItemId) === known?.refId);
+  const choices = recipe.slots.map((slot) => choicesOf(slot, held));
+  const wished = wishedOf(recipe, choices, wish);
+  return recipe.slots.map((slot, index) => {
     const needed = slot.quantity * repeat;
-    const byCount = [...choices].sort((a, b) => left(b) - left(a));
-    const wanted = chosen[slot.slotNumber];
-    const isFirstFree = choices.includes(first) && !used.has(first);
-    const pick = wanted !== undefined && choices.includes(wanted) ? wanted : isFirstFree ? first : byCount[0];
+    const going = (choices[index] ?? []).filter((id) => !apart.has(id));
+    const enough = (id: string) => Number(left(id) >= needed);
+    going.sort((a, b) => enough(b) - enough(a) || isSame(b) - isSame(a) || left(b) - left(a));
+    const pick = wished[index] ?? going[0];
     const missing = Math.max(0, needed - (pick === undefined ? 0 : left(pick)));
     if (pick !== undefined) used.set(pick, (used.get(pick) ?? 0) + needed);
-    return { slotNumber: slot.slotNumber, quantity: needed, choices, chosen: pick, missing };
+    return { slotNumber: slot.slotNumber, quantity: needed, choices: choices[index] ?? [], chosen: pick, missing };
   });
 }
