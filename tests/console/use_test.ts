@@ -1,5 +1,6 @@
 // The console in use: what is done in it reaches the plugin, and what changes is seen.
 import assert from "node:assert/strict";
+import type { Page } from "playwright-core";
 import { host, onPage, reset, tile } from "./harness";
 
 onPage("a chest is opened and the grid shows what came", "#/inventory?item=CHEST_lantern", async (page) => {
@@ -124,6 +125,37 @@ onPage("a change of the platform's inventory is retrieved and seen", "#/world", 
   const { count } = (await host.call("GET", "/tav-loot/v1/player-loot/CHEST_harbour")) as { count: number };
   await page.getByRole("link", { name: "Inventory" }).click();
   await tile(page, "CHEST_harbour").getByLabel(`${count} held`).waitFor();
+  await page.goBack();
+  await page.getByRole("combobox", { name: "Loot name" }).fill("CHEST_harbour");
+  await typeInto(page, "Change", "-2");
+  await page.getByRole("button", { name: "Change" }).click();
+  await page.getByText(`The platform holds ${count - 2} of CHEST_harbour`).waitFor();
+});
+
+// As a person types: each key is one event.
+async function typeInto(page: Page, name: string, text: string): Promise<void> {
+  await page.getByRole("spinbutton", { name }).selectText();
+  await page.keyboard.press("Delete");
+  await page.keyboard.type(text);
+}
+
+onPage("a field that holds no number says so and sends nothing", "#/world", async (page) => {
+  await page.getByRole("button", { name: "Scaled" }).click();
+  for (const [name, wrong, reason, right] of [
+    ["Level", "", "A number is needed", "12"],
+    ["Seconds in one second", "0", "At least 0.001", "0.5"],
+  ] as const) {
+    const set = page.locator(`.field:has(> .label:text-is("${name}"))`).getByRole("button", { name: "Set" });
+    await typeInto(page, name, wrong);
+    await page.getByText(reason).waitFor();
+    assert.ok(await set.isDisabled(), name);
+    await typeInto(page, name, right);
+    const sent = page.waitForRequest((request) => request.method() === "PUT");
+    await set.click();
+    assert.ok(Object.values((await sent).postDataJSON() as object).includes(Number(right)), name);
+  }
+  await reset();
+  await host.call("PUT", "/_host/clock", { mode: "real" });
 });
 
 onPage("an endpoint's form sends what it says", "#/api?op=GetPlayerLootById", async (page) => {

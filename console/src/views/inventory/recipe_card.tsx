@@ -7,6 +7,7 @@ import { inventoryVersion, items } from "../../state/inventory";
 import { lootText } from "../../state/names";
 import { Badge, Button, Select } from "../../ui/controls";
 import { useFetched } from "../../ui/fetched";
+import { NumberInput, useNumber } from "../../ui/number";
 import { NextResult } from "./next_result";
 import { fillSlots, offered, type FilledSlot, type Wish } from "./slots";
 
@@ -49,14 +50,14 @@ function useSlots(recipe: Recipe, wish: Wish, repeat: number): FilledSlot[] {
 
 export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string }) {
   const chosen = useSignal<Record<number, string>>({});
-  const repeat = useSignal(1);
+  const repeat = useNumber(1, { least: 1, most: 1000 });
   const showsChances = useSignal(false);
-  const slots = useSlots(recipe, { first: lootId, chosen: chosen.value }, repeat.value);
+  const slots = useSlots(recipe, { first: lootId, chosen: chosen.value }, repeat.value ?? 1);
   const isWaiting = waiting.value.some((entry) => entry.title === recipe.recipeName);
   const isFull = waiting.value.length >= mostWaiting;
   const run = () => {
     const given = slots.flatMap((slot) => slot.chosen ?? []);
-    void craft(recipe.recipeName, lootId, recipe.recipeName, given, repeat.value);
+    void craft(recipe.recipeName, lootId, recipe.recipeName, given, repeat.value ?? 1);
   };
   const isMissing = slots.some((slot) => slot.missing > 0);
   const name = recipe.contextMenuText || recipe.type;
@@ -82,23 +83,18 @@ export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string 
         {showsChances.value && <NextResult recipe={recipe.recipeName} />}
       </details>
       <div class="recipe-actions">
+        {repeat.reason && <span class="hint">{repeat.reason}</span>}
         <label class="repeat">
           Times
-          <input
-            type="number"
-            min={1}
-            max={1000}
-            value={repeat.value}
-            onInput={(event) => (repeat.value = Math.max(1, Math.min(1000, event.currentTarget.valueAsNumber || 1)))}
-          />
+          <NumberInput number={repeat} />
         </label>
         <Button
           kind={isMissing ? "normal" : "main"}
           icon="bolt"
           isRunning={isWaiting}
-          disabled={isFull}
+          disabled={isFull || repeat.value === undefined}
           label={`${name}: craft ${recipe.recipeName}`}
-          title={isFull ? "Three calls wait already: release one first" : isMissing ? "The platform will refuse this" : undefined}
+          title={repeat.reason || (isFull ? "Three calls wait already: release one first" : isMissing ? "The platform will refuse this" : undefined)}
           onClick={run}
         >
           {isMissing ? "Craft anyway" : "Craft"}

@@ -4,6 +4,7 @@ import { call } from "../../api/client";
 import { clock, setClock, shownTime, type Clock } from "../../state/clock";
 import { useAction } from "../../ui/action";
 import { Button, Card, Field, Segmented } from "../../ui/controls";
+import { NumberInput, useNumber } from "../../ui/number";
 
 const modes = [
   ["real", "Real"],
@@ -19,7 +20,7 @@ const steps = [
 
 export function ClockCard() {
   const typed = useSignal<string | undefined>(undefined);
-  const scale = useSignal(60);
+  const scale = useNumber(60, { least: 0.001, most: 100_000, isWhole: false });
   const set = useAction(async (body: { mode: Clock["mode"]; now?: string; scale?: number }) => {
     setClock(await call("put", "/_host/clock", { body }));
     typed.value = undefined;
@@ -29,7 +30,7 @@ export function ClockCard() {
   });
   const known = clock.value;
   if (!known) return null;
-  const choose = (mode: Clock["mode"]) => void set.run(mode === "scaled" ? { mode, scale: scale.value } : { mode });
+  const choose = (mode: Clock["mode"]) => void set.run(mode === "scaled" ? { mode, scale: scale.value ?? 1 } : { mode });
   return (
     <Card title="Clock" actions={<Segmented label="How time passes" options={modes} value={known.mode} disabled={set.isRunning} onChange={choose} />}>
       <p class="time">{shownTime.value} UTC</p>
@@ -59,10 +60,10 @@ export function ClockCard() {
         </>
       )}
       {known.mode === "scaled" && (
-        <Field label="Seconds in one second">
+        <Field label="Seconds in one second" hint={scale.reason}>
           <span class="row">
-            <input type="number" min={0.001} value={scale.value} onInput={(event) => (scale.value = event.currentTarget.valueAsNumber || 1)} />
-            <Button isRunning={set.isRunning} onClick={() => choose("scaled")}>
+            <NumberInput number={scale} onEnter={() => choose("scaled")} />
+            <Button isRunning={set.isRunning} disabled={scale.value === undefined} title={scale.reason} onClick={() => choose("scaled")}>
               Set
             </Button>
           </span>

@@ -1,10 +1,10 @@
 // The player: signed in or out, level, and the phase of the game.
-import { useSignal } from "@preact/signals";
 import { call } from "../../api/client";
 import { login, logout } from "../../state/player";
 import type { World } from "../../state/world";
 import { useAction } from "../../ui/action";
 import { Badge, Button, Card, Field } from "../../ui/controls";
+import { NumberInput, useNumber } from "../../ui/number";
 
 // Grants wait in those that are marked.
 const phases = [
@@ -23,24 +23,17 @@ const phases = [
 const phaseOf = (text: string) => text.replace(" *", "");
 
 function Level({ level }: { level: number }) {
-  const typed = useSignal<number | undefined>(undefined);
-  const set = useAction(async () => {
-    const summonerLevel = typed.peek();
-    if (summonerLevel === undefined || Number.isNaN(summonerLevel)) return;
+  const typed = useNumber(level, { least: 0, most: 2147483647 });
+  const set = useAction(async (summonerLevel: number) => {
     await call("put", "/_host/summoner", { body: { summonerLevel } });
-    typed.value = undefined;
+    typed.forget();
   });
+  const run = () => typed.value !== undefined && void set.run(typed.value);
   return (
-    <Field label="Level">
+    <Field label="Level" hint={typed.reason}>
       <span class="row">
-        <input
-          type="number"
-          min={0}
-          value={typed.value ?? level}
-          onInput={(event) => (typed.value = event.currentTarget.valueAsNumber)}
-          onKeyDown={(event) => event.key === "Enter" && void set.run()}
-        />
-        <Button isRunning={set.isRunning} disabled={typed.value === undefined} onClick={() => void set.run()}>
+        <NumberInput number={typed} onEnter={run} />
+        <Button isRunning={set.isRunning} disabled={!typed.isTyped || typed.value === undefined} title={typed.reason} onClick={run}>
           Set
         </Button>
       </span>
