@@ -391,6 +391,15 @@ onPage("a chest gives the chosen result", "#/inventory?item=CHEST_lantern", asyn
   await page.getByRole("button", { name: /^Add 1 EMOTE_703/ }).click();
   await page.getByRole("button", { name: "Make it the next result" }).click();
   await page.getByText("The next craft gives this").waitFor();
+  const kept = { recipe: "CHEST_harbour_OPEN", added: [{ lootName: "MATERIAL_key", refId: "", count: 3 }], times: 2 };
+  await host.call("POST", "/_host/next-result", kept);
+  await page.getByRole("button", { name: "Leave it to chance" }).click();
+  await page.getByRole("button", { name: "Leave it to chance" }).waitFor({ state: "detached" });
+  assert.deepEqual(await host.call("GET", "/_host/next-result"), [kept]);
+  await host.call("DELETE", "/_host/next-result");
+  await page.getByRole("button", { name: /^Add 1 EMOTE_703/ }).click();
+  await page.getByRole("button", { name: "Make it the next result" }).click();
+  await page.getByRole("button", { name: "Leave it to chance" }).waitFor();
   await page.getByRole("button", { name: "Open: craft CHEST_lantern_OPEN" }).click();
   const result = page.getByRole("region", { name: "Result" });
   await result.getByRole("heading", { name: "Added" }).waitFor();

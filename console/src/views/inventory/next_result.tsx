@@ -56,6 +56,15 @@ function Chosen({ list, recipe, onDone }: { list: Prepared["added"]; recipe: str
   );
 }
 
+// The host forgets all prepared results at once: those of other recipes are prepared again, in their order.
+async function forgetOf(recipe: string): Promise<void> {
+  const list = await call("get", "/_host/next-result");
+  await call("delete", "/_host/next-result");
+  for (const entry of list) {
+    if (entry.recipe !== recipe) await call("post", "/_host/next-result", { body: entry });
+  }
+}
+
 export function NextResult({ recipe }: { recipe: string }) {
   const chosen = useSignal<Prepared["added"]>([]);
   const odds = useFetched(() => call("get", "/_host/odds/{recipe}", { path: { recipe }, query: { trials } }), recipe);
@@ -64,7 +73,7 @@ export function NextResult({ recipe }: { recipe: string }) {
     `${controls.value} ${outcome.value?.id ?? 0}`,
   );
   const forget = useAction(async () => {
-    await call("delete", "/_host/next-result");
+    await forgetOf(recipe);
     prepared.again();
   });
   const mine = prepared.value?.filter((entry) => entry.recipe === recipe) ?? [];
