@@ -54,6 +54,16 @@ onPage("a token goes into its slot, and what goes with it", "#/inventory?item=CH
   await tile(page, "CHAMPION_TOKEN_star-11").waitFor({ state: "detached" });
 });
 
+onPage("a key opens the chest that takes it second", "#/inventory?item=MATERIAL_key", async (page) => {
+  await reset();
+  await page.getByRole("button", { name: /craft CHEST_harbour_OPEN/ }).click();
+  await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
+  await tile(page, "CHEST_harbour").click();
+  await page.getByRole("heading", { name: "Harbour Chest" }).waitFor();
+  await page.getByRole("button", { name: /craft CHEST_harbour_OPEN/ }).waitFor();
+  assert.equal(await page.getByRole("button", { name: /craft CHEST_harbour_OPEN/ }).count(), 1);
+});
+
 onPage("filters are in the address, back and forward go through the views", "#/inventory", async (page) => {
   await page.getByRole("combobox", { name: "Type" }).selectOption("CHEST");
   await page.getByRole("searchbox").fill("lantern");

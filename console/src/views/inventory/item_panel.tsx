@@ -2,12 +2,15 @@
 import { useEffect, useRef } from "preact/hooks";
 import { call } from "../../api/client";
 import { asCurl } from "../../api/snippets";
-import type { PlayerLoot } from "../../api/types";
+import type { PlayerLoot, Recipe } from "../../api/types";
 import { change, route } from "../../route";
-import { inventoryVersion, items } from "../../state/inventory";
+import { inventoryVersion, items, loadState } from "../../state/inventory";
+import { recipesTakingLater } from "../../state/recipes";
+import { controls } from "../../state/stream";
 import { useAction } from "../../ui/action";
 import { Badge, Button, CopyButton, Segmented } from "../../ui/controls";
 import { Json } from "../../ui/json";
+import { useFetched } from "../../ui/fetched";
 import { useWatched } from "../../ui/watched";
 import { nameOf } from "../../state/names";
 import { MenuList } from "./menu_list";
@@ -83,15 +86,26 @@ function Facts({ item }: { item: PlayerLoot }) {
   );
 }
 
+// The recipes that take the item, those that begin with it first. As long as the inventory is waited for, none is asked for.
+function useRecipes(lootId: string, lootName: string): Recipe[] | undefined {
+  const beginning = useWatched(`/tav-loot/v1/recipes/initial-item/${encodeURIComponent(lootId)}`, () =>
+    call("get", "/tav-loot/v1/recipes/initial-item/{lootId}", { path: { lootId } }),
+  );
+  const isWaiting = loadState.value === "waiting";
+  const later = useFetched(
+    async () => (isWaiting ? [] : recipesTakingLater(lootName, lootId)),
+    `${isWaiting} ${lootName} ${controls.value}`,
+  );
+  return beginning && [...beginning, ...(later.value ?? [])];
+}
+
 function Actions({ item, lootId, lootName }: { item: PlayerLoot | undefined; lootId: string; lootName: string }) {
   const path = { lootId };
   const id = encodeURIComponent(lootId);
   const menu = useWatched(`/tav-loot/v1/player-loot/${id}/context-menu`, () =>
     call("get", "/tav-loot/v1/player-loot/{lootId}/context-menu", { path }),
   );
-  const recipes = useWatched(`/tav-loot/v1/recipes/initial-item/${id}`, () =>
-    call("get", "/tav-loot/v1/recipes/initial-item/{lootId}", { path }),
-  );
+  const recipes = useRecipes(lootId, lootName);
   const list = useRef<HTMLDivElement>(null);
   const showRecipe = (name: string) => {
     const card = list.current?.querySelector(`[data-recipe="${CSS.escape(name)}"]`);
@@ -104,8 +118,8 @@ function Actions({ item, lootId, lootName }: { item: PlayerLoot | undefined; loo
       {item && <Facts item={item} />}
       <h3>Context menu</h3>
       {menu && <MenuList menu={menu} lootId={lootId} lootName={lootName} onRecipe={showRecipe} />}
-      <h3>Recipes that take it first</h3>
-      {recipes?.length === 0 && <p class="quiet">No recipe begins with it.</p>}
+      <h3>Recipes that take it</h3>
+      {recipes?.length === 0 && <p class="quiet">No recipe takes it.</p>}
       {recipes?.map((recipe) => (
         <div key={recipe.recipeName} data-recipe={recipe.recipeName}>
           <RecipeCard recipe={recipe} lootId={lootId} />

@@ -20,7 +20,7 @@ interface MenuProps {
 
 export function MenuList({ menu, lootId, lootName, onRecipe }: MenuProps) {
   const isFull = waiting.value.length >= mostWaiting;
-  if (menu.length === 0) return <p class="quiet">Nothing can be done with it.</p>;
+  if (menu.length === 0) return <p class="quiet">The menu is empty.</p>;
   return (
     <ul class="menu">
       {menu.map((entry) => (
