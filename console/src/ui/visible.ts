@@ -57,3 +57,11 @@ export function reveal(element: HTMLElement | null, row: number, rowHeight: numb
     element.scrollTop = top + rowHeight - element.clientHeight;
   }
 }
+
+// Scrolls so that the row is in the upper third, with what follows it in view.
+export function goTo(element: HTMLElement | null, row: number, rowHeight: number): void {
+  if (!element) return;
+  const top = row * rowHeight;
+  const third = element.clientHeight / 3;
+  if (top < element.scrollTop || top + rowHeight > element.scrollTop + third) element.scrollTop = Math.max(0, top - third / 2);
+}

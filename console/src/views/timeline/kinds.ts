@@ -22,6 +22,9 @@ export function isBad(row: Row): boolean {
 // UTC, as the clock in the top bar.
 export const timeText = (milliseconds: number) => new Date(milliseconds).toISOString().slice(11, 23);
 
+// A log line is shown without its time and level, which the row has already.
+export const summaryOf = ({ kind, summary }: Row) => (kind === "log" ? summary.slice(summary.lastIndexOf("| ") + 1).trim() : summary);
+
 export function matches(row: Row, hidden: ReadonlySet<string>, text: string): boolean {
   if (hidden.has(groupOf(row))) return false;
   return !text || `${row.kind} ${row.method ?? ""} ${row.name} ${row.status ?? ""} ${row.summary}`.toLowerCase().includes(text);

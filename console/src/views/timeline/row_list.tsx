@@ -1,10 +1,13 @@
 // The rows in view. New ones are followed while the list is at its end.
 import { useEffect, useRef } from "preact/hooks";
 import type { Row } from "../../state/timeline";
-import { reveal, rowsInView, useVisible } from "../../ui/visible";
-import { groupOf, isBad, timeText } from "./kinds";
+import { goTo, reveal, rowsInView, useVisible } from "../../ui/visible";
+import { groupOf, isBad, summaryOf, timeText } from "./kinds";
 
+// In rem, as in the styles.
 const heightOfRow = 1.95;
+const heightOfNarrowRow = 4.2;
+const leastWidth = 44;
 
 interface ListProps {
   rows: readonly Row[];
@@ -17,9 +20,6 @@ interface ListProps {
   onSelect: (id: number) => void;
 }
 
-// A log line without its time and level, which the row has already.
-const messageOf = (line: string) => line.slice(line.lastIndexOf("| ") + 1).trim();
-
 function Line({ row, relation }: { row: Row; relation: string }) {
   return (
     <>
@@ -30,7 +30,7 @@ function Line({ row, relation }: { row: Row; relation: string }) {
         {row.name}
       </span>
       <span class={`row-status${isBad(row) ? " bad" : ""}`}>{row.status}</span>
-      <span class="row-summary">{row.kind === "log" ? messageOf(row.summary) : row.summary}</span>
+      <span class="row-summary">{summaryOf(row)}</span>
       <span class="row-duration">{row.duration === undefined ? "" : `${row.duration} ms`}</span>
       {relation && <span class="hidden">{relation}</span>}
     </>
@@ -40,8 +40,11 @@ function Line({ row, relation }: { row: Row; relation: string }) {
 export function RowList({ rows, filters, selected, causes, effects, isFollowing, onSelect }: ListProps) {
   const element = useRef<HTMLDivElement>(null);
   const isAtEnd = useRef(true);
+  // Chosen in the list itself, where the eye is already.
+  const chosenHere = useRef(0);
   const visible = useVisible(element);
-  const rowHeight = heightOfRow * visible.rem;
+  const isNarrow = visible.width > 0 && visible.width < leastWidth * visible.rem;
+  const rowHeight = (isNarrow ? heightOfNarrowRow : heightOfRow) * visible.rem;
   const range = rowsInView(visible, rowHeight, rows.length, 8);
   const place = rows.findIndex((row) => row.id === selected);
 
@@ -49,8 +52,15 @@ export function RowList({ rows, filters, selected, causes, effects, isFollowing,
     if (element.current && isAtEnd.current && isFollowing) element.current.scrollTop = element.current.scrollHeight;
   }, [rows.length, rows.at(-1)?.id, visible.height]);
   useEffect(() => {
-    if (place >= 0) reveal(element.current, place, rowHeight);
-  }, [selected, filters, place >= 0]);
+    if (place < 0) return;
+    const scroll = chosenHere.current === selected ? reveal : goTo;
+    scroll(element.current, place, rowHeight);
+    if (scroll === goTo) chosenHere.current = 0;
+  }, [selected, filters, place >= 0, rowHeight]);
+  const choose = (id: number) => {
+    chosenHere.current = id;
+    onSelect(id);
+  };
 
   const relationOf = (row: Row) =>
     row.id === selected ? "selected" : causes.has(row.id) ? "cause" : effects.has(row.id) ? "effect" : "";
@@ -59,12 +69,12 @@ export function RowList({ rows, filters, selected, causes, effects, isFollowing,
     if (step === undefined) return;
     event.preventDefault();
     const next = rows[Math.max(0, Math.min(rows.length - 1, (place < 0 ? rows.length : place) + step))];
-    if (next) onSelect(next.id);
+    if (next) choose(next.id);
   };
   return (
     <div
       ref={element}
-      class="rows"
+      class={isNarrow ? "rows narrow" : "rows"}
       role="listbox"
       aria-label="Timeline"
       tabIndex={0}
@@ -86,7 +96,7 @@ export function RowList({ rows, filters, selected, causes, effects, isFollowing,
             aria-setsize={rows.length}
             aria-posinset={range.first + index + 1}
             style={{ transform: `translateY(${(range.first + index) * rowHeight}px)` }}
-            onClick={() => onSelect(row.id)}
+            onClick={() => choose(row.id)}
           >
             <Line row={row} relation={relationOf(row)} />
           </div>

@@ -3,7 +3,7 @@ import { change } from "../../route";
 import type { Schemas } from "../../api/types";
 import { Badge, Button, CopyButton } from "../../ui/controls";
 import { Json } from "../../ui/json";
-import { groupOf, isBad, timeText } from "./kinds";
+import { groupOf, isBad, summaryOf, timeText } from "./kinds";
 
 type Row = Schemas["TimelineRow"];
 export type Detail = Schemas["TimelineDetail"];
@@ -45,7 +45,7 @@ function Related({ title, rows, isTree, hasMore }: RelatedProps) {
             <button type="button" onClick={() => change({ row: String(row.id) }, "push")}>
               <span class={`row-kind group-${groupOf(row)}`}>{row.kind}</span>
               <span>
-                {row.method} {row.name} {row.status && <Badge kind={isBad(row) ? "bad" : ""}>{row.status}</Badge>}
+                {row.method} {row.kind === "log" ? summaryOf(row) : row.name} {row.status && <Badge kind={isBad(row) ? "bad" : ""}>{row.status}</Badge>}
               </span>
             </button>
           </li>
