@@ -106,7 +106,7 @@ onPage(
     const bar = page.getByRole("banner");
     const isSeen = async (text: string) => assert.ok(((await bar.getByText(text, { exact: true }).boundingBox())?.width ?? 0) > 10, text);
     await bar.getByText("Faults off").waitFor();
-    for (const text of ["sample", "Lantern Bay", "Faults off"]) await isSeen(text);
+    for (const text of ["sample", "Lantern Bay", "Faults off", "Live"]) await isSeen(text);
     await host.call("PUT", "/_host/faults", { rules: [{ service: "craft*", action: "hold" }] });
     await bar.getByText("Faults on").waitFor();
     await page.getByRole("button", { name: /craft CHEST_mastery/ }).click();
@@ -241,6 +241,11 @@ onPage("an event leads to the request that caused it", "#/timeline", async (page
   await panel.getByRole("heading", { name: "Led to" }).waitFor();
   await page.getByRole("searchbox").fill("");
   await page.locator(".line.selected").waitFor();
+  await page.waitForFunction(() => {
+    const inView = [...document.querySelectorAll(".line.effect")].filter((line) => line.getBoundingClientRect().bottom <= innerHeight);
+    return inView.length > 5;
+  });
+  await panel.getByText("Preparing service proxy request: loot.craftPlayerLootWithRefId").waitFor();
   await page.goBack();
   await panel.getByRole("heading", { name: /player-loot.CHEST_lantern/ }).waitFor();
 });
@@ -429,7 +434,11 @@ onPage("another scenario starts, and a snapshot brings the first world back", "#
   const drawn = await page.locator(".tile").count();
   for (const width of [360, 1366, 2560, 1280]) {
     await page.setViewportSize({ width, height: 800 });
-    const cut = await page.evaluate(() => [...document.querySelectorAll(".tile .badge")].flatMap((badge) => badge.scrollWidth > badge.clientWidth ? [badge.textContent] : []));
+    const cut = await page.evaluate(async () => {
+      await new Promise((done) => setTimeout(done, 100));
+      const badges = [...document.querySelectorAll(".tile .badge")];
+      return badges.filter((badge) => badge.scrollWidth > badge.clientWidth).map((badge) => badge.textContent);
+    });
     assert.deepEqual(cut, [], `statuses are whole at ${width} px`);
   }
   assert.ok(drawn > 0 && drawn < 200, `${drawn} tiles are drawn`);

@@ -1,5 +1,5 @@
 // Every endpoint of the plugin and the host, with a form made from the API document.
-import { addressOf, change, route } from "../../route";
+import { addressOf, change, go, route } from "../../route";
 import { operations, type Operation } from "../../state/document";
 import { Empty, SearchField } from "../../ui/controls";
 import { OperationForm } from "./operation_form";
@@ -52,7 +52,7 @@ export function ApiView() {
       </nav>
       <div class="api-main scroll">
         {chosen ? (
-          <OperationForm operation={chosen} key={chosen.operationId} />
+          <OperationForm operation={chosen} key={chosen.operationId} onClose={() => go("api", { q: text })} />
         ) : (
           <Empty icon="braces" title="Choose an endpoint">
             <p>Fill in its form, send it, and look at what comes back.</p>

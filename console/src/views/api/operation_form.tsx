@@ -82,13 +82,16 @@ function requestOf(operation: Operation, values: Values) {
   return { path: part("path"), query: part("query") };
 }
 
-function Heading({ operation }: { operation: Operation }) {
+function Heading({ operation, onClose }: { operation: Operation; onClose: () => void }) {
   return (
     <>
-      <h2 class="operation-title">
-        <span class={`method ${operation.method.toLowerCase()}`}>{operation.method}</span>
-        <span class="path">{operation.path}</span>
-      </h2>
+      <div class="operation-head">
+        <h2 class="operation-title">
+          <span class={`method ${operation.method.toLowerCase()}`}>{operation.method}</span>
+          <span class="path">{operation.path}</span>
+        </h2>
+        <Button icon="close" kind="plain" label="Close the form" onClick={onClose} />
+      </div>
       <p>{operation.summary}</p>
       {operation.description && <p class="quiet">{operation.description}</p>}
     </>
@@ -125,7 +128,7 @@ function LinkButton({ address }: { address: string }) {
   );
 }
 
-export function OperationForm({ operation }: { operation: Operation }) {
+export function OperationForm({ operation, onClose }: { operation: Operation; onClose: () => void }) {
   const values = useSignal<Values>(startValues(operation));
   const example = useMemo(() => (operation.body ? JSON.stringify(exampleOf(operation.body.schema), null, 2) : ""), [operation]);
   const body = useSignal(route.value.values["body"] ?? example);
@@ -149,7 +152,7 @@ export function OperationForm({ operation }: { operation: Operation }) {
         if (missing.length === 0) void run.run();
       }}
     >
-      <Heading operation={operation} />
+      <Heading operation={operation} onClose={onClose} />
       <LootIds />
       <div class="fields">
         {operation.parameters

@@ -60,7 +60,9 @@ function Rows({ rows, collection }: { rows: Row[]; collection: Name }) {
         {rows.slice(range.first, range.end).map((row, index) => (
           <div class="collection-row" key={row.id} style={{ transform: `translateY(${(range.first + index) * rowHeight}px)` }}>
             <span class="id">{row.id}</span>
-            <span class="name">{row.name}</span>
+            <span class="name" title={row.name}>
+              {row.name}
+            </span>
             <Segmented
               label={`${row.name || row.id} is`}
               options={owned}
