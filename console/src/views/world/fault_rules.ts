@@ -57,7 +57,7 @@ export const actionOf = (choice: Choice) => actionsFor(choice.target).find(({ ke
 
 function numberProblem(text: string, least: number, most: number): string | undefined {
   if (/^\d+$/.test(text) && Number(text) >= least && Number(text) <= most) return undefined;
-  return `A whole number from ${least.toLocaleString("en")} to ${most.toLocaleString("en")}`;
+  return `An integer from ${least.toLocaleString("en")} to ${most.toLocaleString("en")}`;
 }
 
 // Why it can be no rule, by the field that is to be mended.
