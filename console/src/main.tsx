@@ -16,6 +16,7 @@ import { startResources } from "./state/resources";
 import { startScenarios } from "./state/scenarios";
 import { connect } from "./state/stream";
 import { startWorld } from "./state/world";
+import { keepFocus } from "./ui/focus";
 
 startInventory();
 startResources();
@@ -26,6 +27,7 @@ startCrafts();
 startScenarios();
 startClock();
 connect();
+keepFocus();
 
 const place = document.getElementById("console");
 if (place) render(<App />, place);

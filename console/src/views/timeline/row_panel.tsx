@@ -2,6 +2,7 @@
 import { change } from "../../route";
 import type { Schemas } from "../../api/types";
 import { Badge, Button, CopyButton } from "../../ui/controls";
+import { useEscape } from "../../ui/focus";
 import { Json } from "../../ui/json";
 import { groupOf, isBad, summaryOf, timeText } from "./kinds";
 
@@ -56,8 +57,11 @@ function Related({ title, rows, isTree, hasMore }: RelatedProps) {
   );
 }
 
+const close = () => change({ row: "" }, "push");
+
 export function RowPanel({ detail }: { detail: Detail }) {
   const { curl } = detail;
+  useEscape(close);
   return (
     <aside class="panel" aria-label={`Row ${detail.id}`}>
       <header class="panel-head">
@@ -73,7 +77,7 @@ export function RowPanel({ detail }: { detail: Detail }) {
             {detail.event !== undefined && <Badge>event {detail.event}</Badge>}
           </p>
         </div>
-        <Button icon="close" kind="plain" label="Close the row" onClick={() => change({ row: "" }, "push")} />
+        <Button icon="close" kind="plain" label="Close the row" onClick={close} />
       </header>
       <div class="panel-body" tabIndex={0} role="group" aria-label="Details">
         {detail.summary && <p>{detail.summary}</p>}
