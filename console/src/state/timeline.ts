@@ -14,6 +14,8 @@ let source: EventSource | undefined;
 let fresh: Row[] = [];
 let isDrawing = false;
 let last = 0;
+// What was cleared stays away.
+let clearedUpTo = 0;
 let timer: ReturnType<typeof setTimeout> | undefined;
 
 function draw(): void {
@@ -50,14 +52,29 @@ function follow(): void {
   };
 }
 
+// A host that was started again counts its rows from 1 again.
+function take(held: readonly Row[]): void {
+  const newest = held.at(-1)?.id ?? 0;
+  if (newest < last) {
+    rows.value = [];
+    fresh = [];
+    last = clearedUpTo = 0;
+  }
+  if (isPaused.value) fresh = [...fresh, ...held.filter((row) => row.id > last)].slice(-mostRows);
+  else {
+    rows.value = held.filter((row) => row.id > clearedUpTo);
+    fresh = [];
+  }
+  last = newest;
+  missed.value = fresh.length;
+}
+
 // Reads what is held and follows what comes.
 async function start(): Promise<void> {
   stop();
   try {
     const page = await call("get", "/_host/timeline", { query: { limit: 1000 } });
-    rows.value = page.rows;
-    fresh = [];
-    last = page.rows.at(-1)?.id ?? 0;
+    take(page.rows);
     follow();
   } catch {
     timer = setTimeout(() => void start(), 1000);
@@ -91,5 +108,6 @@ export function setPaused(paused: boolean): void {
 }
 
 export function clear(): void {
+  clearedUpTo = rows.value.at(-1)?.id ?? clearedUpTo;
   rows.value = [];
 }
