@@ -7,27 +7,28 @@ import { redeemableText } from "./status";
 
 type Option = readonly [string, string];
 
-function options(all: string, field: Parameters<typeof countsOf>[1], text: (value: string) => string): Option[] {
-  const counted = countsOf(items.values(), field).map(([value, count]): Option => [value, `${text(value)} (${count})`]);
-  return [["", all], ...counted];
+// What is chosen is an option, too, when no item has it any more.
+function options(all: string, chosen: string, field: Parameters<typeof countsOf>[1], text = (value: string) => value): Option[] {
+  const counts = new Map(countsOf(items.values(), field));
+  if (chosen && !counts.has(chosen)) counts.set(chosen, 0);
+  return [["", all], ...[...counts].map(([value, count]): Option => [value, `${text(value)} (${count})`])];
 }
 
 export function Toolbar({ filters, shown }: { filters: Filters; shown: number }) {
   void inventoryVersion.value;
-  const same = (value: string) => value;
   return (
     <div class="toolbar" role="search" aria-label="Filters">
       <SearchField label="Name, id or tag" value={filters.text} onInput={(q) => change({ q })} />
-      <Select label="Type" options={options("All types", "type", same)} value={filters.type} onChange={(type) => change({ type })} />
+      <Select label="Type" options={options("All types", filters.type, "type")} value={filters.type} onChange={(type) => change({ type })} />
       <Select
         label="Status"
-        options={options("Any status", "redeemableStatus", redeemableText)}
+        options={options("Any status", filters.status, "redeemableStatus", redeemableText)}
         value={filters.status}
         onChange={(status) => change({ status })}
       />
       <Select
         label="Category"
-        options={options("All categories", "displayCategories", same)}
+        options={options("All categories", filters.category, "displayCategories")}
         value={filters.category}
         onChange={(category) => change({ category })}
       />

@@ -32,6 +32,13 @@ function Kinds({ hidden }: { hidden: ReadonlySet<string> }) {
   );
 }
 
+async function readRow(id: number) {
+  if (!id) return undefined;
+  return call("get", "/_host/timeline/{id}", { path: { id: String(id) } }).catch((failure: Error) => {
+    throw new Error(`Row ${id} cannot be shown: ${failure.message}`);
+  });
+}
+
 function Rows() {
   const { values } = route.value;
   const text = (values["q"] ?? "").toLowerCase();
@@ -41,10 +48,11 @@ function Rows() {
   const hidden = useMemo(() => new Set(hide.split(",").filter(Boolean)), [hide]);
   const list = rows.value;
   const shown = useMemo(() => list.filter((row) => matches(row, hidden, text)), [list, hidden, text]);
-  const detail = useFetched(
-    async () => (selected ? await call("get", "/_host/timeline/{id}", { path: { id: String(selected) } }) : undefined),
+  const read = useFetched(
+    () => readRow(selected),
     selected,
-  ).value;
+  );
+  const detail = read.value;
   const isShown = detail !== undefined && detail.id === selected;
   return (
     <div class={`inventory${isShown ? " with-panel" : ""}`}>
@@ -59,6 +67,12 @@ function Rows() {
             Clear
           </Button>
         </div>
+        {selected > 0 && read.failure && (
+          <div class="toolbar" role="status">
+            <p>{read.failure}</p>
+            <Button onClick={() => change({ row: "" }, "push")}>Show the newest</Button>
+          </div>
+        )}
         {shown.length === 0 ? (
           <Empty icon="timeline" title={list.length > 0 ? "No row fits these filters" : "Nothing has happened yet"} />
         ) : (
