@@ -19,7 +19,8 @@ struct DocsType {
 };
 constexpr DocsType kDocsTypes[] = {{".html", "text/html; charset=utf-8"},
                                    {".css", "text/css; charset=utf-8"},
-                                   {".png", "image/png"}};
+                                   {".png", "image/png"},
+                                   {".svg", "image/svg+xml"}};
 
 struct DocsEntry {
   std::string_view name;
