@@ -133,6 +133,20 @@ onPage("the documentation is one step away", "#/host", async (page) => {
   await docs.getByRole("heading", { level: 1 }).first().waitFor();
 });
 
+onPage("a change of the platform's inventory is retrieved and seen", "#/world", async (page) => {
+  await page.getByRole("combobox", { name: "Loot name" }).fill("CHEST_harbour");
+  await page.getByRole("button", { name: "Change" }).click();
+  await page.getByText(/The platform holds \d+ of CHEST_harbour/).waitFor();
+  const { count } = (await host.call("GET", "/tav-loot/v1/player-loot/CHEST_harbour")) as { count: number };
+  await page.getByRole("link", { name: "Inventory" }).click();
+  await tile(page, "CHEST_harbour").getByLabel(`${count} held`).waitFor();
+  await page.goBack();
+  await page.getByRole("combobox", { name: "Loot name" }).fill("CHEST_harbour");
+  await typeInto(page, "Change", "-2");
+  await page.getByRole("button", { name: "Change" }).click();
+  await page.getByText(`The platform holds ${count - 2} of CHEST_harbour`).waitFor();
+});
+
 async function typeInto(page: Page, name: string, text: string): Promise<void> {
   await page.getByRole("spinbutton", { name }).selectText();
   await page.keyboard.press("Delete");

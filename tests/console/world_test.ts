@@ -11,20 +11,6 @@ onPage("the player signs out, and in where the inventory was", "#/world", async 
   await tile(page, "CHEST_lantern").waitFor();
 });
 
-onPage("a change of the platform's inventory is retrieved and seen", "#/world", async (page) => {
-  await page.getByRole("combobox", { name: "Loot name" }).fill("CHEST_harbour");
-  await page.getByRole("button", { name: "Change" }).click();
-  await page.getByText(/The platform holds \d+ of CHEST_harbour/).waitFor();
-  const { count } = (await host.call("GET", "/tav-loot/v1/player-loot/CHEST_harbour")) as { count: number };
-  await page.getByRole("link", { name: "Inventory" }).click();
-  await tile(page, "CHEST_harbour").getByLabel(`${count} held`).waitFor();
-  await page.goBack();
-  await page.getByRole("combobox", { name: "Loot name" }).fill("CHEST_harbour");
-  await typeInto(page, "Change", "-2");
-  await page.getByRole("button", { name: "Change" }).click();
-  await page.getByText(`The platform holds ${count - 2} of CHEST_harbour`).waitFor();
-});
-
 // As a person types: each key is one event.
 
 onPage("a frozen clock goes on only when time is let pass", "#/world", async (page) => {
