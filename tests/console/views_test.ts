@@ -4,7 +4,7 @@ import { axe, onPage, type Screen } from "./harness";
 
 const views: [address: string, text: string][] = [
   ["#/inventory", "Amber Motes"],
-  ["#/inventory?item=CHEST_harbour", "Recipes that take it first"],
+  ["#/inventory?item=CHEST_harbour", "Recipes that take it"],
   ["#/inventory?item=SKIN_12001&tab=why", "Can it be redeemed?"],
   ["#/inventory?item=CHAMPION_RENTAL_13&tab=raw", '"CHAMPION_RENTAL_13"'],
   ["#/timeline", "What happens"],
