@@ -99,7 +99,8 @@ class Accessor<std::shared_ptr<const T>> final : public ValueAccessor {
 template <BoundVector T>
 class Accessor<T> final : public ValueAccessor {
   using Item = typename T::value_type;
-  static_assert(!std::is_same_v<Item, bool>, "std::vector<bool> has no elements to point at");
+  static_assert(!std::is_same_v<Item, bool>,
+                "use a vector of int32_t, or of a structure that holds the bool");
 
  public:
   void Assign(ConversionContext& context, const NamedType& as, const BindingProperty& input,

@@ -32,8 +32,8 @@ template <typename T>
 struct IsShared<std::shared_ptr<const T>> : std::true_type {};
 
 template <typename T>
-concept StringMap = requires {
-  typename T::mapped_type;
+concept StringMap = requires(T map) {
+  map.at(std::string());  // a multimap has none
   requires std::is_same_v<typename T::key_type, std::string>;
 };
 
@@ -69,7 +69,8 @@ constexpr TypeId IntegerId() {
 
 template <typename T>
 constexpr TypeId StructId() {
-  static_assert(std::is_class_v<T>,
+  static_assert(!std::is_floating_point_v<T>, "use double");
+  static_assert(std::is_class_v<T> || std::is_floating_point_v<T>,
                 "only values can be bound: use a class, or std::shared_ptr<const T>");
   constexpr std::string_view kName = StaticType::Name<T>();
   static_assert(!kName.starts_with("std::optional<"),
@@ -90,6 +91,7 @@ constexpr TypeId StructId() {
 // kNone for a shared item: what it points to is what is bound.
 template <typename T>
 constexpr TypeId IdOf() {
+  static_assert(!std::is_const_v<T>, "drop the const: reading a value assigns its members");
   if constexpr (std::is_same_v<T, bool>) {
     return TypeId::kBool;
   } else if constexpr (std::is_integral_v<T>) {
@@ -120,14 +122,11 @@ constexpr TypeId IdOf() {
 }
 
 template <typename T>
-concept BoundStruct = IdOf<T>()
-== TypeId::kStruct;
+concept BoundStruct = (IdOf<T>() == TypeId::kStruct);
 template <typename T>
-concept BoundVector = IdOf<T>()
-== TypeId::kVector;
+concept BoundVector = (IdOf<T>() == TypeId::kVector);
 template <typename T>
-concept BoundMap = IdOf<T>()
-== TypeId::kMap;
+concept BoundMap = (IdOf<T>() == TypeId::kMap);
 template <typename T>
 concept BoundScalar = !IsShared<T>::value && !BoundStruct<T> && !BoundVector<T> && !BoundMap<T>;
 

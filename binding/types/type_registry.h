@@ -86,9 +86,8 @@ class TypeRegistry {
   static void ResetProcessForTests();
 
   // The first registration of a name wins: a repeat returns a builder that does nothing. A new name
-  // for a key that is taken is refused in debug builds (the builder has failed); otherwise the
-  // first record keeps the key. Either is logged as an error unless the same type is registered
-  // under the same name again. `key` outlives the registry.
+  // for a key that is taken is refused: the builder has failed. Either is logged as an error unless
+  // the same type is registered under the same name again. `key` outlives the registry.
   TypeBuilder RegisterType(std::string_view name, size_t size, const TypeKey& key, TypeKind kind)
       KEST_EXCLUDES(mutex_);
   // Null when unknown.

@@ -73,8 +73,8 @@ class MapText {
   MapText(MapText&&) = default;
   MapText& operator=(MapText&&) = default;
 
-  // The text as Keep will leave it. Where the present buffer can hold it and nobody holds a shared
-  // text, its bytes move only then.
+  // The text as Keep will leave it. Where the present buffer can hold it and no shared
+  // text is held, its bytes move only then.
   class Draft {
     friend class MapText;
     // Members one after the other, with commas between.

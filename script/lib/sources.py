@@ -11,12 +11,16 @@ SUFFIXES = (".h", ".cc", ".c")
 COMMENTS = re.compile(r'/\*.*?\*/|//[^\n]*|("(?:\\.|[^"\\\n])*")', re.DOTALL)
 
 
-def arguments(doc):
-    """The files named on the command line, or all tracked ones. --help prints `doc`; unknown options end it with 2."""
+def named_files(doc, default):
+    """The files named on the command line. --help prints `doc`, an unknown option exits with 2."""
     parser = argparse.ArgumentParser(description=doc, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("file", nargs="*", help="all tracked files when none is given")
-    named = parser.parse_args().file
-    listed = named or subprocess.run(
+    parser.add_argument("file", nargs="*", help=f"{default} when none is given")
+    return parser.parse_args().file
+
+
+def arguments(doc):
+    """The files named on the command line, or all tracked ones."""
+    listed = named_files(doc, "all tracked files") or subprocess.run(
         ["git", "ls-files"], cwd=ROOT, capture_output=True, text=True, check=True).stdout.split("\n")
     return [path for path in listed if (ROOT / path).is_file()]
 

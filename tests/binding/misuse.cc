@@ -17,6 +17,10 @@ struct Misuse {
   std::shared_ptr<Misuse> shared;
   std::map<int32_t, std::string> map;
   std::set<std::string> set;
+  std::multimap<std::string, int32_t> multimap;
+  const std::string constant;
+  std::vector<bool> flags;
+  long double precise;
   long long big;  // int64_t on some platforms, where the letter alone is refused
   char letter;
   const char* pointer;
@@ -34,6 +38,10 @@ void Register(TypeRegistry& types, BindingProperty value) {
       .Field<&Misuse::shared>()    // error: use std::shared_ptr<const T>: shared items never change
       .Field<&Misuse::map>()       // error: use std::string for the keys of a map
       .Field<&Misuse::set>()       // error: wrap others in a structure of your own
+      .Field<&Misuse::multimap>()  // error: StructId.*multimap
+      .Field<&Misuse::constant>()  // error: drop the const: reading a value assigns its members
+      .Field<&Misuse::flags>()     // error: use a vector of int32_t, or of a structure
+      .Field<&Misuse::precise>()   // error: use double
       .Field<&Misuse::big>()       // error: use int8_t .. uint64_t of <cstdint>
       .Field<&Misuse::letter>()    // error: IntegerId.*char
       .Field<&Misuse::pointer>()   // error: only values can be bound
