@@ -174,7 +174,7 @@ FaultRule ReadFaultRule(FieldReader& fields) {
 Json FaultRuleJson(const FaultRule& rule) {
   const CallFault& fault = rule.fault;
   Json json = {{std::string(kTargetNames[static_cast<size_t>(rule.target)]), rule.pattern},
-               {"action", FaultActionWord(fault.action)}};
+               {"action", FaultActionName(fault.action)}};
   if (rule.times != FaultRule::kAlways) {  // read again, a rule with "nth" alone is for one call
     json["nth"] = rule.nth;
     json["times"] = rule.times;
@@ -212,7 +212,7 @@ std::string StatusWordFault(std::string_view pattern) {
   return fault;
 }
 
-std::string_view FaultActionWord(FaultAction action) {
+std::string_view FaultActionName(FaultAction action) {
   return RowOf(action).word;
 }
 

@@ -74,7 +74,7 @@ Json FaultRuleJson(const FaultRule& rule);
 std::string StatusWordFault(std::string_view pattern);
 
 // The word of an action in rules: "unknown-id".
-std::string_view FaultActionWord(FaultAction action);
+std::string_view FaultActionName(FaultAction action);
 
 // Whether `text` is `pattern`, of which each "*" stands for any characters, "/" included.
 bool MatchesPattern(std::string_view pattern, std::string_view text);

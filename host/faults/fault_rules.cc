@@ -51,7 +51,7 @@ std::optional<CallFault> FaultRules::Next(FaultTarget target, std::string_view n
     ++rule.matched;
     if (!decided) decided = Apply(rule);
   }
-  if (decided && listener_) listener_(name, FaultActionWord(decided->action));
+  if (decided && listener_) listener_(name, FaultActionName(decided->action));
   return decided;
 }
 

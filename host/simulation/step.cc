@@ -8,7 +8,7 @@ namespace Kest::Host {
 namespace {
 
 // Indexed by StepKind.
-constexpr std::string_view kWords[] = {"ask",    "platform", "wait",    "response", "refuse",
+constexpr std::string_view kNames[] = {"ask",    "platform", "wait",    "response", "refuse",
                                        "memory", "cap",      "restart", "quiet"};
 constexpr std::string_view kHeader = "simulation";
 constexpr std::string_view kOrdered = "ordered";
@@ -41,9 +41,9 @@ bool ReadNumber(std::string_view text, Number* number) {
 
 bool ReadStep(std::string_view line, Step* step) {
   const std::string_view word = TakeUntil(&line, ' ');
-  const auto found = std::find(std::begin(kWords), std::end(kWords), word);
-  if (found == std::end(kWords)) return false;
-  step->kind = static_cast<StepKind>(found - std::begin(kWords));
+  const auto found = std::find(std::begin(kNames), std::end(kNames), word);
+  if (found == std::end(kNames)) return false;
+  step->kind = static_cast<StepKind>(found - std::begin(kNames));
   if (!ReadNumber(TakeUntil(&line, ' '), &step->random)) return false;
   if (HasMethod(step->kind)) step->method = TakeUntil(&line, ' ');
   if (HasPath(step->kind)) step->path = TakeUntil(&line, ' ');
@@ -55,7 +55,7 @@ bool ReadStep(std::string_view line, Step* step) {
 }  // namespace
 
 std::string WriteStep(const Step& step) {
-  std::string line(kWords[static_cast<size_t>(step.kind)]);
+  std::string line(kNames[static_cast<size_t>(step.kind)]);
   line += " " + std::to_string(step.random);
   if (HasMethod(step.kind)) line += " " + step.method;
   if (HasPath(step.kind)) line += " " + step.path;

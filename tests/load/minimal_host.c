@@ -1,6 +1,6 @@
 /* The smallest host: one thread, one queue. It loads the plugin named on its command line, starts
  * it, asks it two things, lets it hear an event on a thread of its own, stops and unloads it, and
- * does all of that twice more from a clean state, first without the stop. It ends with status 0
+ * does all of that twice more from a clean state, first without the stop. It exits with code 0
  * when every step came out as expected.
  *
  * A waiting task is served in the simplest way there is: `yield` takes the next piece of work from

@@ -5,10 +5,10 @@
 namespace Kest::Testing {
 
 std::string Print(const Action& action) {
-  constexpr const char* kWords[] = {"#",     "request",  "subscribe", "unsubscribe", "publish",
+  constexpr const char* kNames[] = {"#",     "request",  "subscribe", "unsubscribe", "publish",
                                     "post",  "run",      "wait",      "wait over",   "log",
                                     "event", "response", "identify"};
-  std::string line = kWords[action.kind];
+  std::string line = kNames[action.kind];
   for (const std::string& part : {action.name, action.detail}) {
     if (!part.empty()) line.append(" ").append(part);
   }

@@ -31,7 +31,7 @@ std::string ReadAll(int file) {
 
 std::string FailureOf(int status) {
   if (WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS) return {};
-  if (WIFEXITED(status)) return "ends with status " + std::to_string(WEXITSTATUS(status));
+  if (WIFEXITED(status)) return "exits with code " + std::to_string(WEXITSTATUS(status));
   const int signal = WTERMSIG(status);
   return signal == SIGXCPU ? "never ends" : std::string("ends with signal: ") + strsignal(signal);
 }

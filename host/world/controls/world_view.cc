@@ -16,7 +16,7 @@ Json CollectionsJson(const PlatformCollections& collections) {
     const auto collection = static_cast<Collection>(i);
     Json table = Json::object();
     for (const auto& [id, thing] : collections[collection]) {
-      table.push_back({std::to_string(id), OwnershipWord(thing.ownership)});
+      table.push_back({std::to_string(id), OwnershipName(thing.ownership)});
     }
     tables.push_back({std::string(CollectionName(collection)), std::move(table)});
   }

@@ -3,14 +3,14 @@
 namespace Kest::Host {
 namespace {
 
-struct CollectionWords {
+struct CollectionNames {
   std::string_view name;
   std::string_view lootType;
   bool canBeRented;
 };
 
 // Indexed by Collection.
-constexpr std::array<CollectionWords, kCollectionCount> kWords = {{
+constexpr std::array<CollectionNames, kCollectionCount> kNames = {{
     {"champions", "CHAMPION", true},
     {"skins", "SKIN", true},
     {"chromas", "CHROMA", true},
@@ -20,8 +20,8 @@ constexpr std::array<CollectionWords, kCollectionCount> kWords = {{
     {"tournament-logos", "TOURNAMENTLOGO", false},
 }};
 
-const CollectionWords& WordsOf(Collection collection) {
-  return kWords[static_cast<size_t>(collection)];
+const CollectionNames& NamesOf(Collection collection) {
+  return kNames[static_cast<size_t>(collection)];
 }
 
 // What `describe` makes of each entry of a collection, by id; an entry of which it makes null is
@@ -42,7 +42,7 @@ Json ChampionsJson(const PlatformCollections& collections) {
     for (auto skin = skins.lower_bound(id * 1000);
          skin != skins.end() && ChampionOfSkin(skin->first) == id; ++skin) {
       ownSkins.push_back(
-          Json{{"id", skin->first}, {"ownership", OwnershipWord(skin->second.ownership)}});
+          Json{{"id", skin->first}, {"ownership", OwnershipName(skin->second.ownership)}});
     }
     // With the skins, so that a change of a skin is a change of the champions too.
     return Json{{"id", id},
@@ -75,7 +75,7 @@ Json OwnedIconJson(int64_t id, const Collectible& icon) {
 
 Json HeldEmoteJson(int64_t id, const Collectible& emote) {
   if (emote.ownership == Ownership{}) return Json();
-  return Json{{"itemId", id}, {"ownershipType", OwnershipWord(emote.ownership)}};
+  return Json{{"itemId", id}, {"ownershipType", OwnershipName(emote.ownership)}};
 }
 
 }  // namespace
@@ -87,37 +87,37 @@ const Collectible* PlatformCollections::Find(Collection collection, int64_t id) 
 }
 
 std::string_view CollectionName(Collection collection) {
-  return WordsOf(collection).name;
+  return NamesOf(collection).name;
 }
 
 std::string_view CollectionLootType(Collection collection) {
-  return WordsOf(collection).lootType;
+  return NamesOf(collection).lootType;
 }
 
 std::optional<Collection> CollectionByName(std::string_view name) {
-  for (size_t i = 0; i < kWords.size(); ++i) {
-    if (kWords[i].name == name) return static_cast<Collection>(i);
+  for (size_t i = 0; i < kNames.size(); ++i) {
+    if (kNames[i].name == name) return static_cast<Collection>(i);
   }
   return std::nullopt;
 }
 
 bool CanBeRented(Collection collection) {
-  return WordsOf(collection).canBeRented;
+  return NamesOf(collection).canBeRented;
 }
 
 std::optional<Collection> CollectionOfLootType(std::string_view type) {
   constexpr std::string_view kRental = "_RENTAL";
   const bool isRental = type.ends_with(kRental);
   if (isRental) type.remove_suffix(kRental.size());
-  for (size_t i = 0; i < kWords.size(); ++i) {
-    if (kWords[i].lootType == type && (!isRental || kWords[i].canBeRented)) {
+  for (size_t i = 0; i < kNames.size(); ++i) {
+    if (kNames[i].lootType == type && (!isRental || kNames[i].canBeRented)) {
       return static_cast<Collection>(i);
     }
   }
   return std::nullopt;
 }
 
-std::string_view OwnershipWord(const Ownership& ownership) {
+std::string_view OwnershipName(const Ownership& ownership) {
   if (ownership.owned) return "OWNED";
   if (ownership.rented) return "RENTED";
   return ownership.freeToPlayReward ? "F2P" : "NONE";

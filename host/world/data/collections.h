@@ -74,7 +74,7 @@ constexpr int64_t ChampionOfSkin(int64_t skinId) {
 }
 
 // "OWNED", "RENTED", "F2P", or "NONE".
-std::string_view OwnershipWord(const Ownership& ownership);
+std::string_view OwnershipName(const Ownership& ownership);
 Json OwnershipJson(const Ownership& ownership);
 
 // The resources of the signed-in player, path and value, in an order fit for publication: what is

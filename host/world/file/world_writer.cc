@@ -30,11 +30,11 @@ Json PlayerJson(const WorldData& data) {
 
 // Whether the section "configuration" takes the value; any other goes to the state.
 bool IsOrdinary(const std::string& name, const Json& value) {
-  const auto isOneOf = [&name](const auto& names) {
+  const auto isIn = [&name](const auto& names) {
     return std::find(names.begin(), names.end(), name) != names.end();
   };
-  if (isOneOf(kConfigurationSwitches)) return value.is_boolean();
-  if (!isOneOf(kConfigurationNumbers) || !value.is_number_unsigned()) return false;
+  if (isIn(kConfigurationSwitches)) return value.is_boolean();
+  if (!isIn(kConfigurationNumbers) || !value.is_number_unsigned()) return false;
   return value.get<uint64_t>() <= (name == kConfigurationNumbers[0] ? 255 : uint64_t{kMax32});
 }
 

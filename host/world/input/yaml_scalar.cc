@@ -7,8 +7,8 @@
 namespace Kest::Host {
 namespace {
 
-bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
-  return std::find(words.begin(), words.end(), text) != words.end();
+bool Contains(std::initializer_list<std::string_view> constants, std::string_view text) {
+  return std::find(constants.begin(), constants.end(), text) != constants.end();
 }
 
 // Reads all of `text` as a number of type T. `arguments` are the base of an integer, if not 10.
@@ -22,9 +22,9 @@ std::errc ReadNumber(std::string_view text, T* value, Arguments... arguments) {
 }  // namespace
 
 std::optional<Json> ResolvePlainScalar(std::string_view text) {
-  if (IsOneOf(text, {"", "~", "null", "Null", "NULL"})) return Json(nullptr);
-  if (IsOneOf(text, {"true", "True", "TRUE"})) return Json(true);
-  if (IsOneOf(text, {"false", "False", "FALSE"})) return Json(false);
+  if (Contains({"", "~", "null", "Null", "NULL"}, text)) return Json(nullptr);
+  if (Contains({"true", "True", "TRUE"}, text)) return Json(true);
+  if (Contains({"false", "False", "FALSE"}, text)) return Json(false);
   uint64_t natural = 0;
   if (text.starts_with("0x") || text.starts_with("0o")) {
     const int base = text[1] == 'x' ? 16 : 8;
@@ -32,7 +32,7 @@ std::optional<Json> ResolvePlainScalar(std::string_view text) {
   }
   const bool hasSign = text[0] == '-' || text[0] == '+';
   const std::string_view magnitude = text.substr(hasSign ? 1 : 0);
-  if (IsOneOf(magnitude, {".inf", ".Inf", ".INF", ".nan", ".NaN", ".NAN"})) return std::nullopt;
+  if (Contains({".inf", ".Inf", ".INF", ".nan", ".NaN", ".NAN"}, magnitude)) return std::nullopt;
   if (magnitude.find_first_of(".0123456789") != 0) return Json(text);
 
   const std::string_view digits = text[0] == '+' ? magnitude : text;
