@@ -64,6 +64,18 @@ onPage("a key opens the chest that takes it second", "#/inventory?item=MATERIAL_
   assert.equal(await page.getByRole("button", { name: /craft CHEST_harbour_OPEN/ }).count(), 1);
 });
 
+onPage("an inventory that is switched off says so, and leads to the switch", "#/inventory", async (page) => {
+  await host.call("POST", "/_host/scenario/disabled");
+  await page.getByText("Loot is switched off").waitFor();
+  await page.getByText('"Enabled" is not true').waitFor();
+  await page.getByRole("link", { name: "Go to the configuration" }).click();
+  await page.getByRole("switch", { name: "Loot enabled", exact: true }).click();
+  await page.goBack();
+  await tile(page, "MATERIAL_key").waitFor();
+  await host.call("POST", "/_host/scenario/sample");
+  await host.call("POST", "/_host/idle");
+});
+
 onPage("filters are in the address, back and forward go through the views", "#/inventory", async (page) => {
   await page.getByRole("combobox", { name: "Type" }).selectOption("CHEST");
   await page.getByRole("searchbox").fill("lantern");

@@ -1,9 +1,10 @@
 // The inventory: filters, the grid, and the panel of the selected item.
 import { useMemo } from "preact/hooks";
 import { call } from "../../api/client";
-import { change, route } from "../../route";
+import { addressOf, change, route } from "../../route";
 import { inventoryVersion, items, load, loadFailure, loadState } from "../../state/inventory";
 import { login } from "../../state/player";
+import { resource } from "../../state/resources";
 import { controls } from "../../state/stream";
 import { world } from "../../state/world";
 import { useAction } from "../../ui/action";
@@ -37,6 +38,18 @@ function NotRetrieved() {
   );
 }
 
+function SwitchedOff() {
+  const why = useFetched(() => call("get", "/_host/explain/enabled"), controls.value);
+  return (
+    <Empty icon="grid" title="Loot is switched off">
+      {why.value && <p>{why.value.reason}</p>}
+      <a class="button" href={addressOf("world", { card: "configuration" })}>
+        Go to the configuration
+      </a>
+    </Empty>
+  );
+}
+
 function NothingHere({ isFiltered }: { isFiltered: boolean }) {
   const again = useAction(load);
   if (!isFiltered && world.value?.session === null) {
@@ -46,6 +59,7 @@ function NothingHere({ isFiltered }: { isFiltered: boolean }) {
       </Empty>
     );
   }
+  if (!isFiltered && resource("/tav-loot/v1/enabled").value === false) return <SwitchedOff />;
   if (loadState.value === "waiting") return <NotRetrieved />;
   if (loadState.value === "loading") return <Empty icon="grid" title="Reading the inventory …" />;
   if (loadState.value === "failed") {

@@ -52,7 +52,7 @@ export function ConfigurationCard({ state }: { state: World }) {
   const values = state.configuration as Record<string, unknown>;
   const flip = useAction(async (name: string, on: boolean) => void (await set(name, on)));
   return (
-    <Card title="Configuration">
+    <Card title="Configuration" name="configuration">
       {switches.map(([name, text]) => (
         <Switch key={name} label={text} on={values[name] === true} disabled={flip.isRunning} onChange={(on) => void flip.run(name, on)} />
       ))}
