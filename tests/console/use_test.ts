@@ -42,6 +42,7 @@ onPage("a token goes into its slot, and what goes with it", "#/inventory?item=CH
   const inSlot = (slot: number, lootId: string) =>
     card.getByRole("combobox", { name: `Item for slot ${slot}` }).and(page.locator(`:has(option[value="${lootId}"]:checked)`)).waitFor();
   await inSlot(0, "CHAMPION_TOKEN_star-11");
+  await page.getByRole("heading", { name: "Star Token: Ossila", level: 2 }).waitFor();
   await inSlot(1, "CHAMPION_RENTAL_11");
   await card.getByRole("combobox", { name: "Item for slot 0" }).selectOption("CHAMPION_TOKEN_star-13");
   await card.getByText("1 missing").waitFor();
@@ -294,7 +295,7 @@ onPage("the inventory goes back to an earlier event", "#/timeline?tab=travel", a
   await reset();
   await page.reload();
   const held = page.getByRole("region", { name: "Inventory then" });
-  const keys = (count: number) => held.getByRole("listitem").filter({ hasText: `Brass Key${count}` });
+  const keys = (count: number) => held.getByRole("listitem").filter({ hasText: new RegExp(`Brass Key\\s*MATERIAL_key\\s*${count}$`) });
   await keys(5).waitFor();
   await host.call("POST", "/tav-loot/v1/recipes/MATERIAL_key_FORGE/craft", ["MATERIAL_key_fragment"]);
   await keys(6).waitFor();

@@ -2,7 +2,11 @@
 import type { PlayerLoot } from "../api/types";
 import { items } from "./inventory";
 
-export const nameOf = (item: PlayerLoot) => item.itemDesc || item.localizedName || item.lootName;
+// What is issued for a champion is described by the champion's name, as its shard is: its own name tells them apart.
+export function nameOf(item: PlayerLoot): string {
+  if (item.refId) return item.localizedName || (item.itemDesc ? `${item.lootName}: ${item.itemDesc}` : item.lootName);
+  return item.itemDesc || item.localizedName || item.lootName;
+}
 
 // The name of a loot id or loot name where it is known, else itself.
 export function lootText(id: string): string {

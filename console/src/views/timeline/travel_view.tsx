@@ -44,12 +44,19 @@ function Slider({ label, list, place, onChange }: { label: string; list: readonl
   );
 }
 
+// Several items may have one name.
+function IdBeside({ lootId, isNamed }: { lootId: string; isNamed: boolean }) {
+  return isNamed ? <span class="id quiet">{lootId}</span> : null;
+}
+
 function DifferenceRow({ entry }: { entry: Difference }) {
   const item = entry.after ?? entry.before;
   return (
     <li class="delta">
       {item && <Picture item={item} />}
-      <a href={addressOf("inventory", { item: entry.lootId })}>{item ? nameOf(item) : entry.lootId}</a>
+      <a href={addressOf("inventory", { item: entry.lootId })}>
+        {item ? nameOf(item) : entry.lootId} <IdBeside lootId={entry.lootId} isNamed={item !== undefined} />
+      </a>
       <Badge kind={entry.kind === "came" ? "good" : entry.kind === "left" ? "bad" : ""}>{entry.kind}</Badge>
       <span class="difference">{entry.members.map(([name, from, to]) => `${name}: ${from} → ${to}`).join(", ")}</span>
     </li>
@@ -68,7 +75,9 @@ function HeldAt({ held }: { held: ReadonlyMap<string, PlayerLoot | "unknown"> })
     <ul class="held-then">
       {list.map(([lootId, item]) => (
         <li key={lootId}>
-          <span>{item === "unknown" ? lootId : nameOf(item)}</span>
+          <span>
+            {item === "unknown" ? lootId : nameOf(item)} <IdBeside lootId={lootId} isNamed={item !== "unknown"} />
+          </span>
           <b>{item === "unknown" ? "?" : item.count.toLocaleString("en")}</b>
         </li>
       ))}
