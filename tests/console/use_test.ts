@@ -52,7 +52,8 @@ onPage("a token goes into its slot, and what goes with it", "#/inventory?item=CH
   await card.getByRole("button", { name: /craft CHAMPION_TOKEN_SHARD_UPGRADE/ }).click();
   await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
   await tile(page, "CHAMPION_TOKEN_crown-11").waitFor();
-  await tile(page, "CHAMPION_TOKEN_star-11").waitFor({ state: "detached" });
+  await page.getByText("Not held").waitFor();
+  assert.equal(await page.getByRole("heading", { level: 2 }).textContent(), "Star Token: Ossila");
 });
 
 onPage("a key opens the chest that takes it second", "#/inventory?item=MATERIAL_key", async (page) => {

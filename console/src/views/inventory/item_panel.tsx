@@ -26,13 +26,13 @@ const tabs = [
   ["raw", "Raw JSON"],
 ] as const;
 
-function Head({ item, lootId }: { item: PlayerLoot | undefined; lootId: string }) {
+function Head({ item, lootId, name }: { item: PlayerLoot | undefined; lootId: string; name: string }) {
   const seen = useAction(() => call("delete", "/tav-loot/v1/player-loot/{lootId}/new-notification", { path: { lootId } }));
   return (
     <header class="panel-head">
       {item && <Picture item={item} />}
       <div class="panel-title">
-        <h2>{item ? nameOf(item) : lootId}</h2>
+        <h2>{name}</h2>
         <p class="id">
           {lootId}
           <CopyButton text={() => lootId} label="Copy the loot id" />
@@ -143,10 +143,11 @@ export function ItemPanel({ lootId }: { lootId: string }) {
     return () => removeEventListener("keydown", onKeyDown);
   }, []);
   const item = held ?? lastHeld.current;
+  const name = item ? nameOf(item) : lootId;
   const target = `/tav-loot/v1/player-loot/${encodeURIComponent(lootId)}`;
   return (
-    <aside class="panel" aria-label={`Item ${item ? nameOf(item) : lootId}`}>
-      <Head item={held} lootId={lootId} />
+    <aside class="panel" aria-label={`Item ${name}`}>
+      <Head item={held} lootId={lootId} name={name} />
       <Segmented label="Part" options={tabs} value={tab} onChange={(next) => change({ tab: next })} />
       <div class="panel-body" tabIndex={0} role="group" aria-label="Details">
         <OutcomeCard lootId={lootId} />
