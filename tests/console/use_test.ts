@@ -50,8 +50,7 @@ onPage("a token goes into its slot, and what goes with it", "#/inventory?item=CH
   await card.getByRole("combobox", { name: "Item for slot 0" }).selectOption("CHAMPION_TOKEN_star-11");
   await inSlot(1, "CHAMPION_RENTAL_11");
   await card.getByRole("button", { name: /craft CHAMPION_TOKEN_SHARD_UPGRADE/ }).click();
-  await page.getByRole("region", { name: "Result" }).getByRole("heading", { name: "Added" }).waitFor();
-  await tile(page, "CHAMPION_TOKEN_crown-11").waitFor();
+  await page.getByRole("region", { name: "Result" }).getByText("CHAMPION_TOKEN_crown: Ossila, Warden of Tides").waitFor();
   await page.getByText("Not held").waitFor();
   assert.equal(await page.getByRole("heading", { level: 2 }).textContent(), "Star Token: Ossila");
 });
@@ -73,7 +72,7 @@ onPage("an inventory that is switched off says so, and leads to the switch", "#/
   await page.getByRole("link", { name: "Go to the configuration" }).click();
   await page.getByRole("switch", { name: "Loot enabled", exact: true }).click();
   await page.goBack();
-  await tile(page, "MATERIAL_key").waitFor();
+  await page.getByText("Loot is switched off").waitFor({ state: "detached" });
   await host.call("POST", "/_host/scenario/sample");
   await host.call("POST", "/_host/idle");
 });
