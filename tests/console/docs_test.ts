@@ -65,9 +65,8 @@ onPage(
   "picture of a chest that is opened",
   "#/inventory?item=CHEST_harbour",
   async (page) => {
-    await page.getByRole("button", { name: /^Open/ }).first().waitFor();
     await reset();
-    await page.getByRole("button", { name: /^Open/ }).first().waitFor({ state: "hidden" });
+    await page.reload();
     await page.getByRole("button", { name: /^Open/ }).first().waitFor();
     await take(page, "chest");
   },

@@ -4,7 +4,7 @@ import { useSignal } from "@preact/signals";
 export interface Bounds {
   least: number;
   most: number;
-  isWhole?: boolean;
+  isInteger?: boolean;
 }
 export interface TypedNumber {
   text: string;
@@ -17,10 +17,10 @@ export interface TypedNumber {
   bounds: Bounds;
 }
 
-function reasonOf(text: string, { least, most, isWhole = true }: Bounds): string {
+function reasonOf(text: string, { least, most, isInteger = true }: Bounds): string {
   const value = Number(text);
   if (text.trim() === "" || !Number.isFinite(value)) return "A number is needed";
-  if (isWhole && !Number.isInteger(value)) return "A whole number is needed";
+  if (isInteger && !Number.isInteger(value)) return "An integer is needed";
   if (value < least) return `At least ${least.toLocaleString("en")}`;
   return value > most ? `At most ${most.toLocaleString("en")}` : "";
 }
@@ -42,13 +42,13 @@ export function useNumber(initial: number, bounds: Bounds): TypedNumber {
 }
 
 export function NumberInput({ number, onEnter }: { number: TypedNumber; onEnter?: () => void }) {
-  const { least, most, isWhole = true } = number.bounds;
+  const { least, most, isInteger = true } = number.bounds;
   return (
     <input
       type="number"
       min={least}
       max={most}
-      step={isWhole ? 1 : "any"}
+      step={isInteger ? 1 : "any"}
       value={number.text}
       aria-invalid={number.reason !== ""}
       title={number.reason}

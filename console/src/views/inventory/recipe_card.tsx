@@ -9,7 +9,7 @@ import { Badge, Button, Select } from "../../ui/controls";
 import { useFetched } from "../../ui/fetched";
 import { NumberInput, useNumber } from "../../ui/number";
 import { NextResult } from "./next_result";
-import { fillSlots, offered, type FilledSlot, type Wish } from "./slots";
+import { fillSlots, offered, type FilledSlot, type Preferences } from "./slots";
 
 function SlotRow({ slot, tags, onChoose }: { slot: FilledSlot; tags: string; onChoose: (id: string) => void }) {
   const id = slot.chosen;
@@ -38,14 +38,14 @@ function Outputs({ recipe }: { recipe: Recipe }) {
 }
 
 // The slots with what goes into them. Which items go together is asked of the plugin.
-function useSlots(recipe: Recipe, wish: Wish, repeat: number): FilledSlot[] {
+function useSlots(recipe: Recipe, preferences: Preferences, repeat: number): FilledSlot[] {
   const { recipeName } = recipe;
-  const lootIds = offered(recipe, items, wish).join(",");
+  const lootIds = offered(recipe, items, preferences).join(",");
   const explanation = useFetched(
     async () => (lootIds ? call("get", "/_host/explain/recipe/{recipeName}", { path: { recipeName }, query: { items: lootIds } }) : undefined),
     `${lootIds} ${inventoryVersion.value}`,
   );
-  return fillSlots(recipe, items, wish, repeat, explanation.value);
+  return fillSlots(recipe, items, preferences, repeat, explanation.value);
 }
 
 export function RecipeCard({ recipe, lootId }: { recipe: Recipe; lootId: string }) {

@@ -17,15 +17,15 @@ function choicesOf(slot: Slot, held: Held): string[] {
   return [...held.values()].filter((item) => taken.has(item.lootId) || taken.has(item.lootName)).map((item) => item.lootId);
 }
 
-export interface Wish {
+export interface Preferences {
   // The item that the recipe is shown for.
   first: string;
   // What was chosen, by slot.
   chosen: Readonly<Record<number, string>>;
 }
 
-// What each slot gets because it was wished: what was chosen, else the first item in the first slot that takes it.
-function wishedOf(recipe: Recipe, choices: string[][], { first, chosen }: Wish): (string | undefined)[] {
+// What is preferred for each slot: what was chosen, else the first item in the first slot that takes it.
+function preferredOf(recipe: Recipe, choices: string[][], { first, chosen }: Preferences): (string | undefined)[] {
   let isFree = true;
   return recipe.slots.map((slot, index) => {
     const wanted = chosen[slot.slotNumber] ?? (isFree ? first : "");
@@ -35,18 +35,18 @@ function wishedOf(recipe: Recipe, choices: string[][], { first, chosen }: Wish):
   });
 }
 
-// The items to ask the plugin about: for a slot with a wish that item, for others all; none when nothing that the recipe
-// takes is issued for a reference id, and so all go together.
-export function offered(recipe: Recipe, held: Held, wish: Wish): string[] {
+// The items to ask the plugin about: for a slot with a preferred item that one, for others all; none when nothing that the
+// recipe takes is issued for a reference id, and so all go together.
+export function offered(recipe: Recipe, held: Held, preferences: Preferences): string[] {
   const choices = recipe.slots.map((slot) => choicesOf(slot, held));
   if (!choices.flat().some((id) => held.get(id)?.refId)) return [];
-  const wished = wishedOf(recipe, choices, wish);
-  return [...new Set(choices.flatMap((ids, index) => wished[index] ?? ids))].sort();
+  const preferred = preferredOf(recipe, choices, preferences);
+  return [...new Set(choices.flatMap((ids, index) => preferred[index] ?? ids))].sort();
 }
 
-// Fills each slot: with what is wished, else with what goes with the others, preferring what is of the same champion and
+// Fills each slot: with what is preferred, else with what goes with the others, preferring what is of the same champion and
 // then what is held most.
-export function fillSlots(recipe: Recipe, held: Held, wish: Wish, repeat: number, known?: Schemas["RecipeExplanation"]): FilledSlot[] {
+export function fillSlots(recipe: Recipe, held: Held, preferences: Preferences, repeat: number, known?: Schemas["RecipeExplanation"]): FilledSlot[] {
   const apart = new Set(
     known?.ingredients?.flatMap(({ fits }) => fits.filter((one) => !one.goesWithTheOthers).map((one) => one.lootId)),
   );
@@ -54,13 +54,13 @@ export function fillSlots(recipe: Recipe, held: Held, wish: Wish, repeat: number
   const left = (id: string) => (held.get(id)?.count ?? 0) - (used.get(id) ?? 0);
   const isSame = (id: string) => Number(String(held.get(id)?.storeItemId) === known?.refId);
   const choices = recipe.slots.map((slot) => choicesOf(slot, held));
-  const wished = wishedOf(recipe, choices, wish);
+  const preferred = preferredOf(recipe, choices, preferences);
   return recipe.slots.map((slot, index) => {
     const needed = slot.quantity * repeat;
     const going = (choices[index] ?? []).filter((id) => !apart.has(id));
     const enough = (id: string) => Number(left(id) >= needed);
     going.sort((a, b) => enough(b) - enough(a) || isSame(b) - isSame(a) || left(b) - left(a));
-    const pick = wished[index] ?? going[0];
+    const pick = preferred[index] ?? going[0];
     const missing = Math.max(0, needed - (pick === undefined ? 0 : left(pick)));
     if (pick !== undefined) used.set(pick, (used.get(pick) ?? 0) + needed);
     return { slotNumber: slot.slotNumber, quantity: needed, choices: choices[index] ?? [], chosen: pick, missing };

@@ -20,7 +20,7 @@ const steps = [
 
 export function ClockCard() {
   const typed = useSignal<string | undefined>(undefined);
-  const scale = useNumber(60, { least: 0.001, most: 100_000, isWhole: false });
+  const scale = useNumber(60, { least: 0.001, most: 100_000, isInteger: false });
   const set = useAction(async (body: { mode: Clock["mode"]; now?: string; scale?: number }) => {
     setClock(await call("put", "/_host/clock", { body }));
     typed.value = undefined;
