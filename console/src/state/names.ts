@@ -2,7 +2,7 @@
 import type { PlayerLoot } from "../api/types";
 import { items } from "./inventory";
 
-// What is issued for a champion is described by the champion's name, as its shard is: its own name tells them apart.
+// What is issued for a champion is described by the champion's name, as its shard is: its own name distinguishes them.
 export function nameOf(item: PlayerLoot): string {
   if (item.refId) return item.localizedName || (item.itemDesc ? `${item.lootName}: ${item.itemDesc}` : item.lootName);
   return item.itemDesc || item.localizedName || item.lootName;
